@@ -1,0 +1,35 @@
+# Language level, warnings and sanitizers for every target, and the system libraries they call.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+# One code model everywhere lets libraries, programs and tests share one precompiled header.
+add_compile_options(-fPIC)
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+add_compile_definitions($<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+add_link_options(-Wl,--as-needed -Wl,-z,defs)
+
+if(KES_SANITIZE)
+    add_compile_options(-fsanitize=${KES_SANITIZE} -fno-omit-frame-pointer -g1 -O1)
+    add_link_options(-fsanitize=${KES_SANITIZE})
+    if(KES_SANITIZE MATCHES undefined)
+        add_compile_options(-fno-sanitize-recover=undefined)
+    endif()
+endif()
+
+# Programs and libraries find each other relative to themselves, in the build tree and installed.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};$ORIGIN")
+
+find_package(Threads REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(GLIBMM REQUIRED IMPORTED_TARGET giomm-2.4)
+pkg_check_modules(GTKMM REQUIRED IMPORTED_TARGET gtkmm-3.0)
+pkg_check_modules(LIBXMLPP REQUIRED IMPORTED_TARGET libxml++-2.6)
+pkg_check_modules(LIBARCHIVE REQUIRED IMPORTED_TARGET libarchive)
+pkg_check_modules(LIBXSLT REQUIRED IMPORTED_TARGET libxslt libexslt)
