@@ -1,0 +1,22 @@
+#pragma once
+
+#include <KesCommonView/IView.h>
+
+#include <gtkmm/aboutdialog.h>
+
+#include <string>
+
+namespace Kes {
+
+/// The about window of a program. GUI thread.
+class KES_EXPORT AboutView : public Gtk::AboutDialog, public IView {
+public:
+    AboutView();
+    ~AboutView() override;
+
+    void setProgramName(const std::string& name);
+    /// An empty version is not shown.
+    void setVersion(const std::string& version);
+};
+
+} // namespace Kes

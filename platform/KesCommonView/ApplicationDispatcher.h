@@ -1,0 +1,58 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+
+#include <functional>
+#include <memory>
+
+namespace Kes {
+
+/// The queue of functions that other threads want run on the GUI thread.
+///
+/// One first-in-first-out queue, drained by one main-loop source in slices of about 2 ms between events
+/// and redraws, so a flood of posts delays a frame but never freezes the window; many posts cost one
+/// wake-up. A function may run a dialog's own loop; the queue goes on meanwhile.
+class KES_EXPORT ApplicationDispatcher {
+public:
+    /// Any thread. Lives until the process ends.
+    static ApplicationDispatcher& getInstance();
+
+    /// Any thread. Queues the function and returns at once. Before registration the function stays queued.
+    void begin(std::function<void()> function);
+
+    /// Any thread. On the GUI thread the function runs at once. On another thread it is queued and waited
+    /// for; the wait also ends, without the function having run, when the dispatcher is unregistered.
+    void wait(std::function<void()> function);
+
+    /// Any thread: whether the caller is the thread that registered.
+    bool isGuiThread() const;
+
+    /// GUI thread. Runs what is queued at this moment.
+    void drain();
+
+    ApplicationDispatcher(const ApplicationDispatcher&) = delete;
+    ApplicationDispatcher& operator=(const ApplicationDispatcher&) = delete;
+
+private:
+    friend class ApplicationDispatcherPresenter;
+    ApplicationDispatcher();
+    ~ApplicationDispatcher();
+    void _register();
+    void _unregister();
+
+    struct Impl;
+    std::unique_ptr<Impl> _impl;
+};
+
+/// Ties the dispatcher to the thread that runs the main loop. GUI thread.
+class KES_EXPORT ApplicationDispatcherPresenter {
+public:
+    static ApplicationDispatcherPresenter& getInstance();
+
+    /// Makes the calling thread the GUI thread of the dispatcher. Further calls on it change nothing.
+    void registerDispatcher();
+    /// Stops the dispatcher; every waiting thread is released. What is still queued is dropped.
+    void unregisterDispatcher();
+};
+
+} // namespace Kes

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <KesCommonView/DialogResult.h>
+#include <KesCommonView/IView.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Kes {
+
+/// What a message box or question shows.
+struct MessageRequest {
+    IView* parent = nullptr;
+    std::string text;
+    std::string title;
+    DialogResult buttons = DialogResult::Ok;
+};
+
+/// What a file dialog shows; each filter is a pattern such as "*.abc" and its label.
+struct FileRequest {
+    IView* parent = nullptr;
+    std::string title;
+    std::vector<std::pair<std::string, std::string>> filters;
+    bool save = false;
+};
+
+/// The way by which all modal dialogs reach the user. GUI thread.
+///
+/// A program uses GTK's boxes unless it installs something else: an unattended run prints to standard
+/// error and declines, a test answers from a script.
+class KES_EXPORT DialogBackend {
+public:
+    virtual ~DialogBackend();
+
+    /// Returns the pressed button, or the declining answer when the box was closed otherwise.
+    virtual DialogResult showMessage(const MessageRequest& request) = 0;
+    /// Returns the chosen path, empty when the user cancelled.
+    virtual std::string chooseFile(const FileRequest& request) = 0;
+
+    static DialogBackend& get();
+    /// Makes `backend` the one in use (null: GTK's boxes) and returns the previous one.
+    static std::unique_ptr<DialogBackend> install(std::unique_ptr<DialogBackend> backend);
+};
+
+} // namespace Kes

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <KesCommonView/IView.h>
+
+#include <gtkmm/container.h>
+#include <gtkmm/widget.h>
+#include <gtkmm/window.h>
+
+#include <string>
+
+namespace Kes::GtkWidgetHelper {
+
+/// The top-level window that the view is, or is placed in; null when there is none.
+KES_EXPORT Gtk::Window* getParentWindow(IView* view);
+
+/// The name under which assistive technology knows the widget.
+KES_EXPORT void setAccessibleName(Gtk::Widget& widget, const std::string& name);
+
+/// Takes every child out of a container; the children are not destroyed when somebody else owns them.
+KES_EXPORT void removeChildren(Gtk::Container& container);
+
+} // namespace Kes::GtkWidgetHelper

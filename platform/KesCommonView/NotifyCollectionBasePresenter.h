@@ -1,0 +1,81 @@
+#pragma once
+
+#include <KesCommon/Connection.h>
+#include <KesCommon/NotifyCollection.h>
+#include <KesCommonView/CollectionBoxView.h>
+#include <KesCommonView/IPresenter.h>
+#include <KesCommonView/UpdateViewGuard.h>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace Kes {
+
+/// Follows a notifying collection with one child presenter per item.
+///
+/// Made and destroyed on the GUI thread; the collection may change on any thread. Every change of the view
+/// runs on the GUI thread and the changing thread waits for it, so that an item may be destroyed as soon
+/// as its removal has been announced.
+template <typename T, typename Collection = NotifyCollection<T>>
+class NotifyCollectionBasePresenter : public IPresenter {
+public:
+    using ItemFactory = std::function<std::unique_ptr<IPresenter>(T)>;
+
+    NotifyCollectionBasePresenter(ItemFactory factory, std::unique_ptr<ICollectionView> view)
+        : _factory(std::move(factory)), _view(std::move(view))
+    {
+    }
+    ~NotifyCollectionBasePresenter() override
+    {
+        SignalGate::Guard gate;
+        _inserted.disconnect();
+        _removed.disconnect();
+    }
+
+    IView* getView() override { return _view.get(); }
+
+    /// Shows the items of the collection (null: none) and follows it. The collection outlives the presenter
+    /// or is replaced by another call.
+    void setCollection(Collection* collection)
+    {
+        SignalGate::Guard gate;
+        _inserted.disconnect();
+        _removed.disconnect();
+        while (!_items.empty())
+            _remove(_items.size() - 1);
+        if (!collection)
+            return;
+        for (const T& item : collection->getItems())
+            _insert(_items.size(), item);
+        _inserted = collection->signalInserted.connect([this](std::size_t index, const T& item) {
+            _guard.safeWaitUpdateView([this, index, &item] { _insert(index, item); });
+        });
+        _removed = collection->signalRemoved.connect([this](std::size_t index, const T&) {
+            _guard.safeWaitUpdateView([this, index] { _remove(index); });
+        });
+    }
+
+private:
+    void _insert(std::size_t index, const T& item)
+    {
+        auto presenter = _factory(item);
+        _view->insertView(index, presenter->getView());
+        _items.insert(_items.begin() + static_cast<std::ptrdiff_t>(index), std::move(presenter));
+    }
+    void _remove(std::size_t index)
+    {
+        const auto item = _items.begin() + static_cast<std::ptrdiff_t>(index);
+        _view->removeView((*item)->getView());
+        _items.erase(item);
+    }
+
+    ItemFactory _factory;
+    std::unique_ptr<ICollectionView> _view;
+    std::vector<std::unique_ptr<IPresenter>> _items;
+    UpdateViewGuard _guard;
+    ScopedConnection _inserted;
+    ScopedConnection _removed;
+};
+
+} // namespace Kes

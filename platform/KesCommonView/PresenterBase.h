@@ -1,0 +1,41 @@
+#pragma once
+
+#include <KesCommonView/IPresenter.h>
+
+#include <sigc++/sigc++.h>
+
+#include <memory>
+
+namespace Kes {
+
+/// A presenter whose view is made on first use. GUI thread.
+template <typename IViewType>
+class PresenterBase : public IPresenter, public sigc::trackable {
+public:
+    PresenterBase() = default;
+    PresenterBase(const PresenterBase&) = delete;
+    PresenterBase& operator=(const PresenterBase&) = delete;
+
+    /// Creates the view when there is none, and initialises it once.
+    IView* getView() override { return &_getView(); }
+
+protected:
+    virtual std::unique_ptr<IViewType> _createDefaultView() = 0;
+    /// Called once, when the view has just been created; connects and fills it.
+    virtual void _onViewInited() {}
+
+    IViewType& _getView()
+    {
+        if (!_view) {
+            _view = _createDefaultView();
+            _onViewInited();
+        }
+        return *_view;
+    }
+    bool _hasView() const { return _view != nullptr; }
+
+private:
+    std::unique_ptr<IViewType> _view;
+};
+
+} // namespace Kes

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+
+#include <string>
+
+namespace KesView {
+
+/// The style sheets of the family. GUI thread.
+class KES_EXPORT Style {
+public:
+    /// Loads a style sheet from the themes directory for the whole screen; each name is loaded once.
+    /// A missing or broken one writes a warning to the log and changes nothing else.
+    static void setStyle(const std::string& name);
+};
+
+} // namespace KesView

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <KesCommonView/IView.h>
+
+#include <gtkmm/window.h>
+
+namespace Kes {
+
+/// The base of all top-level windows of the family: remembers nothing, but has the family's icon and
+/// default behaviour. GUI thread.
+class KES_EXPORT Window : public Gtk::Window {
+public:
+    Window();
+    ~Window() override;
+};
+
+} // namespace Kes

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <KesCommonView/IWindowView.h>
+#include <KesCommonView/PresenterBase.h>
+
+namespace Kes {
+
+/// The presenter of a secondary window. GUI thread.
+template <typename IViewType = IWindowView>
+class WindowBasePresenter : public PresenterBase<IViewType> {
+public:
+    /// The window has been closed. A slot may destroy the presenter.
+    sigc::signal<void()> signalClosed;
+
+    /// Shows the window over the parent's window; null: anywhere.
+    void show(IView* parent)
+    {
+        auto& view = this->_getView();
+        if (!_closed.connected())
+            _closed = view.signalClosed.connect(sigc::mem_fun(*this, &WindowBasePresenter::_onClosed));
+        view.show(parent);
+    }
+    void close()
+    {
+        if (this->_hasView())
+            this->_getView().close();
+    }
+
+private:
+    void _onClosed() { signalClosed.emit(); }
+
+    sigc::connection _closed;
+};
+
+} // namespace Kes
