@@ -1,0 +1,38 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommon/Result.h>
+#include <KesCommon/Signal.h>
+
+#include <atomic>
+
+namespace KesDevice {
+
+class Kesto;
+
+/// The auxiliary direct-voltage output of a device, which feeds the relay under test. Owned by its device.
+class KES_EXPORT AuxDC {
+public:
+    /// The enable state has changed. Emitted on the thread that changed it: a device thread or the caller's.
+    Kes::Signal<void(bool)> signalEnableChanged;
+
+    /// Any thread.
+    bool getEnable() const { return _enabled; }
+    /// In volts, 12 to 300. Any thread.
+    double getVolts() const { return _volts; }
+
+    /// Any thread. Takes effect on the device at once when it is connected, else when it connects; a voltage
+    /// outside the range is refused.
+    Kes::Result set(bool enable, double volts);
+
+private:
+    friend class Kesto;
+    explicit AuxDC(Kesto& kesto) : _kesto(kesto) {}
+    void _setEnable(bool enable);
+
+    Kesto& _kesto;
+    std::atomic<bool> _enabled{false};
+    std::atomic<double> _volts{220.0};
+};
+
+} // namespace KesDevice

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommon/Signal.h>
+
+#include <atomic>
+
+namespace KesDevice {
+
+/// Whether the output of any configuration in the process runs. Any thread.
+class KES_EXPORT HardwareIsRunningComponent {
+public:
+    static HardwareIsRunningComponent& getInstance();
+
+    /// Emitted on the thread that started or stopped the output.
+    Kes::Signal<void(bool)> signalRunningChanged;
+
+    bool isRunning() const { return _count > 0; }
+
+private:
+    friend class HardwareManager;
+    HardwareIsRunningComponent() = default;
+    void _changeCount(int by);
+
+    std::atomic<int> _count{0};
+};
+
+} // namespace KesDevice

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommon/Signal.h>
+
+#include <chrono>
+#include <memory>
+
+namespace KesDevice {
+
+/// Asks the devices of the current configuration for their state, again and again, on a thread of its own,
+/// while it is switched on and no output runs. Any thread.
+class KES_EXPORT KestoStateGlobalUpdater {
+public:
+    static KestoStateGlobalUpdater& getInstance();
+
+    /// Updating has been switched on or off. Emitted on the thread that switched.
+    Kes::Signal<void(bool)> signalUpdatingChanged;
+
+    /// Off at first. Switching off returns when no update is under way any more.
+    bool isUpdating() const;
+    void setUpdating(bool updating);
+
+    /// The time between two rounds; one second at first.
+    void setInterval(std::chrono::milliseconds interval);
+
+private:
+    KestoStateGlobalUpdater();
+    ~KestoStateGlobalUpdater();
+    struct Impl;
+    std::unique_ptr<Impl> _impl;
+};
+
+} // namespace KesDevice

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesDevice/SyncMode.h>
+
+#include <atomic>
+
+namespace KesDevice {
+
+/// The synchronisation of a configuration's devices. Owned by the configuration. Any thread.
+class KES_EXPORT SyncManager {
+public:
+    const SyncMode& getActiveMode() const { return SyncMode::get(_kind); }
+    void setActiveMode(SyncModeKind kind) { _kind = kind; }
+
+private:
+    std::atomic<SyncModeKind> _kind{SyncModeKind::None};
+};
+
+} // namespace KesDevice

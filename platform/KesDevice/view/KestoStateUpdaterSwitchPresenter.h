@@ -1,0 +1,23 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommonView/IPresenter.h>
+
+#include <memory>
+
+namespace KesDevice {
+
+/// The switch that turns the periodic state updates of the devices on and off, for the status bar. GUI thread.
+class KES_EXPORT KestoStateUpdaterSwitchPresenter : public Kes::IPresenter {
+public:
+    KestoStateUpdaterSwitchPresenter();
+    ~KestoStateUpdaterSwitchPresenter() override;
+
+    Kes::IView* getView() override;
+
+private:
+    class Impl;
+    std::unique_ptr<Impl> _impl;
+};
+
+} // namespace KesDevice

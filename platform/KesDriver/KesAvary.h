@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace KesDriver {
+
+/// What a device reports about one of its output channels in a fault record.
+struct KesAvaryChannel {
+    /// The channel's display name, such as "IA"; empty when the device does not tell.
+    std::string name;
+    bool isDisconnected = false;
+    bool isOverheat = false;
+    bool isOverload = false;
+
+    bool operator==(const KesAvaryChannel&) const = default;
+};
+
+/// A fault record (in the family's vocabulary an avary), as a device reports it. A value.
+struct KesAvary {
+    std::uint16_t kestoType = 0;
+    std::uint32_t serialNumber = 0;
+    /// The device does not answer any more.
+    bool isConnectError = false;
+    /// The emergency button on the device was pressed.
+    bool isQuickShutdown = false;
+    std::vector<KesAvaryChannel> channels;
+
+    bool operator==(const KesAvary&) const = default;
+};
+
+} // namespace KesDriver
