@@ -1,0 +1,32 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+
+#include <string>
+
+/// Where the family of programs keeps its files. Every path is absolute and ends with "/"; no folder is
+/// created here. The environment is read at each call. Any thread, as long as none changes the environment.
+namespace Kes {
+
+/// What can be lost without harm, per user: "$XDG_CACHE_HOME/kes/", by default "~/.cache/kes/".
+KES_EXPORT std::string getKesCrossAppCacheDir();
+
+/// Settings, per user: "$XDG_CONFIG_HOME/kes/", by default "~/.config/kes/".
+KES_EXPORT std::string getKesCrossAppConfigDir();
+
+/// Reports and the like: the folder "kes" in the user's documents folder. That is $XDG_DOCUMENTS_DIR or
+/// the one configured for the desktop, by default "~/Documents". A folder of the family's own keeps
+/// a "report.html" from replacing a file that the user has made.
+KES_EXPORT std::string getKesCrossDocDir();
+
+/// The folder of the running executable.
+KES_EXPORT std::string getKesCrossExeDir();
+
+/// The data that comes with the programs: "../share/kesprogram/" as seen from the executable's folder,
+/// in an installed tree and in the build tree alike.
+KES_EXPORT std::string getDataDir();
+
+/// Style sheets, icons and pictures: "themes/" in the data directory.
+KES_EXPORT std::string getThemesDir();
+
+} // namespace Kes

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <array>
+#include <charconv>
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace Kes::Net {
+
+/// A network address of N bytes, written as decimal numbers with a separator; `NetAddr<4, '.'>` is IPv4.
+/// The first byte is the first one written. A value; any thread.
+template <std::size_t N, char Separator>
+class NetAddr {
+public:
+    using Bytes = std::array<std::uint8_t, N>;
+
+    /// All bytes zero.
+    constexpr NetAddr() = default;
+    constexpr explicit NetAddr(const Bytes& bytes) : _bytes(bytes) {}
+
+    /// Reads exactly N numbers from 0 to 255 in plain decimal digits: no blanks, signs, leading zeros.
+    static std::optional<NetAddr> parse(const std::string& text)
+    {
+        NetAddr result;
+        std::string_view rest = text;
+        for (std::size_t i = 0; i < N; ++i) {
+            if (i > 0) {
+                if (rest.empty() || rest.front() != Separator)
+                    return std::nullopt;
+                rest.remove_prefix(1);
+            }
+            const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), result._bytes[i]);
+            const auto length = static_cast<std::size_t>(end - rest.data());
+            if (error != std::errc() || (length > 1 && rest.front() == '0'))
+                return std::nullopt;
+            rest.remove_prefix(length);
+        }
+        return rest.empty() ? std::optional(result) : std::nullopt;
+    }
+
+    std::string to_string(char separator = Separator) const
+    {
+        std::string text;
+        for (const auto byte : _bytes) {
+            if (!text.empty())
+                text += separator;
+            text += std::to_string(byte);
+        }
+        return text;
+    }
+
+    constexpr const Bytes& getBytes() const { return _bytes; }
+
+    friend constexpr auto operator<=>(const NetAddr&, const NetAddr&) = default;
+
+private:
+    Bytes _bytes{};
+};
+
+} // namespace Kes::Net
