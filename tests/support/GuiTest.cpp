@@ -1,0 +1,85 @@
+#include "GuiTest.h"
+
+#include <KesCommon/Language.h>
+#include <KesCommonView/ApplicationDispatcher.h>
+
+#include <gtk/gtk.h>
+#include <gtkmm/container.h>
+#include <gtkmm/main.h>
+
+#include <stdexcept>
+
+namespace KesTest {
+
+namespace {
+
+void initialiseGtk()
+{
+    static const bool done = [] {
+        if (!gtk_init_check(nullptr, nullptr))
+            throw std::runtime_error("no display: run the test through tests/support/headless.sh");
+        Gtk::Main::init_gtkmm_internals();
+        return true;
+    }();
+    (void)done;
+}
+
+void collect(Gtk::Widget& widget, const std::function<bool(Gtk::Widget&)>& predicate,
+             std::vector<Gtk::Widget*>& found)
+{
+    if (predicate(widget))
+        found.push_back(&widget);
+    auto* container = dynamic_cast<Gtk::Container*>(&widget);
+    if (!container)
+        return;
+    struct Visit {
+        const std::function<bool(Gtk::Widget&)>& predicate;
+        std::vector<Gtk::Widget*>& found;
+    } visit{predicate, found};
+    gtk_container_forall(
+        container->gobj(),
+        [](GtkWidget* child, gpointer data) {
+            auto& next = *static_cast<Visit*>(data);
+            collect(*Glib::wrap(child), next.predicate, next.found);
+        },
+        &visit);
+}
+
+} // namespace
+
+GuiTest::GuiTest()
+{
+    initialiseGtk();
+    lng::language = lng::English;
+    Kes::ApplicationDispatcherPresenter::getInstance().registerDispatcher();
+}
+
+GuiTest::~GuiTest()
+{
+    runPendingEvents();
+    lng::language = lng::English;
+}
+
+std::vector<Gtk::Widget*> findWidgets(Gtk::Widget& root, const std::function<bool(Gtk::Widget&)>& predicate)
+{
+    std::vector<Gtk::Widget*> found;
+    collect(root, predicate, found);
+    return found;
+}
+
+Gtk::Widget* findByClass(Gtk::Widget& root, const std::string& styleClass)
+{
+    const auto found = findWidgets(
+        root, [&](Gtk::Widget& widget) { return widget.get_style_context()->has_class(styleClass); });
+    return found.empty() ? nullptr : found.front();
+}
+
+bool isSeen(const Gtk::Widget& widget)
+{
+    for (const Gtk::Widget* w = &widget; w; w = w->get_parent())
+        if (!w->get_visible())
+            return false;
+    return true;
+}
+
+} // namespace KesTest
