@@ -1,0 +1,240 @@
+#include <KesProgram/model/ProgramModel.h>
+
+#include <KesCommon/Directories.h>
+#include <KesCommon/FileSystem.h>
+#include <KesCommon/Log.h>
+#include <KesCommon/StringHelper.h>
+#include <KesCommon/ThreadHelper.h>
+#include <KesCommon/TypeHelper.h>
+#include <KesDevice/HardwareControl.h>
+#include <KesProgram/archive/ArchiveManager.h>
+#include <KesProgram/archive/FileRecentManager.h>
+#include <KesProgram/text/Program.h>
+
+#include <glib.h>
+#include <glibmm/miscutils.h>
+
+namespace KesProgram {
+
+namespace {
+
+constexpr unsigned recentFilesCapacity = 10;
+
+std::string helpFilePath(const std::string& baseName)
+{
+    const std::string relative = std::string("Help/") + lng::languageName() + "/" + baseName + ".pdf";
+    return Glib::build_filename(Kes::getKesCrossExeDir(), relative);
+}
+
+} // namespace
+
+ProgramModel::ProgramModel() : _state(std::make_shared<const std::string>()) {}
+
+ProgramModel::~ProgramModel()
+{
+    signalMessage.clear();
+    Kes::ThreadHelper::join(_shutdownThread);
+    Kes::ThreadHelper::join(_startThread);
+    {
+        std::lock_guard lock(_closedMutex);
+        if (_closedSource)
+            g_source_remove(_closedSource);
+    }
+    _globalHardwareConnection.disconnect();
+    for (auto& connection : _hardwareConnections)
+        connection.disconnect();
+}
+
+void ProgramModel::init()
+{
+    if (!usesLocalHardware())
+        _globalHardwareConnection = KesDevice::HardwareControl::signalHardwareChanged.connect(
+            [this](KesDevice::HardwareManager* hardware) { _onHardwareChangedImpl(hardware); });
+    _attachHardwareManager();
+    _onHardwareChanged(nullptr);
+    signalHardwareChanged.emit();
+    if (hasArchiveLogic())
+        _initArchiveManager();
+}
+
+std::string ProgramModel::getProgramName()
+{
+    return {};
+}
+
+std::string ProgramModel::getHelpFileName()
+{
+    const std::string path = helpFilePath(getProgramName());
+    if (Kes::fileExist(path))
+        return path;
+    KesLog::Log::writeWarn(Kes::StringHelper::formatC(lng::Program::get("Help.errorOpenFile"), path.c_str()));
+    return helpFilePath(lng::Program::get("Help.defaultFileName"));
+}
+
+void ProgramModel::newData(const std::string&) {}
+
+std::unique_ptr<std::istream> ProgramModel::getDataStream()
+{
+    return nullptr;
+}
+
+bool ProgramModel::setDataStream(std::istream&, bool)
+{
+    return true;
+}
+
+bool ProgramModel::setRepairDataStream(std::istream&)
+{
+    return true;
+}
+
+std::string ProgramModel::getExtension()
+{
+    return "???";
+}
+
+std::string ProgramModel::getSupportedExtension()
+{
+    return {};
+}
+
+bool ProgramModel::hasArchiveLogic()
+{
+    return !getExtension().empty();
+}
+
+bool ProgramModel::usesLocalHardware()
+{
+    return false;
+}
+
+KesTree::Node* ProgramModel::getTestObject()
+{
+    return nullptr;
+}
+
+std::string ProgramModel::createReport()
+{
+    return {};
+}
+
+void ProgramModel::_onHardwareChanged(KesDevice::HardwareManager*) {}
+
+bool ProgramModel::_onPrepareStart()
+{
+    return true;
+}
+
+void ProgramModel::_onStop() {}
+
+void ProgramModel::_onFinished() {}
+
+void ProgramModel::_onClosing() {}
+
+const std::string& ProgramModel::getState() const
+{
+    // Another thread may set the text while the caller still reads it: each thread keeps what it was given.
+    thread_local std::shared_ptr<const std::string> held;
+    std::lock_guard lock(_stateMutex);
+    held = _state;
+    return *held;
+}
+
+ArchiveManager* ProgramModel::getArchiveManager()
+{
+    return _archiveManager.get();
+}
+
+FileRecentManager* ProgramModel::getFileRecentManager()
+{
+    if (!_recentFiles)
+        _recentFiles = std::make_unique<FileRecentManager>(recentFilesCapacity);
+    return _recentFiles.get();
+}
+
+void ProgramModel::setPackageVersion(const std::string& version)
+{
+    _packageVersion = version;
+}
+
+const std::string& ProgramModel::getPackageVersion() const
+{
+    return _packageVersion;
+}
+
+void ProgramModel::close()
+{
+    bool wasRunning = false;
+    {
+        std::lock_guard lock(_runMutex);
+        _closing = true;
+        wasRunning = _running.exchange(false);
+    }
+    if (wasRunning) {
+        _emitRunningChanged();
+        _onStop();
+    }
+    _onClosing();
+    signalClosing.emit();
+    _shutdownThread = std::thread(&ProgramModel::_shutdown, this);
+}
+
+void ProgramModel::_setState(const std::string& text)
+{
+    {
+        std::lock_guard lock(_stateMutex);
+        if (*_state == text)
+            return;
+        _state = std::make_shared<const std::string>(text);
+    }
+    signalStateChanged.emit();
+}
+
+void ProgramModel::_initArchiveManager()
+{
+    _archiveManager = std::make_unique<ArchiveManager>(
+        [this](const std::string& name) { newData(name); }, [this] { return getDataStream(); },
+        [this](std::istream& stream, bool flag) { return setDataStream(stream, flag); });
+    const std::string lastFile = getFileRecentManager()->getLast();
+    _archiveManager->init(lastFile);
+    _archiveManager->signalFileNameChanged.connect(
+        sigc::mem_fun(*this, &ProgramModel::_onArchiveManagerFileNameChanged));
+}
+
+void ProgramModel::_onArchiveManagerFileNameChanged()
+{
+    const std::string fileName = _archiveManager->getFileName();
+    if (!fileName.empty())
+        getFileRecentManager()->tryAdd(fileName);
+}
+
+std::string ProgramModel::_getProgrammCacheDirectory() const
+{
+    return Kes::getKesCrossAppCacheDir() + Kes::TypeHelper::getShortTypeName(typeid(*this)) + "/";
+}
+
+void ProgramModel::_shutdown()
+{
+    Kes::ThreadHelper::setCurrentThreadName("KesProgram_Shutdown");
+    Kes::ThreadHelper::join(_startThread);
+    std::lock_guard lock(_closedMutex);
+    _closedSource = g_idle_add_full(
+        G_PRIORITY_DEFAULT_IDLE,
+        [](gpointer model) -> gboolean {
+            static_cast<ProgramModel*>(model)->_onShutdown();
+            return G_SOURCE_REMOVE;
+        },
+        this, nullptr);
+}
+
+void ProgramModel::_onShutdown()
+{
+    {
+        std::lock_guard lock(_closedMutex);
+        _closedSource = 0;
+    }
+    // A slot may destroy the model; nothing of it is touched afterwards.
+    signalClosed.emit();
+}
+
+} // namespace KesProgram

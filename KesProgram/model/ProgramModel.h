@@ -1,0 +1,234 @@
+#pragma once
+
+#include <KesCommon/Connection.h>
+#include <KesCommon/Export.h>
+#include <KesCommon/Signal.h>
+#include <KesDevice/HardwareManager.h>
+#include <KesProgram/model/RunVerdict.h>
+
+#include <sigc++/sigc++.h>
+
+#include <array>
+#include <atomic>
+#include <istream>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+
+namespace KesTree {
+class Node;
+}
+
+namespace KesProgram {
+
+class ArchiveManager;
+class FileRecentManager;
+
+/// The model of one test program: its state, its hardware, its test run and its data.
+///
+/// A concrete program derives its model from this class, implements the pure hooks and overrides those others
+/// that it needs. The program owns the model; it creates it before the presenter's first `open` and destroys
+/// it after `signalClosed`, on the GUI thread.
+///
+/// Threads: the GUI thread calls everything that is not marked otherwise. A run happens on the start thread
+/// "KesProgram_Start", closing on the shutdown thread "KesProgram_Shutdown", and the device library reports on
+/// its own threads. The model's signals are emitted on whichever of these threads caused the change, after the
+/// change, without any lock but the signal gate; a listener brings its view changes to the GUI thread. Only
+/// `signalClosed` always comes on the GUI thread. The flags and the state text may be read on any thread.
+///
+/// The model shows nothing: texts for the user go out through `signalMessage`.
+class KES_EXPORT ProgramModel : public sigc::trackable {
+public:
+    /// The hardware configuration was attached or has changed.
+    Kes::Signal<void()> signalHardwareChanged;
+    /// `getCanStart()` may have changed.
+    Kes::Signal<void()> signalCanStartChanged;
+    /// The running flag has changed.
+    Kes::Signal<void()> signalCanStopChanged;
+    /// Follows every `signalCanStopChanged` at once.
+    Kes::Signal<void()> signalRunningChanged;
+    /// A run has ended, or a start has failed; the argument tells whether its output had been started.
+    Kes::Signal<void(bool)> signalFinished;
+    /// A text for the user. The reference is valid during the emission.
+    Kes::Signal<void(const std::string&)> signalMessage;
+    /// `getState()` has changed.
+    Kes::Signal<void()> signalStateChanged;
+    /// `close()` has stopped the run and begins the shutdown. GUI thread.
+    Kes::Signal<void()> signalClosing;
+    /// The shutdown has ended; the model may be destroyed after the emission. GUI thread.
+    Kes::Signal<void()> signalClosed;
+
+    ProgramModel();
+    ProgramModel(const ProgramModel&) = delete;
+    ProgramModel& operator=(const ProgramModel&) = delete;
+    /// Waits for both threads. Destroy the model after `signalClosed`, when no hook is running any more.
+    virtual ~ProgramModel() = 0;
+
+    // Hooks, with what they do when a program does not override them.
+
+    /// Attaches the hardware and, with archive logic, opens the last archive. Called once, before the window
+    /// is built; an override calls it.
+    virtual void init();
+    /// The program's name for titles; empty.
+    virtual std::string getProgramName();
+    /// The path of the help file in the language of the process: "Help/<language>/<program name>.pdf" beside
+    /// the executable; without such a file a warning goes to the log and the family's general help is named.
+    virtual std::string getHelpFileName();
+    /// The can-start flag, while the hardware's output does not run. Any thread.
+    virtual bool getCanStart();
+    /// Begin an empty data set; nothing.
+    virtual void newData(const std::string& fileName);
+    /// The content of the archive file as it would be saved now, positioned at its beginning; null. A program
+    /// with archive logic has to return a stream, the same bytes for the same data.
+    virtual std::unique_ptr<std::istream> getDataStream();
+    /// Load the content of an archive file; true. `flag`: repair, that is, take from damaged or outdated content
+    /// what can be taken. False refuses the content; the program's data is then replaced by `newData`.
+    virtual bool setDataStream(std::istream& stream, bool flag);
+    /// For the program's own repair of a damaged file; true.
+    virtual bool setRepairDataStream(std::istream& stream);
+    /// The extension of archive files, without dot; "???". An empty one: the program keeps no archive files.
+    virtual std::string getExtension();
+    /// One further extension accepted when opening; empty: none.
+    virtual std::string getSupportedExtension();
+    /// Whether the program keeps archive files; true when the extension is not empty.
+    virtual bool hasArchiveLogic();
+    /// Whether the program has a hardware configuration of its own; false: it uses the global one. Any thread;
+    /// always the same answer.
+    virtual bool usesLocalHardware();
+    /// The root of the test object, owned by the program; null: none.
+    virtual KesTree::Node* getTestObject();
+    /// Writes the report and returns its path; empty: there is none.
+    virtual std::string createReport();
+
+protected:
+    /// The hardware configuration is new or has changed (null: at `init`). On the changing thread; nothing.
+    virtual void _onHardwareChanged(KesDevice::HardwareManager* hardware);
+    /// The last check before the start thread is made, on the GUI thread; true. False: no start.
+    virtual bool _onPrepareStart();
+    /// Whether the active synchronisation mode suits the program; when it supports sequences. Start thread.
+    virtual bool _isSupportedHardwareSync();
+    /// Checks, connects and switches on the hardware, on the start thread. False: no run.
+    virtual bool _onPrepareHardware();
+    /// The test itself, on the start thread. The output is on, at zero. It looks at `isRunning()` to see
+    /// whether it has been stopped, and it or what it has started calls `_finish()` exactly once. An exception
+    /// that leaves it ends the run with a message.
+    virtual void _onStart() = 0;
+    /// The run has been stopped: by the user, a fault or closing; on the thread that did it, under the signal
+    /// gate in the case of a fault. Must return at once, waiting for nothing; nothing.
+    virtual void _onStop();
+    /// Switches the hardware off, on the thread that calls `_finish()`.
+    virtual void _onFinishHardware();
+    /// The hardware is off; on the thread that calls `_finish()`; nothing.
+    virtual void _onFinished();
+    /// The program is closing; on the GUI thread, after `_onStop()`; nothing.
+    virtual void _onClosing();
+
+public:
+    /// What the last run showed; tells an unattended run how it ended. GUI thread, after `signalFinished`.
+    virtual RunVerdict getRunVerdict() = 0;
+
+    /// What the program is doing, for the status bar. Any thread; the reference is valid until the same
+    /// thread asks again.
+    const std::string& getState() const;
+    /// Whether a run can be stopped. Any thread.
+    bool getCanStop() const { return _running; }
+    /// Whether a run is under way and has not been stopped. Any thread.
+    bool isRunning() const { return _running; }
+    /// Whether the output of the current run has been started. Any thread.
+    bool isOutputStarted() const { return _outputStarted; }
+
+    /// Null without archive logic and before `init`.
+    ArchiveManager* getArchiveManager();
+    /// Made on first use, for ten files.
+    FileRecentManager* getFileRecentManager();
+
+    void setPackageVersion(const std::string& version);
+    const std::string& getPackageVersion() const;
+
+    /// The hardware configuration in use, never null. Any thread; see `HardwareControl::getInstance` for its life.
+    KesDevice::HardwareManager* getHardware();
+    /// Makes a configuration the one in use and takes it out of the pointer. The flag is that of
+    /// `HardwareControl::setGlobalInstance`; it has no meaning for a configuration of the program's own.
+    void setHardware(std::unique_ptr<KesDevice::HardwareManager>& hardware, bool flag);
+
+    /// Begins a start. True when the start thread has been made; whether the run succeeds is told by
+    /// signals.
+    bool startTest();
+    /// Stops a run; nothing when none is under way.
+    void stopTest();
+    /// Stops a run whose output has started and disconnects the hardware at its end, or disconnects at once
+    /// when there is no such run.
+    void beginDisconnect();
+
+    /// Stops a run and begins the shutdown. To be called once.
+    void close();
+
+protected:
+    /// Any thread; emits only on a real change.
+    void _setState(const std::string& text);
+    void _setCanProgramStart(bool canStart);
+    void _setCanProgramStop(bool running);
+
+    /// Ends a run: switches the hardware off and resets the flags. Start thread, or wherever the program
+    /// ends its run.
+    void _finish();
+
+    void _initArchiveManager();
+    void _onArchiveManagerFileNameChanged();
+
+    /// The program's own cache folder, named after the model class; ends with a separator.
+    std::string _getProgrammCacheDirectory() const;
+
+    std::unique_ptr<KesDevice::HardwareManager> _createProgramHardwareManager();
+    /// Makes a configuration the program's own; it then holds no devices. Null is accepted.
+    void _setLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware);
+    void _attachHardwareManager();
+    bool _checkHardware();
+
+    void _onHardwareChangedImpl(KesDevice::HardwareManager* hardware);
+    void _onHardwareIsRunningChanged(bool running);
+    void _onHardwareStatusChanged(const char* text);
+    void _onHardwareAvary(KesDriver::KesAvary& avary);
+
+    void _startWorkingModeAndStarted();
+    void _shutdown();
+
+private:
+    enum HardwareConnection { RunningConnection, StatusConnection, AvaryConnection, KestoStateConnection };
+
+    bool _enterRunning();
+    bool _prepareHardwareSafely();
+    void _runSafely();
+    bool _stopRunning();
+    bool _report(const Kes::Result& result);
+    void _emitRunningChanged();
+    void _onKestoState(KesDevice::Kesto* kesto, const char* text);
+    void _onShutdown();
+
+    std::atomic<bool> _canStart{false};
+    std::atomic<bool> _running{false};
+    std::atomic<bool> _outputStarted{false};
+    std::atomic<bool> _stopRequested{false};
+    std::atomic<bool> _closing{false};
+    /// Orders closing against the moment at which a start becomes a run. Never held while emitting.
+    std::mutex _runMutex;
+
+    mutable std::mutex _stateMutex;
+    std::shared_ptr<const std::string> _state;
+
+    std::thread _startThread;
+    std::thread _shutdownThread;
+    std::mutex _closedMutex;
+    unsigned _closedSource = 0;
+
+    std::unique_ptr<ArchiveManager> _archiveManager;
+    std::unique_ptr<FileRecentManager> _recentFiles;
+    std::string _packageVersion;
+
+    std::unique_ptr<KesDevice::HardwareManager> _localHardware;
+    std::array<Kes::ScopedConnection, 4> _hardwareConnections;
+    Kes::ScopedConnection _globalHardwareConnection;
+};
+
+} // namespace KesProgram

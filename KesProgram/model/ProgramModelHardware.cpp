@@ -1,0 +1,154 @@
+// The part of the model that deals with the hardware configuration.
+
+#include <KesProgram/model/ProgramModel.h>
+
+#include <KesCommon/ObjectErrorHelper.h>
+#include <KesDevice/HardwareControl.h>
+#include <KesDevice/HardwareManagerText.h>
+#include <KesProgram/model/AvaryMessage.h>
+#include <KesProgram/text/Program.h>
+
+namespace KesProgram {
+
+KesDevice::HardwareManager* ProgramModel::getHardware()
+{
+    if (!usesLocalHardware())
+        return KesDevice::HardwareControl::getInstance();
+    if (!_localHardware)
+        _setLocalHardware(_createProgramHardwareManager());
+    return _localHardware.get();
+}
+
+void ProgramModel::setHardware(std::unique_ptr<KesDevice::HardwareManager>& hardware, bool flag)
+{
+    if (!usesLocalHardware()) {
+        if (KesDevice::HardwareControl::getEmbeddedMode())
+            KesDevice::HardwareControl::setEmbeddedInstance(std::move(hardware), flag);
+        else
+            KesDevice::HardwareControl::setGlobalInstance(std::move(hardware), flag);
+        return;
+    }
+    const auto old = std::move(_localHardware);
+    _setLocalHardware(std::move(hardware));
+    _attachHardwareManager();
+    _onHardwareChanged(_localHardware.get());
+    signalHardwareChanged.emit();
+}
+
+std::unique_ptr<KesDevice::HardwareManager> ProgramModel::_createProgramHardwareManager()
+{
+    auto hardware = KesDevice::HardwareManager::create();
+    hardware->fillFrom(*KesDevice::HardwareControl::getInstance());
+    return hardware;
+}
+
+void ProgramModel::_setLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware)
+{
+    _localHardware = std::move(hardware);
+    if (!_localHardware)
+        return;
+    _localHardware->setIsStopOnFault(true);
+    _localHardware->setIsStatusReported(true);
+    _localHardware->getVirtualChannels().setIsControlGroupsEnabled(true);
+    _report(_localHardware->getKestos().clear());
+}
+
+void ProgramModel::_attachHardwareManager()
+{
+    Kes::SignalGate::Guard gate;
+    auto& hardware = *getHardware();
+    _hardwareConnections[RunningConnection] =
+        hardware.signalRunningChanged.connect([this](bool running) { _onHardwareIsRunningChanged(running); });
+    _hardwareConnections[StatusConnection] =
+        hardware.signalStatusChanged.connect([this](const char* text) { _onHardwareStatusChanged(text); });
+    _hardwareConnections[AvaryConnection] =
+        hardware.signalAvary.connect([this](KesDriver::KesAvary& avary) { _onHardwareAvary(avary); });
+    _hardwareConnections[KestoStateConnection] = hardware.signalKestoState.connect(
+        [this](KesDevice::Kesto* kesto, const char* text) { _onKestoState(kesto, text); });
+}
+
+void ProgramModel::_onHardwareChangedImpl(KesDevice::HardwareManager* hardware)
+{
+    _attachHardwareManager();
+    _onHardwareChanged(hardware);
+    signalHardwareChanged.emit();
+}
+
+void ProgramModel::_onHardwareIsRunningChanged(bool)
+{
+    signalCanStartChanged.emit();
+}
+
+void ProgramModel::_onHardwareStatusChanged(const char* text)
+{
+    _setState(text);
+}
+
+void ProgramModel::_onHardwareAvary(KesDriver::KesAvary& avary)
+{
+    _stopRunning();
+    signalMessage.emit(_createAvaryMessage(avary));
+}
+
+void ProgramModel::_onKestoState(KesDevice::Kesto* kesto, const char* text)
+{
+    std::string message;
+    if (kesto)
+        message = "[" + kesto->getIdentifer().toDisplayString() + ": " + kesto->getAddress().to_string('.') + "] ";
+    message += text;
+    signalMessage.emit(message);
+}
+
+bool ProgramModel::_isSupportedHardwareSync()
+{
+    return getHardware()->getSyncManager().getActiveMode().isSeqSupported();
+}
+
+bool ProgramModel::_checkHardware()
+{
+    auto& hardware = *getHardware();
+    if (hardware.isOutputRunning()) {
+        signalMessage.emit(lng::Program::get("Message.errorStartTests"));
+        return false;
+    }
+    if (hardware.getKestos().empty()) {
+        signalMessage.emit(lng::Program::get("Message.noKestos"));
+        return false;
+    }
+    if (!_isSupportedHardwareSync()) {
+        const char* name = hardware.getSyncManager().getActiveMode().getName();
+        signalMessage.emit(std::string(lng::HardwareManager::get("Errors.General.startWorkingMode")) + "\n" +
+                           lng::HardwareManager::get("Errors.Sync.modeNotSupportedByTest") + ":\n" +
+                           (name ? name : ""));
+        return false;
+    }
+    return true;
+}
+
+bool ProgramModel::_onPrepareHardware()
+{
+    if (!_checkHardware())
+        return false;
+    auto& hardware = *getHardware();
+    auto result = hardware.prepare();
+    if (result)
+        result = hardware.startWorkingMode();
+    return _report(result);
+}
+
+void ProgramModel::_onFinishHardware()
+{
+    auto& hardware = *getHardware();
+    _report(hardware.stopWorkingMode());
+    if (_stopRequested.exchange(false))
+        _report(hardware.disconnect());
+}
+
+bool ProgramModel::_report(const Kes::Result& result)
+{
+    if (!result)
+        signalMessage.emit(Kes::ObjectErrorHelper::toDisplayString({result.getError()}));
+    return static_cast<bool>(result);
+}
+
+} // namespace KesProgram

@@ -1,0 +1,134 @@
+// The part of the model that starts, stops and finishes a test run.
+
+#include <KesProgram/model/ProgramModel.h>
+
+#include <KesCommon/ThreadHelper.h>
+
+#include <exception>
+
+namespace KesProgram {
+
+bool ProgramModel::getCanStart()
+{
+    return _canStart && !getHardware()->isOutputRunning();
+}
+
+bool ProgramModel::startTest()
+{
+    if (!getCanStart())
+        return false;
+    _setCanProgramStart(false);
+    _setCanProgramStop(false);
+    Kes::ThreadHelper::join(_startThread);
+    if (_onPrepareStart()) {
+        _startThread = std::thread(&ProgramModel::_startWorkingModeAndStarted, this);
+        return true;
+    }
+    _setCanProgramStart(true);
+    return false;
+}
+
+void ProgramModel::stopTest()
+{
+    _stopRunning();
+}
+
+void ProgramModel::beginDisconnect()
+{
+    if (_outputStarted) {
+        _stopRequested = true;
+        _stopRunning();
+        return;
+    }
+    _report(getHardware()->disconnect());
+}
+
+void ProgramModel::_startWorkingModeAndStarted()
+{
+    Kes::ThreadHelper::setCurrentThreadName("KesProgram_Start");
+    if (!_prepareHardwareSafely() || !_enterRunning()) {
+        _finish();
+        return;
+    }
+    _outputStarted = true;
+    _runSafely();
+}
+
+bool ProgramModel::_prepareHardwareSafely()
+{
+    try {
+        return _onPrepareHardware();
+    } catch (const std::exception& error) {
+        signalMessage.emit(error.what());
+        return false;
+    }
+}
+
+bool ProgramModel::_enterRunning()
+{
+    bool changed = false;
+    {
+        std::lock_guard lock(_runMutex);
+        if (_closing)
+            return false;
+        changed = !_running.exchange(true);
+    }
+    if (changed)
+        _emitRunningChanged();
+    return true;
+}
+
+void ProgramModel::_runSafely()
+{
+    try {
+        _onStart();
+    } catch (const std::exception& error) {
+        // The outputs must not stay on because a test body failed.
+        signalMessage.emit(error.what());
+        if (_outputStarted) {
+            _stopRunning();
+            _finish();
+        }
+    }
+}
+
+void ProgramModel::_finish()
+{
+    _onFinishHardware();
+    _onFinished();
+    _setState({});
+    _setCanProgramStart(true);
+    _setCanProgramStop(false);
+    signalFinished.emit(_outputStarted);
+    _outputStarted = false;
+}
+
+void ProgramModel::_setCanProgramStart(bool canStart)
+{
+    if (_canStart.exchange(canStart) != canStart)
+        signalCanStartChanged.emit();
+}
+
+void ProgramModel::_setCanProgramStop(bool running)
+{
+    if (_running.exchange(running) != running)
+        _emitRunningChanged();
+}
+
+/// Exactly one of the threads that want to stop a run gets past the exchange.
+bool ProgramModel::_stopRunning()
+{
+    if (!_running.exchange(false))
+        return false;
+    _emitRunningChanged();
+    _onStop();
+    return true;
+}
+
+void ProgramModel::_emitRunningChanged()
+{
+    signalCanStopChanged.emit();
+    signalRunningChanged.emit();
+}
+
+} // namespace KesProgram
