@@ -10,15 +10,23 @@
 
 namespace Kes {
 
-/// One slot's place in a gated signal. Used through `Connection`; all operations pass `SignalGate`.
+/// One slot's place in a gated signal: what to call, and the receivers whose death cuts it.
+/// Used through `Connection`; all operations pass `SignalGate`.
 class KES_EXPORT ConnectionSlot {
 public:
-    ConnectionSlot() = default;
+    explicit ConnectionSlot(std::shared_ptr<const void> callable);
     ConnectionSlot(const ConnectionSlot&) = delete;
     ConnectionSlot& operator=(const ConnectionSlot&) = delete;
-    virtual ~ConnectionSlot();
+    ~ConnectionSlot();
 
     bool isConnected() const;
+
+    /// What to call, of a type that only the signal knows; null once the slot is cut. Call it under the
+    /// gate, and hold the pointer while it runs: the slot may cut itself.
+    std::shared_ptr<const void> getCallable() const;
+
+    /// Cuts the slot and lets go of the functor and of all that it has captured, at once or, when it is
+    /// running (which can only be further up on this thread), when it has returned.
     void disconnect();
 
     /// Cuts the slot when one of the trackables inside the functor dies.
@@ -29,11 +37,14 @@ public:
     }
 
 private:
+    struct Tracking;
+
     void _track(const sigc::trackable* object);
+    void _untrack();
     static void* _onTrackableDestroyed(void* data);
 
-    bool _connected = true;
-    std::vector<const sigc::trackable*> _tracked;
+    std::shared_ptr<const void> _callable;
+    std::vector<std::shared_ptr<Tracking>> _trackings;
 };
 
 /// A handle on one connection of a gated signal. Copies denote the same connection; destroying a handle

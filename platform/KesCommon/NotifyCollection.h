@@ -48,13 +48,15 @@ public:
     bool isReadOnly() const { return _readOnly; }
     void setReadOnly(bool readOnly) { _readOnly = readOnly; }
 
-    Result add(const T& item) { return insert(size(), item); }
+    /// Appends.
+    Result add(const T& item) { return insert(static_cast<std::size_t>(-1), item); }
     /// An index past the end appends.
     Result insert(std::size_t index, const T& item);
     /// An index past the end is ignored.
     Result removeAt(std::size_t index);
     /// An item that is not in the collection is ignored.
     Result remove(const T& item);
+    /// Removes the items that it finds, last first; what a listener appends meanwhile stays.
     Result clear();
 
 protected:

@@ -8,9 +8,9 @@ namespace Kes {
 template <typename T>
 Result NotifyCollection<T>::insert(std::size_t index, const T& item)
 {
+    SignalGate::Guard gate;
     if (_readOnly)
         return collectionReadOnlyError();
-    SignalGate::Guard gate;
     {
         std::lock_guard lock(_mutex);
         index = std::min(index, _items.size());
@@ -23,9 +23,9 @@ Result NotifyCollection<T>::insert(std::size_t index, const T& item)
 template <typename T>
 Result NotifyCollection<T>::removeAt(std::size_t index)
 {
+    SignalGate::Guard gate;
     if (_readOnly)
         return collectionReadOnlyError();
-    SignalGate::Guard gate;
     if (index < size())
         _removeAt(index);
     return true;
@@ -34,9 +34,9 @@ Result NotifyCollection<T>::removeAt(std::size_t index)
 template <typename T>
 Result NotifyCollection<T>::remove(const T& item)
 {
+    SignalGate::Guard gate;
     if (_readOnly)
         return collectionReadOnlyError();
-    SignalGate::Guard gate;
     const auto items = getItems();
     const auto found = std::find(items.begin(), items.end(), item);
     if (found != items.end())
@@ -47,12 +47,13 @@ Result NotifyCollection<T>::remove(const T& item)
 template <typename T>
 Result NotifyCollection<T>::clear()
 {
+    SignalGate::Guard gate;
     if (_readOnly)
         return collectionReadOnlyError();
-    SignalGate::Guard gate;
     signalReset.emit();
-    while (!empty())
-        _removeAt(size() - 1);
+    for (auto index = size(); index-- > 0;)
+        if (index < size())
+            _removeAt(index);
     return true;
 }
 

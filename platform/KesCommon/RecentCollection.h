@@ -46,7 +46,7 @@ public:
     void deserialize(const std::string& text);
 
 private:
-    void _put(std::vector<std::string>& paths, const std::string& path) const;
+    bool _put(std::vector<std::string>& paths, const std::string& path);
     void _replace(std::vector<std::string> paths);
 
     const unsigned int _capacity;

@@ -2,6 +2,7 @@
 
 #include <KesCommon/ObjectError.h>
 
+#include <concepts>
 #include <memory>
 #include <string>
 #include <utility>
@@ -12,7 +13,8 @@ namespace Kes {
 class [[nodiscard]] Result {
 public:
     /// `Result(true)` is success; `Result(false)` a failure without details.
-    Result(bool success) : _success(success) {}
+    /// Only a `bool` will do: a text must not pass for success, see `failure`.
+    Result(std::same_as<bool> auto success) : _success(success) {}
     /// A failure. A null error is a failure without details.
     Result(std::shared_ptr<ObjectError> error) : _success(false), _error(std::move(error)) {}
 

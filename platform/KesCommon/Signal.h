@@ -3,7 +3,10 @@
 #include <KesCommon/Connection.h>
 #include <KesCommon/SignalGate.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -16,7 +19,8 @@ class Signal;
 /// A signal that may be emitted on one thread while others emit, connect or disconnect.
 ///
 /// It is used like `sigc::signal`: `connect` takes any functor, follows the `sigc::trackable`s inside it
-/// (of `sigc::mem_fun` and `sigc::track_obj`) and cuts the connection when one of them dies; `emit` calls
+/// (of `sigc::mem_fun` and `sigc::track_obj`; not inside a lambda, a std::function or a sigc::slot) and cuts
+/// the connection when one of them dies; an empty std::function is not connected at all; `emit` calls
 /// the slots on the emitting thread, in the order of connection, and returns when the last has returned.
 /// A slot connected during an emission is first called by the next one; a slot disconnected during an
 /// emission is not called any more. A slot may destroy the signal.
@@ -24,11 +28,13 @@ class Signal;
 /// Threads: `emit`, `connect` and `disconnect` from any thread; all pass `SignalGate`. A trackable
 /// receiver is connected and destroyed on its own thread. Its trackable part goes last, when its members
 /// are already destroyed, so a receiver of signals from other threads keeps its connections as
-/// `ScopedConnection` members declared last, or is destroyed while its owner holds the gate.
+/// `ScopedConnection` members declared last, or is destroyed while its owner holds the gate. A signal is
+/// destroyed when no other thread emits it any more. What a functor has captured is freed on the thread that
+/// cuts the connection.
 template <typename... Args>
 class Signal<void(Args...)> {
 public:
-    Signal() : _state(std::make_shared<State>()) {}
+    Signal() = default;
     Signal(const Signal&) = delete;
     Signal& operator=(const Signal&) = delete;
     ~Signal() { clear(); }
@@ -36,34 +42,40 @@ public:
     template <typename Functor>
     Connection connect(Functor functor)
     {
+        const auto call = std::make_shared<const Call>(std::move(functor));
+        if (!*call)
+            return Connection();
         SignalGate::Guard gate;
-        auto slot = std::make_shared<Slot>();
-        slot->track(functor);
-        slot->call = std::move(functor);
         auto slots = std::make_shared<Slots>();
-        for (const auto& old : *_state->slots)
-            if (old->isConnected())
-                slots->push_back(old);
+        std::copy_if(_slots->begin(), _slots->end(), std::back_inserter(*slots),
+            [](const auto& slot) { return slot->isConnected(); });
+        const auto slot = std::make_shared<ConnectionSlot>(call);
         slots->push_back(slot);
-        _state->slots = std::move(slots);
+        // Seen from where it is kept now, as a functor may hold a trackable by value.
+        if (const auto* kept = call->template target<Functor>())
+            slot->track(*kept);
+        _slots = std::move(slots);
         return Connection(slot);
     }
 
     void emit(Args... args) const
     {
         SignalGate::Guard gate;
-        const auto slots = _state->slots;
+        // A slot may destroy the signal: from here on nothing of it is used.
+        const auto slots = _slots;
         for (const auto& slot : *slots)
-            if (slot->isConnected())
-                slot->call(args...);
+            if (const auto callable = slot->getCallable())
+                (*static_cast<const Call*>(callable.get()))(args...);
     }
     void operator()(Args... args) const { emit(args...); }
 
     /// Cuts every connection.
     void clear()
     {
-        SignalGate::Guard gate;
-        const auto slots = std::exchange(_state->slots, std::make_shared<Slots>());
+        const auto slots = [this] {
+            SignalGate::Guard gate;
+            return std::exchange(_slots, std::make_shared<const Slots>());
+        }();
         for (const auto& slot : *slots)
             slot->disconnect();
     }
@@ -72,23 +84,17 @@ public:
     std::size_t size() const
     {
         SignalGate::Guard gate;
-        std::size_t count = 0;
-        for (const auto& slot : *_state->slots)
-            count += slot->isConnected() ? 1 : 0;
-        return count;
+        return static_cast<std::size_t>(std::count_if(
+            _slots->begin(), _slots->end(), [](const auto& slot) { return slot->isConnected(); }));
     }
     bool empty() const { return size() == 0; }
 
 private:
-    struct Slot : ConnectionSlot {
-        std::function<void(Args...)> call;
-    };
-    using Slots = std::vector<std::shared_ptr<Slot>>;
-    struct State {
-        std::shared_ptr<const Slots> slots = std::make_shared<Slots>();
-    };
+    using Call = std::function<void(Args...)>;
+    using Slots = std::vector<std::shared_ptr<ConnectionSlot>>;
 
-    std::shared_ptr<State> _state;
+    /// Replaced as a whole, so that an emission goes on over the slots that it began with.
+    std::shared_ptr<const Slots> _slots = std::make_shared<const Slots>();
 };
 
 } // namespace Kes

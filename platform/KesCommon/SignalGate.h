@@ -8,8 +8,8 @@ namespace Kes {
 ///
 /// It is recursive, and there is a single one in the process: a slot may emit, connect and disconnect
 /// other signals in any order without the lock-order deadlocks that a gate per object would allow.
-/// While the GUI thread waits for the gate it goes on serving its queue, so that a slot on another
-/// thread that waits for the GUI thread gets its answer.
+/// While the GUI thread waits for the gate it goes on serving its queue (see WaitService), so that a slot
+/// on another thread that waits for the GUI thread gets its answer; and it is the next to get the gate.
 ///
 /// Holding the gate guarantees that no slot of a gated signal is running on another thread. A receiver
 /// that is destroyed (or that cuts its connections) under the gate can therefore not be called any more.

@@ -31,9 +31,12 @@ public:
     {
         std::copy(entries, entries + N, _entries.begin());
         std::sort(_entries.begin(), _entries.end(), [](auto& a, auto& b) { return a.key < b.key; });
-        for (std::size_t i = 0; i < N; ++i)
-            if ((i > 0 && _entries[i - 1].key == _entries[i].key) || !_entries[i].english || !_entries[i].russian)
-                throw std::logic_error("a key is given twice or a text is missing");
+        for (std::size_t i = 0; i < N; ++i) {
+            if (i > 0 && _entries[i - 1].key == _entries[i].key)
+                throw std::logic_error("a key is given twice");
+            if (!_entries[i].english || !_entries[i].russian)
+                throw std::logic_error("a text is missing");
+        }
     }
 
     /// The text in the language of the process, valid for ever. For an unknown key it is the key's own

@@ -15,6 +15,7 @@ class KES_EXPORT WaitService {
 public:
     /// Makes the calling thread the serving one. `serve` runs what is queued and returns at once.
     static void install(std::function<void()> serve);
+    /// Called on the serving thread, before it ends; does nothing on any other.
     static void uninstall();
 
     /// Any thread: whether the caller is the serving thread.

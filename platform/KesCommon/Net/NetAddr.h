@@ -33,8 +33,9 @@ public:
                     return std::nullopt;
                 rest.remove_prefix(1);
             }
-            const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), result._bytes[i]);
-            const auto length = static_cast<std::size_t>(end - rest.data());
+            const char* begin = rest.data();
+            const auto [end, error] = std::from_chars(begin, begin + rest.size(), result._bytes[i]);
+            const auto length = static_cast<std::size_t>(end - begin);
             if (error != std::errc() || (length > 1 && rest.front() == '0'))
                 return std::nullopt;
             rest.remove_prefix(length);

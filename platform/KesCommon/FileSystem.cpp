@@ -1,0 +1,68 @@
+#include <KesCommon/FileSystem.h>
+
+#include <KesCommon/CommonText.h>
+#include <KesCommon/FileStream.h>
+#include <KesCommon/StringHelper.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <glib.h>
+#include <glib/gstdio.h>
+#include <sys/stat.h>
+
+namespace Kes {
+
+namespace {
+
+constexpr mode_t newFileMode = 0666;
+
+Result writeError(const std::string& path, const char* reason)
+{
+    return Result::failure(StringHelper::format(lng::Common::get("error.FileWrite"), reason, path));
+}
+
+Result writeInPlace(const std::string& path, std::string_view contents)
+{
+    auto stream = openOutputFileUTF8Name(path, std::ios::out | std::ios::binary);
+    stream.write(contents.data(), static_cast<std::streamsize>(contents.size()));
+    stream.close();
+    return stream ? Result(true) : writeError(path, std::strerror(errno));
+}
+
+} // namespace
+
+bool mkdir_with_parents(const std::string& path)
+{
+    return !path.empty() && g_mkdir_with_parents(path.c_str(), 0777) == 0;
+}
+
+bool fileExist(const std::string& path)
+{
+    struct stat status;
+    return ::stat(path.c_str(), &status) == 0;
+}
+
+Result writeWholeFile(const std::string& path, std::string_view contents)
+{
+    struct stat status;
+    const bool exists = ::stat(path.c_str(), &status) == 0;
+    if (exists && !S_ISREG(status.st_mode))
+        return writeInPlace(path, contents);
+    // The new file takes the place of the name; seen through a link, that is the name at its end.
+    std::error_code noTarget;
+    const auto target = std::filesystem::weakly_canonical(path, noTarget);
+    const auto name = noTarget || target.empty() ? path : target.string();
+    GError* error = nullptr;
+    if (!g_file_set_contents_full(name.c_str(), contents.data(), static_cast<gssize>(contents.size()),
+            G_FILE_SET_CONTENTS_CONSISTENT, static_cast<int>(newFileMode), &error)) {
+        const auto result = writeError(path, error->message);
+        g_error_free(error);
+        return result;
+    }
+    if (exists)
+        g_chmod(name.c_str(), static_cast<int>(status.st_mode & 07777U));
+    return true;
+}
+
+} // namespace Kes

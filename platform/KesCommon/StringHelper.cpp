@@ -1,0 +1,79 @@
+#include <KesCommon/StringHelper.h>
+
+#include <algorithm>
+#include <climits>
+#include <clocale>
+#include <cstdarg>
+#include <cstdio>
+#include <iostream>
+#include <stdexcept>
+
+namespace Kes::StringHelper {
+
+namespace {
+
+constexpr const char* formattingError = "Kes::StringHelper::format - Error during formatting.";
+
+/// Gives the calling thread the classic locale: a user's locale may put commas into numbers.
+class ClassicLocale {
+public:
+    ClassicLocale() : _previous(uselocale(_classic())) {}
+    ~ClassicLocale() { uselocale(_previous); }
+    ClassicLocale(const ClassicLocale&) = delete;
+    ClassicLocale& operator=(const ClassicLocale&) = delete;
+
+private:
+    static locale_t _classic()
+    {
+        static const locale_t classic = newlocale(LC_ALL_MASK, "C", nullptr);
+        return classic;
+    }
+
+    locale_t _previous;
+};
+
+char lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+} // namespace
+
+std::string formatArguments(const char* format, ...)
+{
+    const ClassicLocale locale;
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::va_list measured;
+    va_copy(measured, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, measured);
+    va_end(measured);
+    std::string text;
+    if (length >= 0 && length < INT_MAX) {
+        text.resize(static_cast<std::size_t>(length));
+        std::vsnprintf(text.data(), text.size() + 1, format, arguments);
+    }
+    va_end(arguments);
+    if (length < 0 || length == INT_MAX) {
+        std::cout << formattingError << std::flush;
+        throw std::runtime_error(formattingError);
+    }
+    return text;
+}
+
+bool endsWith(std::string_view text, std::string_view suffix)
+{
+    return text.ends_with(suffix);
+}
+
+bool isInclude(std::string_view text, std::string_view name, std::size_t start, std::size_t textLength,
+    bool ignoreCase)
+{
+    text = text.substr(0, textLength);
+    if (start > text.size() || name.size() > text.size() - start)
+        return false;
+    return std::equal(name.begin(), name.end(), text.begin() + static_cast<std::ptrdiff_t>(start),
+        [&](char a, char b) { return ignoreCase ? lower(a) == lower(b) : a == b; });
+}
+
+} // namespace Kes::StringHelper
