@@ -1,0 +1,70 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <istream>
+#include <map>
+#include <memory>
+#include <string>
+
+struct archive;
+
+/// The container of a program's archive file: named streams of bytes packed as a ZIP archive whose first
+/// four bytes are replaced by a signature of the program's choice. docs/archive-format.md shows the bytes.
+///
+/// A program builds the file's whole content in `ProgramModel::getDataStream` with `packDataToStream` and
+/// takes it apart in `ProgramModel::setDataStream` with `unpackStreamToData`. Failures are the result false;
+/// bad data throws nothing. Names are any bytes but NUL, at most 65535 of them, and come back as they were
+/// whatever the locale of the process, but for a backslash, which comes back as "/". Equal data gives equal
+/// bytes. Any thread, one call per stream at a time; the calling thread's locale is switched meanwhile.
+namespace KesProgram::ArchiveHelper {
+
+/// Entry names and the streams with their content. Reading starts at each stream's present position.
+using DataMap = std::map<std::string, std::unique_ptr<std::istream>>;
+
+/// The signature of the present version of archives.
+static const std::string PREFIX = "q\xD1\x94" "3?1\xE2\x80\xB0" "P\xE2\x84\xA2" "d7";
+/// The signature of the version before it.
+static const std::string OUTDATED_PREFIX = "q\xD1\x94" "3?1\xE2\x80\xB0" "P\xE2\x84\xA2" "d6";
+
+/// How many bytes one archive may hold unpacked: its contents, its names and 512 bytes for each entry.
+/// Packing refuses more, so that what was saved can be opened; unpacking refuses more, so that a small
+/// hostile file cannot fill the memory.
+inline constexpr std::uint64_t maxContentSize = std::uint64_t{1} << 30;
+
+/// Writes the archive of all entries, in the order of their names. The streams are read to their end: make
+/// fresh ones for the next call. A stream that has failed gives an empty entry.
+/// False, with `out` untouched, for an empty map, a null stream, an impossible name or too much data;
+/// false, with part of the archive written, when `out` fails.
+KES_EXPORT bool packDataToStream(std::ostream& out, DataMap& data, const std::string& header);
+
+/// Reads the archive from the beginning of `in`, which must be able to seek, into streams positioned at
+/// their beginning; an entry replaces what the map holds under its name.
+/// False for another signature (`in` then stands at its beginning, ready for a further attempt), for
+/// a signature with nothing behind it and for more than `maxContentSize`. A damaged archive is no failure:
+/// the map then holds what could be read, the last entry perhaps in part.
+KES_EXPORT bool unpackStreamToData(std::istream& in, DataMap& data, const std::string& header);
+
+/// Writes the archive of the regular files directly inside the folder (links to files included), each
+/// under its bare name. A file that cannot be read becomes an empty entry. False as in `packDataToStream`
+/// and when the folder cannot be listed.
+KES_EXPORT bool packFolderToStream(std::ostream& out, const std::string& folder, const std::string& header);
+
+/// Writes every entry to a file of its name inside the folder, which must exist. Names are joined to the
+/// folder as they stand, "../" included: use it for archives of one's own only.
+/// False as in `unpackStreamToData` and when a file cannot be opened; files written before stay. An error
+/// while writing an opened file goes unnoticed.
+KES_EXPORT bool unpackStreamToFolder(std::istream& in, const std::string& folder, const std::string& header);
+
+/// libarchive's write callback on a `std::ostream*`: the byte count, or -1 when the stream has failed.
+KES_EXPORT ssize_t ostream_write_callback(archive* writer, void* stream, const void* bytes, std::size_t count);
+
+/// libarchive's close callback on a `std::ostream*`: flushes; 0, or -30 (fatal) when the stream has failed.
+KES_EXPORT int ostream_close_callback(archive* writer, void* stream);
+
+} // namespace KesProgram::ArchiveHelper

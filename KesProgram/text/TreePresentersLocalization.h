@@ -1,0 +1,15 @@
+#pragma once
+
+#include <KesProgram/text/TextPair.h>
+
+/// The texts that the shell shows around a test object, in the language of the process. Any thread.
+namespace KesTree::TreePresentersLocalization {
+
+/// The title of the window of the test object.
+inline const char* testObjectWindowTitle()
+{
+    static constexpr lng::TextPair text{"Test object", "Объект испытаний"};
+    return lng::choose(text);
+}
+
+} // namespace KesTree::TreePresentersLocalization
