@@ -1,0 +1,22 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommonView/IView.h>
+
+#include <sigc++/sigc++.h>
+
+namespace KesProgram {
+
+/// The menu of the archive file. GUI thread.
+class KES_EXPORT IFileMenuView : public Kes::IView {
+public:
+    sigc::signal<void()> signalNew;
+    sigc::signal<void()> signalOpen;
+    sigc::signal<void()> signalSave;
+    sigc::signal<void()> signalSaveAs;
+
+    virtual void setEnabledNew(bool enabled) = 0;
+    virtual void setEnabledOpen(bool enabled) = 0;
+};
+
+} // namespace KesProgram

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommonView/IView.h>
+
+#include <sigc++/sigc++.h>
+
+#include <string>
+#include <vector>
+
+namespace KesProgram {
+
+/// The list of recent files as a menu. GUI thread.
+class KES_EXPORT IFileRecentMenuView : public Kes::IView {
+public:
+    /// The user chose a file; carries its path. The list may be set anew in a slot.
+    sigc::signal<void(const std::string&)> signalFile;
+
+    /// Shows the paths, the last one on top, in place of those shown so far.
+    virtual void setFileCollection(const std::vector<std::string>& paths) = 0;
+};
+
+} // namespace KesProgram
