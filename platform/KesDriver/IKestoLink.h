@@ -18,7 +18,7 @@ struct KestoState {
 };
 
 /// What a device reports by itself. Called on the link's own thread, one call at a time, in the order of the
-/// device's clock. A listener may call the link from inside a report, except for `setListener`.
+/// device's clock. A listener may call the link from inside a report, and may destroy it there.
 class KES_EXPORT IKestoLinkListener {
 public:
     virtual ~IKestoLinkListener();
@@ -32,10 +32,14 @@ public:
 };
 
 /// The connection to one device. Any thread; a call blocks until the device has answered or the link's
-/// time-out (a few seconds at most) has passed, and then fails with an error that says so.
+/// time-out (a few seconds at most) has passed, and then fails with an error that says so. No call waits for a
+/// report that is being delivered, so a listener may hold what the caller waits for.
 class KES_EXPORT IKestoLink {
 public:
     virtual ~IKestoLink();
+
+    /// Whether what answers is simulated: what it measures says nothing about the world.
+    virtual bool isSimulated() const { return false; }
 
     /// Connecting when connected succeeds at once.
     virtual Kes::Result connect() = 0;
@@ -65,7 +69,8 @@ public:
     /// The device's clock now.
     virtual DeviceTime getTime() const = 0;
 
-    /// Replaces the listener (null: none). After it has returned, the previous one is not called any more.
+    /// Replaces the listener (null: none). After it has returned, the previous one is not called any more; a
+    /// report that is being delivered on another thread is waited for.
     virtual void setListener(IKestoLinkListener* listener) = 0;
 };
 
