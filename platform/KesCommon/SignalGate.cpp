@@ -116,4 +116,28 @@ SignalGate::Release::~Release()
         lockFirst(gate(), _depth);
 }
 
+SignalGate::Loan::Loan()
+{
+    if (isHeldByThisThread()) {
+        _lender = std::this_thread::get_id();
+        _depth = gate().depth;
+    }
+}
+
+SignalGate::Loan::Use::Use(Loan& loan) : _loan(loan)
+{
+    if (_loan._depth == 0)
+        return;
+    gate().depth = 1;
+    gate().owner = std::this_thread::get_id();
+}
+
+SignalGate::Loan::Use::~Use()
+{
+    if (_loan._depth == 0)
+        return;
+    gate().depth = _loan._depth;
+    gate().owner = _loan._lender;
+}
+
 } // namespace Kes

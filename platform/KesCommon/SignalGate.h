@@ -2,6 +2,8 @@
 
 #include <KesCommon/Export.h>
 
+#include <thread>
+
 namespace Kes {
 
 /// The one gate through which all signals that cross threads are connected, disconnected and emitted.
@@ -15,7 +17,7 @@ namespace Kes {
 /// that is destroyed (or that cuts its connections) under the gate can therefore not be called any more.
 ///
 /// Rules: never hold another lock while emitting or connecting; never wait for another thread while
-/// holding the gate, except for the GUI thread.
+/// holding the gate, except for the GUI thread (see Loan).
 class KES_EXPORT SignalGate {
 public:
     static void lock();
@@ -42,6 +44,33 @@ public:
 
     private:
         unsigned _depth;
+    };
+
+    /// The gate of a thread that waits for a function to run on another thread. What the function does
+    /// belongs to what the waiting thread does, so it runs with that thread's gate: it may connect, emit
+    /// and take the gate although the waiting thread goes on holding it.
+    class KES_EXPORT Loan {
+    public:
+        /// On the waiting thread, which has nothing to lend when it does not hold the gate. Outlives `Use`.
+        Loan();
+        Loan(const Loan&) = delete;
+        Loan& operator=(const Loan&) = delete;
+
+        /// On the other thread, for as long as the waiting one waits for the function.
+        class KES_EXPORT Use {
+        public:
+            explicit Use(Loan& loan);
+            ~Use();
+            Use(const Use&) = delete;
+            Use& operator=(const Use&) = delete;
+
+        private:
+            Loan& _loan;
+        };
+
+    private:
+        std::thread::id _lender;
+        unsigned _depth = 0;
     };
 };
 
