@@ -86,13 +86,13 @@ bool unpackStreamToData(std::istream& in, DataMap& data, const std::string& head
     ZipReader reader(in, start, total);
     if (!reader.isOpen())
         return false;
-    while (auto name = reader.next()) {
-        auto& entry = data[*name];
-        entry.reset();
+    while (const auto name = reader.next()) {
+        // An earlier entry of the name goes first: both together would be too much memory.
+        data.erase(*name);
         auto content = reader.readContent();
         if (!content)
             break;
-        entry = std::make_unique<std::stringstream>(std::move(*content));
+        data.emplace(*name, std::make_unique<std::stringstream>(std::move(*content)));
     }
     return !reader.isOverLimit();
 }

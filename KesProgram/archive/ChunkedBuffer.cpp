@@ -24,8 +24,7 @@ bool ChunkedBuffer::moveTo(std::ostream& out, std::size_t skip)
 
 ChunkedBuffer::int_type ChunkedBuffer::overflow(int_type character)
 {
-    // Left uninitialised: every byte is written before it is read.
-    _chunks.push_back(std::unique_ptr<Chunk>(new Chunk));
+    _chunks.push_back(std::make_unique_for_overwrite<Chunk>());
     setp(_chunks.back()->data(), _chunks.back()->data() + _chunks.back()->size());
     return traits_type::eq_int_type(character, traits_type::eof())
         ? traits_type::not_eof(character)
@@ -34,7 +33,7 @@ ChunkedBuffer::int_type ChunkedBuffer::overflow(int_type character)
 
 std::size_t ChunkedBuffer::_filled(std::size_t index) const
 {
-    return index + 1 == _chunks.size() ? static_cast<std::size_t>(pptr() - pbase()) : Chunk().size();
+    return index + 1 == _chunks.size() ? static_cast<std::size_t>(pptr() - pbase()) : std::tuple_size_v<Chunk>;
 }
 
 } // namespace KesProgram

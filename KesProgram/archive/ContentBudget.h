@@ -16,8 +16,8 @@ public:
     /// False when the bytes are too much; from then on nothing fits.
     bool take(std::uint64_t bytes)
     {
-        _left = bytes > _left ? 0 : _left - bytes;
-        _isExceeded = _isExceeded || _left == 0;
+        _isExceeded = _isExceeded || bytes > _left;
+        _left = _isExceeded ? 0 : _left - bytes;
         return !_isExceeded;
     }
 

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommon/Result.h>
+
+#include <sigc++/sigc++.h>
+
+#include <functional>
+#include <istream>
+#include <memory>
+#include <string>
+
+namespace KesProgram {
+
+/// The current archive file of a program: its path, and moving its bytes between the disk and the model.
+///
+/// Owned by the model, one per program. What the bytes mean is the model's business, through the three
+/// functions given at construction. The manager shows nothing; `ArchiveManagerPresenter` does.
+/// GUI thread.
+class KES_EXPORT ArchiveManager {
+public:
+    using NewData = std::function<void(const std::string& name)>;
+    using DataProvider = std::function<std::unique_ptr<std::istream>()>;
+    using DataConsumer = std::function<bool(std::istream& stream, bool repair)>;
+
+    /// `newData` begins a new, empty data set. `getDataStream` gives the file's whole content as it would be
+    /// saved now, never null and always the same bytes for the same data. `setDataStream` loads the data,
+    /// false when it is unusable. An empty function raises std::bad_function_call where it is needed.
+    ArchiveManager(NewData newData, DataProvider getDataStream, DataConsumer setDataStream);
+    ~ArchiveManager();
+    ArchiveManager(const ArchiveManager&) = delete;
+    ArchiveManager& operator=(const ArchiveManager&) = delete;
+
+    /// The path has changed; read it with `getFileName`.
+    sigc::signal<void()> signalFileNameChanged;
+
+    /// Whether `init` has run.
+    bool isInited() const { return _isInited; }
+    /// Whether the data has never been in a file.
+    bool isNew() const { return _fileName.empty(); }
+    /// The path of the current file; empty for a new one.
+    const std::string& getFileName() const { return _fileName; }
+
+    /// Opens the file, or begins a new one when the name is empty or the file unusable, which is reported
+    /// nowhere. Only the first call does anything.
+    void init(const std::string& fileName);
+
+    /// Begins a new data set; the path becomes empty.
+    void create(const std::string& name);
+
+    /// Loads a file; with `repair` the model is to make what it can of bad data. Fails with `FileAccessError`,
+    /// the path unchanged, when the file cannot be opened, and with `DataFormatError` when the model refuses
+    /// its data. The path is the new one then already: continue with `create`.
+    Kes::Result open(const std::string& fileName, bool repair);
+
+    /// Writes the data to the file and makes it the current one. False, the path unchanged, when the file
+    /// cannot be opened. An error while writing goes unnoticed.
+    bool saveAs(const std::string& fileName);
+
+    /// `saveAs` with the current path, which fails for a new file.
+    bool save();
+
+    /// Whether the data differs from the bytes of the current file. Always true for a new file and for one
+    /// that cannot be opened, always false before `init`.
+    bool isFileChanged() const;
+
+protected:
+    /// Changes the path; the signal only tells of a real change.
+    void _setActualFileName(const std::string& fileName);
+
+private:
+    NewData _newData;
+    DataProvider _getDataStream;
+    DataConsumer _setDataStream;
+    std::string _fileName;
+    bool _isInited = false;
+};
+
+} // namespace KesProgram

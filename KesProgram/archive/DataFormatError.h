@@ -1,0 +1,26 @@
+#pragma once
+
+#include <KesCommon/ObjectError.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace KesProgram {
+
+/// The content of an archive file is not what the program can use. Repairing it may be offered.
+/// Any thread.
+class KES_EXPORT DataFormatError : public Kes::ObjectError {
+public:
+    explicit DataFormatError(std::vector<std::shared_ptr<Kes::ObjectError>> inner);
+    ~DataFormatError() override;
+
+    std::string getMessage() const override;
+
+    static std::shared_ptr<Kes::ObjectError> create(const std::vector<std::shared_ptr<Kes::ObjectError>>& inner);
+
+    /// The error without inner errors, one for the whole process.
+    static std::shared_ptr<Kes::ObjectError> get();
+};
+
+} // namespace KesProgram

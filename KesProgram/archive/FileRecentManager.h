@@ -1,0 +1,21 @@
+#pragma once
+
+#include <KesCommon/RecentCollection.h>
+
+#include <string>
+
+namespace KesProgram {
+
+/// The archive files used last, for the File menu and the program's configuration file: only a path at which
+/// the file system has an entry gets in. Owned by the model. GUI thread.
+class KES_EXPORT FileRecentManager : public Kes::RecentCollection {
+public:
+    /// `count`: how many paths are kept.
+    explicit FileRecentManager(unsigned int count);
+    ~FileRecentManager() override;
+
+protected:
+    bool _canAdd(const std::string& path) override;
+};
+
+} // namespace KesProgram
