@@ -14,7 +14,7 @@
 namespace KesTree {
 
 /// A text in both languages, English first.
-struct TextPair {
+struct KES_EXPORT TextPair {
     std::string english;
     std::string russian;
 
@@ -28,32 +28,44 @@ enum class NodeType { Group, Number, Integer, Boolean, Choice, Text };
 ///
 /// A test object is a tree of nodes. The program that made the tree owns its root, a node owns its children.
 /// GUI thread; a test that runs on another thread works on a copy of the values taken before it starts.
+///
+/// The makers throw `std::invalid_argument` for an id that is empty or holds anything but ASCII letters,
+/// digits, "_", "-" and ".", for a range without sense and for a first value that the node would refuse.
 class KES_EXPORT Node {
+    /// Keeps the constructor to the makers below.
+    struct Key {
+        explicit Key() = default;
+    };
+
 public:
-    /// Number and Choice index are held as written; a group holds nothing.
+    /// A Choice holds the index of the chosen one as a `long long`; a group holds nothing.
     using Value = std::variant<std::monostate, double, long long, bool, std::string>;
 
     /// A group.
     static std::unique_ptr<Node> group(std::string id, TextPair name);
-    /// A real number in `unit` (empty: none) within [minimum, maximum].
+    /// A real number in `unit` (empty: none) within [minimum, maximum]; an infinite bound is no bound.
     static std::unique_ptr<Node> number(std::string id, TextPair name, TextPair unit, double value,
                                         double minimum, double maximum);
+    /// A whole number within [minimum, maximum], bounds of at most 2^53 in magnitude.
     static std::unique_ptr<Node> integer(std::string id, TextPair name, TextPair unit, long long value,
                                          long long minimum, long long maximum);
     static std::unique_ptr<Node> boolean(std::string id, TextPair name, bool value);
     /// One of several; the value is the index of the chosen one.
     static std::unique_ptr<Node> choice(std::string id, TextPair name, std::vector<TextPair> choices,
                                         std::size_t value);
+    /// Any UTF-8 text without control characters other than tabs and line ends.
     static std::unique_ptr<Node> text(std::string id, TextPair name, std::string value);
 
+    Node(Key, NodeType type, std::string id, TextPair name);
     ~Node();
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
 
-    /// The value of this node, or of any node below it, has changed; the argument is the changed node.
+    /// The value of this node, or of any node below it, has changed; the argument is the changed node. A slot
+    /// may change further values, but not destroy nodes.
     sigc::signal<void(Node&)> signalChanged;
 
-    /// Unique among siblings, ASCII, never shown; used in files.
+    /// Unique among siblings, never shown; used in files.
     const std::string& getId() const { return _id; }
     std::string getName() const { return _name.get(); }
     std::string getUnit() const { return _unit.get(); }
@@ -61,44 +73,72 @@ public:
     /// Both bounds belong to the range. For Number and Integer.
     double getMinimum() const { return _minimum; }
     double getMaximum() const { return _maximum; }
+    /// The range with its unit as the user reads it, such as "0.05 … 100 A"; empty when there is none.
+    std::string getRangeText() const;
     std::vector<std::string> getChoices() const;
 
     const Value& getValue() const { return _value; }
+    /// The value of a node of that type; `std::bad_variant_access` for another one.
     double getNumber() const;
     long long getInteger() const;
     bool getBoolean() const;
     std::size_t getChoice() const;
     const std::string& getText() const;
 
-    /// Refuses a value of the wrong type, outside the range or refused by the validation, with an error that
-    /// tells why; the old value stays. Emits `signalChanged` when the value really changes.
+    /// Refuses a value of the wrong type, outside the range or refused by the validation, with a `ValueError`
+    /// that tells why; the old value stays. A Number takes a whole number as well. Emits `signalChanged`
+    /// when the value really changes.
     Kes::Result setValue(const Value& value);
-    /// The value as the user types and reads it: decimal point or comma, without the unit.
+    /// The value as the user reads it, without the unit: numbers with a decimal point, a choice by its name, a
+    /// boolean as "yes" or "no" in the language of the process.
     std::string toText() const;
-    /// Reads what `toText` writes; refuses as `setValue`.
+    /// Reads what `toText` writes, and what users type: a decimal comma, blanks around, the unit behind the
+    /// number. Refuses as `setValue`.
     Kes::Result setText(const std::string& text);
     /// Whether the text would be accepted, without changing anything.
     Kes::Result checkText(const std::string& text) const;
 
-    /// A further rule, asked after type and range. Gets the new value.
+    /// A further rule, asked after type and range. Gets the new value; a failure's message tells the reason
+    /// without naming the node. It may look at other nodes: when many values are read at once, they are all in
+    /// place when it is asked.
     void setValidation(std::function<Kes::Result(const Value&)> validation);
+
+    /// Tells whether the value plays a part with the present values of the other nodes; without it, it does.
+    /// A value without a part is still checked and stored, but shown as out of use.
+    void setUsage(std::function<bool()> usage);
+    bool isUsed() const;
 
     /// Appends and returns the child. Only to a group; ids of siblings differ (else `std::invalid_argument`).
     Node& add(std::unique_ptr<Node> child);
     const std::vector<std::unique_ptr<Node>>& getChildren() const { return _children; }
     Node* getParent() const { return _parent; }
-    /// The node at a path of ids joined by "/", or null.
+    /// The node at a path of ids joined by "/", or null. The empty path is the node itself.
     Node* find(const std::string& path) const;
 
-    /// The values below this node as XML text, deterministic; names, units and ranges are not part of it.
+    /// The values of this node and of those below it as XML text, the same bytes for the same values in every
+    /// locale and language; names, units and ranges are not part of it.
     std::string serialize() const;
-    /// All or nothing: on a failure no value has changed. Unknown ids are refused, missing ones keep their value
-    /// unless `complete` demands them all.
+    /// Reads what `serialize` of a tree with the same ids has written. All or nothing: on a failure no value
+    /// has changed. Unknown ids are refused, missing ones keep their value unless `complete` demands them all.
     Kes::Result deserialize(const std::string& xml, bool complete = true);
 
 private:
-    Node(NodeType type, std::string id, TextPair name);
-    void _emitChanged(Node& changed);
+    friend class NodeXmlReader;
+
+    static std::unique_ptr<Node> _make(NodeType type, std::string id, TextPair name);
+    static std::unique_ptr<Node> _finish(std::unique_ptr<Node> node, Value value);
+
+    Kes::Result _refuse(std::string reason) const;
+    /// Type and range only. A whole number for a Number becomes a real one.
+    Kes::Result _checkRange(Value& value) const;
+    Kes::Result _validate(const Value& value) const;
+    Kes::Result _parse(const std::string& text, Value& value) const;
+    Kes::Result _parseNumber(const std::string& text, Value& value) const;
+    Kes::Result _parseChoice(const std::string& text, Value& value) const;
+    Kes::Result _parseBoolean(const std::string& text, Value& value) const;
+    std::string _withUnit(const std::string& number) const;
+    std::string _withoutUnit(const std::string& text) const;
+    void _emitChanged();
 
     NodeType _type;
     std::string _id;
@@ -109,6 +149,7 @@ private:
     std::vector<TextPair> _choices;
     Value _value;
     std::function<Kes::Result(const Value&)> _validation;
+    std::function<bool()> _usage;
     std::vector<std::unique_ptr<Node>> _children;
     Node* _parent = nullptr;
 };

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <KesCommon/ObjectError.h>
+
+#include <string>
+
+namespace KesTree {
+
+/// Why a node has refused a value. The message names the node: "Setting current Is: 500 A is outside
+/// 0.05 … 100 A". A value; any thread.
+class KES_EXPORT ValueError : public Kes::ObjectError {
+public:
+    ValueError(std::string node, std::string reason);
+
+    std::string getMessage() const override;
+    /// The message without the node's name, for a place where the name already stands.
+    const std::string& getReason() const { return _reason; }
+
+private:
+    std::string _node;
+    std::string _reason;
+};
+
+} // namespace KesTree
