@@ -1,0 +1,147 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommonView/IKesShell.h>
+#include <KesCommonView/IPresenter.h>
+
+#include <sigc++/sigc++.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace KesDevice {
+class HardwareManager;
+}
+namespace xmlpp {
+class Element;
+}
+
+namespace KesProgram {
+
+class ArchiveManagerPresenter;
+class IProgramView;
+class ProgramModel;
+class ProgramMainMenuPresenter;
+
+/// The main presenter of a test program: it builds the window around the model, carries the commands that
+/// menus and toolbars call, and closes the program in good order.
+///
+/// A concrete program derives its presenter from this class, gives it the model through `_getModel` and
+/// composes its menus, toolbars and content in `_onInit`. It owns presenter and model, and destroys them
+/// after `signalClosed`. GUI thread; what the model reports on other threads is brought there.
+///
+/// Dialogs: a message of the model is shown when no other message is open, and a text that is already waiting
+/// or open is not shown again. While the shell or the program (`runDialogs`) shows a dialog, the signal gate
+/// is free, a request to close waits, and `signalClosed` waits as well, so nothing dies under the dialog.
+class KES_EXPORT ProgramBasePresenter : public Kes::IKesShell, public Kes::IPresenter, public sigc::trackable {
+public:
+    /// The window has been shown. Emitted at the end of every `open`.
+    sigc::signal<void()> signalOpened;
+    /// The program has been closed. A slot may destroy the presenter and the model.
+    sigc::signal<void()> signalClosed;
+
+    /// Makes the resources of the test-object tree known.
+    ProgramBasePresenter();
+    ~ProgramBasePresenter() override;
+    ProgramBasePresenter(const ProgramBasePresenter&) = delete;
+    ProgramBasePresenter& operator=(const ProgramBasePresenter&) = delete;
+
+    /// Builds the window when it is called first, and shows it over the parent's window (null: anywhere).
+    void open(Kes::IView* parent) override;
+    void setPackageVersion(const std::string& version) override;
+    /// The main window; null before the first `open`.
+    Kes::IView* getView() override;
+
+    /// The archive commands; only for a model with archive logic. New document.
+    virtual void createArchive();
+    /// The user chooses the file.
+    virtual void openArchive();
+    virtual void saveArchive();
+    virtual void saveAsArchive();
+
+    std::string getProgramName();
+    /// Null without archive logic and before the first `open`.
+    ArchiveManagerPresenter* getArchiveManagerPresenter();
+
+    /// Opens the window of the hardware settings.
+    void requestHardware();
+    /// Opens the window of the test object; nothing when it is open or the program has no test object.
+    void requestTestObject();
+    /// Builds the report and opens it with the desktop's application; a failure is shown.
+    void requestReport();
+    /// Closes the program as the window's close button does. Nothing while closing is under way; while
+    /// a dialog of the shell is open, once that has been closed.
+    void requestClose();
+
+    /// Runs a function that shows modal dialogs, at once; see above. An exception passes through.
+    void runDialogs(const std::function<void()>& function);
+
+protected:
+    /// The program's model, always the same object; outlives `signalClosed`.
+    virtual ProgramModel* _getModel() = 0;
+    /// Shows the window, not modal.
+    virtual void _evalOpen(IProgramView* view, Kes::IView* parent);
+    /// The first step of the first `open`, before anything else has been done; nothing.
+    virtual void _onBeforeInit();
+    /// The window is there, not yet shown: the program adds its menus, toolbars and content; nothing.
+    virtual void _onInit();
+    /// A run has ended; `outputStarted` as in `ProgramModel::signalFinished`; nothing.
+    virtual void _onFinishedFromModel(bool outputStarted);
+    /// The user has confirmed new hardware settings; makes them the model's.
+    virtual void _onHardwareChanging(std::unique_ptr<KesDevice::HardwareManager>& hardware);
+    /// Decides about a request to close: asks about a running test, stops it, then `_saveOnClosing`.
+    /// An override calls it.
+    virtual void _onClosing();
+    /// Makes the status bar; null: the window has none. The caller owns it.
+    virtual std::unique_ptr<Kes::IPresenter> _createStatusBar();
+
+    /// Reads the configuration file. Every failure is a warning in the log.
+    virtual void _loadXmlConfig();
+    /// Writes the configuration file, making its folder when needed. A failure leaves as an exception, and
+    /// the program stays open: an override that catches it tells the user.
+    virtual void _saveXmlConfig();
+    /// Takes recent files and window rectangle out of the file's root. An override calls it.
+    virtual void _extractXmlConfig(xmlpp::Element* root);
+    /// Puts recent files and window rectangle into the file's root. An override calls it.
+    virtual void _fillXmlConfig(xmlpp::Element* root);
+
+    /// Null before the first `open`.
+    IProgramView* _getProgramView();
+    /// Null before the first `open`.
+    ProgramMainMenuPresenter* _getMenuBar();
+
+    /// Builds everything once; further calls do nothing.
+    void _init();
+    /// Applies the window rectangle of the configuration file again, if there was one.
+    void _onFinalizeInit();
+
+    /// The short name of the model's class and ".cfg"; empty without a model.
+    std::string _getXmlConfigName();
+    /// In the family's cache folder.
+    std::string _getXmlConfigFullPath();
+
+    /// Lets the user save the archive, writes the configuration file and closes the model. Returns early when
+    /// the user cancels. Nothing once the model has been closed.
+    void _saveOnClosing();
+
+    /// Any thread: shows a text, at once on the GUI thread unless another message is open.
+    void _onMessageFromModel(const std::string& text);
+    void _onUnloadingFromModel();
+    void _onClosedFromModel();
+    /// Always true: the window does not close by itself.
+    bool _onClosingFromView();
+
+private:
+    struct ImplFields;
+
+    void _connectModel();
+    void _createWindow();
+    void _showMessages();
+    void _onRunningChangedOnClosing();
+    void _onTestObjectClosed();
+
+    std::unique_ptr<ImplFields> _fields;
+};
+
+} // namespace KesProgram
