@@ -1,0 +1,36 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommonView/IPresenter.h>
+
+#include <sigc++/sigc++.h>
+
+#include <memory>
+#include <string>
+
+namespace KesProgram {
+
+class IFileRecentMenuView;
+class ProgramBasePresenter;
+class ProgramModel;
+
+/// The menu of the recent files, the newest on top. A chosen file is opened with the questions of the archive
+/// commands. Made and owned by the program, after the model has been initialised. GUI thread.
+class KES_EXPORT FileRecentMenuPresenter : public Kes::IPresenter, public sigc::trackable {
+public:
+    /// The shell and its model outlive the presenter.
+    explicit FileRecentMenuPresenter(ProgramBasePresenter* shell);
+    ~FileRecentMenuPresenter() override;
+
+    Kes::IView* getView() override;
+
+private:
+    void _onFile(const std::string& path);
+    void _updateFileCollectionView();
+
+    ProgramBasePresenter* _shell;
+    ProgramModel& _model;
+    std::unique_ptr<IFileRecentMenuView> _view;
+};
+
+} // namespace KesProgram

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <KesCommon/Connection.h>
+#include <KesCommon/Export.h>
+#include <KesCommonView/IPresenter.h>
+#include <KesCommonView/LatestUpdate.h>
+
+#include <sigc++/sigc++.h>
+
+#include <memory>
+
+namespace KesProgram {
+
+class IFileToolbarView;
+class ProgramBasePresenter;
+
+/// The tool buttons of the archive file: New, Open, Save. New and Open are off while the output of any
+/// hardware runs. The Save button always asks for a file name, unlike the menu, where Save and Save as are two
+/// commands. Made and owned by the program. GUI thread.
+class KES_EXPORT FileToolbarPresenter : public Kes::IPresenter, public sigc::trackable {
+public:
+    /// The shell outlives the presenter.
+    explicit FileToolbarPresenter(ProgramBasePresenter* shell);
+    ~FileToolbarPresenter() override;
+
+    Kes::IView* getView() override;
+
+private:
+    void _onHardwareIsRunningChanged(bool running);
+
+    std::unique_ptr<IFileToolbarView> _view;
+    Kes::LatestUpdate<bool> _hardwareIsRunning;
+    Kes::ScopedConnection _runningConnection;
+};
+
+} // namespace KesProgram

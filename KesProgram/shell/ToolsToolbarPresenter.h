@@ -1,0 +1,28 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommonView/IPresenter.h>
+
+#include <sigc++/sigc++.h>
+
+#include <memory>
+
+namespace KesProgram {
+
+class IToolsToolbarView;
+class ProgramBasePresenter;
+
+/// The tool buttons Test object and Report. Made and owned by the program. GUI thread.
+class KES_EXPORT ToolsToolbarPresenter : public Kes::IPresenter, public sigc::trackable {
+public:
+    /// The shell outlives the presenter. `showTestObject`: for programs that have a test object.
+    ToolsToolbarPresenter(ProgramBasePresenter* shell, bool showTestObject);
+    ~ToolsToolbarPresenter() override;
+
+    Kes::IView* getView() override;
+
+private:
+    std::unique_ptr<IToolsToolbarView> _view;
+};
+
+} // namespace KesProgram

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommonView/IPresenter.h>
+
+#include <memory>
+
+namespace KesDevice {
+class Kesto;
+}
+
+namespace KesProgram {
+
+/// One device in the status bar: its type, its state and its icons. GUI thread.
+class KES_EXPORT StatusBarHardwareKestoPresenter : public Kes::IPresenter {
+public:
+    /// The device outlives the presenter.
+    explicit StatusBarHardwareKestoPresenter(KesDevice::Kesto& kesto);
+    ~StatusBarHardwareKestoPresenter() override;
+
+    Kes::IView* getView() override;
+
+private:
+    class Impl;
+    std::unique_ptr<Impl> _impl;
+};
+
+} // namespace KesProgram
