@@ -4,59 +4,81 @@
 #include <KesDriver/IKestoLink.h>
 #include <KesDriver/ISimulatedTestObject.h>
 
+#include <chrono>
+#include <functional>
 #include <memory>
+#include <string>
 
 namespace KesDriver {
 
 /// A device that exists only in this process, with a thread and a clock of its own.
 ///
 /// Every event is computed on the device's clock and stamped with it, so measured times do not depend on the
-/// scheduling of the host; a speed factor lets the clock run faster than real time. It can be told to
-/// fail in every way in which a real device does. Any thread.
+/// scheduling of the host; a speed factor lets the clock run faster than real time. Between events the clock
+/// follows real time; it never goes back, and it never passes an event that is still to come. Reports are
+/// delivered by the device's thread, each before the next event happens, so a listener that stops the outputs
+/// from inside a report does so before anything else can happen. It can be told to fail in every way in which a
+/// real device does. Any thread.
 class KES_EXPORT SimulatedKesto {
 public:
     explicit SimulatedKesto(KestoIdentifer identifer, OutputLimits limits = {});
+    /// A connected link loses its connection.
     ~SimulatedKesto();
     SimulatedKesto(const SimulatedKesto&) = delete;
     SimulatedKesto& operator=(const SimulatedKesto&) = delete;
 
     KestoIdentifer getIdentifer() const;
 
-    /// Device seconds per real second; above zero. 1 at first. Refused (false) otherwise.
+    /// Device seconds per real second, from a millionth to a million; 1 at first. Refused (false) otherwise.
     bool setSpeed(double factor);
 
-    /// Wires a test object to outputs and inputs; null: nothing. Not while a sequence runs.
-    void connectTestObject(std::shared_ptr<ISimulatedTestObject> testObject);
+    /// Wires a test object to outputs and inputs, and resets it; null: nothing. Refused (false) while a sequence
+    /// runs. The device calls it with its own lock held: it must not call the device.
+    bool connectTestObject(std::shared_ptr<ISimulatedTestObject> testObject);
 
     /// The outputs at this moment; all zero when the device is not in working mode.
     OutputState getOutputs() const;
 
-    /// A new link to this device; one link at a time can be connected. The device outlives its links' use:
-    /// a link to a device that has gone fails to connect.
-    static std::unique_ptr<IKestoLink> createLink(std::shared_ptr<SimulatedKesto> device);
+    /// A new link to this device; one link at a time can be connected. A link to a device that has gone fails
+    /// to connect. `name` stands for the device in the texts of the link's errors; by default its identifier.
+    static std::unique_ptr<IKestoLink> createLink(
+        const std::shared_ptr<SimulatedKesto>& device, const std::string& name = {});
 
-    /// The ways in which it can fail.
+    /// How long a link waits for an answer; two seconds at first.
+    void setTimeout(std::chrono::milliseconds timeout);
+    /// The real time after which a lasting fault is reported again; one second at first.
+    void setFaultRepeatInterval(std::chrono::milliseconds interval);
+
+    /// The ways in which it can fail. A fault sets all outputs to zero and ends a running sequence; its record
+    /// comes at once, before the end of the sequence, and again and again while it lasts. Channels count from 0:
+    /// IA, IB, IC, UA, UB, UC; others are ignored.
     void simulateOverload(unsigned channel);
     void simulateOverheat(unsigned channel);
-    /// Channels count from 0: IA, IB, IC, UA, UB, UC.
     void simulateChannelLost(unsigned channel);
     void simulateQuickShutdown();
-    /// Drops the connection once; reconnecting works.
+    /// Faults are over: the device is ready again.
+    void clearFaults();
+
+    /// Drops the connection once; reconnecting works. As at every end of a connection, the outputs go off.
     void simulateConnectionLoss();
-    /// While set, the device does not answer: calls run into their time-out.
+    /// While set, the device neither answers nor reports: calls run into their time-out, and a link notices
+    /// within the time-out that its connection is lost.
     void setSilent(bool silent);
-    /// Every answer takes this long, in real time.
+    /// Every answer takes this long, in real time; what was asked for is done at once.
     void setAnswerDelay(std::chrono::milliseconds delay);
     /// While set, answers and events hold nonsense: wrong identifiers, times that go back, inputs that
     /// do not exist, values that are not finite.
     void setNonsense(bool nonsense);
-    /// Faults are over: the device is ready again.
-    void clearFaults();
 
 private:
     friend class SimulatedLink;
+    friend class SimulatedNetwork;
     class Impl;
-    std::unique_ptr<Impl> _impl;
+
+    static std::unique_ptr<IKestoLink> _createLink(
+        std::function<std::shared_ptr<SimulatedKesto>()> find, const std::string& name);
+
+    std::shared_ptr<Impl> _impl;
 };
 
 } // namespace KesDriver

@@ -25,7 +25,7 @@ public:
     /// All addresses that a search finds, in ascending order.
     std::vector<NetAddress> search() const;
 
-    /// A link to whatever has the address; with nothing there the link exists and fails to connect.
+    /// A link to whatever has the address when it connects; with nothing there it fails to connect.
     std::unique_ptr<IKestoLink> createLink(const NetAddress& address) const;
 
 private:

@@ -1,0 +1,54 @@
+#include <KesDriver/DriverText.h>
+
+#include <KesCommon/TextTable.h>
+
+namespace lng::Driver {
+
+namespace {
+
+constexpr Kes::TextTable table({
+    {"Kesto.typeName", "KESTO", "КЕСТО"},
+    {"Kesto.number", "No.", "№"},
+
+    {"Link.notConnected", "%s is not connected.", "%s: нет связи."},
+    {"Link.noDevice", "%s cannot be reached: there is no device at this address.",
+        "%s: нет связи, по этому адресу нет устройства."},
+    {"Link.inUse", "%s is in use by another program.", "%s: используется другой программой."},
+    {"Link.noAnswer", "%s does not answer.", "%s: не отвечает."},
+
+    {"State.fault", "Fault: %s", "Авария: %s"},
+    {"State.outputOff", "The outputs are not switched on.", "Выходы не включены."},
+    {"State.sequenceRuns", "A sequence is running.", "Выполняется последовательность."},
+
+    {"Fault.quickShutdown", "the emergency button was pressed", "нажата аварийная кнопка"},
+    {"Fault.disconnected", "%s - channel is disconnected", "%s - канал отключен"},
+    {"Fault.overheat", "%s - overheat", "%s - перегрев"},
+    {"Fault.overload", "%s - overload", "%s - перегрузка"},
+
+    {"Limit.above", "%s: %.10g %s is above the limit of %.10g %s.", "%s: %.10g %s больше предела %.10g %s."},
+    {"Limit.below", "%s: %.10g %s is below the limit of %.10g %s.", "%s: %.10g %s меньше предела %.10g %s."},
+    {"Limit.notANumber", "%s: the value is not a number.", "%s: значение не является числом."},
+    {"Limit.phaseNotANumber", "%s: the phase is not a number.", "%s: фаза не является числом."},
+    {"Limit.frequency", "Frequency", "Частота"},
+    {"Limit.auxDC", "Auxiliary supply", "Оперативное питание"},
+    {"Limit.duration", "Duration", "Длительность"},
+
+    {"Sequence.empty", "The sequence has no steps.", "В последовательности нет шагов."},
+    {"Sequence.step", "Step %u. %s", "Шаг %u. %s"},
+    {"Sequence.noInput", "Binary input %u does not exist: the device has %u.",
+        "Дискретного входа %u нет: у устройства их %u."},
+
+    {"Unit.ampere", "A", "А"},
+    {"Unit.volt", "V", "В"},
+    {"Unit.hertz", "Hz", "Гц"},
+    {"Unit.second", "s", "с"},
+});
+
+} // namespace
+
+const char* get(const std::string& key)
+{
+    return table.get(key);
+}
+
+} // namespace lng::Driver

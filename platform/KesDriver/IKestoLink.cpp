@@ -1,0 +1,9 @@
+#include <KesDriver/IKestoLink.h>
+
+namespace KesDriver {
+
+IKestoLinkListener::~IKestoLinkListener() = default;
+
+IKestoLink::~IKestoLink() = default;
+
+} // namespace KesDriver

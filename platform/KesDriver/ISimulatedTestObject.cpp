@@ -1,0 +1,7 @@
+#include <KesDriver/ISimulatedTestObject.h>
+
+namespace KesDriver {
+
+ISimulatedTestObject::~ISimulatedTestObject() = default;
+
+} // namespace KesDriver

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommon/Result.h>
+#include <KesDriver/Outputs.h>
+
+/// Whether a device can put out what is asked of it. A refusal names the channel, the value and the limit,
+/// and for a sequence the step, counted from 1. Any thread.
+namespace KesDriver {
+
+inline constexpr unsigned channelCount = 6;
+inline constexpr double minimumAuxDCVolts = 12.0;
+inline constexpr double maximumAuxDCVolts = 300.0;
+inline constexpr DeviceTime maximumStepDuration = std::chrono::hours(24);
+
+/// "IA", "IB", "IC", "UA", "UB", "UC", counted from 0; the empty text for any other number.
+KES_EXPORT const char* getChannelName(unsigned channel);
+
+KES_EXPORT Kes::Result checkOutputs(const OutputState& outputs, const OutputLimits& limits);
+
+KES_EXPORT Kes::Result checkSequence(const OutputSequence& sequence, const OutputLimits& limits);
+
+KES_EXPORT Kes::Result checkAuxDC(double volts);
+
+} // namespace KesDriver

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <KesDriver/KesAvary.h>
+#include <KesDriver/KestoIdentifer.h>
+#include <KesDriver/OutputCheck.h>
+
+#include <array>
+#include <string>
+
+namespace KesDriver {
+
+/// The faults that a simulated device has at the moment. A value.
+class SimulatedFaults {
+public:
+    bool isQuickShutdown = false;
+    /// By channel, counted from 0.
+    std::array<KesAvaryChannel, channelCount> channels;
+
+    bool empty() const;
+    /// The record as the device reports it, with the faulty channels only.
+    KesAvary toAvary(const KestoIdentifer& identifer) const;
+    /// In the device's words, in the language of the process; empty without faults.
+    std::string toText() const;
+};
+
+} // namespace KesDriver

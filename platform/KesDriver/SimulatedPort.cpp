@@ -1,0 +1,32 @@
+#include <KesDriver/SimulatedPort.h>
+
+#include <KesDriver/ServingWait.h>
+
+namespace KesDriver {
+
+void SimulatedPort::setListener(IKestoLinkListener* listener)
+{
+    std::unique_lock lock(_mutex);
+    _listener = listener;
+    servingWait(lock, _delivered, [this] {
+        return _deliverer == std::thread::id() || _deliverer == std::this_thread::get_id();
+    });
+}
+
+void SimulatedPort::deliver(const Report& report)
+{
+    IKestoLinkListener* listener = nullptr;
+    {
+        std::lock_guard lock(_mutex);
+        if (!_listener)
+            return;
+        listener = _listener;
+        _deliverer = std::this_thread::get_id();
+    }
+    report(*listener);
+    std::lock_guard lock(_mutex);
+    _deliverer = std::thread::id();
+    _delivered.notify_all();
+}
+
+} // namespace KesDriver
