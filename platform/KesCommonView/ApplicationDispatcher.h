@@ -12,22 +12,28 @@ namespace Kes {
 /// One first-in-first-out queue, drained by one main-loop source in slices of about 2 ms between events
 /// and redraws, so a flood of posts delays a frame but never freezes the window; many posts cost one
 /// wake-up. A function may run a dialog's own loop; the queue goes on meanwhile.
+///
+/// The dispatcher is also the service of `WaitService`: while the GUI thread waits for the signal gate or
+/// joins a thread, queued functions run inside that wait.
 class KES_EXPORT ApplicationDispatcher {
 public:
     /// Any thread. Lives until the process ends.
     static ApplicationDispatcher& getInstance();
 
-    /// Any thread. Queues the function and returns at once. Before registration the function stays queued.
+    /// Any thread. Queues the function and returns at once. Before registration the function stays queued;
+    /// after the end of it the function is dropped. What the function throws goes to the log.
     void begin(std::function<void()> function);
 
     /// Any thread. On the GUI thread the function runs at once. On another thread it is queued and waited
     /// for; the wait also ends, without the function having run, when the dispatcher is unregistered.
+    /// What the function throws is thrown to the caller in both cases. A caller that holds the signal gate
+    /// keeps it, and the function runs with it.
     void wait(std::function<void()> function);
 
     /// Any thread: whether the caller is the thread that registered.
     bool isGuiThread() const;
 
-    /// GUI thread. Runs what is queued at this moment.
+    /// Runs what is queued at this moment. Does nothing on another thread than the GUI thread.
     void drain();
 
     ApplicationDispatcher(const ApplicationDispatcher&) = delete;
@@ -40,8 +46,8 @@ private:
     void _register();
     void _unregister();
 
-    struct Impl;
-    std::unique_ptr<Impl> _impl;
+    class Queue;
+    std::unique_ptr<Queue> _queue;
 };
 
 /// Ties the dispatcher to the thread that runs the main loop. GUI thread.

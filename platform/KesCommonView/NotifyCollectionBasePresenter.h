@@ -6,6 +6,7 @@
 #include <KesCommonView/IPresenter.h>
 #include <KesCommonView/UpdateViewGuard.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -59,12 +60,15 @@ public:
 private:
     void _insert(std::size_t index, const T& item)
     {
+        index = std::min(index, _items.size());
         auto presenter = _factory(item);
         _view->insertView(index, presenter->getView());
         _items.insert(_items.begin() + static_cast<std::ptrdiff_t>(index), std::move(presenter));
     }
     void _remove(std::size_t index)
     {
+        if (index >= _items.size())
+            return;
         const auto item = _items.begin() + static_cast<std::ptrdiff_t>(index);
         _view->removeView((*item)->getView());
         _items.erase(item);

@@ -10,7 +10,8 @@ namespace KesView {
 class KES_EXPORT Style {
 public:
     /// Loads a style sheet from the themes directory for the whole screen; each name is loaded once.
-    /// A missing or broken one writes a warning to the log and changes nothing else.
+    /// URLs in it are relative to its own place. A missing one, and each rule that cannot be read, writes
+    /// a warning to the log and changes nothing else.
     static void setStyle(const std::string& name);
 };
 

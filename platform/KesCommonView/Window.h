@@ -6,8 +6,7 @@
 
 namespace Kes {
 
-/// The base of all top-level windows of the family: remembers nothing, but has the family's icon and
-/// default behaviour. GUI thread.
+/// The base of all top-level windows of the family, with the family's icon. GUI thread.
 class KES_EXPORT Window : public Gtk::Window {
 public:
     Window();

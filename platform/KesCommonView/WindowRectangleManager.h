@@ -8,12 +8,16 @@ namespace Kes {
 
 /// Places a window and reads its place. GUI thread.
 ///
-/// The rectangle is the position of the window's frame and the size of its content, in pixels, as the
-/// window manager keeps them. It is read while the window is shown; afterwards the last one read stands.
+/// The rectangle is the position of the window's frame and the size of its content, in GDK's pixels (which
+/// are larger than the screen's at a scale factor of 2). It is followed while the window is shown; while
+/// the window is hidden it is the last one that the window had, before the first show the one set last.
 class KES_EXPORT WindowRectangleManager {
 public:
     /// The window outlives the manager.
     explicit WindowRectangleManager(Gtk::Window& window);
+    ~WindowRectangleManager();
+    WindowRectangleManager(const WindowRectangleManager&) = delete;
+    WindowRectangleManager& operator=(const WindowRectangleManager&) = delete;
 
     /// Moves and sizes the window. A rectangle that lies outside the monitors that are there now, or is
     /// larger than its monitor, is brought back into the nearest one. A rectangle without sense (not
@@ -22,8 +26,11 @@ public:
     RectangleF getRectangle() const;
 
 private:
+    void _read();
+
     Gtk::Window& _window;
     RectangleF _last;
+    sigc::connection _configured;
 };
 
 } // namespace Kes

@@ -1,0 +1,32 @@
+#include <KesCommonView/AboutView.h>
+
+#include "CommonViewText.h"
+
+#include <gtkmm/button.h>
+
+namespace Kes {
+
+AboutView::AboutView()
+{
+    set_title(lng::CommonView::get("About.title"));
+    // GTK's own caption follows the locale, which may be another language than the program's.
+    if (auto* close = dynamic_cast<Gtk::Button*>(get_widget_for_response(Gtk::RESPONSE_DELETE_EVENT))) {
+        close->set_use_underline(true);
+        close->set_label(lng::CommonView::get("Button.close"));
+    }
+    signal_response().connect([this](int) { hide(); });
+}
+
+AboutView::~AboutView() = default;
+
+void AboutView::setProgramName(const std::string& name)
+{
+    set_program_name(name);
+}
+
+void AboutView::setVersion(const std::string& version)
+{
+    gtk_about_dialog_set_version(gobj(), version.empty() ? nullptr : version.c_str());
+}
+
+} // namespace Kes

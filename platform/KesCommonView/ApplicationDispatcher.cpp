@@ -1,0 +1,236 @@
+#include <KesCommonView/ApplicationDispatcher.h>
+
+#include "DispatchQueue.h"
+
+#include <KesCommon/Log.h>
+#include <KesCommon/SignalGate.h>
+#include <KesCommon/WaitService.h>
+
+#include <glib-unix.h>
+#include <glibmm/exception.h>
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <exception>
+#include <mutex>
+#include <new>
+#include <thread>
+#include <utility>
+
+namespace Kes {
+
+namespace {
+
+/// Below GTK's own work on events (0), layout (110) and drawing (120), above its idle handlers (200).
+constexpr int priority = 125;
+constexpr std::chrono::milliseconds slice{2};
+
+/// A function that another thread waits for.
+class Turn {
+public:
+    explicit Turn(std::function<void()> function) : _function(std::move(function)) {}
+
+    /// Waiting thread.
+    void wait()
+    {
+        std::unique_lock lock(_mutex);
+        _ended.wait(lock, [this] { return _hasEnded; });
+        if (_error)
+            std::rethrow_exception(std::exchange(_error, nullptr));
+    }
+
+    void run()
+    {
+        std::exception_ptr error;
+        try {
+            SignalGate::Loan::Use gate(_loan);
+            const auto function = std::exchange(_function, nullptr);
+            function();
+        } catch (...) {
+            error = std::current_exception();
+        }
+        end(std::move(error));
+    }
+
+    /// Without effect after the first call. What the function has captured does not outlive the wait.
+    void end(std::exception_ptr error)
+    {
+        if (_function) {
+            SignalGate::Loan::Use gate(_loan);
+            _function = nullptr;
+        }
+        std::lock_guard lock(_mutex);
+        if (std::exchange(_hasEnded, true))
+            return;
+        _error = std::move(error);
+        _ended.notify_all();
+    }
+
+private:
+    std::function<void()> _function;
+    SignalGate::Loan _loan;
+    std::mutex _mutex;
+    std::condition_variable _ended;
+    std::exception_ptr _error;
+    bool _hasEnded = false;
+};
+
+/// The queue's hold on a turn: whether it runs or is dropped, the wait ends.
+class QueuedTurn {
+public:
+    explicit QueuedTurn(std::shared_ptr<Turn> turn) : _turn(std::move(turn)) {}
+    ~QueuedTurn() { _turn->end(nullptr); }
+    QueuedTurn(const QueuedTurn&) = delete;
+    QueuedTurn& operator=(const QueuedTurn&) = delete;
+
+    void run() { _turn->run(); }
+
+private:
+    std::shared_ptr<Turn> _turn;
+};
+
+void logException(const std::string& what)
+{
+    KesLog::Log::writeError("A function on the GUI thread has thrown: " + what);
+}
+
+/// GLib is C: nothing may be thrown through its main loop.
+void runCaught(const std::function<void()>& function)
+{
+    try {
+        function();
+    } catch (const std::exception& error) {
+        logException(error.what());
+    } catch (const Glib::Exception& error) {
+        logException(error.what().raw());
+    } catch (...) {
+        logException("an unknown exception");
+    }
+}
+
+} // namespace
+
+class ApplicationDispatcher::Queue : public DispatchQueue {
+public:
+    std::atomic<std::thread::id> guiThread;
+    GSource* source = nullptr;
+
+    bool runOne()
+    {
+        const auto function = take();
+        if (function)
+            runCaught(function);
+        return static_cast<bool>(function);
+    }
+
+    void runSlice()
+    {
+        const auto end = std::chrono::steady_clock::now() + slice;
+        while (runOne() && std::chrono::steady_clock::now() < end) {
+        }
+    }
+
+    void stopSource()
+    {
+        g_source_destroy(source);
+        g_source_unref(std::exchange(source, nullptr));
+    }
+};
+
+ApplicationDispatcher::ApplicationDispatcher() : _queue(std::make_unique<Queue>())
+{
+}
+
+ApplicationDispatcher::~ApplicationDispatcher() = default;
+
+ApplicationDispatcher& ApplicationDispatcher::getInstance()
+{
+    // Never destroyed: threads may post until the very end of the process.
+    alignas(ApplicationDispatcher) static std::byte place[sizeof(ApplicationDispatcher)];
+    static auto* const instance = ::new (place) ApplicationDispatcher;
+    return *instance;
+}
+
+bool ApplicationDispatcher::isGuiThread() const
+{
+    return _queue->guiThread.load() == std::this_thread::get_id();
+}
+
+void ApplicationDispatcher::begin(std::function<void()> function)
+{
+    if (function)
+        _queue->push(std::move(function));
+}
+
+void ApplicationDispatcher::wait(std::function<void()> function)
+{
+    if (!function)
+        return;
+    if (isGuiThread()) {
+        function();
+        return;
+    }
+    const auto turn = std::make_shared<Turn>(std::move(function));
+    begin([queued = std::make_shared<QueuedTurn>(turn)] { queued->run(); });
+    turn->wait();
+}
+
+void ApplicationDispatcher::drain()
+{
+    if (!isGuiThread())
+        return;
+    for (auto count = _queue->size(); count > 0 && _queue->runOne(); --count) {
+    }
+}
+
+void ApplicationDispatcher::_register()
+{
+    if (isGuiThread())
+        return;
+    if (_queue->source)
+        _queue->stopSource();
+    _queue->guiThread = std::this_thread::get_id();
+    _queue->open();
+    _queue->source = g_unix_fd_source_new(_queue->getDescriptor(), G_IO_IN);
+    g_source_set_name(_queue->source, "Kes::ApplicationDispatcher");
+    g_source_set_priority(_queue->source, priority);
+    // A function may run a dialog's main loop, and what is posted meanwhile has to run in it.
+    g_source_set_can_recurse(_queue->source, TRUE);
+    const GUnixFDSourceFunc dispatch = [](gint, GIOCondition, gpointer data) -> gboolean {
+        static_cast<Queue*>(data)->runSlice();
+        return G_SOURCE_CONTINUE;
+    };
+    g_source_set_callback(_queue->source, G_SOURCE_FUNC(dispatch), _queue.get(), nullptr);
+    g_source_attach(_queue->source, nullptr);
+    WaitService::install([this] { drain(); });
+}
+
+void ApplicationDispatcher::_unregister()
+{
+    if (!isGuiThread())
+        return;
+    WaitService::uninstall();
+    _queue->stopSource();
+    _queue->close();
+    _queue->guiThread = std::thread::id();
+}
+
+ApplicationDispatcherPresenter& ApplicationDispatcherPresenter::getInstance()
+{
+    static ApplicationDispatcherPresenter instance;
+    return instance;
+}
+
+void ApplicationDispatcherPresenter::registerDispatcher()
+{
+    ApplicationDispatcher::getInstance()._register();
+}
+
+void ApplicationDispatcherPresenter::unregisterDispatcher()
+{
+    ApplicationDispatcher::getInstance()._unregister();
+}
+
+} // namespace Kes

@@ -1,0 +1,16 @@
+#include <KesCommonView/FileDialogPresenter.h>
+
+#include <KesCommon/SignalGate.h>
+#include <KesCommonView/DialogBackend.h>
+
+namespace Kes {
+
+std::string FileDialogPresenter::show(IView* parent, const std::string& title,
+                                      const std::vector<std::pair<std::string, std::string>>& filters, bool save)
+{
+    // As for a message box: nobody else waits for the user.
+    SignalGate::Release release;
+    return DialogBackend::get().chooseFile({parent, title, filters, save});
+}
+
+} // namespace Kes

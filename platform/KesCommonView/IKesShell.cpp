@@ -1,0 +1,7 @@
+#include <KesCommonView/IKesShell.h>
+
+namespace Kes {
+
+IKesShell::~IKesShell() = default;
+
+} // namespace Kes

@@ -1,0 +1,7 @@
+#include <KesCommonView/IPresenter.h>
+
+namespace Kes {
+
+IPresenter::~IPresenter() = default;
+
+} // namespace Kes

@@ -1,0 +1,7 @@
+#include <KesCommonView/IView.h>
+
+namespace Kes {
+
+IView::~IView() = default;
+
+} // namespace Kes

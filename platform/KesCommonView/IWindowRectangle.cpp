@@ -1,0 +1,7 @@
+#include <KesCommonView/IWindowRectangle.h>
+
+namespace Kes {
+
+IWindowRectangle::~IWindowRectangle() = default;
+
+} // namespace Kes

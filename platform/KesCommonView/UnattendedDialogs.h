@@ -1,0 +1,24 @@
+#pragma once
+
+#include <KesCommonView/DialogBackend.h>
+
+#include <string>
+#include <vector>
+
+namespace Kes {
+
+/// For a program that runs without a user: messages and questions go to standard error, questions get
+/// their declining answer, and file dialogs are cancelled. GUI thread.
+class KES_EXPORT UnattendedDialogs : public DialogBackend {
+public:
+    DialogResult showMessage(const MessageRequest& request) override;
+    std::string chooseFile(const FileRequest& request) override;
+
+    /// The texts of the last messages and questions, oldest first, so that the program can tell why it failed.
+    const std::vector<std::string>& getTexts() const { return _texts; }
+
+private:
+    std::vector<std::string> _texts;
+};
+
+} // namespace Kes

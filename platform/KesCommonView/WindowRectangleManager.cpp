@@ -1,0 +1,76 @@
+#include <KesCommonView/WindowRectangleManager.h>
+
+#include <KesCommonView/WindowPlacement.h>
+
+#include <gdkmm/display.h>
+#include <gdkmm/monitor.h>
+
+#include <cmath>
+#include <vector>
+
+namespace Kes {
+
+namespace {
+
+std::vector<RectangleF> getMonitorAreas(const Glib::RefPtr<Gdk::Display>& display)
+{
+    std::vector<RectangleF> areas;
+    for (int i = 0; i < display->get_n_monitors(); ++i) {
+        Gdk::Rectangle area;
+        display->get_monitor(i)->get_workarea(area);
+        areas.push_back({static_cast<float>(area.get_x()), static_cast<float>(area.get_y()),
+                         static_cast<float>(area.get_width()), static_cast<float>(area.get_height())});
+    }
+    return areas;
+}
+
+int toPixel(float value)
+{
+    return static_cast<int>(std::lround(value));
+}
+
+} // namespace
+
+WindowRectangleManager::WindowRectangleManager(Gtk::Window& window) : _window(window)
+{
+    _configured = _window.signal_configure_event().connect(
+        [this](GdkEventConfigure*) {
+            _read();
+            return false;
+        },
+        false);
+}
+
+WindowRectangleManager::~WindowRectangleManager()
+{
+    _configured.disconnect();
+}
+
+void WindowRectangleManager::setRectangle(const RectangleF& rectangle)
+{
+    if (!WindowPlacement::isRectangle(rectangle))
+        return;
+    _last = WindowPlacement::bringOnto(rectangle, getMonitorAreas(_window.get_display()));
+    _window.move(toPixel(_last.x), toPixel(_last.y));
+    _window.resize(toPixel(_last.width), toPixel(_last.height));
+}
+
+RectangleF WindowRectangleManager::getRectangle() const
+{
+    return _last;
+}
+
+void WindowRectangleManager::_read()
+{
+    if (!_window.get_mapped())
+        return;
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    _window.get_position(x, y);
+    _window.get_size(width, height);
+    _last = {static_cast<float>(x), static_cast<float>(y), static_cast<float>(width), static_cast<float>(height)};
+}
+
+} // namespace Kes
