@@ -22,6 +22,16 @@ Result writeError(const std::string& path, const char* reason)
     return Result::failure(StringHelper::format(lng::Common::get("error.FileWrite"), reason, path));
 }
 
+/// The name at the end of a link, where a new file takes the old one's place; also when nothing is there yet.
+std::string followLinks(std::filesystem::path path)
+{
+    constexpr int longestChain = 40;
+    std::error_code error;
+    for (int i = 0; i < longestChain && std::filesystem::is_symlink(path, error); ++i)
+        path = path.parent_path() / std::filesystem::read_symlink(path, error);
+    return path.string();
+}
+
 Result writeInPlace(const std::string& path, std::string_view contents)
 {
     auto stream = openOutputFileUTF8Name(path, std::ios::out | std::ios::binary);
@@ -45,14 +55,13 @@ bool fileExist(const std::string& path)
 
 Result writeWholeFile(const std::string& path, std::string_view contents)
 {
+    if (path.empty())
+        return writeError(path, std::strerror(ENOENT));
     struct stat status;
     const bool exists = ::stat(path.c_str(), &status) == 0;
     if (exists && !S_ISREG(status.st_mode))
         return writeInPlace(path, contents);
-    // The new file takes the place of the name; seen through a link, that is the name at its end.
-    std::error_code noTarget;
-    const auto target = std::filesystem::weakly_canonical(path, noTarget);
-    const auto name = noTarget || target.empty() ? path : target.string();
+    const auto name = followLinks(path);
     GError* error = nullptr;
     if (!g_file_set_contents_full(name.c_str(), contents.data(), static_cast<gssize>(contents.size()),
             G_FILE_SET_CONTENTS_CONSISTENT, static_cast<int>(newFileMode), &error)) {

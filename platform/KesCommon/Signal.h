@@ -28,7 +28,8 @@ class Signal;
 /// Threads: `emit`, `connect` and `disconnect` from any thread; all pass `SignalGate`. A trackable
 /// receiver is connected and destroyed on its own thread. Its trackable part goes last, when its members
 /// are already destroyed, so a receiver of signals from other threads keeps its connections as
-/// `ScopedConnection` members declared last, or is destroyed while its owner holds the gate. A signal is
+/// `ScopedConnection` members declared last, or is destroyed while its owner holds the gate. A destructor with
+/// a body that changes what the slots use disconnects them first: members go after the body. A signal is
 /// destroyed when no other thread emits it any more. What a functor has captured is freed on the thread that
 /// cuts the connection.
 template <typename... Args>

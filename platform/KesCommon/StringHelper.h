@@ -22,7 +22,7 @@ auto formatArgument(const T& value)
     if constexpr (requires { value.c_str(); })
         return value.c_str();
     else {
-        using Decayed = std::decay_t<T>;
+        using Decayed = std::decay_t<const T&>;
         static_assert(std::is_arithmetic_v<Decayed> || std::is_enum_v<Decayed> || std::is_pointer_v<Decayed>,
             "printf cannot format this type");
         return static_cast<Decayed>(value);

@@ -74,7 +74,10 @@ private:
         std::string place;
         if (error->file)
             place = std::string(error->file) + ":" + std::to_string(error->line) + ": ";
-        static_cast<ErrorText*>(self)->_append(place + (error->message ? error->message : "unknown error\n"));
+        std::string message = error->message ? error->message : "unknown error";
+        if (!message.ends_with('\n'))
+            message += '\n';
+        static_cast<ErrorText*>(self)->_append(place + message);
     }
 
     static void _onXsltError(void* self, const char* format, ...) __attribute__((format(printf, 2, 3)))

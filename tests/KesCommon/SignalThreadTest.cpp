@@ -60,18 +60,16 @@ private:
 class Listener : public sigc::trackable {
 public:
     explicit Listener(Kes::Signal<void(int)>& signal)
-        : _alive(std::make_unique<bool>(true)),
+        : _sum(std::make_unique<long>(0)),
           _first(signal.connect(sigc::mem_fun(*this, &Listener::_on))),
           _second(signal.connect(sigc::mem_fun(*this, &Listener::_on)))
     {
     }
-    ~Listener() { *_alive = false; }
 
 private:
-    void _on(int value) { _sum += *_alive ? value : -1'000'000'000; }
+    void _on(int value) { *_sum += value; }
 
-    std::unique_ptr<bool> _alive;
-    long _sum = 0;
+    std::unique_ptr<long> _sum;
     Kes::ScopedConnection _first;
     Kes::ScopedConnection _second;
 };
