@@ -157,7 +157,7 @@ std::optional<std::string> ZipReader::readContent()
         if (!_budget.take(static_cast<std::uint64_t>(count)))
             return std::nullopt;
     }
-    if (content.capacity() > 2 * content.size() + blockSize)
+    if (content.capacity() / 2 > content.size())
         content.shrink_to_fit();
     return content;
 }
