@@ -139,14 +139,13 @@ TEST_F(ProgramModelTest, ChecksBeforeARunComeInTheirOrder)
 {
     GlobalHardware global(KesDevice::HardwareManager::create());
     RecordingModel model;
-    model.prepareHardware = [&] { return model.ProgramModel::_onPrepareHardware(); };
-    EXPECT_FALSE(model.prepareHardware());
+    EXPECT_FALSE(model.prepareRealHardware());
     EXPECT_THAT(model.take(),
                 ElementsAre("message: Error on starting test. The hardware configuration does not contain "
                             "operational KESTOs."));
 
     ASSERT_TRUE(model.getHardware()->startWorkingMode());
-    EXPECT_FALSE(model.prepareHardware());
+    EXPECT_FALSE(model.prepareRealHardware());
     EXPECT_THAT(model.take(),
                 testing::Contains("message: Error on starting test. The output process has already started."));
     ASSERT_TRUE(model.getHardware()->stopWorkingMode());
@@ -155,7 +154,7 @@ TEST_F(ProgramModelTest, ChecksBeforeARunComeInTheirOrder)
         std::make_unique<KesDevice::Kesto>(*KesDevice::Kesto::Address::parse("10.0.0.1"))));
     model.getHardware()->getSyncManager().setActiveMode(KesDevice::SyncModeKind::PowerNetwork);
     model.take();
-    EXPECT_FALSE(model.prepareHardware());
+    EXPECT_FALSE(model.prepareRealHardware());
     const auto entries = model.take();
     ASSERT_EQ(entries.size(), 1u);
     EXPECT_EQ(std::count(entries[0].begin(), entries[0].end(), '\n'), 2);
@@ -227,10 +226,13 @@ TEST_F(ProgramModelTest, ExceptionInTheTestBodySwitchesTheOutputOff)
 
 TEST_F(ProgramModelTest, PowerOffDuringARunDisconnectsAtItsEnd)
 {
+    auto configuration = KesDevice::HardwareManager::create();
+    ASSERT_TRUE(configuration->getKestos().addKesto(
+        std::make_unique<KesDevice::Kesto>(*KesDevice::Kesto::Address::parse("127.0.0.1"))));
+    GlobalHardware global(std::move(configuration));
     RecordingModel model;
     model.init();
-    GlobalHardware global(KesDevice::HardwareControl::getInstance()->clone());
-    model.prepareHardware = [&] { return model.ProgramModel::_onPrepareHardware(); };
+    model.prepareHardware = [&] { return model.prepareRealHardware(); };
     model.body = [](RecordingModel& self) {
         self.bodyDoor.waitUntilOpenOr([&] { return !self.isRunning(); });
         self.write("stopped");
@@ -238,9 +240,7 @@ TEST_F(ProgramModelTest, PowerOffDuringARunDisconnectsAtItsEnd)
     };
     model.bodyDoor.close();
     auto& hardware = *model.getHardware();
-    if (hardware.getKestos().empty())
-        ASSERT_TRUE(hardware.getKestos().addKesto(
-            std::make_unique<KesDevice::Kesto>(*KesDevice::Kesto::Address::parse("127.0.0.1"))));
+    ASSERT_FALSE(hardware.getKestos().empty());
     model._setCanProgramStart(true);
     ASSERT_TRUE(model.startTest());
     ASSERT_TRUE(waitFor([&] { return model.has("onStart"); }));

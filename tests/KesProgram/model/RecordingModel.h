@@ -49,10 +49,12 @@ public:
     using ProgramModel::_finish;
     using ProgramModel::_getProgrammCacheDirectory;
     using ProgramModel::_onHardwareStatusChanged;
-    using ProgramModel::_onPrepareHardware;
     using ProgramModel::_setCanProgramStart;
     using ProgramModel::_setCanProgramStop;
     using ProgramModel::_setState;
+
+    /// What the base class does to prepare the hardware.
+    bool prepareRealHardware() { return ProgramModel::_onPrepareHardware(); }
 
     std::string getExtension() override { return {}; }
     KesProgram::RunVerdict getRunVerdict() override { return KesProgram::RunVerdict::None; }

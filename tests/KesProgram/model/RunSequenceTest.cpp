@@ -116,8 +116,9 @@ TEST_P(RunSequence, Row)
 
     model.prepareDoor.open();
     model.bodyDoor.open();
-    if (!row.afterwards.empty())
+    if (!row.afterwards.empty()) {
         ASSERT_TRUE(waitFor([&] { return model.has(row.afterwards.back()); }));
+    }
     runPendingEvents();
     EXPECT_THAT(model.take(), testing::ElementsAreArray(row.afterwards));
     EXPECT_FALSE(model.isRunning());
@@ -157,7 +158,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"StoppedDisconnect", Phase::Stopped, Event::Disconnect, nothing, ends},
         Row{"StoppedFault", Phase::Stopped, Event::Fault, {faultText}, ends},
         Row{"StoppedClose", Phase::Stopped, Event::Close, closes, ends + closed}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& row) { return row.param.name; });
 
 } // namespace
 } // namespace KesTest
