@@ -1,0 +1,19 @@
+#pragma once
+
+#include <KesProgram/views/IFileRecentMenuView.h>
+
+#include <gtkmm/menu.h>
+
+namespace KesProgram {
+
+/// The recent files as a menu, which a program hangs below an item of its own. A long path is shortened
+/// in the middle; its tooltip has it whole. GUI thread.
+class KES_EXPORT FileRecentMenuView : public Gtk::Menu, public IFileRecentMenuView {
+public:
+    void setFileCollection(const std::vector<std::string>& paths) override;
+
+private:
+    void _addFile(const std::string& path);
+};
+
+} // namespace KesProgram

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <KesProgram/views/IProgramStatusBarView.h>
+
+#include <gtkmm/grid.h>
+
+namespace KesProgram {
+
+/// The status bar: the information line across the top, below it the archive file and the hardware.
+/// GUI thread.
+class KES_EXPORT ProgramStatusBarView : public Gtk::Grid, public IProgramStatusBarView {
+public:
+    ProgramStatusBarView();
+
+    void setInfoArea(Kes::IView* view) override;
+    void setArchiveArea(Kes::IView* view) override;
+    void setHardwareArea(Kes::IView* view) override;
+
+private:
+    void _place(Kes::IView* view, int column, int row, int width);
+};
+
+} // namespace KesProgram

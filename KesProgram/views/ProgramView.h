@@ -1,0 +1,42 @@
+#pragma once
+
+#include <KesCommonView/Window.h>
+#include <KesCommonView/WindowRectangleManager.h>
+#include <KesProgram/views/IProgramView.h>
+
+#include <gtkmm/frame.h>
+#include <gtkmm/grid.h>
+
+namespace KesProgram {
+
+/// The main window. Building it loads the style sheets of the shell and of the test-object trees; Control
+/// with the keypad's plus, minus and multiply makes texts larger, smaller and normal again. GUI thread.
+class KES_EXPORT ProgramView : public Kes::Window, public IProgramView {
+public:
+    ProgramView();
+
+    void open(Kes::IView* parent, bool modal) override;
+    void setTitle(const std::string& title) override;
+    void setHeader(Kes::IView& view) override;
+    void setContent(Kes::IView& view) override;
+    void setFooter(Kes::IView& view) override;
+    void showMessage(const std::string& text) override;
+    void setRectangle(const Kes::RectangleF& rectangle) override;
+    Kes::RectangleF getRectangle() const override;
+    void close() override;
+
+protected:
+    /// Handler of the delete event: true keeps the window open. Any other event is refused.
+    bool _onClose(GdkEventAny* event);
+    void _moveToParentCenter(Gtk::Window& parent);
+
+private:
+    bool _onKeyPress(GdkEventKey* event);
+
+    Gtk::Grid _layout;
+    Gtk::Widget* _header = nullptr;
+    Gtk::Frame _content;
+    Kes::WindowRectangleManager _rectangle;
+};
+
+} // namespace KesProgram

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <gtkmm/widget.h>
+
+namespace KesProgram {
+
+/// Tells assistive technology that the widget is an area which reports what goes on. GUI thread.
+void makeStatusArea(Gtk::Widget& widget);
+
+} // namespace KesProgram

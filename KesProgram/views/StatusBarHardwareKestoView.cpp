@@ -1,0 +1,54 @@
+#include <KesProgram/views/StatusBarHardwareKestoView.h>
+
+#include <KesProgram/views/SharedKestoPixbuf.h>
+
+namespace KesProgram {
+
+namespace {
+
+void replaceContent(Kes::SharedSizeGroup& column, Kes::IView* view)
+{
+    if (column.get_child())
+        column.remove();
+    if (auto* widget = dynamic_cast<Gtk::Widget*>(view))
+        column.add(*widget);
+}
+
+} // namespace
+
+StatusBarHardwareKestoView::StatusBarHardwareKestoView()
+    : Gtk::HBox(false, 0),
+      _picture(getSharedKestoPixbuf()),
+      _typeColumn("ssgType"),
+      _stateColumn("ssgState"),
+      _iconsColumn("ssgIcons")
+{
+    get_style_context()->add_class("innerContentMargin");
+    _picture.get_style_context()->add_class("icon");
+    _picture.get_style_context()->add_class("innerContentMargin");
+    _type.get_style_context()->add_class("blockMargin");
+    _type.set_hexpand(false);
+    _type.set_halign(Gtk::ALIGN_START);
+    _typeColumn.add(_type);
+
+    pack_start(_picture, Gtk::PACK_SHRINK);
+    for (auto* column : {&_typeColumn, &_stateColumn, &_iconsColumn})
+        pack_start(*column, Gtk::PACK_SHRINK);
+}
+
+void StatusBarHardwareKestoView::setKestoType(const std::string& type)
+{
+    _type.set_text(Glib::ustring(type).make_valid());
+}
+
+void StatusBarHardwareKestoView::setState(Kes::IView* view)
+{
+    replaceContent(_stateColumn, view);
+}
+
+void StatusBarHardwareKestoView::setIcons(Kes::IView* view)
+{
+    replaceContent(_iconsColumn, view);
+}
+
+} // namespace KesProgram

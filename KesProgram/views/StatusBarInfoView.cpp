@@ -1,0 +1,39 @@
+#include <KesProgram/views/StatusBarInfoView.h>
+
+#include <KesCommonView/GtkWidgetHelper.h>
+#include <KesProgram/views/StatusArea.h>
+
+namespace KesProgram {
+
+StatusBarInfoView::StatusBarInfoView()
+{
+    get_style_context()->add_class("statusbar");
+    get_style_context()->add_class("statusInfoArea");
+    set_hexpand(true);
+    makeStatusArea(*this);
+
+    _label.get_style_context()->add_class("status_label");
+    _label.set_halign(Gtk::ALIGN_START);
+    _label.set_ellipsize(Pango::ELLIPSIZE_END);
+    add(_label);
+}
+
+void StatusBarInfoView::setInfo(const std::string& text)
+{
+    const unsigned call = ++_lastCall;
+    _guard.safeUpdateView([this, call, text] {
+        // A later call that acted at once has overtaken this one.
+        if (call == _lastCall)
+            _show(text);
+    });
+}
+
+void StatusBarInfoView::_show(const std::string& text)
+{
+    const Glib::ustring shown = Glib::ustring(text).make_valid();
+    _label.set_text(shown);
+    _label.set_tooltip_text(shown);
+    Kes::GtkWidgetHelper::setAccessibleName(*this, shown);
+}
+
+} // namespace KesProgram

@@ -1,0 +1,33 @@
+#include <KesProgram/views/ToolButton.h>
+
+#include <KesCommonView/GtkWidgetHelper.h>
+
+#include <gtkmm/image.h>
+
+namespace KesProgram {
+
+namespace {
+
+Gtk::Image& makeImage(const std::string& imageClass)
+{
+    auto* image = Gtk::make_managed<Gtk::Image>();
+    image->get_style_context()->add_class(imageClass);
+    return *image;
+}
+
+} // namespace
+
+ToolButton::ToolButton(const std::string& imageClass, const std::string& tooltip)
+    : Gtk::ToolButton(makeImage(imageClass))
+{
+    const std::string title = tooltip.substr(0, tooltip.find('\n'));
+    set_label(title);
+    // The item carries the tooltip for whoever asks it, the push button inside for assistive technology:
+    // that is the control which the user reaches, and neither a tooltip nor a hidden label names it.
+    Gtk::Widget::set_tooltip_text(tooltip);
+    set_tooltip_text(tooltip);
+    if (auto* button = get_child())
+        Kes::GtkWidgetHelper::setAccessibleName(*button, title);
+}
+
+} // namespace KesProgram

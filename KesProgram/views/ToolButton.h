@@ -1,0 +1,22 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+
+#include <gtkmm/toolbutton.h>
+
+#include <string>
+
+namespace KesProgram {
+
+/// A tool button as all toolbars of the shell have them: a picture, and a tooltip of a title line and
+/// a description. GUI thread.
+///
+/// The title is also the button's accessible name, and its label where a toolbar that is too short lists
+/// the button in its overflow menu.
+class KES_EXPORT ToolButton : public Gtk::ToolButton {
+public:
+    /// The style sheet gives the picture to `imageClass`. `tooltip` is the whole text, title line first.
+    ToolButton(const std::string& imageClass, const std::string& tooltip);
+};
+
+} // namespace KesProgram
