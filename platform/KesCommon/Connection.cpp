@@ -17,9 +17,7 @@ struct ConnectionSlot::Tracking {
     std::shared_ptr<Tracking> self;
 };
 
-ConnectionSlot::ConnectionSlot(std::shared_ptr<const void> callable) : _callable(std::move(callable))
-{
-}
+ConnectionSlot::ConnectionSlot(std::shared_ptr<const void> callable) : _callable(std::move(callable)) {}
 
 ConnectionSlot::~ConnectionSlot()
 {

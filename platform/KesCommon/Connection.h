@@ -33,8 +33,8 @@ public:
     template <typename Functor>
     void track(const Functor& functor)
     {
-        sigc::visit_each_type<sigc::trackable*>(
-            [this](const sigc::trackable* object) { _track(object); }, functor);
+        sigc::visit_each_type<sigc::trackable*>([this](const sigc::trackable* object) { _track(object); },
+                                                functor);
     }
 
 private:

@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <glibmm/miscutils.h>
 #include <glib.h>
+#include <glibmm/miscutils.h>
 
 namespace Kes {
 

@@ -9,11 +9,11 @@
 /// Opens files whose name is UTF-8 (or any other bytes). A failure shows in the stream's state. Any thread.
 namespace Kes {
 
-KES_EXPORT std::ifstream openInputFileUTF8Name(
-    const std::string& path, std::ios_base::openmode mode = std::ios::in);
+KES_EXPORT std::ifstream openInputFileUTF8Name(const std::string& path,
+                                               std::ios_base::openmode mode = std::ios::in);
 
 /// Truncates an existing file unless the mode says otherwise.
-KES_EXPORT std::ofstream openOutputFileUTF8Name(
-    const std::string& path, std::ios_base::openmode mode = std::ios::out);
+KES_EXPORT std::ofstream openOutputFileUTF8Name(const std::string& path,
+                                                std::ios_base::openmode mode = std::ios::out);
 
 } // namespace Kes

@@ -64,7 +64,7 @@ Result writeWholeFile(const std::string& path, std::string_view contents)
     const auto name = followLinks(path);
     GError* error = nullptr;
     if (!g_file_set_contents_full(name.c_str(), contents.data(), static_cast<gssize>(contents.size()),
-            G_FILE_SET_CONTENTS_CONSISTENT, static_cast<int>(newFileMode), &error)) {
+                                  G_FILE_SET_CONTENTS_CONSISTENT, static_cast<int>(newFileMode), &error)) {
         const auto result = writeError(path, error->message);
         g_error_free(error);
         return result;

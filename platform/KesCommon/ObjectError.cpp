@@ -4,15 +4,11 @@
 
 namespace Kes {
 
-ObjectError::ObjectError(List inner) : _inner(std::move(inner))
-{
-}
+ObjectError::ObjectError(List inner) : _inner(std::move(inner)) {}
 
 ObjectError::~ObjectError() = default;
 
-TextError::TextError(std::string text, List inner) : ObjectError(std::move(inner)), _text(std::move(text))
-{
-}
+TextError::TextError(std::string text, List inner) : ObjectError(std::move(inner)), _text(std::move(text)) {}
 
 std::string TextError::getMessage() const
 {

@@ -69,9 +69,7 @@ std::string trim(const std::string& line)
 
 } // namespace
 
-RecentCollection::RecentCollection(unsigned int capacity) : _capacity(capacity)
-{
-}
+RecentCollection::RecentCollection(unsigned int capacity) : _capacity(capacity) {}
 
 RecentCollection::~RecentCollection() = default;
 

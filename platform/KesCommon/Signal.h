@@ -28,8 +28,8 @@ class Signal;
 /// Threads: `emit`, `connect` and `disconnect` from any thread; all pass `SignalGate`. A trackable
 /// receiver is connected and destroyed on its own thread. Its trackable part goes last, when its members
 /// are already destroyed, so a receiver of signals from other threads keeps its connections as
-/// `ScopedConnection` members declared last, or is destroyed while its owner holds the gate. A destructor with
-/// a body that changes what the slots use disconnects them first: members go after the body. A signal is
+/// `ScopedConnection` members declared last, or is destroyed while its owner holds the gate. A destructor
+/// with a body that changes what the slots use disconnects them first: members go after the body. A signal is
 /// destroyed when no other thread emits it any more. What a functor has captured is freed on the thread that
 /// cuts the connection.
 template <typename... Args>
@@ -49,7 +49,7 @@ public:
         SignalGate::Guard gate;
         auto slots = std::make_shared<Slots>();
         std::copy_if(_slots->begin(), _slots->end(), std::back_inserter(*slots),
-            [](const auto& slot) { return slot->isConnected(); });
+                     [](const auto& slot) { return slot->isConnected(); });
         const auto slot = std::make_shared<ConnectionSlot>(call);
         slots->push_back(slot);
         // Seen from where it is kept now, as a functor may hold a trackable by value.
@@ -85,8 +85,8 @@ public:
     std::size_t size() const
     {
         SignalGate::Guard gate;
-        return static_cast<std::size_t>(std::count_if(
-            _slots->begin(), _slots->end(), [](const auto& slot) { return slot->isConnected(); }));
+        return static_cast<std::size_t>(std::count_if(_slots->begin(), _slots->end(),
+                                                      [](const auto& slot) { return slot->isConnected(); }));
     }
     bool empty() const { return size() == 0; }
 

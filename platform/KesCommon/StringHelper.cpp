@@ -67,13 +67,13 @@ bool endsWith(std::string_view text, std::string_view suffix)
 }
 
 bool isInclude(std::string_view text, std::string_view name, std::size_t start, std::size_t textLength,
-    bool ignoreCase)
+               bool ignoreCase)
 {
     text = text.substr(0, textLength);
     if (start > text.size() || name.size() > text.size() - start)
         return false;
     return std::equal(name.begin(), name.end(), text.begin() + static_cast<std::ptrdiff_t>(start),
-        [&](char a, char b) { return ignoreCase ? lower(a) == lower(b) : a == b; });
+                      [&](char a, char b) { return ignoreCase ? lower(a) == lower(b) : a == b; });
 }
 
 } // namespace Kes::StringHelper

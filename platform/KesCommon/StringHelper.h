@@ -24,7 +24,7 @@ auto formatArgument(const T& value)
     else {
         using Decayed = std::decay_t<const T&>;
         static_assert(std::is_arithmetic_v<Decayed> || std::is_enum_v<Decayed> || std::is_pointer_v<Decayed>,
-            "printf cannot format this type");
+                      "printf cannot format this type");
         return static_cast<Decayed>(value);
     }
 }
@@ -57,6 +57,6 @@ KES_EXPORT bool endsWith(std::string_view text, std::string_view suffix);
 /// Whether `name` stands in `text` at `start`, whole within the first `textLength` bytes.
 /// `ignoreCase` makes the ASCII letters of both cases equal.
 KES_EXPORT bool isInclude(std::string_view text, std::string_view name, std::size_t start,
-    std::size_t textLength, bool ignoreCase);
+                          std::size_t textLength, bool ignoreCase);
 
 } // namespace Kes::StringHelper

@@ -43,7 +43,8 @@ public:
     /// characters, valid as long as the caller's string: copy the result at once.
     const char* get(const std::string& key) const
     {
-        const auto found = std::lower_bound(_entries.begin(), _entries.end(), key,
+        const auto found = std::lower_bound(
+            _entries.begin(), _entries.end(), key,
             [](const TextEntry& entry, const std::string& wanted) { return entry.key < wanted; });
         if (found == _entries.end() || found->key != key)
             return key.c_str();

@@ -114,7 +114,7 @@ xsltSecurityPrefsPtr makeSecurity()
 {
     const auto security = xsltNewSecurityPrefs();
     for (const auto option : {XSLT_SECPREF_WRITE_FILE, XSLT_SECPREF_CREATE_DIRECTORY,
-             XSLT_SECPREF_READ_NETWORK, XSLT_SECPREF_WRITE_NETWORK})
+                              XSLT_SECPREF_READ_NETWORK, XSLT_SECPREF_WRITE_NETWORK})
         xsltSetSecurityPrefs(security, option, &xsltSecurityForbid);
     return security;
 }
@@ -137,7 +137,8 @@ void initialize()
 
 Document parse(const std::string& path)
 {
-    return Document(load(reinterpret_cast<const xmlChar*>(path.c_str()), nullptr, 0, nullptr, XSLT_LOAD_START));
+    return Document(
+        load(reinterpret_cast<const xmlChar*>(path.c_str()), nullptr, 0, nullptr, XSLT_LOAD_START));
 }
 
 Stylesheet parseStylesheet(const std::string& path)
@@ -152,9 +153,11 @@ Stylesheet parseStylesheet(const std::string& path)
 }
 
 bool run(xsltStylesheet& stylesheet, xmlDoc& source, const std::map<std::string, std::string>& parameters,
-    std::string& output)
+         std::string& output)
 {
-    const auto text = [](const std::string& value) { return reinterpret_cast<const xmlChar*>(value.c_str()); };
+    const auto text = [](const std::string& value) {
+        return reinterpret_cast<const xmlChar*>(value.c_str());
+    };
     const Context context(xsltNewTransformContext(&stylesheet, &source));
     if (!context)
         return false;
@@ -180,8 +183,7 @@ bool run(xsltStylesheet& stylesheet, xmlDoc& source, const std::map<std::string,
 
 XslTransformer::XslTransformer(const char* xml, const char* xsl, const char* output)
     : _xml(xml ? xml : ""), _xsl(xsl ? xsl : ""), _output(output ? output : "")
-{
-}
+{}
 
 void XslTransformer::setParameter(const std::string& name, const std::string& value)
 {

@@ -88,7 +88,8 @@ TEST(FileSystem, writesWholeFilesThroughLinksAndKeepsPermissions)
     EXPECT_TRUE(Kes::writeWholeFile(home.file("dangling"), "y"));
     EXPECT_EQ(readFile(home.file("real/target")), "y");
 
-    for (const auto& path : {home.file("real"), home.file("no/such"), std::string("/dev/full"), std::string()}) {
+    for (const auto& path :
+         {home.file("real"), home.file("no/such"), std::string("/dev/full"), std::string()}) {
         const auto result = Kes::writeWholeFile(path, "z");
         EXPECT_FALSE(result) << path;
         EXPECT_THAT(result.getError()->getMessage(), HasSubstr("Path:\n" + path));
@@ -106,7 +107,8 @@ TEST(DesktopOpener, asksTheBackendOnlyForExistingFiles)
         return Kes::Result::failure("refused");
     });
     EXPECT_EQ(Kes::DesktopOpener::open(home.file("report.html")).getError()->getMessage(), "refused");
-    EXPECT_THAT(Kes::DesktopOpener::open(home.file("gone")).getError()->getMessage(), HasSubstr(home.file("gone")));
+    EXPECT_THAT(Kes::DesktopOpener::open(home.file("gone")).getError()->getMessage(),
+                HasSubstr(home.file("gone")));
     EXPECT_THAT(opened, ElementsAre(home.file("report.html")));
     Kes::DesktopOpener::replace(desktop);
 }
@@ -134,8 +136,8 @@ TEST(Log, reachesTheObserverFromEveryThreadAndNeverThrows)
     KesLog::Log::writeInfo("unseen");
     using Level = KesLog::Log::Level;
     EXPECT_THAT(seen, ElementsAre(std::pair(Level::Info, std::string("info")),
-                          std::pair(Level::Warn, std::string("Предупреждение %s \xff")),
-                          std::pair(Level::Error, std::string("error"))));
+                                  std::pair(Level::Warn, std::string("Предупреждение %s \xff")),
+                                  std::pair(Level::Error, std::string("error"))));
 }
 
 } // namespace

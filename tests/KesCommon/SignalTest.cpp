@@ -237,7 +237,8 @@ TEST_F(NotifyCollectionTest, refusesEveryChangeWhenReadOnly)
     ASSERT_TRUE(items.add("a"));
     items.setReadOnly(true);
     calls.clear();
-    for (const auto& result : {items.add("b"), items.insert(0, "b"), items.remove("a"), items.removeAt(0), items.clear()}) {
+    for (const auto& result :
+         {items.add("b"), items.insert(0, "b"), items.remove("a"), items.removeAt(0), items.clear()}) {
         EXPECT_FALSE(result);
         ASSERT_TRUE(result.getError());
         EXPECT_EQ(result.getError()->getMessage(), "The list is read-only.");
@@ -250,8 +251,9 @@ TEST_F(NotifyCollectionTest, changesOfSeveralThreadsAreHeardInTheirOrder)
 {
     Kes::NotifyCollection<int> shared;
     std::vector<int> mirror;
-    shared.signalInserted.connect(
-        [&](std::size_t i, int item) { mirror.insert(mirror.begin() + static_cast<std::ptrdiff_t>(i), item); });
+    shared.signalInserted.connect([&](std::size_t i, int item) {
+        mirror.insert(mirror.begin() + static_cast<std::ptrdiff_t>(i), item);
+    });
     shared.signalRemoved.connect(
         [&](std::size_t i, int) { mirror.erase(mirror.begin() + static_cast<std::ptrdiff_t>(i)); });
     const auto work = [&](int first) {

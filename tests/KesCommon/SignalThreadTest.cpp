@@ -63,8 +63,7 @@ public:
         : _sum(std::make_unique<long>(0)),
           _first(signal.connect(sigc::mem_fun(*this, &Listener::_on))),
           _second(signal.connect(sigc::mem_fun(*this, &Listener::_on)))
-    {
-    }
+    {}
 
 private:
     void _on(int value) { *_sum += value; }
@@ -95,7 +94,8 @@ TEST(SignalThreads, twoEmitOneConnectsAndReceiversDieMeanwhile)
     std::thread two(emitMany);
     std::thread connecting([&] {
         while (running > 0) {
-            auto connection = signal.connect([number = std::make_shared<int>(0)](int value) { *number += value; });
+            auto connection =
+                signal.connect([number = std::make_shared<int>(0)](int value) { *number += value; });
             connection.disconnect();
         }
     });
@@ -108,6 +108,19 @@ TEST(SignalThreads, twoEmitOneConnectsAndReceiversDieMeanwhile)
     connecting.join();
     EXPECT_EQ(heard, 2L * emissions);
     EXPECT_EQ(signal.size(), 1U);
+}
+
+TEST(SignalThreads, aSignalAndItsReceiverMayDieAtOnce)
+{
+    for (int i = 0; i < 300; ++i) {
+        auto signal = std::make_unique<Kes::Signal<void(int)>>();
+        auto receiver = std::make_unique<Listener>(*signal);
+        auto connection = signal->connect(sigc::track_obj([](int) {}, *receiver));
+        std::thread other([&] { signal.reset(); });
+        receiver.reset();
+        EXPECT_FALSE(connection.connected());
+        other.join();
+    }
 }
 
 TEST(SignalThreads, disconnectReturnsOnlyWhenTheSlotHasEnded)
@@ -224,9 +237,12 @@ TEST(ThreadHelper, aServedFunctionMayEndTheService)
 
 TEST(ThreadHelper, namesAreShortenedToWholeCharacters)
 {
-    const std::pair<const char*, const char*> cases[] = {
-        {"short", "short"}, {"fifteen bytes!!", "fifteen bytes!!"}, {"KesProgram_Shutdown", "KesProgram_Shut"},
-        {"Кириллица", "Кирилли"}, {"aКириллица", "aКирилли"}, {"", ""}};
+    const std::pair<const char*, const char*> cases[] = {{"short", "short"},
+                                                         {"fifteen bytes!!", "fifteen bytes!!"},
+                                                         {"KesProgram_Shutdown", "KesProgram_Shut"},
+                                                         {"Кириллица", "Кирилли"},
+                                                         {"aКириллица", "aКирилли"},
+                                                         {"", ""}};
     std::thread([&] {
         for (const auto& [name, kept] : cases) {
             Kes::ThreadHelper::setCurrentThreadName(name);

@@ -50,7 +50,8 @@ TEST(TypeHelper, dropsQualifiersAndKeepsArguments)
 TEST(StringHelper, formatsTemplates)
 {
     using namespace Kes::StringHelper;
-    EXPECT_EQ(formatC<const char*>("Error saving file.\n\nPath:\n%s", "/a b"), "Error saving file.\n\nPath:\n/a b");
+    EXPECT_EQ(formatC<const char*>("Error saving file.\n\nPath:\n%s", "/a b"),
+              "Error saving file.\n\nPath:\n/a b");
     EXPECT_EQ(formatC<const char*>("Нет места", "x"), "Нет места");
     EXPECT_EQ(formatC<const char*>("", "x"), "");
     EXPECT_EQ(formatC<const char*>("%s", std::string(100000, 'x').c_str()), std::string(100000, 'x'));
@@ -62,7 +63,9 @@ TEST(StringHelper, refusesWhatCannotBeMeasured)
 {
     testing::internal::CaptureStdout();
     EXPECT_THROW(
-        try { Kes::StringHelper::formatC<const char*>("%2147483648s", "x"); } catch (const std::runtime_error& error) {
+        try {
+            Kes::StringHelper::formatC<const char*>("%2147483648s", "x");
+        } catch (const std::runtime_error& error) {
             EXPECT_STREQ(error.what(), "Kes::StringHelper::format - Error during formatting.");
             throw;
         },
@@ -152,7 +155,7 @@ TEST(ObjectErrorHelper, indentsInnerErrors)
     const auto deep = TextError::create("deep\nsecond line");
     const auto outer = TextError::create("outer", {TextError::create("inner", {deep}), nullptr, deep});
     EXPECT_EQ(Kes::ObjectErrorHelper::toDisplayString({outer, nullptr, TextError::create("next")}),
-        "outer\n  inner\n    deep\n    second line\n  deep\n  second line\nnext");
+              "outer\n  inner\n    deep\n    second line\n  deep\n  second line\nnext");
     EXPECT_EQ(Kes::ObjectErrorHelper::toDisplayString({}), "");
 }
 
@@ -174,8 +177,9 @@ TEST(NetAddr, readsStrictlyWhatItWrites)
     EXPECT_EQ(Address::parse("192.168.0.255"), address);
     EXPECT_EQ(Address::parse("0.0.0.0"), Address());
     EXPECT_LT(Address({9, 0, 0, 0}), Address({10, 0, 0, 0}));
-    for (const char* text : {"", "1", "1.2.3", "1.2.3.4.", ".1.2.3.4", "1.2.3.4.5", "1..2.3", "256.1.1.1", "1.2.3.-4",
-             "+1.2.3.4", " 1.2.3.4", "1.2.3.4 ", "01.2.3.4", "1.2.3.00", "1.2.3.a", "1,2,3,4", "1.2.3.99999999999"})
+    for (const char* text : {"", "1", "1.2.3", "1.2.3.4.", ".1.2.3.4", "1.2.3.4.5", "1..2.3", "256.1.1.1",
+                             "1.2.3.-4", "+1.2.3.4", " 1.2.3.4", "1.2.3.4 ", "01.2.3.4", "1.2.3.00",
+                             "1.2.3.a", "1,2,3,4", "1.2.3.99999999999"})
         EXPECT_EQ(Address::parse(text), std::nullopt) << text;
 }
 

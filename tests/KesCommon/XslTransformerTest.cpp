@@ -7,9 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <giomm/inetsocketaddress.h>
 #include <giomm/init.h>
 #include <giomm/socketservice.h>
-#include <giomm/inetsocketaddress.h>
 
 using KesTest::readFile;
 using KesTest::writeFile;
@@ -26,14 +26,16 @@ protected:
     ~XslTransformerTest() override { KesLog::Log::setObserver(nullptr); }
 
     bool transform(const std::string& xml, const std::string& body,
-        const std::map<std::string, std::string>& parameters = {}, const std::string& more = "")
+                   const std::map<std::string, std::string>& parameters = {}, const std::string& more = "")
     {
         writeFile(home.file("in.xml"), xml);
-        writeFile(home.file("style.xsl"), R"(<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform"
+        writeFile(home.file("style.xsl"),
+                  R"(<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform"
             xmlns:exsl="http://exslt.org/common" xmlns:math="http://exslt.org/math" extension-element-prefixes="exsl">
-            <xsl:output method="text" encoding="UTF-8"/>)" + more +
-            "<xsl:template match=\"/\">" + body + "</xsl:template></xsl:stylesheet>");
-        Kes::XslTransformer transformer(home.file("in.xml").c_str(), home.file("style.xsl").c_str(), output.c_str());
+            <xsl:output method="text" encoding="UTF-8"/>)" +
+                      more + "<xsl:template match=\"/\">" + body + "</xsl:template></xsl:stylesheet>");
+        Kes::XslTransformer transformer(home.file("in.xml").c_str(), home.file("style.xsl").c_str(),
+                                        output.c_str());
         for (const auto& [name, value] : parameters)
             transformer.setParameter(name, value);
         return transformer.transform();
@@ -80,8 +82,10 @@ TEST_F(XslTransformerTest, aFailureKeepsTheOldFileAndIsLogged)
         EXPECT_EQ(readFile(output), "old");
     }
     EXPECT_FALSE(Kes::XslTransformer("/missing.xml", nullptr, output.c_str()).transform());
-    EXPECT_FALSE(Kes::XslTransformer(home.file("in.xml").c_str(), home.getPath().c_str(), output.c_str()).transform());
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(home.getPath()), {}), 3) << "a half file is left";
+    EXPECT_FALSE(
+        Kes::XslTransformer(home.file("in.xml").c_str(), home.getPath().c_str(), output.c_str()).transform());
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(home.getPath()), {}), 3)
+        << "a half file is left";
 }
 
 TEST_F(XslTransformerTest, anOutputThatCannotBeWrittenIsAFailure)
@@ -90,7 +94,8 @@ TEST_F(XslTransformerTest, anOutputThatCannotBeWrittenIsAFailure)
         log.clear();
         writeFile(home.file("in.xml"), "<r/>");
         EXPECT_TRUE(transform("<r>x</r>", "<xsl:value-of select='r'/>"));
-        EXPECT_FALSE(Kes::XslTransformer(home.file("in.xml").c_str(), home.file("style.xsl").c_str(), path).transform())
+        EXPECT_FALSE(Kes::XslTransformer(home.file("in.xml").c_str(), home.file("style.xsl").c_str(), path)
+                         .transform())
             << path;
         EXPECT_THAT(log, HasSubstr("Error writing file")) << path;
     }
@@ -149,8 +154,8 @@ TEST_F(XslTransformerTest, nothingIsFetchedFromTheNetwork)
 TEST_F(XslTransformerTest, filesOfTheStylesheetMayBeIncluded)
 {
     writeFile(home.file("part.xsl"),
-        "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
-        "<xsl:template name='part'>included</xsl:template></xsl:stylesheet>");
+              "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
+              "<xsl:template name='part'>included</xsl:template></xsl:stylesheet>");
     EXPECT_TRUE(transform("<r/>", "<xsl:call-template name='part'/>", {}, "<xsl:include href='part.xsl'/>"));
     EXPECT_EQ(readFile(output), "included");
 }
