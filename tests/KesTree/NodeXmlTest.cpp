@@ -1,0 +1,196 @@
+#include <KesTree/Node.h>
+
+#include <KesCommon/Language.h>
+#include <KesCommon/ObjectErrorHelper.h>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using KesTree::Node;
+using testing::HasSubstr;
+
+std::unique_ptr<Node> sample()
+{
+    auto root = Node::group("root", {"Root", "Корень"});
+    auto& inner = root->add(Node::group("inner", {"Inner", "Внутри"}));
+    inner.add(Node::number("number", {"Number", "Число"}, {"A", "А"}, 0.1, 0, 10));
+    inner.add(Node::integer("whole", {"Whole", "Целое"}, {}, -3, -5, 5));
+    root->add(Node::boolean("flag", {"Flag", "Флаг"}, true));
+    root->add(Node::choice("choice", {"Choice", "Выбор"}, {{"a", "а"}, {"b", "б"}, {"c", "в"}}, 2));
+    root->add(Node::text("note", {"Note", "Заметка"}, ""));
+    return root;
+}
+
+const std::string& written()
+{
+    static const std::string text = R"(<?xml version="1.0" encoding="UTF-8"?>
+<tree version="1">
+  <group id="root">
+    <group id="inner">
+      <value id="number">0.1</value>
+      <value id="whole">-3</value>
+    </group>
+    <value id="flag">true</value>
+    <value id="choice">2</value>
+    <value id="note"></value>
+  </group>
+</tree>
+)";
+    return text;
+}
+
+std::string replaced(std::string text, const std::string& what, const std::string& by)
+{
+    const auto place = text.find(what);
+    EXPECT_NE(place, std::string::npos) << what;
+    return text.replace(place, what.size(), by);
+}
+
+std::string textOf(const Kes::Result& result)
+{
+    return Kes::ObjectErrorHelper::toDisplayString({result.getError()});
+}
+
+TEST(NodeXmlTest, WritesTheSameBytesWhateverTheLanguage)
+{
+    const auto english = sample()->serialize();
+    lng::language = lng::Russian;
+    const auto russian = sample()->serialize();
+    lng::language = lng::English;
+    EXPECT_EQ(english, russian);
+    EXPECT_EQ(english, written());
+}
+
+TEST(NodeXmlTest, ReadsBackEveryValue)
+{
+    for (const std::string note : {"", "plain", " blanks around ", "line\nline\r\n\ttab", "<&>\"'", "Ячейка №3 ]]>", "\n"}) {
+        const auto from = sample();
+        ASSERT_TRUE(from->find("note")->setText(note));
+        ASSERT_TRUE(from->find("inner/number")->setValue(1.0 / 3.0));
+        ASSERT_TRUE(from->find("inner/whole")->setValue(4));
+        ASSERT_TRUE(from->find("flag")->setValue(false));
+        ASSERT_TRUE(from->find("choice")->setValue(0));
+        const auto to = sample();
+        const auto result = to->deserialize(from->serialize());
+        ASSERT_TRUE(result) << textOf(result);
+        EXPECT_EQ(to->find("note")->getText(), note);
+        EXPECT_EQ(to->serialize(), from->serialize());
+    }
+    const auto leaf = Node::integer("n", {}, {}, 1, 0, 9);
+    EXPECT_TRUE(leaf->deserialize(replaced(leaf->serialize(), ">1<", ">7<")));
+    EXPECT_EQ(leaf->getInteger(), 7);
+}
+
+TEST(NodeXmlTest, DamageIsRefusedAndChangesNothing)
+{
+    const std::string bomb = R"(<!DOCTYPE tree [<!ENTITY a "aaaaaaaaaa"><!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;">]>)";
+    const struct {
+        const char* name;
+        std::string xml;
+        const char* text;
+    } cases[] = {
+        {"empty", "", "not well-formed"},
+        {"random", std::string("\x89PNG\r\n\x1a\n\0\0", 10), "not well-formed"},
+        {"other root", "<other/>", "not those of a test object"},
+        {"no version", replaced(written(), " version=\"1\">\n", ">\n"), "not those of a test object"},
+        {"newer", replaced(written(), "tree version=\"1\"", "tree version=\"2\""), "newer program (version “2”)"},
+        {"other tree", replaced(written(), "\"root\"", "\"stage\""), "Unknown item “stage”"},
+        {"unknown id", replaced(written(), "\"whole\"", "\"hole\""), "Unknown item “hole”"},
+        {"twice", replaced(written(), "\"whole\">-3", "\"number\">1"), "“number” is given twice"},
+        {"missing", replaced(written(), "    <value id=\"flag\">true</value>\n", ""), "“flag” is missing"},
+        {"missing group", replaced(written(), R"(<value id="number">0.1</value>)", ""), "“number” is missing"},
+        {"group for value", replaced(written(), "<value id=\"flag\">true</value>", "<group id=\"flag\"/>"),
+         "not those of a test object"},
+        {"element in value", replaced(written(), ">true<", "><b/>true<"), "not those of a test object"},
+        {"text between", replaced(written(), "<group id=\"inner\">", "<group id=\"inner\">x"),
+         "not those of a test object"},
+        {"out of range", replaced(written(), "0.1", "10.5"), "Number: 10.5 A is outside the range 0 … 10 A"},
+        {"no number", replaced(written(), "0.1", "lots"), "“lots” is not a number"},
+        {"not finite", replaced(written(), "0.1", "inf"), "“inf” is not a number"},
+        {"choice", replaced(written(), ">2<", ">3<"), "no choice with this number"},
+        {"choice by name", replaced(written(), ">2<", ">c<"), "not those of a test object"},
+        {"flag", replaced(written(), ">true<", ">maybe<"), "neither “yes” nor “no”"},
+        {"document type", replaced(written(), "<tree", bomb + "<tree"), "not those of a test object"},
+        {"undefined entity", replaced(written(), ">true<", ">&b;<"), "not well-formed"},
+        {"deep", [] {
+             std::string text;
+             for (int i = 0; i < 100000; ++i)
+                 text += "<group>";
+             return text;
+         }(), "not well-formed"},
+        {"huge", std::string(std::size_t{17} << 20, ' '), "not those of a test object"},
+    };
+    for (const auto& [name, xml, text] : cases) {
+        SCOPED_TRACE(name);
+        const auto node = sample();
+        ASSERT_TRUE(node->find("flag")->setValue(false));
+        ASSERT_TRUE(node->find("inner/number")->setValue(9));
+        const auto before = node->serialize();
+        int changes = 0;
+        node->signalChanged.connect([&](Node&) { ++changes; });
+        const auto result = node->deserialize(xml);
+        EXPECT_FALSE(result);
+        EXPECT_THAT(textOf(result), HasSubstr(text));
+        EXPECT_EQ(node->serialize(), before);
+        EXPECT_EQ(changes, 0);
+    }
+}
+
+TEST(NodeXmlTest, SurvivesTruncationAndFlippedBytes)
+{
+    const auto node = sample();
+    const auto full = node->serialize();
+    for (std::size_t length = 0; length < full.size() - 2; ++length)
+        EXPECT_FALSE(node->deserialize(full.substr(0, length))) << length;
+    for (std::size_t place = 0; place < full.size(); ++place) {
+        std::string damaged = full;
+        damaged[place] = static_cast<char>(damaged[place] ^ 0x15);
+        (void)node->deserialize(damaged);
+        EXPECT_TRUE(node->deserialize(full));
+    }
+    // The same document in an encoding in which the check of the bytes sees no document type.
+    std::string wide("\xff\xfe", 2);
+    for (const char c : std::string("<!DOCTYPE tree [<!ENTITY a \"b\">]><tree version=\"1\">&a;</tree>"))
+        wide += {c, '\0'};
+    EXPECT_FALSE(node->deserialize(wide));
+}
+
+TEST(NodeXmlTest, AnIncompleteTextKeepsTheOtherValuesWhenAllowed)
+{
+    const auto node = sample();
+    ASSERT_TRUE(node->find("flag")->setValue(false));
+    const std::string partial = R"(<tree version="1"><group id="root"><value id="choice">1</value></group></tree>)";
+    EXPECT_FALSE(node->deserialize(partial));
+    std::vector<std::string> changed;
+    node->signalChanged.connect([&](Node& which) { changed.push_back(which.getId()); });
+    EXPECT_TRUE(node->deserialize(partial, false));
+    EXPECT_EQ(node->find("choice")->getChoice(), 1U);
+    EXPECT_FALSE(node->find("flag")->getBoolean());
+    EXPECT_THAT(changed, testing::ElementsAre("choice"));
+}
+
+TEST(NodeXmlTest, RulesBetweenValuesSeeAllNewValuesInPlace)
+{
+    const auto make = [](double low, double high) {
+        auto root = Node::group("root", {"Root", "Корень"});
+        auto& first = root->add(Node::number("low", {"Low", "Низ"}, {}, low, 0, 100));
+        auto& second = root->add(Node::number("high", {"High", "Верх"}, {}, high, 0, 100));
+        first.setValidation([&second](const Node::Value& value) {
+            return std::get<double>(value) < second.getNumber() ? Kes::Result(true) : Kes::Result::failure("not below");
+        });
+        second.setValidation([&first](const Node::Value& value) {
+            return first.getNumber() < std::get<double>(value) ? Kes::Result(true) : Kes::Result::failure("not above");
+        });
+        return root;
+    };
+    // Neither order of single steps would lead from (1, 2) to (10, 20) and back.
+    const auto node = make(1, 2);
+    EXPECT_TRUE(node->deserialize(make(10, 20)->serialize()));
+    EXPECT_TRUE(node->deserialize(make(1, 2)->serialize()));
+    EXPECT_EQ(node->find("high")->getNumber(), 2.0);
+    EXPECT_THAT(textOf(node->deserialize(make(20, 10)->serialize())), HasSubstr("Low: not below"));
+    EXPECT_EQ(node->find("low")->getNumber(), 1.0);
+}
+
+} // namespace
