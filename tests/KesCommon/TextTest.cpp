@@ -7,9 +7,12 @@
 #include <KesCommon/TextTable.h>
 #include <KesCommon/TypeHelper.h>
 
+#include "support/TemporaryHome.h"
+
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <stdexcept>
@@ -75,14 +78,18 @@ TEST(StringHelper, refusesWhatCannotBeMeasured)
 
 TEST(StringHelper, writesPointsInALocaleOfCommas)
 {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    if (!std::setlocale(LC_ALL, "ru_RU.UTF-8"))
-        GTEST_SKIP() << "the Russian locale is not installed";
-    EXPECT_EQ(Kes::StringHelper::format("%.2f", 1.5), "1.50");
+    const KesTest::TemporaryHome home;
+    const auto command = "localedef -i ru_RU -f UTF-8 " + home.file("ru_RU.UTF-8") + " >/dev/null 2>&1";
+    if (std::system(command.c_str()) != 0)
+        GTEST_SKIP() << "the sources of the Russian locale are not installed";
+    setenv("LOCPATH", home.getPath().c_str(), 1);
+    ASSERT_TRUE(std::setlocale(LC_ALL, "ru_RU.UTF-8"));
     char text[8];
+    EXPECT_EQ(Kes::StringHelper::format("%.2f", 1.5), "1.50");
     std::snprintf(text, sizeof text, "%.2f", 1.5);
     EXPECT_STREQ(text, "1,50") << "the locale of the thread is not given back";
-    std::setlocale(LC_ALL, before.c_str());
+    std::setlocale(LC_ALL, "C");
+    unsetenv("LOCPATH");
 }
 
 TEST(StringHelper, comparesParts)
