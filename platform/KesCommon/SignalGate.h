@@ -17,7 +17,7 @@ namespace Kes {
 /// that is destroyed (or that cuts its connections) under the gate can therefore not be called any more.
 ///
 /// Rules: never hold another lock while emitting or connecting; never wait for another thread while
-/// holding the gate, except for the GUI thread; `ThreadHelper::join` and `Release` let go of it.(see Loan).
+/// holding the gate, except for the GUI thread (see `Loan`); `ThreadHelper::join` and `Release` let go of it.
 class KES_EXPORT SignalGate {
 public:
     static void lock();

@@ -162,6 +162,31 @@ TEST(SignalThreads, theServingThreadAnswersASlotWhileItWaitsForTheGate)
     emitter.join();
 }
 
+TEST(SignalThreads, aSlotMayWaitForAFunctionThatItselfUsesSignals)
+{
+    Queue queue;
+    Kes::Signal<void()> signal;
+    Kes::Signal<void()> other;
+    int heard = 0;
+    other.connect([&] { ++heard; });
+    signal.connect([&] {
+        Kes::SignalGate::Loan loan;
+        queue.wait([&] {
+            const Kes::SignalGate::Loan::Use gate(loan);
+            other.emit();
+            other.connect([] {}).disconnect();
+        });
+        EXPECT_TRUE(Kes::SignalGate::isHeldByThisThread());
+        ++heard;
+    });
+    std::thread emitter([&] { signal.emit(); });
+    Kes::ThreadHelper::join(emitter);
+    EXPECT_EQ(heard, 2);
+    EXPECT_FALSE(Kes::SignalGate::isHeldByThisThread());
+    other.emit();
+    EXPECT_EQ(heard, 3);
+}
+
 TEST(SignalThreads, aStreamOfEmissionsDoesNotKeepTheServingThreadOut)
 {
     Queue queue;
