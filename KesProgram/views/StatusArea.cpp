@@ -6,7 +6,10 @@ namespace KesProgram {
 
 void makeStatusArea(Gtk::Widget& widget)
 {
-    widget.get_accessible()->set_role(Atk::ROLE_STATUSBAR);
+    const auto accessible = widget.get_accessible();
+    accessible->set_role(Atk::ROLE_STATUSBAR);
+    // The first name that an object gets is not announced; every later one is.
+    accessible->set_name("");
 }
 
 } // namespace KesProgram

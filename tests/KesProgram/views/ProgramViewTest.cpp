@@ -1,0 +1,214 @@
+#include "ViewDoubles.h"
+
+#include <KesCommonView/StyleZoomHelper.h>
+#include <KesProgram/views/ProgramView.h>
+#include <support/GuiTest.h>
+
+#include <gdk/gdkkeysyms.h>
+#include <gmock/gmock.h>
+#include <gtkmm/entry.h>
+
+#include <typeinfo>
+
+namespace {
+
+using namespace KesTest;
+using KesView::StyleZoomHelper;
+using testing::ElementsAre;
+
+struct OpenProgramView : KesProgram::ProgramView {
+    using ProgramView::_onClose;
+};
+
+class ProgramViewTest : public GuiTest {
+protected:
+    Gtk::Grid& layout() { return dynamic_cast<Gtk::Grid&>(*window.get_child()); }
+    Gtk::Frame& frame() { return dynamic_cast<Gtk::Frame&>(*layout().get_child_at(0, 1)); }
+
+    void show()
+    {
+        window.open(nullptr, false);
+        ASSERT_TRUE(waitFor([this] { return window.get_mapped(); }));
+        runPendingEvents();
+    }
+
+    void pressKey(guint key, guint state)
+    {
+        auto* event = gdk_event_new(GDK_KEY_PRESS);
+        event->key.window = GDK_WINDOW(g_object_ref(window.get_window()->gobj()));
+        event->key.keyval = key;
+        event->key.state = state;
+        gdk_event_set_device(event, gdk_seat_get_keyboard(gdk_display_get_default_seat(
+                                        gdk_display_get_default())));
+        gtk_widget_event(GTK_WIDGET(window.gobj()), event);
+        gdk_event_free(event);
+    }
+
+    OpenProgramView window;
+};
+
+TEST_F(ProgramViewTest, StacksHeaderContentAndFooter)
+{
+    LabelView header, content, footer;
+    window.setTitle("Реле");
+    window.setHeader(header);
+    window.setContent(content);
+    window.setFooter(footer);
+    window.resize(500, 400);
+    show();
+
+    EXPECT_EQ(window.get_title(), "Реле");
+    EXPECT_EQ(layout().get_child_at(0, 0), &header);
+    EXPECT_EQ(frame().get_child(), &content);
+    EXPECT_EQ(layout().get_child_at(0, 2), &footer);
+    for (Gtk::Widget* widget : {static_cast<Gtk::Widget*>(&header), static_cast<Gtk::Widget*>(&content),
+                                static_cast<Gtk::Widget*>(&footer)})
+        EXPECT_TRUE(isSeen(*widget));
+    EXPECT_TRUE(window.get_style_context()->has_class("Window"));
+    EXPECT_TRUE(frame().get_style_context()->has_class("WindowContent"));
+
+    EXPECT_EQ(header.get_allocation().get_y(), 0);
+    EXPECT_EQ(frame().get_width(), 500);
+    EXPECT_GT(frame().get_height(), 300) << "the content takes the room that is left";
+    EXPECT_EQ(footer.get_allocation().get_y() + footer.get_height(), 400);
+}
+
+TEST_F(ProgramViewTest, ReplacesHeaderAndContent)
+{
+    auto first = std::make_unique<LabelView>();
+    LabelView second, third;
+    window.setHeader(*first);
+    window.setHeader(second);
+    EXPECT_EQ(first->get_parent(), nullptr);
+    EXPECT_EQ(layout().get_child_at(0, 0), &second);
+
+    window.setHeader(*first);
+    first.reset();
+    window.setHeader(third);
+    EXPECT_EQ(layout().get_child_at(0, 0), &third) << "after a header that died in its place";
+    NoWidgetView none;
+    window.setHeader(none);
+    EXPECT_EQ(layout().get_child_at(0, 0), nullptr);
+
+    window.setContent(second);
+    window.setContent(third);
+    EXPECT_EQ(second.get_parent(), nullptr);
+    EXPECT_EQ(frame().get_child(), &third);
+    EXPECT_THROW(window.setContent(none), std::bad_cast);
+    EXPECT_THROW(window.setFooter(none), std::bad_cast);
+    EXPECT_EQ(layout().get_child_at(0, 2), nullptr);
+}
+
+TEST_F(ProgramViewTest, ClosingSignalDecides)
+{
+    show();
+    window.close();
+    EXPECT_TRUE(window.get_visible()) << "closing is asked for from the main loop";
+    EXPECT_TRUE(waitFor([this] { return !window.get_visible(); })) << "nobody keeps it open";
+
+    int asked = 0;
+    window.signalClosing.connect([&] { return ++asked, false; });
+    sigc::connection refusing = window.signalClosing.connect([&] { return ++asked, true; });
+    show();
+    window.close();
+    EXPECT_TRUE(waitFor([&] { return asked == 2; }));
+    runPendingEvents();
+    EXPECT_TRUE(window.get_visible()) << "the slot connected last keeps it open";
+
+    refusing.disconnect();
+    window.close();
+    EXPECT_TRUE(waitFor([this] { return !window.get_visible(); }));
+    EXPECT_EQ(asked, 3);
+}
+
+TEST_F(ProgramViewTest, OnlyADeleteEventAsksForClosing)
+{
+    int asked = 0;
+    window.signalClosing.connect([&] { return ++asked, false; });
+    GdkEventAny event{GDK_DESTROY, nullptr, 0};
+    EXPECT_TRUE(window._onClose(&event));
+    EXPECT_EQ(asked, 0);
+    event.type = GDK_DELETE;
+    EXPECT_FALSE(window._onClose(&event));
+    EXPECT_EQ(asked, 1);
+
+    window.close();
+    runPendingEvents();
+    EXPECT_EQ(asked, 1) << "never shown";
+}
+
+TEST_F(ProgramViewTest, KeypadZooms)
+{
+    struct EntryView : Gtk::Entry, Kes::IView {} entry;
+    window.setContent(entry);
+    show();
+    entry.grab_focus();
+    int reached = 0;
+    entry.signal_key_press_event().connect([&](GdkEventKey*) { return ++reached, true; }, false);
+
+    const struct {
+        guint key;
+        guint state;
+        int zoom;
+    } presses[] = {
+        {GDK_KEY_KP_Add, 0, 100},
+        {GDK_KEY_KP_Add, GDK_CONTROL_MASK | GDK_SHIFT_MASK, 100},
+        {GDK_KEY_KP_Add, GDK_CONTROL_MASK | GDK_MOD2_MASK, 100},
+        {GDK_KEY_plus, GDK_CONTROL_MASK, 100},
+        {GDK_KEY_KP_Add, GDK_CONTROL_MASK, 110},
+        {GDK_KEY_KP_Add, GDK_CONTROL_MASK, 120},
+        {GDK_KEY_KP_Subtract, GDK_CONTROL_MASK, 110},
+        {GDK_KEY_KP_Subtract, GDK_MOD1_MASK, 110},
+        {GDK_KEY_KP_Multiply, GDK_CONTROL_MASK, 100},
+    };
+    StyleZoomHelper::zoomDefault();
+    for (const auto& press : presses) {
+        pressKey(press.key, press.state);
+        EXPECT_EQ(StyleZoomHelper::getZoom(), press.zoom) << press.key << " with " << press.state;
+    }
+    EXPECT_EQ(reached, static_cast<int>(std::size(presses))) << "keys go on to the focused widget";
+}
+
+TEST_F(ProgramViewTest, OpensCentredOverItsParent)
+{
+    KesProgram::ProgramView parent;
+    LabelView place;
+    parent.setContent(place);
+    parent.setRectangle({200, 150, 600, 500});
+    parent.open(nullptr, false);
+    ASSERT_TRUE(waitFor([&] { return parent.getRectangle() == Kes::RectangleF{200, 150, 600, 500}; }));
+
+    window.set_default_size(301, 201);
+    window.open(&place, true);
+    EXPECT_TRUE(window.get_modal());
+    EXPECT_TRUE(waitFor([this] { return window.getRectangle() == Kes::RectangleF{349, 299, 301, 201}; }))
+        << window.getRectangle().x << " " << window.getRectangle().y;
+}
+
+TEST_F(ProgramViewTest, ForgetsAParentThatDied)
+{
+    show();
+    {
+        KesProgram::ProgramView parent;
+        window.open(&parent, false);
+        EXPECT_FALSE(window.get_modal());
+    }
+    window.hide();
+    gtk_widget_unrealize(GTK_WIDGET(window.gobj()));
+    show();
+    EXPECT_TRUE(window.get_realized());
+}
+
+TEST_F(ProgramViewTest, ShowsMessagesOverItself)
+{
+    dialogs.answer(Kes::DialogResult::Ok);
+    window.showMessage("Перегрузка");
+    ASSERT_EQ(dialogs.getMessages().size(), 1u);
+    const auto& message = dialogs.getMessages().front();
+    EXPECT_EQ(message.parent, static_cast<Kes::IView*>(&window));
+    EXPECT_EQ(message.text, "Перегрузка");
+    EXPECT_EQ(message.title, "");
+    EXPECT_EQ(message.buttons, Kes::DialogResult::Ok);
+}
+
+} // namespace

@@ -1,0 +1,245 @@
+#include "ViewDoubles.h"
+
+#include <KesCommon/Language.h>
+#include <KesProgram/views/FileToolbarView.h>
+#include <KesProgram/views/HardwareControlToolbarView.h>
+#include <KesProgram/views/HardwareSettingsToolbarView.h>
+#include <KesProgram/views/ToolsToolbarView.h>
+#include <support/GuiTest.h>
+
+#include <atkmm/object.h>
+#include <gmock/gmock.h>
+#include <gtkmm/window.h>
+
+#include <thread>
+
+namespace {
+
+using namespace KesTest;
+using testing::ElementsAre;
+
+/// What a user makes out of a button: the picture, the tooltip, and the name that is read out.
+struct Shown {
+    std::string image;
+    std::string tooltip;
+    std::string name;
+
+    friend bool operator==(const Shown&, const Shown&) = default;
+};
+
+void PrintTo(const Shown& shown, std::ostream* out)
+{
+    *out << shown.image << " | " << shown.tooltip << " | " << shown.name;
+}
+
+std::vector<Gtk::ToolButton*> buttons(Gtk::Toolbar& toolbar)
+{
+    std::vector<Gtk::ToolButton*> result;
+    for (int i = 0; i < toolbar.get_n_items(); ++i)
+        if (auto* button = dynamic_cast<Gtk::ToolButton*>(toolbar.get_nth_item(i)))
+            result.push_back(button);
+    return result;
+}
+
+std::vector<Shown> shown(Gtk::Toolbar& toolbar)
+{
+    std::vector<Shown> result;
+    for (auto* button : buttons(toolbar)) {
+        std::string image;
+        for (const auto& name : button->get_icon_widget()->get_style_context()->list_classes())
+            image += name.raw();
+        const auto inner = button->get_child();
+        EXPECT_EQ(button->get_tooltip_text(), inner->get_tooltip_text());
+        EXPECT_EQ(inner->get_accessible()->get_role(), Atk::ROLE_PUSH_BUTTON);
+        result.push_back({image, inner->get_tooltip_text(), inner->get_accessible()->get_name()});
+    }
+    return result;
+}
+
+/// What a user's click does.
+void press(Gtk::ToolButton& button)
+{
+    if (button.is_sensitive())
+        dynamic_cast<Gtk::Button&>(*button.get_child()).clicked();
+}
+
+class ToolbarViewsTest : public GuiTest {
+protected:
+    /// Places the toolbar in a window, so that visibility is what a user sees.
+    void place(Gtk::Toolbar& toolbar)
+    {
+        window.add(toolbar);
+        window.show_all();
+    }
+
+    Gtk::Window window;
+};
+
+TEST_F(ToolbarViewsTest, FileToolbar)
+{
+    KesProgram::FileToolbarView view;
+    EXPECT_THAT(shown(view),
+                ElementsAre(Shown{"ToolFileNewImage",
+                                  "Create\nCreate a new file with test results and verification parameters",
+                                  "Create"},
+                            Shown{"ToolFileOpenImage",
+                                  "Open\nOpen file with test results and verification parameters", "Open"},
+                            Shown{"ToolFileSaveImage",
+                                  "Save\nSave file with test results and verification parameters", "Save"}));
+    std::vector<std::string> log;
+    view.signalNew.connect([&] { log.push_back("new"); });
+    view.signalOpen.connect([&] { log.push_back("open"); });
+    view.signalSave.connect([&] { log.push_back("save"); });
+    for (auto* button : buttons(view))
+        press(*button);
+    EXPECT_THAT(log, ElementsAre("new", "open", "save"));
+
+    view.setEnabledNew(false);
+    view.setEnabledOpen(false);
+    view.setEnabledOpen(true);
+    const auto all = buttons(view);
+    EXPECT_FALSE(all[0]->get_sensitive());
+    EXPECT_TRUE(all[1]->get_sensitive());
+    EXPECT_TRUE(all[2]->get_sensitive());
+}
+
+TEST_F(ToolbarViewsTest, NamesAreInTheLanguageShown)
+{
+    lng::language = lng::Russian;
+    KesProgram::HardwareControlToolbarView control;
+    EXPECT_THAT(shown(control),
+                ElementsAre(Shown{"ToolStartImage", "Старт\nЗапустить проверку или выдачу на КЕСТО", "Старт"},
+                            Shown{"ToolStopImage", "Стоп\nОстановить проверку или выдачу на КЕСТО", "Стоп"},
+                            Shown{"ToolPlugImage", "Закрыть соединение с КЕСТО",
+                                  "Закрыть соединение с КЕСТО"}));
+    KesProgram::HardwareSettingsToolbarView settings;
+    EXPECT_THAT(shown(settings),
+                ElementsAre(Shown{"ToolHardwareImage",
+                                  "Настройка КЕСТО\nОткрыть окно выбора и конфигурирования испытательных "
+                                  "устройств",
+                                  "Настройка КЕСТО"}));
+}
+
+TEST_F(ToolbarViewsTest, ControlsATest)
+{
+    KesProgram::HardwareControlToolbarView view;
+    place(view);
+    const auto all = buttons(view);
+    std::vector<std::string> log;
+    view.signalStart.connect([&] { log.push_back("start"); });
+    view.signalStop.connect([&] { log.push_back("stop"); });
+    view.signalPowerOff.connect([&] { log.push_back("power off"); });
+    for (auto* button : all)
+        press(*button);
+    EXPECT_THAT(log, ElementsAre("start", "power off")) << "Stop is off at first";
+
+    view.setCanStart(false);
+    view.setCanStop(true);
+    EXPECT_FALSE(all[0]->get_sensitive());
+    EXPECT_TRUE(all[1]->get_sensitive());
+
+    view.setCanPowerOff(false);
+    EXPECT_FALSE(isSeen(*all[2]));
+    window.show_all();
+    EXPECT_FALSE(isSeen(*all[2])) << "showing the window does not bring it back";
+    view.setCanPowerOff(true);
+    EXPECT_TRUE(isSeen(*all[2]->get_icon_widget()));
+}
+
+TEST_F(ToolbarViewsTest, SettersMayBeCalledFromAnyThread)
+{
+    auto view = std::make_unique<KesProgram::HardwareControlToolbarView>();
+    place(*view);
+    const auto all = buttons(*view);
+    const auto callElsewhere = [&](bool can) {
+        std::thread([&] {
+            view->setCanStart(can);
+            view->setCanStop(can);
+            view->setCanPowerOff(can);
+        }).join();
+    };
+
+    callElsewhere(false);
+    EXPECT_TRUE(all[0]->get_sensitive()) << "not before the GUI thread gets to it";
+    EXPECT_TRUE(waitFor([&] { return !all[0]->get_sensitive() && !all[2]->get_visible(); }));
+    EXPECT_FALSE(all[1]->get_sensitive());
+
+    callElsewhere(true);
+    view->setCanStop(false);
+    runPendingEvents();
+    EXPECT_TRUE(all[0]->get_sensitive());
+    EXPECT_FALSE(all[1]->get_sensitive()) << "the later call stands, though it acted first";
+    EXPECT_TRUE(all[2]->get_visible());
+
+    callElsewhere(false);
+    view.reset();
+    runPendingEvents();
+    EXPECT_EQ(window.get_child(), nullptr) << "queued calls for a dead view do nothing";
+}
+
+TEST_F(ToolbarViewsTest, TakesForeignButtons)
+{
+    struct ButtonView : Gtk::ToolButton, Kes::IView {} button;
+    LabelView label;
+    NoWidgetView none;
+    KesProgram::HardwareControlToolbarView control;
+    control.addToolButton(none);
+    EXPECT_EQ(control.get_n_items(), 3);
+    control.addToolButton(button);
+    control.addToolButton(label);
+    EXPECT_EQ(control.get_nth_item(3), &button);
+    EXPECT_EQ(control.get_nth_item(4)->get_child(), &label);
+
+    KesProgram::HardwareSettingsToolbarView settings;
+    control.remove(button);
+    settings.addToolButton(button);
+    EXPECT_EQ(settings.get_nth_item(1), &button);
+    int asked = 0;
+    settings.signalSettings.connect([&] { ++asked; });
+    press(*buttons(settings)[0]);
+    EXPECT_EQ(asked, 1);
+}
+
+TEST_F(ToolbarViewsTest, TestObjectCommandComesAndGoes)
+{
+    const Shown testObject{"ToolTestObjectImage", "Test Object\nViewing and Configuring a Test Object",
+                           "Test Object"};
+    const Shown report{"ToolReportImage", "Report\nTests object report", "Report"};
+    KesProgram::ToolsToolbarView view;
+    place(view);
+    EXPECT_THAT(shown(view), ElementsAre(report));
+    view.showTestObjectCommand(false);
+    EXPECT_THAT(shown(view), ElementsAre(report));
+    for (int i = 0; i < 2; ++i) {
+        view.showTestObjectCommand(true);
+        view.showTestObjectCommand(true);
+        EXPECT_THAT(shown(view), ElementsAre(testObject, report));
+        EXPECT_TRUE(isSeen(*buttons(view)[0]->get_icon_widget()));
+        view.showTestObjectCommand(false);
+        EXPECT_THAT(shown(view), ElementsAre(report));
+    }
+
+    std::vector<std::string> log;
+    view.signalTestObject.connect([&] { log.push_back("test object"); });
+    view.signalReport.connect([&] { log.push_back("report"); });
+    view.showTestObjectCommand(true);
+    for (auto* button : buttons(view))
+        press(*button);
+    EXPECT_THAT(log, ElementsAre("test object", "report"));
+}
+
+// A toolbar that is too short lists its buttons in a menu, which has only texts to tell them apart.
+TEST_F(ToolbarViewsTest, OverflowMenuNamesTheButtons)
+{
+    KesProgram::FileToolbarView view;
+    std::vector<std::string> names;
+    for (auto* button : buttons(view)) {
+        auto* item = dynamic_cast<Gtk::MenuItem*>(button->retrieve_proxy_menu_item());
+        ASSERT_NE(item, nullptr);
+        for (auto* label : findWidgets<Gtk::Label>(*item))
+            names.push_back(label->get_text().raw());
+    }
+    EXPECT_THAT(names, ElementsAre("Create", "Open", "Save"));
+}
+
+} // namespace
