@@ -12,7 +12,6 @@ namespace KesProgram {
 
 class IFileRecentMenuView;
 class ProgramBasePresenter;
-class ProgramModel;
 
 /// The menu of the recent files, the newest on top. A chosen file is opened with the questions of the archive
 /// commands. Made and owned by the program, after the model has been initialised. GUI thread.
@@ -29,7 +28,6 @@ private:
     void _updateFileCollectionView();
 
     ProgramBasePresenter* _shell;
-    ProgramModel& _model;
     std::unique_ptr<IFileRecentMenuView> _view;
 };
 

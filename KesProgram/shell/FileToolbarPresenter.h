@@ -15,8 +15,8 @@ class IFileToolbarView;
 class ProgramBasePresenter;
 
 /// The tool buttons of the archive file: New, Open, Save. New and Open are off while the output of any
-/// hardware runs. The Save button always asks for a file name, unlike the menu, where Save and Save as are two
-/// commands. Made and owned by the program. GUI thread.
+/// hardware runs. The Save button always asks for a file name, unlike the menu, where Save and Save as are
+/// two commands. Made and owned by the program. GUI thread.
 class KES_EXPORT FileToolbarPresenter : public Kes::IPresenter, public sigc::trackable {
 public:
     /// The shell outlives the presenter.

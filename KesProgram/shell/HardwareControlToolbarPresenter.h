@@ -15,9 +15,9 @@ namespace KesProgram {
 class IHardwareControlToolbarView;
 class ProgramModel;
 
-/// The tool buttons Start, Stop and Power off. Start and Stop are on when the model says so. Power off is shown
-/// when the program permits it and the devices' state is not being updated. Made and owned by the program.
-/// GUI thread.
+/// The tool buttons Start, Stop and Power off. Start and Stop are on when the model says so. Power off is
+/// shown when the program permits it and the devices' state is not being updated. Made and owned by the
+/// program. GUI thread.
 class KES_EXPORT HardwareControlToolbarPresenter : public Kes::IPresenter, public sigc::trackable {
 public:
     /// The model outlives the presenter.

@@ -20,6 +20,7 @@ class Element;
 namespace KesProgram {
 
 class ArchiveManagerPresenter;
+class FileRecentManager;
 class IProgramView;
 class ProgramModel;
 class ProgramMainMenuPresenter;
@@ -31,8 +32,8 @@ class ProgramMainMenuPresenter;
 /// composes its menus, toolbars and content in `_onInit`. It owns presenter and model, and destroys them
 /// after `signalClosed`. GUI thread; what the model reports on other threads is brought there.
 ///
-/// Dialogs: a message of the model is shown when no other message is open, and a text that is already waiting
-/// or open is not shown again. While the shell or the program (`runDialogs`) shows a dialog, the signal gate
+/// Dialogs: a message of the model is shown when no other message is open, and a text that is already
+/// waiting or open is not shown again. While the shell or the program (`runDialogs`) shows a dialog, the signal gate
 /// is free, a request to close waits, and `signalClosed` waits as well, so nothing dies under the dialog.
 class KES_EXPORT ProgramBasePresenter : public Kes::IKesShell, public Kes::IPresenter, public sigc::trackable {
 public:
@@ -63,6 +64,8 @@ public:
     std::string getProgramName();
     /// Null without archive logic and before the first `open`.
     ArchiveManagerPresenter* getArchiveManagerPresenter();
+    /// The model's recent files.
+    FileRecentManager* getFileRecentManager();
 
     /// Opens the window of the hardware settings.
     void requestHardware();
@@ -70,8 +73,8 @@ public:
     void requestTestObject();
     /// Builds the report and opens it with the desktop's application; a failure is shown.
     void requestReport();
-    /// Closes the program as the window's close button does. Nothing while closing is under way; while
-    /// a dialog of the shell is open, once that has been closed.
+    /// Closes the program as the window's close button does. Nothing before the first `open` and while closing
+    /// is under way; while a dialog of the shell is open, once that has been closed.
     void requestClose();
 
     /// Runs a function that shows modal dialogs, at once; see above. An exception passes through.
@@ -135,9 +138,12 @@ protected:
 private:
     struct ImplFields;
 
-    void _connectModel();
+    void _connectModel(ProgramModel& model);
     void _createWindow();
+    /// Any thread: runs a handler of a model signal on the GUI thread; at once when called there.
+    void _fromModel(std::function<void()> handler);
     void _showMessages();
+    void _waitForStop(ProgramModel& model);
     void _onRunningChangedOnClosing();
     void _onTestObjectClosed();
 

@@ -3,6 +3,8 @@
 #include <KesCommon/Export.h>
 #include <KesCommonView/IPresenter.h>
 
+#include <sigc++/sigc++.h>
+
 #include <memory>
 
 namespace KesProgram {
@@ -11,7 +13,7 @@ class IProgramMainMenuView;
 
 /// The header of the main window, to which a program adds its menus and toolbars. Owned by the base
 /// presenter. GUI thread.
-class KES_EXPORT ProgramMainMenuPresenter : public Kes::IPresenter {
+class KES_EXPORT ProgramMainMenuPresenter : public Kes::IPresenter, public sigc::trackable {
 public:
     ProgramMainMenuPresenter();
     ~ProgramMainMenuPresenter() override;

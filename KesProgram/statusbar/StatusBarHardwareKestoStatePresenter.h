@@ -11,8 +11,8 @@ class Kesto;
 
 namespace KesProgram {
 
-/// The address of a device in the status bar, with the verdict on its state: unknown, in order, or what is wrong.
-/// GUI thread.
+/// The address of a device in the status bar, with the verdict on its state: unknown, in order, or what is
+/// wrong. GUI thread.
 class KES_EXPORT StatusBarHardwareKestoStatePresenter : public Kes::IPresenter {
 public:
     /// The device outlives the presenter.

@@ -11,8 +11,8 @@ class HardwareManager;
 
 namespace KesProgram {
 
-/// The synchronisation mode of a configuration in the status bar, as it was when the presenter was made, with the
-/// command that explains it. GUI thread.
+/// The synchronisation mode of a configuration in the status bar, as it was when the presenter was made, with
+/// the command that explains it. GUI thread.
 class KES_EXPORT StatusBarSyncPresenter : public Kes::IPresenter {
 public:
     /// The configuration outlives the presenter.

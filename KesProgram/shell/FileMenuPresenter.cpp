@@ -1,0 +1,36 @@
+#include <KesProgram/shell/FileMenuPresenter.h>
+
+#include <KesDevice/HardwareIsRunningComponent.h>
+#include <KesProgram/shell/ProgramBasePresenter.h>
+#include <KesProgram/views/FileMenuView.h>
+
+namespace KesProgram {
+
+FileMenuPresenter::FileMenuPresenter(ProgramBasePresenter* shell)
+    : _view(std::make_unique<FileMenuView>()),
+      _hardwareIsRunning([this](bool running) { _onHardwareIsRunningChanged(running); })
+{
+    _view->signalNew.connect(sigc::mem_fun(*shell, &ProgramBasePresenter::createArchive));
+    _view->signalOpen.connect(sigc::mem_fun(*shell, &ProgramBasePresenter::openArchive));
+    _view->signalSave.connect(sigc::mem_fun(*shell, &ProgramBasePresenter::saveArchive));
+    _view->signalSaveAs.connect(sigc::mem_fun(*shell, &ProgramBasePresenter::saveAsArchive));
+    auto& hardware = KesDevice::HardwareIsRunningComponent::getInstance();
+    _runningConnection =
+        hardware.signalRunningChanged.connect([this](bool running) { _hardwareIsRunning.set(running); });
+    _hardwareIsRunning.set(hardware.isRunning());
+}
+
+FileMenuPresenter::~FileMenuPresenter() = default;
+
+Kes::IView* FileMenuPresenter::getView()
+{
+    return _view.get();
+}
+
+void FileMenuPresenter::_onHardwareIsRunningChanged(bool running)
+{
+    _view->setEnabledNew(!running);
+    _view->setEnabledOpen(!running);
+}
+
+} // namespace KesProgram
