@@ -16,6 +16,7 @@ StatusBarSyncView::StatusBarSyncView()
     _title.get_style_context()->add_class("innerContentMargin");
     _name.get_style_context()->add_class("innerContentMargin");
 
+    set_valign(Gtk::ALIGN_CENTER); // beside many device rows it keeps its height
     _box.pack_start(_title, Gtk::PACK_SHRINK);
     _box.pack_end(_name, Gtk::PACK_SHRINK);
     add(_box);
