@@ -19,9 +19,10 @@ struct archive;
 ///
 /// A program builds the file's whole content in `ProgramModel::getDataStream` with `packDataToStream` and
 /// takes it apart in `ProgramModel::setDataStream` with `unpackStreamToData`. Failures are the result false;
-/// bad data throws nothing. Names are any bytes but NUL, at most 65535 of them, and come back as they were
-/// whatever the locale of the process, but for a backslash, which comes back as "/". Equal data gives equal
-/// bytes. Any thread, one call per stream at a time; the calling thread's locale is switched meanwhile.
+/// bad data throws nothing. A name is 1 to 65535 bytes without NUL that do not end in "/" or "\"; it comes
+/// back as it was whatever the locale of the process, but for backslashes, which come back as "/" unless the
+/// name has a "/" too. Equal data gives equal bytes.
+/// Any thread, one call per stream at a time; the calling thread's locale is switched meanwhile.
 namespace KesProgram::ArchiveHelper {
 
 /// Entry names and the streams with their content. Reading starts at each stream's present position.

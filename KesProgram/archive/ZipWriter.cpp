@@ -16,10 +16,11 @@ namespace {
 using EntryPointer = std::unique_ptr<archive_entry, decltype(&archive_entry_free)>;
 
 // The length field of a name has 16 bits, and libarchive overruns a buffer with a longer name. A NUL would
-// cut the name and could make two entries one.
+// cut the name and could make two entries one. A name that ends like a folder's reads back without content.
 bool canStore(const std::string& name)
 {
-    return name.size() <= 65535 && name.find('\0') == std::string::npos;
+    return !name.empty() && name.size() <= 65535 && name.find('\0') == std::string::npos && name.back() != '/'
+        && name.back() != '\\';
 }
 
 // A reader composes the characters of names marked as UTF-8 and stops at a malformed one. Names that would
