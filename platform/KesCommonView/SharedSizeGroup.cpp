@@ -34,10 +34,8 @@ SharedSizeGroup::SharedSizeGroup(std::string name) : _name(std::move(name))
     set_visible_window(false);
 }
 
-SharedSizeGroup::~SharedSizeGroup()
-{
-    _leave();
-}
+// A size group lets go of a destroyed widget by itself; GTK's part of a managed one has gone by now.
+SharedSizeGroup::~SharedSizeGroup() = default;
 
 void SharedSizeGroup::on_hierarchy_changed(Gtk::Widget* previousToplevel)
 {

@@ -73,7 +73,8 @@ public:
     /// Both bounds belong to the range. For Number and Integer.
     double getMinimum() const { return _minimum; }
     double getMaximum() const { return _maximum; }
-    /// The range with its unit as the user reads it, such as "0.05 … 100 A"; empty when there is none.
+    /// The range with its unit as the user reads it, such as "0.05 … 100 A" (with no-break spaces); empty when
+    /// there is none.
     std::string getRangeText() const;
     std::vector<std::string> getChoices() const;
 

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 namespace KesTree {
 
@@ -42,13 +43,20 @@ bool isStorable(const std::string& text)
            });
 }
 
+/// A number, its unit and the other end of its range stay on one line.
+constexpr const char* noBreakSpace = "\u00a0";
+
 bool isBound(double bound)
 {
     return std::isfinite(bound);
 }
 
-std::string trimmed(const std::string& text)
+/// Without blanks around; one that keeps a number and its unit on one line counts as a plain one.
+std::string trimmed(std::string text)
 {
+    const std::string_view noBreak = noBreakSpace;
+    for (auto place = text.find(noBreak); place != std::string::npos; place = text.find(noBreak))
+        text.replace(place, noBreak.size(), " ");
     const auto begin = text.find_first_not_of(" \t\r\n");
     return begin == std::string::npos ? std::string()
                                       : text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
@@ -83,7 +91,7 @@ const std::string& Node::getText() const
 
 std::string Node::_withUnit(const std::string& number) const
 {
-    return getUnit().empty() ? number : number + " " + getUnit();
+    return getUnit().empty() ? number : number + noBreakSpace + getUnit();
 }
 
 std::string Node::getRangeText() const
@@ -93,10 +101,10 @@ std::string Node::getRangeText() const
     const auto minimum = Kes::NumberText::write(_minimum);
     const auto maximum = _withUnit(Kes::NumberText::write(_maximum));
     if (isBound(_minimum) && isBound(_maximum))
-        return minimum + " … " + maximum;
+        return minimum + noBreakSpace + "…" + noBreakSpace + maximum;
     if (isBound(_minimum))
-        return "≥ " + _withUnit(minimum);
-    return isBound(_maximum) ? "≤ " + maximum : std::string();
+        return std::string("≥") + noBreakSpace + _withUnit(minimum);
+    return isBound(_maximum) ? std::string("≤") + noBreakSpace + maximum : std::string();
 }
 
 Kes::Result Node::_refuse(std::string reason) const

@@ -9,6 +9,7 @@ namespace {
 constexpr Kes::TextTable table({
     {"Value.yes", "yes", "да"},
     {"Value.no", "no", "нет"},
+    {"View.unused", "not used at present", "сейчас не используется"},
     {"Error.notNumber", "“%s” is not a number", "«%s» — не число"},
     {"Error.notInteger", "“%s” is not a whole number", "«%s» — не целое число"},
     {"Error.allowed", "%s; allowed: %s", "%s; допустимо: %s"},

@@ -1,27 +1,40 @@
 #pragma once
 
-#include <KesCommonView/IPresenter.h>
 #include <KesCommonView/PresenterBase.h>
 #include <KesTree/Node.h>
+#include <KesTreeManager/INodeTreeView.h>
 
 #include <memory>
+#include <vector>
 
 namespace KesTree {
 
-/// Shows a tree of nodes with an editor for each value; what cannot be accepted is refused in place, with
-/// the reason beside the editor. Follows changes made elsewhere. The nodes outlive it. GUI thread.
-class KES_EXPORT NodeTreeContentPresenter : public Kes::PresenterBase<Kes::IView> {
+class NodeValuePresenter;
+
+/// Shows a tree of nodes with an editor for each value. What the user types takes effect as soon as it is
+/// acceptable; what cannot be accepted is marked and explained beside the editor, and the old value stays in
+/// the node. Follows changes made elsewhere, but not nodes added later. The nodes outlive it. GUI thread.
+///
+/// Its view can be placed in a `Kes::ReadOnlySwitchableContainerPresenter`: read-only, texts can still be
+/// selected and scrolled.
+class KES_EXPORT NodeTreeContentPresenter : public Kes::PresenterBase<INodeTreeView> {
 public:
     /// Null shows nothing.
     explicit NodeTreeContentPresenter(Node* root);
     ~NodeTreeContentPresenter() override;
 
 protected:
-    std::unique_ptr<Kes::IView> _createDefaultView() override;
+    std::unique_ptr<INodeTreeView> _createDefaultView() override;
     void _onViewInited() override;
 
 private:
+    void _addGroup(Node& group);
+    void _addValue(Node& node);
+    void _onTreeChanged(Node& changed);
+    void _onReadOnlyChanged(bool readOnly);
+
     Node* _root;
+    std::vector<std::unique_ptr<NodeValuePresenter>> _values;
 };
 
 } // namespace KesTree

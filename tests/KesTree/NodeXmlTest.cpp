@@ -105,7 +105,7 @@ TEST(NodeXmlTest, DamageIsRefusedAndChangesNothing)
         {"element in value", replaced(written(), ">true<", "><b/>true<"), "not those of a test object"},
         {"text between", replaced(written(), "<group id=\"inner\">", "<group id=\"inner\">x"),
          "not those of a test object"},
-        {"out of range", replaced(written(), "0.1", "10.5"), "Number: 10.5 A is outside the range 0 … 10 A"},
+        {"out of range", replaced(written(), "0.1", "10.5"), "Number: 10.5 A is outside the range 0 … 10 A"},
         {"no number", replaced(written(), "0.1", "lots"), "“lots” is not a number"},
         {"not finite", replaced(written(), "0.1", "inf"), "“inf” is not a number"},
         {"choice", replaced(written(), ">2<", ">3<"), "no choice with this number"},

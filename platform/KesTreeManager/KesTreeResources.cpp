@@ -1,0 +1,8 @@
+#include <KesTreeManager/KesTreeResources.h>
+
+#include <KesCommonView/IconFolder.h>
+
+void KesTreeResources::Integrate()
+{
+    KesView::IconFolder::add("KesTreeManager/Icons");
+}

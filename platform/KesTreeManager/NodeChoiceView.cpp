@@ -1,0 +1,68 @@
+#include <KesTreeManager/NodeChoiceView.h>
+
+#include <KesCommonView/GtkWidgetHelper.h>
+
+#include <algorithm>
+
+namespace KesTree {
+
+namespace {
+
+/// In characters, of the entry that stands for the list.
+constexpr Glib::ustring::size_type widest = 40;
+
+} // namespace
+
+NodeChoiceView::NodeChoiceView(const std::string& name, const std::vector<std::string>& choices)
+    : NodeValueView(name, {})
+{
+    Glib::ustring::size_type longest = 0;
+    for (const auto& text : choices) {
+        const Glib::ustring choice(text);
+        _combo.append(choice);
+        longest = std::max(longest, choice.size());
+    }
+    _text.set_editable(false);
+    _text.get_style_context()->add_class("kes-read-only");
+    Kes::GtkWidgetHelper::setAccessibleName(_text, name);
+    _text.set_width_chars(static_cast<int>(std::min<Glib::ustring::size_type>(longest, widest)));
+    _combo.set_no_show_all(true);
+    _text.set_no_show_all(true);
+    _box.pack_start(_combo, Gtk::PACK_SHRINK);
+    _box.pack_start(_text, Gtk::PACK_SHRINK);
+    _combo.show();
+    _setEditor(_box, _combo);
+    _combo.signal_changed().connect(sigc::mem_fun(*this, &NodeChoiceView::_onChanged));
+    _combo.signal_scroll_event().connect(sigc::mem_fun(*this, &NodeChoiceView::_onScroll), false);
+}
+
+void NodeChoiceView::setText(const std::string& text)
+{
+    _isSetting = true;
+    _combo.set_active_text(text);
+    _text.set_text(text);
+    _isSetting = false;
+}
+
+void NodeChoiceView::_updateEditor(bool editable)
+{
+    _combo.set_visible(editable);
+    _text.set_visible(!editable);
+}
+
+void NodeChoiceView::_onChanged()
+{
+    if (_isSetting)
+        return;
+    signalEdited.emit(_combo.get_active_text().raw());
+    signalFinished.emit();
+}
+
+bool NodeChoiceView::_onScroll(GdkEventScroll*)
+{
+    // The wheel scrolls the page; it must not change a value on which the pointer happens to rest.
+    g_signal_stop_emission_by_name(_combo.gobj(), "scroll-event");
+    return false;
+}
+
+} // namespace KesTree

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <KesTree/Node.h>
+#include <KesTreeManager/INodeValueView.h>
+
+#include <memory>
+
+namespace KesTree {
+
+/// Lets the user edit one value. While no problem is shown, the node holds what the editor shows.
+/// The node outlives it. GUI thread.
+class KES_EXPORT NodeValuePresenter : public sigc::trackable {
+public:
+    NodeValuePresenter(Node& node, std::unique_ptr<INodeValueView> view);
+    ~NodeValuePresenter();
+
+    INodeValueView& getView() { return *_view; }
+
+    /// The view that suits the node's type.
+    static std::unique_ptr<INodeValueView> createView(const Node& node);
+
+    /// A value of the tree has changed: this one, or one on which this one's rules may depend.
+    void onTreeChanged(const Node& changed);
+    /// A text that has been refused gives way to the value.
+    void setIsReadOnly(bool readOnly);
+
+private:
+    void _onEdited(const std::string& text);
+    void _onFinished();
+    void _onRestored();
+    void _tryText();
+    void _showValue();
+    void _showUsage();
+
+    Node& _node;
+    std::unique_ptr<INodeValueView> _view;
+    /// What the editor shows.
+    std::string _text;
+    /// The value when the user began to edit; nothing while the editor rests.
+    Node::Value _before;
+    bool _isRefused = false;
+    bool _isCommitting = false;
+};
+
+} // namespace KesTree

@@ -1,0 +1,8 @@
+#include <KesTreeRelay/KesTreeRelayTreeResources.h>
+
+#include <KesCommonView/IconFolder.h>
+
+void KesTreeRelayTreeResources::Integrate()
+{
+    KesView::IconFolder::add("KesTreeRelay/Icons");
+}
