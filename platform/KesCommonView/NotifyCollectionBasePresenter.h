@@ -29,9 +29,9 @@ public:
     }
     ~NotifyCollectionBasePresenter() override
     {
+        // An item may die as soon as its removal can be announced again: its presenter goes before.
         SignalGate::Guard gate;
-        _inserted.disconnect();
-        _removed.disconnect();
+        setCollection(nullptr);
     }
 
     IView* getView() override { return _view.get(); }

@@ -29,11 +29,8 @@ void load(const std::string& name)
         [&name](const Glib::RefPtr<const Gtk::CssSection>& section, const Glib::Error& error) {
             warn(name, "line " + std::to_string(section->get_start_line() + 1) + ": " + error.what().raw());
         });
-    try {
-        provider->load_from_path(Kes::getThemesDir() + name);
-    } catch (const Glib::Error&) {
-        // Has been reported through the signal.
-    }
+    // Asked for an error, GTK would drop the whole sheet for one bad rule.
+    gtk_css_provider_load_from_path(provider->gobj(), (Kes::getThemesDir() + name).c_str(), nullptr);
     Gtk::StyleContext::add_provider_for_screen(screen, provider, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }
 

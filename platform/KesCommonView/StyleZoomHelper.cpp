@@ -3,6 +3,7 @@
 #include <gtkmm/settings.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace KesView {
 
@@ -16,20 +17,27 @@ constexpr int normal = 100;
 constexpr int usualResolution = 96 * 1024;
 
 int zoom = normal;
+/// The desktop's own setting, kept while another zoom is on; not above zero when it has none.
+int desktopResolution = 0;
 
 /// Text sizes, and with them all lengths in em, follow the resolution of the screen.
 void setZoom(int percent)
 {
+    const int previous = std::exchange(zoom, std::clamp(percent, minimum, maximum));
     const auto settings = Gtk::Settings::get_default();
-    zoom = std::clamp(percent, minimum, maximum);
-    if (!settings)
-        return;
-    gtk_settings_reset_property(settings->gobj(), "gtk-xft-dpi");
-    if (zoom == normal)
+    if (!settings || zoom == previous)
         return;
     auto resolution = settings->property_gtk_xft_dpi();
-    const int desktop = resolution.get_value() > 0 ? resolution.get_value() : usualResolution;
-    resolution.set_value(desktop / normal * zoom);
+    if (previous == normal)
+        desktopResolution = resolution.get_value();
+    if (zoom == normal) {
+        resolution.set_value(desktopResolution);
+        // From now on the desktop's changes count again.
+        gtk_settings_reset_property(settings->gobj(), "gtk-xft-dpi");
+    } else {
+        const int base = desktopResolution > 0 ? desktopResolution : usualResolution;
+        resolution.set_value(base / normal * zoom);
+    }
 }
 
 } // namespace

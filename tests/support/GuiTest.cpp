@@ -82,4 +82,24 @@ bool isSeen(const Gtk::Widget& widget)
     return true;
 }
 
+void pressKey(Gtk::Window& window, unsigned key, unsigned state)
+{
+    auto* display = gdk_display_get_default();
+    auto* event = gdk_event_new(GDK_KEY_PRESS);
+    event->key.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(GTK_WIDGET(window.gobj()))));
+    event->key.keyval = key;
+    event->key.state = state;
+    // Key bindings are looked up by the place of the key, not by its value.
+    GdkKeymapKey* places = nullptr;
+    int count = 0;
+    if (gdk_keymap_get_entries_for_keyval(gdk_keymap_get_for_display(display), key, &places, &count)) {
+        event->key.hardware_keycode = static_cast<guint16>(places[0].keycode);
+        event->key.group = static_cast<guint8>(places[0].group);
+        g_free(places);
+    }
+    gdk_event_set_device(event, gdk_seat_get_keyboard(gdk_display_get_default_seat(display)));
+    gtk_main_do_event(event);
+    gdk_event_free(event);
+}
+
 } // namespace KesTest

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 #include <gtkmm/widget.h>
+#include <gtkmm/window.h>
 
 #include <functional>
 #include <string>
@@ -42,5 +43,9 @@ Gtk::Widget* findByClass(Gtk::Widget& root, const std::string& styleClass);
 
 /// Whether a user sees the widget: it and everything above it is shown.
 bool isSeen(const Gtk::Widget& widget);
+
+/// Presses a key in the window, as the keyboard does: the focused widget gets it first. `key` is a value of
+/// gdkkeysyms.h that is on the keyboard, `state` the modifiers held.
+void pressKey(Gtk::Window& window, unsigned key, unsigned state = 0);
 
 } // namespace KesTest

@@ -1,0 +1,259 @@
+#include "support/GuiTest.h"
+
+#include <KesCommon/Language.h>
+#include <KesCommonView/AboutView.h>
+#include <KesCommonView/AboutWindowActivatorPresenter.h>
+#include <KesCommonView/WindowBasePresenter.h>
+#include <KesCommonView/WindowPlacement.h>
+#include <KesCommonView/WindowRectangleManager.h>
+#include <KesCommonView/WindowView.h>
+
+#include <gdk/gdkkeysyms.h>
+#include <gtkmm/button.h>
+#include <gtkmm/entry.h>
+#include <gtkmm/label.h>
+
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <ostream>
+#include <typeinfo>
+
+namespace Kes {
+
+static std::ostream& operator<<(std::ostream& stream, const RectangleF& r)
+{
+    return stream << r.x << "," << r.y << " " << r.width << "x" << r.height;
+}
+
+} // namespace Kes
+
+namespace {
+
+using Kes::RectangleF;
+using KesTest::runPendingEvents;
+using KesTest::waitFor;
+
+TEST(WindowPlacementTest, bringsRectanglesOntoTheMonitorsThatAreThere)
+{
+    const std::vector<RectangleF> two{{0, 0, 1920, 1080}, {1920, 0, 1280, 1024}};
+    const std::vector<RectangleF> one{{0, 27, 1024, 573}};
+    struct Case {
+        RectangleF saved;
+        const std::vector<RectangleF>& areas;
+        RectangleF expected;
+    };
+    for (const auto& [saved, areas, expected] : {
+             Case{{100, 100, 800, 600}, two, {100, 100, 800, 600}},
+             Case{{1800, 100, 800, 600}, two, {1800, 100, 800, 600}},
+             Case{{2000, 100, 800, 400}, one, {224, 100, 800, 400}},
+             Case{{-5000, -5000, 400, 300}, two, {0, 0, 400, 300}},
+             Case{{9000, 400, 400, 300}, two, {2800, 400, 400, 300}},
+             Case{{0, 0, 1920, 1080}, one, {0, 27, 1024, 573}},
+             Case{{3000, 900, 400, 300}, two, {2800, 724, 400, 300}},
+             Case{{1e30F, 1e30F, 1e30F, 400}, one, {0, 200, 1024, 400}},
+             Case{{5, 6, 7, 8}, {}, {5, 6, 7, 8}},
+         })
+        EXPECT_EQ(Kes::WindowPlacement::bringOnto(saved, areas), expected) << saved;
+    EXPECT_FALSE(Kes::WindowPlacement::isRectangle({0, 0, 0, 10}));
+    EXPECT_FALSE(Kes::WindowPlacement::isRectangle({std::nanf(""), 0, 10, 10}));
+    EXPECT_FALSE(Kes::WindowPlacement::isRectangle({0, 0, std::numeric_limits<float>::infinity(), 10}));
+}
+
+class WindowRectangleTest : public KesTest::GuiTest {
+protected:
+    Gtk::Window window;
+    Kes::WindowRectangleManager manager{window};
+};
+
+TEST_F(WindowRectangleTest, rectangleSurvivesShowingMovingAndHiding)
+{
+    const RectangleF first{150, 120, 500, 400};
+    manager.setRectangle(first);
+    EXPECT_EQ(manager.getRectangle(), first);
+    window.show();
+    ASSERT_TRUE(waitFor([&] { return window.get_mapped() && window.is_active(); }));
+    EXPECT_TRUE(waitFor([&] { return manager.getRectangle() == first; })) << manager.getRectangle();
+
+    const RectangleF second{300, 260, 640, 420};
+    manager.setRectangle(second);
+    int width = 0;
+    int height = 0;
+    EXPECT_TRUE(waitFor([&] {
+        window.get_size(width, height);
+        return width == 640 && height == 420 && manager.getRectangle() == second;
+    })) << manager.getRectangle();
+
+    window.move(10, 20);
+    EXPECT_TRUE(waitFor([&] { return manager.getRectangle() == RectangleF{10, 20, 640, 420}; }))
+        << manager.getRectangle();
+    window.hide();
+    runPendingEvents();
+    EXPECT_EQ(manager.getRectangle(), (RectangleF{10, 20, 640, 420}));
+
+    manager.setRectangle(manager.getRectangle());
+    window.show();
+    ASSERT_TRUE(waitFor([&] { return window.get_mapped() && window.is_active(); }));
+    EXPECT_TRUE(waitFor([&] { return manager.getRectangle() == RectangleF{10, 20, 640, 420}; }))
+        << manager.getRectangle();
+}
+
+TEST_F(WindowRectangleTest, nonsenseChangesNothingAndFarAwayIsBroughtBack)
+{
+    manager.setRectangle({50, 60, 300, 200});
+    manager.setRectangle({0, 0, std::nanf(""), 5});
+    manager.setRectangle({0, 0, -1, 5});
+    EXPECT_EQ(manager.getRectangle(), (RectangleF{50, 60, 300, 200}));
+    manager.setRectangle({100000, -100000, 300, 200});
+    const auto rectangle = manager.getRectangle();
+    EXPECT_GE(rectangle.x, 0);
+    EXPECT_LE(rectangle.x + 300, 1280);
+    EXPECT_EQ(rectangle.y, 0);
+}
+
+class Content : public Gtk::Label, public Kes::IView {
+public:
+    using Gtk::Label::Label;
+};
+class NoWidget : public Kes::IView {};
+
+class WindowViewTest : public KesTest::GuiTest {
+protected:
+    WindowViewTest()
+    {
+        view.signalClosed.connect([this] { ++closed; });
+    }
+    void show(Kes::IView* parent = nullptr)
+    {
+        view.show(parent);
+        ASSERT_TRUE(waitFor([&] { return view.get_mapped() && view.is_active(); }));
+    }
+
+    int closed = 0;
+    Content content{"Test object"};
+    Kes::WindowView view;
+};
+
+TEST_F(WindowViewTest, showsTitleAndContentOverItsParent)
+{
+    Kes::WindowView parent;
+    parent.show(nullptr);
+    view.setTitle("Объект испытаний");
+    view.setContent(content);
+    show(&parent);
+    EXPECT_EQ(view.get_title(), "Объект испытаний");
+    EXPECT_EQ(view.get_transient_for(), &parent);
+    EXPECT_TRUE(content.get_mapped());
+    Content other("Other");
+    view.setContent(other);
+    EXPECT_TRUE(waitFor([&] { return other.get_mapped(); }));
+    EXPECT_EQ(content.get_parent(), nullptr);
+    NoWidget none;
+    EXPECT_THROW(view.setContent(none), std::bad_cast);
+    EXPECT_NE(other.get_parent(), nullptr);
+}
+
+TEST_F(WindowViewTest, largeContentScrollsInsideTheScreen)
+{
+    content.set_size_request(4000, 3000);
+    view.setContent(content);
+    show();
+    EXPECT_LE(view.get_width(), 1280);
+    EXPECT_LE(view.get_height(), 1024);
+    EXPECT_TRUE(waitFor([&] { return content.get_allocated_width() >= 4000; }));
+}
+
+TEST_F(WindowViewTest, everyWayOfClosingAnnouncesItOnce)
+{
+    view.setContent(content);
+    view.close();
+    EXPECT_EQ(closed, 0) << "was not open";
+    show();
+    view.close();
+    EXPECT_EQ(closed, 1);
+    EXPECT_FALSE(view.get_visible());
+    view.close();
+    EXPECT_EQ(closed, 1);
+    show();
+    KesTest::pressKey(view, GDK_KEY_Escape);
+    EXPECT_EQ(closed, 2);
+    show();
+    static_cast<Gtk::Window&>(view).close();
+    EXPECT_TRUE(waitFor([&] { return closed == 3; }));
+    EXPECT_FALSE(view.get_visible());
+    show();
+    EXPECT_EQ(closed, 3);
+}
+
+class PresenterOfWindow : public Kes::WindowBasePresenter<> {
+public:
+    Kes::WindowView* window = nullptr;
+    Content content{"Content"};
+
+private:
+    std::unique_ptr<Kes::IWindowView> _createDefaultView() override
+    {
+        auto view = std::make_unique<Kes::WindowView>();
+        window = view.get();
+        return view;
+    }
+    void _onViewInited() override { _getView().setContent(content); }
+};
+
+TEST_F(WindowViewTest, presenterMayBeDestroyedWhenItsWindowHasBeenClosed)
+{
+    auto presenter = std::make_unique<PresenterOfWindow>();
+    presenter->signalClosed.connect([&] { presenter.reset(); });
+    presenter->show(nullptr);
+    ASSERT_TRUE(waitFor([&] { return presenter->window->get_mapped(); }));
+    static_cast<Gtk::Window*>(presenter->window)->close();
+    EXPECT_TRUE(waitFor([&] { return presenter == nullptr; }));
+
+    presenter = std::make_unique<PresenterOfWindow>();
+    presenter->signalClosed.connect([&] { presenter.reset(); });
+    presenter->show(nullptr);
+    presenter->close();
+    EXPECT_EQ(presenter, nullptr);
+}
+
+class AboutTest : public KesTest::GuiTest {};
+
+TEST_F(AboutTest, showsNameAndVersionAndClosesByItsButtons)
+{
+    Kes::WindowView parent;
+    parent.show(nullptr);
+    Kes::AboutWindowActivatorPresenter presenter;
+    EXPECT_EQ(presenter.getView(), nullptr);
+    presenter.show(&parent, "Overcurrent", "1.2.3");
+    auto* about = dynamic_cast<Kes::AboutView*>(presenter.getView());
+    ASSERT_NE(about, nullptr);
+    ASSERT_TRUE(waitFor([&] { return about->get_mapped(); }));
+    EXPECT_EQ(about->get_program_name(), "Overcurrent");
+    EXPECT_EQ(about->get_version(), "1.2.3");
+    EXPECT_EQ(about->get_transient_for(), &parent);
+    presenter.show(&parent, "Overcurrent", "1.2.3");
+    EXPECT_EQ(presenter.getView(), about);
+    about->response(Gtk::RESPONSE_CLOSE);
+    EXPECT_EQ(presenter.getView(), nullptr);
+
+    presenter.show(nullptr, "", "");
+    EXPECT_EQ(about->get_program_name(), "");
+    EXPECT_EQ(about->get_version(), "");
+    static_cast<Gtk::Window*>(about)->close();
+    EXPECT_TRUE(waitFor([&] { return presenter.getView() == nullptr; }));
+}
+
+TEST_F(AboutTest, closeButtonSpeaksTheLanguageOfTheProcess)
+{
+    lng::language = lng::Russian;
+    Kes::AboutView about;
+    about.show();
+    std::vector<std::string> captions;
+    for (auto* button : KesTest::findWidgets<Gtk::Button>(about))
+        if (KesTest::isSeen(*button))
+            captions.push_back(button->get_label());
+    EXPECT_THAT(captions, testing::Contains("_Закрыть"));
+    EXPECT_EQ(about.get_title(), "О программе");
+}
+
+} // namespace
