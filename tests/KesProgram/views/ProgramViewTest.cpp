@@ -176,7 +176,11 @@ TEST_F(ProgramViewTest, OpensCentredOverItsParent)
     parent.setContent(place);
     parent.setRectangle({200, 150, 600, 500});
     parent.open(nullptr, false);
-    ASSERT_TRUE(waitFor([&] { return parent.getRectangle() == Kes::RectangleF{200, 150, 600, 500}; }));
+    ASSERT_TRUE(waitFor([&] {
+        int x = 0, y = 0;
+        parent.get_position(x, y);
+        return parent.is_active() && x == 200 && y == 150;
+    }));
 
     window.set_default_size(301, 201);
     window.open(&place, true);
