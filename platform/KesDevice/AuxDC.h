@@ -21,16 +21,20 @@ public:
     /// In volts, 12 to 300. Any thread.
     double getVolts() const { return _volts; }
 
-    /// Any thread. Takes effect on the device at once when it is connected, else when it connects; a voltage
-    /// outside the range is refused.
+    /// Any thread. Takes effect on the device at once when it is connected, else when it connects. A voltage
+    /// outside the range is refused; after a failure nothing has changed.
     Kes::Result set(bool enable, double volts);
 
 private:
     friend class Kesto;
     explicit AuxDC(Kesto& kesto) : _kesto(kesto) {}
-    void _setEnable(bool enable);
+    void _set(bool enable, double volts);
+    /// What the device told, unless the setting has been changed since `change` was read.
+    void _follow(bool enable, unsigned change);
+    unsigned _getChange() const { return _changes; }
 
     Kesto& _kesto;
+    std::atomic<unsigned> _changes{0};
     std::atomic<bool> _enabled{false};
     std::atomic<double> _volts{220.0};
 };

@@ -12,7 +12,7 @@ class KES_EXPORT HardwareIsRunningComponent {
 public:
     static HardwareIsRunningComponent& getInstance();
 
-    /// Emitted on the thread that started or stopped the output.
+    /// Emitted on the thread that started or stopped the output; the argument is the new `isRunning()`.
     Kes::Signal<void(bool)> signalRunningChanged;
 
     bool isRunning() const { return _count > 0; }

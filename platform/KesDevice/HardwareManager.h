@@ -1,45 +1,30 @@
 #pragma once
 
 #include <KesCommon/Export.h>
-#include <KesCommon/NotifyCollection.h>
 #include <KesCommon/Result.h>
 #include <KesCommon/Signal.h>
 #include <KesDevice/HardwareVirtualChannels.h>
 #include <KesDevice/Kesto.h>
+#include <KesDevice/KestoCollection.h>
 #include <KesDevice/SyncManager.h>
 
 #include <atomic>
 #include <memory>
-#include <string>
-#include <vector>
 
 namespace KesDevice {
 
-/// The devices of a configuration, in order. The configuration owns them: a removed device is destroyed when
-/// all listeners have heard of its removal.
-class KES_EXPORT KestoCollection : public Kes::NotifyCollection<Kesto*> {
-public:
-    KestoCollection();
-    ~KestoCollection() override;
-
-    /// Takes the device over. A device whose address is already in the collection is refused.
-    Kes::Result addKesto(std::unique_ptr<Kesto> kesto);
-    /// Null when no device has the address.
-    Kesto* find(const Kesto::Address& address) const;
-
-protected:
-    void _onRemoved(Kesto* const& kesto) override;
-
-private:
-    mutable std::mutex _ownedMutex;
-    std::vector<std::unique_ptr<Kesto>> _owned;
-};
-
 /// A hardware configuration: the devices, their synchronisation and their common working mode.
 ///
-/// Owned by `HardwareControl` or by a program. Operations: any thread, one at a time (later callers wait).
-/// Signals are emitted on the thread on which the change was noticed: a device's thread, or the thread that
-/// called the operation.
+/// Owned by `HardwareControl` or by a program. Operations: any thread, one at a time; later callers wait, and
+/// let go of the signal gate and serve the GUI thread's queue meanwhile. A slot may call operations: inside an
+/// operation of the same thread they are carried out at once. Several devices are asked at the same time, so an
+/// operation takes as long as the slowest one, a few seconds at most.
+///
+/// Signals are emitted on the thread on which the change was noticed: a device's thread, one that asks a device,
+/// or the thread that called the operation.
+///
+/// A device that is lost while the output runs is reported by `signalAvary`; the output counts as running until
+/// `stopWorkingMode`. Destroying a configuration switches its outputs off; never from inside its own operation.
 class KES_EXPORT HardwareManager {
 public:
     /// A configuration without devices.
@@ -52,7 +37,8 @@ public:
     Kes::Signal<void(bool)> signalRunningChanged;
     /// What the configuration is doing, for the status bar; never null, empty when idle.
     Kes::Signal<void(const char*)> signalStatusChanged;
-    /// A device has reported a fault. The record lives during the emission.
+    /// A device has reported a fault; it repeats that while the fault lasts. The record lives during the
+    /// emission. With `isStopOnFault` the outputs of the others are at zero by then.
     Kes::Signal<void(KesDriver::KesAvary&)> signalAvary;
     /// Something the user should know about a device (null: about the configuration). The text is never null.
     Kes::Signal<void(Kesto*, const char*)> signalKestoState;
@@ -64,10 +50,11 @@ public:
     HardwareVirtualChannels& getVirtualChannels() { return _virtualChannels; }
     const HardwareVirtualChannels& getVirtualChannels() const { return _virtualChannels; }
 
-    /// A fault of one device stops the outputs of all. On in a program's own configuration.
+    /// A fault of one device sets the outputs of all to zero. Off at first; on in a program's own configuration.
     bool isStopOnFault() const { return _stopOnFault; }
     void setIsStopOnFault(bool stop) { _stopOnFault = stop; }
-    /// Whether `signalStatusChanged` tells the steps of preparing and stopping.
+    /// Whether `signalStatusChanged` tells the steps of the operations. Off at first; on in a program's own
+    /// configuration.
     bool isStatusReported() const { return _statusReported; }
     void setIsStatusReported(bool reported) { _statusReported = reported; }
 
@@ -83,18 +70,25 @@ public:
     /// Whether the output runs or one of the operations below is under way.
     bool isBusy() const;
 
-    /// Connects and identifies every device. Fails with one inner error per device that could not be reached.
+    /// Connects and identifies every device, and asks for its state. Fails with one inner error per device that
+    /// could not be reached; the others stay connected.
     Kes::Result prepare();
-    /// Switches the outputs of all devices on, at zero. On failure of one, all are switched off again.
+    /// Switches the outputs of all devices on, at zero. On failure of one, all are switched off again. Refused
+    /// while the output runs, without devices, and for a configuration that has been replaced.
     Kes::Result startWorkingMode();
     /// Sets all outputs to zero and switches them off. Also after a failure the output counts as not running.
+    /// Succeeds when the output does not run. A device that has been lost is passed over: it has switched off.
     Kes::Result stopWorkingMode();
-    /// Ends the connections to all devices.
+    /// Ends the connections to all devices, after switching a running output off; fails as that does.
     Kes::Result disconnect();
 
 private:
+    friend class HardwareControl;
     HardwareManager();
     class Impl;
+
+    /// Another configuration takes over: switches off, disconnects, and refuses to begin anything new.
+    void _retire();
 
     KestoCollection _kestos;
     SyncManager _syncManager;

@@ -14,7 +14,8 @@ class HardwareManager;
 /// "IA2", ... of the second. Owned by the configuration. Any thread.
 class KES_EXPORT HardwareVirtualChannels {
 public:
-    /// The names in order, for the devices that the configuration holds now.
+    /// The names in order (three currents, then three voltages of each device), for the devices that the
+    /// configuration holds now.
     std::vector<std::string> getNames() const;
 
     /// With control groups the three phases of one quantity are set and stopped together.

@@ -17,11 +17,12 @@ public:
     /// Updating has been switched on or off. Emitted on the thread that switched.
     Kes::Signal<void(bool)> signalUpdatingChanged;
 
-    /// Off at first. Switching off returns when no update is under way any more.
+    /// Off at first. Switching off returns when no update is under way any more, except inside a slot that an
+    /// update has called.
     bool isUpdating() const;
     void setUpdating(bool updating);
 
-    /// The time between two rounds; one second at first.
+    /// The time between two rounds; one second at first. Takes effect at once.
     void setInterval(std::chrono::milliseconds interval);
 
 private:

@@ -2,6 +2,9 @@
 
 #include <KesCommon/Export.h>
 
+#include <optional>
+#include <string>
+
 namespace KesDevice {
 
 /// The ways in which several devices keep the same time, in their fixed order.
@@ -15,6 +18,9 @@ public:
     /// The one object for the kind.
     static const SyncMode& get(SyncModeKind kind);
 
+    /// The kind with this identifier; none for an unknown one.
+    static std::optional<SyncModeKind> find(const std::string& identifier);
+
     SyncModeKind getKind() const { return _kind; }
     /// The fixed identifier, such as "PowerNetwork"; used in files, never shown.
     const char* getIdentifier() const;
@@ -24,7 +30,8 @@ public:
     const char* getShortName() const;
     /// What the user has to know about the mode (wiring, accuracy); null when there is nothing to say.
     const char* getInfo() const;
-    /// Whether devices in this mode can run sequences.
+    /// Whether devices in this mode can run sequences. Those that follow the mains cannot: a sequence needs a
+    /// common moment of start, and the mains gives the devices only a common phase.
     bool isSeqSupported() const;
 
 private:

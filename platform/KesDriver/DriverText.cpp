@@ -20,6 +20,7 @@ constexpr Kes::TextTable table({
     {"State.outputOff", "The outputs are not switched on.", "Выходы не включены."},
     {"State.sequenceRuns", "A sequence is running.", "Выполняется последовательность."},
 
+    {"Fault.connection", "connection error", "ошибка связи"},
     {"Fault.quickShutdown", "the emergency button was pressed", "нажата аварийная кнопка"},
     {"Fault.disconnected", "%s - channel is disconnected", "%s - канал отключен"},
     {"Fault.overheat", "%s - overheat", "%s - перегрев"},

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <KesCommon/Export.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -29,5 +31,9 @@ struct KesAvary {
 
     bool operator==(const KesAvary&) const = default;
 };
+
+/// The faults on one line, in the language of the process, such as "IA - overload; IB - overheat"; empty for a
+/// record without any. Any thread.
+KES_EXPORT std::string describeFaults(const KesAvary& avary);
 
 } // namespace KesDriver

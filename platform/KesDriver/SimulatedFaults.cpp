@@ -1,8 +1,5 @@
 #include <KesDriver/SimulatedFaults.h>
 
-#include <KesCommon/StringHelper.h>
-#include <KesDriver/DriverText.h>
-
 namespace KesDriver {
 
 namespace {
@@ -10,13 +7,6 @@ namespace {
 bool isFaulty(const KesAvaryChannel& channel)
 {
     return channel.isDisconnected || channel.isOverheat || channel.isOverload;
-}
-
-void append(std::string& text, const std::string& part)
-{
-    if (!text.empty())
-        text += "; ";
-    text += part;
 }
 
 } // namespace
@@ -42,23 +32,6 @@ KesAvary SimulatedFaults::toAvary(const KestoIdentifer& identifer) const
         avary.channels.back().name = getChannelName(i);
     }
     return avary;
-}
-
-std::string SimulatedFaults::toText() const
-{
-    std::string text;
-    if (isQuickShutdown)
-        append(text, lng::Driver::get("Fault.quickShutdown"));
-    for (unsigned i = 0; i < channelCount; ++i) {
-        const auto add = [&](bool flag, const char* key) {
-            if (flag)
-                append(text, Kes::StringHelper::format(lng::Driver::get(key), getChannelName(i)));
-        };
-        add(channels[i].isDisconnected, "Fault.disconnected");
-        add(channels[i].isOverheat, "Fault.overheat");
-        add(channels[i].isOverload, "Fault.overload");
-    }
-    return text;
 }
 
 } // namespace KesDriver

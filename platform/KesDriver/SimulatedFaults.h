@@ -5,7 +5,6 @@
 #include <KesDriver/OutputCheck.h>
 
 #include <array>
-#include <string>
 
 namespace KesDriver {
 
@@ -19,8 +18,6 @@ public:
     bool empty() const;
     /// The record as the device reports it, with the faulty channels only.
     KesAvary toAvary(const KestoIdentifer& identifer) const;
-    /// In the device's words, in the language of the process; empty without faults.
-    std::string toText() const;
 };
 
 } // namespace KesDriver

@@ -96,11 +96,15 @@ bool SimulatedKesto::Impl::_waitForAnswer(Lock& lock, const Port& port)
     return !isLost();
 }
 
+std::string SimulatedKesto::Impl::_describeFaults() const
+{
+    return describeFaults(_faults.toAvary(_identifer));
+}
+
 Kes::Result SimulatedKesto::Impl::_checkReadyForOutput() const
 {
     if (!_faults.empty())
-        return Kes::Result::failure(
-            Kes::StringHelper::format(lng::Driver::get("State.fault"), _faults.toText()));
+        return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get("State.fault"), _describeFaults()));
     if (!_output.isWorking())
         return Kes::Result::failure(lng::Driver::get("State.outputOff"));
     if (_output.isSequenceRunning())
@@ -122,7 +126,7 @@ Kes::Result SimulatedKesto::Impl::readState(const Port& port, const std::string&
         if (_nonsense)
             state = SimulatedNonsense::state();
         else
-            state = {_faults.empty(), _auxDCEnabled, _auxDCEnabled ? _auxDCVolts : 0.0, _faults.toText()};
+            state = {_faults.empty(), _auxDCEnabled, _auxDCEnabled ? _auxDCVolts : 0.0, _describeFaults()};
         return Kes::Result(true);
     });
 }

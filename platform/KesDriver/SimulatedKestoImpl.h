@@ -81,6 +81,7 @@ private:
     Kes::Result _call(const Port& port, const std::string& name, const std::function<Kes::Result()>& body);
     bool _waitWhileSilent(Lock& lock, const std::function<bool()>& isGivenUp);
     bool _waitForAnswer(Lock& lock, const Port& port);
+    std::string _describeFaults() const;
     Kes::Result _checkReadyForOutput() const;
 
     DeviceTime _now() const;
