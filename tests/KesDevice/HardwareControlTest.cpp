@@ -1,0 +1,246 @@
+#include "TestBench.h"
+
+#include <KesDevice/HardwareControl.h>
+#include <KesDevice/HardwareFile.h>
+#include <KesDevice/KestoStateGlobalUpdater.h>
+#include <KesDriver/SimulatedNetwork.h>
+
+#include <support/TemporaryHome.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <vector>
+
+using namespace KesDevice;
+using namespace KesTest;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+std::unique_ptr<HardwareManager> createDefault()
+{
+    auto hardware = HardwareManager::create();
+    EXPECT_TRUE(hardware->getKestos().addKesto(std::make_unique<Kesto>(HardwareControl::getSimulatedAddress())));
+    return hardware;
+}
+
+class HardwareControlTest : public testing::Test {
+protected:
+    ~HardwareControlTest() override { HardwareControl::setGlobalInstance(createDefault(), true); }
+
+    TemporaryHome home;
+};
+
+TEST_F(HardwareControlTest, FirstConfigurationIsSimulated)
+{
+    auto* hardware = HardwareControl::getInstance();
+    EXPECT_EQ(HardwareControl::getInstance(), hardware);
+    ASSERT_EQ(hardware->getKestos().size(), 1U);
+    EXPECT_TRUE(hardware->isSimulated());
+    ASSERT_TRUE(hardware->prepare());
+    EXPECT_EQ(hardware->getKestos().getItems()[0]->getIdentifer(), KesDriver::KestoIdentifer(3, 1));
+    EXPECT_TRUE(KesDriver::SimulatedNetwork::getInstance().find(HardwareControl::getSimulatedAddress()));
+    EXPECT_TRUE(hardware->disconnect());
+}
+
+TEST_F(HardwareControlTest, ReplacementFreesTheDevicesAndTellsEveryone)
+{
+    auto* previous = HardwareControl::getInstance();
+    ASSERT_TRUE(previous->prepare());
+    ASSERT_TRUE(previous->startWorkingMode());
+    std::vector<HardwareManager*> heard;
+    Kes::ScopedConnection connection =
+        HardwareControl::signalHardwareChanged.connect([&](HardwareManager* hardware) {
+            heard.push_back(hardware);
+            EXPECT_TRUE(hardware->prepare()) << "the device is free";
+        });
+    auto next = createDefault();
+    auto* expected = next.get();
+    HardwareControl::setGlobalInstance(nullptr, true);
+    HardwareControl::setGlobalInstance(std::move(next), true);
+    EXPECT_THAT(heard, ElementsAre(expected));
+    EXPECT_EQ(HardwareControl::getInstance(), expected);
+    EXPECT_FALSE(previous->isOutputRunning());
+    EXPECT_FALSE(previous->getKestos().getItems()[0]->updateState());
+    EXPECT_THAT(message(previous->startWorkingMode()), HasSubstr("has been replaced"));
+    EXPECT_THAT(message(previous->prepare()), HasSubstr("has been replaced"));
+    EXPECT_TRUE(previous->stopWorkingMode());
+    EXPECT_FALSE(std::filesystem::exists(HardwareFile::getPath())) << "temporary";
+}
+
+TEST_F(HardwareControlTest, ReplacementWaitsForAnOperation)
+{
+    FakeKesto fake;
+    auto busy = HardwareManager::create();
+    add(*busy, fake, 4);
+    HardwareControl::setGlobalInstance(std::move(busy), true);
+    auto* hardware = HardwareControl::getInstance();
+    fake.hold(LinkCall::Identify);
+    std::thread preparing([=] { EXPECT_TRUE(hardware->prepare()); });
+    ASSERT_TRUE(fake.waitForCall(LinkCall::Identify));
+    std::thread replacing([] { HardwareControl::setGlobalInstance(createDefault(), true); });
+    fake.release(LinkCall::Identify);
+    preparing.join();
+    replacing.join();
+    EXPECT_NE(HardwareControl::getInstance(), hardware);
+    for (int i = 0; i < 10; ++i)
+        HardwareControl::setGlobalInstance(createDefault(), true);
+    EXPECT_FALSE(fake.isConnected());
+}
+
+TEST_F(HardwareControlTest, EmbeddedConfigurationStandsInForTheGlobalOne)
+{
+    auto* global = HardwareControl::getInstance();
+    std::vector<HardwareManager*> heard;
+    Kes::ScopedConnection connection =
+        HardwareControl::signalHardwareChanged.connect([&](HardwareManager* hardware) { heard.push_back(hardware); });
+    HardwareControl::setEmbeddedMode(true);
+    EXPECT_TRUE(HardwareControl::getEmbeddedMode());
+    EXPECT_EQ(HardwareControl::getInstance(), global) << "nothing is lent yet";
+    HardwareControl::setEmbeddedInstance(HardwareManager::create(), false);
+    auto* embedded = HardwareControl::getInstance();
+    EXPECT_NE(embedded, global);
+    HardwareControl::setEmbeddedMode(false);
+    EXPECT_EQ(HardwareControl::getInstance(), global);
+    EXPECT_THAT(heard, ElementsAre(embedded, global));
+    EXPECT_FALSE(std::filesystem::exists(HardwareFile::getPath())) << "lent devices are not kept";
+}
+
+TEST_F(HardwareControlTest, KeepsAConfigurationOnDisk)
+{
+    auto hardware = HardwareManager::create();
+    auto kesto = std::make_unique<Kesto>(address(200));
+    ASSERT_TRUE(kesto->auxDC().set(true, 110.5));
+    ASSERT_TRUE(hardware->getKestos().addKesto(std::move(kesto)));
+    ASSERT_TRUE(hardware->getKestos().addKesto(std::make_unique<Kesto>(address(3))));
+    hardware->getSyncManager().setActiveMode(SyncModeKind::GPS);
+    hardware->getVirtualChannels().setIsControlGroupsEnabled(true);
+    hardware->setIsStopOnFault(true);
+    HardwareControl::setGlobalInstance(std::move(hardware), false);
+
+    std::string error;
+    const auto restored = HardwareFile::read(HardwareFile::getPath(), error);
+    ASSERT_TRUE(restored) << error;
+    const auto kestos = restored->getKestos().getItems();
+    ASSERT_EQ(kestos.size(), 2U);
+    EXPECT_EQ(kestos[0]->getAddress(), address(200));
+    EXPECT_TRUE(kestos[0]->auxDC().getEnable());
+    EXPECT_EQ(kestos[0]->auxDC().getVolts(), 110.5);
+    EXPECT_EQ(kestos[1]->getAddress(), address(3));
+    EXPECT_EQ(restored->getSyncManager().getActiveMode().getKind(), SyncModeKind::GPS);
+    EXPECT_TRUE(restored->getVirtualChannels().isControlGroupsEnabled() && restored->isStopOnFault());
+    EXPECT_FALSE(restored->isStatusReported());
+    EXPECT_THAT(message(restored->prepare()), HasSubstr("KESTO 192.168.1.200 cannot be reached"));
+}
+
+TEST_F(HardwareControlTest, RefusesDamagedFiles)
+{
+    const auto path = home.file("hardware.cfg");
+    std::string error;
+    EXPECT_FALSE(HardwareFile::read(path, error));
+    EXPECT_EQ(error, "");
+    const std::string good = "[Hardware]\nVersion=1\nSyncMode=None\nControlGroups=true\nStopOnFault=true\n"
+                             "StatusReported=true\nKestos=2\n[Kesto 1]\nAddress=10.0.0.1\nAuxDC=true\n"
+                             "AuxDCVolts=24\n[Kesto 2]\nAddress=10.0.0.2\nAuxDC=false\nAuxDCVolts=24\n";
+    writeFile(path, good);
+    EXPECT_TRUE(HardwareFile::read(path, error)) << error;
+    const std::pair<const char*, const char*> damages[] = {{"Version=1", "Version=2"}, {"None", "Sundial"},
+        {"ControlGroups=true", "ControlGroups=maybe"}, {"Kestos=2", "Kestos=3"}, {"Kestos=2", "Kestos=-1"},
+        {"Kestos=2", "Kestos=2000000000"}, {"10.0.0.2", "10.0.0.1"}, {"10.0.0.1", "10.0.0.256"},
+        {"AuxDCVolts=24", "AuxDCVolts=nan"}, {"AuxDCVolts=24", "AuxDCVolts=999"}, {"[Hardware]", "Hardware]"}};
+    for (const auto& [from, to] : damages) {
+        auto damaged = good;
+        damaged.replace(damaged.find(from), std::string(from).size(), to);
+        writeFile(path, damaged);
+        EXPECT_FALSE(HardwareFile::read(path, error)) << to;
+        EXPECT_THAT(error, HasSubstr(path)) << to;
+    }
+    for (std::size_t length = 0; length < good.size() - 20; length += 7) {
+        writeFile(path, good.substr(0, length));
+        EXPECT_FALSE(HardwareFile::read(path, error)) << length;
+    }
+    EXPECT_FALSE(HardwareFile::write("/proc/nowhere/hardware.cfg", *HardwareControl::getInstance()));
+}
+
+TEST_F(HardwareControlTest, UpdaterFollowsTheCurrentConfiguration)
+{
+    auto& updater = KestoStateGlobalUpdater::getInstance();
+    std::vector<bool> heard;
+    Kes::ScopedConnection connection =
+        updater.signalUpdatingChanged.connect([&](bool updating) { heard.push_back(updating); });
+    updater.setInterval(1ms);
+    EXPECT_FALSE(updater.isUpdating());
+
+    FakeKesto fake;
+    auto hardware = HardwareManager::create();
+    auto* kesto = add(*hardware, fake, 5);
+    HardwareControl::setGlobalInstance(std::move(hardware), true);
+    updater.setUpdating(true);
+    updater.setUpdating(true);
+    ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState, 3));
+    fake.setState({false, false, 0.0, "hot"});
+    EXPECT_TRUE(waitUntil([&] { return kesto->getOperationError() == "hot"; }));
+
+    // While an output runs, nothing is asked.
+    ASSERT_TRUE(HardwareControl::getInstance()->startWorkingMode());
+    const auto asked = fake.countCalls(LinkCall::ReadState);
+    std::this_thread::sleep_for(20ms);
+    EXPECT_LE(fake.countCalls(LinkCall::ReadState), asked + 1);
+    ASSERT_TRUE(HardwareControl::getInstance()->stopWorkingMode());
+    ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState, asked + 2));
+
+    // Replaced, also in the middle of a question.
+    fake.hold(LinkCall::ReadState);
+    const auto held = fake.countCalls(LinkCall::ReadState);
+    ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState, held + 1));
+    HardwareControl::setGlobalInstance(createDefault(), true);
+    fake.release(LinkCall::ReadState);
+    EXPECT_TRUE(waitUntil([] {
+        return HardwareControl::getInstance()->getKestos().getItems()[0]->getOperationError() == "";
+    }));
+    EXPECT_FALSE(fake.isConnected());
+
+    for (int i = 0; i < 50; ++i)
+        HardwareControl::setGlobalInstance(createDefault(), true);
+    updater.setUpdating(false);
+    EXPECT_FALSE(updater.isUpdating());
+    EXPECT_THAT(heard, ElementsAre(true, false));
+}
+
+TEST_F(HardwareControlTest, SwitchingTheUpdaterOffWaitsForTheUpdate)
+{
+    auto& updater = KestoStateGlobalUpdater::getInstance();
+    FakeKesto fake;
+    auto hardware = HardwareManager::create();
+    auto* kesto = add(*hardware, fake, 6);
+    HardwareControl::setGlobalInstance(std::move(hardware), true);
+    fake.hold(LinkCall::ReadState);
+    updater.setUpdating(true);
+    ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState));
+    std::atomic<bool> isOff{false};
+    std::thread switching([&] {
+        // With the gate held, which the update needs to announce what it has found.
+        Kes::SignalGate::Guard gate;
+        updater.setUpdating(false);
+        isOff = true;
+    });
+    EXPECT_TRUE(waitUntil([&] { return !updater.isUpdating(); }));
+    EXPECT_FALSE(isOff);
+    fake.release(LinkCall::ReadState);
+    switching.join();
+    EXPECT_EQ(kesto->getOperationError(), "");
+
+    // From inside an update it returns at once.
+    kesto->signalOperationErrorChanged.connect(
+        [&](const Kes::Nullable<std::string>&) { updater.setUpdating(false); });
+    fake.setState({false, false, 0.0, "hot"});
+    updater.setUpdating(true);
+    EXPECT_TRUE(waitUntil([&] { return !updater.isUpdating(); }));
+    updater.setUpdating(false);
+}
+
+} // namespace
