@@ -19,10 +19,13 @@ public:
     void addMenu(Kes::IView* view) override;
     void addToolbar(Kes::IView* view) override;
 
+protected:
+    /// Not placed; for a derived header that sets its own tools apart.
+    Gtk::SeparatorToolItem _separator;
+
 private:
     Gtk::MenuBar _menuBar;
     Gtk::Box _toolbars;
-    Gtk::SeparatorToolItem _separator; // for programs that place it; the header itself does not
 };
 
 } // namespace KesProgram
