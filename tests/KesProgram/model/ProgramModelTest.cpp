@@ -137,6 +137,7 @@ TEST_F(ProgramModelTest, RefusedPreparationGivesTheStartBack)
 
 TEST_F(ProgramModelTest, ChecksBeforeARunComeInTheirOrder)
 {
+    KesDevice::HardwareControl::getInstance(); // The simulated device comes with the first configuration.
     GlobalHardware global(KesDevice::HardwareManager::create());
     RecordingModel model;
     EXPECT_FALSE(model.prepareRealHardware());
@@ -144,14 +145,14 @@ TEST_F(ProgramModelTest, ChecksBeforeARunComeInTheirOrder)
                 ElementsAre("message: Error on starting test. The hardware configuration does not contain "
                             "operational KESTOs."));
 
+    ASSERT_TRUE(model.getHardware()->getKestos().addKesto(
+        std::make_unique<KesDevice::Kesto>(*KesDevice::Kesto::Address::parse("127.0.0.1"))));
+    ASSERT_TRUE(model.getHardware()->prepare());
     ASSERT_TRUE(model.getHardware()->startWorkingMode());
     EXPECT_FALSE(model.prepareRealHardware());
     EXPECT_THAT(model.take(),
                 testing::Contains("message: Error on starting test. The output process has already started."));
     ASSERT_TRUE(model.getHardware()->stopWorkingMode());
-
-    ASSERT_TRUE(model.getHardware()->getKestos().addKesto(
-        std::make_unique<KesDevice::Kesto>(*KesDevice::Kesto::Address::parse("10.0.0.1"))));
     model.getHardware()->getSyncManager().setActiveMode(KesDevice::SyncModeKind::PowerNetwork);
     model.take();
     EXPECT_FALSE(model.prepareRealHardware());
