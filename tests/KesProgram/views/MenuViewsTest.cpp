@@ -10,7 +10,6 @@
 #include <gmock/gmock.h>
 #include <gtkmm/separatormenuitem.h>
 #include <gtkmm/toolbar.h>
-#include <gtkmm/window.h>
 
 namespace {
 

@@ -5,7 +5,6 @@
 #include <support/GuiTest.h>
 
 #include <gdk/gdkkeysyms.h>
-#include <gmock/gmock.h>
 #include <gtkmm/entry.h>
 
 #include <typeinfo>
@@ -14,7 +13,6 @@ namespace {
 
 using namespace KesTest;
 using KesView::StyleZoomHelper;
-using testing::ElementsAre;
 
 struct OpenProgramView : KesProgram::ProgramView {
     using ProgramView::_onClose;
