@@ -14,8 +14,8 @@ HardwareControlToolbarPresenter::HardwareControlToolbarPresenter(ProgramModel& m
     // The flags are read when the GUI thread gets to it: what a queued update carried could be outdated.
     _canStartConnection = _model.signalCanStartChanged.connect(
         [this] { _guard.safeUpdateView([this] { _updateCanStart(); }); });
-    _canStopConnection = _model.signalCanStopChanged.connect(
-        [this] { _guard.safeUpdateView([this] { _updateCanStop(); }); });
+    _canStopConnection =
+        _model.signalCanStopChanged.connect([this] { _guard.safeUpdateView([this] { _updateCanStop(); }); });
     _updateCanStart();
     _updateCanStop();
 

@@ -18,8 +18,8 @@ public:
     /// Any thread. False when the text is waiting or being shown.
     bool add(const std::string& text);
 
-    /// GUI thread. Calls the function, which returns when the user has closed the box, for each text.
-    /// Nothing when it is under way already: that call shows the later texts too. The queue may die meanwhile.
+    /// GUI thread. Calls the function, which returns when the user has closed the box, for each text. Nothing
+    /// when it is under way already: that call shows the later texts too. The queue may die meanwhile.
     void showAll(const std::function<void(const std::string&)>& show);
 
 private:

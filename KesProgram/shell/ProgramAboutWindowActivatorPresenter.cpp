@@ -7,8 +7,7 @@ namespace KesProgram {
 ProgramAboutWindowActivatorPresenter::ProgramAboutWindowActivatorPresenter(Kes::IPresenter* parent,
                                                                            ProgramModel& model)
     : _parent(parent), _model(model)
-{
-}
+{}
 
 void ProgramAboutWindowActivatorPresenter::show()
 {

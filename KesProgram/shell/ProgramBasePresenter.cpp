@@ -126,7 +126,8 @@ void ProgramBasePresenter::_fromModel(std::function<void()> handler)
     }
     // The queue is served inside waits as well; there a dialog would hold up a stop or a start.
     auto* fields = _fields.get();
-    fields->guard.safeBeginUpdateView([fields, handler = std::move(handler)] { fields->dialogs.later(handler); });
+    fields->guard.safeBeginUpdateView(
+        [fields, handler = std::move(handler)] { fields->dialogs.later(handler); });
 }
 
 void ProgramBasePresenter::_onMessageFromModel(const std::string& text)

@@ -32,10 +32,12 @@ class ProgramMainMenuPresenter;
 /// composes its menus, toolbars and content in `_onInit`. It owns presenter and model, and destroys them
 /// after `signalClosed`. GUI thread; what the model reports on other threads is brought there.
 ///
-/// Dialogs: a message of the model is shown when no other message is open, and a text that is already
-/// waiting or open is not shown again. While the shell or the program (`runDialogs`) shows a dialog, the signal gate
+/// Dialogs: a message of the model is shown when no other message is open, and a text that is already waiting
+/// or open is not shown again. While the shell or the program (`runDialogs`) shows a dialog, the signal gate
 /// is free, a request to close waits, and `signalClosed` waits as well, so nothing dies under the dialog.
-class KES_EXPORT ProgramBasePresenter : public Kes::IKesShell, public Kes::IPresenter, public sigc::trackable {
+class KES_EXPORT ProgramBasePresenter : public Kes::IKesShell,
+                                        public Kes::IPresenter,
+                                        public sigc::trackable {
 public:
     /// The window has been shown. Emitted at the end of every `open`.
     sigc::signal<void()> signalOpened;
@@ -73,8 +75,8 @@ public:
     void requestTestObject();
     /// Builds the report and opens it with the desktop's application; a failure is shown.
     void requestReport();
-    /// Closes the program as the window's close button does. Nothing before the first `open` and while closing
-    /// is under way; while a dialog of the shell is open, once that has been closed.
+    /// Closes the program as the window's close button does. Nothing before the first `open` and while
+    /// closing is under way; while a dialog of the shell is open, once that has been closed.
     void requestClose();
 
     /// Runs a function that shows modal dialogs, at once; see above. An exception passes through.

@@ -40,8 +40,9 @@ void ProgramBasePresenter::_onClosing()
     if (model.isRunning()) {
         const FlagScope asking(closing.isAsking);
         const ModalDialogs::Scope dialog(_fields->dialogs);
-        const auto answer = Kes::DialogPresenter::show(getView(), lng::Program::get("Message.closeConfirmation"),
-                                                       model.getProgramName(), Kes::DialogResult::YesNo);
+        const auto answer =
+            Kes::DialogPresenter::show(getView(), lng::Program::get("Message.closeConfirmation"),
+                                       model.getProgramName(), Kes::DialogResult::YesNo);
         if (answer != Kes::DialogResult::Yes)
             return;
         model.stopTest();

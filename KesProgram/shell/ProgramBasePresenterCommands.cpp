@@ -71,8 +71,8 @@ void ProgramBasePresenter::requestTestObject()
     _fields->testObject = std::make_unique<TestObjectWindowPresenter>(testObject);
     auto* window = _fields->testObject.get();
     window->signalClosed.connect(sigc::mem_fun(*this, &ProgramBasePresenter::_onTestObjectClosed));
-    _fields->testObjectConnection = model.signalRunningChanged.connect(
-        [window, &model] { window->setIsReadOnly(model.isRunning()); });
+    _fields->testObjectConnection =
+        model.signalRunningChanged.connect([window, &model] { window->setIsReadOnly(model.isRunning()); });
     window->show(getView());
     window->setIsReadOnly(model.isRunning());
 }

@@ -16,6 +16,7 @@
 #include <libxml++/libxml++.h>
 #include <libxml/parser.h>
 
+#include <iterator>
 #include <stdexcept>
 
 namespace KesProgram {
@@ -30,6 +31,16 @@ const xmlpp::TextNode* findText(const xmlpp::Element& root, const char* name)
 {
     const auto* element = dynamic_cast<const xmlpp::Element*>(root.get_first_child(name));
     return element ? element->get_child_text() : nullptr;
+}
+
+/// Not left to the XML library, which takes a path for a URI and tells standard error of a missing file.
+std::string readFile(const std::string& path)
+{
+    auto stream = Kes::openInputFileUTF8Name(path, std::ios::in | std::ios::binary);
+    std::string text(std::istreambuf_iterator<char>(stream), {});
+    if (!stream.is_open())
+        throw std::runtime_error("cannot open " + path);
+    return text;
 }
 
 } // namespace
@@ -51,7 +62,7 @@ void ProgramBasePresenter::_loadXmlConfig()
     try {
         xmlpp::DomParser parser;
         parser.set_parser_options(XML_PARSE_NOBLANKS, 0);
-        parser.parse_file(_getXmlConfigFullPath());
+        parser.parse_memory(readFile(_getXmlConfigFullPath()));
         if (const auto* document = parser.get_document())
             if (auto* root = document->get_root_node())
                 _extractXmlConfig(root);
@@ -71,7 +82,8 @@ void ProgramBasePresenter::_extractXmlConfig(xmlpp::Element* root)
 
     const auto* text = findText(*root, rectangleName);
     Kes::RectangleF rectangle;
-    if (Kes::tryConvert<Kes::RectangleF, true, true>(text ? text->get_content().raw() : std::string(), rectangle))
+    if (Kes::tryConvert<Kes::RectangleF, true, true>(text ? text->get_content().raw() : std::string(),
+                                                     rectangle))
         _fields->savedRectangle = std::make_unique<Kes::RectangleF>(rectangle);
 }
 
@@ -100,7 +112,8 @@ void ProgramBasePresenter::_fillXmlConfig(xmlpp::Element* root)
     }
     if (_fields->view)
         root->add_child(rectangleName)
-            ->add_child_text(Kes::convertToString<Kes::RectangleF, true, true>(_fields->view->getRectangle()));
+            ->add_child_text(
+                Kes::convertToString<Kes::RectangleF, true, true>(_fields->view->getRectangle()));
 }
 
 } // namespace KesProgram

@@ -6,8 +6,7 @@ namespace KesProgram {
 
 ProgramHelpPresenter::ProgramHelpPresenter(Kes::IPresenter* parent, ProgramModel& model)
     : _parent(parent), _model(model)
-{
-}
+{}
 
 void ProgramHelpPresenter::show()
 {

@@ -15,8 +15,8 @@ public:
         // No change is announced between the two.
         const Kes::SignalGate::Guard gate;
         _view.setAuxDCEnabled(kesto.auxDC().getEnable());
-        _connection =
-            kesto.auxDC().signalEnableChanged.connect([this](bool enabled) { _onAuxDCEnableChanged(enabled); });
+        _connection = kesto.auxDC().signalEnableChanged.connect(
+            [this](bool enabled) { _onAuxDCEnableChanged(enabled); });
     }
 
     StatusBarHardwareKestoIconsView& getView() { return _view; }
@@ -35,8 +35,7 @@ private:
 
 StatusBarHardwareKestoIconsPresenter::StatusBarHardwareKestoIconsPresenter(KesDevice::Kesto& kesto)
     : _impl(std::make_unique<Impl>(kesto))
-{
-}
+{}
 
 StatusBarHardwareKestoIconsPresenter::~StatusBarHardwareKestoIconsPresenter() = default;
 

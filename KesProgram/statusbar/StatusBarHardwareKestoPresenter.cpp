@@ -34,8 +34,7 @@ private:
 
 StatusBarHardwareKestoPresenter::StatusBarHardwareKestoPresenter(KesDevice::Kesto& kesto)
     : _impl(std::make_unique<Impl>(kesto))
-{
-}
+{}
 
 StatusBarHardwareKestoPresenter::~StatusBarHardwareKestoPresenter() = default;
 

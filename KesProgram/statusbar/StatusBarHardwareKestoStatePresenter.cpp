@@ -45,8 +45,7 @@ private:
 
 StatusBarHardwareKestoStatePresenter::StatusBarHardwareKestoStatePresenter(KesDevice::Kesto& kesto)
     : _impl(std::make_unique<Impl>(kesto))
-{
-}
+{}
 
 StatusBarHardwareKestoStatePresenter::~StatusBarHardwareKestoStatePresenter() = default;
 

@@ -39,7 +39,8 @@ public:
     StatusBarHardwareView& getView() { return _view; }
 
 private:
-    using Kestos = Kes::NotifyCollectionBasePresenter<KesDevice::Kesto*, Kes::NotifyCollection<KesDevice::Kesto*>>;
+    using Kestos =
+        Kes::NotifyCollectionBasePresenter<KesDevice::Kesto*, Kes::NotifyCollection<KesDevice::Kesto*>>;
 
     /// Holding the gate keeps the configuration that the model names alive until all is connected to it:
     /// it is destroyed after the announcement of its successor, which comes through this slot as well.
@@ -68,8 +69,7 @@ private:
 
 StatusBarHardwarePresenter::StatusBarHardwarePresenter(ProgramModel& model)
     : _impl(std::make_unique<Impl>(model))
-{
-}
+{}
 
 StatusBarHardwarePresenter::~StatusBarHardwarePresenter() = default;
 

@@ -37,8 +37,7 @@ private:
 
 StatusBarSyncPresenter::StatusBarSyncPresenter(KesDevice::HardwareManager& hardware)
     : _impl(std::make_unique<Impl>(hardware))
-{
-}
+{}
 
 StatusBarSyncPresenter::~StatusBarSyncPresenter() = default;
 
