@@ -1,0 +1,178 @@
+#include <KesProgram/shell/CommandLine.h>
+
+#include <KesCommon/Language.h>
+#include <KesCommon/NumberText.h>
+#include <KesCommon/StringHelper.h>
+#include <KesProgram/text/TextPair.h>
+
+#include <glib.h>
+#include <glibmm/exception.h>
+#include <glibmm/optioncontext.h>
+#include <glibmm/optionentry.h>
+#include <glibmm/optiongroup.h>
+
+#include <clocale>
+#include <cstring>
+#include <vector>
+
+namespace KesProgram {
+
+namespace {
+
+using lng::TextPair;
+
+/// As far as a simulated device goes along.
+constexpr double minimumSpeed = 1e-3;
+constexpr double maximumSpeed = 1e5;
+
+std::string absolute(const std::string& path)
+{
+    if (path.empty())
+        return path;
+    char* found = g_canonicalize_filename(path.c_str(), nullptr);
+    const std::string result = found;
+    g_free(found);
+    return result;
+}
+
+/// The texts of the options depend on it, so it is looked up before they are parsed. The last one counts.
+std::string findLanguage(int argc, char** argv)
+{
+    static constexpr const char* name = "--language";
+    std::string found;
+    for (int i = 1; i < argc && std::strcmp(argv[i], "--") != 0; ++i) {
+        const std::string argument = argv[i];
+        if (argument == name && i + 1 < argc)
+            found = argv[i + 1];
+        else if (argument.rfind(std::string(name) + "=", 0) == 0)
+            found = argument.substr(std::strlen(name) + 1);
+    }
+    return found;
+}
+
+bool useLanguage(const std::string& name)
+{
+    lng::useLanguageOfUser();
+    if (name == "en")
+        lng::language = lng::English;
+    else if (name == "ru")
+        lng::language = lng::Russian;
+    return name.empty() || name == "en" || name == "ru";
+}
+
+std::string refuse(const TextPair& text, const std::string& value)
+{
+    return Kes::StringHelper::format(lng::choose(text), value);
+}
+
+/// The options as GLib's parser fills them.
+class Options : public Glib::OptionGroup {
+public:
+    Options() : Glib::OptionGroup("program", "")
+    {
+        static constexpr TextPair file{"FILE", "ФАЙЛ"};
+        _add("language", {"Language of the program: en or ru", "Язык программы: en или ru"}, {"en|ru", "en|ru"},
+             language);
+        _add("run", {"Start the test once the window is open", "Начать проверку, когда окно открыто"}, run);
+        _addFile("save", {"Save the archive", "Сохранить архив"}, file, save);
+        _addFile("report", {"Write the report", "Записать протокол"}, file, report);
+        _addFile("screenshot", {"Write a picture (PNG) of the window", "Записать снимок окна (PNG)"}, file,
+                 screenshot);
+        _add("speed", {"Speed factor of the simulated bench", "Ускорение имитируемого стенда"}, {"N", "N"}, speed);
+        _add("quit", {"Close the program when all that is done", "Закрыть программу, когда всё сделано"}, quit);
+        _add("version", {"Tell the version", "Сообщить версию"}, version);
+        Glib::OptionEntry rest;
+        rest.set_long_name(G_OPTION_REMAINING);
+        rest.set_arg_description(lng::choose(file));
+        add_entry_filename(rest, files);
+    }
+
+    Glib::ustring language;
+    Glib::ustring speed;
+    std::string save;
+    std::string report;
+    std::string screenshot;
+    std::vector<std::string> files;
+    bool run = false;
+    bool quit = false;
+    bool version = false;
+
+private:
+    static Glib::OptionEntry _entry(const char* name, const TextPair& description, const char* argument)
+    {
+        Glib::OptionEntry entry;
+        entry.set_long_name(name);
+        entry.set_description(lng::choose(description));
+        if (argument)
+            entry.set_arg_description(argument);
+        return entry;
+    }
+    void _add(const char* name, const TextPair& description, bool& value)
+    {
+        add_entry(_entry(name, description, nullptr), value);
+    }
+    void _add(const char* name, const TextPair& description, const TextPair& argument, Glib::ustring& value)
+    {
+        add_entry(_entry(name, description, lng::choose(argument)), value);
+    }
+    void _addFile(const char* name, const TextPair& description, const TextPair& argument, std::string& value)
+    {
+        add_entry_filename(_entry(name, description, lng::choose(argument)), value);
+    }
+};
+
+std::variant<CommandLine, std::string> convert(const Options& options)
+{
+    CommandLine line;
+    if (options.files.size() > 1)
+        return refuse({"Only one file can be opened; \"%s\" is one too many.",
+                       "Можно открыть только один файл; \"%s\" - лишний."},
+                      options.files[1]);
+    if (!options.speed.empty()) {
+        const auto speed = Kes::NumberText::read(options.speed.raw());
+        if (!speed || !(*speed >= minimumSpeed && *speed <= maximumSpeed))
+            return refuse({"\"%s\" is no speed factor; it must lie between 0.001 and 100000.",
+                           "\"%s\" - не ускорение; допускается от 0.001 до 100000."},
+                          options.speed.raw());
+        line.speed = *speed;
+    }
+    line.file = options.files.empty() ? std::string() : absolute(options.files.front());
+    line.run = options.run;
+    line.save = absolute(options.save);
+    line.report = absolute(options.report);
+    line.screenshot = absolute(options.screenshot);
+    line.quit = options.quit;
+    line.version = options.version;
+    return line;
+}
+
+} // namespace
+
+bool CommandLine::isUnattended() const
+{
+    return run || quit || !save.empty() || !report.empty() || !screenshot.empty();
+}
+
+std::variant<CommandLine, std::string> CommandLine::parse(int argc, char** argv,
+                                                          const std::function<std::string()>& summary)
+{
+    // Texts go to the terminal in the user's encoding.
+    std::setlocale(LC_ALL, "");
+    const std::string language = findLanguage(argc, argv);
+    if (!useLanguage(language))
+        return refuse({"\"%s\" is no language of this program; there are en and ru.",
+                       "\"%s\" - не язык этой программы; есть en и ru."},
+                      language);
+    Options options;
+    Glib::OptionContext context;
+    context.set_summary(summary());
+    context.set_main_group(options);
+    try {
+        context.parse(argc, argv);
+    } catch (const Glib::Exception& error) {
+        return error.what().raw();
+    }
+    return convert(options);
+}
+
+} // namespace KesProgram

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesProgram/shell/CommandLine.h>
+#include <KesProgram/shell/UnattendedRun.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace KesProgram {
+
+class ProgramBasePresenter;
+class ProgramModel;
+
+/// What `main` of a program of the family does: command line, language, GTK, window, main loop, and an orderly end.
+///
+///     int main(int argc, char** argv)
+///     {
+///         return KesProgram::ProgramMain::run(argc, argv, summary, [](const KesProgram::CommandLine&) {
+///             KesProgram::ProgramMain::Parts parts;
+///             auto model = std::make_unique<MyModel>();
+///             parts.presenter = std::make_unique<MyPresenter>(*model);
+///             parts.model = std::move(model);
+///             return parts;
+///         });
+///     }
+class KES_EXPORT ProgramMain {
+public:
+    struct Parts {
+        std::unique_ptr<ProgramModel> model;
+        /// Destroyed before the model.
+        std::unique_ptr<ProgramBasePresenter> presenter;
+        /// For "--report"; see `UnattendedRun`. May be empty.
+        UnattendedRun::WriteReport writeReport;
+    };
+
+    /// Makes model and presenter; GTK has been initialised, nothing has been shown.
+    using Create = std::function<Parts(const CommandLine&)>;
+
+    /// Runs the program to its end and returns its exit status: that of an unattended run, else 0; 2 when it
+    /// could not start. `summary` is what the program does, in one line of the language of the process;
+    /// `version` that of its package.
+    ///
+    /// The signals SIGINT and SIGTERM ask the program to close, and stop an unattended run. An exception that
+    /// nothing has caught is shown to the user; a configuration file that cannot be written (`ConfigurationError`) as
+    /// well, and the program then closes without it.
+    static int run(int argc, char** argv, const std::function<std::string()>& summary, const std::string& version,
+                   const Create& create);
+};
+
+} // namespace KesProgram

@@ -1,0 +1,263 @@
+#include <KesProgram/shell/UnattendedRun.h>
+
+#include <KesCommon/FileStream.h>
+#include <KesCommon/FileSystem.h>
+#include <KesCommon/ObjectErrorHelper.h>
+#include <KesCommon/StringHelper.h>
+#include <KesCommonView/GtkWidgetHelper.h>
+#include <KesCommonView/UnattendedDialogs.h>
+#include <KesProgram/archive/ArchiveManager.h>
+#include <KesProgram/model/ProgramModel.h>
+#include <KesProgram/shell/ProgramBasePresenter.h>
+#include <KesProgram/shell/WindowPicture.h>
+#include <KesProgram/text/FileManagerLocalization.h>
+
+#include <glibmm/main.h>
+
+#include <cstdio>
+#include <iterator>
+
+namespace KesProgram {
+
+namespace {
+
+using Kes::StringHelper::format;
+
+/// After these frames a change made before has been laid out and drawn.
+constexpr int framesUntilDrawn = 3;
+/// A window that is not drawn at all must not hold up the run.
+constexpr unsigned longestWait = 2000;
+
+void tell(const std::string& text)
+{
+    std::fprintf(stderr, "%s\n", text.c_str());
+}
+
+std::string contentsOf(const std::string& path)
+{
+    auto stream = Kes::openInputFileUTF8Name(path, std::ios::in | std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+}
+
+/// Whoever asks for the end of the program without saving does not want to be kept from it.
+class QuittingDialogs : public Kes::UnattendedDialogs {
+public:
+    Kes::DialogResult showMessage(const Kes::MessageRequest& request) override
+    {
+        const auto answer = UnattendedDialogs::showMessage(request);
+        return request.buttons == Kes::DialogResult::YesNoCancel ? Kes::DialogResult::No : answer;
+    }
+};
+
+} // namespace
+
+UnattendedRun::UnattendedRun(const CommandLine& commandLine, ProgramModel& model, ProgramBasePresenter& presenter,
+                             WriteReport writeReport) :
+    _commandLine(commandLine),
+    _model(model),
+    _presenter(presenter),
+    _writeReport(std::move(writeReport)),
+    _userDialogs(Kes::DialogBackend::install(std::make_unique<Kes::UnattendedDialogs>()))
+{
+    _finishedConnection = model.signalFinished.connect([this](bool outputStarted) {
+        // After everything that the run has queued before, its messages above all.
+        _guard.safeBeginUpdateView([this, outputStarted] {
+            Glib::signal_idle().connect_once(
+                sigc::bind(sigc::mem_fun(*this, &UnattendedRun::_onFinished), outputStarted), Glib::PRIORITY_LOW);
+        });
+    });
+    _runningConnection =
+        model.signalRunningChanged.connect([this] { _guard.safeBeginUpdateView([this] { _stopWanted(); }); });
+}
+
+UnattendedRun::~UnattendedRun()
+{
+    if (!_isDone)
+        Kes::DialogBackend::install(std::move(_userDialogs));
+}
+
+void UnattendedRun::begin()
+{
+    _later(&UnattendedRun::_onWindowShown);
+}
+
+void UnattendedRun::_later(void (UnattendedRun::*step)())
+{
+    Glib::signal_idle().connect_once(sigc::mem_fun(*this, step), Glib::PRIORITY_LOW);
+}
+
+void UnattendedRun::_onWindowShown()
+{
+    if (!_openFile()) {
+        _addFileError();
+        _complete();
+    } else if (_commandLine.run && !_isTerminating) {
+        _startTest();
+    } else {
+        _status = _commandLine.run ? Stopped : Success;
+        _whenDrawn();
+    }
+}
+
+bool UnattendedRun::_openFile()
+{
+    auto* archive = _model.getArchiveManager();
+    if (!_commandLine.file.empty()) {
+        _presenter.openFile(_commandLine.file);
+        return archive && archive->getFileName() == _commandLine.file;
+    }
+    if (archive)
+        archive->create({});
+    return true;
+}
+
+void UnattendedRun::_startTest()
+{
+    _isTestUnderWay = true;
+    if (_model.startTest())
+        return;
+    _notStarted();
+}
+
+void UnattendedRun::_notStarted()
+{
+    static constexpr lng::TextPair text{"The test was not started.", "Проверка не начата."};
+    _isTestUnderWay = false;
+    _status = NotStarted;
+    // The reasons, which come first, may still be on their way.
+    Glib::signal_idle().connect_once(
+        [] { tell(lng::choose(text)); }, Glib::PRIORITY_LOW);
+    _later(&UnattendedRun::_complete);
+}
+
+void UnattendedRun::_onFinished(bool outputStarted)
+{
+    if (!_isTestUnderWay)
+        return;
+    if (!outputStarted && !_isTerminating) {
+        _notStarted();
+        return;
+    }
+    _isTestUnderWay = false;
+    switch (_model.getRunVerdict()) {
+    case RunVerdict::Passed: _status = Success; break;
+    case RunVerdict::Failed: _status = OutOfTolerance; break;
+    case RunVerdict::Stopped: _status = Stopped; break;
+    case RunVerdict::Fault:
+    // Its own failure has ended the test before it had a verdict.
+    case RunVerdict::None: _status = _isTerminating ? Stopped : Failure; break;
+    }
+    _whenDrawn();
+}
+
+void UnattendedRun::terminate()
+{
+    _isTerminating = true;
+    if (_isTestUnderWay) {
+        // A test that is just being started is stopped once it runs.
+        _stopWanted();
+        return;
+    }
+    if (_isDone)
+        _close();
+}
+
+void UnattendedRun::_stopWanted()
+{
+    if (_isTerminating && _isTestUnderWay)
+        _model.stopTest();
+}
+
+void UnattendedRun::_whenDrawn()
+{
+    auto* window = Kes::GtkWidgetHelper::getParentWindow(_presenter.getView());
+    const auto isStarted = std::make_shared<bool>(false);
+    const auto goOn = [this, isStarted] {
+        if (!std::exchange(*isStarted, true))
+            _later(&UnattendedRun::_writeFiles);
+    };
+    if (!window || _commandLine.screenshot.empty()) {
+        goOn();
+        return;
+    }
+    window->add_tick_callback([goOn, frames = 0](const Glib::RefPtr<Gdk::FrameClock>& clock) mutable {
+        if (++frames >= framesUntilDrawn) {
+            goOn();
+            return false;
+        }
+        clock->request_phase(Gdk::FRAME_CLOCK_PHASE_PAINT);
+        return true;
+    });
+    Glib::signal_timeout().connect_once(sigc::track_obj(goOn, *this), longestWait);
+}
+
+void UnattendedRun::_writeFiles()
+{
+    _write(_commandLine.save, [this] { return _save(); });
+    _write(_commandLine.report, [this] { return _report(); });
+    _write(_commandLine.screenshot, [this] { return _screenshot(); });
+    _complete();
+}
+
+void UnattendedRun::_write(const std::string& path, const std::function<Kes::Result()>& write)
+{
+    if (path.empty())
+        return;
+    const auto result = write();
+    if (result)
+        return;
+    tell(result.getError() ? Kes::ObjectErrorHelper::toDisplayString({result.getError()})
+                           : format(FileManagerLocalization::saveError(), path));
+    _addFileError();
+}
+
+Kes::Result UnattendedRun::_save()
+{
+    auto* archive = _model.getArchiveManager();
+    const std::string& path = _commandLine.save;
+    const auto failure = Kes::Result::failure(format(FileManagerLocalization::saveError(), path));
+    // Saving does not notice a full disk; the comparison with what is on it does.
+    return archive && archive->saveAs(path) && !archive->isFileChanged() ? Kes::Result(true) : failure;
+}
+
+Kes::Result UnattendedRun::_report()
+{
+    if (_writeReport)
+        return _writeReport(_commandLine.report);
+    const std::string made = _model.createReport();
+    const std::string contents = made.empty() ? std::string() : contentsOf(made);
+    if (contents.empty())
+        return Kes::Result::failure(FileManagerLocalization::fileCreateError());
+    return Kes::writeWholeFile(_commandLine.report, contents);
+}
+
+Kes::Result UnattendedRun::_screenshot()
+{
+    auto* window = Kes::GtkWidgetHelper::getParentWindow(_presenter.getView());
+    return window ? WindowPicture::save(*window, _commandLine.screenshot) : Kes::Result(false);
+}
+
+void UnattendedRun::_addFileError()
+{
+    if (_status == Success || _status == OutOfTolerance)
+        _status = Failure;
+}
+
+void UnattendedRun::_complete()
+{
+    if (_commandLine.quit || _isTerminating) {
+        _close();
+        return;
+    }
+    _isDone = true;
+    Kes::DialogBackend::install(std::move(_userDialogs));
+}
+
+void UnattendedRun::_close()
+{
+    if (!_isDone)
+        Kes::DialogBackend::install(std::make_unique<QuittingDialogs>());
+    _presenter.requestClose();
+}
+
+} // namespace KesProgram

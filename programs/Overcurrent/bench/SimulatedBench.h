@@ -1,0 +1,26 @@
+#pragma once
+
+#include <Overcurrent/data/RelaySettings.h>
+
+#include <KesDevice/HardwareManager.h>
+
+#include <atomic>
+
+namespace Overcurrent {
+
+/// What stands on the bench when the devices of a configuration are simulated ones: a relay, set as the test
+/// object says, is wired to each of them. Real devices are left alone. Any thread.
+class SimulatedBench {
+public:
+    /// Device seconds per real second; above zero.
+    void setSpeed(double factor) { _speed = factor; }
+
+    /// Wires a relay at rest to every simulated device of the configuration and sets their speed. Not while
+    /// their outputs run.
+    void wire(const KesDevice::HardwareManager& hardware, const RelaySettings& settings) const;
+
+private:
+    std::atomic<double> _speed{1.0};
+};
+
+} // namespace Overcurrent

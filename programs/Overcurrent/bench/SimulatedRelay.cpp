@@ -1,0 +1,138 @@
+#include <Overcurrent/bench/SimulatedRelay.h>
+
+#include <Overcurrent/data/OperateCurve.h>
+#include <Overcurrent/run/TestRun.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+namespace Overcurrent {
+
+namespace {
+
+using KesDriver::DeviceTime;
+
+constexpr std::mt19937::result_type seed = 20240229;
+
+constexpr double dropOffRatio = 0.955;
+
+/// Contact times in milliseconds; each varies by up to the jitter.
+constexpr double closeTime = 9.0;
+constexpr double openTime = 14.0;
+constexpr double jitter = 1.5;
+
+DeviceTime toDeviceTime(double seconds)
+{
+    return DeviceTime(std::llround(seconds * 1e6));
+}
+
+} // namespace
+
+void SimulatedRelay::Contact::move(bool closed, Time at)
+{
+    changeAt = isClosed == closed ? Moment() : Moment(at);
+}
+
+SimulatedRelay::SimulatedRelay(const RelaySettings& settings) : _settings(settings)
+{
+    reset(Time(0));
+}
+
+void SimulatedRelay::reset(Time time)
+{
+    _random.seed(seed);
+    _currentError = _draw(0.003, 0.007);
+    _timeError = _draw(0.006, 0.014);
+    _time = time;
+    _multiple = 0.0;
+    _isPickedUp = false;
+    _travelled = 0.0;
+    _start = {};
+    _trip = {};
+}
+
+void SimulatedRelay::applyOutputs(const KesDriver::OutputState& outputs, Time time)
+{
+    _advance(time);
+    _multiple = outputs.currents[0].magnitude / (_settings.settingCurrent * (1.0 + _currentError));
+    if (!_isPickedUp && _multiple > 1.0)
+        _pickUp();
+    else if (_isPickedUp && _multiple < dropOffRatio)
+        _dropOff();
+    _predictTrip();
+}
+
+void SimulatedRelay::_advance(Time time)
+{
+    const auto full = OperateCurve::operateTime(_settings, _multiple);
+    if (_isPickedUp && full)
+        _travelled += std::chrono::duration<double>(time - _time).count() / (*full * (1.0 + _timeError));
+    _time = time;
+}
+
+void SimulatedRelay::_pickUp()
+{
+    _isPickedUp = true;
+    _travelled = 0.0;
+    _start.move(true, _time + _delay(closeTime));
+    _tripDelay = _delay(closeTime);
+}
+
+void SimulatedRelay::_dropOff()
+{
+    _isPickedUp = false;
+    _travelled = 0.0;
+    _start.move(false, _time + _delay(openTime));
+    _trip.move(false, _time + _delay(openTime));
+}
+
+void SimulatedRelay::_predictTrip()
+{
+    // Once the measuring element has operated, its contact is on its way whatever the current does above drop-off.
+    if (!_isPickedUp || _trip.isClosed || (_trip.changeAt && _travelled >= 1.0))
+        return;
+    const auto full = OperateCurve::operateTime(_settings, _multiple);
+    if (!full) {
+        _trip.changeAt.reset();
+        return;
+    }
+    const double remaining = std::max(0.0, 1.0 - _travelled) * *full * (1.0 + _timeError);
+    _trip.move(true, _time + toDeviceTime(remaining) + _tripDelay);
+}
+
+std::optional<KesDriver::InputEvent> SimulatedRelay::getNextChange() const
+{
+    const auto change = [](unsigned input, const Contact& contact) {
+        return KesDriver::InputEvent{input, !contact.isClosed, *contact.changeAt};
+    };
+    if (_start.changeAt && (!_trip.changeAt || *_start.changeAt <= *_trip.changeAt))
+        return change(TestRun::startInput, _start);
+    if (_trip.changeAt)
+        return change(TestRun::tripInput, _trip);
+    return std::nullopt;
+}
+
+void SimulatedRelay::acceptChange()
+{
+    const auto next = getNextChange();
+    if (!next)
+        return;
+    auto& contact = next->input == TestRun::startInput ? _start : _trip;
+    contact.isClosed = next->isClosed;
+    contact.changeAt.reset();
+}
+
+double SimulatedRelay::_draw(double least, double most)
+{
+    // Not the standard distributions: their results are not the same with every library.
+    const double share = static_cast<double>(_random()) / static_cast<double>(std::mt19937::max());
+    return least + share * (most - least);
+}
+
+SimulatedRelay::Time SimulatedRelay::_delay(double milliseconds)
+{
+    return toDeviceTime((milliseconds + _draw(-jitter, jitter)) / 1000.0);
+}
+
+} // namespace Overcurrent

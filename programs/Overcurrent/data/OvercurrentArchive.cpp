@@ -1,0 +1,171 @@
+#include <Overcurrent/data/OvercurrentArchive.h>
+
+#include <Overcurrent/data/PlanXml.h>
+#include <Overcurrent/data/ResultsXml.h>
+#include <Overcurrent/data/XmlAttributes.h>
+
+#include <KesProgram/archive/ArchiveHelper.h>
+
+#include <libxml++/libxml++.h>
+
+#include <iterator>
+#include <sstream>
+
+namespace Overcurrent {
+
+namespace {
+
+namespace ArchiveHelper = KesProgram::ArchiveHelper;
+
+constexpr const char* program = "kes-overcurrent";
+constexpr const char* form = "2";
+
+constexpr const char* infoName = "info.xml";
+constexpr const char* settingsName = "settings.xml";
+constexpr const char* planName = "plan.xml";
+// The entries lie in the order of their names: the results, which grow, come last, so that a file that was cut
+// short still has its settings.
+constexpr const char* resultsName = "test-results.xml";
+
+std::string writeInfo(const std::optional<TestResults>& results)
+{
+    return writeXml("info", [&](xmlpp::Element& root) {
+        setAttribute(root, "program", std::string(program));
+        setAttribute(root, "format", std::string(form));
+        if (!results)
+            return;
+        auto& test = *root.add_child("test");
+        setAttribute(test, "simulated", std::string(results->isSimulated ? "true" : "false"));
+        setAttribute(test, "device", results->device);
+        setAttribute(test, "startedAt", results->startedAt);
+    });
+}
+
+bool readTestInfo(const xmlpp::Element& root, std::optional<TestResults>& results)
+{
+    const auto* test = dynamic_cast<const xmlpp::Element*>(root.get_first_child("test"));
+    if (!test || !results)
+        return !test && !results;
+    XmlAttributes attributes(*test);
+    results->isSimulated = attributes.boolean("simulated");
+    results->device = attributes.text("device");
+    results->startedAt = attributes.text("startedAt");
+    return attributes.isGood();
+}
+
+bool readInfo(const std::string& text, std::optional<TestResults>& results)
+{
+    return readXml(text, "info", [&](const xmlpp::Element& root) {
+        XmlAttributes attributes(root);
+        return attributes.text("program") == program && attributes.text("format") == form &&
+               readTestInfo(root, results);
+    });
+}
+
+bool readPlan(const std::string& text, TestPlan& plan)
+{
+    return readXml(text, "plan", [&](const xmlpp::Element& root) {
+        const auto read = PlanXml::read(root);
+        plan = read.value_or(TestPlan());
+        return read.has_value();
+    });
+}
+
+bool readResults(const std::string& text, std::optional<TestResults>& results)
+{
+    return readXml(text, "results", [&](const xmlpp::Element& root) {
+        const bool isEmpty = root.get_children().empty() && root.get_attributes().empty();
+        if (!isEmpty)
+            results = ResultsXml::read(root);
+        return isEmpty || results;
+    });
+}
+
+/// The text of an entry; nothing when it is missing.
+std::optional<std::string> entryText(const ArchiveHelper::DataMap& data, const char* name)
+{
+    const auto found = data.find(name);
+    if (found == data.end())
+        return std::nullopt;
+    return std::string(std::istreambuf_iterator<char>(*found->second), std::istreambuf_iterator<char>());
+}
+
+void replaceAll(std::string& text, const std::string& what, const std::string& with)
+{
+    for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size()))
+        text.replace(at, what.size(), with);
+}
+
+std::optional<OvercurrentArchive> convertOutdated(std::istream& stream)
+{
+    ArchiveHelper::DataMap data;
+    if (!ArchiveHelper::unpackStreamToData(stream, data, ArchiveHelper::OUTDATED_PREFIX))
+        return std::nullopt;
+    auto settings = entryText(data, settingsName);
+    if (!settings)
+        return std::nullopt;
+    replaceAll(*settings, "id=\"pickupCurrent\"", "id=\"settingCurrent\"");
+    OvercurrentArchive archive;
+    archive.settings = *settings;
+    readPlan(entryText(data, planName).value_or(""), archive.plan);
+    return archive;
+}
+
+} // namespace
+
+std::unique_ptr<std::istream> OvercurrentArchive::pack() const
+{
+    ArchiveHelper::DataMap data;
+    const auto add = [&](const char* name, std::string text) {
+        data[name] = std::make_unique<std::stringstream>(std::move(text));
+    };
+    add(infoName, writeInfo(results));
+    add(settingsName, settings);
+    add(planName, writeXml("plan", [&](xmlpp::Element& root) { PlanXml::write(root, plan); }));
+    add(resultsName, writeXml("results", [&](xmlpp::Element& root) {
+            if (results)
+                ResultsXml::write(root, *results);
+        }));
+    auto stream = std::make_unique<std::stringstream>();
+    ArchiveHelper::packDataToStream(*stream, data, ArchiveHelper::PREFIX);
+    return stream;
+}
+
+std::optional<OvercurrentArchive> OvercurrentArchive::read(std::istream& stream)
+{
+    ArchiveHelper::DataMap data;
+    if (!ArchiveHelper::unpackStreamToData(stream, data, ArchiveHelper::PREFIX))
+        return std::nullopt;
+    const auto info = entryText(data, infoName);
+    const auto settings = entryText(data, settingsName);
+    const auto plan = entryText(data, planName);
+    const auto results = entryText(data, resultsName);
+    if (!info || !settings || !plan || !results)
+        return std::nullopt;
+    OvercurrentArchive archive;
+    archive.settings = *settings;
+    if (!readPlan(*plan, archive.plan) || !readResults(*results, archive.results) ||
+        !readInfo(*info, archive.results))
+        return std::nullopt;
+    return archive;
+}
+
+std::optional<OvercurrentArchive> OvercurrentArchive::repair(std::istream& stream)
+{
+    ArchiveHelper::DataMap data;
+    if (!ArchiveHelper::unpackStreamToData(stream, data, ArchiveHelper::PREFIX))
+        return convertOutdated(stream);
+    const auto settings = entryText(data, settingsName);
+    if (!settings)
+        return std::nullopt;
+    OvercurrentArchive archive;
+    archive.settings = *settings;
+    readPlan(entryText(data, planName).value_or(""), archive.plan);
+    // Results without their circumstances could pass for those of a real device.
+    if (!readResults(entryText(data, resultsName).value_or(""), archive.results) ||
+        !readInfo(entryText(data, infoName).value_or(""), archive.results))
+        archive.results.reset();
+    return archive;
+}
+
+} // namespace Overcurrent

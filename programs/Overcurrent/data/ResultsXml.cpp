@@ -1,0 +1,135 @@
+#include <Overcurrent/data/ResultsXml.h>
+
+#include <Overcurrent/data/PlanXml.h>
+#include <Overcurrent/data/XmlAttributes.h>
+
+#include <libxml++/libxml++.h>
+
+#include <algorithm>
+#include <chrono>
+
+namespace Overcurrent::ResultsXml {
+
+namespace {
+
+constexpr std::pair<const char*, MeasureState> states[] = {{"noOperation", MeasureState::NoOperation},
+                                                           {"measured", MeasureState::Measured},
+                                                           {"contactEarly", MeasureState::ContactEarly}};
+
+constexpr std::pair<const char*, RunEnd> ends[] = {{"stopped", RunEnd::Stopped},
+                                                   {"complete", RunEnd::Complete},
+                                                   {"fault", RunEnd::Fault}};
+
+void writePoint(xmlpp::Element& parent, const PointResult& point)
+{
+    auto& element = *parent.add_child("point");
+    setAttribute(element, "multiple", point.multiple);
+    setAttribute(element, "state", wordOf(point.state, states));
+    if (point.state == MeasureState::Measured)
+        setAttribute(element, "microseconds", std::to_string(point.time.count()));
+}
+
+void writeRamp(xmlpp::Element& parent, const char* name, const std::optional<RampResult>& ramp)
+{
+    if (!ramp)
+        return;
+    auto& element = *parent.add_child(name);
+    setAttribute(element, "state", wordOf(ramp->state, states));
+    if (ramp->state == MeasureState::Measured)
+        setAttribute(element, "multiple", ramp->multiple);
+}
+
+bool readPoint(const xmlpp::Element& element, const TestPlan& plan, PointResult& point)
+{
+    XmlAttributes attributes(element);
+    point.multiple = attributes.number("multiple");
+    point.state = attributes.choice("state", states);
+    if (!attributes.isGood() || point.state != MeasureState::Measured)
+        return attributes.isGood();
+    point.time = KesDriver::DeviceTime(attributes.integer("microseconds"));
+    // A device may see the contact a moment after it has ended the step.
+    const std::chrono::duration<double> latest(plan.timeout + 1.0);
+    return attributes.isGood() && point.time.count() >= 0 && point.time <= latest;
+}
+
+bool readRamp(const xmlpp::Element& parent, const char* name, const Ramp& plan, std::optional<RampResult>& ramp)
+{
+    const auto found = parent.get_children(name);
+    if (found.empty())
+        return true;
+    const auto* element = dynamic_cast<const xmlpp::Element*>(found.front());
+    if (!element || found.size() > 1)
+        return false;
+    XmlAttributes attributes(*element);
+    RampResult result;
+    result.state = attributes.choice("state", states);
+    if (result.state == MeasureState::Measured)
+        result.multiple = attributes.number("multiple");
+    ramp = result;
+    const auto [least, most] = std::minmax(plan.from, plan.to);
+    return attributes.isGood() && (result.state != MeasureState::Measured ||
+                                   (result.multiple >= least - plan.step && result.multiple <= most + plan.step));
+}
+
+template <typename Read>
+auto readChild(const xmlpp::Element& parent, const char* name, Read read) -> decltype(read(parent))
+{
+    const auto* element = dynamic_cast<const xmlpp::Element*>(parent.get_first_child(name));
+    return element ? read(*element) : std::nullopt;
+}
+
+/// The points of a test are the first ones of its plan.
+bool readPoints(const xmlpp::Element& parent, TestResults& results)
+{
+    for (const auto* child : parent.get_children("point")) {
+        const auto* element = dynamic_cast<const xmlpp::Element*>(child);
+        const std::size_t index = results.points.size();
+        PointResult point;
+        if (!element || index >= results.plan.multiples.size() || !readPoint(*element, results.plan, point) ||
+            point.multiple != results.plan.multiples[index])
+            return false;
+        results.points.push_back(point);
+    }
+    return true;
+}
+
+bool isConsistent(const TestResults& results)
+{
+    const bool allPoints = results.points.size() == results.plan.multiples.size();
+    if ((results.pickUp && !allPoints) || (results.dropOff && !results.pickUp))
+        return false;
+    return results.end != RunEnd::Complete || (allPoints && results.dropOff);
+}
+
+} // namespace
+
+void write(xmlpp::Element& element, const TestResults& results)
+{
+    setAttribute(element, "end", wordOf(results.end == RunEnd::Running ? RunEnd::Stopped : results.end, ends));
+    PlanXml::write(*element.add_child("settings"), results.settings);
+    PlanXml::write(*element.add_child("plan"), results.plan);
+    for (const auto& point : results.points)
+        writePoint(element, point);
+    writeRamp(element, "pickUp", results.pickUp);
+    writeRamp(element, "dropOff", results.dropOff);
+}
+
+std::optional<TestResults> read(const xmlpp::Element& element)
+{
+    const auto settings = readChild(element, "settings", PlanXml::readSettings);
+    const auto plan =
+        readChild(element, "plan", [](const xmlpp::Element& child) { return PlanXml::read(child); });
+    if (!settings || !plan || !plan->check(*settings))
+        return std::nullopt;
+    XmlAttributes attributes(element);
+    TestResults results;
+    results.settings = *settings;
+    results.plan = *plan;
+    results.end = attributes.choice("end", ends);
+    const bool isRead = attributes.isGood() && readPoints(element, results) &&
+                        readRamp(element, "pickUp", plan->pickUp, results.pickUp) &&
+                        readRamp(element, "dropOff", plan->dropOff, results.dropOff);
+    return isRead && isConsistent(results) ? std::optional(results) : std::nullopt;
+}
+
+} // namespace Overcurrent::ResultsXml

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <Overcurrent/data/TestResults.h>
+
+#include <optional>
+
+namespace xmlpp {
+class Element;
+}
+
+/// The measured values as an XML element, with the settings and the plan that they belong to; without the
+/// circumstances of the test (device, beginning). What has been read is complete and makes sense. Any thread.
+namespace Overcurrent::ResultsXml {
+
+/// A test that is still under way is written as one that was stopped: that is what it would be for a reader.
+void write(xmlpp::Element& element, const TestResults& results);
+std::optional<TestResults> read(const xmlpp::Element& element);
+
+} // namespace Overcurrent::ResultsXml

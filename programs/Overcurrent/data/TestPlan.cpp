@@ -1,0 +1,140 @@
+#include <Overcurrent/data/TestPlan.h>
+
+#include <Overcurrent/data/OperateCurve.h>
+#include <Overcurrent/text/OvercurrentText.h>
+#include <Overcurrent/text/ScreenNumber.h>
+
+#include <KesCommon/StringHelper.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Overcurrent {
+
+namespace {
+
+using Kes::Result;
+using Kes::StringHelper::format;
+using ScreenNumber::shortest;
+
+template <typename... Args>
+Result refuse(const char* key, const Args&... args)
+{
+    return Result::failure(format(lng::Overcurrent::get(key), args...));
+}
+
+/// Written so that what is not a number is outside.
+bool isWithin(double value, double minimum, double maximum)
+{
+    return value >= minimum && value <= maximum;
+}
+
+Result checkRange(const char* nameKey, double value, double minimum, double maximum)
+{
+    if (isWithin(value, minimum, maximum))
+        return true;
+    const std::string name = lng::Overcurrent::get(nameKey);
+    return refuse("Plan.range", name, shortest(value), shortest(minimum), shortest(maximum));
+}
+
+Result checkMultiples(const std::vector<double>& multiples)
+{
+    if (multiples.empty())
+        return refuse("Plan.noPoints");
+    if (multiples.size() > TestPlan::maximumPoints)
+        return refuse("Plan.tooManyPoints", multiples.size(), TestPlan::maximumPoints);
+    for (const double multiple : multiples) {
+        if (!(multiple > 1.0))
+            return refuse("Plan.belowSetting", shortest(multiple));
+        if (!isWithin(multiple, 1.0, TestPlan::maximumMultiple))
+            return refuse("Plan.aboveMaximum", shortest(multiple), shortest(TestPlan::maximumMultiple));
+    }
+    return true;
+}
+
+Result checkRamp(const char* nameKey, const Ramp& ramp, bool isRising)
+{
+    const std::string name = lng::Overcurrent::get(nameKey);
+    if (!isWithin(ramp.from, 0.0, TestPlan::maximumMultiple) || !isWithin(ramp.to, 0.0, TestPlan::maximumMultiple))
+        return refuse("Plan.rampRange", name, shortest(TestPlan::maximumMultiple));
+    if (isRising ? !(ramp.from < 1.0 && ramp.to > 1.0) : !(ramp.from > 1.0 && ramp.to < 1.0))
+        return refuse(isRising ? "Plan.rampUp" : "Plan.rampDown", name, shortest(ramp.from), shortest(ramp.to));
+    if (!(ramp.step > 0.0))
+        return refuse("Plan.rampStep", name, shortest(ramp.step));
+    if (!(ramp.countSteps() <= static_cast<double>(TestPlan::maximumRampSteps)))
+        return refuse("Plan.rampTooLong", name, TestPlan::maximumRampSteps);
+    if (!isWithin(ramp.dwell, 0.02, 10.0))
+        return refuse("Plan.rampDwell", name, shortest(ramp.dwell), shortest(0.02), shortest(10.0));
+    return true;
+}
+
+double largestMultiple(const TestPlan& plan)
+{
+    return std::max({*std::max_element(plan.multiples.begin(), plan.multiples.end()), plan.pickUp.to,
+                     plan.dropOff.from});
+}
+
+} // namespace
+
+double Ramp::countSteps() const
+{
+    // A share of a step more than a whole number comes from rounding, not from the user.
+    return std::ceil(std::fabs(to - from) / step - 1e-6) + 1.0;
+}
+
+std::vector<double> Ramp::getMultiples() const
+{
+    const auto count = static_cast<std::size_t>(countSteps());
+    const double direction = to < from ? -step : step;
+    std::vector<double> multiples;
+    for (std::size_t i = 0; i + 1 < count; ++i)
+        multiples.push_back(from + direction * static_cast<double>(i));
+    multiples.push_back(to);
+    return multiples;
+}
+
+Result TestPlan::check() const
+{
+    if (auto result = checkMultiples(multiples); !result)
+        return result;
+    if (auto result = checkRange("Plan.timeout", timeout, 0.1, 3600.0); !result)
+        return result;
+    if (auto result = checkRange("Plan.pause", pause, 0.05, 600.0); !result)
+        return result;
+    if (auto result = checkRamp("Plan.pickUp", pickUp, true); !result)
+        return result;
+    if (auto result = checkRamp("Plan.dropOff", dropOff, false); !result)
+        return result;
+    if (auto result = checkRange("Plan.pickUpTolerance", pickUpTolerancePercent, 0.1, 100.0); !result)
+        return result;
+    return checkRange("Plan.minimumRatio", minimumRatio, 0.01, 1.0);
+}
+
+Result TestPlan::check(const RelaySettings& settings) const
+{
+    if (auto result = check(); !result)
+        return result;
+    for (const double multiple : multiples) {
+        const auto expected = OperateCurve::operateTime(settings, multiple);
+        if (!expected)
+            return refuse("Plan.belowSetting", shortest(multiple));
+        const double latest = *expected + OperateCurve::tolerance(settings, *expected);
+        if (latest > timeout)
+            return refuse("Plan.timeoutTooShort", shortest(timeout), shortest(multiple),
+                          ScreenNumber::fixed(latest, 2));
+    }
+    return true;
+}
+
+Result TestPlan::check(const RelaySettings& settings, const KesDriver::OutputLimits& limits) const
+{
+    if (auto result = check(settings); !result)
+        return result;
+    const double largest = largestMultiple(*this);
+    if (largest * settings.settingCurrent <= limits.maximumAmperes)
+        return true;
+    return refuse("Plan.aboveOutput", shortest(largest), shortest(largest * settings.settingCurrent),
+                  shortest(limits.maximumAmperes));
+}
+
+} // namespace Overcurrent

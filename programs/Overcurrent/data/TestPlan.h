@@ -1,0 +1,59 @@
+#pragma once
+
+#include <Overcurrent/data/RelaySettings.h>
+
+#include <KesCommon/Result.h>
+#include <KesDriver/Outputs.h>
+
+#include <cstddef>
+#include <vector>
+
+namespace Overcurrent {
+
+/// A current that goes from one multiple of Is to another in equal steps, each of which stands for a time.
+struct Ramp {
+    double from = 0.0;
+    double to = 0.0;
+    /// A multiple of Is, above zero, whatever the direction.
+    double step = 0.01;
+    /// In seconds.
+    double dwell = 0.2;
+
+    /// The multiples in order, both ends included; the last step may be shorter. Only for a valid ramp.
+    std::vector<double> getMultiples() const;
+    /// What `getMultiples` would give; not finite or huge for a ramp without sense.
+    double countSteps() const;
+
+    bool operator==(const Ramp&) const = default;
+};
+
+/// What a test does: the currents to try and how long to wait. A value; the defaults are those of a new archive.
+struct TestPlan {
+    static constexpr std::size_t maximumPoints = 100;
+    static constexpr double maximumMultiple = 100.0;
+    static constexpr std::size_t maximumRampSteps = 2000;
+
+    /// The multiples of Is, in the order of the test.
+    std::vector<double> multiples{1.5, 2, 3, 5, 7, 10, 15, 20};
+    /// How long to wait for the trip contact, in seconds.
+    double timeout = 60.0;
+    /// Before each point and each ramp: no current, so that the relay resets, in seconds.
+    double pause = 0.5;
+    Ramp pickUp{0.9, 1.2, 0.01, 0.2};
+    Ramp dropOff{1.2, 0.8, 0.01, 0.2};
+    /// How far the pick-up value may lie from Is.
+    double pickUpTolerancePercent = 5.0;
+    /// The least ratio of the drop-off value to the pick-up value.
+    double minimumRatio = 0.9;
+
+    /// Whether the values make sense; the failure says which one does not, and why. Any thread.
+    Kes::Result check() const;
+    /// Whether a relay with these settings can be tested with the plan on a device with these limits, beyond
+    /// `check`. Any thread.
+    Kes::Result check(const RelaySettings& settings) const;
+    Kes::Result check(const RelaySettings& settings, const KesDriver::OutputLimits& limits) const;
+
+    bool operator==(const TestPlan&) const = default;
+};
+
+} // namespace Overcurrent

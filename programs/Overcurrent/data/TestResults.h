@@ -1,0 +1,66 @@
+#pragma once
+
+#include <Overcurrent/data/RelaySettings.h>
+#include <Overcurrent/data/TestPlan.h>
+
+#include <KesDriver/Outputs.h>
+#include <KesProgram/model/RunVerdict.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Overcurrent {
+
+/// How one measurement ended.
+enum class MeasureState {
+    /// The contact did what was waited for.
+    Measured,
+    /// It did not, within the time-out or the ramp.
+    NoOperation,
+    /// It had done so before the current was there: the wiring or the relay is not as it should be.
+    ContactEarly
+};
+
+/// The measured operate time at one multiple of Is.
+struct PointResult {
+    double multiple = 0.0;
+    MeasureState state = MeasureState::Measured;
+    /// On the device's clock, from the beginning of the current to the closing of the trip contact; only
+    /// when measured.
+    KesDriver::DeviceTime time{0};
+
+    bool operator==(const PointResult&) const = default;
+};
+
+/// The current at which the start contact closed or opened on a ramp.
+struct RampResult {
+    MeasureState state = MeasureState::Measured;
+    /// Only when measured.
+    double multiple = 0.0;
+
+    bool operator==(const RampResult&) const = default;
+};
+
+/// How far a test has come.
+enum class RunEnd { Running, Complete, Stopped, Fault };
+
+/// What a test has measured, with the settings and the plan that it was made with: they may be edited afterwards.
+/// A value. Everything that can be calculated from the measured values is in `Evaluation`.
+struct TestResults {
+    RelaySettings settings;
+    TestPlan plan;
+    std::vector<PointResult> points;
+    std::optional<RampResult> pickUp;
+    std::optional<RampResult> dropOff;
+    RunEnd end = RunEnd::Running;
+    /// The device of the test, as it calls itself, and whether it exists in this process only.
+    std::string device;
+    bool isSimulated = false;
+    /// When the test began, as "2024-03-01 14:05:09" in local time; empty when it is not known.
+    std::string startedAt;
+
+    bool operator==(const TestResults&) const = default;
+};
+
+} // namespace Overcurrent

@@ -1,0 +1,171 @@
+#include <Overcurrent/model/OvercurrentModel.h>
+
+#include <Overcurrent/data/Outcome.h>
+#include <Overcurrent/data/OvercurrentArchive.h>
+#include <Overcurrent/report/ReportFile.h>
+#include <Overcurrent/text/OvercurrentText.h>
+
+#include <KesCommon/Directories.h>
+#include <KesProgram/archive/ArchiveManager.h>
+
+namespace Overcurrent {
+
+namespace {
+
+using KesProgram::RunVerdict;
+namespace Nodes = KesTree::RelayNodes;
+
+std::string outcomeText(const TestResults& results)
+{
+    std::string text = Outcome::create(&results).text;
+    if (results.isSimulated)
+        text += std::string(" - ") + lng::Overcurrent::get("Simulated.title");
+    return text;
+}
+
+} // namespace
+
+OvercurrentModel::OvercurrentModel() : _testObject(Nodes::overcurrentStage())
+{
+    // A one-ampere relay: a device can put out twenty times its setting.
+    const RelaySettings settings;
+    (void)_testObject->find(Nodes::SettingCurrent)->setValue(settings.settingCurrent);
+    (void)_testObject->find(Nodes::NominalCurrent)->setValue(settings.nominalCurrent);
+    _defaultSettings = _testObject->serialize();
+    _testObject->signalChanged.connect([this](KesTree::Node&) { signalPlanChanged.emit(); });
+    _setCanProgramStart(true);
+}
+
+OvercurrentModel::~OvercurrentModel() = default;
+
+Kes::Result OvercurrentModel::setPlan(const TestPlan& plan)
+{
+    if (auto result = plan.check(); !result)
+        return result;
+    if (_plan != plan) {
+        _plan = plan;
+        signalPlanChanged.emit();
+    }
+    return true;
+}
+
+std::optional<TestResults> OvercurrentModel::getResults() const
+{
+    std::lock_guard lock(_resultsMutex);
+    return _results;
+}
+
+bool OvercurrentModel::isResultStale() const
+{
+    const auto results = getResults();
+    return results && (results->plan != _plan || results->settings != getSettings());
+}
+
+void OvercurrentModel::announceOutcome()
+{
+    if (isRunning())
+        return;
+    const auto results = getResults();
+    _setState(results ? outcomeText(*results) : std::string());
+}
+
+Kes::Result OvercurrentModel::writeReport(const std::string& path)
+{
+    const ReportFile file(_getProgrammCacheDirectory());
+    const auto results = getResults();
+    return results ? file.write(path, results->settings, results->plan, &*results)
+                   : file.write(path, getSettings(), _plan, nullptr);
+}
+
+std::string OvercurrentModel::getProgramName()
+{
+    return "Overcurrent";
+}
+
+std::string OvercurrentModel::getExtension()
+{
+    return "kovc";
+}
+
+KesTree::Node* OvercurrentModel::getTestObject()
+{
+    return _testObject.get();
+}
+
+RunVerdict OvercurrentModel::getRunVerdict()
+{
+    return _verdict;
+}
+
+std::string OvercurrentModel::createReport()
+{
+    const std::string path = Kes::getKesCrossDocDir() + "report.html";
+    return writeReport(path) ? path : std::string();
+}
+
+void OvercurrentModel::newData(const std::string&)
+{
+    _abandonRun();
+    (void)_testObject->deserialize(_defaultSettings);
+    _replaceData(TestPlan(), std::nullopt);
+}
+
+std::unique_ptr<std::istream> OvercurrentModel::getDataStream()
+{
+    return OvercurrentArchive{_testObject->serialize(), _plan, getResults()}.pack();
+}
+
+bool OvercurrentModel::setDataStream(std::istream& stream, bool flag)
+{
+    if (flag)
+        return setRepairDataStream(stream);
+    const auto archive = OvercurrentArchive::read(stream);
+    return archive && _load(*archive, true);
+}
+
+bool OvercurrentModel::setRepairDataStream(std::istream& stream)
+{
+    const auto archive = OvercurrentArchive::repair(stream);
+    if (!archive)
+        return false;
+    // What the file does not hold becomes the default, not what the last file held.
+    (void)_testObject->deserialize(_defaultSettings);
+    return _load(*archive, false);
+}
+
+bool OvercurrentModel::_load(const OvercurrentArchive& archive, bool complete)
+{
+    if (!_testObject->deserialize(archive.settings, complete))
+        return false;
+    _abandonRun();
+    _replaceData(archive.plan, archive.results);
+    return true;
+}
+
+void OvercurrentModel::_abandonRun()
+{
+    {
+        std::lock_guard lock(_resultsMutex);
+        _isRunKept = false;
+    }
+    if (isRunning()) {
+        stopTest();
+        signalMessage.emit(lng::Overcurrent::get("Run.archiveReplaced"));
+    }
+}
+
+void OvercurrentModel::_replaceData(const TestPlan& plan, std::optional<TestResults> results)
+{
+    _plan = plan;
+    _planError.clear();
+    {
+        std::lock_guard lock(_resultsMutex);
+        _results = std::move(results);
+    }
+    _progress = 0.0;
+    signalPlanChanged.emit();
+    signalResultsChanged.emit();
+    announceOutcome();
+}
+
+} // namespace Overcurrent

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <Overcurrent/bench/SimulatedBench.h>
+#include <Overcurrent/data/TestPlan.h>
+#include <Overcurrent/data/TestResults.h>
+#include <Overcurrent/run/RunControl.h>
+#include <Overcurrent/run/TestRun.h>
+
+#include <KesCommon/Signal.h>
+#include <KesProgram/model/ProgramModel.h>
+#include <KesTree/Node.h>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace Overcurrent {
+
+struct OvercurrentArchive;
+
+/// The model of the program: the test object, the plan, the run and its results, and the archive that keeps them.
+///
+/// GUI thread, except as noted; the run happens on the start thread with copies of the settings and the plan.
+class OvercurrentModel : public KesProgram::ProgramModel, private ITestRunListener {
+public:
+    /// The results, or whether there are any, have changed. On the thread that changed them.
+    Kes::Signal<void()> signalResultsChanged;
+    /// The share of the run that is over has changed. Start thread.
+    Kes::Signal<void()> signalProgressChanged;
+    /// The plan or a setting of the test object has changed. GUI thread.
+    sigc::signal<void()> signalPlanChanged;
+
+    OvercurrentModel();
+    ~OvercurrentModel() override;
+
+    /// The simulated bench's speed factor.
+    void setSpeed(double factor) { _bench.setSpeed(factor); }
+
+    RelaySettings getSettings() const { return RelaySettings::fromNode(*_testObject); }
+    const TestPlan& getPlan() const { return _plan; }
+    /// Refuses a plan without sense, with the reason; the old one stays.
+    Kes::Result setPlan(const TestPlan& plan);
+    /// Why what the user is writing is no plan; while it is not empty, no test starts.
+    void setPlanError(const std::string& text) { _planError = text; }
+    const std::string& getPlanError() const { return _planError; }
+
+    /// A copy; nothing before the first test. Any thread.
+    std::optional<TestResults> getResults() const;
+    /// From 0 to 1. Any thread.
+    double getProgress() const { return _progress; }
+    /// Whether the results were measured with other settings or another plan than the present ones.
+    bool isResultStale() const;
+
+    /// Puts how the last test ended into the state text, with a warning when its device was simulated.
+    void announceOutcome();
+
+    /// Writes the report of the present data; the file appears whole or not at all.
+    Kes::Result writeReport(const std::string& path);
+
+    std::string getProgramName() override;
+    void newData(const std::string& fileName) override;
+    std::unique_ptr<std::istream> getDataStream() override;
+    bool setDataStream(std::istream& stream, bool flag) override;
+    bool setRepairDataStream(std::istream& stream) override;
+    std::string getExtension() override;
+    KesTree::Node* getTestObject() override;
+    std::string createReport() override;
+    KesProgram::RunVerdict getRunVerdict() override;
+
+protected:
+    bool _onPrepareStart() override;
+    bool _onPrepareHardware() override;
+    void _onStart() override;
+    void _onStop() override;
+
+private:
+    void onPhase(const RunPhase& phase) override;
+    void onPoint(const PointResult& result) override;
+    void onPickUp(const RampResult& result) override;
+    void onDropOff(const RampResult& result) override;
+
+    KesDevice::Kesto& _getKesto();
+    void _beginResults(const KesDevice::Kesto& kesto);
+    void _endResults(RunEnd end);
+    void _abandonRun();
+    void _replaceData(const TestPlan& plan, std::optional<TestResults> results);
+    void _changeRunResults(const std::function<void(TestResults&)>& change);
+    bool _load(const OvercurrentArchive& archive, bool complete);
+
+    std::unique_ptr<KesTree::Node> _testObject;
+    std::string _defaultSettings;
+    TestPlan _plan;
+    std::string _planError;
+    SimulatedBench _bench;
+    RunControl _control;
+    std::atomic<double> _progress{0.0};
+    std::atomic<KesProgram::RunVerdict> _verdict{KesProgram::RunVerdict::None};
+
+    /// Of the present run; written before its thread is made.
+    RelaySettings _runSettings;
+    TestPlan _runPlan;
+
+    mutable std::mutex _resultsMutex;
+    std::optional<TestResults> _results;
+    /// False once the archive that a run belongs to has been closed: its results have no place any more.
+    bool _isRunKept = false;
+};
+
+} // namespace Overcurrent

@@ -1,0 +1,173 @@
+// The part of the model that makes the test; on the start thread, except as noted.
+
+#include <Overcurrent/model/OvercurrentModel.h>
+
+#include <Overcurrent/data/Evaluation.h>
+#include <Overcurrent/text/OvercurrentText.h>
+#include <Overcurrent/text/ScreenNumber.h>
+
+#include <KesCommon/ObjectErrorHelper.h>
+#include <KesCommon/StringHelper.h>
+#include <KesProgram/text/Program.h>
+
+#include <glibmm/datetime.h>
+
+#include <stdexcept>
+
+namespace Overcurrent {
+
+namespace {
+
+using Kes::StringHelper::format;
+using KesProgram::RunVerdict;
+
+std::string refusal(const Kes::Result& result)
+{
+    return format(lng::Overcurrent::get("Plan.refused"),
+                  Kes::ObjectErrorHelper::toDisplayString({result.getError()}));
+}
+
+std::string phaseText(const RunPhase& phase)
+{
+    switch (phase.kind) {
+    case RunPhase::Kind::PickUp: return lng::Overcurrent::get("State.pickUp");
+    case RunPhase::Kind::DropOff: return lng::Overcurrent::get("State.dropOff");
+    case RunPhase::Kind::Point: break;
+    }
+    return format(lng::Overcurrent::get("State.point"), phase.number, phase.count,
+                  ScreenNumber::fixed(phase.multiple, 2));
+}
+
+} // namespace
+
+/// GUI thread.
+bool OvercurrentModel::_onPrepareStart()
+{
+    _runSettings = getSettings();
+    _runPlan = _plan;
+    _verdict = RunVerdict::None;
+    _progress = 0.0;
+    const auto result = _planError.empty() ? _runPlan.check(_runSettings) : Kes::Result::failure(_planError);
+    if (!result) {
+        signalMessage.emit(refusal(result));
+        return false;
+    }
+    _control.reset();
+    return true;
+}
+
+bool OvercurrentModel::_onPrepareHardware()
+{
+    if (!getHardware()->isOutputRunning())
+        _bench.wire(*getHardware(), _runSettings);
+    if (!ProgramModel::_onPrepareHardware())
+        return false;
+    const auto result = _runPlan.check(_runSettings, _getKesto().getLimits());
+    if (!result)
+        signalMessage.emit(refusal(result));
+    return static_cast<bool>(result);
+}
+
+void OvercurrentModel::_onStart()
+{
+    auto& kesto = _getKesto();
+    std::atomic<bool> isFault = false;
+    const Kes::ScopedConnection faults =
+        getHardware()->signalAvary.connect([&](KesDriver::KesAvary&) { isFault = true; });
+    _beginResults(kesto);
+    TestRun run(_runSettings, _runPlan, kesto, _control, *this);
+    auto end = run.execute();
+    {
+        // A fault stops the run before its own record is through; wait for the rest of it.
+        Kes::SignalGate::Guard gate;
+    }
+    if (isFault)
+        end = RunEnd::Fault;
+    else if (end == RunEnd::Fault)
+        signalMessage.emit(run.getError());
+    _endResults(end);
+    _finish();
+}
+
+/// Any thread.
+void OvercurrentModel::_onStop()
+{
+    _control.stop();
+}
+
+/// The first device makes the test. The checks before a run have seen that there is one, but the configuration
+/// may have been replaced since.
+KesDevice::Kesto& OvercurrentModel::_getKesto()
+{
+    const auto kestos = getHardware()->getKestos().getItems();
+    if (kestos.empty())
+        throw std::runtime_error(lng::Program::get("Message.noKestos"));
+    return *kestos.front();
+}
+
+void OvercurrentModel::_beginResults(const KesDevice::Kesto& kesto)
+{
+    TestResults results;
+    results.settings = _runSettings;
+    results.plan = _runPlan;
+    results.device = kesto.getIdentifer().toDisplayString();
+    results.isSimulated = kesto.isSimulated();
+    results.startedAt = Glib::DateTime::create_now_local().format("%Y-%m-%d %H:%M:%S");
+    {
+        std::lock_guard lock(_resultsMutex);
+        _results = std::move(results);
+        _isRunKept = true;
+    }
+    signalResultsChanged.emit();
+}
+
+void OvercurrentModel::_endResults(RunEnd end)
+{
+    _verdict = end == RunEnd::Fault ? RunVerdict::Fault : RunVerdict::Stopped;
+    _changeRunResults([&](TestResults& results) {
+        results.end = end;
+        _verdict = Evaluation::verdict(results);
+    });
+    if (end == RunEnd::Complete)
+        _progress = 1.0;
+    signalProgressChanged.emit();
+}
+
+void OvercurrentModel::_changeRunResults(const std::function<void(TestResults&)>& change)
+{
+    {
+        std::lock_guard lock(_resultsMutex);
+        if (!_isRunKept || !_results)
+            return;
+        change(*_results);
+    }
+    signalResultsChanged.emit();
+}
+
+void OvercurrentModel::onPhase(const RunPhase& phase)
+{
+    _progress = phase.progress;
+    const auto results = getResults();
+    const bool isSimulated = results && results->isSimulated;
+    const std::string warning =
+        isSimulated ? std::string(" - ") + lng::Overcurrent::get("Simulated.title") : std::string();
+    _setState(phaseText(phase) + warning);
+    signalProgressChanged.emit();
+}
+
+void OvercurrentModel::onPoint(const PointResult& result)
+{
+    _changeRunResults([&](TestResults& results) { results.points.push_back(result); });
+}
+
+void OvercurrentModel::onPickUp(const RampResult& result)
+{
+    _changeRunResults([&](TestResults& results) { results.pickUp = result; });
+}
+
+void OvercurrentModel::onDropOff(const RampResult& result)
+{
+    _changeRunResults([&](TestResults& results) { results.dropOff = result; });
+}
+
+} // namespace Overcurrent

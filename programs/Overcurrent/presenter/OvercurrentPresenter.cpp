@@ -1,0 +1,93 @@
+#include <Overcurrent/presenter/OvercurrentPresenter.h>
+
+#include <Overcurrent/view/FileMenuTailView.h>
+
+#include <KesCommon/Connection.h>
+#include <KesCommonView/Style.h>
+#include <KesCommonView/UpdateViewGuard.h>
+#include <KesProgram/archive/ArchiveManagerPresenter.h>
+#include <KesProgram/shell/ConfigurationError.h>
+#include <KesProgram/shell/FileMenuPresenter.h>
+#include <KesProgram/shell/FileRecentMenuPresenter.h>
+#include <KesProgram/shell/FileToolbarPresenter.h>
+#include <KesProgram/shell/HardwareControlToolbarPresenter.h>
+#include <KesProgram/shell/HardwareSettingsToolbarPresenter.h>
+#include <KesProgram/shell/HelpMenuPresenter.h>
+#include <KesProgram/shell/ProgramMainMenuPresenter.h>
+#include <KesProgram/shell/ToolsToolbarPresenter.h>
+#include <KesProgram/views/IProgramView.h>
+
+namespace Overcurrent {
+
+struct OvercurrentPresenter::Menus {
+    Menus(OvercurrentPresenter& shell, OvercurrentModel& model) :
+        file(&shell),
+        recent(&shell),
+        fileTail(*file.getView(), *recent.getView()),
+        help(&shell, model),
+        fileTools(&shell),
+        control(model),
+        settings(&shell),
+        tools(&shell, true)
+    {
+    }
+
+    KesProgram::FileMenuPresenter file;
+    KesProgram::FileRecentMenuPresenter recent;
+    FileMenuTailView fileTail;
+    KesProgram::HelpMenuPresenter help;
+    KesProgram::FileToolbarPresenter fileTools;
+    KesProgram::HardwareControlToolbarPresenter control;
+    KesProgram::HardwareSettingsToolbarPresenter settings;
+    KesProgram::ToolsToolbarPresenter tools;
+    Kes::UpdateViewGuard guard;
+    Kes::ScopedConnection canStartConnection;
+};
+
+OvercurrentPresenter::OvercurrentPresenter(OvercurrentModel& model) : _model(model) {}
+
+OvercurrentPresenter::~OvercurrentPresenter() = default;
+
+void OvercurrentPresenter::openFile(const std::string& fileName)
+{
+    runDialogs([&] { getArchiveManagerPresenter()->open(fileName); });
+}
+
+void OvercurrentPresenter::_onInit()
+{
+    KesView::Style::setStyle("Overcurrent/Overcurrent.css");
+    _createMenus();
+    _content = std::make_unique<ContentPresenter>(_model);
+    _content->signalEdit().connect(sigc::mem_fun(*this, &OvercurrentPresenter::requestTestObject));
+    _getProgramView()->setContent(*_content->getView());
+}
+
+void OvercurrentPresenter::_createMenus()
+{
+    _menus = std::make_unique<Menus>(*this, _model);
+    _menus->fileTail.signalExit.connect(sigc::mem_fun(*this, &OvercurrentPresenter::requestClose));
+    const auto updateRecent = [this] { _menus->fileTail.setRecentEnabled(_model.getCanStart()); };
+    _menus->canStartConnection = _model.signalCanStartChanged.connect(
+        [this, updateRecent] { _menus->guard.safeUpdateView(updateRecent); });
+    updateRecent();
+    auto& bar = *_getMenuBar();
+    bar.addMenu(_menus->file.getView());
+    bar.addMenu(_menus->help.getView());
+    bar.addToolbar(_menus->fileTools.getView());
+    bar.addToolbar(_menus->control.getView());
+    bar.addToolbar(_menus->settings.getView());
+    bar.addToolbar(_menus->tools.getView());
+}
+
+void OvercurrentPresenter::_onFinishedFromModel(bool)
+{
+    _model.announceOutcome();
+}
+
+void OvercurrentPresenter::_saveXmlConfig()
+{
+    KesProgram::ConfigurationError::translate(_getXmlConfigFullPath(),
+                                              [this] { ProgramBasePresenter::_saveXmlConfig(); });
+}
+
+} // namespace Overcurrent

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <Overcurrent/model/OvercurrentModel.h>
+#include <Overcurrent/view/IPlanView.h>
+
+#include <KesCommon/Connection.h>
+#include <KesCommonView/IPresenter.h>
+#include <KesCommonView/UpdateViewGuard.h>
+
+#include <sigc++/sigc++.h>
+
+#include <memory>
+
+namespace Overcurrent {
+
+/// Edits the plan, outside of a run. What the user types is the model's plan at once; what is no plan is refused
+/// in place, and no test starts until it is mended. Owned by the content presenter. GUI thread.
+class PlanPresenter : public Kes::IPresenter, public sigc::trackable {
+public:
+    /// The model outlives the presenter.
+    explicit PlanPresenter(OvercurrentModel& model);
+    ~PlanPresenter() override;
+
+    Kes::IView* getView() override;
+
+private:
+    void _onEdited();
+    void _onPlanChanged();
+    void _onHardwareRunning();
+
+    OvercurrentModel& _model;
+    std::unique_ptr<IPlanView> _view;
+    bool _isEditing = false;
+    Kes::UpdateViewGuard _guard;
+    Kes::ScopedConnection _canStartConnection;
+};
+
+} // namespace Overcurrent

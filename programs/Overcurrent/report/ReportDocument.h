@@ -1,0 +1,17 @@
+#pragma once
+
+#include <Overcurrent/data/TestResults.h>
+
+#include <string>
+
+namespace Overcurrent {
+
+/// The data of a report as XML for the stylesheet: all values as the reader sees them, in the language of the
+/// process, and the chart in the units of its drawing. The same data gives the same bytes. Any thread.
+class ReportDocument {
+public:
+    /// `results` may be null: no test yet.
+    static std::string create(const RelaySettings& settings, const TestPlan& plan, const TestResults* results);
+};
+
+} // namespace Overcurrent

@@ -1,0 +1,59 @@
+#include <Overcurrent/report/ReportFile.h>
+
+#include <Overcurrent/report/ReportDocument.h>
+#include <Overcurrent/text/OvercurrentText.h>
+
+#include <KesCommon/Directories.h>
+#include <KesCommon/FileStream.h>
+#include <KesCommon/FileSystem.h>
+#include <KesProgram/archive/XslReportManager.h>
+
+#include <glibmm/miscutils.h>
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <iterator>
+
+namespace Overcurrent {
+
+namespace {
+
+/// A file that is gone before and after its use.
+struct TemporaryFile {
+    explicit TemporaryFile(std::string name) : path(std::move(name)) { std::remove(path.c_str()); }
+    ~TemporaryFile() { std::remove(path.c_str()); }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    const std::string path;
+};
+
+std::string contentsOf(const std::string& path)
+{
+    auto stream = Kes::openInputFileUTF8Name(path, std::ios::in | std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+}
+
+} // namespace
+
+Kes::Result ReportFile::write(const std::string& path, const RelaySettings& settings, const TestPlan& plan,
+                              const TestResults* results) const
+{
+    // Programs that run at the same time share the folder.
+    const std::string base = _workingFolder + "report-" + std::to_string(getpid());
+    const TemporaryFile data(base + ".xml");
+    const TemporaryFile made(base + ".html");
+    Kes::mkdir_with_parents(_workingFolder);
+    if (auto written = Kes::writeWholeFile(data.path, ReportDocument::create(settings, plan, results)); !written)
+        return written;
+    KesProgram::XslReportManager manager(Kes::getDataDir() + "report/overcurrent.xsl");
+    const std::string report = contentsOf(manager.createReport(data.path, made.path));
+    // The transformation tells of a failure only by writing nothing.
+    if (report.empty())
+        return Kes::Result::failure(lng::Overcurrent::get("Report.failed"));
+    Kes::mkdir_with_parents(Glib::path_get_dirname(path));
+    return Kes::writeWholeFile(path, report);
+}
+
+} // namespace Overcurrent

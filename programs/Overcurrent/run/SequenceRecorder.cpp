@@ -1,0 +1,122 @@
+#include <Overcurrent/run/SequenceRecorder.h>
+
+#include <Overcurrent/text/OvercurrentText.h>
+
+#include <KesCommon/ObjectErrorHelper.h>
+
+#include <chrono>
+#include <numeric>
+
+namespace Overcurrent {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A device that has not told the end of a sequence this long after it was due, on its clock and on the
+/// host's, will not tell it any more. Both count: a fast simulated clock would soon be late on its own.
+constexpr auto grace = 5s;
+constexpr auto lookAgain = 500ms;
+constexpr auto faultDelay = 300ms;
+
+KesDriver::DeviceTime durationOf(const KesDriver::OutputSequence& sequence)
+{
+    return std::accumulate(sequence.begin(), sequence.end(), KesDriver::DeviceTime(0),
+                           [](auto sum, const auto& step) { return sum + step.duration; });
+}
+
+std::string textOf(const Kes::Result& result)
+{
+    return Kes::ObjectErrorHelper::toDisplayString({result.getError()});
+}
+
+} // namespace
+
+SequenceRecorder::SequenceRecorder(KesDevice::Kesto& kesto, RunControl& control) : _kesto(kesto), _control(control)
+{
+    _inputConnection = kesto.signalInput.connect([this](const auto& event) { _onInput(event); });
+    _stepConnection = kesto.signalStep.connect([this](const auto& event) { _onStep(event); });
+    _finishedConnection = kesto.signalSequenceFinished.connect([this](const auto& event) { _onFinished(event); });
+}
+
+SequenceRecorder::Outcome SequenceRecorder::run(const KesDriver::OutputSequence& sequence)
+{
+    {
+        std::lock_guard lock(_control.getMutex());
+        _record = {};
+    }
+    _error.clear();
+    if (_control.isStopped())
+        return Outcome::Stopped;
+    const auto expectedEnd = _kesto.getTime() + durationOf(sequence);
+    if (const auto result = _kesto.runSequence(sequence); !result)
+        return _control.isStopped() ? Outcome::Stopped : _fail(textOf(result));
+    const auto outcome = _wait(expectedEnd);
+    if (outcome != Outcome::Complete)
+        // The outputs must be off whatever the reason; when the device does not answer, it has said so.
+        (void)_kesto.stopOutputs();
+    return outcome;
+}
+
+SequenceRecorder::Outcome SequenceRecorder::_wait(KesDriver::DeviceTime expectedEnd)
+{
+    std::optional<std::chrono::steady_clock::time_point> due;
+    while (true) {
+        const bool isEnded = _control.waitFor(lookAgain, [this] { return _record.end.has_value(); });
+        if (_control.isStopped())
+            return Outcome::Stopped;
+        if (isEnded)
+            return _judgeEnd();
+        const auto now = std::chrono::steady_clock::now();
+        if (!due && _kesto.getTime() >= expectedEnd)
+            due = now;
+        if (due && now - *due > grace)
+            return _fail(lng::Overcurrent::get("Run.sequenceLost"));
+    }
+}
+
+SequenceRecorder::Outcome SequenceRecorder::_judgeEnd()
+{
+    if (getRecord().end->isComplete)
+        return Outcome::Complete;
+    // The fault that has ended the sequence is reported next, and stops the run with its own text.
+    _control.waitFor(faultDelay, [] { return false; });
+    return _control.isStopped() ? Outcome::Stopped : _fail(lng::Overcurrent::get("Run.sequenceEnded"));
+}
+
+SequenceRecorder::Outcome SequenceRecorder::_fail(std::string error)
+{
+    _error = std::move(error);
+    return Outcome::Failed;
+}
+
+SequenceRecord SequenceRecorder::getRecord() const
+{
+    std::lock_guard lock(_control.getMutex());
+    return _record;
+}
+
+void SequenceRecorder::_onInput(const KesDriver::InputEvent& event)
+{
+    std::lock_guard lock(_control.getMutex());
+    // What comes before the first step belongs to the time before.
+    if (!_record.steps.empty())
+        _record.inputs.push_back({_record.steps.size() - 1, event});
+}
+
+void SequenceRecorder::_onStep(const KesDriver::StepEvent& event)
+{
+    std::lock_guard lock(_control.getMutex());
+    _record.steps.push_back(event.time);
+}
+
+void SequenceRecorder::_onFinished(const KesDriver::SequenceEvent& event)
+{
+    {
+        std::lock_guard lock(_control.getMutex());
+        _record.end = event;
+    }
+    _control.notify();
+}
+
+} // namespace Overcurrent

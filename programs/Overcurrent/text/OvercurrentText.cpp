@@ -1,0 +1,151 @@
+#include <Overcurrent/text/OvercurrentText.h>
+
+#include <KesCommon/TextTable.h>
+
+namespace lng::Overcurrent {
+
+namespace {
+
+constexpr Kes::TextTable table({
+    {"Program.summary", "Tests an inverse-time overcurrent relay with a KESTO device.",
+     "Проверяет реле максимального тока с зависимой выдержкой времени устройством КЕСТО."},
+
+    {"Simulated.title", "SIMULATED DEVICE", "ИМИТИРУЕМОЕ УСТРОЙСТВО"},
+    {"Simulated.notice",
+     "SIMULATED DEVICE: these results come from a simulated bench and say nothing about a real relay.",
+     "ИМИТИРУЕМОЕ УСТРОЙСТВО: результаты получены на имитируемом стенде и ничего не говорят о реальном реле."},
+
+    {"State.point", "Point %zu of %zu: %s x Is", "Точка %zu из %zu: %s x Is"},
+    {"State.pickUp", "Pick-up value", "Ток срабатывания"},
+    {"State.dropOff", "Drop-off value", "Ток возврата"},
+
+    {"Outcome.None", "No test has been made yet", "Проверка ещё не проводилась"},
+    {"Outcome.Running", "Test under way", "Идёт проверка"},
+    {"Outcome.Passed", "Test passed", "Проверка пройдена"},
+    {"Outcome.Failed", "Test failed", "Проверка не пройдена"},
+    {"Outcome.Stopped", "Test stopped before its end", "Проверка остановлена до завершения"},
+    {"Outcome.Fault", "Test ended by a fault", "Проверка прервана аварией"},
+    {"Outcome.counts", "%s: %zu of %zu points within tolerance", "%s: в допуске точек %zu из %zu"},
+
+    {"Run.sequenceEnded", "The device ended the output before its time.",
+     "Устройство прекратило выдачу раньше времени."},
+    {"Run.sequenceLost", "The device does not report the end of the output.",
+     "Устройство не сообщает об окончании выдачи."},
+    {"Run.nonsense", "The device reported times that make no sense.",
+     "Устройство сообщило недостоверные значения времени."},
+    {"Run.archiveReplaced", "The test was stopped: its archive was closed.",
+     "Проверка остановлена: её архив закрыт."},
+
+    {"Plan.refused", "The test cannot be started: %s", "Невозможно начать проверку: %s"},
+    {"Plan.noPoints", "The plan holds no points to try.", "План не содержит ни одной точки."},
+    {"Plan.tooManyPoints", "The plan holds %zu points; at most %zu are possible.",
+     "В плане %zu точек; допускается не более %zu."},
+    {"Plan.notNumbers", "\"%s\" is not a number.", "\"%s\" не является числом."},
+    {"Plan.belowSetting", "At %s x Is the relay does not operate: a point must lie above 1 x Is.",
+     "При %s x Is реле не срабатывает: точка должна лежать выше 1 x Is."},
+    {"Plan.aboveMaximum", "%s x Is is too much: a point must lie at or below %s x Is.",
+     "%s x Is - слишком много: точка не должна лежать выше %s x Is."},
+    {"Plan.range", "%s is %s, but must lie between %s and %s.",
+     "%s: значение %s, допускается от %s до %s."},
+    {"Plan.timeoutTooShort",
+     "The time-out of %s s is too short: at %s x Is the relay may take up to %s s.",
+     "Время ожидания %s с слишком мало: при %s x Is реле может срабатывать до %s с."},
+    {"Plan.aboveOutput", "%s x Is is %s A, but the device puts out at most %s A.",
+     "%s x Is - это %s А, а устройство выдаёт не более %s А."},
+    {"Plan.rampRange", "%s: both ends of the ramp must lie between 0 and %s x Is.",
+     "%s: оба конца рампы должны лежать между 0 и %s x Is."},
+    {"Plan.rampUp", "%s: the ramp must rise from below Is to above it, not from %s to %s x Is.",
+     "%s: рампа должна идти снизу вверх через Is, а не от %s до %s x Is."},
+    {"Plan.rampDown", "%s: the ramp must fall from above Is to below it, not from %s to %s x Is.",
+     "%s: рампа должна идти сверху вниз через Is, а не от %s до %s x Is."},
+    {"Plan.rampStep", "%s: a step of %s x Is leads nowhere; it must be above zero.",
+     "%s: шаг %s x Is никуда не ведёт; он должен быть больше нуля."},
+    {"Plan.rampTooLong", "%s: the ramp has more than %zu steps.", "%s: рампа содержит более %zu шагов."},
+    {"Plan.rampDwell", "%s: the dwell is %s s, but must lie between %s and %s s.",
+     "%s: выдержка %s с, допускается от %s до %s с."},
+    {"Plan.timeout", "Time-out", "Время ожидания"},
+    {"Plan.pause", "Pause before each point", "Пауза перед точкой"},
+    {"Plan.pickUp", "Pick-up", "Срабатывание"},
+    {"Plan.dropOff", "Drop-off", "Возврат"},
+    {"Plan.pickUpTolerance", "Pick-up tolerance", "Допуск срабатывания"},
+    {"Plan.minimumRatio", "Least drop-off ratio", "Наименьший коэф. возврата"},
+
+    {"Settings.title", "Test object", "Объект испытаний"},
+    {"Settings.edit", "Edit...", "Изменить..."},
+    {"Settings.editTip", "Edit the test object", "Изменить объект испытаний"},
+    {"Settings.curve", "Characteristic", "Характеристика"},
+    {"Settings.nominalCurrent", "Nominal current In", "Номинальный ток Iн"},
+    {"Settings.settingCurrent", "Setting current Is", "Ток уставки Is"},
+    {"Settings.timeMultiplier", "Time multiplier TMS", "Множитель времени TMS"},
+    {"Settings.definiteTime", "Definite operate time", "Независимое время"},
+    {"Settings.tolerance", "Time tolerance", "Допуск времени"},
+    {"Settings.toleranceValue", "%s %% or %s ms", "%s %% или %s мс"},
+    {"Settings.stale", "The settings or the plan have been changed since this test.",
+     "Уставки или план изменены после этой проверки."},
+
+    {"Curve.0", "Standard inverse", "Нормально инверсная"},
+    {"Curve.1", "Very inverse", "Сильно инверсная"},
+    {"Curve.2", "Extremely inverse", "Чрезвычайно инверсная"},
+    {"Curve.3", "Long-time inverse", "Длительно инверсная"},
+    {"Curve.4", "Definite time", "Независимая"},
+
+    {"PlanView.title", "Plan", "План проверки"},
+    {"PlanView.multiples", "Points", "Точки"},
+    {"PlanView.multiplesTip", "Multiples of Is, separated by blanks or semicolons",
+     "Кратности Is через пробел или точку с запятой"},
+    {"PlanView.from", "from", "от"},
+    {"PlanView.to", "to", "до"},
+    {"PlanView.step", "Step", "Шаг"},
+    {"PlanView.dwell", "Dwell", "Выдержка"},
+    {"PlanView.pickUpRamp", "Pick-up ramp", "Рампа срабатывания"},
+    {"PlanView.dropOffRamp", "Drop-off ramp", "Рампа возврата"},
+    {"PlanView.fieldName", "%s, %s", "%s, %s"},
+
+    {"Unit.second", "s", "с"},
+    {"Unit.ampere", "A", "А"},
+    {"Unit.percent", "%", "%"},
+    {"Unit.setting", "x Is", "x Is"},
+
+    {"Results.title", "Results", "Результаты"},
+    {"Results.number", "No.", "№"},
+    {"Results.multiple", "I / Is", "I / Is"},
+    {"Results.current", "I, A", "I, А"},
+    {"Results.expected", "Expected, s", "Ожидаемое, с"},
+    {"Results.measured", "Measured, s", "Измеренное, с"},
+    {"Results.deviation", "Deviation, s", "Отклонение, с"},
+    {"Results.deviationPercent", "Deviation, %", "Отклонение, %"},
+    {"Results.tolerance", "Tolerance, s", "Допуск, с"},
+    {"Results.verdict", "Verdict", "Оценка"},
+    {"Results.pickUp", "Pick-up", "Срабатывание"},
+    {"Results.dropOff", "Drop-off", "Возврат"},
+    {"Results.ratio", "Ratio", "Коэф. возврата"},
+    {"Results.notYet", "-", "-"},
+    {"Results.current.text", "%s A (%s x Is)", "%s А (%s x Is)"},
+    {"Results.progress", "Progress of the test", "Ход проверки"},
+
+    {"Verdict.passed", "Passed", "В допуске"},
+    {"Verdict.failed", "Failed", "Вне допуска"},
+    {"Verdict.noOperation", "No operation", "Не сработало"},
+    {"Verdict.contactEarly", "Contact closed too early", "Контакт замкнут заранее"},
+
+    {"Chart.title", "Operate-time characteristic", "Характеристика срабатывания"},
+    {"Chart.multiples", "I / Is", "I / Is"},
+    {"Chart.seconds", "t, s", "t, с"},
+    {"Chart.expected", "expected", "ожидаемая"},
+    {"Chart.band", "tolerance", "допуск"},
+    {"Chart.passed", "passed", "в допуске"},
+    {"Chart.failed", "failed", "вне допуска"},
+    {"Chart.description", "Operate time against current: %zu points measured, %zu passed, %zu failed.",
+     "Время срабатывания в зависимости от тока: измерено точек %zu, в допуске %zu, вне допуска %zu."},
+
+    {"Report.failed", "The report could not be made.", "Не удалось создать протокол."},
+});
+
+} // namespace
+
+const char* get(const std::string& key)
+{
+    return table.get(key);
+}
+
+} // namespace lng::Overcurrent

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+/// Numbers as the user of the program reads them: with a decimal comma in Russian, a point in English. Any thread.
+namespace Overcurrent::ScreenNumber {
+
+/// With this many decimals, 0 to 6.
+std::string fixed(double value, int decimals);
+
+/// As `fixed`, with a sign in front of a positive number too.
+std::string withSign(double value, int decimals);
+
+/// With as few digits as the number needs, at most six significant ones.
+std::string shortest(double value);
+
+} // namespace Overcurrent::ScreenNumber

@@ -1,0 +1,36 @@
+#include <Overcurrent/view/ContentView.h>
+
+namespace Overcurrent {
+
+namespace {
+
+Gtk::Widget& widgetOf(Kes::IView& view)
+{
+    return dynamic_cast<Gtk::Widget&>(view);
+}
+
+} // namespace
+
+ContentView::ContentView(Kes::IView& settings, Kes::IView& plan, Kes::IView& outcome, Kes::IView& chart,
+                         Kes::IView& results) :
+    Gtk::Paned(Gtk::ORIENTATION_HORIZONTAL),
+    _left(Gtk::ORIENTATION_VERTICAL),
+    _right(Gtk::ORIENTATION_VERTICAL),
+    _measured(Gtk::ORIENTATION_VERTICAL)
+{
+    get_style_context()->add_class("content");
+    _left.get_style_context()->add_class("content-left");
+    _left.pack_start(widgetOf(settings), Gtk::PACK_SHRINK);
+    _left.pack_start(widgetOf(plan), Gtk::PACK_SHRINK);
+    _leftScroller.set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
+    _leftScroller.add(_left);
+    _right.get_style_context()->add_class("content-right");
+    _measured.pack1(widgetOf(chart), true, false);
+    _measured.pack2(widgetOf(results), true, false);
+    _right.pack_start(widgetOf(outcome), Gtk::PACK_SHRINK);
+    _right.pack_start(_measured, Gtk::PACK_EXPAND_WIDGET);
+    pack1(_leftScroller, false, false);
+    pack2(_right, true, false);
+}
+
+} // namespace Overcurrent

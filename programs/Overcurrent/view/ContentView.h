@@ -1,0 +1,25 @@
+#pragma once
+
+#include <KesCommonView/IView.h>
+
+#include <gtkmm/box.h>
+#include <gtkmm/paned.h>
+#include <gtkmm/scrolledwindow.h>
+
+namespace Overcurrent {
+
+/// The content of the window: settings and plan at the left, outcome, chart and table at the right. The views are
+/// placed, not owned, and have to be widgets (`std::bad_cast` otherwise). GUI thread.
+class ContentView : public Gtk::Paned, public Kes::IView {
+public:
+    ContentView(Kes::IView& settings, Kes::IView& plan, Kes::IView& outcome, Kes::IView& chart,
+                Kes::IView& results);
+
+private:
+    Gtk::Box _left;
+    Gtk::ScrolledWindow _leftScroller;
+    Gtk::Box _right;
+    Gtk::Paned _measured;
+};
+
+} // namespace Overcurrent

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <Overcurrent/data/PlanTexts.h>
+
+#include <KesCommonView/IView.h>
+
+#include <sigc++/sigc++.h>
+
+#include <string>
+
+namespace Overcurrent {
+
+/// The editors of the plan. GUI thread.
+class IPlanView : public Kes::IView {
+public:
+    /// The user has changed a text; not emitted by `setTexts`.
+    sigc::signal<void()> signalEdited;
+
+    virtual void setTexts(const PlanTexts& texts) = 0;
+    virtual PlanTexts getTexts() const = 0;
+    /// Why the texts are no plan; empty: they are one.
+    virtual void setError(const std::string& text) = 0;
+    virtual void setEditable(bool editable) = 0;
+};
+
+} // namespace Overcurrent

@@ -1,0 +1,81 @@
+#include <Overcurrent/view/OutcomeView.h>
+
+#include <Overcurrent/text/OvercurrentText.h>
+#include <Overcurrent/view/MarkText.h>
+
+#include <KesCommonView/GtkWidgetHelper.h>
+
+#include <cmath>
+
+namespace Overcurrent {
+
+namespace {
+
+using lng::Overcurrent::get;
+
+void prepareNotice(Gtk::Label& label, const char* textKey, const char* styleClass)
+{
+    label.set_text(get(textKey));
+    label.set_xalign(0.0f);
+    label.set_line_wrap(true);
+    label.set_no_show_all(true);
+    label.get_style_context()->add_class("notice");
+    label.get_style_context()->add_class(styleClass);
+}
+
+} // namespace
+
+OutcomeView::OutcomeView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _line(Gtk::ORIENTATION_HORIZONTAL)
+{
+    get_style_context()->add_class("outcome");
+    _line.get_style_context()->add_class("outcome-line");
+    _outcome.get_style_context()->add_class("outcome-text");
+    _outcome.set_xalign(0.0f);
+    _outcome.set_ellipsize(Pango::ELLIPSIZE_END);
+    _progress.set_show_text(true);
+    _progress.set_valign(Gtk::ALIGN_CENTER);
+    _progress.set_size_request(220, -1);
+    _progress.set_no_show_all(true);
+    Kes::GtkWidgetHelper::setAccessibleName(_progress, get("Results.progress"));
+    prepareNotice(_simulated, "Simulated.notice", "notice-simulated");
+    prepareNotice(_stale, "Settings.stale", "notice-stale");
+    _line.pack_start(_outcome, Gtk::PACK_EXPAND_WIDGET);
+    _line.pack_end(_progress, Gtk::PACK_SHRINK);
+    pack_start(_line, Gtk::PACK_SHRINK);
+    pack_start(_simulated, Gtk::PACK_SHRINK);
+    pack_start(_stale, Gtk::PACK_SHRINK);
+}
+
+void OutcomeView::setOutcome(const std::string& text, Mark mark)
+{
+    const std::string shown = withSign(text, mark);
+    _outcome.set_text(shown);
+    _outcome.set_tooltip_text(shown);
+    const auto style = _outcome.get_style_context();
+    for (const auto other : {Mark::None, Mark::Passed, Mark::Failed})
+        style->remove_class(styleClass(other));
+    style->add_class(styleClass(mark));
+}
+
+void OutcomeView::setSimulated(bool simulated)
+{
+    _simulated.set_visible(simulated);
+}
+
+void OutcomeView::setStale(bool stale)
+{
+    _stale.set_visible(stale);
+}
+
+void OutcomeView::setProgress(double share)
+{
+    _progress.set_fraction(share);
+    _progress.set_text(std::to_string(std::lround(share * 100.0)) + " %");
+}
+
+void OutcomeView::setRunning(bool running)
+{
+    _progress.set_visible(running);
+}
+
+} // namespace Overcurrent

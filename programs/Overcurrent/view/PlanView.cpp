@@ -1,0 +1,128 @@
+#include <Overcurrent/view/PlanView.h>
+
+#include <Overcurrent/text/OvercurrentText.h>
+
+#include <KesCommon/StringHelper.h>
+#include <KesCommonView/GtkWidgetHelper.h>
+
+namespace Overcurrent {
+
+namespace {
+
+using lng::Overcurrent::get;
+
+PlanField next(PlanField field, std::size_t by)
+{
+    return static_cast<PlanField>(static_cast<std::size_t>(field) + by);
+}
+
+} // namespace
+
+PlanView::PlanView() :
+    Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(get("PlanView.title"), Gtk::ALIGN_START)
+{
+    get_style_context()->add_class("section");
+    _title.get_style_context()->add_class("section-title");
+    _form.get_style_context()->add_class("section-lines");
+    _error.get_style_context()->add_class("plan-error");
+    _error.set_line_wrap(true);
+    _error.set_xalign(0.0f);
+    _error.set_max_width_chars(30);
+    _error.set_no_show_all(true);
+    auto& multiples = _prepareEntry(PlanField::Multiples, get("PlanView.multiples"));
+    multiples.set_tooltip_text(get("PlanView.multiplesTip"));
+    _addLabel(std::string(get("PlanView.multiples")) + ", " + get("Unit.setting"), 0, 3);
+    ++_row;
+    _form.attach(multiples, 0, _row++, 3, 1);
+    _addRow("Plan.timeout", PlanField::Timeout, "Unit.second");
+    _addRow("Plan.pause", PlanField::Pause, "Unit.second");
+    _addRamp("PlanView.pickUpRamp", PlanField::PickUpFrom);
+    _addRamp("PlanView.dropOffRamp", PlanField::DropOffFrom);
+    _addRow("Plan.pickUpTolerance", PlanField::PickUpTolerance, "Unit.percent");
+    _addRow("Plan.minimumRatio", PlanField::MinimumRatio, nullptr);
+    pack_start(_title, Gtk::PACK_SHRINK);
+    pack_start(_form, Gtk::PACK_SHRINK);
+    pack_start(_error, Gtk::PACK_SHRINK);
+}
+
+Gtk::Label& PlanView::_addLabel(const std::string& text, int column, int width)
+{
+    auto& label = *Gtk::manage(new Gtk::Label(text, Gtk::ALIGN_START));
+    label.get_style_context()->add_class("dim-label");
+    label.set_line_wrap(true);
+    label.set_xalign(0.0f);
+    _form.attach(label, column, _row, width, 1);
+    return label;
+}
+
+Gtk::Entry& PlanView::_prepareEntry(PlanField field, const std::string& name)
+{
+    auto& entry = _entry(field);
+    entry.set_width_chars(field == PlanField::Multiples ? 16 : 6);
+    entry.set_max_width_chars(field == PlanField::Multiples ? -1 : 6);
+    entry.set_hexpand(field == PlanField::Multiples);
+    Kes::GtkWidgetHelper::setAccessibleName(entry, name);
+    entry.signal_changed().connect([this] {
+        if (!_isFilling)
+            signalEdited.emit();
+    });
+    return entry;
+}
+
+void PlanView::_addRow(const char* nameKey, PlanField field, const char* unitKey)
+{
+    auto& label = _addLabel(get(nameKey), 0);
+    label.set_hexpand(true);
+    _form.attach(_prepareEntry(field, get(nameKey)), 1, _row, 1, 1);
+    _addLabel(unitKey ? get(unitKey) : "", 2);
+    ++_row;
+}
+
+/// Two lines: from, to; step, dwell.
+void PlanView::_addRamp(const char* nameKey, PlanField first)
+{
+    const auto part = [&](std::size_t index, const char* partKey, const char* unitKey) {
+        const std::string name = Kes::StringHelper::format(get("PlanView.fieldName"), std::string(get(nameKey)),
+                                                           std::string(get(partKey)));
+        _addLabel(name, 0).set_hexpand(true);
+        _form.attach(_prepareEntry(next(first, index), name), 1, _row, 1, 1);
+        _addLabel(get(unitKey), 2);
+        ++_row;
+    };
+    part(0, "PlanView.from", "Unit.setting");
+    part(1, "PlanView.to", "Unit.setting");
+    part(2, "PlanView.step", "Unit.setting");
+    part(3, "PlanView.dwell", "Unit.second");
+}
+
+void PlanView::setTexts(const PlanTexts& texts)
+{
+    _isFilling = true;
+    for (std::size_t i = 0; i < _entries.size(); ++i)
+        if (const auto& text = texts[static_cast<PlanField>(i)]; _entries[i].get_text().raw() != text)
+            _entries[i].set_text(text);
+    _isFilling = false;
+}
+
+PlanTexts PlanView::getTexts() const
+{
+    PlanTexts texts;
+    for (std::size_t i = 0; i < _entries.size(); ++i)
+        texts[static_cast<PlanField>(i)] = _entries[i].get_text().raw();
+    return texts;
+}
+
+void PlanView::setError(const std::string& text)
+{
+    _error.set_text(text);
+    _error.set_visible(!text.empty());
+}
+
+void PlanView::setEditable(bool editable)
+{
+    for (auto& entry : _entries)
+        entry.set_editable(editable);
+    _form.set_sensitive(editable);
+}
+
+} // namespace Overcurrent

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <Overcurrent/view/IPlanView.h>
+
+#include <gtkmm/box.h>
+#include <gtkmm/entry.h>
+#include <gtkmm/grid.h>
+#include <gtkmm/label.h>
+
+#include <array>
+
+namespace Overcurrent {
+
+/// The plan as a form with one entry per value. GUI thread.
+class PlanView : public Gtk::Box, public IPlanView {
+public:
+    PlanView();
+
+    void setTexts(const PlanTexts& texts) override;
+    PlanTexts getTexts() const override;
+    void setError(const std::string& text) override;
+    void setEditable(bool editable) override;
+
+private:
+    void _addRow(const char* nameKey, PlanField field, const char* unitKey);
+    void _addRamp(const char* nameKey, PlanField first);
+    Gtk::Entry& _prepareEntry(PlanField field, const std::string& name);
+    Gtk::Label& _addLabel(const std::string& text, int column, int width = 1);
+    Gtk::Entry& _entry(PlanField field) { return _entries[static_cast<std::size_t>(field)]; }
+
+    Gtk::Label _title;
+    Gtk::Grid _form;
+    int _row = 0;
+    std::array<Gtk::Entry, static_cast<std::size_t>(PlanField::Count)> _entries;
+    Gtk::Label _error;
+    bool _isFilling = false;
+};
+
+} // namespace Overcurrent
