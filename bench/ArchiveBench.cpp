@@ -59,7 +59,8 @@ std::string measuredText(std::size_t size)
     char line[64];
     for (unsigned i = 0; text.size() < size; ++i) {
         const int length = std::snprintf(line, sizeof(line), "point %u;current %.2f A;time %.4f s\n", i,
-            1 + static_cast<double>(random() % 2000) / 100, static_cast<double>(random() % 100000) / 10000);
+                                         1 + static_cast<double>(random() % 2000) / 100,
+                                         static_cast<double>(random() % 100000) / 10000);
         text.append(line, static_cast<std::size_t>(length));
     }
     text.resize(size);
@@ -92,21 +93,21 @@ std::string packRaw(const Contents& contents)
     auto* writer = archive_write_new();
     archive_write_set_format_zip(writer);
     archive_write_zip_set_compression_deflate(writer);
-    check(archive_write_open(writer, &zip, nullptr,
+    check(archive_write_open(
+              writer, &zip, nullptr,
               [](archive*, void* out, const void* bytes, std::size_t count) {
                   static_cast<std::string*>(out)->append(static_cast<const char*>(bytes), count);
                   return static_cast<la_ssize_t>(count);
               },
-              nullptr)
-        == ARCHIVE_OK);
+              nullptr) == ARCHIVE_OK);
     for (const auto& [name, content] : contents) {
         auto* entry = archive_entry_new();
         archive_entry_set_pathname(entry, name.c_str());
         archive_entry_set_filetype(entry, AE_IFREG);
         archive_entry_set_perm(entry, 0644);
         check(archive_write_header(writer, entry) == ARCHIVE_OK);
-        check(archive_write_data(writer, content.data(), content.size())
-            == static_cast<la_ssize_t>(content.size()));
+        check(archive_write_data(writer, content.data(), content.size()) ==
+              static_cast<la_ssize_t>(content.size()));
         archive_entry_free(entry);
     }
     check(archive_write_close(writer) == ARCHIVE_OK);
@@ -186,17 +187,17 @@ bool measure(const Case& subject, int rounds)
     for (int i = 0; i < rounds * subject.repeats; ++i) {
         auto data = toStreams(subject.contents);
         pack.take([&] { packRaw(subject.contents); },
-            [&] {
-                std::ostringstream out;
-                check(ArchiveHelper::packDataToStream(out, data, ArchiveHelper::PREFIX));
-                archive = std::move(out).str();
-            });
+                  [&] {
+                      std::ostringstream out;
+                      check(ArchiveHelper::packDataToStream(out, data, ArchiveHelper::PREFIX));
+                      archive = std::move(out).str();
+                  });
         std::istringstream in(archive);
         unpack.take([&] { check(unpackRaw(zip) > 0); },
-            [&] {
-                ArchiveHelper::DataMap result;
-                check(ArchiveHelper::unpackStreamToData(in, result, ArchiveHelper::PREFIX));
-            });
+                    [&] {
+                        ArchiveHelper::DataMap result;
+                        check(ArchiveHelper::unpackStreamToData(in, result, ArchiveHelper::PREFIX));
+                    });
     }
 
     auto data = toStreams(subject.contents);
@@ -215,16 +216,16 @@ bool measure(const Case& subject, int rounds)
     });
 
     std::printf("%-14s %.1f MiB -> %.1f MiB; pack %.3f s, raw %.3f s; unpack %.3f s, raw %.3f s\n",
-        subject.name, unpacked / (1 << 20), static_cast<double>(archive.size()) / (1 << 20), pack.own, pack.raw,
-        unpack.own, unpack.raw);
+                subject.name, unpacked / (1 << 20), static_cast<double>(archive.size()) / (1 << 20), pack.own,
+                pack.raw, unpack.own, unpack.raw);
     const auto size = static_cast<double>(archive.size());
     bool kept = report(subject.name, "pack time / raw", pack.ratio(), packTimeLimit);
     kept &= report(subject.name, "unpack time / raw", unpack.ratio(),
-        subject.limitsUnpackTime ? unpackTimeLimit : 0);
+                   subject.limitsUnpackTime ? unpackTimeLimit : 0);
     kept &= report(subject.name, "pack peak / archive", packPeak / size,
-        subject.limitsMemory ? packMemoryLimit : 0);
+                   subject.limitsMemory ? packMemoryLimit : 0);
     kept &= report(subject.name, "unpack peak / output", unpackPeak / unpacked,
-        subject.limitsMemory ? unpackMemoryLimit : 0);
+                   subject.limitsMemory ? unpackMemoryLimit : 0);
     return kept;
 }
 

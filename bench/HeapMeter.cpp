@@ -13,7 +13,8 @@ void* counted(void* memory)
 {
     if (memory) {
         const auto now = used += malloc_usable_size(memory);
-        for (auto most = peak.load(); most < now && !peak.compare_exchange_weak(most, now);) {}
+        for (auto most = peak.load(); most < now && !peak.compare_exchange_weak(most, now);) {
+        }
     }
     return memory;
 }

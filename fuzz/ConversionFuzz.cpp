@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
     const auto values = Kes::splitConvert<float>(text, ';');
     require(values.size() == static_cast<std::size_t>(std::count(text.begin(), text.end(), ';')) + 1,
-        "the list has another number of items");
+            "the list has another number of items");
 
     const Kes::RectangleF untouched{1, 2, 3, 4};
     auto rectangle = untouched;
@@ -37,7 +37,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     if (isRectangle) {
         const auto written = Kes::convertToString<Kes::RectangleF, true, true>(rectangle);
         Kes::RectangleF read;
-        require(Kes::tryConvert<Kes::RectangleF, true, true>(written, read), "a written rectangle is refused");
+        require(Kes::tryConvert<Kes::RectangleF, true, true>(written, read),
+                "a written rectangle is refused");
         require(Kes::convertToString<Kes::RectangleF, true, true>(read) == written, "writing is not stable");
     }
 
@@ -50,8 +51,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     for (unsigned long long position = 0; position <= size; ++position) {
         double special = 42;
         const auto end = Kes::tryExtractSpecialFloating<double>(text, position, special);
-        require(end == position ? special == 42 : end > position + 2 && end <= size && !std::isfinite(special),
-            "a special value has another extent");
+        require(end == position ? special == 42
+                                : end > position + 2 && end <= size && !std::isfinite(special),
+                "a special value has another extent");
     }
     return 0;
 }

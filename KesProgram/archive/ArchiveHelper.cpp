@@ -51,8 +51,8 @@ std::set<std::string> listRegularFiles(const std::string& folder)
 {
     std::set<std::string> names;
     for (const std::string& name : Glib::Dir(folder))
-        if (name != "." && name != ".."
-            && Glib::file_test(Glib::build_filename(folder, name), Glib::FILE_TEST_IS_REGULAR))
+        if (name != "." && name != ".." &&
+            Glib::file_test(Glib::build_filename(folder, name), Glib::FILE_TEST_IS_REGULAR))
             names.insert(name);
     return names;
 }
@@ -62,8 +62,9 @@ std::set<std::string> listRegularFiles(const std::string& folder)
 bool packDataToStream(std::ostream& out, DataMap& data, const std::string& header)
 {
     return pack(out, header, [&data](ZipWriter& writer) {
-        return std::all_of(data.begin(), data.end(),
-            [&writer](const auto& entry) { return entry.second && writer.add(entry.first, *entry.second); });
+        return std::all_of(data.begin(), data.end(), [&writer](const auto& entry) {
+            return entry.second && writer.add(entry.first, *entry.second);
+        });
     });
 }
 

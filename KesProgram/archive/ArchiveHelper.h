@@ -28,10 +28,10 @@ namespace KesProgram::ArchiveHelper {
 /// Entry names and the streams with their content. Reading starts at each stream's present position.
 using DataMap = std::map<std::string, std::unique_ptr<std::istream>>;
 
-/// The signature of the present version of archives.
-static const std::string PREFIX = "q\xD1\x94" "3?1\xE2\x80\xB0" "P\xE2\x84\xA2" "d7";
-/// The signature of the version before it.
-static const std::string OUTDATED_PREFIX = "q\xD1\x94" "3?1\xE2\x80\xB0" "P\xE2\x84\xA2" "d6";
+/// The signature of the present version of archives: 71 D1 94 33 3F 31 E2 80 B0 50 E2 84 A2 64 37.
+static const std::string PREFIX = "qє3?1‰P™d7";
+/// The signature of the version before it; only the last byte differs.
+static const std::string OUTDATED_PREFIX = "qє3?1‰P™d6";
 
 /// How many bytes one archive may hold unpacked: its contents, its names and 512 bytes for each entry.
 /// Packing refuses more, so that what was saved can be opened; unpacking refuses more, so that a small
@@ -63,7 +63,8 @@ KES_EXPORT bool packFolderToStream(std::ostream& out, const std::string& folder,
 KES_EXPORT bool unpackStreamToFolder(std::istream& in, const std::string& folder, const std::string& header);
 
 /// libarchive's write callback on a `std::ostream*`: the byte count, or -1 when the stream has failed.
-KES_EXPORT ssize_t ostream_write_callback(archive* writer, void* stream, const void* bytes, std::size_t count);
+KES_EXPORT ssize_t ostream_write_callback(archive* writer, void* stream, const void* bytes,
+                                          std::size_t count);
 
 /// libarchive's close callback on a `std::ostream*`: flushes; 0, or -30 (fatal) when the stream has failed.
 KES_EXPORT int ostream_close_callback(archive* writer, void* stream);

@@ -36,10 +36,10 @@ bool haveSameBytes(std::istream& one, std::istream& other)
 } // namespace
 
 ArchiveManager::ArchiveManager(NewData newData, DataProvider getDataStream, DataConsumer setDataStream)
-    : _newData(std::move(newData)), _getDataStream(std::move(getDataStream)),
+    : _newData(std::move(newData)),
+      _getDataStream(std::move(getDataStream)),
       _setDataStream(std::move(setDataStream))
-{
-}
+{}
 
 ArchiveManager::~ArchiveManager() = default;
 

@@ -32,10 +32,10 @@ bool isDataError(const Kes::Result& result)
 } // namespace
 
 ArchiveManagerPresenter::ArchiveManagerPresenter(ArchiveManager* manager, Kes::IPresenter* parent,
-    const std::string& extension, const std::string& supportedExtension)
+                                                 const std::string& extension,
+                                                 const std::string& supportedExtension)
     : _manager(manager), _parent(parent), _extension(extension), _supportedExtension(supportedExtension)
-{
-}
+{}
 
 ArchiveManagerPresenter::~ArchiveManagerPresenter() = default;
 
@@ -67,7 +67,8 @@ void ArchiveManagerPresenter::open(const std::string& fileName)
     if (!close())
         return;
     if (path.empty())
-        path = Kes::FileDialogPresenter().show(_getParentView(), Text::title(), _getOpenExtensionMap(), false);
+        path =
+            Kes::FileDialogPresenter().show(_getParentView(), Text::title(), _getOpenExtensionMap(), false);
     if (path.empty())
         return;
     if (!_tryOpen(path))
@@ -90,8 +91,9 @@ bool ArchiveManagerPresenter::_tryOpen(const std::string& path)
 
 bool ArchiveManagerPresenter::_tryRepair(const std::string& path)
 {
-    const auto answer = Kes::DialogPresenter::show(_getParentView(),
-        withPath(Text::tryOpenAtRepairMode(), path), Text::title(), Kes::DialogResult::YesNo);
+    const auto answer =
+        Kes::DialogPresenter::show(_getParentView(), withPath(Text::tryOpenAtRepairMode(), path),
+                                   Text::title(), Kes::DialogResult::YesNo);
     if (answer != Kes::DialogResult::Yes)
         return false;
     const auto result = _manager->open(path, true);
@@ -114,8 +116,8 @@ void ArchiveManagerPresenter::save()
 
 void ArchiveManagerPresenter::saveAs()
 {
-    const auto path
-        = Kes::FileDialogPresenter().show(_getParentView(), Text::title(), _getSaveExtensionMap(), true);
+    const auto path =
+        Kes::FileDialogPresenter().show(_getParentView(), Text::title(), _getSaveExtensionMap(), true);
     if (!path.empty() && !_manager->saveAs(path))
         _showSaveErrorDialog(_manager->getFileName());
 }
@@ -124,8 +126,9 @@ bool ArchiveManagerPresenter::close()
 {
     if (!_manager->isFileChanged())
         return true;
-    const auto answer = Kes::DialogPresenter::show(_getParentView(),
-        withPath(Text::saveDialog(), getDisplayFileName()), Text::title(), Kes::DialogResult::YesNoCancel);
+    const auto answer =
+        Kes::DialogPresenter::show(_getParentView(), withPath(Text::saveDialog(), getDisplayFileName()),
+                                   Text::title(), Kes::DialogResult::YesNoCancel);
     if (answer == Kes::DialogResult::Yes)
         saveAs();
     return answer != Kes::DialogResult::Cancel;
@@ -151,7 +154,8 @@ ArchiveManagerPresenter::Filters ArchiveManagerPresenter::_getOpenExtensionMap()
 
 void ArchiveManagerPresenter::_showInfoDialog(const char* format, const std::string& path)
 {
-    Kes::DialogPresenter::show(_getParentView(), withPath(format, path), Text::title(), Kes::DialogResult::Ok);
+    Kes::DialogPresenter::show(_getParentView(), withPath(format, path), Text::title(),
+                               Kes::DialogResult::Ok);
 }
 
 void ArchiveManagerPresenter::_showSaveErrorDialog(const std::string& path)

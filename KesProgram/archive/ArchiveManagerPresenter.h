@@ -20,7 +20,7 @@ public:
     /// over which dialogs are shown. `extension`: that of the program's files, without a dot;
     /// `supportedExtension`: a further one that can be opened, or empty.
     ArchiveManagerPresenter(ArchiveManager* manager, Kes::IPresenter* parent, const std::string& extension,
-        const std::string& supportedExtension);
+                            const std::string& supportedExtension);
     ~ArchiveManagerPresenter();
     ArchiveManagerPresenter(const ArchiveManagerPresenter&) = delete;
     ArchiveManagerPresenter& operator=(const ArchiveManagerPresenter&) = delete;

@@ -27,13 +27,14 @@ ChunkedBuffer::int_type ChunkedBuffer::overflow(int_type character)
     _chunks.push_back(std::make_unique_for_overwrite<Chunk>());
     setp(_chunks.back()->data(), _chunks.back()->data() + _chunks.back()->size());
     return traits_type::eq_int_type(character, traits_type::eof())
-        ? traits_type::not_eof(character)
-        : sputc(traits_type::to_char_type(character));
+               ? traits_type::not_eof(character)
+               : sputc(traits_type::to_char_type(character));
 }
 
 std::size_t ChunkedBuffer::_filled(std::size_t index) const
 {
-    return index + 1 == _chunks.size() ? static_cast<std::size_t>(pptr() - pbase()) : std::tuple_size_v<Chunk>;
+    return index + 1 == _chunks.size() ? static_cast<std::size_t>(pptr() - pbase())
+                                       : std::tuple_size_v<Chunk>;
 }
 
 } // namespace KesProgram

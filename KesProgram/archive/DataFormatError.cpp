@@ -8,8 +8,7 @@ namespace KesProgram {
 
 DataFormatError::DataFormatError(std::vector<std::shared_ptr<Kes::ObjectError>> inner)
     : ObjectError(std::move(inner))
-{
-}
+{}
 
 DataFormatError::~DataFormatError() = default;
 
@@ -18,8 +17,8 @@ std::string DataFormatError::getMessage() const
     return lng::Program::get("Error.dataFormat");
 }
 
-std::shared_ptr<Kes::ObjectError> DataFormatError::create(
-    const std::vector<std::shared_ptr<Kes::ObjectError>>& inner)
+std::shared_ptr<Kes::ObjectError>
+DataFormatError::create(const std::vector<std::shared_ptr<Kes::ObjectError>>& inner)
 {
     return std::make_shared<DataFormatError>(inner);
 }

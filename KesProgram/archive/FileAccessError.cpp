@@ -8,8 +8,7 @@ namespace KesProgram {
 
 FileAccessError::FileAccessError(std::vector<std::shared_ptr<Kes::ObjectError>> inner)
     : ObjectError(std::move(inner))
-{
-}
+{}
 
 FileAccessError::~FileAccessError() = default;
 
@@ -18,8 +17,8 @@ std::string FileAccessError::getMessage() const
     return lng::Program::get("Error.fileAccess");
 }
 
-std::shared_ptr<Kes::ObjectError> FileAccessError::create(
-    const std::vector<std::shared_ptr<Kes::ObjectError>>& inner)
+std::shared_ptr<Kes::ObjectError>
+FileAccessError::create(const std::vector<std::shared_ptr<Kes::ObjectError>>& inner)
 {
     return std::make_shared<FileAccessError>(inner);
 }

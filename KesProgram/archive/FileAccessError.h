@@ -16,7 +16,8 @@ public:
 
     std::string getMessage() const override;
 
-    static std::shared_ptr<Kes::ObjectError> create(const std::vector<std::shared_ptr<Kes::ObjectError>>& inner);
+    static std::shared_ptr<Kes::ObjectError>
+    create(const std::vector<std::shared_ptr<Kes::ObjectError>>& inner);
 
     /// The error without inner errors, one for the whole process.
     static std::shared_ptr<Kes::ObjectError> get();

@@ -18,6 +18,9 @@ namespace {
 // Also the unit in which the rest of a damaged entry is lost.
 constexpr std::size_t blockSize = 8192;
 
+// Sizes beyond it are as good as endless; it keeps their multiples countable.
+constexpr std::int64_t largestSize = std::int64_t{1} << 48;
+
 } // namespace
 
 /// The archive with its first bytes put back, as libarchive's callbacks want it. Nothing is thrown through
@@ -25,9 +28,11 @@ constexpr std::size_t blockSize = 8192;
 class ZipReader::Source {
 public:
     Source(std::streambuf& in, std::streamoff begin, std::streamoff end)
-        : _in(in), _begin(begin), _size(end - begin + missing), _toRead(16 * _size + (1 << 20))
-    {
-    }
+        : _in(in),
+          _begin(begin),
+          _size(end - begin + missing),
+          _toRead(16 * std::min(_size, largestSize) + (1 << 20))
+    {}
 
     std::int64_t getSize() const { return _size; }
 
@@ -50,7 +55,8 @@ private:
     la_ssize_t _read(const void** block)
     {
         *block = _block.data();
-        const auto wanted = std::min<std::int64_t>(static_cast<std::int64_t>(_block.size()), _size - _position);
+        const auto wanted =
+            std::min<std::int64_t>(static_cast<std::int64_t>(_block.size()), _size - _position);
         // Entries that overlap could have the same bytes unpacked again and again.
         _toRead -= wanted;
         if (_toRead < 0)
@@ -68,7 +74,8 @@ private:
     {
         std::int64_t count = 0;
         for (; count < wanted && _position + count < missing; ++count)
-            _block[static_cast<std::size_t>(count)] = zipSignature[static_cast<std::size_t>(_position + count)];
+            _block[static_cast<std::size_t>(count)] =
+                zipSignature[static_cast<std::size_t>(_position + count)];
         if (count == wanted)
             return count;
         const std::streamoff offset = _begin + _position + count - missing;
@@ -169,8 +176,8 @@ std::size_t ZipReader::_expectedSize() const
     if (!archive_entry_size_is_set(_entry))
         return blockSize;
     const std::int64_t claimed = archive_entry_size(_entry);
-    const auto possible = std::min<std::int64_t>(_source->getSize() * 1100,
-        static_cast<std::int64_t>(_budget.getLeft()));
+    const auto possible = std::min(1100 * std::min(_source->getSize(), largestSize),
+                                   static_cast<std::int64_t>(_budget.getLeft()));
     return static_cast<std::size_t>(std::clamp<std::int64_t>(claimed, 0, possible)) + blockSize;
 }
 

@@ -19,8 +19,8 @@ using EntryPointer = std::unique_ptr<archive_entry, decltype(&archive_entry_free
 // cut the name and could make two entries one. A name that ends like a folder's reads back without content.
 bool canStore(const std::string& name)
 {
-    return !name.empty() && name.size() <= 65535 && name.find('\0') == std::string::npos && name.back() != '/'
-        && name.back() != '\\';
+    return !name.empty() && name.size() <= 65535 && name.find('\0') == std::string::npos &&
+           name.back() != '/' && name.back() != '\\';
 }
 
 // A reader composes the characters of names marked as UTF-8 and stops at a malformed one. Names that would
@@ -48,8 +48,7 @@ ZipWriter::ZipWriter(std::ostream& zip) : _writer(archive_write_new()), _isOpen(
     // Not every version of libarchive knows the option; the archive is the same without it.
     archive_write_set_options(_writer.get(), "zip:compat=0");
     _isOpen = archive_write_open(_writer.get(), &zip, nullptr, &ArchiveHelper::ostream_write_callback,
-                  &ArchiveHelper::ostream_close_callback)
-        == ARCHIVE_OK;
+                                 &ArchiveHelper::ostream_close_callback) == ARCHIVE_OK;
 }
 
 ZipWriter::~ZipWriter() = default;
@@ -88,8 +87,8 @@ bool ZipWriter::_writeContent(std::istream& content)
         const auto count = static_cast<std::size_t>(content.gcount());
         if (count == 0)
             continue;
-        if (!_budget.take(count)
-            || archive_write_data(_writer.get(), _block.data(), count) != static_cast<la_ssize_t>(count))
+        if (!_budget.take(count) ||
+            archive_write_data(_writer.get(), _block.data(), count) != static_cast<la_ssize_t>(count))
             return false;
     }
     return true;

@@ -105,13 +105,13 @@ bool tryConvert<float, true>(const std::string& text, float& value)
 
 template <>
 unsigned long long tryExtractSpecialFloating<double>(const std::string& text, unsigned long long position,
-    double& value)
+                                                     double& value)
 {
     using Entry = std::pair<std::string_view, double>;
     // "infinity" stands before "inf" so that the longer name is taken whole.
     static const std::array<Entry, 3> table{Entry{"nan", std::numeric_limits<double>::quiet_NaN()},
-        Entry{"infinity", std::numeric_limits<double>::infinity()},
-        Entry{"inf", std::numeric_limits<double>::infinity()}};
+                                            Entry{"infinity", std::numeric_limits<double>::infinity()},
+                                            Entry{"inf", std::numeric_limits<double>::infinity()}};
 
     if (position >= text.size())
         return position;

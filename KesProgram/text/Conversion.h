@@ -28,7 +28,7 @@ std::vector<Value> splitConvert(const std::string& text, char separator) = delet
 /// Reads the name of a value that is no ordinary number.
 template <typename Value>
 unsigned long long tryExtractSpecialFloating(const std::string& text, unsigned long long position,
-    Value& value) = delete;
+                                             Value& value) = delete;
 
 /// x, y, width and height, joined by ";" as in "100;50;1280;720". Each has at most four decimals (for small
 /// values) and six significant digits; a magnitude below 0.0001 becomes "0". A negative value has six
@@ -55,6 +55,6 @@ KES_EXPORT std::vector<float> splitConvert<float>(const std::string& text, char 
 /// Returns the position behind it and sets `value`; without one, returns `position` and leaves `value`.
 template <>
 KES_EXPORT unsigned long long tryExtractSpecialFloating<double>(const std::string& text,
-    unsigned long long position, double& value);
+                                                                unsigned long long position, double& value);
 
 } // namespace Kes

@@ -22,15 +22,15 @@ inline const char* saveDialog()
 
 inline const char* accessError()
 {
-    static constexpr lng::TextPair text{
-        "Error accessing file.\n\nPath:\n%s", "Ошибка доступа к файлу.\n\nПуть:\n%s"};
+    static constexpr lng::TextPair text{"Error accessing file.\n\nPath:\n%s",
+                                        "Ошибка доступа к файлу.\n\nПуть:\n%s"};
     return lng::choose(text);
 }
 
 inline const char* saveError()
 {
-    static constexpr lng::TextPair text{
-        "Error saving file.\n\nPath:\n%s", "Ошибка сохранения файла.\n\nПуть:\n%s"};
+    static constexpr lng::TextPair text{"Error saving file.\n\nPath:\n%s",
+                                        "Ошибка сохранения файла.\n\nПуть:\n%s"};
     return lng::choose(text);
 }
 
@@ -38,13 +38,14 @@ inline const char* saveError()
 inline const char* fileInvalidData()
 {
     static constexpr lng::TextPair text{"This file contains invalid data\n\nPath:\n%s",
-        "Файл содержит некорректные данные.\n\nПуть:\n%s"};
+                                        "Файл содержит некорректные данные.\n\nПуть:\n%s"};
     return lng::choose(text);
 }
 
 inline const char* tryOpenAtRepairMode()
 {
-    static constexpr lng::TextPair text{"File data error. Try opening in data recovery mode?\n\nPath:\n%s",
+    static constexpr lng::TextPair text{
+        "File data error. Try opening in data recovery mode?\n\nPath:\n%s",
         "Ошибка данных файла. Попробовать открыть в режиме восстановления данных?\n\nПуть:\n%s"};
     return lng::choose(text);
 }

@@ -48,7 +48,7 @@ TEST_F(ArchiveFolder, PacksTheRegularFilesDirectlyInside)
     std::filesystem::create_symlink("nowhere", _home.file("in/broken link"));
     ASSERT_EQ(mkfifo(_home.file("in/pipe").c_str(), 0600), 0);
     EXPECT_EQ(Archives::unpack(_pack(_home.file("in"))),
-        (Contents{{"данные.txt", "текст"}, {"\xFF\xFE", "odd"}, {"empty", ""}, {"link", "linked"}}));
+              (Contents{{"данные.txt", "текст"}, {"\xFF\xFE", "odd"}, {"empty", ""}, {"link", "linked"}}));
 }
 
 TEST_F(ArchiveFolder, PacksMoreFilesThanMayBeOpenAtOnce)

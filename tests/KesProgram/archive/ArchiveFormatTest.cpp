@@ -54,11 +54,14 @@ TEST(ArchiveFormat, AnotherReaderFindsTheEntriesOnceTheFourBytesAreBack)
 {
     KesTest::TemporaryHome home;
     KesTest::writeFile(home.file("a.zip"),
-        Archives::toZip(Archives::pack({{"settings.xml", "<settings/>"}, {"Ток", std::string(100000, 'x')}})));
-    KesTest::writeFile(home.file("read.py"),
+                       Archives::toZip(Archives::pack(
+                           {{"settings.xml", "<settings/>"}, {"Ток", std::string(100000, 'x')}})));
+    KesTest::writeFile(
+        home.file("read.py"),
         "import sys, zipfile\n"
         "archive = zipfile.ZipFile(sys.argv[1])\n"
-        "good = archive.testzip() is None and archive.namelist() == ['settings.xml', '\\u0422\\u043e\\u043a']\n"
+        "good = archive.testzip() is None and archive.namelist() == ['settings.xml', "
+        "'\\u0422\\u043e\\u043a']\n"
         "entry = archive.infolist()[1]\n"
         "good = good and archive.read(entry) == b'x' * 100000 and entry.compress_size < 1000\n"
         "good = good and entry.external_attr >> 16 == 0o100644 and entry.date_time == (1980, 1, 1, 0, 0, 0)\n"
@@ -78,11 +81,12 @@ TEST(ArchiveFormat, DamageYieldsWhatIsDocumented)
         const char* damage;
         std::size_t position;
         Contents expected;
-    } cases[] = {{"end record", end, contents}, {"directory", directory, {}},
-        {"offset in the directory", secondInDirectory + 42, {{"1", "first"}}},
-        {"header", second, {{"1", "first"}}},
-        {"content", second + 80, {{"1", "first"}, {"2", ""}, {"3", "last"}}},
-        {"checksum", secondInDirectory + 16, {{"1", "first"}, {"2", ""}, {"3", "last"}}}};
+    } cases[] = {{"end record", end, contents},
+                 {"directory", directory, {}},
+                 {"offset in the directory", secondInDirectory + 42, {{"1", "first"}}},
+                 {"header", second, {{"1", "first"}}},
+                 {"content", second + 80, {{"1", "first"}, {"2", ""}, {"3", "last"}}},
+                 {"checksum", secondInDirectory + 16, {{"1", "first"}, {"2", ""}, {"3", "last"}}}};
     for (const auto& [damage, position, expected] : cases) {
         auto damaged = bytes;
         damaged[position] ^= 1;

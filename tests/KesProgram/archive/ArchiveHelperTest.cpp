@@ -17,10 +17,18 @@ using namespace KesProgram;
 using Archives::Contents;
 
 /// Names that other programs and systems make.
-const Contents oddNames{{"settings.xml", "1"}, {"Уставки и план.xml", "2"}, {"测试 \xF0\x9F\x94\x8C", "3"},
-    {"\xD0\xB8\xCC\x86", "decomposed"}, {"\xD0\xB9", "composed"}, {"\xED\xE5\xF2", "not UTF-8"},
-    {"folder/inner", "4"}, {"/absolute", "5"}, {"../above", "6"}, {" ", "8"}, {"a:b*?\"<>|", "9"},
-    {std::string(65535, 'n'), "long"}};
+const Contents oddNames{{"settings.xml", "1"},
+                        {"Уставки и план.xml", "2"},
+                        {"测试 \xF0\x9F\x94\x8C", "3"},
+                        {"\xD0\xB8\xCC\x86", "decomposed"},
+                        {"\xD0\xB9", "composed"},
+                        {"\xED\xE5\xF2", "not UTF-8"},
+                        {"folder/inner", "4"},
+                        {"/absolute", "5"},
+                        {"../above", "6"},
+                        {" ", "8"},
+                        {"a:b*?\"<>|", "9"},
+                        {std::string(65535, 'n'), "long"}};
 
 class LocaleScope {
 public:
@@ -38,8 +46,8 @@ private:
 
 TEST(ArchiveHelper, SignaturesHaveTheirBytes)
 {
-    const unsigned char bytes[]
-        = {0x71, 0xD1, 0x94, 0x33, 0x3F, 0x31, 0xE2, 0x80, 0xB0, 0x50, 0xE2, 0x84, 0xA2, 0x64, 0x37};
+    const unsigned char bytes[] = {0x71, 0xD1, 0x94, 0x33, 0x3F, 0x31, 0xE2, 0x80,
+                                   0xB0, 0x50, 0xE2, 0x84, 0xA2, 0x64, 0x37};
     const std::string expected(reinterpret_cast<const char*>(bytes), sizeof(bytes));
     EXPECT_EQ(ArchiveHelper::PREFIX, expected);
     EXPECT_EQ(ArchiveHelper::OUTDATED_PREFIX, expected.substr(0, 14) + '6');
@@ -71,9 +79,12 @@ TEST(ArchiveHelper, EveryNameAndContentComesBackInAnyLocaleFromTheSameBytes)
 
 TEST(ArchiveHelper, PackingRefusesWhatCannotBeStoredAndLeavesTheOutputAlone)
 {
-    const Contents refused[]
-        = {{}, {{"", "1"}}, {{"a", "1"}, {std::string(65536, 'n'), "2"}}, {{std::string("a\0b", 3), "1"}},
-            {{"folder/", "1"}}, {{"folder\\", "1"}}};
+    const Contents refused[] = {{},
+                                {{"", "1"}},
+                                {{"a", "1"}, {std::string(65536, 'n'), "2"}},
+                                {{std::string("a\0b", 3), "1"}},
+                                {{"folder/", "1"}},
+                                {{"folder\\", "1"}}};
     for (const auto& contents : refused) {
         std::ostringstream out;
         auto data = Archives::toStreams(contents);
@@ -91,7 +102,10 @@ TEST(ArchiveHelper, PackingTellsOfAFailingOutput)
     class Limited : public std::streambuf {
     public:
         explicit Limited(int room) : _room(room) {}
-        int_type overflow(int_type character) override { return _room-- > 0 ? character : traits_type::eof(); }
+        int_type overflow(int_type character) override
+        {
+            return _room-- > 0 ? character : traits_type::eof();
+        }
 
     private:
         int _room;
@@ -134,7 +148,8 @@ TEST(ArchiveHelper, AnotherSignatureLeavesTheStreamForTheNextAttempt)
 
 TEST(ArchiveHelper, AnySignatureWillDo)
 {
-    for (const auto& header : {std::string(), std::string(1, '\0'), std::string("PK"), std::string(20000, 's')}) {
+    for (const auto& header :
+         {std::string(), std::string(1, '\0'), std::string("PK"), std::string(20000, 's')}) {
         auto data = Archives::toStreams({{"a", "1"}});
         std::stringstream stream;
         ASSERT_TRUE(ArchiveHelper::packDataToStream(stream, data, header));
@@ -146,7 +161,8 @@ TEST(ArchiveHelper, AnySignatureWillDo)
     for (const auto& bytes : {std::string("sig"), std::string("sig\0\0\0", 6), std::string()}) {
         std::istringstream in(bytes);
         ArchiveHelper::DataMap read;
-        EXPECT_FALSE(ArchiveHelper::unpackStreamToData(in, read, bytes.empty() ? "" : std::string("sig\0\0\0", 6)));
+        EXPECT_FALSE(
+            ArchiveHelper::unpackStreamToData(in, read, bytes.empty() ? "" : std::string("sig\0\0\0", 6)));
     }
 }
 
@@ -170,7 +186,8 @@ TEST(ArchiveHelper, CallbacksReportTheStreamsState)
     EXPECT_EQ(out.str(), "abc");
     out.setstate(std::ios::badbit);
     EXPECT_EQ(ArchiveHelper::ostream_write_callback(nullptr, static_cast<std::ostream*>(&out), "abc", 3), -1);
-    EXPECT_EQ(ArchiveHelper::ostream_close_callback(nullptr, static_cast<std::ostream*>(&out)), ARCHIVE_FATAL);
+    EXPECT_EQ(ArchiveHelper::ostream_close_callback(nullptr, static_cast<std::ostream*>(&out)),
+              ARCHIVE_FATAL);
 }
 
 } // namespace

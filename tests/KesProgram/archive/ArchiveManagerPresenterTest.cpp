@@ -52,8 +52,8 @@ protected:
     KesTest::TemporaryHome _home;
     std::string _data = "good new";
     ArchiveManager _manager{[this](const std::string&) { _data = "good new"; },
-        [this] { return std::make_unique<std::istringstream>(_data); },
-        [this](std::istream& stream, bool repair) { return _load(stream, repair); }};
+                            [this] { return std::make_unique<std::istringstream>(_data); },
+                            [this](std::istream& stream, bool repair) { return _load(stream, repair); }};
     Parent _parent;
     ArchiveManagerPresenter _presenter{&_manager, &_parent, "abc", "old"};
 };
@@ -65,8 +65,10 @@ TEST_F(ArchiveManagerPresenterTest, ClosingAsksAboutChangesAndTellsWhetherToGoOn
         DialogResult answer;
         std::string file;
         bool isFileAsked, result;
-    } cases[] = {{DialogResult::Cancel, "", false, false}, {DialogResult::No, "", false, true},
-        {DialogResult::Yes, "", true, true}, {DialogResult::Yes, path, true, true}};
+    } cases[] = {{DialogResult::Cancel, "", false, false},
+                 {DialogResult::No, "", false, true},
+                 {DialogResult::Yes, "", true, true},
+                 {DialogResult::Yes, path, true, true}};
     for (const auto& [answer, file, isFileAsked, result] : cases) {
         dialogs.clear();
         dialogs.answer(answer);
@@ -94,7 +96,7 @@ TEST_F(ArchiveManagerPresenterTest, ANamedDocumentIsAskedAboutByPathAndAFailedSa
     dialogs.answer(DialogResult::Ok);
     EXPECT_TRUE(_presenter.close());
     EXPECT_EQ(dialogs.getTexts(),
-        (Texts{"Save changes to the file " + path + " ?", "Error saving file.\n\nPath:\n" + path}));
+              (Texts{"Save changes to the file " + path + " ?", "Error saving file.\n\nPath:\n" + path}));
     EXPECT_EQ(_presenter.getDisplayFileName(), path);
 }
 
@@ -137,7 +139,7 @@ TEST_F(ArchiveManagerPresenterTest, OpenAsksForAFileWithTheFiltersOfTheProgram)
     EXPECT_EQ(request.parent, &_parent);
     using Filters = std::vector<std::pair<std::string, std::string>>;
     EXPECT_EQ(request.filters,
-        (Filters{{"*.abc", "Archive (*.abc)"}, {"*.old", "Archive \"Velmora\" (*.old)"}}));
+              (Filters{{"*.abc", "Archive (*.abc)"}, {"*.old", "Archive \"Velmora\" (*.old)"}}));
 
     const KesTest::LanguageScope russian(lng::Russian);
     ArchiveManagerPresenter other(&_manager, nullptr, "abc", "");
@@ -153,7 +155,9 @@ TEST_F(ArchiveManagerPresenterTest, AFailedOpenEndsInANewDocumentUnlessItIsRepai
     const auto half = _file("half.abc", "half file");
     const auto bad = _file("bad.abc", "bad file");
     const auto gone = _home.file("gone.abc");
-    const auto text = [](const char* start, const std::string& path) { return start + ("\n\nPath:\n" + path); };
+    const auto text = [](const char* start, const std::string& path) {
+        return start + ("\n\nPath:\n" + path);
+    };
     const auto question = "File data error. Try opening in data recovery mode?";
     const struct {
         std::string path;
@@ -165,11 +169,17 @@ TEST_F(ArchiveManagerPresenterTest, AFailedOpenEndsInANewDocumentUnlessItIsRepai
         {gone, true, {DialogResult::Ok}, {text("Error accessing file.", gone)}, ""},
         {bad, false, {DialogResult::Ok}, {text("This file contains invalid data", bad)}, ""},
         {half, true, {DialogResult::No}, {text(question, half)}, ""},
-        {bad, true, {DialogResult::Yes, DialogResult::Ok},
-            {text(question, bad), text("This file contains invalid data", bad)}, ""},
-        {half, true, {DialogResult::Yes, DialogResult::Ok},
-            {text(question, half), text("Data converted. Prior to the inspection, check the correctness of the settings.", half)},
-            half},
+        {bad,
+         true,
+         {DialogResult::Yes, DialogResult::Ok},
+         {text(question, bad), text("This file contains invalid data", bad)},
+         ""},
+        {half,
+         true,
+         {DialogResult::Yes, DialogResult::Ok},
+         {text(question, half),
+          text("Data converted. Prior to the inspection, check the correctness of the settings.", half)},
+         half},
     };
     EXPECT_TRUE(_presenter.getIsEnableRepairMode());
     for (const auto& expected : cases) {
@@ -183,7 +193,8 @@ TEST_F(ArchiveManagerPresenterTest, AFailedOpenEndsInANewDocumentUnlessItIsRepai
         EXPECT_EQ(_manager.getFileName(), expected.name);
         EXPECT_EQ(_data, expected.name.empty() ? "good new" : "good repaired");
         const auto& first = dialogs.getMessages().front();
-        EXPECT_EQ(first.buttons, expected.texts.front().starts_with(question) ? DialogResult::YesNo : DialogResult::Ok);
+        EXPECT_EQ(first.buttons,
+                  expected.texts.front().starts_with(question) ? DialogResult::YesNo : DialogResult::Ok);
         EXPECT_EQ(first.title, "File manager");
     }
 }

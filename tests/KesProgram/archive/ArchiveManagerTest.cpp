@@ -31,7 +31,8 @@ protected:
 
     ArchiveManagerTest()
     {
-        _manager.signalFileNameChanged.connect([this] { _events.push_back("name=" + _manager.getFileName()); });
+        _manager.signalFileNameChanged.connect(
+            [this] { _events.push_back("name=" + _manager.getFileName()); });
     }
 
     bool _load(std::istream& stream, bool repair)
@@ -51,8 +52,8 @@ protected:
     std::string _data = "good data";
     Events _events;
     Manager _manager{[this](const std::string& name) { _events.push_back("new " + name); },
-        [this] { return std::make_unique<std::istringstream>(_data); },
-        [this](std::istream& stream, bool repair) { return _load(stream, repair); }};
+                     [this] { return std::make_unique<std::istringstream>(_data); },
+                     [this](std::istream& stream, bool repair) { return _load(stream, repair); }};
 };
 
 template <typename Error>
@@ -70,17 +71,19 @@ TEST_F(ArchiveManagerTest, InitOpensTheLastFileOrBeginsANewOne)
         const char* file;
         Events events;
         const char* name;
-    } cases[] = {{"", {"new "}, ""}, {"missing", {"new ", "name="}, ""}, {"bad", {"load", "new ", "name="}, ""},
-        {"good", {"load"}, "good"}};
+    } cases[] = {{"", {"new "}, ""},
+                 {"missing", {"new ", "name="}, ""},
+                 {"bad", {"load", "new ", "name="}, ""},
+                 {"good", {"load"}, "good"}};
     for (const auto& [file, events, name] : cases) {
         Events seen;
         Manager manager([&](const std::string& given) { seen.push_back("new " + given); },
-            [this] { return std::make_unique<std::istringstream>(_data); },
-            [&](std::istream& stream, bool repair) {
-                seen.push_back("load");
-                std::string word;
-                return stream >> word && word == "good" && !repair;
-            });
+                        [this] { return std::make_unique<std::istringstream>(_data); },
+                        [&](std::istream& stream, bool repair) {
+                            seen.push_back("load");
+                            std::string word;
+                            return stream >> word && word == "good" && !repair;
+                        });
         manager.signalFileNameChanged.connect([&] { seen.push_back("name=" + manager.getFileName()); });
         EXPECT_FALSE(manager.isInited());
         EXPECT_FALSE(manager.isFileChanged());
@@ -154,7 +157,7 @@ TEST_F(ArchiveManagerTest, ChangedMeansOtherBytesThanInTheFile)
         _data = saved;
     }
     for (const auto& data : {saved + "x", saved.substr(1), saved.substr(0, saved.size() - 1),
-             saved.substr(0, 131072), std::string()}) {
+                             saved.substr(0, 131072), std::string()}) {
         _data = data;
         EXPECT_TRUE(_manager.isFileChanged());
     }

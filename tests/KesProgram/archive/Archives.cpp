@@ -90,8 +90,9 @@ std::string repeatEntry(const std::string& bytes, unsigned times, unsigned digit
         repeated += numbered(zip.substr(0, directoryStart), 30, i);
     }
     auto tail = zip.substr(end, 22);
-    tail.replace(8, 12, littleEndian(times, 2) + littleEndian(times, 2) + littleEndian(directory.size(), 4)
-        + littleEndian(repeated.size(), 4));
+    tail.replace(8, 12,
+                 littleEndian(times, 2) + littleEndian(times, 2) + littleEndian(directory.size(), 4) +
+                     littleEndian(repeated.size(), 4));
     return fromZip(repeated + directory + tail);
 }
 

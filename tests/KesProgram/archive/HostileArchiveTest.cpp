@@ -138,7 +138,10 @@ TEST(HostileArchive, AStreamThatCannotBeReadOrMovedIsRefused)
     /// A device that gives the signature and then fails.
     class Broken : public std::streambuf {
     public:
-        Broken() : _bytes(ArchiveHelper::PREFIX) { setg(_bytes.data(), _bytes.data(), _bytes.data() + _bytes.size()); }
+        Broken() : _bytes(ArchiveHelper::PREFIX)
+        {
+            setg(_bytes.data(), _bytes.data(), _bytes.data() + _bytes.size());
+        }
 
     private:
         int_type underflow() override { throw std::runtime_error("read error"); }

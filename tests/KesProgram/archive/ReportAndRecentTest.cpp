@@ -42,9 +42,9 @@ TEST(XslReportManager, WritesTheReportWhereItIsWanted)
     KesTest::TemporaryHome home;
     writeFile(home.file("data.xml"), "<test><value>5,2</value></test>");
     writeFile(home.file("report.xsl"),
-        "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
-        "<xsl:output method='html'/><xsl:template match='/'><p><xsl:value-of select='test/value'/></p>"
-        "</xsl:template></xsl:stylesheet>");
+              "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
+              "<xsl:output method='html'/><xsl:template match='/'><p><xsl:value-of select='test/value'/></p>"
+              "</xsl:template></xsl:stylesheet>");
     XslReportManager reports(home.file("report.xsl"));
 
     const auto wanted = home.file("Новая папка/ещё одна/report.html");
@@ -67,7 +67,8 @@ TEST(XslReportManager, ReturnsThePathEvenWithoutAReport)
     EXPECT_EQ(reports.createReport(home.file("missing.xml"), path), path);
     EXPECT_FALSE(std::filesystem::exists(path));
     writeFile(home.file("file"), "");
-    EXPECT_EQ(reports.createReport(home.file("missing.xml"), home.file("file/report.html")), home.file("file/report.html"));
+    EXPECT_EQ(reports.createReport(home.file("missing.xml"), home.file("file/report.html")),
+              home.file("file/report.html"));
 }
 
 } // namespace

@@ -40,11 +40,29 @@ TEST(Conversion, WritesARectangle)
     const struct {
         float value;
         const char* text;
-    } numbers[] = {{1280, "1280"}, {12.345678f, "12.3457"}, {1.23456f, "1.2346"}, {0.123456f, "0.1235"},
-        {0.5f, "0.5"}, {1, "1"}, {10, "10"}, {1234567, "1.23457e+06"}, {123456, "123456"}, {-5.5f, "-5.5"},
-        {-1234.5678f, "-1234.57"}, {-0.123456789f, "-0.123457"}, {0.00005f, "0"}, {0.00009f, "0"},
-        {0.0001f, "0"}, {-0.00009f, "0"}, {-0.0f, "0"}, {0.0002f, "0.0002"}, {0.00123456f, "0.001235"},
-        {notANumber, "nan"}, {infinity, "inf"}, {-infinity, "-inf"}, {3.4e38f, "3.4e+38"}};
+    } numbers[] = {{1280, "1280"},
+                   {12.345678f, "12.3457"},
+                   {1.23456f, "1.2346"},
+                   {0.123456f, "0.1235"},
+                   {0.5f, "0.5"},
+                   {1, "1"},
+                   {10, "10"},
+                   {1234567, "1.23457e+06"},
+                   {123456, "123456"},
+                   {-5.5f, "-5.5"},
+                   {-1234.5678f, "-1234.57"},
+                   {-0.123456789f, "-0.123457"},
+                   {0.00005f, "0"},
+                   {0.00009f, "0"},
+                   {0.0001f, "0"},
+                   {-0.00009f, "0"},
+                   {-0.0f, "0"},
+                   {0.0002f, "0.0002"},
+                   {0.00123456f, "0.001235"},
+                   {notANumber, "nan"},
+                   {infinity, "inf"},
+                   {-infinity, "-inf"},
+                   {3.4e38f, "3.4e+38"}};
     for (const auto& [value, text] : numbers)
         EXPECT_EQ(write({value, 0, 0, value}), std::string(text) + ";0;0;" + text);
     EXPECT_EQ(write({100, 50, 1280, 720}), "100;50;1280;720");
@@ -59,10 +77,17 @@ TEST(Conversion, ReadsARectangleOfFourItems)
         const char* text;
         bool success;
         Kes::RectangleF value;
-    } cases[] = {{"100;50;1280;720", true, {100, 50, 1280, 720}}, {"-5.5;0;1.23457e+06;1", true, {-5.5f, 0, 1234570, 1}},
-        {"a;b;c;d", true, {}}, {";;;", true, {}}, {"1;2,5;3;4", true, {1, 0, 3, 4}}, {"1;2;3;", true, {1, 2, 3, 0}},
-        {"1;2;3", false, old}, {"1;2;3;4;", false, old}, {"1;2;3;4;5", false, old}, {"", false, old},
-        {"1 2 3 4", false, old}};
+    } cases[] = {{"100;50;1280;720", true, {100, 50, 1280, 720}},
+                 {"-5.5;0;1.23457e+06;1", true, {-5.5f, 0, 1234570, 1}},
+                 {"a;b;c;d", true, {}},
+                 {";;;", true, {}},
+                 {"1;2,5;3;4", true, {1, 0, 3, 4}},
+                 {"1;2;3;", true, {1, 2, 3, 0}},
+                 {"1;2;3", false, old},
+                 {"1;2;3;4;", false, old},
+                 {"1;2;3;4;5", false, old},
+                 {"", false, old},
+                 {"1 2 3 4", false, old}};
     for (const auto& [text, success, value] : cases) {
         auto read = old;
         EXPECT_EQ((Kes::tryConvert<Kes::RectangleF, true, true>(text, read)), success) << text;
@@ -75,9 +100,17 @@ TEST(Conversion, SplitsAListAndPutsZeroForWhatIsNoNumber)
     const struct {
         const char* text;
         std::vector<float> values;
-    } cases[] = {{"1;2;3;4", {1, 2, 3, 4}}, {"1;;3", {1, 0, 3}}, {";5", {0, 5}}, {"1;2;", {1, 2, 0}},
-        {" 2", {2}}, {"3 ", {0}}, {"x", {0}}, {"", {0}}, {";", {0, 0}}, {"inf;-inf", {infinity, -infinity}},
-        {"1\n;2", {0, 2}}};
+    } cases[] = {{"1;2;3;4", {1, 2, 3, 4}},
+                 {"1;;3", {1, 0, 3}},
+                 {";5", {0, 5}},
+                 {"1;2;", {1, 2, 0}},
+                 {" 2", {2}},
+                 {"3 ", {0}},
+                 {"x", {0}},
+                 {"", {0}},
+                 {";", {0, 0}},
+                 {"inf;-inf", {infinity, -infinity}},
+                 {"1\n;2", {0, 2}}};
     for (const auto& [text, values] : cases)
         EXPECT_EQ(Kes::splitConvert<float>(text, ';'), values) << text;
     EXPECT_EQ(Kes::splitConvert<float>("1,5", ','), (std::vector<float>{1, 5}));
@@ -89,8 +122,11 @@ TEST(Conversion, ReadsOneWholeNumber)
     const struct {
         const char* text;
         float value;
-    } good[] = {{"800.5", 800.5f}, {"+1", 1}, {"-1e3", -1000}, {"\t 7", 7}, {".5", 0.5f}, {"5.", 5},
-        {"inf", infinity}, {"-inf", -infinity}, {"infinity", infinity}, {"-infinity", -infinity}};
+    } good[] = {{"800.5", 800.5f},      {"+1", 1},
+                {"-1e3", -1000},        {"\t 7", 7},
+                {".5", 0.5f},           {"5.", 5},
+                {"inf", infinity},      {"-inf", -infinity},
+                {"infinity", infinity}, {"-infinity", -infinity}};
     for (const auto& [text, value] : good) {
         float read = 42;
         EXPECT_TRUE((Kes::tryConvert<float, true>(text, read))) << text;
@@ -102,8 +138,8 @@ TEST(Conversion, ReadsOneWholeNumber)
         EXPECT_TRUE(std::isnan(read));
         EXPECT_EQ(std::signbit(read), negative);
     }
-    for (const std::string text : {"", " ", "-", "+inf", "infx", "nan ", " nan", "1,5", "1 ", "1x", "1e", "1e99", "--1",
-             "--inf", "0x10", "1.2.3"}) {
+    for (const std::string text : {"", " ", "-", "+inf", "infx", "nan ", " nan", "1,5", "1 ", "1x", "1e",
+                                   "1e99", "--1", "--inf", "0x10", "1.2.3"}) {
         float read = 42;
         EXPECT_FALSE((Kes::tryConvert<float, true>(text, read))) << text;
         EXPECT_EQ(read, 42) << text;
@@ -129,7 +165,7 @@ TEST(Conversion, FindsASpecialValueAtAPosition)
 TEST(Conversion, FormatsAMessageWithAPath)
 {
     EXPECT_EQ(Kes::StringHelper::formatC<const char*>("Error saving file.\n\nPath:\n%s", "/данные/a.abc"),
-        "Error saving file.\n\nPath:\n/данные/a.abc");
+              "Error saving file.\n\nPath:\n/данные/a.abc");
     EXPECT_EQ(Kes::StringHelper::formatC<const char*>("Error creating file.", "/a"), "Error creating file.");
 }
 

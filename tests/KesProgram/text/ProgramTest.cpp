@@ -16,12 +16,36 @@ namespace {
 
 using KesTest::LanguageScope;
 
-const std::vector<std::string> keys{"Message.hardwareFault", "Message.closeConfirmation",
-    "Message.errorPrepareHardware", "Message.errorStartTests", "Message.noKestos", "Menu.file", "Menu.fileNew",
-    "Menu.fileOpen", "Menu.fileSave", "Menu.fileSaveAs", "Menu.fileRecents", "Menu.fileExport", "Menu.help",
-    "Menu.about", "Menu.exit", "Tool.fileNew", "Tool.fileOpen", "Tool.fileSave", "Tool.start", "Tool.stop",
-    "Tool.closeConnect", "Tool.hardware", "Tool.testObject", "Tool.report", "Help.defaultFileName",
-    "Help.errorOpenFile", "Status.syncTitle", "Error.dataFormat", "Error.fileAccess", "Error.configLoad"};
+const std::vector<std::string> keys{"Message.hardwareFault",
+                                    "Message.closeConfirmation",
+                                    "Message.errorPrepareHardware",
+                                    "Message.errorStartTests",
+                                    "Message.noKestos",
+                                    "Menu.file",
+                                    "Menu.fileNew",
+                                    "Menu.fileOpen",
+                                    "Menu.fileSave",
+                                    "Menu.fileSaveAs",
+                                    "Menu.fileRecents",
+                                    "Menu.fileExport",
+                                    "Menu.help",
+                                    "Menu.about",
+                                    "Menu.exit",
+                                    "Tool.fileNew",
+                                    "Tool.fileOpen",
+                                    "Tool.fileSave",
+                                    "Tool.start",
+                                    "Tool.stop",
+                                    "Tool.closeConnect",
+                                    "Tool.hardware",
+                                    "Tool.testObject",
+                                    "Tool.report",
+                                    "Help.defaultFileName",
+                                    "Help.errorOpenFile",
+                                    "Status.syncTitle",
+                                    "Error.dataFormat",
+                                    "Error.fileAccess",
+                                    "Error.configLoad"};
 
 std::string textOf(const std::string& key, lng::Language language)
 {
@@ -89,7 +113,7 @@ TEST(NamedTexts, FollowTheLanguageAtEachCall)
         {File::title, "File manager", "Менеджер файлов"},
         {File::saveDialog, "Save changes to the file %s ?", "Сохранить изменения в файле %s ?"},
         {File::fileInvalidData, "This file contains invalid data\n\nPath:\n%s",
-            "Файл содержит некорректные данные.\n\nПуть:\n%s"},
+         "Файл содержит некорректные данные.\n\nПуть:\n%s"},
         {File::supportedFile, "Archive \"Velmora\"", "Файл архива \"Вельмора\""},
         {KesTree::TreePresentersLocalization::testObjectWindowTitle, "Test object", "Объект испытаний"},
     };
