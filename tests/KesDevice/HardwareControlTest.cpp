@@ -98,15 +98,16 @@ TEST_F(HardwareControlTest, EmbeddedConfigurationStandsInForTheGlobalOne)
     std::vector<HardwareManager*> heard;
     Kes::ScopedConnection connection =
         HardwareControl::signalHardwareChanged.connect([&](HardwareManager* hardware) { heard.push_back(hardware); });
+    auto lent = HardwareManager::create();
+    auto* embedded = lent.get();
+    HardwareControl::setEmbeddedInstance(std::move(lent), false);
+    EXPECT_EQ(HardwareControl::getInstance(), global) << "not in embedded mode yet";
     HardwareControl::setEmbeddedMode(true);
     EXPECT_TRUE(HardwareControl::getEmbeddedMode());
-    EXPECT_EQ(HardwareControl::getInstance(), global) << "nothing is lent yet";
-    HardwareControl::setEmbeddedInstance(HardwareManager::create(), false);
-    auto* embedded = HardwareControl::getInstance();
-    EXPECT_NE(embedded, global);
+    EXPECT_EQ(HardwareControl::getInstance(), embedded);
     HardwareControl::setEmbeddedMode(false);
     EXPECT_EQ(HardwareControl::getInstance(), global);
-    EXPECT_THAT(heard, ElementsAre(embedded, global));
+    EXPECT_THAT(heard, ElementsAre(global, embedded, global));
     EXPECT_FALSE(std::filesystem::exists(HardwareFile::getPath())) << "lent devices are not kept";
 }
 
