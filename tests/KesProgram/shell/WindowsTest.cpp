@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <gtkmm/aboutdialog.h>
+#include <gtkmm/button.h>
 #include <gtkmm/entry.h>
 #include <gtkmm/menu.h>
 #include <gtkmm/menuitem.h>
@@ -146,15 +147,23 @@ TEST_F(WindowsTest, TestObjectWindowOpenedDuringARunIsReadOnly)
     model._setCanProgramStop(true);
 }
 
-TEST_F(WindowsTest, HardwareSettingsOpenOnce)
+TEST_F(WindowsTest, ConfirmedHardwareSettingsBecomeTheModels)
 {
     open();
-    const auto before = Gtk::Window::list_toplevels().size();
+    auto* before = model.getHardware();
     shell.requestHardware();
-    const auto windows = Gtk::Window::list_toplevels().size();
-    EXPECT_EQ(windows, before + 1);
     shell.requestHardware();
-    EXPECT_EQ(Gtk::Window::list_toplevels().size(), windows);
+    std::vector<Gtk::Window*> opened;
+    for (auto* window : Gtk::Window::list_toplevels())
+        if (window->get_visible() && window->get_transient_for() == &shell.getWindow())
+            opened.push_back(window);
+    ASSERT_EQ(opened.size(), 1U) << "the second request opened another window";
+    EXPECT_THAT(record.take(), ElementsAre());
+    for (auto* button : findWidgets<Gtk::Button>(*opened[0]))
+        if (button->get_label() == "OK")
+            button->clicked();
+    EXPECT_TRUE(waitFor([this] { return record.has("hardware changed"); }));
+    EXPECT_NE(model.getHardware(), before);
 }
 
 TEST_F(WindowsTest, HelpMenuShowsHelpAndAbout)
