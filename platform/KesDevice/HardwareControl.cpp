@@ -35,8 +35,9 @@ std::unique_ptr<HardwareManager> restoreOrCreate()
 void keep(const HardwareManager& hardware)
 {
     if (const auto result = HardwareFile::write(HardwareFile::getPath(), hardware); !result)
-        KesLog::Log::writeError(Kes::StringHelper::format(lng::HardwareManager::get("Errors.File.write"),
-            Kes::ObjectErrorHelper::toDisplayString({result.getError()})));
+        KesLog::Log::writeError(
+            Kes::StringHelper::format(lng::HardwareManager::get("Errors.File.write"),
+                                      Kes::ObjectErrorHelper::toDisplayString({result.getError()})));
 }
 
 } // namespace
@@ -53,7 +54,8 @@ HardwareManager* HardwareControl::getInstance()
     auto& state = State::get();
     if (auto* current = state.getCurrent())
         return current;
-    // Made outside the lock, since making it passes the signal gate; when two threads do so, the first one counts.
+    // Made outside the lock, since making it passes the signal gate; when two threads do so, the first one
+    // counts.
     state.offerGlobal(restoreOrCreate());
     return state.getCurrent();
 }

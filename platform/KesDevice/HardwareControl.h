@@ -12,17 +12,17 @@ namespace KesDevice {
 /// The process-wide hardware configuration. Any thread.
 ///
 /// In embedded mode (the program runs inside another one that lends its devices) the embedded
-/// configuration stands in for the global one. The first global configuration is the one that was kept last, or
-/// else one with a single simulated device; that device exists in every process, in the simulated network.
+/// configuration stands in for the global one. The first global configuration is the one that was kept last,
+/// or else one with a single simulated device; that device exists in every process, in the simulated network.
 class KES_EXPORT HardwareControl {
 public:
-    /// A configuration has been set and is installed; the argument is the current one, never null. Emitted on the
-    /// thread that set it. The previous configuration is still alive during the emission.
+    /// A configuration has been set and is installed; the argument is the current one, never null. Emitted on
+    /// the thread that set it. The previous configuration is still alive during the emission.
     static Kes::Signal<void(HardwareManager*)> signalHardwareChanged;
 
     /// The current configuration, never null. It lives until it is replaced. From then on its outputs and
-    /// connections are off and it refuses to begin anything; it is destroyed some replacements later, when it is
-    /// not busy, so that a thread that is just using it fails in peace.
+    /// connections are off and it refuses to begin anything; it is destroyed some replacements later, when it
+    /// is not busy, so that a thread that is just using it fails in peace.
     static HardwareManager* getInstance();
 
     /// Where the simulated device is: 127.0.0.1.

@@ -26,7 +26,8 @@ HardwareControlState& HardwareControlState::get()
 HardwareControlState::HardwareControlState()
 {
     HardwareIsRunningComponent::getInstance();
-    KesDriver::SimulatedNetwork::getInstance().add(HardwareControl::getSimulatedAddress(),
+    KesDriver::SimulatedNetwork::getInstance().add(
+        HardwareControl::getSimulatedAddress(),
         std::make_shared<KesDriver::SimulatedKesto>(
             KesDriver::KestoIdentifer(simulatedType, simulatedSerialNumber)));
 }

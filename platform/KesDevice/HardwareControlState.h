@@ -11,8 +11,8 @@ namespace KesDevice {
 
 /// The configurations that `HardwareControl` owns. Any thread.
 ///
-/// A replaced configuration is kept for a few replacements more: a thread that has just asked for the current one
-/// still uses it. It holds no connection and does nothing any more.
+/// A replaced configuration is kept for a few replacements more: a thread that has just asked for the current
+/// one still uses it. It holds no connection and does nothing any more.
 class HardwareControlState {
 public:
     /// Made at first use, together with the simulated device that every program finds.

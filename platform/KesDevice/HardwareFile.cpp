@@ -52,7 +52,8 @@ std::unique_ptr<Kesto> readKesto(const Glib::KeyFile& file, const Glib::ustring&
     const auto address = Kesto::Address::parse(file.get_string(group, "Address"));
     check(address.has_value(), group, "Address");
     auto kesto = std::make_unique<Kesto>(*address);
-    const auto result = kesto->auxDC().set(file.get_boolean(group, "AuxDC"), file.get_double(group, "AuxDCVolts"));
+    const auto result =
+        kesto->auxDC().set(file.get_boolean(group, "AuxDC"), file.get_double(group, "AuxDCVolts"));
     check(static_cast<bool>(result), group, "AuxDCVolts");
     return kesto;
 }
@@ -64,7 +65,8 @@ std::unique_ptr<HardwareManager> readHardware(const Glib::KeyFile& file)
     const auto mode = SyncMode::find(file.get_string(hardwareGroup, "SyncMode"));
     check(mode.has_value(), hardwareGroup, "SyncMode");
     hardware->getSyncManager().setActiveMode(*mode);
-    hardware->getVirtualChannels().setIsControlGroupsEnabled(file.get_boolean(hardwareGroup, "ControlGroups"));
+    hardware->getVirtualChannels().setIsControlGroupsEnabled(
+        file.get_boolean(hardwareGroup, "ControlGroups"));
     hardware->setIsStopOnFault(file.get_boolean(hardwareGroup, "StopOnFault"));
     hardware->setIsStatusReported(file.get_boolean(hardwareGroup, "StatusReported"));
     const int count = file.get_integer(hardwareGroup, "Kestos");

@@ -10,8 +10,8 @@
 namespace KesDevice {
 
 /// The file in which a hardware configuration is kept: addresses and auxiliary supplies of the devices, the
-/// synchronisation mode, the settings. A key file with one group "Hardware" and groups "Kesto 1", "Kesto 2", ...
-/// Any thread.
+/// synchronisation mode, the settings. A key file with one group "Hardware" and groups "Kesto 1", "Kesto 2",
+/// ... Any thread.
 class KES_EXPORT HardwareFile {
 public:
     /// "hardware.cfg" in the configuration directory of the family's programs.

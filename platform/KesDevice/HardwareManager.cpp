@@ -32,9 +32,7 @@ std::unique_ptr<HardwareManager> HardwareManager::create()
     return std::unique_ptr<HardwareManager>(new HardwareManager);
 }
 
-HardwareManager::HardwareManager() : _virtualChannels(*this), _impl(std::make_unique<Impl>(*this))
-{
-}
+HardwareManager::HardwareManager() : _virtualChannels(*this), _impl(std::make_unique<Impl>(*this)) {}
 
 HardwareManager::~HardwareManager()
 {
@@ -93,8 +91,8 @@ Kes::Result HardwareManager::prepare()
     const Impl::Status status(*this);
     const auto kestos = _kestos.lease();
     for (const auto& kesto : kestos)
-        status.show(Kes::StringHelper::format(
-            lng::HardwareManager::get("Status.connecting"), kesto->getAddress().to_string()));
+        status.show(Kes::StringHelper::format(lng::HardwareManager::get("Status.connecting"),
+                                              kesto->getAddress().to_string()));
     return Impl::toResult("Errors.General.prepare", _impl->onEach(kestos, prepareKesto));
 }
 

@@ -16,15 +16,16 @@ namespace KesDevice {
 /// A hardware configuration: the devices, their synchronisation and their common working mode.
 ///
 /// Owned by `HardwareControl` or by a program. Operations: any thread, one at a time; later callers wait, and
-/// let go of the signal gate and serve the GUI thread's queue meanwhile. A slot may call operations: inside an
-/// operation of the same thread they are carried out at once. Several devices are asked at the same time, so an
-/// operation takes as long as the slowest one, a few seconds at most.
+/// let go of the signal gate and serve the GUI thread's queue meanwhile. A slot may call operations: inside
+/// an operation of the same thread they are carried out at once. Several devices are asked at the same time,
+/// so an operation takes as long as the slowest one, a few seconds at most.
 ///
-/// Signals are emitted on the thread on which the change was noticed: a device's thread, one that asks a device,
-/// or the thread that called the operation.
+/// Signals are emitted on the thread on which the change was noticed: a device's thread, one that asks a
+/// device, or the thread that called the operation.
 ///
-/// A device that is lost while the output runs is reported by `signalAvary`; the output counts as running until
-/// `stopWorkingMode`. Destroying a configuration switches its outputs off; never from inside its own operation.
+/// A device that is lost while the output runs is reported by `signalAvary`; the output counts as running
+/// until `stopWorkingMode`. Destroying a configuration switches its outputs off; never from inside its own
+/// operation.
 class KES_EXPORT HardwareManager {
 public:
     /// A configuration without devices.
@@ -50,7 +51,8 @@ public:
     HardwareVirtualChannels& getVirtualChannels() { return _virtualChannels; }
     const HardwareVirtualChannels& getVirtualChannels() const { return _virtualChannels; }
 
-    /// A fault of one device sets the outputs of all to zero. Off at first; on in a program's own configuration.
+    /// A fault of one device sets the outputs of all to zero. Off at first; on in a program's own
+    /// configuration.
     bool isStopOnFault() const { return _stopOnFault; }
     void setIsStopOnFault(bool stop) { _stopOnFault = stop; }
     /// Whether `signalStatusChanged` tells the steps of the operations. Off at first; on in a program's own
@@ -70,14 +72,15 @@ public:
     /// Whether the output runs or one of the operations below is under way.
     bool isBusy() const;
 
-    /// Connects and identifies every device, and asks for its state. Fails with one inner error per device that
-    /// could not be reached; the others stay connected.
+    /// Connects and identifies every device, and asks for its state. Fails with one inner error per device
+    /// that could not be reached; the others stay connected.
     Kes::Result prepare();
-    /// Switches the outputs of all devices on, at zero. On failure of one, all are switched off again. Refused
-    /// while the output runs, without devices, and for a configuration that has been replaced.
+    /// Switches the outputs of all devices on, at zero. On failure of one, all are switched off again.
+    /// Refused while the output runs, without devices, and for a configuration that has been replaced.
     Kes::Result startWorkingMode();
     /// Sets all outputs to zero and switches them off. Also after a failure the output counts as not running.
-    /// Succeeds when the output does not run. A device that has been lost is passed over: it has switched off.
+    /// Succeeds when the output does not run. A device that has been lost is passed over: it has switched
+    /// off.
     Kes::Result stopWorkingMode();
     /// Ends the connections to all devices, after switching a running output off; fails as that does.
     Kes::Result disconnect();

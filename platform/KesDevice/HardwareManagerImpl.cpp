@@ -22,13 +22,14 @@ std::shared_ptr<Kes::ObjectError> nameKesto(const Kesto& kesto, const Kes::Resul
     const auto text = Kes::ObjectErrorHelper::toDisplayString({result.getError()});
     if (text.find(kesto.getAddress().to_string()) != std::string::npos)
         return result.getError();
-    return Kes::TextError::create(text.empty() ? kesto.toDisplayString() : kesto.toDisplayString() + ": " + text);
+    return Kes::TextError::create(text.empty() ? kesto.toDisplayString()
+                                               : kesto.toDisplayString() + ": " + text);
 }
 
 /// Runs the operation on every device, each on a thread of its own, all of them through `enter`.
 template <typename Enter>
-std::vector<std::thread> startThreads(
-    const Kestos& kestos, const Operation& operation, std::vector<Kes::Result>& results, Enter enter)
+std::vector<std::thread> startThreads(const Kestos& kestos, const Operation& operation,
+                                      std::vector<Kes::Result>& results, Enter enter)
 {
     std::vector<std::thread> threads;
     for (std::size_t i = 0; i < kestos.size(); ++i)
@@ -73,8 +74,8 @@ HardwareManager::Impl::Errors HardwareManager::Impl::onEach(const Kestos& kestos
     if (kestos.size() == 1) {
         results[0] = operation(*kestos[0]);
     } else {
-        auto threads = startThreads(
-            kestos, operation, results, [this] { return std::make_unique<OperationTurn::Share>(turn); });
+        auto threads = startThreads(kestos, operation, results,
+                                    [this] { return std::make_unique<OperationTurn::Share>(turn); });
         for (auto& thread : threads)
             Kes::ThreadHelper::join(thread);
     }
@@ -94,13 +95,14 @@ Kes::Result HardwareManager::Impl::toResult(const char* key, const Errors& error
 
 Kes::Result HardwareManager::Impl::checkStart(const Kestos& kestos) const
 {
-    const char* error = isRetired ? "Errors.General.replaced"
-        : _hardware._running      ? "Errors.General.alreadyRunning"
-        : kestos.empty()          ? "Errors.General.noKestos"
-                                  : nullptr;
+    const char* error = isRetired            ? "Errors.General.replaced"
+                        : _hardware._running ? "Errors.General.alreadyRunning"
+                        : kestos.empty()     ? "Errors.General.noKestos"
+                                             : nullptr;
     if (!error)
         return true;
-    return toResult("Errors.General.startWorkingMode", {Kes::TextError::create(lng::HardwareManager::get(error))});
+    return toResult("Errors.General.startWorkingMode",
+                    {Kes::TextError::create(lng::HardwareManager::get(error))});
 }
 
 void HardwareManager::Impl::setRunning(bool running)
@@ -120,8 +122,8 @@ void HardwareManager::Impl::countRunning(int by)
 void HardwareManager::Impl::_onInserted(Kesto* kesto)
 {
     auto& connections = _connections[kesto];
-    connections.emplace_back(kesto->signalAvary.connect(
-        [this, kesto](KesDriver::KesAvary& avary) { _onAvary(kesto, avary); }));
+    connections.emplace_back(
+        kesto->signalAvary.connect([this, kesto](KesDriver::KesAvary& avary) { _onAvary(kesto, avary); }));
     connections.emplace_back(kesto->signalNotice.connect(
         [this, kesto](const char* text) { _hardware.signalKestoState.emit(kesto, text); }));
 }
@@ -145,14 +147,16 @@ void HardwareManager::Impl::_stopOthers(const Kesto* faulty)
     std::erase_if(others, [=](const auto& kesto) { return kesto.get() == faulty || !kesto->isConnected(); });
     std::vector<Kes::Result> results(others.size(), Kes::Result(true));
     const Operation stop = [](Kesto& kesto) { return kesto.stopOutputs(); };
-    // The threads emit nothing, so they may be waited for with the gate held: nobody can destroy this meanwhile.
+    // The threads emit nothing, so they may be waited for with the gate held: nobody can destroy this
+    // meanwhile.
     for (auto& thread : startThreads(others, stop, results, [] { return 0; }))
         thread.join();
     for (std::size_t i = 0; i < others.size(); ++i)
         if (!results[i])
-            _hardware.signalKestoState.emit(others[i].get(),
+            _hardware.signalKestoState.emit(
+                others[i].get(),
                 Kes::StringHelper::format(lng::HardwareManager::get("Errors.General.stopOnFault"),
-                    Kes::ObjectErrorHelper::toDisplayString({results[i].getError()}))
+                                          Kes::ObjectErrorHelper::toDisplayString({results[i].getError()}))
                     .c_str());
 }
 

@@ -13,7 +13,8 @@
 
 namespace KesDevice {
 
-/// The inner side of a configuration: its turn, its view of the devices' signals, and work on all devices at once.
+/// The inner side of a configuration: its turn, its view of the devices' signals, and work on all devices at
+/// once.
 class HardwareManager::Impl {
 public:
     using Kestos = std::vector<std::shared_ptr<Kesto>>;

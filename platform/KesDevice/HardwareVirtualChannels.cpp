@@ -11,8 +11,8 @@ std::vector<std::string> HardwareVirtualChannels::getNames() const
     const auto count = _hardware.getKestos().size();
     for (std::size_t device = 1; device <= count; ++device)
         for (unsigned channel = 0; channel < KesDriver::channelCount; ++channel)
-            names.push_back(
-                KesDriver::getChannelName(channel) + (device > 1 ? std::to_string(device) : std::string()));
+            names.push_back(KesDriver::getChannelName(channel) +
+                            (device > 1 ? std::to_string(device) : std::string()));
     return names;
 }
 

@@ -11,13 +11,11 @@ namespace KesDevice {
 
 Kesto::Kesto(const Address& address)
     : Kesto(address, KesDriver::SimulatedNetwork::getInstance().createLink(address))
-{
-}
+{}
 
 Kesto::Kesto(const Address& address, std::unique_ptr<KesDriver::IKestoLink> link)
     : _address(address), _auxDC(*this), _impl(std::make_unique<Impl>(*this, std::move(link)))
-{
-}
+{}
 
 Kesto::~Kesto() = default;
 

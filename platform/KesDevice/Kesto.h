@@ -15,8 +15,8 @@ namespace KesDevice {
 
 /// One test device of a hardware configuration. Owned by the configuration.
 ///
-/// What a device says is not believed blindly: events of inputs that do not exist or with times that go back are
-/// dropped, a nonsensical end of a sequence counts as an incomplete one, and the operation error says so.
+/// What a device says is not believed blindly: events of inputs that do not exist or with times that go back
+/// are dropped, a nonsensical end of a sequence counts as an incomplete one, and the operation error says so.
 ///
 /// Operations and getters: any thread; those that talk to the device block until it has answered or has
 /// missed its time-out. Signals are emitted on the device's thread unless said otherwise; the references they
@@ -33,14 +33,14 @@ public:
     Kesto(const Kesto&) = delete;
     Kesto& operator=(const Kesto&) = delete;
 
-    /// What is wrong with the device has changed; the argument is the new `getOperationError()`. Emitted on the
-    /// thread that found out: a device thread, the state updater's, or the caller's.
+    /// What is wrong with the device has changed; the argument is the new `getOperationError()`. Emitted on
+    /// the thread that found out: a device thread, the state updater's, or the caller's.
     Kes::Signal<void(const Kes::Nullable<std::string>&)> signalOperationErrorChanged;
     Kes::Signal<void(const KesDriver::InputEvent&)> signalInput;
     Kes::Signal<void(const KesDriver::StepEvent&)> signalStep;
     Kes::Signal<void(const KesDriver::SequenceEvent&)> signalSequenceFinished;
-    /// A fault; a lost connection is one, with its connection-error flag set. A device repeats the record about
-    /// every second while the fault lasts.
+    /// A fault; a lost connection is one, with its connection-error flag set. A device repeats the record
+    /// about every second while the fault lasts.
     Kes::Signal<void(KesDriver::KesAvary&)> signalAvary;
     /// Something else that the user should know, such as that the device sends nonsense. Never null.
     Kes::Signal<void(const char*)> signalNotice;
@@ -62,8 +62,8 @@ public:
     Kes::Nullable<std::string> getOperationError() const;
 
     bool isConnected() const;
-    /// Connects, identifies, sets the auxiliary supply and asks for the state; succeeds at once when connected.
-    /// A device that is not ready counts as connected.
+    /// Connects, identifies, sets the auxiliary supply and asks for the state; succeeds at once when
+    /// connected. A device that is not ready counts as connected.
     Kes::Result connect();
     /// The operation error is unknown afterwards.
     void disconnect();

@@ -23,7 +23,8 @@ public:
     /// Null when no device has the address.
     Kesto* find(const Kesto::Address& address) const;
 
-    /// The devices, kept alive as long as the result is, for a thread that uses them while others may remove them.
+    /// The devices, kept alive as long as the result is, for a thread that uses them while others may remove
+    /// them.
     std::vector<std::shared_ptr<Kesto>> lease() const;
 
 protected:

@@ -230,8 +230,8 @@ void Kesto::Impl::onConnectionLost()
     avary.serialNumber = getIdentifer().getSerialNumber();
     avary.isConnectError = true;
     const auto reports = _reports;
-    setOperationError(
-        format(lng::HardwareManager::get("Errors.Kesto.connectionLost"), getDisplayString()), _epoch);
+    setOperationError(format(lng::HardwareManager::get("Errors.Kesto.connectionLost"), getDisplayString()),
+                      _epoch);
     if (!reports->isClosed())
         _kesto.signalAvary.emit(avary);
 }

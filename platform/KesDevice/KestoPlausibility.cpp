@@ -31,8 +31,8 @@ bool isPlausible(const KestoIdentifer& identifer)
 {
     const auto type = identifer.getType();
     const auto number = identifer.getSerialNumber();
-    return type != 0 && type != std::numeric_limits<decltype(type)>::max() && number != 0
-        && number != std::numeric_limits<decltype(number)>::max();
+    return type != 0 && type != std::numeric_limits<decltype(type)>::max() && number != 0 &&
+           number != std::numeric_limits<decltype(number)>::max();
 }
 
 bool isPlausible(const KestoState& state)
@@ -42,8 +42,9 @@ bool isPlausible(const KestoState& state)
 
 OutputLimits correct(const OutputLimits& limits)
 {
-    const bool isPlausible = isRange(0.0, limits.maximumAmperes) && isRange(0.0, limits.maximumVolts)
-        && isRange(limits.minimumHertz, limits.maximumHertz) && limits.binaryInputs <= mostBinaryInputs;
+    const bool isPlausible = isRange(0.0, limits.maximumAmperes) && isRange(0.0, limits.maximumVolts) &&
+                             isRange(limits.minimumHertz, limits.maximumHertz) &&
+                             limits.binaryInputs <= mostBinaryInputs;
     return isPlausible ? limits : OutputLimits{};
 }
 
@@ -67,7 +68,8 @@ std::string correctText(const std::string& text, std::size_t longest)
     Glib::ustring result(valid);
     g_free(valid);
     std::string shown = result.substr(0, longest).raw();
-    std::replace_if(shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20U; }, ' ');
+    std::replace_if(
+        shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20U; }, ' ');
     return shown;
 }
 

@@ -24,7 +24,8 @@ class EventFilter {
 public:
     bool accept(const KesDriver::InputEvent& event, const KesDriver::OutputLimits& limits);
     bool accept(const KesDriver::StepEvent& event, std::size_t stepCount);
-    /// An end is never swallowed, since a program waits for it: one that is not plausible counts as incomplete.
+    /// An end is never swallowed, since a program waits for it: one that is not plausible counts as
+    /// incomplete.
     bool accept(KesDriver::SequenceEvent& event);
 
 private:

@@ -8,8 +8,9 @@ void KestoReports::close()
 {
     std::unique_lock lock(_mutex);
     _closed = true;
-    KesDriver::servingWait(lock, _passed,
-        [this] { return _passing == std::thread::id() || _passing == std::this_thread::get_id(); });
+    KesDriver::servingWait(lock, _passed, [this] {
+        return _passing == std::thread::id() || _passing == std::this_thread::get_id();
+    });
 }
 
 bool KestoReports::isClosed() const

@@ -57,8 +57,8 @@ struct KestoStateGlobalUpdater::Impl {
             isAsking = false;
             changed.notify_all();
             const auto changes = intervalChanges;
-            changed.wait_for(
-                lock, interval, [&] { return isStopping || !isUpdating || intervalChanges != changes; });
+            changed.wait_for(lock, interval,
+                             [&] { return isStopping || !isUpdating || intervalChanges != changes; });
         }
     }
 
@@ -83,8 +83,7 @@ KestoStateGlobalUpdater& KestoStateGlobalUpdater::getInstance()
 
 KestoStateGlobalUpdater::KestoStateGlobalUpdater()
     : _impl(std::make_unique<Impl>([] { return HardwareControl::_leaseKestos(); }))
-{
-}
+{}
 
 KestoStateGlobalUpdater::~KestoStateGlobalUpdater()
 {
@@ -114,7 +113,8 @@ void KestoStateGlobalUpdater::setUpdating(bool updating)
     }
     std::unique_lock lock(_impl->mutex);
     if (!updating && _impl->thread.get_id() != std::this_thread::get_id())
-        KesDriver::servingWait(lock, _impl->changed, [this] { return !_impl->isAsking || _impl->isUpdating; });
+        KesDriver::servingWait(lock, _impl->changed,
+                               [this] { return !_impl->isAsking || _impl->isUpdating; });
 }
 
 void KestoStateGlobalUpdater::setInterval(std::chrono::milliseconds interval)

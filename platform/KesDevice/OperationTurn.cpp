@@ -11,7 +11,8 @@ thread_local const void* innermost = nullptr;
 
 } // namespace
 
-OperationTurn::Mine::Mine(const OperationTurn& turn) : _turn(turn), _previous(static_cast<const Mine*>(innermost))
+OperationTurn::Mine::Mine(const OperationTurn& turn)
+    : _turn(turn), _previous(static_cast<const Mine*>(innermost))
 {
     innermost = this;
 }

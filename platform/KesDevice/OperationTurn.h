@@ -8,8 +8,8 @@ namespace KesDevice {
 
 /// Lets long operations on one object happen one after the other.
 ///
-/// Unlike a mutex it may be held while signals are emitted: whoever waits for it lets go of the signal gate and
-/// serves the GUI thread's queue. A thread that has the turn gets it again at once. Any thread.
+/// Unlike a mutex it may be held while signals are emitted: whoever waits for it lets go of the signal gate
+/// and serves the GUI thread's queue. A thread that has the turn gets it again at once. Any thread.
 class OperationTurn {
     /// One turn that a thread has. Linked through the scopes on the thread's stack, since the last operations
     /// happen at the end of the process, when thread-local objects are gone.
@@ -42,7 +42,8 @@ public:
         std::optional<Mine> _mine;
     };
 
-    /// For a thread that works for the one that has the turn, while that waits for it: it has the turn as well.
+    /// For a thread that works for the one that has the turn, while that waits for it: it has the turn as
+    /// well.
     class Share {
     public:
         explicit Share(const OperationTurn& turn) : _mine(turn) {}

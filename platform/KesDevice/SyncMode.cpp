@@ -23,9 +23,12 @@ const char* text(const SyncMode& mode, const char* what)
 const SyncMode& SyncMode::get(SyncModeKind kind)
 {
     static constexpr std::array<SyncMode, SyncModeCount> modes = {SyncMode(SyncModeKind::None),
-        SyncMode(SyncModeKind::PowerNetwork), SyncMode(SyncModeKind::ExternalStart),
-        SyncMode(SyncModeKind::BinaryOutput), SyncMode(SyncModeKind::Cable), SyncMode(SyncModeKind::GPS),
-        SyncMode(SyncModeKind::PTP)};
+                                                                  SyncMode(SyncModeKind::PowerNetwork),
+                                                                  SyncMode(SyncModeKind::ExternalStart),
+                                                                  SyncMode(SyncModeKind::BinaryOutput),
+                                                                  SyncMode(SyncModeKind::Cable),
+                                                                  SyncMode(SyncModeKind::GPS),
+                                                                  SyncMode(SyncModeKind::PTP)};
     return modes[static_cast<std::size_t>(kind)];
 }
 

@@ -12,7 +12,7 @@ constexpr Kes::TextTable table({
 
     {"Link.notConnected", "%s is not connected.", "%s: нет связи."},
     {"Link.noDevice", "%s cannot be reached: there is no device at this address.",
-        "%s: нет связи, по этому адресу нет устройства."},
+     "%s: нет связи, по этому адресу нет устройства."},
     {"Link.inUse", "%s is in use by another program.", "%s: используется другой программой."},
     {"Link.noAnswer", "%s does not answer.", "%s: не отвечает."},
 
@@ -37,7 +37,7 @@ constexpr Kes::TextTable table({
     {"Sequence.empty", "The sequence has no steps.", "В последовательности нет шагов."},
     {"Sequence.step", "Step %u. %s", "Шаг %u. %s"},
     {"Sequence.noInput", "Binary input %u does not exist: the device has %u.",
-        "Дискретного входа %u нет: у устройства их %u."},
+     "Дискретного входа %u нет: у устройства их %u."},
 
     {"Unit.ampere", "A", "А"},
     {"Unit.volt", "V", "В"},

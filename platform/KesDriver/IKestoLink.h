@@ -32,8 +32,8 @@ public:
 };
 
 /// The connection to one device. Any thread; a call blocks until the device has answered or the link's
-/// time-out (a few seconds at most) has passed, and then fails with an error that says so. No call waits for a
-/// report that is being delivered, so a listener may hold what the caller waits for.
+/// time-out (a few seconds at most) has passed, and then fails with an error that says so. No call waits for
+/// a report that is being delivered, so a listener may hold what the caller waits for.
 class KES_EXPORT IKestoLink {
 public:
     virtual ~IKestoLink();

@@ -32,8 +32,8 @@ struct KesAvary {
     bool operator==(const KesAvary&) const = default;
 };
 
-/// The faults on one line, in the language of the process, such as "IA - overload; IB - overheat"; empty for a
-/// record without any. Any thread.
+/// The faults on one line, in the language of the process, such as "IA - overload; IB - overheat"; empty for
+/// a record without any. Any thread.
 KES_EXPORT std::string describeFaults(const KesAvary& avary);
 
 } // namespace KesDriver

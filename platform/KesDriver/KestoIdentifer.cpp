@@ -15,7 +15,8 @@ std::string KestoIdentifer::toDisplayString() const
 {
     if (_serialNumber == 0)
         return getTypeName();
-    return Kes::StringHelper::format("%s %s %05u", getTypeName(), lng::Driver::get("Kesto.number"), _serialNumber);
+    return Kes::StringHelper::format("%s %s %05u", getTypeName(), lng::Driver::get("Kesto.number"),
+                                     _serialNumber);
 }
 
 } // namespace KesDriver

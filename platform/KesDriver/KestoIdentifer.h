@@ -11,7 +11,8 @@ namespace KesDriver {
 class KES_EXPORT KestoIdentifer {
 public:
     KestoIdentifer() = default;
-    KestoIdentifer(std::uint16_t type, std::uint32_t serialNumber) : _type(type), _serialNumber(serialNumber) {}
+    KestoIdentifer(std::uint16_t type, std::uint32_t serialNumber) : _type(type), _serialNumber(serialNumber)
+    {}
 
     std::uint16_t getType() const { return _type; }
     std::uint32_t getSerialNumber() const { return _serialNumber; }

@@ -40,7 +40,8 @@ Kes::Result checkPhasor(const char* name, const Phasor& phasor, const Range& ran
     if (auto result = checkValue(name, phasor.magnitude, range); !result)
         return result;
     if (!std::isfinite(phasor.degrees))
-        return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get("Limit.phaseNotANumber"), name));
+        return Kes::Result::failure(
+            Kes::StringHelper::format(lng::Driver::get("Limit.phaseNotANumber"), name));
     return true;
 }
 
@@ -54,12 +55,13 @@ Kes::Result checkStep(const OutputStep& step, const OutputLimits& limits)
     if (auto result = checkOutputs(step.outputs, limits); !result)
         return result;
     const Range durations{toSeconds(DeviceTime(1)), toSeconds(maximumStepDuration), "Unit.second"};
-    if (auto result = checkValue(lng::Driver::get("Limit.duration"), toSeconds(step.duration), durations); !result)
+    if (auto result = checkValue(lng::Driver::get("Limit.duration"), toSeconds(step.duration), durations);
+        !result)
         return result;
     if (!step.endOn || (step.endOn->input >= 1 && step.endOn->input <= limits.binaryInputs))
         return true;
-    return Kes::Result::failure(Kes::StringHelper::format(
-        lng::Driver::get("Sequence.noInput"), step.endOn->input, limits.binaryInputs));
+    return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get("Sequence.noInput"),
+                                                          step.endOn->input, limits.binaryInputs));
 }
 
 } // namespace
@@ -91,8 +93,8 @@ Kes::Result checkSequence(const OutputSequence& sequence, const OutputLimits& li
     for (const auto& step : sequence) {
         ++number;
         if (const auto result = checkStep(step, limits); !result)
-            return Kes::Result::failure(Kes::StringHelper::format(
-                lng::Driver::get("Sequence.step"), number, result.getError()->getMessage()));
+            return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get("Sequence.step"), number,
+                                                                  result.getError()->getMessage()));
     }
     return true;
 }

@@ -9,9 +9,10 @@
 
 namespace KesDriver {
 
-/// Waits on the condition until the predicate holds, for something that another thread can only do by emitting
-/// signals or by way of the GUI thread: the caller lets go of the signal gate meanwhile, and the GUI thread goes
-/// on serving its queue. The lock is held on entry, on return and while the predicate is asked. Any thread.
+/// Waits on the condition until the predicate holds, for something that another thread can only do by
+/// emitting signals or by way of the GUI thread: the caller lets go of the signal gate meanwhile, and the GUI
+/// thread goes on serving its queue. The lock is held on entry, on return and while the predicate is asked.
+/// Any thread.
 template <typename Predicate>
 void servingWait(std::unique_lock<std::mutex>& lock, std::condition_variable& condition, Predicate isReady)
 {

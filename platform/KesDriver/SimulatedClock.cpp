@@ -24,8 +24,8 @@ SimulatedClock::RealTime SimulatedClock::toReal(DeviceTime device, RealTime now)
     const auto longest = std::chrono::hours(1);
     if (ahead >= longest)
         return now + longest;
-    return now + std::chrono::duration_cast<RealTime::duration>(std::max(ahead, RealMicroseconds(0.0)))
-        + std::chrono::microseconds(1);
+    return now + std::chrono::duration_cast<RealTime::duration>(std::max(ahead, RealMicroseconds(0.0))) +
+           std::chrono::microseconds(1);
 }
 
 bool SimulatedClock::setSpeed(double factor, RealTime now)

@@ -38,16 +38,16 @@ OutputState SimulatedKesto::getOutputs() const
     return _impl->getOutputs();
 }
 
-std::unique_ptr<IKestoLink> SimulatedKesto::createLink(
-    const std::shared_ptr<SimulatedKesto>& device, const std::string& name)
+std::unique_ptr<IKestoLink> SimulatedKesto::createLink(const std::shared_ptr<SimulatedKesto>& device,
+                                                       const std::string& name)
 {
     auto find = [device = std::weak_ptr(device)] { return device.lock(); };
     const bool isNamed = !name.empty() || !device;
     return _createLink(std::move(find), isNamed ? name : device->getIdentifer().toDisplayString());
 }
 
-std::unique_ptr<IKestoLink> SimulatedKesto::_createLink(
-    std::function<std::shared_ptr<SimulatedKesto>()> find, const std::string& name)
+std::unique_ptr<IKestoLink> SimulatedKesto::_createLink(std::function<std::shared_ptr<SimulatedKesto>()> find,
+                                                        const std::string& name)
 {
     return std::make_unique<SimulatedLink>(std::move(find), name);
 }

@@ -17,8 +17,8 @@ namespace KesDriver {
 /// scheduling of the host; a speed factor lets the clock run faster than real time. Between events the clock
 /// follows real time; it never goes back, and it never passes an event that is still to come. Reports are
 /// delivered by the device's thread, each before the next event happens, so a listener that stops the outputs
-/// from inside a report does so before anything else can happen. It can be told to fail in every way in which a
-/// real device does. Any thread.
+/// from inside a report does so before anything else can happen. It can be told to fail in every way in which
+/// a real device does. Any thread.
 class KES_EXPORT SimulatedKesto {
 public:
     explicit SimulatedKesto(KestoIdentifer identifer, OutputLimits limits = {});
@@ -32,8 +32,8 @@ public:
     /// Device seconds per real second, from a millionth to a million; 1 at first. Refused (false) otherwise.
     bool setSpeed(double factor);
 
-    /// Wires a test object to outputs and inputs, and resets it; null: nothing. Refused (false) while a sequence
-    /// runs. The device calls it with its own lock held: it must not call the device.
+    /// Wires a test object to outputs and inputs, and resets it; null: nothing. Refused (false) while a
+    /// sequence runs. The device calls it with its own lock held: it must not call the device.
     bool connectTestObject(std::shared_ptr<ISimulatedTestObject> testObject);
 
     /// The outputs at this moment; all zero when the device is not in working mode.
@@ -41,17 +41,17 @@ public:
 
     /// A new link to this device; one link at a time can be connected. A link to a device that has gone fails
     /// to connect. `name` stands for the device in the texts of the link's errors; by default its identifier.
-    static std::unique_ptr<IKestoLink> createLink(
-        const std::shared_ptr<SimulatedKesto>& device, const std::string& name = {});
+    static std::unique_ptr<IKestoLink> createLink(const std::shared_ptr<SimulatedKesto>& device,
+                                                  const std::string& name = {});
 
     /// How long a link waits for an answer; two seconds at first.
     void setTimeout(std::chrono::milliseconds timeout);
     /// The real time after which a lasting fault is reported again; one second at first.
     void setFaultRepeatInterval(std::chrono::milliseconds interval);
 
-    /// The ways in which it can fail. A fault sets all outputs to zero and ends a running sequence; its record
-    /// comes at once, before the end of the sequence, and again and again while it lasts. Channels count from 0:
-    /// IA, IB, IC, UA, UB, UC; others are ignored.
+    /// The ways in which it can fail. A fault sets all outputs to zero and ends a running sequence; its
+    /// record comes at once, before the end of the sequence, and again and again while it lasts. Channels
+    /// count from 0: IA, IB, IC, UA, UB, UC; others are ignored.
     void simulateOverload(unsigned channel);
     void simulateOverheat(unsigned channel);
     void simulateChannelLost(unsigned channel);
@@ -75,8 +75,8 @@ private:
     friend class SimulatedNetwork;
     class Impl;
 
-    static std::unique_ptr<IKestoLink> _createLink(
-        std::function<std::shared_ptr<SimulatedKesto>()> find, const std::string& name);
+    static std::unique_ptr<IKestoLink> _createLink(std::function<std::shared_ptr<SimulatedKesto>()> find,
+                                                   const std::string& name);
 
     std::shared_ptr<Impl> _impl;
 };

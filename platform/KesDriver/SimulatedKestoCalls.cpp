@@ -60,8 +60,8 @@ bool SimulatedKesto::Impl::isConnected(const Port& port) const
     return _connected == port;
 }
 
-Kes::Result SimulatedKesto::Impl::_call(
-    const Port& port, const std::string& name, const std::function<Kes::Result()>& body)
+Kes::Result SimulatedKesto::Impl::_call(const Port& port, const std::string& name,
+                                        const std::function<Kes::Result()>& body)
 {
     Lock lock(_mutex);
     if (_connected != port)
@@ -104,7 +104,8 @@ std::string SimulatedKesto::Impl::_describeFaults() const
 Kes::Result SimulatedKesto::Impl::_checkReadyForOutput() const
 {
     if (!_faults.empty())
-        return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get("State.fault"), _describeFaults()));
+        return Kes::Result::failure(
+            Kes::StringHelper::format(lng::Driver::get("State.fault"), _describeFaults()));
     if (!_output.isWorking())
         return Kes::Result::failure(lng::Driver::get("State.outputOff"));
     if (_output.isSequenceRunning())
@@ -112,7 +113,8 @@ Kes::Result SimulatedKesto::Impl::_checkReadyForOutput() const
     return true;
 }
 
-Kes::Result SimulatedKesto::Impl::identify(const Port& port, const std::string& name, KestoIdentifer& identifer)
+Kes::Result SimulatedKesto::Impl::identify(const Port& port, const std::string& name,
+                                           KestoIdentifer& identifer)
 {
     return _call(port, name, [&] {
         identifer = _nonsense ? SimulatedNonsense::identifer() : _identifer;
@@ -137,7 +139,8 @@ OutputLimits SimulatedKesto::Impl::getLimits() const
     return _nonsense ? SimulatedNonsense::limits() : _limits;
 }
 
-Kes::Result SimulatedKesto::Impl::setAuxDC(const Port& port, const std::string& name, bool enable, double volts)
+Kes::Result SimulatedKesto::Impl::setAuxDC(const Port& port, const std::string& name, bool enable,
+                                           double volts)
 {
     return _call(port, name, [&] {
         if (auto result = checkAuxDC(volts); !result)
@@ -166,8 +169,8 @@ Kes::Result SimulatedKesto::Impl::stopWorkingMode(const Port& port, const std::s
     });
 }
 
-Kes::Result SimulatedKesto::Impl::setOutputs(
-    const Port& port, const std::string& name, const OutputState& outputs)
+Kes::Result SimulatedKesto::Impl::setOutputs(const Port& port, const std::string& name,
+                                             const OutputState& outputs)
 {
     return _call(port, name, [&] {
         auto result = _checkReadyForOutput();
@@ -179,8 +182,8 @@ Kes::Result SimulatedKesto::Impl::setOutputs(
     });
 }
 
-Kes::Result SimulatedKesto::Impl::runSequence(
-    const Port& port, const std::string& name, const OutputSequence& sequence)
+Kes::Result SimulatedKesto::Impl::runSequence(const Port& port, const std::string& name,
+                                              const OutputSequence& sequence)
 {
     return _call(port, name, [&] {
         auto result = _checkReadyForOutput();

@@ -19,8 +19,7 @@ SimulatedClock::RealTime realNow()
 
 SimulatedKesto::Impl::Impl(KestoIdentifer identifer, OutputLimits limits)
     : _identifer(identifer), _limits(limits), _clock(realNow()), _output(limits.binaryInputs)
-{
-}
+{}
 
 void SimulatedKesto::Impl::start(const std::shared_ptr<Impl>& self)
 {
@@ -145,7 +144,8 @@ void SimulatedKesto::Impl::_passOnOutputReports()
         else if (const auto* step = std::get_if<StepEvent>(&report))
             _report([event = *step](IKestoLinkListener& listener) { listener.onStep(event); });
         else if (const auto* sequence = std::get_if<SequenceEvent>(&report))
-            _report([event = *sequence](IKestoLinkListener& listener) { listener.onSequenceFinished(event); });
+            _report(
+                [event = *sequence](IKestoLinkListener& listener) { listener.onSequenceFinished(event); });
     }
     _changed.notify_all();
 }
@@ -156,7 +156,8 @@ void SimulatedKesto::Impl::_loseConnection()
         return;
     _output.stopWorkingMode(_now());
     _output.takeReports();
-    _deliveries.push_back({std::move(_connected), [](IKestoLinkListener& listener) { listener.onConnectionLost(); }});
+    _deliveries.push_back(
+        {std::move(_connected), [](IKestoLinkListener& listener) { listener.onConnectionLost(); }});
     _connected.reset();
     _changed.notify_all();
 }

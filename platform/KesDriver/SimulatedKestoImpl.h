@@ -16,10 +16,11 @@
 
 namespace KesDriver {
 
-/// The inner side of a simulated device, shared by the device, its thread and the calls of its links. Any thread.
+/// The inner side of a simulated device, shared by the device, its thread and the calls of its links. Any
+/// thread.
 ///
-/// Everything below `_mutex`. A call is carried out on the calling thread; the device's own thread lets events
-/// happen when their time has come and delivers the reports.
+/// Everything below `_mutex`. A call is carried out on the calling thread; the device's own thread lets
+/// events happen when their time has come and delivers the reports.
 class SimulatedKesto::Impl {
 public:
     using Port = std::shared_ptr<SimulatedPort>;
@@ -77,7 +78,8 @@ private:
     bool _doDueWork(RealTime now);
     RealTime _getNextWake(RealTime now) const;
 
-    /// A request on its way: the body runs when the device hears it, and its result comes back with the answer.
+    /// A request on its way: the body runs when the device hears it, and its result comes back with the
+    /// answer.
     Kes::Result _call(const Port& port, const std::string& name, const std::function<Kes::Result()>& body);
     bool _waitWhileSilent(Lock& lock, const std::function<bool()>& isGivenUp);
     bool _waitForAnswer(Lock& lock, const Port& port);

@@ -10,8 +10,7 @@ namespace KesDriver {
 
 SimulatedLink::SimulatedLink(Find find, std::string name)
     : _find(std::move(find)), _name(std::move(name)), _port(std::make_shared<SimulatedPort>())
-{
-}
+{}
 
 SimulatedLink::~SimulatedLink()
 {
@@ -26,10 +25,10 @@ SimulatedLink::Device SimulatedLink::_getDevice() const
 }
 
 template <typename... Parameters, typename... Arguments>
-Kes::Result SimulatedLink::_call(
-    Kes::Result (SimulatedKesto::Impl::*operation)(const std::shared_ptr<SimulatedPort>&, const std::string&,
-        Parameters...),
-    Arguments&&... arguments) const
+Kes::Result
+SimulatedLink::_call(Kes::Result (SimulatedKesto::Impl::*operation)(const std::shared_ptr<SimulatedPort>&,
+                                                                    const std::string&, Parameters...),
+                     Arguments&&... arguments) const
 {
     if (const auto device = _getDevice())
         return (*device.*operation)(_port, _name, std::forward<Arguments>(arguments)...);

@@ -40,10 +40,9 @@ private:
 
     Device _getDevice() const;
     template <typename... Parameters, typename... Arguments>
-    Kes::Result _call(
-        Kes::Result (SimulatedKesto::Impl::*operation)(const std::shared_ptr<SimulatedPort>&, const std::string&,
-            Parameters...),
-        Arguments&&... arguments) const;
+    Kes::Result _call(Kes::Result (SimulatedKesto::Impl::*operation)(const std::shared_ptr<SimulatedPort>&,
+                                                                     const std::string&, Parameters...),
+                      Arguments&&... arguments) const;
 
     const Find _find;
     const std::string _name;

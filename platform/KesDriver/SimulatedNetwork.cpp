@@ -17,9 +17,7 @@ SimulatedNetwork& SimulatedNetwork::getInstance()
     return instance;
 }
 
-SimulatedNetwork::SimulatedNetwork() : _impl(std::make_unique<Impl>())
-{
-}
+SimulatedNetwork::SimulatedNetwork() : _impl(std::make_unique<Impl>()) {}
 
 SimulatedNetwork::~SimulatedNetwork() = default;
 
@@ -56,7 +54,7 @@ std::vector<NetAddress> SimulatedNetwork::search() const
 std::unique_ptr<IKestoLink> SimulatedNetwork::createLink(const NetAddress& address) const
 {
     return SimulatedKesto::_createLink([address] { return getInstance().find(address); },
-        KestoIdentifer().getTypeName() + ' ' + address.to_string());
+                                       KestoIdentifer().getTypeName() + ' ' + address.to_string());
 }
 
 } // namespace KesDriver

@@ -60,10 +60,18 @@ KesAvary avary()
 std::vector<SimulatedPort::Report> events()
 {
     return {
-        [](IKestoLinkListener& listener) { listener.onInput({0, true, DeviceTime(0)}); },
-        [](IKestoLinkListener& listener) { listener.onInput({4000000000U, true, DeviceTime::max()}); },
-        [](IKestoLinkListener& listener) { listener.onInput({1, true, DeviceTime(-5)}); },
-        [](IKestoLinkListener& listener) { listener.onStep({77, DeviceTime::min()}); },
+        [](IKestoLinkListener& listener) {
+            listener.onInput({0, true, DeviceTime(0)});
+        },
+        [](IKestoLinkListener& listener) {
+            listener.onInput({4000000000U, true, DeviceTime::max()});
+        },
+        [](IKestoLinkListener& listener) {
+            listener.onInput({1, true, DeviceTime(-5)});
+        },
+        [](IKestoLinkListener& listener) {
+            listener.onStep({77, DeviceTime::min()});
+        },
     };
 }
 

@@ -10,9 +10,10 @@
 
 namespace KesDriver {
 
-/// The output and input stage of a simulated device: amplifiers, the sequence that runs on them, the test object
-/// wired to them, and the states of the binary inputs. It knows device time only, and never waits: its owner asks
-/// for the time of the next event and lets it happen. So what it reports depends on nothing but the times given.
+/// The output and input stage of a simulated device: amplifiers, the sequence that runs on them, the test
+/// object wired to them, and the states of the binary inputs. It knows device time only, and never waits: its
+/// owner asks for the time of the next event and lets it happen. So what it reports depends on nothing but
+/// the times given.
 ///
 /// Times that are given must not go back; one that does counts as the last one given. Not synchronised.
 class SimulatedOutput {

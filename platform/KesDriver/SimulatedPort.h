@@ -9,7 +9,8 @@
 
 namespace KesDriver {
 
-/// Where a simulated device meets the listener of one link. Shared by both, so either may go first. Any thread.
+/// Where a simulated device meets the listener of one link. Shared by both, so either may go first. Any
+/// thread.
 class SimulatedPort {
 public:
     using Report = std::function<void(IKestoLinkListener&)>;

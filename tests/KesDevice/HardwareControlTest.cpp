@@ -2,6 +2,7 @@
 
 #include <KesDevice/HardwareControl.h>
 #include <KesDevice/HardwareFile.h>
+#include <KesDevice/HardwareIsRunningComponent.h>
 #include <KesDevice/KestoStateGlobalUpdater.h>
 #include <KesDriver/SimulatedNetwork.h>
 
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <vector>
 
 using namespace KesDevice;
@@ -24,7 +26,8 @@ namespace {
 std::unique_ptr<HardwareManager> createDefault()
 {
     auto hardware = HardwareManager::create();
-    EXPECT_TRUE(hardware->getKestos().addKesto(std::make_unique<Kesto>(HardwareControl::getSimulatedAddress())));
+    EXPECT_TRUE(
+        hardware->getKestos().addKesto(std::make_unique<Kesto>(HardwareControl::getSimulatedAddress())));
     return hardware;
 }
 
@@ -96,8 +99,8 @@ TEST_F(HardwareControlTest, EmbeddedConfigurationStandsInForTheGlobalOne)
 {
     auto* global = HardwareControl::getInstance();
     std::vector<HardwareManager*> heard;
-    Kes::ScopedConnection connection =
-        HardwareControl::signalHardwareChanged.connect([&](HardwareManager* hardware) { heard.push_back(hardware); });
+    Kes::ScopedConnection connection = HardwareControl::signalHardwareChanged.connect(
+        [&](HardwareManager* hardware) { heard.push_back(hardware); });
     auto lent = HardwareManager::create();
     auto* embedded = lent.get();
     HardwareControl::setEmbeddedInstance(std::move(lent), false);
@@ -149,10 +152,17 @@ TEST_F(HardwareControlTest, RefusesDamagedFiles)
                              "AuxDCVolts=24\n[Kesto 2]\nAddress=10.0.0.2\nAuxDC=false\nAuxDCVolts=24\n";
     writeFile(path, good);
     EXPECT_TRUE(HardwareFile::read(path, error)) << error;
-    const std::pair<const char*, const char*> damages[] = {{"Version=1", "Version=2"}, {"None", "Sundial"},
-        {"ControlGroups=true", "ControlGroups=maybe"}, {"Kestos=2", "Kestos=3"}, {"Kestos=2", "Kestos=-1"},
-        {"Kestos=2", "Kestos=2000000000"}, {"10.0.0.2", "10.0.0.1"}, {"10.0.0.1", "10.0.0.256"},
-        {"AuxDCVolts=24", "AuxDCVolts=nan"}, {"AuxDCVolts=24", "AuxDCVolts=999"}, {"[Hardware]", "Hardware]"}};
+    const std::pair<const char*, const char*> damages[] = {{"Version=1", "Version=2"},
+                                                           {"None", "Sundial"},
+                                                           {"ControlGroups=true", "ControlGroups=maybe"},
+                                                           {"Kestos=2", "Kestos=3"},
+                                                           {"Kestos=2", "Kestos=-1"},
+                                                           {"Kestos=2", "Kestos=2000000000"},
+                                                           {"10.0.0.2", "10.0.0.1"},
+                                                           {"10.0.0.1", "10.0.0.256"},
+                                                           {"AuxDCVolts=24", "AuxDCVolts=nan"},
+                                                           {"AuxDCVolts=24", "AuxDCVolts=999"},
+                                                           {"[Hardware]", "Hardware]"}};
     for (const auto& [from, to] : damages) {
         auto damaged = good;
         damaged.replace(damaged.find(from), std::string(from).size(), to);
@@ -200,9 +210,8 @@ TEST_F(HardwareControlTest, UpdaterFollowsTheCurrentConfiguration)
     ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState, held + 1));
     HardwareControl::setGlobalInstance(createDefault(), true);
     fake.release(LinkCall::ReadState);
-    EXPECT_TRUE(waitUntil([] {
-        return HardwareControl::getInstance()->getKestos().getItems()[0]->getOperationError() == "";
-    }));
+    EXPECT_TRUE(waitUntil(
+        [] { return HardwareControl::getInstance()->getKestos().getItems()[0]->getOperationError() == ""; }));
     EXPECT_FALSE(fake.isConnected());
 
     for (int i = 0; i < 50; ++i)
@@ -242,6 +251,24 @@ TEST_F(HardwareControlTest, SwitchingTheUpdaterOffWaitsForTheUpdate)
     updater.setUpdating(true);
     EXPECT_TRUE(waitUntil([&] { return !updater.isUpdating(); }));
     updater.setUpdating(false);
+}
+
+/// Everything on, and nobody tidies up: the end of the process still comes, and comes cleanly.
+[[noreturn]] void endInTheMiddle()
+{
+    auto* hardware = HardwareControl::getInstance();
+    auto* kesto = hardware->getKestos().getItems()[0];
+    KestoStateGlobalUpdater::getInstance().setInterval(1ms);
+    KestoStateGlobalUpdater::getInstance().setUpdating(true);
+    const bool isStarted = hardware->prepare() && hardware->startWorkingMode() &&
+                           kesto->auxDC().set(true, 24.0) && kesto->runSequence({{{}, 1h, {}}});
+    std::exit(isStarted && HardwareIsRunningComponent::getInstance().isRunning() ? 0 : 1);
+}
+
+TEST(ProcessEndDeathTest, ComesCleanlyInTheMiddleOfARun)
+{
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(endInTheMiddle(), testing::ExitedWithCode(0), "");
 }
 
 } // namespace

@@ -39,7 +39,8 @@ TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
 {
     auto& anyRunning = HardwareIsRunningComponent::getInstance();
     std::vector<bool> any;
-    Kes::ScopedConnection connection = anyRunning.signalRunningChanged.connect([&](bool is) { any.push_back(is); });
+    Kes::ScopedConnection connection =
+        anyRunning.signalRunningChanged.connect([&](bool is) { any.push_back(is); });
 
     ASSERT_TRUE(hardware->prepare());
     EXPECT_TRUE(firstKesto->isConnected() && secondKesto->isConnected());
@@ -48,7 +49,7 @@ TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
     EXPECT_TRUE(first.isWorking() && second.isWorking());
     EXPECT_TRUE(hardware->isOutputRunning() && anyRunning.isRunning() && hardware->isBusy());
     EXPECT_EQ(message(hardware->startWorkingMode()),
-        "Error on starting working mode.\n  The outputs are already switched on.");
+              "Error on starting working mode.\n  The outputs are already switched on.");
     ASSERT_TRUE(hardware->stopWorkingMode());
     EXPECT_FALSE(first.isWorking() || second.isWorking());
     ASSERT_TRUE(hardware->stopWorkingMode());
@@ -58,10 +59,10 @@ TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
 
     EXPECT_THAT(running, ElementsAre(true, false, true, false));
     EXPECT_THAT(any, ElementsAre(true, false, true, false));
-    EXPECT_THAT(statuses,
-        ElementsAre("Connecting to KESTO 192.168.1.1", "Connecting to KESTO 192.168.1.2", "", "Switching on the outputs",
-            "", "Switching off the outputs", "", "Switching on the outputs", "", "Switching off the outputs", "",
-            "Closing the connections", ""));
+    EXPECT_THAT(statuses, ElementsAre("Connecting to KESTO 192.168.1.1", "Connecting to KESTO 192.168.1.2",
+                                      "", "Switching on the outputs", "", "Switching off the outputs", "",
+                                      "Switching on the outputs", "", "Switching off the outputs", "",
+                                      "Closing the connections", ""));
     statuses.clear();
     hardware->setIsStatusReported(false);
     ASSERT_TRUE(hardware->prepare());
@@ -80,20 +81,20 @@ TEST_F(HardwareManagerTest, FailuresNameEveryDeviceAndLeaveNothingOn)
     ASSERT_TRUE(hardware->prepare());
     second.fail(LinkCall::StartWorkingMode, "Fault: IA - overload");
     EXPECT_EQ(message(hardware->startWorkingMode()),
-        "Error on starting working mode.\n  KESTO-3 No. 00017 (192.168.1.2): Fault: IA - overload");
+              "Error on starting working mode.\n  KESTO-3 No. 00017 (192.168.1.2): Fault: IA - overload");
     EXPECT_FALSE(first.isWorking() || hardware->isOutputRunning());
     second.fail(LinkCall::StartWorkingMode, "");
     ASSERT_TRUE(hardware->startWorkingMode());
     first.fail(LinkCall::StopWorkingMode, "stuck");
     EXPECT_EQ(message(hardware->disconnect()),
-        "Error on stopping working mode.\n  KESTO-3 No. 00017 (192.168.1.1): stuck");
+              "Error on stopping working mode.\n  KESTO-3 No. 00017 (192.168.1.1): stuck");
     EXPECT_FALSE(hardware->isOutputRunning() || first.isConnected() || second.isWorking());
     EXPECT_THAT(running, ElementsAre(true, false));
 
     (void)hardware->getKestos().clear();
     EXPECT_TRUE(hardware->prepare());
     EXPECT_EQ(message(hardware->startWorkingMode()),
-        "Error on starting working mode.\n  The hardware configuration does not contain any KESTO.");
+              "Error on starting working mode.\n  The hardware configuration does not contain any KESTO.");
 }
 
 TEST_F(HardwareManagerTest, AFaultStopsTheOthersWhenWanted)
@@ -115,7 +116,8 @@ TEST_F(HardwareManagerTest, AFaultStopsTheOthersWhenWanted)
     EXPECT_EQ(second.countCalls(LinkCall::StopOutputs), 1U);
     EXPECT_EQ(first.countCalls(LinkCall::StopOutputs), 0U);
     EXPECT_THAT(faults, ElementsAre("the emergency button was pressed", "connection error"));
-    EXPECT_THAT(notices,
+    EXPECT_THAT(
+        notices,
         ElementsAre("second: The outputs could not be switched off after a fault of another device: stuck"));
     EXPECT_TRUE(hardware->isOutputRunning()) << "until it is stopped";
     EXPECT_TRUE(hardware->stopWorkingMode()) << "a lost device has switched off by itself";
@@ -196,7 +198,7 @@ TEST_F(HardwareManagerTest, CopiesItselfWithoutConnecting)
     EXPECT_EQ(copy->getSyncManager().getActiveMode().getKind(), SyncModeKind::PTP);
     EXPECT_TRUE(copy->getVirtualChannels().isControlGroupsEnabled() && copy->isStopOnFault());
     EXPECT_THAT(copy->getVirtualChannels().getNames(),
-        ElementsAre("IA", "IB", "IC", "UA", "UB", "UC", "IA2", "IB2", "IC2", "UA2", "UB2", "UC2"));
+                ElementsAre("IA", "IB", "IC", "UA", "UB", "UC", "IA2", "IB2", "IC2", "UA2", "UB2", "UC2"));
     EXPECT_FALSE(copy->isSimulated());
     first.setSimulated(true);
     EXPECT_TRUE(hardware->isSimulated());
@@ -252,7 +254,8 @@ TEST(SyncMode, HasTextsInBothLanguagesAndKnowsItsPlace)
             EXPECT_EQ(static_cast<int>(mode.getKind()), i);
             EXPECT_EQ(SyncMode::find(mode.getIdentifier()), mode.getKind());
             EXPECT_EQ(std::string(mode.getName()).find("Sync."), std::string::npos) << mode.getName();
-            EXPECT_EQ(std::string(mode.getShortName()).find("Sync."), std::string::npos) << mode.getShortName();
+            EXPECT_EQ(std::string(mode.getShortName()).find("Sync."), std::string::npos)
+                << mode.getShortName();
             EXPECT_EQ(mode.getInfo() == nullptr, mode.getKind() == SyncModeKind::None);
             EXPECT_EQ(mode.isSeqSupported(), mode.getKind() != SyncModeKind::PowerNetwork);
         }

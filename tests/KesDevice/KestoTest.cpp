@@ -21,8 +21,9 @@ class KestoTest : public testing::Test {
 protected:
     KestoTest()
     {
-        kesto.signalOperationErrorChanged.connect(
-            [this](const Kes::Nullable<std::string>& error) { add(error ? "state [" + *error + "]" : "state unknown"); });
+        kesto.signalOperationErrorChanged.connect([this](const Kes::Nullable<std::string>& error) {
+            add(error ? "state [" + *error + "]" : "state unknown");
+        });
         kesto.signalInput.connect([this](const KesDriver::InputEvent& event) {
             add("input " + std::to_string(event.input) + " at " + std::to_string(event.time.count()));
         });
@@ -75,8 +76,8 @@ TEST_F(KestoTest, ConnectingTellsIdentityAndState)
     EXPECT_TRUE(kesto.updateState());
     EXPECT_TRUE(kesto.updateState());
     kesto.disconnect();
-    EXPECT_THAT(take(), ElementsAre("state [Fault: IA - overload]", "auxDC off", "state [Not ready for operation]",
-                            "state unknown"));
+    EXPECT_THAT(take(), ElementsAre("state [Fault: IA - overload]", "auxDC off",
+                                    "state [Not ready for operation]", "state unknown"));
     EXPECT_TRUE(kesto.updateState()) << "asking connects";
     EXPECT_TRUE(kesto.isConnected());
 }
@@ -115,9 +116,10 @@ TEST_F(KestoTest, RefusesValuesBeforeTheyAreSent)
     outputs.voltages[1].magnitude = 301.0;
     EXPECT_EQ(message(kesto.setOutputs(outputs)), "UB: 301 V is above the limit of 300 V.");
     EXPECT_EQ(message(kesto.runSequence({{{}, 1ms, {}}, {outputs, 1ms, {}}})),
-        "Step 2. UB: 301 V is above the limit of 300 V.");
+              "Step 2. UB: 301 V is above the limit of 300 V.");
     EXPECT_EQ(message(kesto.runSequence({})), "The sequence has no steps.");
-    EXPECT_EQ(message(kesto.auxDC().set(true, 301.0)), "Auxiliary supply: 301 V is above the limit of 300 V.");
+    EXPECT_EQ(message(kesto.auxDC().set(true, 301.0)),
+              "Auxiliary supply: 301 V is above the limit of 300 V.");
     EXPECT_FALSE(kesto.auxDC().getEnable());
     fake.fail(LinkCall::SetAuxDC, "no");
     EXPECT_FALSE(kesto.auxDC().set(true, 24.0));
@@ -149,8 +151,8 @@ TEST_F(KestoTest, PassesPlausibleEventsOnAndDropsTheOthers)
     fake.reportInput(2, true, 400us); // sane again
     fake.reportSequenceFinished(true, -1us).wait();
     const std::string nonsense = "KESTO-3 No. 00017 (192.168.1.2) sends data that make no sense.";
-    EXPECT_THAT(
-        take(), ElementsAre("state [" + nonsense + "]", "notice " + nonsense, "input 2 at 400", "incomplete at 400"));
+    EXPECT_THAT(take(), ElementsAre("state [" + nonsense + "]", "notice " + nonsense, "input 2 at 400",
+                                    "incomplete at 400"));
     EXPECT_TRUE(kesto.updateState());
     EXPECT_EQ(kesto.getOperationError(), "");
 }
@@ -163,11 +165,11 @@ TEST_F(KestoTest, ReportsFaultsAndLostConnections)
     avary.channels.resize(1000, {std::string(100000, '\xFF') + "\n", false, false, false});
     fake.reportAvary(avary);
     fake.reportAvary(avary).wait();
-    EXPECT_THAT(take(),
-        ElementsAre("state [Fault: IA - overload]", "avary 17 IA - overload", "avary 17 IA - overload"));
+    EXPECT_THAT(take(), ElementsAre("state [Fault: IA - overload]", "avary 17 IA - overload",
+                                    "avary 17 IA - overload"));
     fake.reportConnectionLost().wait();
     EXPECT_THAT(take(), ElementsAre("state [KESTO-3 No. 00017 (192.168.1.2): the connection was lost.]",
-                            "avary 17 connection error"));
+                                    "avary 17 connection error"));
     EXPECT_FALSE(kesto.isConnected());
     EXPECT_TRUE(kesto.connect());
     EXPECT_THAT(take(), ElementsAre("state []"));
@@ -176,8 +178,9 @@ TEST_F(KestoTest, ReportsFaultsAndLostConnections)
 TEST_F(KestoTest, RefusesNonsensicalAnswers)
 {
     const std::string nonsense = " sends data that make no sense.";
-    for (const auto& identifer : {KesDriver::KestoIdentifer(0, 5), KesDriver::KestoIdentifer(5, 0),
-             KesDriver::KestoIdentifer(0xFFFF, 5), KesDriver::KestoIdentifer(5, 0xFFFFFFFFU)}) {
+    for (const auto& identifer :
+         {KesDriver::KestoIdentifer(0, 5), KesDriver::KestoIdentifer(5, 0),
+          KesDriver::KestoIdentifer(0xFFFF, 5), KesDriver::KestoIdentifer(5, 0xFFFFFFFFU)}) {
         fake.setIdentifer(identifer);
         EXPECT_EQ(message(kesto.connect()), "KESTO (192.168.1.2)" + nonsense);
     }

@@ -20,7 +20,8 @@ public:
 
     void onInput(const KesDriver::InputEvent& event) override
     {
-        _add("input " + std::to_string(event.input) + (event.isClosed ? " closed " : " open ") + _since(event.time));
+        _add("input " + std::to_string(event.input) + (event.isClosed ? " closed " : " open ") +
+             _since(event.time));
     }
     void onStep(const KesDriver::StepEvent& event) override
     {
@@ -30,14 +31,15 @@ public:
     }
     void onSequenceFinished(const KesDriver::SequenceEvent& event) override
     {
-        _add(std::string("finished ") + (event.isComplete ? "complete " : "incomplete ") + _since(event.time));
+        _add(std::string("finished ") + (event.isComplete ? "complete " : "incomplete ") +
+             _since(event.time));
     }
     void onAvary(const KesDriver::KesAvary& avary) override
     {
         std::string line = "fault";
         for (const auto& channel : avary.channels)
-            line += ' ' + channel.name + (channel.isDisconnected ? "d" : "") + (channel.isOverheat ? "h" : "")
-                + (channel.isOverload ? "l" : "");
+            line += ' ' + channel.name + (channel.isDisconnected ? "d" : "") +
+                    (channel.isOverheat ? "h" : "") + (channel.isOverload ? "l" : "");
         _add(line + (avary.isQuickShutdown ? " button" : ""));
     }
     void onConnectionLost() override { _add("lost"); }

@@ -106,9 +106,9 @@ TEST_F(SimulatedKestoTest, SequenceRunsAlikeAtEverySpeed)
         start();
         ASSERT_TRUE(link->runSequence(sequence));
         ASSERT_TRUE(listener.waitFor("finished"));
-        EXPECT_THAT(listener.getLines(),
-            ElementsAre("step 0 0", "step 1 200000", "input 1 closed 323456", "step 2 323456", "step 3 323456",
-                "input 1 open 343456", "step 4 343456", "finished complete 180343456"));
+        EXPECT_THAT(listener.getLines(), ElementsAre("step 0 0", "step 1 200000", "input 1 closed 323456",
+                                                     "step 2 323456", "step 3 323456", "input 1 open 343456",
+                                                     "step 4 343456", "finished complete 180343456"));
         EXPECT_TRUE(link->stopWorkingMode());
     }
 }
@@ -158,8 +158,8 @@ TEST_F(SimulatedKestoTest, StopsAtOnceAtSlowSpeed)
 
 TEST_F(SimulatedKestoTest, RefusesSpeedsThatMakeNoSense)
 {
-    for (const double speed : {0.0, -1.0, 1e7, std::numeric_limits<double>::quiet_NaN(),
-             std::numeric_limits<double>::infinity()})
+    for (const double speed :
+         {0.0, -1.0, 1e7, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()})
         EXPECT_FALSE(device->setSpeed(speed));
     ASSERT_TRUE(link->connect());
     auto last = link->getTime();
@@ -193,7 +193,7 @@ TEST_F(SimulatedKestoTest, FaultEndsTheOutputAndIsRepeated)
     ASSERT_TRUE(link->readState(state));
     EXPECT_FALSE(state.isReady);
     EXPECT_EQ(state.error,
-        "the emergency button was pressed; IA - overheat; IA - overload; UC - channel is disconnected");
+              "the emergency button was pressed; IA - overheat; IA - overload; UC - channel is disconnected");
     EXPECT_TRUE(link->stopWorkingMode());
     EXPECT_FALSE(link->startWorkingMode());
 
@@ -311,7 +311,10 @@ class Buzzer : public ISimulatedTestObject {
 public:
     void reset(DeviceTime) override {}
     void applyOutputs(const OutputState&, DeviceTime) override {}
-    std::optional<InputEvent> getNextChange() const override { return InputEvent{99, _closed, DeviceTime(0)}; }
+    std::optional<InputEvent> getNextChange() const override
+    {
+        return InputEvent{99, _closed, DeviceTime(0)};
+    }
     void acceptChange() override { _closed = !_closed; }
 
 private:
@@ -337,7 +340,8 @@ TEST(SimulatedNetwork, FindsDevicesByAddress)
     EXPECT_FALSE(network.add(low, nullptr));
     EXPECT_TRUE(network.add(high, std::make_shared<SimulatedKesto>(KestoIdentifer(3, 2))));
     const auto link = network.createLink(low);
-    EXPECT_EQ(message(link->connect()), "KESTO 10.0.0.7 cannot be reached: there is no device at this address.");
+    EXPECT_EQ(message(link->connect()),
+              "KESTO 10.0.0.7 cannot be reached: there is no device at this address.");
     EXPECT_FALSE(link->isSimulated());
     EXPECT_TRUE(network.add(low, device));
     EXPECT_FALSE(network.add(low, device));

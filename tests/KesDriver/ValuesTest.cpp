@@ -45,7 +45,8 @@ TEST(OutputCheck, NamesChannelValueAndLimit)
         {{{{{}, {}, {-0.5, 0.0}}}, {}, 50.0}, "IC: -0.5 A is below the limit of 0 A."},
         {{{}, {{{}, {}, {1e9, 0.0}}}, 50.0}, "UC: 1000000000 V is above the limit of 300 V."},
         {{{{{notANumber, 0.0}, {}, {}}}, {}, 50.0}, "IA: the value is not a number."},
-        {{{{{std::numeric_limits<double>::infinity(), 0.0}, {}, {}}}, {}, 50.0}, "IA: inf A is above the limit of 32 A."},
+        {{{{{std::numeric_limits<double>::infinity(), 0.0}, {}, {}}}, {}, 50.0},
+         "IA: inf A is above the limit of 32 A."},
         {{{{{1.0, notANumber}, {}, {}}}, {}, 50.0}, "IA: the phase is not a number."},
         {{{}, {}, 5.0}, "Frequency: 5 Hz is below the limit of 10 Hz."},
     };
@@ -63,7 +64,8 @@ TEST(OutputCheck, NamesTheStepOfASequence)
     sequence[1].endOn = InputCondition{8, true};
     EXPECT_EQ(message(checkSequence(sequence, {})), "");
     sequence[1].endOn->input = 9;
-    EXPECT_EQ(message(checkSequence(sequence, {})), "Step 2. Binary input 9 does not exist: the device has 8.");
+    EXPECT_EQ(message(checkSequence(sequence, {})),
+              "Step 2. Binary input 9 does not exist: the device has 8.");
     sequence[1].endOn->input = 0;
     EXPECT_FALSE(checkSequence(sequence, {}));
     sequence[1].endOn.reset();

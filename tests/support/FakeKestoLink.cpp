@@ -182,9 +182,7 @@ private:
     const std::shared_ptr<State> _state;
 };
 
-FakeKesto::FakeKesto() : _state(std::make_shared<State>()), _thread([state = _state] { state->run(); })
-{
-}
+FakeKesto::FakeKesto() : _state(std::make_shared<State>()), _thread([state = _state] { state->run(); }) {}
 
 FakeKesto::~FakeKesto()
 {
@@ -302,7 +300,8 @@ double FakeKesto::getAuxDCVolts() const
 
 std::future<void> FakeKesto::report(Report report)
 {
-    std::packaged_task<void()> task([state = _state.get(), report = std::move(report)] { state->deliver(report); });
+    std::packaged_task<void()> task(
+        [state = _state.get(), report = std::move(report)] { state->deliver(report); });
     auto done = task.get_future();
     _state->set([&] { _state->reports.push(std::move(task)); });
     return done;

@@ -32,8 +32,9 @@ enum class LinkCall {
 
 /// A device whose every answer is scripted, for tests of what stands above the link.
 ///
-/// The test keeps it; the links made from it may outlive it or die before it. It accepts everything until it is
-/// told otherwise, records every call, and reports events on a thread of its own, as a real link does. Any thread.
+/// The test keeps it; the links made from it may outlive it or die before it. It accepts everything until it
+/// is told otherwise, records every call, and reports events on a thread of its own, as a real link does. Any
+/// thread.
 ///
 ///     KesTest::FakeKesto fake;
 ///     KesDevice::Kesto kesto(address, fake.createLink());
@@ -76,8 +77,8 @@ public:
     bool isAuxDCEnabled() const;
     double getAuxDCVolts() const;
 
-    // What it reports by itself, on its own thread and in the order of the calls. The result is ready when the
-    // listener has returned; without a listener the report is dropped.
+    // What it reports by itself, on its own thread and in the order of the calls. The result is ready when
+    // the listener has returned; without a listener the report is dropped.
 
     std::future<void> report(Report report);
     std::future<void> reportInput(unsigned input, bool isClosed, KesDriver::DeviceTime time);

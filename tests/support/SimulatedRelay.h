@@ -6,14 +6,13 @@
 
 namespace KesTest {
 
-/// The simplest relay: contact 1 closes a fixed time after current IA has reached the pick-up value, and opens a
-/// fixed time after it has fallen below.
+/// The simplest relay: contact 1 closes a fixed time after current IA has reached the pick-up value, and
+/// opens a fixed time after it has fallen below.
 class SimulatedRelay : public KesDriver::ISimulatedTestObject {
 public:
     SimulatedRelay(double pickUpAmperes, KesDriver::DeviceTime operateTime, KesDriver::DeviceTime releaseTime)
         : _pickUp(pickUpAmperes), _operate(operateTime), _release(releaseTime)
-    {
-    }
+    {}
 
     void reset(KesDriver::DeviceTime) override
     {
