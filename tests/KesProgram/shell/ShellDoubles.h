@@ -86,6 +86,7 @@ public:
     using ProgramBasePresenter::_getMenuBar;
     using ProgramBasePresenter::_getProgramView;
     using ProgramBasePresenter::_getXmlConfigFullPath;
+    using ProgramBasePresenter::_onClosing;
     using ProgramBasePresenter::_saveOnClosing;
     using ProgramBasePresenter::_saveXmlConfig;
 

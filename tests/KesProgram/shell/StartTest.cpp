@@ -44,7 +44,7 @@ TEST_F(StartTest, EverythingHappensInOrder)
             ASSERT_NE(at(2), nullptr);
             EXPECT_TRUE(at(2)->get_style_context()->has_class("statusbar"));
             // A program may set a size of its own; the saved one comes after it.
-            shell.getWindow().set_default_size(100, 100);
+            shell._getProgramView()->setRectangle({10, 10, 300, 200});
         }
         if (hook == "eval open") {
             EXPECT_FALSE(isWindowSeen());
