@@ -9,7 +9,7 @@ namespace KesTree {
 namespace {
 
 /// In characters, of the entry that stands for the list.
-constexpr Glib::ustring::size_type widest = 40;
+constexpr Glib::ustring::size_type widest = 28;
 
 } // namespace
 
@@ -33,7 +33,6 @@ NodeChoiceView::NodeChoiceView(const std::string& name, const std::vector<std::s
     _combo.show();
     _setEditor(_box, _combo);
     _combo.signal_changed().connect(sigc::mem_fun(*this, &NodeChoiceView::_onChanged));
-    _combo.signal_scroll_event().connect(sigc::mem_fun(*this, &NodeChoiceView::_onScroll), false);
 }
 
 void NodeChoiceView::setText(const std::string& text)
@@ -56,13 +55,6 @@ void NodeChoiceView::_onChanged()
         return;
     signalEdited.emit(_combo.get_active_text().raw());
     signalFinished.emit();
-}
-
-bool NodeChoiceView::_onScroll(GdkEventScroll*)
-{
-    // The wheel scrolls the page; it must not change a value on which the pointer happens to rest.
-    g_signal_stop_emission_by_name(_combo.gobj(), "scroll-event");
-    return false;
 }
 
 } // namespace KesTree

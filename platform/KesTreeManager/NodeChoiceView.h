@@ -1,9 +1,9 @@
 #pragma once
 
+#include <KesCommonView/ChoiceBox.h>
 #include <KesTreeManager/NodeValueView.h>
 
 #include <gtkmm/box.h>
-#include <gtkmm/comboboxtext.h>
 #include <gtkmm/entry.h>
 
 #include <vector>
@@ -20,10 +20,9 @@ public:
 private:
     void _updateEditor(bool editable) override;
     void _onChanged();
-    bool _onScroll(GdkEventScroll* event);
 
     Gtk::Box _box;
-    Gtk::ComboBoxText _combo;
+    Kes::ChoiceBox _combo;
     Gtk::Entry _text;
     bool _isSetting = false;
 };

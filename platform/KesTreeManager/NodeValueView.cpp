@@ -4,14 +4,14 @@
 
 #include <atkmm/object.h>
 
-#include <algorithm>
-
 namespace KesTree {
 
 namespace {
 
 constexpr int columnGap = 12;
 constexpr int smallGap = 6;
+/// So that a problem finds its place when it comes.
+constexpr int noteCharacters = 34;
 
 void setUpLabel(Gtk::Label& label, int narrowest, int widest)
 {
@@ -23,21 +23,9 @@ void setUpLabel(Gtk::Label& label, int narrowest, int widest)
 
 } // namespace
 
-NodeValueView::NoteBox::NoteBox() : Gtk::Box(Gtk::ORIENTATION_HORIZONTAL, smallGap) {}
-
-void NodeValueView::NoteBox::get_preferred_width_vfunc(int& minimum, int& natural) const
-{
-    constexpr int wantedCharacters = 34;
-    Gtk::Box::get_preferred_width_vfunc(minimum, natural);
-    // The context is the widget's own and stays as it is.
-    const auto context = const_cast<NoteBox*>(this)->get_pango_context();
-    const auto metrics = context->get_metrics(context->get_font_description());
-    natural = std::max(natural, wantedCharacters * metrics.get_approximate_char_width() / Pango::SCALE);
-}
-
 NodeValueView::NodeValueView(const std::string& name, const std::string& unit)
     : Gtk::Box(Gtk::ORIENTATION_HORIZONTAL, columnGap), _name(name), _unit(unit),
-      _cell(Gtk::ORIENTATION_HORIZONTAL, smallGap)
+      _cell(Gtk::ORIENTATION_HORIZONTAL, smallGap), _note(Gtk::ORIENTATION_HORIZONTAL, smallGap, noteCharacters)
 {
     get_style_context()->add_class("kes-node-value");
     setUpLabel(_name, 12, 34);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KesCommonView/RoomyBox.h>
 #include <KesCommonView/SharedSizeGroup.h>
 #include <KesTreeManager/INodeValueView.h>
 
@@ -31,15 +32,6 @@ protected:
     virtual void _updateEditor(bool editable) = 0;
 
 private:
-    /// Asks for room for a sentence, so that a problem finds it when it comes.
-    class NoteBox : public Gtk::Box {
-    public:
-        NoteBox();
-
-    protected:
-        void get_preferred_width_vfunc(int& minimum, int& natural) const override;
-    };
-
     void _updateNote();
 
     std::string _hintText;
@@ -49,7 +41,7 @@ private:
     Gtk::Label _name;
     Gtk::Label _unit;
     Gtk::Box _cell;
-    NoteBox _note;
+    Kes::RoomyBox _note;
     Gtk::Image _problemIcon;
     Gtk::Label _noteText;
     Gtk::Widget* _focus = nullptr;

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+
+#include <gtkmm/box.h>
+
+namespace Kes {
+
+/// A box that asks for room for so many characters and lines, so that content finds it when it comes; it still
+/// shrinks to what its present content needs. GUI thread.
+class KES_EXPORT RoomyBox : public Gtk::Box {
+public:
+    RoomyBox(Gtk::Orientation orientation, int spacing, int characters, int lines = 0);
+
+protected:
+    void get_preferred_width_vfunc(int& minimum, int& natural) const override;
+    void get_preferred_height_vfunc(int& minimum, int& natural) const override;
+    void get_preferred_height_for_width_vfunc(int width, int& minimum, int& natural) const override;
+
+private:
+    Pango::FontMetrics _getMetrics() const;
+    int _getRoomyHeight() const;
+
+    int _characters;
+    int _lines;
+};
+
+} // namespace Kes

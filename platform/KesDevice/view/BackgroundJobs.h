@@ -1,0 +1,38 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommonView/UpdateViewGuard.h>
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <string>
+#include <thread>
+
+namespace KesDevice {
+
+/// Work that would freeze the window, each piece on a thread of its own. GUI thread.
+class KES_EXPORT BackgroundJobs {
+public:
+    /// Run on the GUI thread when the work is done.
+    using Completion = std::function<void()>;
+    /// Run on the job's thread; must not throw.
+    using Work = std::function<Completion()>;
+
+    BackgroundJobs();
+    /// Waits for the threads; what they have completed is dropped.
+    ~BackgroundJobs();
+
+    /// Runs the work, and then its completion unless the owner has died meanwhile. The owner keeps the token
+    /// and dies on the GUI thread.
+    void run(const std::string& threadName, std::weak_ptr<Kes::LifetimeToken> owner, Work work);
+
+    /// How many jobs are not completed yet.
+    std::size_t size() const { return _threads.size(); }
+
+private:
+    std::list<std::thread> _threads;
+    std::unique_ptr<Kes::UpdateViewGuard> _guard;
+};
+
+} // namespace KesDevice

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <gtkmm/box.h>
+#include <gtkmm/button.h>
+#include <gtkmm/image.h>
+#include <gtkmm/label.h>
+
+#include <string>
+
+/// What the parts of the device windows have in common. GUI thread.
+namespace KesDevice {
+
+inline constexpr int wideGap = 12;
+inline constexpr int smallGap = 6;
+
+/// The title of a part.
+class PartHeading : public Gtk::Label {
+public:
+    explicit PartHeading(const std::string& text);
+};
+
+/// A button that shows an icon; its text is its tooltip and its accessible name.
+class IconButton : public Gtk::Button {
+public:
+    explicit IconButton(const std::string& icon);
+
+    void setText(const std::string& text);
+};
+
+/// A line with a warning sign that is there only while it has a text.
+class ProblemLine : public Gtk::Box {
+public:
+    ProblemLine();
+
+    void setText(const std::string& text);
+    std::string getText() const { return _text.get_text().raw(); }
+
+private:
+    Gtk::Image _icon;
+    Gtk::Label _text;
+};
+
+/// A text that wraps between `narrowest` and `widest` characters.
+void wrapText(Gtk::Label& label, int narrowest, int widest);
+
+/// Adds or removes the style class.
+void setStyleClass(Gtk::Widget& widget, const char* styleClass, bool present);
+
+} // namespace KesDevice

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <KesCommonView/IPresenter.h>
+#include <KesDevice/view/DeviceListPresenter.h>
+#include <KesDevice/view/DeviceSearchPresenter.h>
+#include <KesDevice/view/IHardwareSettingsView.h>
+#include <KesDevice/view/SyncChoicePresenter.h>
+
+#include <functional>
+#include <memory>
+
+namespace KesDevice {
+
+/// One editing of a configuration, from the opening of the window to OK or Cancel. GUI thread.
+class KES_EXPORT HardwareSettingsPresenter : public Kes::IPresenter, public sigc::trackable {
+public:
+    /// `edited` gives the configuration in use at any time; `local` tells that it is the program's own.
+    HardwareSettingsPresenter(BackgroundJobs& jobs, std::function<HardwareManager*()> edited, bool local);
+    ~HardwareSettingsPresenter() override;
+
+    /// OK: the new configuration, for the slot to take.
+    sigc::signal<void(std::unique_ptr<HardwareManager>&)> signalConfirmed;
+    /// The window has been closed, after OK or Cancel. The presenter is not destroyed in a slot.
+    sigc::signal<void()> signalClosed;
+
+    void open(Kes::IView* parent);
+    Kes::IView* getView() override { return _view.get(); }
+
+private:
+    void _onConfirmed();
+    void _onCancelled();
+
+    std::function<HardwareManager*()> _edited;
+    HardwareDraft _draft;
+    DeviceIdentification _identification;
+    DeviceListPresenter _devices;
+    DeviceSearchPresenter _search;
+    SyncChoicePresenter _sync;
+    std::unique_ptr<IHardwareSettingsView> _view;
+};
+
+} // namespace KesDevice
