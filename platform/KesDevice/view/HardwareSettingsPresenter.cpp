@@ -3,6 +3,8 @@
 #include <KesDevice/view/DeviceViewText.h>
 #include <KesDevice/view/HardwareSettingsView.h>
 
+#include <utility>
+
 namespace KesDevice {
 
 using lng::DeviceView::get;
@@ -25,7 +27,8 @@ HardwareSettingsPresenter::~HardwareSettingsPresenter() = default;
 void HardwareSettingsPresenter::open(Kes::IView* parent)
 {
     _view->open(parent);
-    _search.focusAddress();
+    if (!std::exchange(_isOpen, true))
+        _search.focusAddress();
 }
 
 void HardwareSettingsPresenter::_onConfirmed()

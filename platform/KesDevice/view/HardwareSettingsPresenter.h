@@ -23,6 +23,7 @@ public:
     /// The window has been closed, after OK or Cancel. The presenter is not destroyed in a slot.
     sigc::signal<void()> signalClosed;
 
+    /// Shows the window, or brings it to the front.
     void open(Kes::IView* parent);
     Kes::IView* getView() override { return _view.get(); }
 
@@ -37,6 +38,7 @@ private:
     DeviceSearchPresenter _search;
     SyncChoicePresenter _sync;
     std::unique_ptr<IHardwareSettingsView> _view;
+    bool _isOpen = false;
 };
 
 } // namespace KesDevice

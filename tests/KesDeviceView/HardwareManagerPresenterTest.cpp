@@ -1,0 +1,361 @@
+#include "support/FakeKestoLink.h"
+#include "support/GuiTest.h"
+
+#include <KesCommonView/GtkWidgetHelper.h>
+#include <KesDevice/HardwareControl.h>
+#include <KesDevice/view/DeviceRowView.h>
+#include <KesDevice/view/HardwareManagerPresenter.h>
+#include <KesDriver/SimulatedNetwork.h>
+
+#include <atkmm/object.h>
+#include <gdk/gdkkeysyms.h>
+#include <gtkmm.h>
+
+namespace {
+
+using KesDevice::HardwareManager;
+using KesDevice::Kesto;
+using KesTest::findWidgets;
+using KesTest::isSeen;
+using KesTest::waitFor;
+
+Kesto::Address address(const std::string& text)
+{
+    return *Kesto::Address::parse(text);
+}
+
+/// Devices in the network while it lives.
+class NetworkDevices {
+public:
+    ~NetworkDevices()
+    {
+        for (const auto& text : _addresses)
+            KesDriver::SimulatedNetwork::getInstance().remove(address(text));
+    }
+    KesDriver::SimulatedKesto& add(const std::string& text, KesDriver::KestoIdentifer identifer)
+    {
+        auto device = std::make_shared<KesDriver::SimulatedKesto>(identifer);
+        EXPECT_TRUE(KesDriver::SimulatedNetwork::getInstance().add(address(text), device));
+        _addresses.push_back(text);
+        return *device;
+    }
+
+private:
+    std::vector<std::string> _addresses;
+};
+
+class HardwareManagerPresenterTest : public KesTest::GuiTest {
+protected:
+    HardwareManagerPresenterTest()
+    {
+        presenter->signalHardwareChanging.connect([this](std::unique_ptr<HardwareManager>& changed) {
+            ++confirmations;
+            confirmed = std::move(changed);
+        });
+    }
+
+    void open(bool local = true)
+    {
+        presenter->edit(nullptr, hardware.get(), local);
+        ASSERT_TRUE(content());
+        window = content()->get_toplevel();
+        ASSERT_TRUE(waitFor([this] { return dynamic_cast<Gtk::Window*>(window)->is_active(); }));
+    }
+    Gtk::Widget* content() { return dynamic_cast<Gtk::Widget*>(presenter->getView()); }
+
+    /// The seen widget of a type that assistive technology knows by the name.
+    template <typename T>
+    T* named(const std::string& name)
+    {
+        for (auto* widget : findWidgets<T>(*content()))
+            if (isSeen(*widget) && widget->get_accessible()->get_name() == name)
+                return widget;
+        return nullptr;
+    }
+    void click(const std::string& name)
+    {
+        auto* button = named<Gtk::Button>(name);
+        ASSERT_TRUE(button) << name;
+        ASSERT_TRUE(button->is_sensitive()) << name;
+        button->clicked();
+    }
+    Gtk::Entry& addressEntry() { return *named<Gtk::Entry>("Address of the device to add"); }
+    void add(const std::string& text)
+    {
+        addressEntry().set_text(text);
+        click("Add");
+    }
+    /// Whether the user can read the text somewhere in the window.
+    bool reads(const std::string& text)
+    {
+        for (auto* label : findWidgets<Gtk::Label>(*content()))
+            if (isSeen(*label) && label->get_text().raw().find(text) != std::string::npos)
+                return true;
+        return false;
+    }
+    std::size_t rows()
+    {
+        std::size_t count = 0;
+        for (auto* row : findWidgets<KesDevice::DeviceRowView>(*content()))
+            count += isSeen(*row) ? 1U : 0U;
+        return count;
+    }
+    void addHardware(const char* text)
+    {
+        ASSERT_TRUE(hardware->getKestos().addKesto(std::make_unique<Kesto>(address(text))));
+    }
+
+    NetworkDevices network;
+    std::unique_ptr<HardwareManager> hardware = HardwareManager::create();
+    std::unique_ptr<HardwareManager> confirmed;
+    int confirmations = 0;
+    std::unique_ptr<KesDevice::HardwareManagerPresenter> presenter =
+        std::make_unique<KesDevice::HardwareManagerPresenter>();
+    Gtk::Widget* window = nullptr;
+};
+
+TEST_F(HardwareManagerPresenterTest, OkHandsOverWhatWasEdited)
+{
+    open();
+    EXPECT_TRUE(reads("No devices."));
+    EXPECT_TRUE(reads("belong to this program only"));
+    EXPECT_EQ(dynamic_cast<Gtk::Window*>(window)->get_title(), "Setting up KESTO");
+    EXPECT_EQ(dynamic_cast<Gtk::Window*>(window)->get_focus(), &addressEntry());
+    add("10.1.0.1");
+    add("10.1.0.2");
+    EXPECT_EQ(addressEntry().get_text(), "");
+    EXPECT_EQ(rows(), 2U);
+    click("Move 10.1.0.2 up");
+    named<Gtk::CheckButton>("Auxiliary supply of 10.1.0.1")->set_active(true);
+    named<Gtk::Entry>("Auxiliary supply voltage of 10.1.0.1, V")->set_text("110,5");
+    named<Gtk::ComboBox>("Synchronisation mode")->set_active(5);
+    click("OK");
+
+    EXPECT_FALSE(presenter->getView());
+    ASSERT_EQ(confirmations, 1);
+    const auto kestos = confirmed->getKestos().getItems();
+    ASSERT_EQ(kestos.size(), 2U);
+    EXPECT_EQ(kestos[0]->getAddress(), address("10.1.0.2"));
+    EXPECT_EQ(kestos[1]->auxDC().getVolts(), 110.5);
+    EXPECT_EQ(confirmed->getSyncManager().getActiveMode().getKind(), KesDevice::SyncModeKind::GPS);
+    EXPECT_TRUE(hardware->getKestos().empty());
+}
+
+TEST_F(HardwareManagerPresenterTest, CancelEscapeAndClosingChangeNothing)
+{
+    addHardware("10.1.0.1");
+    const std::function<void()> ways[] = {
+        [this] { click("Cancel"); },
+        [this] { dynamic_cast<Gtk::Window*>(window)->close(); },
+        [this] {
+            GdkEvent* event = gdk_event_new(GDK_KEY_PRESS);
+            event->key.window = GDK_WINDOW(g_object_ref(window->get_window()->gobj()));
+            event->key.keyval = GDK_KEY_Escape;
+            gdk_event_set_device(
+                event, gdk_seat_get_keyboard(gdk_display_get_default_seat(gdk_display_get_default())));
+            gtk_widget_event(window->gobj(), event);
+            gdk_event_free(event);
+        },
+    };
+    for (const auto& close : ways) {
+        open();
+        EXPECT_EQ(rows(), 1U);
+        click("Remove 10.1.0.1");
+        EXPECT_EQ(rows(), 0U);
+        close();
+        EXPECT_TRUE(waitFor([this] { return !presenter->getView(); }));
+        KesTest::runPendingEvents();
+    }
+    EXPECT_EQ(confirmations, 0);
+    EXPECT_EQ(hardware->getKestos().size(), 1U);
+}
+
+TEST_F(HardwareManagerPresenterTest, RefusedAddressesAreExplainedInPlace)
+{
+    addHardware("10.1.0.1");
+    open();
+    for (const auto& [text, reason] : {std::pair("10.1.0", "is not a network address"),
+                                       {"10.1.0.1", "is in the list already"}}) {
+        add(text);
+        EXPECT_TRUE(reads(reason));
+        EXPECT_TRUE(addressEntry().get_style_context()->has_class("error"));
+        EXPECT_EQ(addressEntry().get_text(), text);
+        addressEntry().set_text("10.");
+        EXPECT_FALSE(reads(reason));
+        EXPECT_FALSE(addressEntry().get_style_context()->has_class("error"));
+    }
+    // What is typed counts when OK is pressed: refused, or taken along.
+    click("OK");
+    EXPECT_TRUE(reads("Correct the marked values first."));
+    EXPECT_TRUE(reads("is not a network address"));
+    addressEntry().set_text("10.1.0.9");
+    click("OK");
+    ASSERT_EQ(confirmations, 1);
+    EXPECT_EQ(confirmed->getKestos().size(), 2U);
+}
+
+TEST_F(HardwareManagerPresenterTest, ARefusedVoltageHoldsOkBackUntilItIsCorrected)
+{
+    addHardware("10.1.0.1");
+    open();
+    named<Gtk::CheckButton>("Auxiliary supply of 10.1.0.1")->set_active(true);
+    auto& volts = *named<Gtk::Entry>("Auxiliary supply voltage of 10.1.0.1, V");
+    volts.set_text("301");
+    EXPECT_TRUE(volts.get_style_context()->has_class("error"));
+    EXPECT_TRUE(reads("301"));
+    click("OK");
+    EXPECT_EQ(confirmations, 0);
+    EXPECT_TRUE(reads("Correct the marked values first."));
+    EXPECT_EQ(dynamic_cast<Gtk::Window*>(window)->get_focus(), &volts);
+    volts.set_text("300");
+    EXPECT_FALSE(volts.get_style_context()->has_class("error"));
+    click("OK");
+    EXPECT_EQ(confirmations, 1);
+}
+
+TEST_F(HardwareManagerPresenterTest, OkIsRefusedWhileTheOutputRuns)
+{
+    KesTest::FakeKesto fake;
+    ASSERT_TRUE(hardware->getKestos().addKesto(std::make_unique<Kesto>(address("10.1.0.1"), fake.createLink())));
+    open();
+    ASSERT_TRUE(hardware->prepare());
+    ASSERT_TRUE(hardware->startWorkingMode());
+    click("OK");
+    EXPECT_TRUE(reads("The devices are in use."));
+    EXPECT_EQ(confirmations, 0);
+    ASSERT_TRUE(hardware->stopWorkingMode());
+    click("OK");
+    EXPECT_EQ(confirmations, 1);
+}
+
+TEST_F(HardwareManagerPresenterTest, SearchListsWhatIsInTheNetwork)
+{
+    network.add("10.2.0.1", {3, 17});
+    network.add("10.2.0.2", {5, 42});
+    addHardware("10.2.0.1");
+    open();
+    click("Search");
+    EXPECT_TRUE(reads("Searching the network…"));
+    ASSERT_TRUE(waitFor([this] { return reads("Found in the network:"); }));
+    EXPECT_FALSE(named<Gtk::Button>("Add 10.2.0.1"));
+    click("Add 10.2.0.2");
+    EXPECT_FALSE(named<Gtk::Button>("Add 10.2.0.2"));
+    EXPECT_EQ(rows(), 2U);
+    EXPECT_TRUE(waitFor([this] { return reads("KESTO-5 No. 00042, simulated"); }));
+    click("Remove 10.2.0.2");
+    EXPECT_TRUE(named<Gtk::Button>("Add 10.2.0.2"));
+}
+
+TEST_F(HardwareManagerPresenterTest, IdentifiesWithoutHoldingUpTheWindow)
+{
+    auto& device = network.add("10.2.0.1", {3, 17});
+    device.setAnswerDelay(std::chrono::milliseconds(50));
+    addHardware("10.2.0.1");
+    addHardware("10.2.0.9");
+    open();
+    EXPECT_TRUE(reads("Not identified yet"));
+    click("Identify 10.2.0.1");
+    EXPECT_TRUE(reads("Asking the device…"));
+    EXPECT_FALSE(named<Gtk::Button>("Identify 10.2.0.1")->is_sensitive());
+    // The answer finds its device wherever it has been moved.
+    click("Move 10.2.0.1 down");
+    ASSERT_TRUE(waitFor([this] { return reads("KESTO-3 No. 00017, simulated"); }));
+    click("Identify 10.2.0.9");
+    ASSERT_TRUE(waitFor([this] { return reads("there is no device at this address"); }));
+}
+
+TEST_F(HardwareManagerPresenterTest, ADeviceInUseIsKnownFromTheConfiguration)
+{
+    network.add("10.2.0.1", {3, 17});
+    addHardware("10.2.0.1");
+    open();
+    ASSERT_TRUE(hardware->prepare());
+    click("Identify 10.2.0.1");
+    EXPECT_TRUE(reads("KESTO-3 No. 00017, simulated"));
+    EXPECT_TRUE(hardware->getKestos().getItems()[0]->isConnected());
+}
+
+TEST_F(HardwareManagerPresenterTest, DiesAndClosesSafelyWithQuestionsUnderWay)
+{
+    auto& device = network.add("10.2.0.1", {3, 17});
+    device.setAnswerDelay(std::chrono::milliseconds(100));
+    addHardware("10.2.0.1");
+    open();
+    click("Identify 10.2.0.1");
+    click("Search");
+    click("Cancel");
+    open();
+    EXPECT_TRUE(reads("Not identified yet"));
+    click("Identify 10.2.0.1");
+    presenter.reset();
+    KesTest::runPendingEvents();
+}
+
+TEST_F(HardwareManagerPresenterTest, TheFocusFollowsADeviceThatIsMovedOrRemoved)
+{
+    for (const char* text : {"10.1.0.1", "10.1.0.2", "10.1.0.3"})
+        addHardware(text);
+    open();
+    const auto focused = [this] { return dynamic_cast<Gtk::Window*>(window)->get_focus()->get_accessible()->get_name(); };
+    click("Move 10.1.0.1 down");
+    EXPECT_EQ(focused(), "Move 10.1.0.1 down");
+    click("Move 10.1.0.1 down");
+    EXPECT_EQ(focused(), "Move 10.1.0.1 up");
+    click("Remove 10.1.0.1");
+    EXPECT_EQ(focused(), "Remove 10.1.0.3");
+    EXPECT_FALSE(named<Gtk::Button>("Move 10.1.0.3 down")->is_sensitive());
+    click("Remove 10.1.0.2");
+    click("Remove 10.1.0.3");
+    EXPECT_TRUE(reads("No devices."));
+}
+
+TEST_F(HardwareManagerPresenterTest, AModeWithoutSequencesIsMarkedAndExplained)
+{
+    open();
+    EXPECT_FALSE(named<Gtk::Button>("About this mode")->is_sensitive());
+    named<Gtk::ComboBox>("Synchronisation mode")->set_active(1);
+    EXPECT_TRUE(reads("cannot run sequences"));
+    dialogs.answer(Kes::DialogResult::Ok);
+    click("About this mode");
+    ASSERT_EQ(dialogs.getMessages().size(), 1U);
+    EXPECT_EQ(dialogs.getMessages()[0].title, "Mains voltage");
+    EXPECT_EQ(Kes::GtkWidgetHelper::getParentWindow(dialogs.getMessages()[0].parent), window);
+    named<Gtk::ComboBox>("Synchronisation mode")->set_active(2);
+    EXPECT_FALSE(reads("cannot run sequences"));
+}
+
+TEST_F(HardwareManagerPresenterTest, FollowsTheGlobalConfigurationWhenItIsReplacedMeanwhile)
+{
+    KesDevice::HardwareControl::setGlobalInstance(HardwareManager::create(), true);
+    presenter->edit(nullptr, KesDevice::HardwareControl::getInstance(), false);
+    EXPECT_FALSE(reads("belong to this program only"));
+    auto* first = presenter->getView();
+    presenter->edit(nullptr, KesDevice::HardwareControl::getInstance(), false);
+    EXPECT_EQ(presenter->getView(), first);
+
+    KesTest::FakeKesto fake;
+    auto other = HardwareManager::create();
+    ASSERT_TRUE(other->getKestos().addKesto(std::make_unique<Kesto>(address("10.1.0.1"), fake.createLink())));
+    ASSERT_TRUE(other->prepare());
+    ASSERT_TRUE(other->startWorkingMode());
+    KesDevice::HardwareControl::setGlobalInstance(std::move(other), true);
+    click("OK");
+    EXPECT_TRUE(reads("The devices are in use."));
+    EXPECT_EQ(confirmations, 0);
+    KesDevice::HardwareControl::setGlobalInstance(HardwareManager::create(), true);
+    click("OK");
+    EXPECT_EQ(confirmations, 1);
+}
+
+TEST_F(HardwareManagerPresenterTest, WithoutASlotTheNewConfigurationIsDropped)
+{
+    presenter = std::make_unique<KesDevice::HardwareManagerPresenter>();
+    presenter->edit(nullptr, nullptr, true);
+    EXPECT_FALSE(presenter->getView());
+    open();
+    add("10.1.0.1");
+    click("OK");
+    EXPECT_FALSE(presenter->getView());
+}
+
+} // namespace
