@@ -1,5 +1,7 @@
 #include <KesCommon/NumberText.h>
 
+#include <KesCommon/StringHelper.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -8,15 +10,6 @@
 namespace Kes::NumberText {
 
 namespace {
-
-std::string_view trimmed(std::string_view text)
-{
-    constexpr std::string_view blanks = " \t\r\n";
-    const auto begin = text.find_first_not_of(blanks);
-    if (begin == std::string_view::npos)
-        return {};
-    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
 
 /// from_chars knows no plus sign; a minus sign after it is not a number.
 std::string_view withoutPlus(std::string_view text)
@@ -29,8 +22,8 @@ std::string_view withoutPlus(std::string_view text)
 /// Keeps "inf", "nan" and hexadecimal forms away from from_chars.
 bool isDecimal(std::string_view text)
 {
-    return text.find_first_not_of("0123456789.,+-eE") == std::string_view::npos
-        && text.find_first_of("0123456789") != std::string_view::npos;
+    return text.find_first_not_of("0123456789.,+-eE") == std::string_view::npos &&
+           text.find_first_of("0123456789") != std::string_view::npos;
 }
 
 template <typename T>
@@ -53,13 +46,13 @@ std::string write(double value)
     const bool plain = magnitude >= 1e-6 && magnitude < 1e15;
     std::array<char, 64> buffer{};
     const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-        plain ? std::chars_format::fixed : std::chars_format::general);
+                                            plain ? std::chars_format::fixed : std::chars_format::general);
     return std::string(buffer.data(), end);
 }
 
 std::optional<double> read(std::string_view text)
 {
-    text = withoutPlus(trimmed(text));
+    text = withoutPlus(StringHelper::trim(text));
     if (!isDecimal(text))
         return std::nullopt;
     std::string pointed(text);
@@ -69,7 +62,7 @@ std::optional<double> read(std::string_view text)
 
 std::optional<long long> readInteger(std::string_view text)
 {
-    return readWhole<long long>(withoutPlus(trimmed(text)));
+    return readWhole<long long>(withoutPlus(StringHelper::trim(text)));
 }
 
 } // namespace Kes::NumberText

@@ -66,6 +66,15 @@ bool endsWith(std::string_view text, std::string_view suffix)
     return text.ends_with(suffix);
 }
 
+std::string_view trim(std::string_view text)
+{
+    constexpr std::string_view blanks = " \t\r\n";
+    const auto begin = text.find_first_not_of(blanks);
+    return begin == std::string_view::npos
+               ? std::string_view()
+               : text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
 bool isInclude(std::string_view text, std::string_view name, std::size_t start, std::size_t textLength,
                bool ignoreCase)
 {

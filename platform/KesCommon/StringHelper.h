@@ -54,6 +54,9 @@ std::string format(const std::string& format, const Args&... args)
 /// Whether the text ends with the suffix, byte for byte; every text ends with the empty one.
 KES_EXPORT bool endsWith(std::string_view text, std::string_view suffix);
 
+/// The text without the blanks, tabs and line ends around it.
+KES_EXPORT std::string_view trim(std::string_view text);
+
 /// Whether `name` stands in `text` at `start`, whole within the first `textLength` bytes.
 /// `ignoreCase` makes the ASCII letters of both cases equal.
 KES_EXPORT bool isInclude(std::string_view text, std::string_view name, std::size_t start,

@@ -32,8 +32,8 @@ void onDisplayOpened(GdkDisplayManager*, GdkDisplay* display, gpointer)
 
 void IconFolder::add(const std::string& name)
 {
-    static const auto handler = g_signal_connect(gdk_display_manager_get(), "display-opened",
-                                                 G_CALLBACK(onDisplayOpened), nullptr);
+    static const auto handler =
+        g_signal_connect(gdk_display_manager_get(), "display-opened", G_CALLBACK(onDisplayOpened), nullptr);
     (void)handler;
     if (!folders().insert(name).second)
         return;

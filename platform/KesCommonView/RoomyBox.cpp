@@ -6,8 +6,7 @@ namespace Kes {
 
 RoomyBox::RoomyBox(Gtk::Orientation orientation, int spacing, int characters, int lines)
     : Gtk::Box(orientation, spacing), _characters(characters), _lines(lines)
-{
-}
+{}
 
 Pango::FontMetrics RoomyBox::_getMetrics() const
 {

@@ -24,8 +24,7 @@ void require(bool condition, const char* what)
 
 bool isId(const std::string& id)
 {
-    constexpr std::string_view allowed =
-        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.";
+    constexpr std::string_view allowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.";
     return !id.empty() && id.find_first_not_of(allowed) == std::string::npos;
 }
 
@@ -38,8 +37,7 @@ const std::string& TextPair::get() const
 
 Node::Node(Key, NodeType type, std::string id, TextPair name)
     : _type(type), _id(std::move(id)), _name(std::move(name))
-{
-}
+{}
 
 Node::~Node() = default;
 

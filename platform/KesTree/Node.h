@@ -73,8 +73,8 @@ public:
     /// Both bounds belong to the range. For Number and Integer.
     double getMinimum() const { return _minimum; }
     double getMaximum() const { return _maximum; }
-    /// The range with its unit as the user reads it, such as "0.05 … 100 A" (with no-break spaces); empty when
-    /// there is none.
+    /// The range with its unit as the user reads it, such as "0.05 … 100 A" (with no-break spaces); empty
+    /// when there is none.
     std::string getRangeText() const;
     std::vector<std::string> getChoices() const;
 
@@ -90,8 +90,8 @@ public:
     /// that tells why; the old value stays. A Number takes a whole number as well. Emits `signalChanged`
     /// when the value really changes.
     Kes::Result setValue(const Value& value);
-    /// The value as the user reads it, without the unit: numbers with a decimal point, a choice by its name, a
-    /// boolean as "yes" or "no" in the language of the process.
+    /// The value as the user reads it, without the unit: numbers with a decimal point, a choice by its name,
+    /// a boolean as "yes" or "no" in the language of the process.
     std::string toText() const;
     /// Reads what `toText` writes, and what users type: a decimal comma, blanks around, the unit behind the
     /// number. Refuses as `setValue`.
@@ -100,8 +100,8 @@ public:
     Kes::Result checkText(const std::string& text) const;
 
     /// A further rule, asked after type and range. Gets the new value; a failure's message tells the reason
-    /// without naming the node. It may look at other nodes: when many values are read at once, they are all in
-    /// place when it is asked.
+    /// without naming the node. It may look at other nodes: when many values are read at once, they are all
+    /// in place when it is asked.
     void setValidation(std::function<Kes::Result(const Value&)> validation);
 
     /// Tells whether the value plays a part with the present values of the other nodes; without it, it does.
@@ -120,7 +120,8 @@ public:
     /// locale and language; names, units and ranges are not part of it.
     std::string serialize() const;
     /// Reads what `serialize` of a tree with the same ids has written. All or nothing: on a failure no value
-    /// has changed. Unknown ids are refused, missing ones keep their value unless `complete` demands them all.
+    /// has changed. Unknown ids are refused, missing ones keep their value unless `complete` demands them
+    /// all.
     Kes::Result deserialize(const std::string& xml, bool complete = true);
 
 private:

@@ -29,7 +29,8 @@ std::string quoted(const std::string& text)
     if (shown.size() > longest)
         shown = shown.substr(0, longest) + "…";
     std::string bytes = shown.raw();
-    std::replace_if(bytes.begin(), bytes.end(), [](unsigned char c) { return c < 0x20; }, ' ');
+    std::replace_if(
+        bytes.begin(), bytes.end(), [](unsigned char c) { return c < 0x20; }, ' ');
     return bytes;
 }
 
@@ -37,8 +38,7 @@ std::string quoted(const std::string& text)
 bool isStorable(const std::string& text)
 {
     const Glib::ustring characters(text);
-    return characters.validate()
-        && std::all_of(characters.begin(), characters.end(), [](gunichar c) {
+    return characters.validate() && std::all_of(characters.begin(), characters.end(), [](gunichar c) {
                return (c >= 0x20 && c != 0xFFFE && c != 0xFFFF) || c == '\t' || c == '\n' || c == '\r';
            });
 }
@@ -57,9 +57,7 @@ std::string trimmed(std::string text)
     const std::string_view noBreak = noBreakSpace;
     for (auto place = text.find(noBreak); place != std::string::npos; place = text.find(noBreak))
         text.replace(place, noBreak.size(), " ");
-    const auto begin = text.find_first_not_of(" \t\r\n");
-    return begin == std::string::npos ? std::string()
-                                      : text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
+    return std::string(Kes::StringHelper::trim(text));
 }
 
 } // namespace
@@ -170,12 +168,18 @@ Kes::Result Node::setValue(const Value& value)
 std::string Node::toText() const
 {
     switch (_type) {
-    case NodeType::Group: return {};
-    case NodeType::Number: return Kes::NumberText::write(getNumber());
-    case NodeType::Integer: return std::to_string(getInteger());
-    case NodeType::Boolean: return Tree::get(getBoolean() ? "Value.yes" : "Value.no");
-    case NodeType::Choice: return _choices[getChoice()].get();
-    case NodeType::Text: return getText();
+    case NodeType::Group:
+        return {};
+    case NodeType::Number:
+        return Kes::NumberText::write(getNumber());
+    case NodeType::Integer:
+        return std::to_string(getInteger());
+    case NodeType::Boolean:
+        return Tree::get(getBoolean() ? "Value.yes" : "Value.no");
+    case NodeType::Choice:
+        return _choices[getChoice()].get();
+    case NodeType::Text:
+        return getText();
     }
     return {};
 }
@@ -201,12 +205,18 @@ Kes::Result Node::checkText(const std::string& text) const
 Kes::Result Node::_parse(const std::string& text, Value& value) const
 {
     switch (_type) {
-    case NodeType::Group: return _refuse(Tree::get("Error.group"));
+    case NodeType::Group:
+        return _refuse(Tree::get("Error.group"));
     case NodeType::Number:
-    case NodeType::Integer: return _parseNumber(text, value);
-    case NodeType::Boolean: return _parseBoolean(text, value);
-    case NodeType::Choice: return _parseChoice(text, value);
-    case NodeType::Text: value = text; return true;
+    case NodeType::Integer:
+        return _parseNumber(text, value);
+    case NodeType::Boolean:
+        return _parseBoolean(text, value);
+    case NodeType::Choice:
+        return _parseChoice(text, value);
+    case NodeType::Text:
+        value = text;
+        return true;
     }
     return false;
 }

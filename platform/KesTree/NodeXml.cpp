@@ -26,12 +26,17 @@ constexpr std::size_t maximumBytes = std::size_t{16} << 20;
 std::string valueText(const Node& node)
 {
     switch (node.getType()) {
-    case NodeType::Number: return Kes::NumberText::write(node.getNumber());
+    case NodeType::Number:
+        return Kes::NumberText::write(node.getNumber());
     case NodeType::Integer:
-    case NodeType::Choice: return std::to_string(std::get<long long>(node.getValue()));
-    case NodeType::Boolean: return node.getBoolean() ? "true" : "false";
-    case NodeType::Text: return node.getText();
-    case NodeType::Group: break;
+    case NodeType::Choice:
+        return std::to_string(std::get<long long>(node.getValue()));
+    case NodeType::Boolean:
+        return node.getBoolean() ? "true" : "false";
+    case NodeType::Text:
+        return node.getText();
+    case NodeType::Group:
+        break;
     }
     return {};
 }
@@ -41,13 +46,17 @@ Node::Value parseValue(NodeType type, const std::string& text)
 {
     const auto orNothing = [](const auto& read) { return read ? Node::Value(*read) : Node::Value(); };
     switch (type) {
-    case NodeType::Number: return orNothing(Kes::NumberText::read(text));
+    case NodeType::Number:
+        return orNothing(Kes::NumberText::read(text));
     case NodeType::Integer:
-    case NodeType::Choice: return orNothing(Kes::NumberText::readInteger(text));
+    case NodeType::Choice:
+        return orNothing(Kes::NumberText::readInteger(text));
     case NodeType::Boolean:
         return text == "true" ? Node::Value(true) : text == "false" ? Node::Value(false) : Node::Value();
-    case NodeType::Text: return text;
-    case NodeType::Group: break;
+    case NodeType::Text:
+        return text;
+    case NodeType::Group:
+        break;
     }
     return {};
 }
@@ -84,7 +93,8 @@ std::optional<std::vector<const xmlpp::Element*>> childElements(const xmlpp::Ele
     for (const auto* child : element.get_children()) {
         if (const auto* found = dynamic_cast<const xmlpp::Element*>(child))
             elements.push_back(found);
-        else if (const auto* text = dynamic_cast<const xmlpp::TextNode*>(child); text && !text->is_white_space())
+        else if (const auto* text = dynamic_cast<const xmlpp::TextNode*>(child);
+                 text && !text->is_white_space())
             return std::nullopt;
     }
     return elements;
@@ -215,7 +225,8 @@ Kes::Result NodeXmlReader::_readValue(Node& node, const xmlpp::Element& element)
 
 bool NodeXmlReader::_isRead(const Node& node) const
 {
-    return std::any_of(_values.begin(), _values.end(), [&](const NodeValue& value) { return value.first == &node; });
+    return std::any_of(_values.begin(), _values.end(),
+                       [&](const NodeValue& value) { return value.first == &node; });
 }
 
 Kes::Result NodeXmlReader::_checkComplete(const Node& node) const

@@ -6,8 +6,7 @@ namespace KesTree {
 
 ValueError::ValueError(std::string node, std::string reason)
     : _node(std::move(node)), _reason(std::move(reason))
-{
-}
+{}
 
 std::string ValueError::getMessage() const
 {

@@ -13,7 +13,9 @@ namespace KesTree {
 
 /// A form: groups with a heading, those within others collapsible, and one row per value. It scrolls when it
 /// does not fit, and follows the focus. GUI thread.
-class KES_EXPORT NodeTreeView : public Gtk::ScrolledWindow, public INodeTreeView, public Kes::IReadOnlySwitchable {
+class KES_EXPORT NodeTreeView : public Gtk::ScrolledWindow,
+                                public INodeTreeView,
+                                public Kes::IReadOnlySwitchable {
 public:
     NodeTreeView();
 

@@ -40,12 +40,15 @@ NodeValuePresenter::~NodeValuePresenter()
 std::unique_ptr<INodeValueView> NodeValuePresenter::createView(const Node& node)
 {
     switch (node.getType()) {
-    case NodeType::Choice: return std::make_unique<NodeChoiceView>(node.getName(), node.getChoices());
+    case NodeType::Choice:
+        return std::make_unique<NodeChoiceView>(node.getName(), node.getChoices());
     case NodeType::Boolean:
         return std::make_unique<NodeFlagView>(node.getName(), lng::Tree::get("Value.no"),
                                               lng::Tree::get("Value.yes"));
-    case NodeType::Text: return std::make_unique<NodeEntryView>(node.getName(), std::string(), false);
-    default: return std::make_unique<NodeEntryView>(node.getName(), node.getUnit(), true);
+    case NodeType::Text:
+        return std::make_unique<NodeEntryView>(node.getName(), std::string(), false);
+    default:
+        return std::make_unique<NodeEntryView>(node.getName(), node.getUnit(), true);
     }
 }
 

@@ -24,8 +24,11 @@ void setUpLabel(Gtk::Label& label, int narrowest, int widest)
 } // namespace
 
 NodeValueView::NodeValueView(const std::string& name, const std::string& unit)
-    : Gtk::Box(Gtk::ORIENTATION_HORIZONTAL, columnGap), _name(name), _unit(unit),
-      _cell(Gtk::ORIENTATION_HORIZONTAL, smallGap), _note(Gtk::ORIENTATION_HORIZONTAL, smallGap, noteCharacters)
+    : Gtk::Box(Gtk::ORIENTATION_HORIZONTAL, columnGap),
+      _name(name),
+      _unit(unit),
+      _cell(Gtk::ORIENTATION_HORIZONTAL, smallGap),
+      _note(Gtk::ORIENTATION_HORIZONTAL, smallGap, noteCharacters)
 {
     get_style_context()->add_class("kes-node-value");
     setUpLabel(_name, 12, 34);
@@ -59,7 +62,8 @@ void NodeValueView::_setEditor(Gtk::Widget& editor, Gtk::Widget& focus)
     _cell.pack_start(_unit, Gtk::PACK_SHRINK);
     _name.set_mnemonic_widget(focus);
     const auto name = _name.get_text();
-    Kes::GtkWidgetHelper::setAccessibleName(focus, _unit.get_text().empty() ? name : name + ", " + _unit.get_text());
+    Kes::GtkWidgetHelper::setAccessibleName(focus,
+                                            _unit.get_text().empty() ? name : name + ", " + _unit.get_text());
     show_all();
     _updateNote();
 }

@@ -24,8 +24,8 @@ public:
 protected:
     NodeValueView(const std::string& name, const std::string& unit);
 
-    /// Places the editor and ties it to the name; called once. `focus` is the widget that is edited, when it is
-    /// not the editor itself.
+    /// Places the editor and ties it to the name; called once. `focus` is the widget that is edited, when it
+    /// is not the editor itself.
     void _setEditor(Gtk::Widget& editor, Gtk::Widget& focus);
     bool _hasProblem() const { return !_problemText.empty(); }
     /// Applies what has been set to the editor.

@@ -42,10 +42,12 @@ Kes::Result checkTolerance(double one, double other)
 template <typename Rule>
 void validateTogether(Node& first, Node& second, Rule rule)
 {
-    first.setValidation(
-        [&second, rule](const Node::Value& value) { return rule(std::get<double>(value), second.getNumber()); });
-    second.setValidation(
-        [&first, rule](const Node::Value& value) { return rule(first.getNumber(), std::get<double>(value)); });
+    first.setValidation([&second, rule](const Node::Value& value) {
+        return rule(std::get<double>(value), second.getNumber());
+    });
+    second.setValidation([&first, rule](const Node::Value& value) {
+        return rule(first.getNumber(), std::get<double>(value));
+    });
 }
 
 void addCurrents(Node& stage)
@@ -61,17 +63,20 @@ void addCharacteristic(Node& stage)
 {
     auto& multiplier = stage.add(
         Node::number(TimeMultiplier, {"Time multiplier TMS", "Множитель времени TMS"}, {}, 1.0, 0.01, 10.0));
-    auto& curve = stage.add(Node::choice(Curve, {"Characteristic", "Характеристика"}, curves(), StandardInverse));
-    auto& definiteTime = stage.add(Node::number(
-        DefiniteTime, {"Definite operate time", "Независимое время срабатывания"}, seconds, 1.0, 0.01, 600.0));
+    auto& curve =
+        stage.add(Node::choice(Curve, {"Characteristic", "Характеристика"}, curves(), StandardInverse));
+    auto& definiteTime =
+        stage.add(Node::number(DefiniteTime, {"Definite operate time", "Независимое время срабатывания"},
+                               seconds, 1.0, 0.01, 600.0));
     multiplier.setUsage([&curve] { return curve.getChoice() != DefiniteTimeCurve; });
     definiteTime.setUsage([&curve] { return curve.getChoice() == DefiniteTimeCurve; });
 }
 
 void addTolerances(Node& stage)
 {
-    auto& relative = stage.add(Node::number(
-        TolerancePercent, {"Time tolerance, relative", "Допуск времени, относительный"}, percent, 5.0, 0.0, 100.0));
+    auto& relative = stage.add(Node::number(TolerancePercent,
+                                            {"Time tolerance, relative", "Допуск времени, относительный"},
+                                            percent, 5.0, 0.0, 100.0));
     auto& absolute = stage.add(Node::number(ToleranceMilliseconds,
                                             {"Time tolerance, absolute", "Допуск времени, абсолютный"},
                                             milliseconds, 30.0, 0.0, 10000.0));
@@ -82,7 +87,8 @@ void addTolerances(Node& stage)
 
 std::unique_ptr<Node> overcurrentStage()
 {
-    auto stage = Node::group("overcurrent", {"Time-overcurrent stage", "Ступень максимальной токовой защиты"});
+    auto stage =
+        Node::group("overcurrent", {"Time-overcurrent stage", "Ступень максимальной токовой защиты"});
     addCurrents(*stage);
     addCharacteristic(*stage);
     addTolerances(*stage);

@@ -31,8 +31,9 @@ inline constexpr double MaximumSettingRatio = 40.0;
 /// multiplier, curve, definite operate time (s), and the operate-time tolerance in percent and milliseconds.
 ///
 /// Beyond the ranges of the values: Is is at most `MaximumSettingRatio` times the nominal current, and one of
-/// the two tolerances is above zero, since no measured time hits the expected one exactly. The time multiplier
-/// plays no part with the definite-time curve, the definite time none with the others (`Node::isUsed`).
+/// the two tolerances is above zero, since no measured time hits the expected one exactly. The time
+/// multiplier plays no part with the definite-time curve, the definite time none with the others
+/// (`Node::isUsed`).
 KES_EXPORT std::unique_ptr<Node> overcurrentStage();
 
 } // namespace KesTree::RelayNodes

@@ -8,9 +8,9 @@ namespace {
 
 constexpr Kes::TextTable table({
     {"Error.settingRatio", "the setting current must be at most %s times the nominal current",
-        "ток уставки не может превышать номинальный более чем в %s раз"},
+     "ток уставки не может превышать номинальный более чем в %s раз"},
     {"Error.noTolerance", "one of the two tolerances must be above zero",
-        "один из двух допусков должен быть больше нуля"},
+     "один из двух допусков должен быть больше нуля"},
 });
 
 } // namespace

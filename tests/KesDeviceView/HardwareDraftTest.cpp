@@ -40,13 +40,20 @@ TEST(HardwareDraftTest, RefusesAddressesThatNoDeviceCanHaveAndThoseTaken)
         const char* text;
         const char* reason;
     } refused[] = {
-        {"", "not a network address"},          {"10.0.0", "not a network address"},
-        {"10.0.0.256", "not a network address"}, {"10.0.0.1.2", "not a network address"},
-        {"10.0.0.01", "not a network address"}, {"10,0,0,2", "not a network address"},
-        {"kesto", "not a network address"},     {"10.0.0.-1", "not a network address"},
-        {"%s%n", "“%s%n” is not"},              {"0.0.0.0", "cannot be the address"},
-        {"224.0.0.1", "cannot be the address"}, {"255.255.255.255", "cannot be the address"},
-        {"10.0.0.1", "in the list already"},    {" 10.0.0.1 ", "in the list already"},
+        {"", "not a network address"},
+        {"10.0.0", "not a network address"},
+        {"10.0.0.256", "not a network address"},
+        {"10.0.0.1.2", "not a network address"},
+        {"10.0.0.01", "not a network address"},
+        {"10,0,0,2", "not a network address"},
+        {"kesto", "not a network address"},
+        {"10.0.0.-1", "not a network address"},
+        {"%s%n", "“%s%n” is not"},
+        {"0.0.0.0", "cannot be the address"},
+        {"224.0.0.1", "cannot be the address"},
+        {"255.255.255.255", "cannot be the address"},
+        {"10.0.0.1", "in the list already"},
+        {" 10.0.0.1 ", "in the list already"},
     };
     for (const auto& [text, reason] : refused) {
         const auto result = draft.add(text);

@@ -174,8 +174,8 @@ TEST_F(HardwareManagerPresenterTest, RefusedAddressesAreExplainedInPlace)
 {
     addHardware("10.1.0.1");
     open();
-    for (const auto& [text, reason] : {std::pair("10.1.0", "is not a network address"),
-                                       {"10.1.0.1", "is in the list already"}}) {
+    for (const auto& [text, reason] :
+         {std::pair("10.1.0", "is not a network address"), {"10.1.0.1", "is in the list already"}}) {
         add(text);
         EXPECT_TRUE(reads(reason));
         EXPECT_TRUE(addressEntry().get_style_context()->has_class("error"));
@@ -216,7 +216,8 @@ TEST_F(HardwareManagerPresenterTest, ARefusedVoltageHoldsOkBackUntilItIsCorrecte
 TEST_F(HardwareManagerPresenterTest, OkIsRefusedWhileTheOutputRuns)
 {
     KesTest::FakeKesto fake;
-    ASSERT_TRUE(hardware->getKestos().addKesto(std::make_unique<Kesto>(address("10.1.0.1"), fake.createLink())));
+    ASSERT_TRUE(
+        hardware->getKestos().addKesto(std::make_unique<Kesto>(address("10.1.0.1"), fake.createLink())));
     open();
     ASSERT_TRUE(hardware->prepare());
     ASSERT_TRUE(hardware->startWorkingMode());
@@ -296,7 +297,9 @@ TEST_F(HardwareManagerPresenterTest, TheFocusFollowsADeviceThatIsMovedOrRemoved)
     for (const char* text : {"10.1.0.1", "10.1.0.2", "10.1.0.3"})
         addHardware(text);
     open();
-    const auto focused = [this] { return dynamic_cast<Gtk::Window*>(window)->get_focus()->get_accessible()->get_name(); };
+    const auto focused = [this] {
+        return dynamic_cast<Gtk::Window*>(window)->get_focus()->get_accessible()->get_name();
+    };
     click("Move 10.1.0.1 down");
     EXPECT_EQ(focused(), "Move 10.1.0.1 down");
     click("Move 10.1.0.1 down");

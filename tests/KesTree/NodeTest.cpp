@@ -38,8 +38,8 @@ TEST_F(NodeTest, NumbersAreReadAsUsersTypeThem)
     const struct {
         const char* text;
         double value;
-    } cases[] = {{"1.5", 1.5}, {"1,5", 1.5},   {" 2 ", 2},     {"+3", 3},   {"5 A", 5}, {"5 A", 5},     {"5А", 5},
-                 {"0.05", 0.05}, {"100", 100}, {"1e1", 10},    {"5e-1A", .5}, {".5", .5},   {"007", 7}};
+    } cases[] = {{"1.5", 1.5},   {"1,5", 1.5}, {" 2 ", 2},  {"+3", 3},     {"5 A", 5}, {"5 A", 5}, {"5А", 5},
+                 {"0.05", 0.05}, {"100", 100}, {"1e1", 10}, {"5e-1A", .5}, {".5", .5}, {"007", 7}};
     for (const auto& [text, value] : cases) {
         const auto node = current();
         EXPECT_TRUE(node->setText(text)) << text;
@@ -49,8 +49,8 @@ TEST_F(NodeTest, NumbersAreReadAsUsersTypeThem)
 
 TEST_F(NodeTest, NonsenseIsRefusedWithNodeValueUnitAndRange)
 {
-    for (const char* text : {"", " ", "abc", "1.2.3", "1,2,3", "1 000", "inf", "nan", "0x10", "1e999", "1e-999",
-                             "-", "+-1", "++1", "e5", "5 V", "5 AA", "\xff\xfe", "1\n2"}) {
+    for (const char* text : {"", " ", "abc", "1.2.3", "1,2,3", "1 000", "inf", "nan", "0x10", "1e999",
+                             "1e-999", "-", "+-1", "++1", "e5", "5 V", "5 AA", "\xff\xfe", "1\n2"}) {
         const auto node = current();
         const auto result = node->setText(text);
         EXPECT_FALSE(result) << text;
@@ -59,8 +59,10 @@ TEST_F(NodeTest, NonsenseIsRefusedWithNodeValueUnitAndRange)
         EXPECT_EQ(node->getNumber(), 5.0);
     }
     const auto node = current();
-    EXPECT_EQ(messageOf(node->setText("abc")), "Setting current: “abc” is not a number; allowed: 0.05 … 100 A");
-    EXPECT_EQ(messageOf(node->setText("100,01")), "Setting current: 100.01 A is outside the range 0.05 … 100 A");
+    EXPECT_EQ(messageOf(node->setText("abc")),
+              "Setting current: “abc” is not a number; allowed: 0.05 … 100 A");
+    EXPECT_EQ(messageOf(node->setText("100,01")),
+              "Setting current: 100.01 A is outside the range 0.05 … 100 A");
     lng::language = lng::Russian;
     EXPECT_EQ(messageOf(node->setText("0")), "Ток уставки: 0 А вне диапазона 0.05 … 100 А");
     EXPECT_EQ(messageOf(node->setText("1 A B")), "Ток уставки: «1 A B» — не число; допустимо: 0.05 … 100 А");
@@ -110,7 +112,8 @@ TEST_F(NodeTest, MakersRefuseWhatMakesNoSense)
     EXPECT_THROW(Node::number("a", {}, {}, 5, 10, 1), std::invalid_argument);
     EXPECT_THROW(Node::number("a", {}, {}, std::nan(""), -infinity, infinity), std::invalid_argument);
     EXPECT_THROW(Node::number("a", {}, {}, 1, std::nan(""), 2), std::invalid_argument);
-    EXPECT_THROW(Node::integer("a", {}, {}, 0, 0, std::numeric_limits<long long>::max()), std::invalid_argument);
+    EXPECT_THROW(Node::integer("a", {}, {}, 0, 0, std::numeric_limits<long long>::max()),
+                 std::invalid_argument);
     EXPECT_THROW(Node::choice("a", {}, {}, 0), std::invalid_argument);
     for (const char* id : {"", "a/b", "a b", "ж"})
         EXPECT_THROW(Node::group(id, {}), std::invalid_argument) << id;
@@ -177,8 +180,14 @@ TEST(NumberTextTest, WritesTheShortestTextThatReadsBack)
     const struct {
         double value;
         const char* text;
-    } cases[] = {{0.1, "0.1"},       {-0.0, "0"},    {100, "100"},  {1e-4, "0.0001"}, {1e14, "100000000000000"},
-                 {1e15, "1e+15"},    {1e-7, "1e-07"}, {0.1 + 0.2, "0.30000000000000004"}};
+    } cases[] = {{0.1, "0.1"},
+                 {-0.0, "0"},
+                 {100, "100"},
+                 {1e-4, "0.0001"},
+                 {1e14, "100000000000000"},
+                 {1e15, "1e+15"},
+                 {1e-7, "1e-07"},
+                 {0.1 + 0.2, "0.30000000000000004"}};
     for (const auto& [value, text] : cases)
         EXPECT_EQ(Kes::NumberText::write(value), text);
     for (const double value : {5e-324, 1.7976931348623157e308, -2.2250738585072014e-308, 1.0 / 3.0})

@@ -36,9 +36,15 @@ protected:
             static_cast<std::size_t>(place - children.begin()));
     }
     Gtk::Entry& entry(const char* id) { return *KesTest::findWidgets<Gtk::Entry>(row(id)).at(0); }
-    Gtk::ComboBoxText& combo(const char* id) { return *KesTest::findWidgets<Gtk::ComboBoxText>(row(id)).at(0); }
+    Gtk::ComboBoxText& combo(const char* id)
+    {
+        return *KesTest::findWidgets<Gtk::ComboBoxText>(row(id)).at(0);
+    }
     /// What is said beside the editor.
-    std::string note(const char* id) { return KesTest::findWidgets<Gtk::Label>(row(id)).back()->get_text().raw(); }
+    std::string note(const char* id)
+    {
+        return KesTest::findWidgets<Gtk::Label>(row(id)).back()->get_text().raw();
+    }
     bool isRefused(const char* id)
     {
         auto& row = this->row(id);
@@ -54,7 +60,8 @@ protected:
         auto* display = gdk_display_get_default();
         GdkKeymapKey* keys = nullptr;
         int count = 0;
-        ASSERT_TRUE(gdk_keymap_get_entries_for_keyval(gdk_keymap_get_for_display(display), key, &keys, &count));
+        ASSERT_TRUE(
+            gdk_keymap_get_entries_for_keyval(gdk_keymap_get_for_display(display), key, &keys, &count));
         GdkEvent* event = gdk_event_new(GDK_KEY_PRESS);
         event->key.window = GDK_WINDOW(g_object_ref(window.get_window()->gobj()));
         event->key.keyval = key;

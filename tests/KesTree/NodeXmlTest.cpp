@@ -64,7 +64,8 @@ TEST(NodeXmlTest, WritesTheSameBytesWhateverTheLanguage)
 
 TEST(NodeXmlTest, ReadsBackEveryValue)
 {
-    for (const std::string note : {"", "plain", " blanks around ", "line\nline\r\n\ttab", "<&>\"'", "Ячейка №3 ]]>", "\n"}) {
+    for (const std::string note :
+         {"", "plain", " blanks around ", "line\nline\r\n\ttab", "<&>\"'", "Ячейка №3 ]]>", "\n"}) {
         const auto from = sample();
         ASSERT_TRUE(from->find("note")->setText(note));
         ASSERT_TRUE(from->find("inner/number")->setValue(1.0 / 3.0));
@@ -84,7 +85,8 @@ TEST(NodeXmlTest, ReadsBackEveryValue)
 
 TEST(NodeXmlTest, DamageIsRefusedAndChangesNothing)
 {
-    const std::string bomb = R"(<!DOCTYPE tree [<!ENTITY a "aaaaaaaaaa"><!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;">]>)";
+    const std::string bomb =
+        R"(<!DOCTYPE tree [<!ENTITY a "aaaaaaaaaa"><!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;">]>)";
     const struct {
         const char* name;
         std::string xml;
@@ -94,12 +96,14 @@ TEST(NodeXmlTest, DamageIsRefusedAndChangesNothing)
         {"random", std::string("\x89PNG\r\n\x1a\n\0\0", 10), "not well-formed"},
         {"other root", "<other/>", "not those of a test object"},
         {"no version", replaced(written(), " version=\"1\">\n", ">\n"), "not those of a test object"},
-        {"newer", replaced(written(), "tree version=\"1\"", "tree version=\"2\""), "newer program (version “2”)"},
+        {"newer", replaced(written(), "tree version=\"1\"", "tree version=\"2\""),
+         "newer program (version “2”)"},
         {"other tree", replaced(written(), "\"root\"", "\"stage\""), "Unknown item “stage”"},
         {"unknown id", replaced(written(), "\"whole\"", "\"hole\""), "Unknown item “hole”"},
         {"twice", replaced(written(), "\"whole\">-3", "\"number\">1"), "“number” is given twice"},
         {"missing", replaced(written(), "    <value id=\"flag\">true</value>\n", ""), "“flag” is missing"},
-        {"missing group", replaced(written(), R"(<value id="number">0.1</value>)", ""), "“number” is missing"},
+        {"missing group", replaced(written(), R"(<value id="number">0.1</value>)", ""),
+         "“number” is missing"},
         {"group for value", replaced(written(), "<value id=\"flag\">true</value>", "<group id=\"flag\"/>"),
          "not those of a test object"},
         {"element in value", replaced(written(), ">true<", "><b/>true<"), "not those of a test object"},
@@ -113,12 +117,14 @@ TEST(NodeXmlTest, DamageIsRefusedAndChangesNothing)
         {"flag", replaced(written(), ">true<", ">maybe<"), "neither “yes” nor “no”"},
         {"document type", replaced(written(), "<tree", bomb + "<tree"), "not those of a test object"},
         {"undefined entity", replaced(written(), ">true<", ">&b;<"), "not well-formed"},
-        {"deep", [] {
+        {"deep",
+         [] {
              std::string text;
              for (int i = 0; i < 100000; ++i)
                  text += "<group>";
              return text;
-         }(), "not well-formed"},
+         }(),
+         "not well-formed"},
         {"huge", std::string(std::size_t{17} << 20, ' '), "not those of a test object"},
     };
     for (const auto& [name, xml, text] : cases) {
@@ -160,7 +166,8 @@ TEST(NodeXmlTest, AnIncompleteTextKeepsTheOtherValuesWhenAllowed)
 {
     const auto node = sample();
     ASSERT_TRUE(node->find("flag")->setValue(false));
-    const std::string partial = R"(<tree version="1"><group id="root"><value id="choice">1</value></group></tree>)";
+    const std::string partial =
+        R"(<tree version="1"><group id="root"><value id="choice">1</value></group></tree>)";
     EXPECT_FALSE(node->deserialize(partial));
     std::vector<std::string> changed;
     node->signalChanged.connect([&](Node& which) { changed.push_back(which.getId()); });
@@ -177,10 +184,12 @@ TEST(NodeXmlTest, RulesBetweenValuesSeeAllNewValuesInPlace)
         auto& first = root->add(Node::number("low", {"Low", "Низ"}, {}, low, 0, 100));
         auto& second = root->add(Node::number("high", {"High", "Верх"}, {}, high, 0, 100));
         first.setValidation([&second](const Node::Value& value) {
-            return std::get<double>(value) < second.getNumber() ? Kes::Result(true) : Kes::Result::failure("not below");
+            return std::get<double>(value) < second.getNumber() ? Kes::Result(true)
+                                                                : Kes::Result::failure("not below");
         });
         second.setValidation([&first](const Node::Value& value) {
-            return first.getNumber() < std::get<double>(value) ? Kes::Result(true) : Kes::Result::failure("not above");
+            return first.getNumber() < std::get<double>(value) ? Kes::Result(true)
+                                                               : Kes::Result::failure("not above");
         });
         return root;
     };

@@ -30,8 +30,7 @@ Answer ask(const Kesto::Address& address)
 DeviceIdentification::DeviceIdentification(HardwareDraft& draft, BackgroundJobs& jobs,
                                            std::function<HardwareManager*()> edited)
     : _draft(draft), _jobs(jobs), _edited(std::move(edited))
-{
-}
+{}
 
 void DeviceIdentification::adoptKnown()
 {

@@ -10,12 +10,13 @@ namespace KesDevice {
 
 /// Asks devices who they are and tells the draft. GUI thread; the devices are asked on other threads.
 ///
-/// A device that the edited configuration is connected to is not asked: it takes one connection at a time, and the
-/// configuration knows the answer.
+/// A device that the edited configuration is connected to is not asked: it takes one connection at a time,
+/// and the configuration knows the answer.
 class KES_EXPORT DeviceIdentification {
 public:
     /// `edited` gives the configuration in use.
-    DeviceIdentification(HardwareDraft& draft, BackgroundJobs& jobs, std::function<HardwareManager*()> edited);
+    DeviceIdentification(HardwareDraft& draft, BackgroundJobs& jobs,
+                         std::function<HardwareManager*()> edited);
 
     /// Takes over what the edited configuration knows already.
     void adoptKnown();

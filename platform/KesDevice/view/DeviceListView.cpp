@@ -18,8 +18,10 @@ constexpr int naturalHeight = 260;
 } // namespace
 
 DeviceListView::DeviceListView()
-    : Gtk::Box(Gtk::ORIENTATION_VERTICAL, smallGap), _heading(get("Devices.title")),
-      _list(Gtk::ORIENTATION_VERTICAL), _empty(get("Devices.none"))
+    : Gtk::Box(Gtk::ORIENTATION_VERTICAL, smallGap),
+      _heading(get("Devices.title")),
+      _list(Gtk::ORIENTATION_VERTICAL),
+      _empty(get("Devices.none"))
 {
     _buildList();
     pack_start(_heading, Gtk::PACK_SHRINK);

@@ -18,10 +18,15 @@ std::string named(const char* key, const std::string& address)
 } // namespace
 
 DeviceRowView::DeviceRowView()
-    : Gtk::Box(Gtk::ORIENTATION_VERTICAL, smallGap), _head(Gtk::ORIENTATION_HORIZONTAL, wideGap),
-      _identify("view-refresh-symbolic"), _up("go-up-symbolic"), _down("go-down-symbolic"),
-      _remove("list-remove-symbolic"), _auxDC(Gtk::ORIENTATION_HORIZONTAL, smallGap),
-      _auxDCEnabled(get("Devices.auxDC")), _unit(get("Devices.volts"))
+    : Gtk::Box(Gtk::ORIENTATION_VERTICAL, smallGap),
+      _head(Gtk::ORIENTATION_HORIZONTAL, wideGap),
+      _identify("view-refresh-symbolic"),
+      _up("go-up-symbolic"),
+      _down("go-down-symbolic"),
+      _remove("list-remove-symbolic"),
+      _auxDC(Gtk::ORIENTATION_HORIZONTAL, smallGap),
+      _auxDCEnabled(get("Devices.auxDC")),
+      _unit(get("Devices.volts"))
 {
     get_style_context()->add_class("kes-device-row");
     _buildHead();
@@ -36,7 +41,8 @@ void DeviceRowView::_buildHead()
     _address.get_style_context()->add_class("kes-device-address");
     _address.set_selectable(true);
     _address.set_can_focus(false);
-    for (Gtk::Widget* icon : {static_cast<Gtk::Widget*>(&_spinner), static_cast<Gtk::Widget*>(&_identityIcon)})
+    for (Gtk::Widget* icon :
+         {static_cast<Gtk::Widget*>(&_spinner), static_cast<Gtk::Widget*>(&_identityIcon)})
         icon->set_no_show_all(true);
     wrapText(_identity, 8, 44);
 
@@ -66,7 +72,8 @@ void DeviceRowView::_buildAuxDC()
     _volts.set_alignment(Gtk::ALIGN_END);
     _volts.set_activates_default(true);
     _volts.set_input_purpose(Gtk::INPUT_PURPOSE_NUMBER);
-    for (Gtk::Widget* control : {static_cast<Gtk::Widget*>(&_auxDCEnabled), static_cast<Gtk::Widget*>(&_volts)})
+    for (Gtk::Widget* control :
+         {static_cast<Gtk::Widget*>(&_auxDCEnabled), static_cast<Gtk::Widget*>(&_volts)})
         control->set_valign(Gtk::ALIGN_CENTER);
     _problem.set_margin_start(wideGap);
 

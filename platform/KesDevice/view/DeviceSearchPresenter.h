@@ -11,8 +11,8 @@
 
 namespace KesDevice {
 
-/// Adds devices to a draft, by address or from a search in the network, and has them identified. GUI thread; the
-/// search runs on a thread of its own.
+/// Adds devices to a draft, by address or from a search in the network, and has them identified. GUI thread;
+/// the search runs on a thread of its own.
 class KES_EXPORT DeviceSearchPresenter : public Kes::IPresenter, public sigc::trackable {
 public:
     DeviceSearchPresenter(HardwareDraft& draft, DeviceIdentification& identification, BackgroundJobs& jobs);

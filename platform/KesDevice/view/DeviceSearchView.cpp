@@ -11,7 +11,8 @@ using lng::DeviceView::get;
 /// One address that was found, with the command that adds it.
 class DeviceSearchView::FoundRow : public Gtk::Box {
 public:
-    FoundRow() : Gtk::Box(Gtk::ORIENTATION_HORIZONTAL, wideGap), add(get("Add.add")), _taken(get("Add.inList"))
+    FoundRow()
+        : Gtk::Box(Gtk::ORIENTATION_HORIZONTAL, wideGap), add(get("Add.add")), _taken(get("Add.inList"))
     {
         get_style_context()->add_class("kes-found-row");
         _address.set_xalign(0.0F);
@@ -31,7 +32,8 @@ public:
         _address.set_text(found.address);
         add.set_visible(!found.isTaken);
         _taken.set_visible(found.isTaken);
-        Kes::GtkWidgetHelper::setAccessibleName(add, Kes::StringHelper::format(get("Add.addFound"), found.address));
+        Kes::GtkWidgetHelper::setAccessibleName(
+            add, Kes::StringHelper::format(get("Add.addFound"), found.address));
     }
 
     Gtk::Button add;
@@ -42,8 +44,12 @@ private:
 };
 
 DeviceSearchView::DeviceSearchView()
-    : Gtk::Box(Gtk::ORIENTATION_VERTICAL, smallGap), _heading(get("Add.title")), _label(get("Add.address")),
-      _add(get("Add.add")), _search(get("Search.start")), _statusLine(Gtk::ORIENTATION_HORIZONTAL, smallGap),
+    : Gtk::Box(Gtk::ORIENTATION_VERTICAL, smallGap),
+      _heading(get("Add.title")),
+      _label(get("Add.address")),
+      _add(get("Add.add")),
+      _search(get("Search.start")),
+      _statusLine(Gtk::ORIENTATION_HORIZONTAL, smallGap),
       _foundList(Gtk::ORIENTATION_VERTICAL, smallGap)
 {
     pack_start(_heading, Gtk::PACK_SHRINK);
@@ -64,8 +70,8 @@ void DeviceSearchView::_buildAddress()
     _search.set_always_show_image(true);
 
     auto& line = *Gtk::make_managed<Gtk::Box>(Gtk::ORIENTATION_HORIZONTAL, smallGap);
-    for (Gtk::Widget* widget :
-         {static_cast<Gtk::Widget*>(&_label), static_cast<Gtk::Widget*>(&_address), static_cast<Gtk::Widget*>(&_add)})
+    for (Gtk::Widget* widget : {static_cast<Gtk::Widget*>(&_label), static_cast<Gtk::Widget*>(&_address),
+                                static_cast<Gtk::Widget*>(&_add)})
         line.pack_start(*widget, Gtk::PACK_SHRINK);
     line.pack_end(_search, Gtk::PACK_SHRINK);
     pack_start(line, Gtk::PACK_SHRINK);

@@ -9,16 +9,16 @@ namespace {
 constexpr Kes::TextTable table({
     {"Settings.title", "Setting up KESTO", "Настройка КЕСТО"},
     {"Settings.local", "These devices belong to this program only; the other programs keep theirs.",
-        "Эти устройства относятся только к этой программе; другие программы сохраняют свои."},
+     "Эти устройства относятся только к этой программе; другие программы сохраняют свои."},
     {"Settings.ok", "OK", "ОК"},
     {"Settings.cancel", "Cancel", "Отмена"},
     {"Settings.busy", "The devices are in use. Stop the test, then press OK again.",
-        "Устройства заняты. Остановите проверку и нажмите ОК ещё раз."},
+     "Устройства заняты. Остановите проверку и нажмите ОК ещё раз."},
     {"Settings.wrongValues", "Correct the marked values first.", "Сначала исправьте отмеченные значения."},
 
     {"Devices.title", "Devices", "Устройства"},
     {"Devices.none", "No devices. Add one by its address, or search the network.",
-        "Устройств нет. Добавьте устройство по адресу или найдите его в сети."},
+     "Устройств нет. Добавьте устройство по адресу или найдите его в сети."},
     {"Devices.auxDC", "Auxiliary supply", "Оперативное питание"},
     {"Devices.volts", "V", "В"},
     {"Devices.voltsOf", "Auxiliary supply voltage of %s, V", "Напряжение оперативного питания %s, В"},
@@ -40,8 +40,9 @@ constexpr Kes::TextTable table({
     {"Add.addressName", "Address of the device to add", "Адрес добавляемого устройства"},
     {"Add.add", "Add", "Добавить"},
     {"Add.addFound", "Add %s", "Добавить %s"},
-    {"Add.malformed", "“%s” is not a network address. Four numbers from 0 to 255 are expected, such as 192.168.1.20.",
-        "«%s» — не сетевой адрес. Нужны четыре числа от 0 до 255, например 192.168.1.20."},
+    {"Add.malformed",
+     "“%s” is not a network address. Four numbers from 0 to 255 are expected, such as 192.168.1.20.",
+     "«%s» — не сетевой адрес. Нужны четыре числа от 0 до 255, например 192.168.1.20."},
     {"Add.noDevice", "%s cannot be the address of a device.", "%s не может быть адресом устройства."},
     {"Add.taken", "%s is in the list already.", "%s уже есть в списке."},
     {"Add.inList", "in the list", "в списке"},
@@ -55,11 +56,11 @@ constexpr Kes::TextTable table({
     {"Sync.modeName", "Synchronisation mode", "Режим синхронизации"},
     {"Sync.info", "About this mode", "Об этом режиме"},
     {"Sync.noSequences", "Devices in this mode cannot run sequences: most tests will not start.",
-        "В этом режиме устройства не выполняют последовательности: большинство проверок не запустится."},
+     "В этом режиме устройства не выполняют последовательности: большинство проверок не запустится."},
 
     {"Updater.label", "State", "Состояние"},
     {"Updater.tooltip", "State\nAsk the devices for their state every second while no test runs",
-        "Состояние\nОпрашивать состояние устройств каждую секунду, пока проверка не выполняется"},
+     "Состояние\nОпрашивать состояние устройств каждую секунду, пока проверка не выполняется"},
 });
 
 } // namespace

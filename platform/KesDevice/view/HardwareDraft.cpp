@@ -16,13 +16,6 @@ namespace {
 using Kes::StringHelper::format;
 using lng::DeviceView::get;
 
-std::string trimmed(const std::string& text)
-{
-    const auto begin = text.find_first_not_of(" \t\r\n");
-    return begin == std::string::npos ? std::string()
-                                      : text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
-}
-
 /// Neither "this network", nor a group of receivers, nor a broadcast.
 bool canBeDevice(const Kesto::Address& address)
 {
@@ -77,7 +70,7 @@ bool HardwareDraft::contains(const Kesto::Address& address) const
 
 Kes::Result HardwareDraft::checkAddress(const std::string& text, Kesto::Address& address) const
 {
-    const auto typed = trimmed(text);
+    const std::string typed(Kes::StringHelper::trim(text));
     const auto read = Kesto::Address::parse(typed);
     if (!read)
         return Kes::Result::failure(format(get("Add.malformed"), typed));
@@ -139,7 +132,8 @@ std::optional<std::size_t> HardwareDraft::findProblem() const
 {
     const auto found = std::find_if(_states.begin(), _states.end(),
                                     [](const DeviceState& state) { return !state.voltsProblem.empty(); });
-    return found == _states.end() ? std::nullopt : std::optional(static_cast<std::size_t>(found - _states.begin()));
+    return found == _states.end() ? std::nullopt
+                                  : std::optional(static_cast<std::size_t>(found - _states.begin()));
 }
 
 void HardwareDraft::setAsking(const Kesto::Address& address)

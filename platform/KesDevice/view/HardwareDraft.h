@@ -28,15 +28,16 @@ public:
     const std::vector<DeviceState>& getDevices() const { return _states; }
     bool contains(const Kesto::Address& address) const;
 
-    /// Reads an address as the user types it; refuses what no device can have, and what is in the list already.
+    /// Reads an address as the user types it; refuses what no device can have, and what is in the list
+    /// already.
     Kes::Result checkAddress(const std::string& text, Kesto::Address& address) const;
     /// Appends a device; refuses as `checkAddress`.
     Kes::Result add(const std::string& address);
     void remove(std::size_t index);
     /// By how many places, down being positive; out of the list nothing happens.
     void move(std::size_t index, int by);
-    /// The voltage as typed, in volts. One that is refused is kept as typed with the reason, and does not take
-    /// effect; switching the supply off takes a refused one back.
+    /// The voltage as typed, in volts. One that is refused is kept as typed with the reason, and does not
+    /// take effect; switching the supply off takes a refused one back.
     void setAuxDC(std::size_t index, bool enable, const std::string& volts);
     /// The first device with a refused voltage.
     std::optional<std::size_t> findProblem() const;

@@ -11,15 +11,15 @@
 namespace KesDevice {
 
 /// The window in which the user chooses the devices and their synchronisation. It works on a copy; nothing
-/// changes before the user confirms. GUI thread; devices are searched and asked on threads of its own, for which
-/// the destructor waits.
+/// changes before the user confirms. GUI thread; devices are searched and asked on threads of its own, for
+/// which the destructor waits.
 class KES_EXPORT HardwareManagerPresenter : public sigc::trackable {
 public:
     HardwareManagerPresenter();
     ~HardwareManagerPresenter();
 
-    /// The user has confirmed and the window is closed. The slot takes the new configuration out of the pointer.
-    /// While the configuration in use is busy, confirming is refused in the window.
+    /// The user has confirmed and the window is closed. The slot takes the new configuration out of the
+    /// pointer. While the configuration in use is busy, confirming is refused in the window.
     sigc::signal<void(std::unique_ptr<HardwareManager>&)> signalHardwareChanging;
 
     /// Shows the window for a configuration over the parent's window, or brings the open one to the front.

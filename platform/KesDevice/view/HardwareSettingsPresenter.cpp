@@ -9,10 +9,14 @@ namespace KesDevice {
 
 using lng::DeviceView::get;
 
-HardwareSettingsPresenter::HardwareSettingsPresenter(BackgroundJobs& jobs, std::function<HardwareManager*()> edited,
-                                                     bool local)
-    : _edited(std::move(edited)), _draft(*_edited()), _identification(_draft, jobs, _edited),
-      _devices(_draft, _identification), _search(_draft, _identification, jobs), _sync(_draft),
+HardwareSettingsPresenter::HardwareSettingsPresenter(BackgroundJobs& jobs,
+                                                     std::function<HardwareManager*()> edited, bool local)
+    : _edited(std::move(edited)),
+      _draft(*_edited()),
+      _identification(_draft, jobs, _edited),
+      _devices(_draft, _identification),
+      _search(_draft, _identification, jobs),
+      _sync(_draft),
       _view(std::make_unique<HardwareSettingsView>())
 {
     _identification.adoptKnown();

@@ -22,9 +22,12 @@ constexpr int smallestHeight = 110;
 } // namespace
 
 HardwareSettingsView::HardwareSettingsView()
-    : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _noticeLine(Gtk::ORIENTATION_HORIZONTAL, smallGap),
-      _parts(Gtk::ORIENTATION_VERTICAL, partGap, partCharacters, partLines), _buttons(Gtk::ORIENTATION_HORIZONTAL, smallGap),
-      _cancel(get("Settings.cancel")), _ok(get("Settings.ok"))
+    : Gtk::Box(Gtk::ORIENTATION_VERTICAL),
+      _noticeLine(Gtk::ORIENTATION_HORIZONTAL, smallGap),
+      _parts(Gtk::ORIENTATION_VERTICAL, partGap, partCharacters, partLines),
+      _buttons(Gtk::ORIENTATION_HORIZONTAL, smallGap),
+      _cancel(get("Settings.cancel")),
+      _ok(get("Settings.ok"))
 {
     KesView::Style::setStyle("KesDevice/KesDevice.css");
     get_style_context()->add_class("kes-hardware-settings");

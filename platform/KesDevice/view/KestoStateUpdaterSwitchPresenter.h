@@ -8,8 +8,8 @@
 namespace KesDevice {
 
 /// The switch that turns the periodic state updates of the devices on and off, for the status bar. It follows
-/// `KestoStateGlobalUpdater`. Switching is carried out on a thread of its own, since it may wait for a device that
-/// is just being asked; the destructor waits for it. GUI thread.
+/// `KestoStateGlobalUpdater`. Switching is carried out on a thread of its own, since it may wait for a device
+/// that is just being asked; the destructor waits for it. GUI thread.
 class KES_EXPORT KestoStateUpdaterSwitchPresenter : public Kes::IPresenter {
 public:
     KestoStateUpdaterSwitchPresenter();

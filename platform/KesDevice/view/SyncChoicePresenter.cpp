@@ -45,7 +45,8 @@ void SyncChoicePresenter::_onInfo()
 void SyncChoicePresenter::_showNote()
 {
     const auto& mode = _draft.getSyncMode();
-    _view->setNote(mode.isSeqSupported() ? "" : lng::DeviceView::get("Sync.noSequences"), SyncModeInfo::has(mode));
+    _view->setNote(mode.isSeqSupported() ? "" : lng::DeviceView::get("Sync.noSequences"),
+                   SyncModeInfo::has(mode));
 }
 
 } // namespace KesDevice

@@ -8,7 +8,9 @@ namespace KesDevice {
 using lng::DeviceView::get;
 
 SyncChoiceView::SyncChoiceView()
-    : Gtk::Box(Gtk::ORIENTATION_VERTICAL, smallGap), _heading(get("Sync.title")), _label(get("Sync.mode")),
+    : Gtk::Box(Gtk::ORIENTATION_VERTICAL, smallGap),
+      _heading(get("Sync.title")),
+      _label(get("Sync.mode")),
       _info("dialog-question-symbolic")
 {
     _label.set_mnemonic_widget(_modes);
