@@ -1,5 +1,6 @@
 #include <KesCommon/NumberText.h>
 
+#include <KesCommon/Language.h>
 #include <KesCommon/StringHelper.h>
 
 #include <algorithm>
@@ -48,6 +49,14 @@ std::string write(double value)
     const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                             plain ? std::chars_format::fixed : std::chars_format::general);
     return std::string(buffer.data(), end);
+}
+
+std::string show(double value)
+{
+    auto text = write(value);
+    if (lng::language == lng::Russian)
+        std::replace(text.begin(), text.end(), '.', ',');
+    return text;
 }
 
 std::optional<double> read(std::string_view text)

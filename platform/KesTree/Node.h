@@ -90,11 +90,11 @@ public:
     /// that tells why; the old value stays. A Number takes a whole number as well. Emits `signalChanged`
     /// when the value really changes.
     Kes::Result setValue(const Value& value);
-    /// The value as the user reads it, without the unit: numbers with a decimal point, a choice by its name,
-    /// a boolean as "yes" or "no" in the language of the process.
+    /// The value as the user reads it in the language of the process, without the unit: a choice by its name,
+    /// a boolean as "yes" or "no", a number with a decimal point, in Russian with a comma.
     std::string toText() const;
-    /// Reads what `toText` writes, and what users type: a decimal comma, blanks around, the unit behind the
-    /// number. Refuses as `setValue`.
+    /// Reads what `toText` writes, and what users type: a decimal point or comma, blanks around, the unit
+    /// behind the number. Refuses as `setValue`.
     Kes::Result setText(const std::string& text);
     /// Whether the text would be accepted, without changing anything.
     Kes::Result checkText(const std::string& text) const;

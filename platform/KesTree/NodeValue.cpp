@@ -96,8 +96,8 @@ std::string Node::getRangeText() const
 {
     if (_type != NodeType::Number && _type != NodeType::Integer)
         return {};
-    const auto minimum = Kes::NumberText::write(_minimum);
-    const auto maximum = _withUnit(Kes::NumberText::write(_maximum));
+    const auto minimum = Kes::NumberText::show(_minimum);
+    const auto maximum = _withUnit(Kes::NumberText::show(_maximum));
     if (isBound(_minimum) && isBound(_maximum))
         return minimum + noBreakSpace + "…" + noBreakSpace + maximum;
     if (isBound(_minimum))
@@ -127,7 +127,7 @@ Kes::Result Node::_checkRange(Value& value) const
         return _refuse(format(Tree::get("Error.outside"), _withUnit(text), getRangeText()));
     };
     if (const auto* number = std::get_if<double>(&value))
-        return std::isfinite(*number) ? checkBounds(*number, Kes::NumberText::write(*number))
+        return std::isfinite(*number) ? checkBounds(*number, Kes::NumberText::show(*number))
                                       : _refuse(Tree::get("Error.notFinite"));
     if (const auto* whole = std::get_if<long long>(&value)) {
         if (_type == NodeType::Integer)
@@ -171,7 +171,7 @@ std::string Node::toText() const
     case NodeType::Group:
         return {};
     case NodeType::Number:
-        return Kes::NumberText::write(getNumber());
+        return Kes::NumberText::show(getNumber());
     case NodeType::Integer:
         return std::to_string(getInteger());
     case NodeType::Boolean:

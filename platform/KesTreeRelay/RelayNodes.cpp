@@ -28,7 +28,7 @@ Kes::Result checkRatio(double setting, double nominal)
     if (setting <= MaximumSettingRatio * nominal)
         return true;
     return Kes::Result::failure(Kes::StringHelper::format(lng::TreeRelay::get("Error.settingRatio"),
-                                                          Kes::NumberText::write(MaximumSettingRatio)));
+                                                          Kes::NumberText::show(MaximumSettingRatio)));
 }
 
 Kes::Result checkTolerance(double one, double other)

@@ -64,12 +64,15 @@ TEST_F(NodeTest, NonsenseIsRefusedWithNodeValueUnitAndRange)
     EXPECT_EQ(messageOf(node->setText("100,01")),
               "Setting current: 100.01 A is outside the range 0.05 … 100 A");
     lng::language = lng::Russian;
-    EXPECT_EQ(messageOf(node->setText("0")), "Ток уставки: 0 А вне диапазона 0.05 … 100 А");
-    EXPECT_EQ(messageOf(node->setText("1 A B")), "Ток уставки: «1 A B» — не число; допустимо: 0.05 … 100 А");
+    EXPECT_EQ(messageOf(node->setText("0")), "Ток уставки: 0 А вне диапазона 0,05 … 100 А");
+    EXPECT_EQ(messageOf(node->setText("1 A B")), "Ток уставки: «1 A B» — не число; допустимо: 0,05 … 100 А");
+    ASSERT_TRUE(node->setText("2.5"));
+    EXPECT_EQ(node->toText(), "2,5");
+    EXPECT_TRUE(node->setText(node->toText()));
     EXPECT_THAT(messageOf(node->setText(std::string(5000, 'x'))), testing::SizeIs(testing::Lt(200U)));
     const auto error = std::dynamic_pointer_cast<KesTree::ValueError>(node->setText("0").getError());
     ASSERT_TRUE(error);
-    EXPECT_EQ(error->getReason(), "0 А вне диапазона 0.05 … 100 А");
+    EXPECT_EQ(error->getReason(), "0 А вне диапазона 0,05 … 100 А");
 }
 
 TEST_F(NodeTest, ValuesOfAnotherTypeOrNotFiniteAreRefused)

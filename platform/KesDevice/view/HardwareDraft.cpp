@@ -33,7 +33,7 @@ std::unique_ptr<Kesto> copyOf(const Kesto& kesto)
 
 std::string voltsProblem(const std::string& volts, const std::optional<double>& value)
 {
-    const auto number = [](double limit) { return Kes::NumberText::write(limit); };
+    const auto number = [](double limit) { return Kes::NumberText::show(limit); };
     const auto range = format(get("Devices.voltsRange"), number(KesDriver::minimumAuxDCVolts),
                               number(KesDriver::maximumAuxDCVolts));
     if (!value)
@@ -57,7 +57,7 @@ void HardwareDraft::_append(std::unique_ptr<Kesto> kesto)
     state.address = kesto->getAddress().to_string();
     state.identity = get("Identity.unknown");
     state.isAuxDCEnabled = kesto->auxDC().getEnable();
-    state.volts = Kes::NumberText::write(kesto->auxDC().getVolts());
+    state.volts = Kes::NumberText::show(kesto->auxDC().getVolts());
     _kestos.push_back(std::move(kesto));
     _states.push_back(std::move(state));
 }
@@ -122,7 +122,7 @@ void HardwareDraft::setAuxDC(std::size_t index, bool enable, const std::string& 
     const auto problem = voltsProblem(volts, value);
     const bool isTakenBack = !enable && !problem.empty();
     state.isAuxDCEnabled = enable;
-    state.volts = isTakenBack ? Kes::NumberText::write(auxDC.getVolts()) : volts;
+    state.volts = isTakenBack ? Kes::NumberText::show(auxDC.getVolts()) : volts;
     state.voltsProblem = isTakenBack ? std::string() : problem;
     (void)auxDC.set(enable, problem.empty() ? *value : auxDC.getVolts());
     signalChanged.emit();
