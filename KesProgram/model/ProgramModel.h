@@ -4,6 +4,7 @@
 #include <KesCommon/Export.h>
 #include <KesCommon/Signal.h>
 #include <KesDevice/HardwareManager.h>
+#include <KesProgram/model/HelpName.h>
 #include <KesProgram/model/RunVerdict.h>
 
 #include <sigc++/sigc++.h>
@@ -197,6 +198,9 @@ protected:
 private:
     enum HardwareConnection { RunningConnection, StatusConnection, AvaryConnection, KestoStateConnection };
 
+    std::unique_ptr<KesDevice::HardwareManager>
+    _exchangeLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware);
+    KesDevice::HardwareManager* _getLocalHardware() const;
     bool _enterRunning();
     bool _prepareHardwareSafely();
     void _runSafely();
@@ -226,6 +230,8 @@ private:
     std::unique_ptr<FileRecentManager> _recentFiles;
     std::string _packageVersion;
 
+    /// Guards the pointer alone: other threads ask for the configuration while the GUI thread replaces it.
+    mutable std::mutex _localHardwareMutex;
     std::unique_ptr<KesDevice::HardwareManager> _localHardware;
     std::array<Kes::ScopedConnection, 4> _hardwareConnections;
     Kes::ScopedConnection _globalHardwareConnection;

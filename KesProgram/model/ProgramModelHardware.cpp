@@ -14,9 +14,10 @@ KesDevice::HardwareManager* ProgramModel::getHardware()
 {
     if (!usesLocalHardware())
         return KesDevice::HardwareControl::getInstance();
-    if (!_localHardware)
-        _setLocalHardware(_createProgramHardwareManager());
-    return _localHardware.get();
+    if (auto* hardware = _getLocalHardware())
+        return hardware;
+    _setLocalHardware(_createProgramHardwareManager());
+    return _getLocalHardware();
 }
 
 void ProgramModel::setHardware(std::unique_ptr<KesDevice::HardwareManager>& hardware, bool flag)
@@ -28,11 +29,13 @@ void ProgramModel::setHardware(std::unique_ptr<KesDevice::HardwareManager>& hard
             KesDevice::HardwareControl::setGlobalInstance(std::move(hardware), flag);
         return;
     }
-    const auto old = std::move(_localHardware);
-    _setLocalHardware(std::move(hardware));
+    auto old = _exchangeLocalHardware(std::move(hardware));
     _attachHardwareManager();
-    _onHardwareChanged(_localHardware.get());
+    _onHardwareChanged(getHardware());
     signalHardwareChanged.emit();
+    // A start or a run on another thread may still be using the old one.
+    if (!_canStart)
+        KesDevice::HardwareControl::retire(std::move(old));
 }
 
 std::unique_ptr<KesDevice::HardwareManager> ProgramModel::_createProgramHardwareManager()
@@ -44,13 +47,27 @@ std::unique_ptr<KesDevice::HardwareManager> ProgramModel::_createProgramHardware
 
 void ProgramModel::_setLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware)
 {
-    _localHardware = std::move(hardware);
-    if (!_localHardware)
-        return;
-    _localHardware->setIsStopOnFault(true);
-    _localHardware->setIsStatusReported(true);
-    _localHardware->getVirtualChannels().setIsControlGroupsEnabled(true);
-    _report(_localHardware->getKestos().clear());
+    _exchangeLocalHardware(std::move(hardware));
+}
+
+std::unique_ptr<KesDevice::HardwareManager>
+ProgramModel::_exchangeLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware)
+{
+    if (hardware) {
+        hardware->setIsStopOnFault(true);
+        hardware->setIsStatusReported(true);
+        hardware->getVirtualChannels().setIsControlGroupsEnabled(true);
+        _report(hardware->getKestos().clear());
+    }
+    std::lock_guard lock(_localHardwareMutex);
+    _localHardware.swap(hardware);
+    return hardware;
+}
+
+KesDevice::HardwareManager* ProgramModel::_getLocalHardware() const
+{
+    std::lock_guard lock(_localHardwareMutex);
+    return _localHardware.get();
 }
 
 void ProgramModel::_attachHardwareManager()

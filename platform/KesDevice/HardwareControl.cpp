@@ -89,6 +89,16 @@ void HardwareControl::setEmbeddedInstance(std::unique_ptr<HardwareManager> hardw
         _replace(std::move(hardware), true);
 }
 
+void HardwareControl::retire(std::unique_ptr<HardwareManager> hardware)
+{
+    if (!hardware)
+        return;
+    hardware->_retire();
+    auto& state = State::get();
+    state.keepRetired(std::move(hardware));
+    state.dropRetired();
+}
+
 void HardwareControl::_replace(std::unique_ptr<HardwareManager> hardware, bool embedded)
 {
     // First, so that whoever hears of the change finds the devices free.

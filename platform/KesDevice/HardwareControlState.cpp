@@ -69,6 +69,12 @@ HardwareManager* HardwareControlState::exchange(std::unique_ptr<HardwareManager>
     return _retired.back().get();
 }
 
+void HardwareControlState::keepRetired(std::unique_ptr<HardwareManager> hardware)
+{
+    std::lock_guard lock(_mutex);
+    _retired.push_back(std::move(hardware));
+}
+
 void HardwareControlState::dropRetired()
 {
     // Destroyed outside the lock: that passes the signal gate.

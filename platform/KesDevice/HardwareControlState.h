@@ -27,6 +27,8 @@ public:
     void offerGlobal(std::unique_ptr<HardwareManager> hardware);
     /// Returns the configuration replaced, which is kept as a retired one; null when there was none.
     HardwareManager* exchange(std::unique_ptr<HardwareManager> hardware, bool embedded);
+    /// Keeps a configuration of a program's own as a retired one.
+    void keepRetired(std::unique_ptr<HardwareManager> hardware);
     /// Destroys the oldest retired configurations that are not busy.
     void dropRetired();
 
