@@ -15,7 +15,7 @@ using lng::DeviceView::get;
 constexpr int partGap = 18;
 /// Room for a few devices, for what they tell beside their addresses, and for what a search finds.
 constexpr int partCharacters = 84;
-constexpr int partLines = 34;
+constexpr int partLines = 28;
 /// In pixels; below it the whole window scrolls.
 constexpr int smallestHeight = 110;
 
