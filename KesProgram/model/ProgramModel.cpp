@@ -1,6 +1,7 @@
 #include <KesProgram/model/ProgramModel.h>
 
 #include <KesCommon/Directories.h>
+#include <KesCommon/ExceptionText.h>
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/Log.h>
 #include <KesCommon/StringHelper.h>
@@ -233,8 +234,13 @@ void ProgramModel::_onShutdown()
         std::lock_guard lock(_closedMutex);
         _closedSource = 0;
     }
-    // A slot may destroy the model; nothing of it is touched afterwards.
-    signalClosed.emit();
+    // A slot may destroy the model; nothing of it is touched afterwards. GLib is C: a slot's exception may
+    // not pass through its main loop.
+    try {
+        signalClosed.emit();
+    } catch (...) {
+        KesLog::Log::writeError(Kes::getCurrentExceptionText());
+    }
 }
 
 } // namespace KesProgram

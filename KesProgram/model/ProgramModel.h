@@ -33,10 +33,11 @@ class FileRecentManager;
 /// it after `signalClosed`, on the GUI thread.
 ///
 /// Threads: the GUI thread calls everything that is not marked otherwise. A run happens on the start thread
-/// "KesProgram_Start", closing on the shutdown thread "KesProgram_Shutdown", and the device library reports on
-/// its own threads. The model's signals are emitted on whichever of these threads caused the change, after the
-/// change, without any lock but the signal gate; a listener brings its view changes to the GUI thread. Only
-/// `signalClosed` always comes on the GUI thread. The flags and the state text may be read on any thread.
+/// "KesProgram_Start", closing on the shutdown thread "KesProgram_Shutdown", and the device library reports
+/// on its own threads. The model's signals are emitted on whichever of these threads caused the change, after
+/// the change, without any lock but the signal gate; a listener brings its view changes to the GUI thread.
+/// Only `signalClosed` always comes on the GUI thread. The flags and the state text may be read on any
+/// thread.
 ///
 /// The model shows nothing: texts for the user go out through `signalMessage`.
 class KES_EXPORT ProgramModel : public sigc::trackable {
@@ -83,8 +84,9 @@ public:
     /// The content of the archive file as it would be saved now, positioned at its beginning; null. A program
     /// with archive logic has to return a stream, the same bytes for the same data.
     virtual std::unique_ptr<std::istream> getDataStream();
-    /// Load the content of an archive file; true. `flag`: repair, that is, take from damaged or outdated content
-    /// what can be taken. False refuses the content; the program's data is then replaced by `newData`.
+    /// Load the content of an archive file; true. `flag`: repair, that is, take from damaged or outdated
+    /// content what can be taken. False refuses the content; the program's data is then replaced by
+    /// `newData`.
     virtual bool setDataStream(std::istream& stream, bool flag);
     /// For the program's own repair of a damaged file; true.
     virtual bool setRepairDataStream(std::istream& stream);
@@ -94,8 +96,8 @@ public:
     virtual std::string getSupportedExtension();
     /// Whether the program keeps archive files; true when the extension is not empty.
     virtual bool hasArchiveLogic();
-    /// Whether the program has a hardware configuration of its own; false: it uses the global one. Any thread;
-    /// always the same answer.
+    /// Whether the program has a hardware configuration of its own; false: it uses the global one. Any
+    /// thread; always the same answer.
     virtual bool usesLocalHardware();
     /// The root of the test object, owned by the program; null: none.
     virtual KesTree::Node* getTestObject();
@@ -112,8 +114,8 @@ protected:
     /// Checks, connects and switches on the hardware, on the start thread. False: no run.
     virtual bool _onPrepareHardware();
     /// The test itself, on the start thread. The output is on, at zero. It looks at `isRunning()` to see
-    /// whether it has been stopped, and it or what it has started calls `_finish()` exactly once. An exception
-    /// that leaves it ends the run with a message.
+    /// whether it has been stopped, and it or what it has started calls `_finish()` exactly once. An
+    /// exception that leaves it ends the run with a message.
     virtual void _onStart() = 0;
     /// The run has been stopped: by the user, a fault or closing; on the thread that did it, under the signal
     /// gate in the case of a fault. Must return at once, waiting for nothing; nothing.
@@ -147,14 +149,15 @@ public:
     void setPackageVersion(const std::string& version);
     const std::string& getPackageVersion() const;
 
-    /// The hardware configuration in use, never null. Any thread; see `HardwareControl::getInstance` for its life.
+    /// The hardware configuration in use, never null. Any thread; see `HardwareControl::getInstance` for its
+    /// life.
     KesDevice::HardwareManager* getHardware();
     /// Makes a configuration the one in use and takes it out of the pointer. The flag is that of
     /// `HardwareControl::setGlobalInstance`; it has no meaning for a configuration of the program's own.
     void setHardware(std::unique_ptr<KesDevice::HardwareManager>& hardware, bool flag);
 
-    /// Begins a start. True when the start thread has been made; whether the run succeeds is told by
-    /// signals.
+    /// Begins a start; not to be called after `close()`. True when the start thread has been made; whether
+    /// the run succeeds is told by signals.
     bool startTest();
     /// Stops a run; nothing when none is under way.
     void stopTest();

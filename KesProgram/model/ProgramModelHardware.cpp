@@ -109,10 +109,10 @@ void ProgramModel::_onHardwareAvary(KesDriver::KesAvary& avary)
 
 void ProgramModel::_onKestoState(KesDevice::Kesto* kesto, const char* text)
 {
-    std::string message;
+    std::string message(text);
     if (kesto)
-        message = "[" + kesto->getIdentifer().toDisplayString() + ": " + kesto->getAddress().to_string('.') + "] ";
-    message += text;
+        message = "[" + kesto->getIdentifer().toDisplayString() + ": " + kesto->getAddress().to_string('.') +
+                  "] " + message;
     signalMessage.emit(message);
 }
 

@@ -2,9 +2,8 @@
 
 #include <KesProgram/model/ProgramModel.h>
 
+#include <KesCommon/ExceptionText.h>
 #include <KesCommon/ThreadHelper.h>
-
-#include <exception>
 
 namespace KesProgram {
 
@@ -58,8 +57,8 @@ bool ProgramModel::_prepareHardwareSafely()
 {
     try {
         return _onPrepareHardware();
-    } catch (const std::exception& error) {
-        signalMessage.emit(error.what());
+    } catch (...) {
+        signalMessage.emit(Kes::getCurrentExceptionText());
         return false;
     }
 }
@@ -82,9 +81,9 @@ void ProgramModel::_runSafely()
 {
     try {
         _onStart();
-    } catch (const std::exception& error) {
+    } catch (...) {
         // The outputs must not stay on because a test body failed.
-        signalMessage.emit(error.what());
+        signalMessage.emit(Kes::getCurrentExceptionText());
         if (_outputStarted) {
             _stopRunning();
             _finish();

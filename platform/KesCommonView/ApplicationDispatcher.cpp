@@ -2,12 +2,12 @@
 
 #include "DispatchQueue.h"
 
+#include <KesCommon/ExceptionText.h>
 #include <KesCommon/Log.h>
 #include <KesCommon/SignalGate.h>
 #include <KesCommon/WaitService.h>
 
 #include <glib-unix.h>
-#include <glibmm/exception.h>
 
 #include <atomic>
 #include <chrono>
@@ -91,22 +91,13 @@ private:
     std::shared_ptr<Turn> _turn;
 };
 
-void logException(const std::string& what)
-{
-    KesLog::Log::writeError("A function on the GUI thread has thrown: " + what);
-}
-
 /// GLib is C: nothing may be thrown through its main loop.
 void runCaught(const std::function<void()>& function)
 {
     try {
         function();
-    } catch (const std::exception& error) {
-        logException(error.what());
-    } catch (const Glib::Exception& error) {
-        logException(error.what().raw());
     } catch (...) {
-        logException("an unknown exception");
+        KesLog::Log::writeError("A function on the GUI thread has thrown: " + getCurrentExceptionText());
     }
 }
 

@@ -9,8 +9,8 @@
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/model/AvaryMessage.h>
-#include <KesProgram/model/HelpName.h>
 
+#include <glibmm/fileutils.h>
 #include <gmock/gmock.h>
 
 #include <atomic>
@@ -26,7 +26,10 @@ public:
     using ProgramModel::_getProgrammCacheDirectory;
 
     KesProgram::RunVerdict getRunVerdict() override { return KesProgram::RunVerdict::None; }
-    std::unique_ptr<std::istream> getDataStream() override { return std::make_unique<std::stringstream>("x"); }
+    std::unique_ptr<std::istream> getDataStream() override
+    {
+        return std::make_unique<std::stringstream>("x");
+    }
 
 protected:
     void _onStart() override { _finish(); }
@@ -150,8 +153,9 @@ TEST_F(ProgramModelTest, ChecksBeforeARunComeInTheirOrder)
     ASSERT_TRUE(model.getHardware()->prepare());
     ASSERT_TRUE(model.getHardware()->startWorkingMode());
     EXPECT_FALSE(model.prepareRealHardware());
-    EXPECT_THAT(model.take(),
-                testing::Contains("message: Error on starting test. The output process has already started."));
+    EXPECT_THAT(
+        model.take(),
+        testing::Contains("message: Error on starting test. The output process has already started."));
     ASSERT_TRUE(model.getHardware()->stopWorkingMode());
     model.getHardware()->getSyncManager().setActiveMode(KesDevice::SyncModeKind::PowerNetwork);
     model.take();
@@ -159,9 +163,9 @@ TEST_F(ProgramModelTest, ChecksBeforeARunComeInTheirOrder)
     const auto entries = model.take();
     ASSERT_EQ(entries.size(), 1u);
     EXPECT_EQ(std::count(entries[0].begin(), entries[0].end(), '\n'), 2);
-    EXPECT_THAT(entries[0], testing::EndsWith(
-                                std::string(":\n") +
-                                KesDevice::SyncMode::get(KesDevice::SyncModeKind::PowerNetwork).getName()));
+    EXPECT_THAT(entries[0],
+                testing::EndsWith(std::string(":\n") +
+                                  KesDevice::SyncMode::get(KesDevice::SyncModeKind::PowerNetwork).getName()));
 }
 
 TEST_F(ProgramModelTest, GlobalConfigurationIsAnnouncedThroughTheGlobalSignalOnly)
@@ -209,20 +213,29 @@ TEST_F(ProgramModelTest, DeviceStateNamesTheDevice)
     model.getHardware()->signalKestoState.emit(&kesto, "is warm");
     model.getHardware()->signalKestoState.emit(nullptr, "all is warm");
     EXPECT_THAT(model.take(), ElementsAre("message: [KESTO: 10.1.2.3] is warm", "message: all is warm"));
+    EXPECT_THROW(model.getHardware()->signalKestoState.emit(nullptr, nullptr), std::logic_error);
 }
 
 TEST_F(ProgramModelTest, ExceptionInTheTestBodySwitchesTheOutputOff)
 {
+    const std::vector<std::pair<std::function<void(RecordingModel&)>, std::string>> bodies{
+        {[](RecordingModel&) { throw std::runtime_error("no such point"); }, "no such point"},
+        {[](RecordingModel&) { throw Glib::FileError(Glib::FileError::FAILED, "no such file"); },
+         "no such file"},
+        {[](RecordingModel&) { throw 1; }, "An unknown error occurred."},
+    };
     RecordingModel model;
     model.init();
     model._setCanProgramStart(true);
-    model.body = [](RecordingModel&) { throw std::runtime_error("no such point"); };
-    model.take();
-    ASSERT_TRUE(model.startTest());
-    ASSERT_TRUE(waitFor([&] { return model.has("finished(true)"); }));
-    EXPECT_TRUE(model.has("message: no such point"));
-    EXPECT_EQ(model.count("onFinishHardware"), 1u);
-    EXPECT_TRUE(model.getCanStart());
+    for (const auto& [body, text] : bodies) {
+        model.body = body;
+        model.take();
+        ASSERT_TRUE(model.startTest());
+        ASSERT_TRUE(waitFor([&] { return model.has("finished(true)"); }));
+        EXPECT_TRUE(model.has("message: " + text));
+        EXPECT_EQ(model.count("onFinishHardware"), 1u);
+        EXPECT_TRUE(model.getCanStart());
+    }
 }
 
 TEST_F(ProgramModelTest, PowerOffDuringARunDisconnectsAtItsEnd)
