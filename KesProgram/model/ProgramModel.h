@@ -156,8 +156,8 @@ public:
     /// `HardwareControl::setGlobalInstance`; it has no meaning for a configuration of the program's own.
     void setHardware(std::unique_ptr<KesDevice::HardwareManager>& hardware, bool flag);
 
-    /// Begins a start; not to be called after `close()`. True when the start thread has been made; whether
-    /// the run succeeds is told by signals.
+    /// Begins a start; refused while the program is closing. True when the start thread has been made;
+    /// whether the run succeeds is told by signals.
     bool startTest();
     /// Stops a run; nothing when none is under way.
     void stopTest();

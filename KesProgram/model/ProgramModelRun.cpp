@@ -18,8 +18,11 @@ bool ProgramModel::startTest()
         return false;
     _setCanProgramStart(false);
     _setCanProgramStop(false);
-    Kes::ThreadHelper::join(_startThread);
-    if (_onPrepareStart()) {
+    // Taken out first: the wait serves the GUI thread's queue, and a function in it may close the program.
+    // The shutdown thread then looks at the start thread, so that no new one is made any more.
+    std::thread previous = std::move(_startThread);
+    Kes::ThreadHelper::join(previous);
+    if (_onPrepareStart() && !_closing) {
         _startThread = std::thread(&ProgramModel::_startWorkingModeAndStarted, this);
         return true;
     }

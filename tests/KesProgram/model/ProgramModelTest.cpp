@@ -35,6 +35,15 @@ protected:
     void _onStart() override { _finish(); }
 };
 
+class ClosingModel : public RecordingModel {
+protected:
+    bool _onPrepareStart() override
+    {
+        close();
+        return true;
+    }
+};
+
 class LocalModel : public RecordingModel {
 public:
     bool usesLocalHardware() override { return true; }
@@ -136,6 +145,16 @@ TEST_F(ProgramModelTest, RefusedPreparationGivesTheStartBack)
     EXPECT_FALSE(model.startTest());
     EXPECT_THAT(model.take(), ElementsAre("canStart", "onPrepareStart", "canStart"));
     EXPECT_TRUE(model.getCanStart());
+}
+
+TEST_F(ProgramModelTest, ClosingDuringAStartRefusesIt)
+{
+    ClosingModel model;
+    model._setCanProgramStart(true);
+    model.take();
+    EXPECT_FALSE(model.startTest());
+    ASSERT_TRUE(waitFor([&] { return model.has("closed"); }));
+    EXPECT_THAT(model.take(), ElementsAre("canStart", "onClosing", "closing", "canStart", "closed"));
 }
 
 TEST_F(ProgramModelTest, ChecksBeforeARunComeInTheirOrder)
