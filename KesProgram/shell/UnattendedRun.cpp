@@ -72,6 +72,7 @@ UnattendedRun::UnattendedRun(const CommandLine& commandLine, ProgramModel& model
 
 UnattendedRun::~UnattendedRun()
 {
+    _drawConnection.disconnect();
     if (!_isDone)
         Kes::DialogBackend::install(std::move(_userDialogs));
 }
@@ -95,7 +96,7 @@ void UnattendedRun::_onWindowShown()
         _startTest();
     } else {
         _status = _commandLine.run ? Stopped : Success;
-        _whenDrawn();
+        _writeFiles();
     }
 }
 
@@ -147,7 +148,7 @@ void UnattendedRun::_onFinished(bool outputStarted)
     // Its own failure has ended the test before it had a verdict.
     case RunVerdict::None: _status = _isTerminating ? Stopped : Failure; break;
     }
-    _whenDrawn();
+    _later(&UnattendedRun::_writeFiles);
 }
 
 void UnattendedRun::terminate()
@@ -168,35 +169,45 @@ void UnattendedRun::_stopWanted()
         _model.stopTest();
 }
 
-void UnattendedRun::_whenDrawn()
-{
-    auto* window = Kes::GtkWidgetHelper::getParentWindow(_presenter.getView());
-    const auto isStarted = std::make_shared<bool>(false);
-    const auto goOn = [this, isStarted] {
-        if (!std::exchange(*isStarted, true))
-            _later(&UnattendedRun::_writeFiles);
-    };
-    if (!window || _commandLine.screenshot.empty()) {
-        goOn();
-        return;
-    }
-    window->add_tick_callback([goOn, frames = 0](const Glib::RefPtr<Gdk::FrameClock>& clock) mutable {
-        if (++frames >= framesUntilDrawn) {
-            goOn();
-            return false;
-        }
-        clock->request_phase(Gdk::FRAME_CLOCK_PHASE_PAINT);
-        return true;
-    });
-    Glib::signal_timeout().connect_once(sigc::track_obj(goOn, *this), longestWait);
-}
-
 void UnattendedRun::_writeFiles()
 {
     _write(_commandLine.save, [this] { return _save(); });
     _write(_commandLine.report, [this] { return _report(); });
+    if (_commandLine.screenshot.empty())
+        _complete();
+    else
+        _whenDrawn(&UnattendedRun::_takeScreenshot);
+}
+
+void UnattendedRun::_takeScreenshot()
+{
     _write(_commandLine.screenshot, [this] { return _screenshot(); });
     _complete();
+}
+
+void UnattendedRun::_whenDrawn(void (UnattendedRun::*step)())
+{
+    auto* window = Kes::GtkWidgetHelper::getParentWindow(_presenter.getView());
+    if (!window) {
+        _later(step);
+        return;
+    }
+    const auto goOn = [this, step] {
+        if (!_drawConnection.connected())
+            return;
+        _drawConnection.disconnect();
+        _later(step);
+    };
+    _drawnFrames = 0;
+    _drawConnection = window->signal_draw().connect([this, window, goOn](const Cairo::RefPtr<Cairo::Context>&) {
+        window->queue_draw();
+        // Not from here: it ends the life of what is running.
+        if (++_drawnFrames == framesUntilDrawn)
+            Glib::signal_idle().connect_once(sigc::track_obj(goOn, *this));
+        return false;
+    });
+    window->queue_draw();
+    Glib::signal_timeout().connect_once(sigc::track_obj(goOn, *this), longestWait);
 }
 
 void UnattendedRun::_write(const std::string& path, const std::function<Kes::Result()>& write)

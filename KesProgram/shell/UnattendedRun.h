@@ -70,8 +70,9 @@ private:
     void _startTest();
     void _onFinished(bool outputStarted);
     void _stopWanted();
-    void _whenDrawn();
     void _writeFiles();
+    void _takeScreenshot();
+    void _whenDrawn(void (UnattendedRun::*step)());
     void _complete();
     void _close();
 
@@ -91,6 +92,8 @@ private:
     bool _isTestUnderWay = false;
     bool _isTerminating = false;
     bool _isDone = false;
+    int _drawnFrames = 0;
+    sigc::connection _drawConnection;
     Kes::UpdateViewGuard _guard;
     Kes::ScopedConnection _finishedConnection;
     Kes::ScopedConnection _runningConnection;

@@ -4,38 +4,43 @@
 #include <KesCommon/StringHelper.h>
 #include <KesProgram/text/TextPair.h>
 
-#include <cairomm/context.h>
-#include <cairomm/surface.h>
+#include <gdkmm/pixbuf.h>
+#include <gdkmm/window.h>
+
+#include <memory>
+#include <stdexcept>
 
 namespace KesProgram {
 
 namespace {
 
-/// An empty text when there is nothing to draw.
-std::string drawPng(Gtk::Window& window)
+/// What the window system holds of the window. Drawing its widgets anew would not do: a scrolled table draws
+/// its header in the wrong place then.
+std::string readPng(Gtk::Window& window)
 {
-    const int scale = window.get_scale_factor();
-    const auto surface = Cairo::ImageSurface::create(
-        Cairo::FORMAT_ARGB32, window.get_allocated_width() * scale, window.get_allocated_height() * scale);
-    cairo_surface_set_device_scale(surface->cobj(), scale, scale);
-    gtk_widget_draw(GTK_WIDGET(window.gobj()), Cairo::Context::create(surface)->cobj());
-    std::string png;
-    surface->write_to_png_stream([&png](const unsigned char* bytes, unsigned int count) {
-        png.append(reinterpret_cast<const char*>(bytes), count);
-        return CAIRO_STATUS_SUCCESS;
-    });
-    return png;
+    const auto content = window.get_window();
+    const auto picture = content ? Gdk::Pixbuf::create(content, 0, 0, content->get_width(), content->get_height())
+                                 : Glib::RefPtr<Gdk::Pixbuf>();
+    if (!picture)
+        throw std::runtime_error("the window is not shown");
+    gchar* bytes = nullptr;
+    gsize count = 0;
+    picture->save_to_buffer(bytes, count, "png");
+    const std::unique_ptr<gchar, decltype(&g_free)> owner(bytes, &g_free);
+    return std::string(bytes, count);
 }
 
 } // namespace
 
 Kes::Result WindowPicture::save(Gtk::Window& window, const std::string& path)
 {
-    static constexpr lng::TextPair failure{"The window cannot be drawn: %s", "Не удалось нарисовать окно: %s"};
+    static constexpr lng::TextPair failure{"No picture of the window can be made: %s", "Не удалось сделать снимок окна: %s"};
     try {
-        return Kes::writeWholeFile(path, drawPng(window));
+        return Kes::writeWholeFile(path, readPng(window));
     } catch (const std::exception& error) {
         return Kes::Result::failure(Kes::StringHelper::format(lng::choose(failure), std::string(error.what())));
+    } catch (const Glib::Exception& error) {
+        return Kes::Result::failure(Kes::StringHelper::format(lng::choose(failure), error.what()));
     }
 }
 

@@ -27,10 +27,10 @@
   <t:text key="chart" en="Characteristic" ru="Характеристика"/>
   <t:text key="number" en="No." ru="№"/>
   <t:text key="current" en="I, A" ru="I, А"/>
-  <t:text key="expected" en="Expected, s" ru="Ожидаемое, с"/>
-  <t:text key="measured" en="Measured, s" ru="Измеренное, с"/>
-  <t:text key="deviation" en="Deviation, s" ru="Отклонение, с"/>
-  <t:text key="deviationPercent" en="Deviation, %" ru="Отклонение, %"/>
+  <t:text key="expected" en="Expected, s" ru="Ожид., с"/>
+  <t:text key="measured" en="Measured, s" ru="Измер., с"/>
+  <t:text key="deviation" en="Deviation, s" ru="Откл., с"/>
+  <t:text key="deviationPercent" en="Deviation, %" ru="Откл., %"/>
   <t:text key="tolerance" en="Tolerance, s" ru="Допуск, с"/>
   <t:text key="verdict" en="Verdict" ru="Оценка"/>
   <t:text key="quantity" en="Quantity" ru="Величина"/>
@@ -89,24 +89,27 @@
           .simulated { border: 2px solid #a8520c; background: #fff4e5; color: #6b3405; padding: .7em 1em;
                        margin: 1em 0; }
           .simulated strong { display: block; letter-spacing: .06em; font-size: 1.15em; }
-          .outcome { display: flex; flex-wrap: wrap; gap: .3em 2.5em; align-items: baseline; padding: .8em 1em;
+          .outcome { display: flex; flex-wrap: wrap; align-items: baseline; padding: .6em 1em;
                      border: 1px solid #c5ccd3; border-left-width: 6px; margin: 1em 0; }
+          .outcome b, .outcome span { margin: .2em 2.5em .2em 0; }
           .outcome b { font-size: 1.25em; }
           .outcome.passed { border-left-color: #1f7a3d; } .outcome.passed b { color: #1f7a3d; }
           .outcome.failed, .outcome.stopped, .outcome.fault { border-left-color: #b3261e; }
           .outcome.failed b, .outcome.stopped b, .outcome.fault b { color: #b3261e; }
-          .columns { display: flex; flex-wrap: wrap; gap: 0 3em; } .columns > div { flex: 1 1 20em; }
+          .columns { display: flex; flex-wrap: wrap; margin-right: -3em; }
+          .columns > div { flex: 1 1 20em; margin-right: 3em; }
           table { border-collapse: collapse; width: 100%; font-variant-numeric: tabular-nums; }
           th { text-align: right; font-weight: 600; color: #56606b; background: #f3f5f7; }
           th, td { padding: .35em .6em; border-bottom: 1px solid #dfe4e8; }
           td { text-align: right; }
-          .lines th { text-align: left; font-weight: normal; background: none; width: 50%; padding-left: 0; }
+          .lines th { text-align: left; font-weight: normal; background: none; width: 45%; padding-left: 0; }
           .lines td, .left, th.left { text-align: left; }
+          .mark-passed, .mark-failed { white-space: nowrap; }
           .mark-passed { color: #1f7a3d; } .mark-failed { color: #b3261e; font-weight: 600; }
           tr.failed td { background: #fdf0ef; }
           svg { display: block; width: 100%; height: auto; margin-top: .5em; }
-          .signature { display: flex; gap: 3em; margin-top: 3em; color: #56606b; }
-          .signature div { flex: 1; border-top: 1px solid #8b959f; padding-top: .3em; }
+          .signature { display: flex; margin: 3em -3em 0 0; color: #56606b; }
+          .signature div { flex: 1; margin-right: 3em; border-top: 1px solid #8b959f; padding-top: .3em; }
           @media print { body { margin: 0; max-width: none; font-size: 11px; } h2, tr, svg { break-inside: avoid; } }
         </style>
       </head>

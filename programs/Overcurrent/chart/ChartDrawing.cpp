@@ -167,8 +167,11 @@ void ChartDrawing::_drawCurves()
     _trace(_chart.upper, false);
     _trace(std::vector<ChartPosition>(_chart.lower.rbegin(), _chart.lower.rend()), true);
     _cairo->close_path();
-    _setColour(_colours.curve, 0.18);
-    _cairo->fill();
+    _setColour(_colours.curve, 0.22);
+    _cairo->fill_preserve();
+    _setColour(_colours.curve, 0.35);
+    _cairo->set_line_width(1.0);
+    _cairo->stroke();
     _trace(_chart.expected, false);
     _setColour(_colours.curve);
     _cairo->set_line_width(std::max(1.5, _line * 0.11));

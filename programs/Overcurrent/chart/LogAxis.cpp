@@ -63,9 +63,7 @@ LogAxis LogAxis::fromExactly(double least, double most)
 
 double LogAxis::toShare(double value) const
 {
-    if (!(value > _minimum))
-        return 0.0;
-    return std::min(1.0, std::log(value / _minimum) / std::log(_maximum / _minimum));
+    return value > 0.0 ? std::log(value / _minimum) / std::log(_maximum / _minimum) : 0.0;
 }
 
 std::vector<AxisTick> LogAxis::getTicks() const

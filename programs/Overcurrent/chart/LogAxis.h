@@ -26,7 +26,7 @@ public:
     double getMinimum() const { return _minimum; }
     double getMaximum() const { return _maximum; }
 
-    /// 0 at the lower end, 1 at the upper end; values beyond the ends lie at the ends.
+    /// 0 at the lower end, 1 at the upper end, less or more beyond them; 0 for what has no logarithm.
     double toShare(double value) const;
 
     /// In ascending order, both ends included when they are ticks.

@@ -20,9 +20,8 @@ std::string withUnit(double value, const char* unitKey)
 
 std::string rampText(const Ramp& ramp)
 {
-    return std::string(get("PlanView.from")) + " " + shortest(ramp.from) + " " + get("PlanView.to") + " " +
-           withUnit(ramp.to, "Unit.setting") + ", " + withUnit(ramp.step, "Unit.setting") + " / " +
-           withUnit(ramp.dwell, "Unit.second");
+    return format(get("Settings.ramp"), shortest(ramp.from), shortest(ramp.to), shortest(ramp.step),
+                  shortest(ramp.dwell));
 }
 
 std::string multiplesText(const std::vector<double>& multiples)

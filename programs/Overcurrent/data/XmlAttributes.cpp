@@ -23,6 +23,7 @@ bool readXml(const std::string& text, const char* rootName, const std::function<
         xmlpp::DomParser parser;
         parser.set_substitute_entities(false);
         parser.set_validate(false);
+        parser.set_throw_messages(true);
         parser.set_parser_options(XML_PARSE_NONET);
         parser.parse_memory_raw(reinterpret_cast<const unsigned char*>(text.data()),
                                 static_cast<xmlpp::Parser::size_type>(text.size()));

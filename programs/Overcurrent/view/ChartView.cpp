@@ -19,6 +19,16 @@ Gdk::RGBA themeColour(const Glib::RefPtr<Gtk::StyleContext>& style, const char* 
     return style->lookup_color(name, colour) ? colour : otherwise;
 }
 
+/// The themes' colours for good and bad are made for large areas; as thin lines they need more contrast.
+Gdk::RGBA darkened(const Gdk::RGBA& colour, const Gdk::RGBA& foreground)
+{
+    const auto mix = [](double one, double other) { return one * 0.7 + other * 0.3; };
+    Gdk::RGBA mixed;
+    mixed.set_rgba(mix(colour.get_red(), foreground.get_red()), mix(colour.get_green(), foreground.get_green()),
+                   mix(colour.get_blue(), foreground.get_blue()));
+    return mixed;
+}
+
 ChartColours themeColours(const Glib::RefPtr<Gtk::StyleContext>& style)
 {
     const auto foreground = style->get_color(style->get_state());
@@ -26,8 +36,8 @@ ChartColours themeColours(const Glib::RefPtr<Gtk::StyleContext>& style)
     colours.foreground = foreground;
     colours.background = themeColour(style, "theme_base_color", Gdk::RGBA("transparent"));
     colours.curve = themeColour(style, "theme_selected_bg_color", foreground);
-    colours.passed = themeColour(style, "success_color", foreground);
-    colours.failed = themeColour(style, "error_color", foreground);
+    colours.passed = darkened(themeColour(style, "success_color", foreground), foreground);
+    colours.failed = darkened(themeColour(style, "error_color", foreground), foreground);
     return colours;
 }
 
@@ -92,13 +102,13 @@ int ChartView::_lineHeight() const
 void ChartView::get_preferred_width_vfunc(int& minimum, int& natural) const
 {
     minimum = 16 * _lineHeight();
-    natural = 36 * _lineHeight();
+    natural = 48 * _lineHeight();
 }
 
 void ChartView::get_preferred_height_vfunc(int& minimum, int& natural) const
 {
     minimum = 9 * _lineHeight();
-    natural = 20 * _lineHeight();
+    natural = 24 * _lineHeight();
 }
 
 } // namespace Overcurrent

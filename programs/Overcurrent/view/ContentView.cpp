@@ -23,6 +23,7 @@ ContentView::ContentView(Kes::IView& settings, Kes::IView& plan, Kes::IView& out
     _left.pack_start(widgetOf(settings), Gtk::PACK_SHRINK);
     _left.pack_start(widgetOf(plan), Gtk::PACK_SHRINK);
     _leftScroller.set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
+    _leftScroller.set_propagate_natural_height(true);
     _leftScroller.add(_left);
     _right.get_style_context()->add_class("content-right");
     _measured.pack1(widgetOf(chart), true, false);

@@ -11,6 +11,13 @@ namespace {
 
 using lng::Overcurrent::get;
 
+Gtk::Label& makeLabel(const std::string& text)
+{
+    auto& label = *Gtk::manage(new Gtk::Label(text, Gtk::ALIGN_START));
+    label.get_style_context()->add_class("dim-label");
+    return label;
+}
+
 PlanField next(PlanField field, std::size_t by)
 {
     return static_cast<PlanField>(static_cast<std::size_t>(field) + by);
@@ -47,10 +54,7 @@ PlanView::PlanView() :
 
 Gtk::Label& PlanView::_addLabel(const std::string& text, int column, int width)
 {
-    auto& label = *Gtk::manage(new Gtk::Label(text, Gtk::ALIGN_START));
-    label.get_style_context()->add_class("dim-label");
-    label.set_line_wrap(true);
-    label.set_xalign(0.0f);
+    auto& label = makeLabel(text);
     _form.attach(label, column, _row, width, 1);
     return label;
 }
@@ -58,8 +62,8 @@ Gtk::Label& PlanView::_addLabel(const std::string& text, int column, int width)
 Gtk::Entry& PlanView::_prepareEntry(PlanField field, const std::string& name)
 {
     auto& entry = _entry(field);
-    entry.set_width_chars(field == PlanField::Multiples ? 16 : 6);
-    entry.set_max_width_chars(field == PlanField::Multiples ? -1 : 6);
+    entry.set_width_chars(field == PlanField::Multiples ? 24 : 5);
+    entry.set_max_width_chars(field == PlanField::Multiples ? -1 : 5);
     entry.set_hexpand(field == PlanField::Multiples);
     Kes::GtkWidgetHelper::setAccessibleName(entry, name);
     entry.signal_changed().connect([this] {
@@ -78,21 +82,27 @@ void PlanView::_addRow(const char* nameKey, PlanField field, const char* unitKey
     ++_row;
 }
 
-/// Two lines: from, to; step, dwell.
+/// A caption and two lines: from, to; step, dwell.
 void PlanView::_addRamp(const char* nameKey, PlanField first)
 {
+    _addLabel(get(nameKey), 0, 3).get_style_context()->add_class("ramp-title");
+    ++_row;
+    auto& ramp = *Gtk::manage(new Gtk::Grid());
+    ramp.get_style_context()->add_class("ramp");
     const auto part = [&](std::size_t index, const char* partKey, const char* unitKey) {
-        const std::string name = Kes::StringHelper::format(get("PlanView.fieldName"), std::string(get(nameKey)),
-                                                           std::string(get(partKey)));
-        _addLabel(name, 0).set_hexpand(true);
-        _form.attach(_prepareEntry(next(first, index), name), 1, _row, 1, 1);
-        _addLabel(get(unitKey), 2);
-        ++_row;
+        const int column = index % 2 == 0 ? 0 : 3;
+        const int row = static_cast<int>(index / 2);
+        auto& entry = _prepareEntry(next(first, index), Kes::StringHelper::format(
+            get("PlanView.fieldName"), std::string(get(nameKey)), std::string(get(partKey))));
+        ramp.attach(makeLabel(get(partKey)), column, row, 1, 1);
+        ramp.attach(entry, column + 1, row, 1, 1);
+        ramp.attach(makeLabel(get(unitKey)), column + 2, row, 1, 1);
     };
     part(0, "PlanView.from", "Unit.setting");
     part(1, "PlanView.to", "Unit.setting");
     part(2, "PlanView.step", "Unit.setting");
     part(3, "PlanView.dwell", "Unit.second");
+    _form.attach(ramp, 0, _row++, 3, 1);
 }
 
 void PlanView::setTexts(const PlanTexts& texts)

@@ -51,6 +51,16 @@ ResultsView::ResultsView() :
     pack_start(_values, Gtk::PACK_SHRINK);
 }
 
+void ResultsView::get_preferred_height_vfunc(int& minimum, int& natural) const
+{
+    Gtk::Box::get_preferred_height_vfunc(minimum, natural);
+    int valuesMinimum = 0;
+    int valuesNatural = 0;
+    _values.get_preferred_height(valuesMinimum, valuesNatural);
+    // Three lines and a little; the table wants room for eight rows and its header.
+    natural = std::max(natural, valuesNatural * 5);
+}
+
 void ResultsView::_addColumn(const char* titleKey, const Gtk::TreeModelColumn<Glib::ustring>& column,
                              float alignment)
 {

@@ -18,6 +18,10 @@ public:
     void setRows(const std::vector<ResultRow>& rows) override;
     void setValues(const std::vector<ResultValue>& values) override;
 
+protected:
+    /// A window that has room for it shows the usual number of points at once.
+    void get_preferred_height_vfunc(int& minimum, int& natural) const override;
+
 private:
     struct Columns : Gtk::TreeModelColumnRecord {
         Columns();

@@ -28,12 +28,8 @@ void SettingsView::setLines(const std::vector<SettingsSummary::Line>& lines)
     for (const auto& line : lines) {
         auto& name = *Gtk::manage(new Gtk::Label(line.name, Gtk::ALIGN_START));
         name.get_style_context()->add_class("dim-label");
-        name.set_line_wrap(true);
-        name.set_xalign(0.0f);
         auto& value = *Gtk::manage(new Gtk::Label(line.value, Gtk::ALIGN_START));
         value.set_hexpand(true);
-        value.set_line_wrap(true);
-        value.set_xalign(0.0f);
         _lines.attach(name, 0, row, 1, 1);
         _lines.attach(value, 1, row, 1, 1);
         ++row;

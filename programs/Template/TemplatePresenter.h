@@ -1,0 +1,27 @@
+#pragma once
+
+#include "TemplateModel.h"
+
+#include <KesProgram/shell/HardwareControlToolbarPresenter.h>
+#include <KesProgram/shell/HelpMenuPresenter.h>
+#include <KesProgram/shell/ProgramBasePresenter.h>
+
+/// The main presenter: the window with a help menu and the toolbar that starts and stops the test.
+class TemplatePresenter : public KesProgram::ProgramBasePresenter {
+public:
+    explicit TemplatePresenter(TemplateModel& model) : _model(model) {}
+
+    /// Without archive files there is nothing to open.
+    void openFile(const std::string&) override {}
+
+protected:
+    KesProgram::ProgramModel* _getModel() override { return &_model; }
+    void _onInit() override;
+    void _saveXmlConfig() override;
+
+private:
+    TemplateModel& _model;
+    std::unique_ptr<KesProgram::HelpMenuPresenter> _help;
+    std::unique_ptr<KesProgram::HardwareControlToolbarPresenter> _control;
+    std::unique_ptr<Kes::IView> _content;
+};

@@ -1,0 +1,15 @@
+#include "TemplatePresenter.h"
+
+#include <KesProgram/shell/ProgramMain.h>
+
+int main(int argc, char** argv)
+{
+    const auto summary = [] { return std::string("The smallest program of the family."); };
+    return KesProgram::ProgramMain::run(argc, argv, summary, KES_VERSION, [](const KesProgram::CommandLine&) {
+        KesProgram::ProgramMain::Parts parts;
+        auto model = std::make_unique<TemplateModel>();
+        parts.presenter = std::make_unique<TemplatePresenter>(*model);
+        parts.model = std::move(model);
+        return parts;
+    });
+}

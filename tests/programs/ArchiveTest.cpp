@@ -1,0 +1,237 @@
+#include <Overcurrent/data/OvercurrentArchive.h>
+#include <Overcurrent/model/OvercurrentModel.h>
+
+#include <KesProgram/archive/ArchiveHelper.h>
+
+#include <support/TemporaryHome.h>
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+using namespace Overcurrent;
+using testing::HasSubstr;
+namespace ArchiveHelper = KesProgram::ArchiveHelper;
+namespace Nodes = KesTree::RelayNodes;
+
+namespace {
+
+TestResults someResults()
+{
+    TestResults results;
+    results.settings.settingCurrent = 0.75;
+    results.plan.multiples = {2.0, 3.1, 5.0};
+    results.points = {{2.0, MeasureState::Measured, std::chrono::microseconds(10234567)},
+                      {3.1, MeasureState::NoOperation, {}},
+                      {5.0, MeasureState::ContactEarly, {}}};
+    results.pickUp = RampResult{MeasureState::Measured, 1.01};
+    results.dropOff = RampResult{MeasureState::NoOperation, 0.0};
+    results.end = RunEnd::Complete;
+    results.device = "KESTO-3 No. 00017 <&\">";
+    results.isSimulated = true;
+    results.startedAt = "2024-03-01 14:05:09";
+    return results;
+}
+
+std::string textOf(std::istream& stream)
+{
+    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+}
+
+OvercurrentArchive someArchive()
+{
+    OvercurrentModel model;
+    EXPECT_TRUE(model.getTestObject()->find(Nodes::SettingCurrent)->setValue(0.9));
+    OvercurrentArchive archive;
+    archive.settings = model.getTestObject()->serialize();
+    archive.plan.multiples = {1.7, 4.0};
+    archive.plan.dropOff.dwell = 0.3;
+    archive.results = someResults();
+    return archive;
+}
+
+/// The streams of an archive, for a test to change.
+std::map<std::string, std::string> entriesOf(const OvercurrentArchive& archive)
+{
+    ArchiveHelper::DataMap data;
+    EXPECT_TRUE(ArchiveHelper::unpackStreamToData(*archive.pack(), data, ArchiveHelper::PREFIX));
+    std::map<std::string, std::string> entries;
+    for (const auto& [name, stream] : data)
+        entries[name] = textOf(*stream);
+    return entries;
+}
+
+std::stringstream packed(const std::map<std::string, std::string>& entries, const std::string& prefix)
+{
+    ArchiveHelper::DataMap data;
+    for (const auto& [name, text] : entries)
+        data[name] = std::make_unique<std::stringstream>(text);
+    std::stringstream stream;
+    EXPECT_TRUE(ArchiveHelper::packDataToStream(stream, data, prefix));
+    return stream;
+}
+
+void replace(std::string& text, const std::string& what, const std::string& with)
+{
+    const auto at = text.find(what);
+    ASSERT_NE(at, std::string::npos) << what << " in\n" << text;
+    text.replace(at, what.size(), with);
+}
+
+} // namespace
+
+TEST(OvercurrentArchiveTest, ComesBackAsItWasAndWithTheSameBytes)
+{
+    for (const bool hasResults : {true, false}) {
+        auto archive = someArchive();
+        if (!hasResults)
+            archive.results.reset();
+        const auto read = OvercurrentArchive::read(*archive.pack());
+        ASSERT_TRUE(read);
+        EXPECT_EQ(read->settings, archive.settings);
+        EXPECT_EQ(read->plan, archive.plan);
+        EXPECT_EQ(read->results, archive.results);
+        EXPECT_EQ(textOf(*read->pack()), textOf(*archive.pack()));
+    }
+}
+
+TEST(OvercurrentArchiveTest, SaysThatTheDeviceWasSimulated)
+{
+    EXPECT_THAT(entriesOf(someArchive()).at("info.xml"), HasSubstr("simulated=\"true\""));
+}
+
+TEST(OvercurrentArchiveTest, ATestUnderWayIsKeptAsAStoppedOne)
+{
+    auto archive = someArchive();
+    archive.results->end = RunEnd::Running;
+    archive.results->dropOff.reset();
+    EXPECT_EQ(OvercurrentArchive::read(*archive.pack())->results->end, RunEnd::Stopped);
+}
+
+TEST(OvercurrentArchiveTest, RefusesWhatIsMissingOrMakesNoSense)
+{
+    struct {
+        const char* entry;
+        const char* what;
+        const char* with;
+    } const cases[] = {
+        {"info.xml", "format=\"2\"", "format=\"3\""},
+        {"info.xml", "kes-overcurrent", "kes-other"},
+        {"info.xml", "simulated=\"true\"", "simulated=\"perhaps\""},
+        {"info.xml", "<test ", "<quest "},
+        {"plan.xml", "timeout=\"60\"", "timeout=\"-60\""},
+        {"plan.xml", "timeout=\"60\"", ""},
+        {"plan.xml", "<pickUp ", "<pickUP "},
+        {"plan.xml", "multiple=\"1.7\"", "multiple=\"0.7\""},
+        {"plan.xml", "<?xml", "<!DOCTYPE plan [<!ENTITY a \"b\">]><?xml"},
+        {"test-results.xml", "end=\"complete\"", "end=\"soon\""},
+        {"test-results.xml", "microseconds=\"10234567\"", "microseconds=\"-1\""},
+        {"test-results.xml", "microseconds=\"10234567\"", "microseconds=\"999999999999\""},
+        {"test-results.xml", "state=\"noOperation\"", "state=\"measured\""},
+        {"test-results.xml", "<pickUp state=\"measured\" multiple=\"1.01\"", "<pickUp state=\"measured\" multiple=\"7\""},
+        {"test-results.xml", "<pickUp state=\"measured\" multiple=\"1.01\"/>", ""},
+        {"test-results.xml", "settingCurrent=\"0.75\"", "settingCurrent=\"nan\""},
+        {"test-results.xml", "curve=\"standardInverse\"", "curve=\"straight\""},
+    };
+    const auto whole = entriesOf(someArchive());
+    for (const auto& test : cases) {
+        auto entries = whole;
+        replace(entries.at(test.entry), test.what, test.with);
+        auto stream = packed(entries, ArchiveHelper::PREFIX);
+        EXPECT_FALSE(OvercurrentArchive::read(stream)) << test.entry << ": " << test.with;
+    }
+    for (const auto& [name, text] : whole) {
+        auto entries = whole;
+        entries.erase(name);
+        auto stream = packed(entries, ArchiveHelper::PREFIX);
+        EXPECT_FALSE(OvercurrentArchive::read(stream)) << "without " << name;
+    }
+}
+
+TEST(OvercurrentArchiveTest, RepairKeepsWhatCanBeRead)
+{
+    const auto whole = entriesOf(someArchive());
+    const auto repairedWithout = [&](const std::string& name) {
+        auto entries = whole;
+        entries[name] = "<broken";
+        auto stream = packed(entries, ArchiveHelper::PREFIX);
+        return OvercurrentArchive::repair(stream);
+    };
+    EXPECT_EQ(repairedWithout("plan.xml")->plan, TestPlan());
+    EXPECT_EQ(repairedWithout("plan.xml")->results, someResults());
+    EXPECT_FALSE(repairedWithout("test-results.xml")->results);
+    EXPECT_EQ(repairedWithout("test-results.xml")->plan, someArchive().plan);
+    // Whether they come from a simulated device is not known any more.
+    EXPECT_FALSE(repairedWithout("info.xml")->results);
+}
+
+TEST(OvercurrentArchiveTest, NoTruncationIsTakenForAWholeArchive)
+{
+    const std::string whole = textOf(*someArchive().pack());
+    // Behind the last of the four entries there is only the directory of the archive.
+    const auto directory = whole.find("PK\x01\x02");
+    ASSERT_NE(directory, std::string::npos);
+    std::size_t repaired = 0;
+    for (std::size_t length = 0; length < directory; length += 7) {
+        std::stringstream stream(whole.substr(0, length));
+        EXPECT_FALSE(OvercurrentArchive::read(stream)) << length;
+        repaired += OvercurrentArchive::repair(stream).has_value();
+    }
+    EXPECT_GT(repaired, 0u);
+}
+
+namespace {
+
+std::ifstream outdatedFile()
+{
+    return std::ifstream(std::filesystem::path(__FILE__).parent_path() / "outdated.kovc", std::ios::binary);
+}
+
+} // namespace
+
+TEST(OvercurrentModelArchiveTest, ConvertsTheOlderFormInRepairModeOnly)
+{
+    OvercurrentModel model;
+    auto refused = outdatedFile();
+    ASSERT_TRUE(refused.is_open());
+    EXPECT_FALSE(model.setDataStream(refused, false));
+    auto accepted = outdatedFile();
+    ASSERT_TRUE(model.setDataStream(accepted, true));
+    EXPECT_EQ(model.getSettings().settingCurrent, 1.25);
+    EXPECT_EQ(model.getSettings().curve, CurveKind::VeryInverse);
+    EXPECT_EQ(model.getPlan().multiples, (std::vector<double>{2, 4, 8}));
+    EXPECT_FALSE(model.getResults());
+    // Saved again it is an archive of the present form.
+    OvercurrentModel reopened;
+    EXPECT_TRUE(reopened.setDataStream(*model.getDataStream(), false));
+    EXPECT_EQ(reopened.getSettings(), model.getSettings());
+}
+
+TEST(OvercurrentModelArchiveTest, LoadsAllOrNothing)
+{
+    OvercurrentModel model;
+    auto entries = entriesOf(someArchive());
+    replace(entries.at("settings.xml"), ">0.9<", ">-5<");
+    auto stream = packed(entries, ArchiveHelper::PREFIX);
+    const std::string before = textOf(*model.getDataStream());
+    EXPECT_FALSE(model.setDataStream(stream, false));
+    EXPECT_EQ(textOf(*model.getDataStream()), before);
+    std::stringstream nothing("anything else");
+    EXPECT_FALSE(model.setDataStream(nothing, false));
+    EXPECT_FALSE(model.setDataStream(nothing, true));
+}
+
+TEST(OvercurrentModelArchiveTest, NewDataForgetsEverything)
+{
+    OvercurrentModel model;
+    const std::string fresh = textOf(*model.getDataStream());
+    ASSERT_TRUE(model.setDataStream(*someArchive().pack(), false));
+    EXPECT_THAT(model.getState(), HasSubstr("SIMULATED DEVICE"));
+    EXPECT_TRUE(model.isResultStale());
+    model.newData({});
+    EXPECT_EQ(textOf(*model.getDataStream()), fresh);
+    EXPECT_EQ(model.getState(), "");
+}

@@ -1,0 +1,218 @@
+#include <Overcurrent/data/Evaluation.h>
+#include <Overcurrent/model/OvercurrentModel.h>
+
+#include <KesDriver/SimulatedNetwork.h>
+
+#include <support/GuiTest.h>
+#include <support/TemporaryHome.h>
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <mutex>
+
+using namespace Overcurrent;
+using namespace std::chrono_literals;
+using KesProgram::RunVerdict;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+/// A model whose run a test follows from the GUI thread.
+class ModelRunTest : public KesTest::GuiTest {
+protected:
+    ModelRunTest()
+    {
+        model.setSpeed(2000);
+        model.init();
+        finished = model.signalFinished.connect([this](bool outputStarted) {
+            startedOutput = outputStarted;
+            ++finishes;
+        });
+        messages = model.signalMessage.connect([this](const std::string& text) {
+            std::lock_guard lock(mutex);
+            texts += text + "\n";
+        });
+    }
+    ~ModelRunTest() override
+    {
+        model.stopTest();
+        EXPECT_TRUE(KesTest::waitFor([this] { return model.getCanStart(); }));
+    }
+
+    bool runToEnd()
+    {
+        return model.startTest() && KesTest::waitFor([this] { return finishes > 0; });
+    }
+    std::string getTexts()
+    {
+        std::lock_guard lock(mutex);
+        return texts;
+    }
+    std::shared_ptr<KesDriver::SimulatedKesto> getDevice()
+    {
+        const auto kestos = model.getHardware()->getKestos().getItems();
+        return KesDriver::SimulatedNetwork::getInstance().find(kestos.front()->getAddress());
+    }
+    bool isOutputZero() { return getDevice()->getOutputs().currents[0].magnitude == 0.0; }
+
+    KesTest::TemporaryHome home;
+    OvercurrentModel model;
+    std::atomic<int> finishes{0};
+    std::atomic<bool> startedOutput{false};
+    std::mutex mutex;
+    std::string texts;
+    Kes::ScopedConnection finished;
+    Kes::ScopedConnection messages;
+};
+
+} // namespace
+
+TEST_F(ModelRunTest, MeasuresEverythingAndPasses)
+{
+    std::vector<std::string> states;
+    Kes::ScopedConnection connection = model.signalStateChanged.connect([&] { states.push_back(model.getState()); });
+    ASSERT_TRUE(runToEnd());
+    EXPECT_TRUE(startedOutput);
+    EXPECT_EQ(finishes, 1);
+    EXPECT_EQ(model.getRunVerdict(), RunVerdict::Passed);
+    EXPECT_THAT(getTexts(), IsEmpty());
+    const auto results = *model.getResults();
+    EXPECT_EQ(results.points.size(), 8u);
+    EXPECT_NEAR(results.pickUp->multiple, 1.0, 0.02);
+    EXPECT_NEAR(*Evaluation::ratio(results), 0.95, 0.02);
+    EXPECT_TRUE(results.isSimulated);
+    EXPECT_THAT(states, testing::Contains("Point 3 of 8: 3.00 x Is - SIMULATED DEVICE"));
+    model.announceOutcome();
+    EXPECT_THAT(model.getState(), HasSubstr("SIMULATED DEVICE"));
+    EXPECT_DOUBLE_EQ(model.getProgress(), 1.0);
+}
+
+TEST_F(ModelRunTest, MeasuresTheSameAtAnySpeed)
+{
+    model.setSpeed(300);
+    ASSERT_TRUE(runToEnd());
+    auto slow = *model.getResults();
+    finishes = 0;
+    model.setSpeed(50000);
+    ASSERT_TRUE(runToEnd());
+    auto fast = *model.getResults();
+    slow.startedAt = fast.startedAt;
+    EXPECT_EQ(slow, fast);
+}
+
+TEST_F(ModelRunTest, FailsWithATightTolerance)
+{
+    auto& stage = *model.getTestObject();
+    ASSERT_TRUE(stage.find(KesTree::RelayNodes::TolerancePercent)->setValue(0.1));
+    ASSERT_TRUE(stage.find(KesTree::RelayNodes::ToleranceMilliseconds)->setValue(1.0));
+    ASSERT_TRUE(runToEnd());
+    EXPECT_EQ(model.getRunVerdict(), RunVerdict::Failed);
+    EXPECT_EQ(Evaluation::countPassed(*model.getResults()), 0u);
+}
+
+TEST_F(ModelRunTest, RefusesAPlanThatCannotBeRun)
+{
+    model.setPlanError("Nonsense is being written.");
+    EXPECT_FALSE(model.startTest());
+    EXPECT_THAT(getTexts(), HasSubstr("cannot be started: Nonsense is being written."));
+    model.setPlanError({});
+    TestPlan plan;
+    plan.timeout = 1.0;
+    ASSERT_TRUE(model.setPlan(plan));
+    EXPECT_FALSE(model.startTest());
+    EXPECT_THAT(getTexts(), HasSubstr("The time-out of 1 s is too short"));
+    EXPECT_EQ(finishes, 0);
+    EXPECT_TRUE(model.getCanStart());
+}
+
+TEST_F(ModelRunTest, RefusesCurrentsThatTheDeviceCannotPutOut)
+{
+    ASSERT_TRUE(model.getTestObject()->find(KesTree::RelayNodes::SettingCurrent)->setValue(5.0));
+    ASSERT_TRUE(runToEnd());
+    EXPECT_FALSE(startedOutput);
+    EXPECT_THAT(getTexts(), HasSubstr("20 x Is is 100 A"));
+    EXPECT_FALSE(model.getResults());
+    EXPECT_EQ(model.getRunVerdict(), RunVerdict::None);
+}
+
+TEST_F(ModelRunTest, IsStoppedWithinATenthOfASecondInEveryPhase)
+{
+    for (const std::string phase : {"Point 1 ", "Point 4 ", "Pick-up", "Drop-off"}) {
+        finishes = 0;
+        model.setSpeed(2000);
+        std::atomic<bool> isReached = false;
+        Kes::ScopedConnection connection = model.signalStateChanged.connect([&] {
+            if (model.getState().rfind(phase, 0) != 0)
+                return;
+            // From here on in real time: nothing of the phase ends by itself soon.
+            getDevice()->setSpeed(0.5);
+            isReached = true;
+        });
+        ASSERT_TRUE(model.startTest());
+        ASSERT_TRUE(KesTest::waitFor([&] { return isReached.load(); })) << phase;
+        const auto before = std::chrono::steady_clock::now();
+        model.stopTest();
+        ASSERT_TRUE(KesTest::waitFor([this] { return finishes > 0; }));
+        EXPECT_LT(std::chrono::steady_clock::now() - before, 100ms) << phase;
+        EXPECT_EQ(finishes, 1);
+        EXPECT_TRUE(isOutputZero());
+        EXPECT_EQ(model.getRunVerdict(), RunVerdict::Stopped);
+        EXPECT_EQ(model.getResults()->end, RunEnd::Stopped);
+    }
+}
+
+TEST_F(ModelRunTest, AFaultEndsTheRunOnceWithItsText)
+{
+    using Device = KesDriver::SimulatedKesto;
+    struct {
+        const char* text;
+        void (*fail)(Device&);
+    } const cases[] = {
+        {"Overload", [](Device& device) { device.simulateOverload(0); }},
+        {"Quick shutdown", [](Device& device) { device.simulateQuickShutdown(); }},
+        {"Connection error", [](Device& device) { device.simulateConnectionLoss(); }},
+    };
+    for (const auto& test : cases) {
+        finishes = 0;
+        texts.clear();
+        model.setSpeed(1);
+        ASSERT_TRUE(model.startTest());
+        ASSERT_TRUE(KesTest::waitFor([this] { return !isOutputZero(); }));
+        const auto device = getDevice();
+        test.fail(*device);
+        ASSERT_TRUE(KesTest::waitFor([this] { return finishes > 0; }));
+        EXPECT_EQ(finishes, 1);
+        EXPECT_EQ(model.getRunVerdict(), RunVerdict::Fault) << test.text;
+        EXPECT_EQ(model.getResults()->end, RunEnd::Fault);
+        EXPECT_THAT(getTexts(), HasSubstr(test.text));
+        device->clearFaults();
+    }
+}
+
+TEST_F(ModelRunTest, AnotherArchiveEndsTheRunAndGetsNoneOfItsResults)
+{
+    model.setSpeed(1);
+    ASSERT_TRUE(model.startTest());
+    ASSERT_TRUE(KesTest::waitFor([this] { return !isOutputZero(); }));
+    model.newData({});
+    ASSERT_TRUE(KesTest::waitFor([this] { return finishes > 0; }));
+    EXPECT_FALSE(model.getResults());
+    EXPECT_TRUE(isOutputZero());
+    EXPECT_THAT(getTexts(), HasSubstr("its archive was closed"));
+}
+
+TEST_F(ModelRunTest, ClosingEndsTheRunBeforeTheProgram)
+{
+    model.setSpeed(1);
+    ASSERT_TRUE(model.startTest());
+    ASSERT_TRUE(KesTest::waitFor([this] { return !isOutputZero(); }));
+    bool isClosed = false;
+    model.signalClosed.connect([&] { isClosed = true; });
+    model.close();
+    ASSERT_TRUE(KesTest::waitFor([&] { return isClosed; }));
+    EXPECT_EQ(finishes, 1);
+    EXPECT_TRUE(isOutputZero());
+    EXPECT_EQ(model.getRunVerdict(), RunVerdict::Stopped);
+}

@@ -1,0 +1,109 @@
+#include <Overcurrent/bench/SimulatedRelay.h>
+#include <Overcurrent/data/OperateCurve.h>
+#include <Overcurrent/run/TestRun.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <vector>
+
+using namespace Overcurrent;
+using namespace std::chrono_literals;
+using KesDriver::DeviceTime;
+using KesDriver::InputEvent;
+
+namespace {
+
+/// Plays currents to a relay as a device does, on a clock of its own.
+class Player {
+public:
+    explicit Player(SimulatedRelay& relay) : _relay(relay) { relay.reset(DeviceTime(0)); }
+
+    /// The changes that come while the current (in amperes) stands for the time.
+    std::vector<InputEvent> play(double amperes, DeviceTime duration)
+    {
+        KesDriver::OutputState outputs;
+        outputs.currents[0].magnitude = amperes;
+        _relay.applyOutputs(outputs, _time);
+        const auto end = _time + duration;
+        std::vector<InputEvent> changes;
+        for (auto next = _relay.getNextChange(); next && next->time <= end; next = _relay.getNextChange()) {
+            EXPECT_GE(next->time, _time);
+            _time = next->time;
+            changes.push_back(*next);
+            _relay.acceptChange();
+        }
+        _time = end;
+        return changes;
+    }
+    DeviceTime now() const { return _time; }
+
+private:
+    SimulatedRelay& _relay;
+    DeviceTime _time{0};
+};
+
+DeviceTime operateTime(const std::vector<InputEvent>& changes, DeviceTime from)
+{
+    for (const auto& change : changes)
+        if (change.input == TestRun::tripInput && change.isClosed)
+            return change.time - from;
+    return DeviceTime(-1);
+}
+
+} // namespace
+
+TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
+{
+    for (const auto curve : {CurveKind::StandardInverse, CurveKind::VeryInverse, CurveKind::ExtremelyInverse,
+                             CurveKind::LongTimeInverse, CurveKind::DefiniteTimeCurve})
+        for (const double multiple : {1.5, 2.0, 5.0, 20.0}) {
+            RelaySettings settings;
+            settings.settingCurrent = 0.4;
+            settings.curve = curve;
+            SimulatedRelay relay(settings);
+            Player first(relay);
+            const auto time = operateTime(first.play(multiple * 0.4, 400s), DeviceTime(0));
+            const double ideal = *OperateCurve::operateTime(settings, multiple);
+            const double measured = std::chrono::duration<double>(time).count();
+            EXPECT_NE(measured, ideal);
+            EXPECT_NEAR(measured, ideal, OperateCurve::tolerance(settings, ideal)) << curve << " at " << multiple;
+            Player second(relay);
+            EXPECT_EQ(operateTime(second.play(multiple * 0.4, 400s), DeviceTime(0)), time);
+        }
+}
+
+TEST(SimulatedRelayTest, StartsAtTheSettingAndDropsOffBelowIt)
+{
+    SimulatedRelay relay{RelaySettings()};
+    Player player(relay);
+    EXPECT_TRUE(player.play(1.0, 1s).empty());
+    const auto started = player.play(1.02, 1s);
+    ASSERT_EQ(started.size(), 1u);
+    EXPECT_EQ(started[0].input, TestRun::startInput);
+    EXPECT_TRUE(started[0].isClosed);
+    EXPECT_LT(started[0].time - 1s, 20ms);
+    EXPECT_TRUE(player.play(0.97, 1s).empty());
+    const auto dropped = player.play(0.94, 1s);
+    ASSERT_EQ(dropped.size(), 1u);
+    EXPECT_FALSE(dropped[0].isClosed);
+}
+
+TEST(SimulatedRelayTest, AddsUpWhatItHasTravelledAndForgetsItAtDropOff)
+{
+    const RelaySettings settings;
+    SimulatedRelay relay(settings);
+    Player whole(relay);
+    const auto alone = operateTime(whole.play(2.0, 30s), DeviceTime(0));
+    // The same travel in two parts; the current in between is above drop-off, but does not move it.
+    Player parts(relay);
+    parts.play(2.0, 4s);
+    parts.play(0.98, 10s);
+    const auto difference = operateTime(parts.play(2.0, 30s), 14s) + 4s - alone;
+    EXPECT_LE(std::abs(difference.count()), 2);
+    // Below drop-off the travel is lost.
+    Player reset(relay);
+    reset.play(2.0, 9s);
+    reset.play(0.0, 1s);
+    EXPECT_GT(operateTime(reset.play(2.0, 30s), 10s), 9s);
+}

@@ -1,0 +1,105 @@
+#include <Overcurrent/model/OvercurrentModel.h>
+#include <Overcurrent/report/ReportDocument.h>
+#include <Overcurrent/report/ReportFile.h>
+
+#include <support/LanguageScope.h>
+#include <support/TemporaryHome.h>
+
+#include <gmock/gmock.h>
+
+using namespace Overcurrent;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+TestResults someResults()
+{
+    TestResults results;
+    results.plan.multiples = {2.0, 5.0};
+    results.points = {{2.0, MeasureState::Measured, std::chrono::milliseconds(10100)},
+                      {5.0, MeasureState::NoOperation, {}}};
+    results.end = RunEnd::Stopped;
+    results.device = "KESTO-3 <b>No.</b> 00017";
+    results.isSimulated = true;
+    return results;
+}
+
+class ReportTest : public testing::Test {
+protected:
+    std::string make(const TestResults* results)
+    {
+        const RelaySettings settings;
+        const ReportFile file(home.file("work/"));
+        const auto written = file.write(home.file("reports/made.html"), settings, TestPlan(), results);
+        EXPECT_TRUE(written) << (written ? "" : written.getError()->getMessage());
+        return KesTest::readFile(home.file("reports/made.html"));
+    }
+
+    KesTest::TemporaryHome home;
+};
+
+std::size_t countOf(const std::string& text, const std::string& what)
+{
+    std::size_t count = 0;
+    for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + 1))
+        ++count;
+    return count;
+}
+
+} // namespace
+
+TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)
+{
+    const auto results = someResults();
+    const std::string report = make(&results);
+    EXPECT_THAT(report, AllOf(HasSubstr("SIMULATED DEVICE"), HasSubstr("Test stopped before its end"),
+                              HasSubstr("10.100"), HasSubstr("No operation"), HasSubstr("<svg"),
+                              HasSubstr("KESTO-3 &lt;b&gt;No.&lt;/b&gt; 00017"), HasSubstr("Standard inverse")));
+    EXPECT_THAT(report, AllOf(Not(HasSubstr("<script")), Not(HasSubstr("<link")), Not(HasSubstr("src="))));
+    // In the chart and in its legend.
+    EXPECT_EQ(countOf(report, "<circle"), 2u);
+    EXPECT_EQ(countOf(report, "width=\"10\" height=\"10\""), 2u);
+}
+
+TEST_F(ReportTest, SpeaksRussian)
+{
+    const KesTest::LanguageScope scope(lng::Russian);
+    const auto results = someResults();
+    EXPECT_THAT(make(&results), AllOf(HasSubstr("ИМИТИРУЕМОЕ УСТРОЙСТВО"), HasSubstr("Протокол проверки"),
+                                      HasSubstr("10,100"), HasSubstr("lang=\"ru\""), Not(HasSubstr("Test "))));
+}
+
+TEST_F(ReportTest, IsTheSameBytesForTheSameData)
+{
+    const auto results = someResults();
+    const std::string first = make(&results);
+    EXPECT_EQ(make(&results), first);
+    EXPECT_NE(make(nullptr), first);
+}
+
+TEST_F(ReportTest, ARealDeviceHasNoWarningAndNoTestNoResults)
+{
+    auto results = someResults();
+    results.isSimulated = false;
+    EXPECT_THAT(make(&results), Not(HasSubstr("SIMULATED")));
+    EXPECT_THAT(make(nullptr), AllOf(HasSubstr("No test has been made"), Not(HasSubstr("Operate times"))));
+}
+
+TEST_F(ReportTest, AFileThatCannotBeWrittenIsAnError)
+{
+    const ReportFile file(home.file("work/"));
+    EXPECT_FALSE(file.write("/dev/full", RelaySettings(), TestPlan(), nullptr));
+    KesTest::writeFile(home.file("plain"), "a file");
+    EXPECT_FALSE(file.write(home.file("plain/report.html"), RelaySettings(), TestPlan(), nullptr));
+    EXPECT_FALSE(ReportFile(home.file("plain/")).write(home.file("x.html"), RelaySettings(), TestPlan(), nullptr));
+}
+
+TEST_F(ReportTest, TheModelPutsItsReportIntoTheDocuments)
+{
+    OvercurrentModel model;
+    const std::string path = model.createReport();
+    EXPECT_THAT(path, HasSubstr("report.html"));
+    EXPECT_THAT(KesTest::readFile(path), HasSubstr("<svg"));
+}

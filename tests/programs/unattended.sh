@@ -1,0 +1,101 @@
+#!/bin/bash
+# Runs programs as a user without a screen would and checks exit statuses, files and messages.
+# usage: unattended.sh FOLDER-OF-THE-PROGRAMS; on an X server, with a home to fill.
+set -u
+overcurrent=$1/kes-overcurrent
+template=$1/kes-template
+work=$(mktemp -d) || exit 1
+trap 'rm -rf "$work"' EXIT
+cd "$work" || exit 1
+failures=0
+
+fail() {
+    echo "FAILED: $*"
+    failures=$((failures + 1))
+}
+
+# expect STATUS PROGRAM ARGUMENT...: standard error goes to the file err.
+expect() {
+    local expected=$1 status
+    shift
+    timeout 60 "$@" >out 2>err
+    status=$?
+    [ $status -eq "$expected" ] || fail "status $status instead of $expected: $* ($(cat err))"
+}
+
+holds() {
+    grep -qF -- "$2" "$1" || fail "\"$2\" is not in $1: $(head -c 400 "$1")"
+}
+
+echo "A run that passes, its files, and their second reading"
+expect 0 "$overcurrent" --language en --run --speed 5000 --save a.kovc --report a.html --screenshot a.png --quit
+[ "$(head -c 8 a.png | od -An -tx1 | tr -d ' ')" = 89504e470d0a1a0a ] || fail "the screenshot is no PNG"
+holds a.html "SIMULATED DEVICE"
+expect 0 "$overcurrent" --language en a.kovc --report again.html --save again.kovc --quit
+cmp a.html again.html || fail "the report of the archive differs from that of the run"
+cmp a.kovc again.kovc || fail "the archive differs after opening and saving"
+expect 0 "$overcurrent" --language ru a.kovc --report ru.html --quit
+holds ru.html "ИМИТИРУЕМОЕ УСТРОЙСТВО"
+LC_ALL=ru_RU.UTF-8 expect 0 "$overcurrent" --language en a.kovc --report locale.html --quit
+cmp a.html locale.html || fail "the report depends on the locale"
+
+echo "Files that cannot be read or written"
+expect 3 "$overcurrent" --language en missing.kovc --quit
+holds err "Error accessing file."
+head -c 2000 a.kovc >short.kovc
+expect 3 "$overcurrent" --language en short.kovc --run --speed 5000 --report short.html --quit
+holds err "Try opening in data recovery mode?"
+[ ! -e short.html ] || fail "a report without the archive that it was asked for"
+for option in save report screenshot; do
+    expect 3 "$overcurrent" --language en --$option "$work/no/such/../a.kovc/file" --quit
+    holds err "a.kovc/file"
+done
+expect 3 "$overcurrent" --language en --run --speed 5000 --save /dev/full --quit
+
+echo "Arguments that cannot be understood"
+expect 2 "$overcurrent" --language xx
+expect 2 "$overcurrent" --language en --speed 0
+holds err "is no speed factor"
+expect 2 "$overcurrent" --language en --speed fast
+expect 2 "$overcurrent" --no-such-option
+expect 2 "$overcurrent" one two
+expect 0 "$overcurrent" --version
+DISPLAY= WAYLAND_DISPLAY= expect 2 "$overcurrent" --language en --quit
+holds err "needs a display"
+
+echo "Signals"
+timeout 60 "$overcurrent" --language en --run --speed 0.5 --save stopped.kovc --report stopped.html --quit 2>err &
+child=$!
+# The test is under way when the program has its threads; a second or two later it has begun to put out.
+until grep -q "KesProgram_Star" /proc/"$(pgrep -P $child)"/task/*/comm 2>/dev/null; do
+    kill -0 $child 2>/dev/null || break
+done
+pkill -TERM -P $child
+wait $child
+status=$?
+[ $status -eq 4 ] || fail "status $status instead of 4 after SIGTERM ($(cat err))"
+holds stopped.html "Test stopped before its end"
+expect 0 "$overcurrent" stopped.kovc --quit
+
+echo "The smallest program"
+expect 0 "$template" --language en --screenshot template.png --quit
+timeout 60 "$template" --language en --run --quit 2>err &
+child=$!
+until grep -q "KesProgram_Star" /proc/"$(pgrep -P $child)"/task/*/comm 2>/dev/null; do
+    kill -0 $child 2>/dev/null || break
+done
+pkill -INT -P $child
+wait $child
+status=$?
+[ $status -eq 4 ] || fail "status $status instead of 4 after SIGINT ($(cat err))"
+
+echo "A configuration that cannot be written"
+mkdir -p "$XDG_CACHE_HOME/kes"
+rm -rf "$XDG_CACHE_HOME/kes/OvercurrentModel.cfg"
+mkdir -p "$XDG_CACHE_HOME/kes/OvercurrentModel.cfg"
+expect 3 "$overcurrent" --language en --quit
+holds err "configuration could not be saved"
+rmdir "$XDG_CACHE_HOME/kes/OvercurrentModel.cfg"
+
+[ $failures -eq 0 ] && echo "All is well"
+exit $((failures > 0))
