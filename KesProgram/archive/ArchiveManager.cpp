@@ -66,8 +66,12 @@ Kes::Result ArchiveManager::open(const std::string& fileName, bool repair)
     if (!file.is_open())
         return FileAccessError::get();
     _setActualFileName(fileName);
-    if (_setDataStream(file, repair))
-        return true;
+    try {
+        if (_setDataStream(file, repair))
+            return true;
+    } catch (const std::ios_base::failure&) {
+        // A folder opens like a file. Reading it, or a damaged disk, throws when the buffer is read directly.
+    }
     return DataFormatError::get();
 }
 

@@ -50,7 +50,8 @@ public:
 
     /// Loads a file; with `repair` the model is to make what it can of bad data. Fails with
     /// `FileAccessError`, the path unchanged, when the file cannot be opened, and with `DataFormatError` when
-    /// the model refuses its data. The path is the new one then already: continue with `create`.
+    /// the model refuses its data or they cannot be read. The path is the new one then already: continue with
+    /// `create`.
     Kes::Result open(const std::string& fileName, bool repair);
 
     /// Writes the data to the file and makes it the current one. False, the path unchanged, when the file
