@@ -63,28 +63,25 @@ TEST_F(ArchiveManagerPresenterTest, ClosingAsksAboutChangesAndTellsWhetherToGoOn
     const auto path = _home.file("saved.abc");
     const struct {
         DialogResult answer;
-        std::string file;
-        bool isFileAsked, result;
-    } cases[] = {{DialogResult::Cancel, "", false, false},
-                 {DialogResult::No, "", false, true},
-                 {DialogResult::Yes, "", true, true},
-                 {DialogResult::Yes, path, true, true}};
-    for (const auto& [answer, file, isFileAsked, result] : cases) {
-        dialogs.clear();
+        std::vector<std::string> files;
+        bool result;
+    } cases[] = {{DialogResult::Cancel, {}, false},
+                 {DialogResult::No, {}, true},
+                 {DialogResult::Yes, {""}, true},
+                 {DialogResult::Yes, {path}, true}};
+    for (const auto& [answer, files, result] : cases) {
         dialogs.answer(answer);
-        if (isFileAsked)
+        for (const auto& file : files)
             dialogs.answerFile(file);
         EXPECT_EQ(_presenter.close(), result);
-        EXPECT_EQ(dialogs.getTexts(), Texts{"Save changes to the file [New].abc ?"});
-        EXPECT_EQ(dialogs.getMessages().front().buttons, DialogResult::YesNoCancel);
-        EXPECT_EQ(dialogs.getMessages().front().title, "File manager");
-        EXPECT_EQ(dialogs.getMessages().front().parent, &_parent);
-        EXPECT_EQ(dialogs.getFiles().size(), isFileAsked ? 1u : 0u);
+        const auto& question = dialogs.getMessages().back();
+        EXPECT_EQ(question.text, "Save changes to the file [New].abc ?");
+        EXPECT_EQ(question.buttons, DialogResult::YesNoCancel);
+        EXPECT_EQ(question.title, "File manager");
+        EXPECT_EQ(question.parent, &_parent);
     }
     EXPECT_EQ(readFile(path), "good new");
-    dialogs.clear();
-    EXPECT_TRUE(_presenter.close());
-    EXPECT_TRUE(dialogs.getTexts().empty());
+    EXPECT_TRUE(_presenter.close()) << "and asks nothing";
 }
 
 TEST_F(ArchiveManagerPresenterTest, ANamedDocumentIsAskedAboutByPathAndAFailedSaveStillCloses)
@@ -100,36 +97,29 @@ TEST_F(ArchiveManagerPresenterTest, ANamedDocumentIsAskedAboutByPathAndAFailedSa
     EXPECT_EQ(_presenter.getDisplayFileName(), path);
 }
 
-TEST_F(ArchiveManagerPresenterTest, CreateAndOpenDoNothingAfterACancelledQuestion)
+TEST_F(ArchiveManagerPresenterTest, CreateAndOpenReplaceADocumentOnlyWhenItMayClose)
 {
+    const auto path = _file("a.abc", "good file");
     _data = "good change";
-    for (int i = 0; i < 2; ++i)
-        dialogs.answer(DialogResult::Cancel);
+    for (const auto answer : {DialogResult::Cancel, DialogResult::Cancel, DialogResult::No, DialogResult::No})
+        dialogs.answer(answer);
     _presenter.create("");
-    _presenter.open(_file("a.abc", "good file"));
+    _presenter.open(path);
     EXPECT_EQ(_data, "good change");
-    dialogs.answer(DialogResult::No);
     _presenter.create("");
     EXPECT_EQ(_data, "good new");
-}
-
-TEST_F(ArchiveManagerPresenterTest, OpenWithANameShowsNoFileDialog)
-{
-    _saveDocument();
-    const auto path = _file("a.abc", "good file");
     _presenter.open(path);
     EXPECT_EQ(_data, "good file");
-    EXPECT_EQ(_presenter.getDisplayFileName(), path);
     EXPECT_TRUE(dialogs.getFiles().empty());
 }
 
 TEST_F(ArchiveManagerPresenterTest, OpenAsksForAFileWithTheFiltersOfTheProgram)
 {
+    using Filters = std::vector<std::pair<std::string, std::string>>;
     const auto document = _saveDocument();
     dialogs.answerFile("");
     _presenter.open("");
     EXPECT_EQ(_manager.getFileName(), document);
-
     dialogs.answerFile(_file("a.old", "good file"));
     _presenter.open("");
     EXPECT_EQ(_data, "good file");
@@ -137,7 +127,6 @@ TEST_F(ArchiveManagerPresenterTest, OpenAsksForAFileWithTheFiltersOfTheProgram)
     EXPECT_FALSE(request.save);
     EXPECT_EQ(request.title, "File manager");
     EXPECT_EQ(request.parent, &_parent);
-    using Filters = std::vector<std::pair<std::string, std::string>>;
     EXPECT_EQ(request.filters,
               (Filters{{"*.abc", "Archive (*.abc)"}, {"*.old", "Archive \"Velmora\" (*.old)"}}));
 
@@ -146,7 +135,6 @@ TEST_F(ArchiveManagerPresenterTest, OpenAsksForAFileWithTheFiltersOfTheProgram)
     dialogs.answerFile("");
     other.open("");
     EXPECT_EQ(dialogs.getFiles().back().filters, (Filters{{"*.abc", "Файл архива (*.abc)"}}));
-    EXPECT_EQ(dialogs.getFiles().back().title, "Менеджер файлов");
     EXPECT_EQ(dialogs.getFiles().back().parent, nullptr);
 }
 
@@ -159,6 +147,9 @@ TEST_F(ArchiveManagerPresenterTest, AFailedOpenEndsInANewDocumentUnlessItIsRepai
         return start + ("\n\nPath:\n" + path);
     };
     const auto question = "File data error. Try opening in data recovery mode?";
+    const auto invalid = "This file contains invalid data";
+    const auto repaired = "Data converted. Prior to the inspection, check the correctness of the settings.";
+    using enum DialogResult;
     const struct {
         std::string path;
         bool enable;
@@ -166,20 +157,11 @@ TEST_F(ArchiveManagerPresenterTest, AFailedOpenEndsInANewDocumentUnlessItIsRepai
         Texts texts;
         std::string name;
     } cases[] = {
-        {gone, true, {DialogResult::Ok}, {text("Error accessing file.", gone)}, ""},
-        {bad, false, {DialogResult::Ok}, {text("This file contains invalid data", bad)}, ""},
-        {half, true, {DialogResult::No}, {text(question, half)}, ""},
-        {bad,
-         true,
-         {DialogResult::Yes, DialogResult::Ok},
-         {text(question, bad), text("This file contains invalid data", bad)},
-         ""},
-        {half,
-         true,
-         {DialogResult::Yes, DialogResult::Ok},
-         {text(question, half),
-          text("Data converted. Prior to the inspection, check the correctness of the settings.", half)},
-         half},
+        {gone, true, {Ok}, {text("Error accessing file.", gone)}, ""},
+        {bad, false, {Ok}, {text(invalid, bad)}, ""},
+        {half, true, {No}, {text(question, half)}, ""},
+        {bad, true, {Yes, Ok}, {text(question, bad), text(invalid, bad)}, ""},
+        {half, true, {Yes, Ok}, {text(question, half), text(repaired, half)}, half},
     };
     EXPECT_TRUE(_presenter.getIsEnableRepairMode());
     for (const auto& expected : cases) {
@@ -192,10 +174,7 @@ TEST_F(ArchiveManagerPresenterTest, AFailedOpenEndsInANewDocumentUnlessItIsRepai
         EXPECT_EQ(dialogs.getTexts(), expected.texts);
         EXPECT_EQ(_manager.getFileName(), expected.name);
         EXPECT_EQ(_data, expected.name.empty() ? "good new" : "good repaired");
-        const auto& first = dialogs.getMessages().front();
-        EXPECT_EQ(first.buttons,
-                  expected.texts.front().starts_with(question) ? DialogResult::YesNo : DialogResult::Ok);
-        EXPECT_EQ(first.title, "File manager");
+        EXPECT_EQ(dialogs.getMessages().front().buttons, expected.answers.front() == Ok ? Ok : YesNo);
     }
 }
 

@@ -70,30 +70,22 @@ std::string fromZip(const std::string& zip)
     return Helper::PREFIX + zip.substr(4);
 }
 
-std::string repeatEntry(const std::string& bytes, unsigned times, unsigned digits)
+std::string repeatEntry(const std::string& bytes, unsigned times)
 {
     const auto zip = toZip(bytes);
     const auto directoryStart = zip.rfind("PK\1\2");
     const auto end = zip.rfind("PK\5\6");
-    const auto numbered = [digits](std::string record, std::size_t nameOffset, unsigned number) {
-        const auto length = static_cast<unsigned char>(record[nameOffset == 30 ? 26 : 28]);
-        auto text = std::to_string(number);
-        text.insert(0, digits - std::min<std::size_t>(digits, text.size()), '0');
-        if (digits > 0)
-            record.replace(nameOffset + length - digits, digits, text);
-        return record;
-    };
-    std::string repeated, directory;
+    std::string entries, directory;
     for (unsigned i = 0; i < times; ++i) {
-        auto record = numbered(zip.substr(directoryStart, end - directoryStart), 46, i);
-        directory += record.replace(42, 4, littleEndian(repeated.size(), 4));
-        repeated += numbered(zip.substr(0, directoryStart), 30, i);
+        auto record = zip.substr(directoryStart, end - directoryStart);
+        directory += record.replace(42, 4, littleEndian(entries.size(), 4));
+        entries += zip.substr(0, directoryStart);
     }
     auto tail = zip.substr(end, 22);
     tail.replace(8, 12,
                  littleEndian(times, 2) + littleEndian(times, 2) + littleEndian(directory.size(), 4) +
-                     littleEndian(repeated.size(), 4));
-    return fromZip(repeated + directory + tail);
+                     littleEndian(entries.size(), 4));
+    return fromZip(entries + directory + tail);
 }
 
 } // namespace Archives

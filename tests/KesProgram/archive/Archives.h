@@ -25,8 +25,7 @@ Contents unpack(const std::string& bytes);
 std::string toZip(const std::string& bytes);
 std::string fromZip(const std::string& zip);
 
-/// The archive of one entry with that entry repeated. The names get the numbers 0, 1, ... in place of their
-/// last `digits` characters.
-std::string repeatEntry(const std::string& bytes, unsigned times, unsigned digits);
+/// The archive of one entry with that entry repeated.
+std::string repeatEntry(const std::string& bytes, unsigned times);
 
 } // namespace Archives

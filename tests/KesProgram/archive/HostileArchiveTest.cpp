@@ -26,61 +26,41 @@ std::string noise(std::size_t size, unsigned seed)
     return bytes;
 }
 
-/// What is read from a damaged archive belongs to the original: whole entries, the last perhaps in part.
-void expectBeginnings(const Contents& read, const Contents& original, std::size_t length)
-{
-    for (const auto& [name, content] : read) {
-        const auto found = original.find(name);
-        ASSERT_NE(found, original.end()) << "cut at " << length;
-        EXPECT_EQ(content, found->second.substr(0, content.size())) << "cut at " << length;
-    }
-}
-
-TEST(HostileArchive, CutAtEveryLengthYieldsWhatIsLeft)
-{
-    const Contents contents{{"1", "first"}, {"2", noise(300, 1)}, {"3", "last"}};
-    const auto bytes = Archives::pack(contents);
-    const auto directory = bytes.find("PK\1\2");
-    const auto end = bytes.rfind("PK\5\6") + 22;
-    for (std::size_t length = 0; length <= end; ++length) {
-        bool success = false;
-        const auto read = Archives::unpack(bytes.substr(0, length), success);
-        EXPECT_EQ(success, length > ArchiveHelper::PREFIX.size()) << length;
-        expectBeginnings(read, contents, length);
-        // The directory only repeats what stands before the entries.
-        EXPECT_EQ(length >= directory, read == contents) << length;
-    }
-}
-
-TEST(HostileArchive, CutInTheSecondEntryYieldsTheFirstAndWholeBlocksOfTheSecond)
+TEST(HostileArchive, CutAnywhereYieldsWhatIsLeftAndWholeBlocksOfTheLastEntry)
 {
     const Contents contents{{"1", "first"}, {"2", noise(50000, 2)}, {"3", "last"}};
     const auto bytes = Archives::pack(contents);
-    for (std::size_t length = 200; length < 50000; length += 997) {
-        const auto read = Archives::unpack(bytes.substr(0, length));
-        expectBeginnings(read, contents, length);
-        EXPECT_EQ(read.at("1"), "first");
-        EXPECT_EQ(read.at("2").size() % 8192, 0u);
-        EXPECT_EQ(read.count("3"), 0u);
+    const auto second = bytes.find("PK\3\4", 20);
+    const auto third = bytes.rfind("PK\3\4");
+    const auto directory = bytes.find("PK\1\2");
+    const auto end = bytes.rfind("PK\5\6") + 22;
+    for (std::size_t length = 0; length <= end; length += length > 200 && length < third - 200 ? 97 : 1) {
+        bool success = false;
+        auto read = Archives::unpack(bytes.substr(0, length), success);
+        EXPECT_EQ(success, length > ArchiveHelper::PREFIX.size()) << length;
+        // The directory only repeats what stands before the entries.
+        EXPECT_EQ(length >= directory, read == contents) << length;
+        EXPECT_TRUE(length < second || read["1"] == "first") << length;
+        EXPECT_TRUE(length < third || read["2"] == contents.at("2")) << length;
+        EXPECT_TRUE(length >= third || read["2"].size() % 8192 == 0) << length;
+        for (const auto& [name, content] : read)
+            EXPECT_TRUE(contents.at(name).starts_with(content)) << name << " cut at " << length;
     }
     EXPECT_GE(Archives::unpack(bytes.substr(0, 49000)).at("2").size(), 32768u);
 }
 
 TEST(HostileArchive, RandomAndDamagedBytesEndInAResult)
 {
-    const Contents contents{{"1", "first"}, {"Имя", std::string(3000, 'x')}, {"3", noise(500, 2)}};
-    const auto bytes = Archives::pack(contents);
+    const auto bytes =
+        Archives::pack({{"1", "first"}, {"Имя", std::string(3000, 'x')}, {"3", noise(500, 2)}});
     const auto end = bytes.rfind("PK\5\6") + 22;
     std::mt19937 random(3);
     for (unsigned i = 0; i < 2000; ++i) {
-        bool success = false;
-        Archives::unpack(ArchiveHelper::PREFIX + noise(1 + random() % 400, i), success);
-        EXPECT_TRUE(success);
+        Archives::unpack(ArchiveHelper::PREFIX + noise(1 + random() % 400, i));
         auto damaged = bytes;
         for (auto times = 1 + random() % 8; times > 0; --times)
             damaged[15 + random() % (end - 15)] = static_cast<char>(random() & 0xFF);
-        Archives::unpack(damaged, success);
-        EXPECT_TRUE(success);
+        Archives::unpack(damaged);
     }
 }
 
@@ -94,14 +74,11 @@ TEST(HostileArchive, TheLaterOfTwoEntriesOfANameWins)
 
 TEST(HostileArchive, BombsAreUnpackedUpToTheLimitAndThenRefused)
 {
-    const auto zeros = Archives::pack({{"zeros-00", std::string(64 * mebibyte, '\0')}});
+    const auto zeros = Archives::pack({{"zeros", std::string(64 * mebibyte, '\0')}});
     ASSERT_LT(zeros.size(), 100000u);
-    bool success = false;
-    const auto read = Archives::unpack(Archives::repeatEntry(zeros, 5, 2), success);
-    EXPECT_TRUE(success);
-    ASSERT_EQ(read.size(), 5u);
-    EXPECT_EQ(read.at("zeros-04").size(), 64 * mebibyte);
-    EXPECT_EQ(Archives::unpack(Archives::repeatEntry(zeros, 17, 0), success).count("zeros-00"), 0u);
+    EXPECT_EQ(Archives::unpack(Archives::repeatEntry(zeros, 5)).at("zeros").size(), 64 * mebibyte);
+    bool success = true;
+    EXPECT_TRUE(Archives::unpack(Archives::repeatEntry(zeros, 17), success).empty());
     EXPECT_FALSE(success);
 }
 

@@ -1,4 +1,3 @@
-#include <KesCommon/StringHelper.h>
 #include <KesProgram/text/Conversion.h>
 
 #include <gtest/gtest.h>
@@ -7,17 +6,13 @@
 #include <limits>
 #include <locale>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
 
 constexpr float infinity = std::numeric_limits<float>::infinity();
 constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
-
-std::string write(const Kes::RectangleF& value)
-{
-    return Kes::convertToString<Kes::RectangleF, true, true>(value);
-}
 
 /// Digits of the whole part in groups and a comma, as in many users' locales.
 class GroupingLocale {
@@ -37,36 +32,16 @@ private:
 TEST(Conversion, WritesARectangle)
 {
     const GroupingLocale locale;
-    const struct {
-        float value;
-        const char* text;
-    } numbers[] = {{1280, "1280"},
-                   {12.345678f, "12.3457"},
-                   {1.23456f, "1.2346"},
-                   {0.123456f, "0.1235"},
-                   {0.5f, "0.5"},
-                   {1, "1"},
-                   {10, "10"},
-                   {1234567, "1.23457e+06"},
-                   {123456, "123456"},
-                   {-5.5f, "-5.5"},
-                   {-1234.5678f, "-1234.57"},
-                   {-0.123456789f, "-0.123457"},
-                   {0.00005f, "0"},
-                   {0.00009f, "0"},
-                   {0.0001f, "0"},
-                   {-0.00009f, "0"},
-                   {-0.0f, "0"},
-                   {0.0002f, "0.0002"},
-                   {0.00123456f, "0.001235"},
-                   {notANumber, "nan"},
-                   {infinity, "inf"},
-                   {-infinity, "-inf"},
-                   {3.4e38f, "3.4e+38"}};
-    for (const auto& [value, text] : numbers)
-        EXPECT_EQ(write({value, 0, 0, value}), std::string(text) + ";0;0;" + text);
-    EXPECT_EQ(write({100, 50, 1280, 720}), "100;50;1280;720");
-    EXPECT_EQ(write({0, 0, 800.5f, 600}), "0;0;800.5;600");
+    const std::pair<Kes::RectangleF, const char*> cases[] = {
+        {{100, 50, 1280, 720}, "100;50;1280;720"},
+        {{0, 1, 10, 123456}, "0;1;10;123456"},
+        {{12.345678f, 1.23456f, 0.123456f, 0.00123456f}, "12.3457;1.2346;0.1235;0.001235"},
+        {{0.0002f, 0.0001f, -0.00009f, -0.0f}, "0.0002;0;0;0"},
+        {{-5.5f, -1234.5678f, -0.123456789f, 800.5f}, "-5.5;-1234.57;-0.123457;800.5"},
+        {{1234567, 3.4e38f, infinity, -infinity}, "1.23457e+06;3.4e+38;inf;-inf"},
+        {{notANumber, 0, 0, 0}, "nan;0;0;0"}};
+    for (const auto& [value, text] : cases)
+        EXPECT_EQ((Kes::convertToString<Kes::RectangleF, true, true>(value)), text);
 }
 
 TEST(Conversion, ReadsARectangleOfFourItems)
@@ -79,15 +54,12 @@ TEST(Conversion, ReadsARectangleOfFourItems)
         Kes::RectangleF value;
     } cases[] = {{"100;50;1280;720", true, {100, 50, 1280, 720}},
                  {"-5.5;0;1.23457e+06;1", true, {-5.5f, 0, 1234570, 1}},
-                 {"a;b;c;d", true, {}},
+                 {"a;2,5;;", true, {}},
                  {";;;", true, {}},
-                 {"1;2,5;3;4", true, {1, 0, 3, 4}},
                  {"1;2;3;", true, {1, 2, 3, 0}},
                  {"1;2;3", false, old},
                  {"1;2;3;4;", false, old},
-                 {"1;2;3;4;5", false, old},
-                 {"", false, old},
-                 {"1 2 3 4", false, old}};
+                 {"", false, old}};
     for (const auto& [text, success, value] : cases) {
         auto read = old;
         EXPECT_EQ((Kes::tryConvert<Kes::RectangleF, true, true>(text, read)), success) << text;
@@ -97,20 +69,10 @@ TEST(Conversion, ReadsARectangleOfFourItems)
 
 TEST(Conversion, SplitsAListAndPutsZeroForWhatIsNoNumber)
 {
-    const struct {
-        const char* text;
-        std::vector<float> values;
-    } cases[] = {{"1;2;3;4", {1, 2, 3, 4}},
-                 {"1;;3", {1, 0, 3}},
-                 {";5", {0, 5}},
-                 {"1;2;", {1, 2, 0}},
-                 {" 2", {2}},
-                 {"3 ", {0}},
-                 {"x", {0}},
-                 {"", {0}},
-                 {";", {0, 0}},
-                 {"inf;-inf", {infinity, -infinity}},
-                 {"1\n;2", {0, 2}}};
+    const std::pair<const char*, std::vector<float>> cases[] = {
+        {"1;;3", {1, 0, 3}}, {";5", {0, 5}},    {"1;2;", {1, 2, 0}},
+        {" 2;3 ", {2, 0}},   {"x", {0}},        {"", {0}},
+        {";", {0, 0}},       {"1\n;2", {0, 2}}, {"inf;-inf", {infinity, -infinity}}};
     for (const auto& [text, values] : cases)
         EXPECT_EQ(Kes::splitConvert<float>(text, ';'), values) << text;
     EXPECT_EQ(Kes::splitConvert<float>("1,5", ','), (std::vector<float>{1, 5}));
@@ -119,14 +81,11 @@ TEST(Conversion, SplitsAListAndPutsZeroForWhatIsNoNumber)
 TEST(Conversion, ReadsOneWholeNumber)
 {
     const GroupingLocale locale;
-    const struct {
-        const char* text;
-        float value;
-    } good[] = {{"800.5", 800.5f},      {"+1", 1},
-                {"-1e3", -1000},        {"\t 7", 7},
-                {".5", 0.5f},           {"5.", 5},
-                {"inf", infinity},      {"-inf", -infinity},
-                {"infinity", infinity}, {"-infinity", -infinity}};
+    const std::pair<const char*, float> good[] = {{"800.5", 800.5f},      {"+1", 1},
+                                                  {"-1e3", -1000},        {"\t 7", 7},
+                                                  {".5", 0.5f},           {"5.", 5},
+                                                  {"inf", infinity},      {"-inf", -infinity},
+                                                  {"infinity", infinity}, {"-infinity", -infinity}};
     for (const auto& [text, value] : good) {
         float read = 42;
         EXPECT_TRUE((Kes::tryConvert<float, true>(text, read))) << text;
@@ -149,9 +108,8 @@ TEST(Conversion, ReadsOneWholeNumber)
 TEST(Conversion, FindsASpecialValueAtAPosition)
 {
     const std::string text = "x=-infinity;nan-";
-    const struct {
-        unsigned long long position, end;
-    } cases[] = {{0, 0}, {1, 1}, {2, 11}, {3, 11}, {12, 15}, {15, 15}, {16, 16}, {99, 99}};
+    const std::pair<unsigned long long, unsigned long long> cases[] = {
+        {0, 0}, {1, 1}, {2, 11}, {3, 11}, {12, 15}, {15, 15}, {16, 16}, {99, 99}};
     for (const auto& [position, end] : cases) {
         double value = 42;
         EXPECT_EQ(Kes::tryExtractSpecialFloating<double>(text, position, value), end);
@@ -160,13 +118,6 @@ TEST(Conversion, FindsASpecialValueAtAPosition)
     double value = 0;
     EXPECT_EQ(Kes::tryExtractSpecialFloating<double>("infinit", 0, value), 3u);
     EXPECT_EQ(value, infinity);
-}
-
-TEST(Conversion, FormatsAMessageWithAPath)
-{
-    EXPECT_EQ(Kes::StringHelper::formatC<const char*>("Error saving file.\n\nPath:\n%s", "/данные/a.abc"),
-              "Error saving file.\n\nPath:\n/данные/a.abc");
-    EXPECT_EQ(Kes::StringHelper::formatC<const char*>("Error creating file.", "/a"), "Error creating file.");
 }
 
 } // namespace
