@@ -1,14 +1,23 @@
 #include <KesCommonView/AboutView.h>
 
 #include "CommonViewText.h"
+#include "WindowIcons.h"
 
 #include <gtkmm/button.h>
 
 namespace Kes {
 
+namespace {
+
+constexpr int logoSize = 64;
+
+} // namespace
+
 AboutView::AboutView()
 {
-    set_title(lng::CommonView::get("About.title"));
+    set_icon_list(getWindowIcons());
+    if (const auto& icons = getWindowIcons(); !icons.empty())
+        set_logo(icons.back()->scale_simple(logoSize, logoSize, Gdk::INTERP_BILINEAR));
     // GTK's own caption follows the locale, which may be another language than the program's.
     if (auto* close = dynamic_cast<Gtk::Button*>(get_widget_for_response(Gtk::RESPONSE_DELETE_EVENT))) {
         close->set_use_underline(true);
@@ -27,6 +36,13 @@ void AboutView::setProgramName(const std::string& name)
 void AboutView::setVersion(const std::string& version)
 {
     gtk_about_dialog_set_version(gobj(), version.empty() ? nullptr : version.c_str());
+}
+
+void AboutView::on_show()
+{
+    Gtk::AboutDialog::on_show();
+    // GTK has made a title of the name, in the language of the locale.
+    set_title(lng::CommonView::get("About.title"));
 }
 
 } // namespace Kes

@@ -8,7 +8,7 @@
 
 namespace Kes {
 
-/// The about window of a program. GUI thread.
+/// The about window of a program, which Escape and its button hide. GUI thread.
 class KES_EXPORT AboutView : public Gtk::AboutDialog, public IView {
 public:
     AboutView();
@@ -17,6 +17,9 @@ public:
     void setProgramName(const std::string& name);
     /// An empty version is not shown.
     void setVersion(const std::string& version);
+
+protected:
+    void on_show() override;
 };
 
 } // namespace Kes

@@ -16,10 +16,8 @@ void AboutWindowActivatorPresenter::show(IView* parent, const std::string& progr
         _view = std::make_unique<AboutView>();
     _view->setProgramName(programName);
     _view->setVersion(packageVersion);
-    if (auto* window = GtkWidgetHelper::getParentWindow(parent)) {
+    if (auto* window = GtkWidgetHelper::getParentWindow(parent))
         _view->set_transient_for(*window);
-        _view->set_logo(window->get_icon());
-    }
     _view->present();
 }
 

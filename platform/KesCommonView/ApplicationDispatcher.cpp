@@ -130,9 +130,7 @@ public:
     }
 };
 
-ApplicationDispatcher::ApplicationDispatcher() : _queue(std::make_unique<Queue>())
-{
-}
+ApplicationDispatcher::ApplicationDispatcher() : _queue(std::make_unique<Queue>()) {}
 
 ApplicationDispatcher::~ApplicationDispatcher() = default;
 

@@ -2,9 +2,7 @@
 
 namespace Kes {
 
-CollectionBoxView::CollectionBoxView(Gtk::Orientation orientation) : Gtk::Box(orientation)
-{
-}
+CollectionBoxView::CollectionBoxView(Gtk::Orientation orientation) : Gtk::Box(orientation) {}
 
 void CollectionBoxView::insertView(std::size_t index, IView* view)
 {

@@ -22,9 +22,7 @@ int makeDescriptor()
 
 } // namespace
 
-DispatchQueue::DispatchQueue() : _descriptor(makeDescriptor())
-{
-}
+DispatchQueue::DispatchQueue() : _descriptor(makeDescriptor()) {}
 
 DispatchQueue::~DispatchQueue()
 {

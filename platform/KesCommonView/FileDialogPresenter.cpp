@@ -6,7 +6,8 @@
 namespace Kes {
 
 std::string FileDialogPresenter::show(IView* parent, const std::string& title,
-                                      const std::vector<std::pair<std::string, std::string>>& filters, bool save)
+                                      const std::vector<std::pair<std::string, std::string>>& filters,
+                                      bool save)
 {
     // As for a message box: nobody else waits for the user.
     SignalGate::Release release;

@@ -32,8 +32,8 @@ bool hasExtension(std::string_view name)
     if (dot == std::string_view::npos || dot == 0)
         return false;
     const auto extension = name.substr(dot + 1);
-    return std::any_of(extension.begin(), extension.end(), isLetter)
-           && extension.find(' ') == std::string_view::npos;
+    return std::any_of(extension.begin(), extension.end(), isLetter) &&
+           extension.find(' ') == std::string_view::npos;
 }
 
 } // namespace

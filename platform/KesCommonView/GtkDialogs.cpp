@@ -59,6 +59,9 @@ void setParent(Gtk::Window& box, IView* parent)
 void formatText(Gtk::Label& label)
 {
     label.set_selectable(true);
+    // GTK makes the text bold, which is hard to read when it is long.
+    Pango::AttrList plain;
+    label.set_attributes(plain);
     label.set_line_wrap(true);
     // Paths have no blanks to break at.
     label.set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
@@ -110,8 +113,7 @@ void addButtons(Gtk::MessageDialog& box, DialogResult buttons)
 }
 
 std::string ask(const Glib::RefPtr<Gtk::FileChooserNative>& chooser,
-                const std::vector<Glib::RefPtr<Gtk::FileFilter>>& filters,
-                const FileRequest& request)
+                const std::vector<Glib::RefPtr<Gtk::FileFilter>>& filters, const FileRequest& request)
 {
     if (chooser->run() != Gtk::RESPONSE_ACCEPT)
         return {};
@@ -119,7 +121,8 @@ std::string ask(const Glib::RefPtr<Gtk::FileChooserNative>& chooser,
     const auto chosen = std::find(filters.begin(), filters.end(), chooser->get_filter());
     if (!request.save || chosen == filters.end())
         return path;
-    return FileNamePattern::complete(path, request.filters[static_cast<std::size_t>(chosen - filters.begin())].first);
+    return FileNamePattern::complete(
+        path, request.filters[static_cast<std::size_t>(chosen - filters.begin())].first);
 }
 
 bool mayReplace(const FileRequest& request, const std::string& path)
@@ -127,8 +130,8 @@ bool mayReplace(const FileRequest& request, const std::string& path)
     if (!request.save || !Glib::file_test(path, Glib::FILE_TEST_EXISTS))
         return true;
     const auto text = StringHelper::format(lng::CommonView::get("File.replace"), path);
-    return DialogBackend::get().showMessage({request.parent, text, request.title, DialogResult::YesNo})
-           == DialogResult::Yes;
+    return DialogBackend::get().showMessage({request.parent, text, request.title, DialogResult::YesNo}) ==
+           DialogResult::Yes;
 }
 
 } // namespace
@@ -136,8 +139,8 @@ bool mayReplace(const FileRequest& request, const std::string& path)
 DialogResult GtkDialogs::showMessage(const MessageRequest& request)
 {
     const bool isQuestion = request.buttons != DialogResult::Ok;
-    Gtk::MessageDialog box(getShownText(request.text), false, isQuestion ? Gtk::MESSAGE_QUESTION : Gtk::MESSAGE_INFO,
-                           Gtk::BUTTONS_NONE, true);
+    Gtk::MessageDialog box(getShownText(request.text), false,
+                           isQuestion ? Gtk::MESSAGE_QUESTION : Gtk::MESSAGE_INFO, Gtk::BUTTONS_NONE, true);
     box.set_title(getTitle(request.title));
     setParent(box, request.parent);
     formatBox(box, request.text);

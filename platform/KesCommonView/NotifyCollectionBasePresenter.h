@@ -25,8 +25,7 @@ public:
 
     NotifyCollectionBasePresenter(ItemFactory factory, std::unique_ptr<ICollectionView> view)
         : _factory(std::move(factory)), _view(std::move(view))
-    {
-    }
+    {}
     ~NotifyCollectionBasePresenter() override
     {
         // An item may die as soon as its removal can be announced again: its presenter goes before.

@@ -44,8 +44,7 @@ private:
 IReadOnlySwitchable::~IReadOnlySwitchable() = default;
 
 ReadOnlySwitchableContainerPresenter::ReadOnlySwitchableContainerPresenter() : _view(std::make_unique<View>())
-{
-}
+{}
 
 ReadOnlySwitchableContainerPresenter::~ReadOnlySwitchableContainerPresenter() = default;
 

@@ -11,7 +11,8 @@
 
 namespace Kes {
 
-/// A container whose descendants share column widths: it keeps one horizontal size group per name. GUI thread.
+/// A container whose descendants share column widths: it keeps one horizontal size group per name. GUI
+/// thread.
 class KES_EXPORT SharedSizeGroupOwner : public Gtk::EventBox {
 public:
     SharedSizeGroupOwner();

@@ -14,7 +14,8 @@ public:
     DialogResult showMessage(const MessageRequest& request) override;
     std::string chooseFile(const FileRequest& request) override;
 
-    /// The texts of the last messages and questions, oldest first, so that the program can tell why it failed.
+    /// The texts of the last messages and questions, oldest first, so that the program can tell why it
+    /// failed.
     const std::vector<std::string>& getTexts() const { return _texts; }
 
 private:

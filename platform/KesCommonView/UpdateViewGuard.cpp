@@ -7,9 +7,7 @@
 
 namespace Kes {
 
-UpdateViewGuard::UpdateViewGuard() : _token(std::make_shared<LifetimeToken>())
-{
-}
+UpdateViewGuard::UpdateViewGuard() : _token(std::make_shared<LifetimeToken>()) {}
 
 UpdateViewGuard::~UpdateViewGuard() = default;
 

@@ -32,8 +32,8 @@ RectangleF moveInto(const RectangleF& rectangle, const RectangleF& area)
 
 bool isRectangle(const RectangleF& rectangle)
 {
-    return std::isfinite(rectangle.x) && std::isfinite(rectangle.y) && std::isfinite(rectangle.width)
-           && std::isfinite(rectangle.height) && rectangle.width >= 1 && rectangle.height >= 1;
+    return std::isfinite(rectangle.x) && std::isfinite(rectangle.y) && std::isfinite(rectangle.width) &&
+           std::isfinite(rectangle.height) && rectangle.width >= 1 && rectangle.height >= 1;
 }
 
 RectangleF bringOnto(const RectangleF& rectangle, const std::vector<RectangleF>& areas)
@@ -46,8 +46,8 @@ RectangleF bringOnto(const RectangleF& rectangle, const std::vector<RectangleF>&
     if (covered >= double(rectangle.width) * rectangle.height)
         return rectangle;
     const auto best = std::min_element(areas.begin(), areas.end(), [&](const auto& a, const auto& b) {
-        return std::pair(-getOverlap(rectangle, a), getDistance(rectangle, a))
-               < std::pair(-getOverlap(rectangle, b), getDistance(rectangle, b));
+        return std::pair(-getOverlap(rectangle, a), getDistance(rectangle, a)) <
+               std::pair(-getOverlap(rectangle, b), getDistance(rectangle, b));
     });
     return moveInto(rectangle, *best);
 }

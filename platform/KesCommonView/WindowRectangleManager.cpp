@@ -70,7 +70,8 @@ void WindowRectangleManager::_read()
     int height = 0;
     _window.get_position(x, y);
     _window.get_size(width, height);
-    _last = {static_cast<float>(x), static_cast<float>(y), static_cast<float>(width), static_cast<float>(height)};
+    _last = {static_cast<float>(x), static_cast<float>(y), static_cast<float>(width),
+             static_cast<float>(height)};
 }
 
 } // namespace Kes

@@ -114,8 +114,9 @@ void WindowView::_setFirstSize(Gtk::Window* parent)
     Gtk::Requisition minimum;
     Gtk::Requisition natural;
     _scrolled.get_preferred_size(minimum, natural);
-    set_default_size(std::clamp(natural.width, minimumWidth, std::max(minimumWidth, area.get_width() * 4 / 5)),
-                     std::clamp(natural.height, minimumHeight, std::max(minimumHeight, area.get_height() * 4 / 5)));
+    set_default_size(
+        std::clamp(natural.width, minimumWidth, std::max(minimumWidth, area.get_width() * 4 / 5)),
+        std::clamp(natural.height, minimumHeight, std::max(minimumHeight, area.get_height() * 4 / 5)));
 }
 
 } // namespace Kes

@@ -185,7 +185,9 @@ TEST_F(ApplicationDispatcherTest, functionThatIsWaitedForRunsWithTheGateOfTheWai
     std::thread other([&] { outer.emit(2); });
     while (!emitting)
         runPendingEvents();
-    { Kes::SignalGate::Guard guard; }
+    {
+        Kes::SignalGate::Guard guard;
+    }
     Kes::ThreadHelper::join(other);
     EXPECT_EQ(innerCalls, 1 + 2 + 2);
 }

@@ -130,7 +130,8 @@ TEST_F(GtkDialogsTest, questionIsModalOverItsParentAndInTheLanguageOfTheProcess)
         EXPECT_TRUE(box.get_widget_for_response(32)->is_focus());
         box.response(2);
     });
-    EXPECT_EQ(gtk.showMessage({&parent, "Save?", "Overcurrent", DialogResult::YesNoCancel}), DialogResult::Yes);
+    EXPECT_EQ(gtk.showMessage({&parent, "Save?", "Overcurrent", DialogResult::YesNoCancel}),
+              DialogResult::Yes);
 
     lng::language = lng::Russian;
     whenShown<Gtk::MessageDialog>([&](auto& box) {

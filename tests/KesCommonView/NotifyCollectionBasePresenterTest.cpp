@@ -31,9 +31,8 @@ class ItemPresenter : public Kes::IPresenter {
 public:
     explicit ItemPresenter(Item& item) : _item(item), _view(std::to_string(item.number))
     {
-        _changed = _item.changed.connect([this] {
-            _guard.safeBeginUpdateView([this] { _view.set_text(_view.get_text() + "!"); });
-        });
+        _changed = _item.changed.connect(
+            [this] { _guard.safeBeginUpdateView([this] { _view.set_text(_view.get_text() + "!"); }); });
     }
     ~ItemPresenter() override { _item.number = -1; }
     Kes::IView* getView() override { return &_view; }

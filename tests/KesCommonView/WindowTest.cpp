@@ -85,8 +85,9 @@ TEST_F(WindowRectangleTest, rectangleSurvivesShowingMovingAndHiding)
     })) << manager.getRectangle();
 
     window.move(10, 20);
-    EXPECT_TRUE(waitFor([&] { return manager.getRectangle() == RectangleF{10, 20, 640, 420}; }))
-        << manager.getRectangle();
+    EXPECT_TRUE(waitFor([&] {
+        return manager.getRectangle() == RectangleF{10, 20, 640, 420};
+    })) << manager.getRectangle();
     window.hide();
     runPendingEvents();
     EXPECT_EQ(manager.getRectangle(), (RectangleF{10, 20, 640, 420}));
@@ -94,8 +95,9 @@ TEST_F(WindowRectangleTest, rectangleSurvivesShowingMovingAndHiding)
     manager.setRectangle(manager.getRectangle());
     window.show();
     ASSERT_TRUE(waitFor([&] { return window.get_mapped() && window.is_active(); }));
-    EXPECT_TRUE(waitFor([&] { return manager.getRectangle() == RectangleF{10, 20, 640, 420}; }))
-        << manager.getRectangle();
+    EXPECT_TRUE(waitFor([&] {
+        return manager.getRectangle() == RectangleF{10, 20, 640, 420};
+    })) << manager.getRectangle();
 }
 
 TEST_F(WindowRectangleTest, nonsenseChangesNothingAndFarAwayIsBroughtBack)
@@ -247,12 +249,13 @@ TEST_F(AboutTest, closeButtonSpeaksTheLanguageOfTheProcess)
 {
     lng::language = lng::Russian;
     Kes::AboutView about;
+    about.setProgramName("Overcurrent");
     about.show();
     std::vector<std::string> captions;
     for (auto* button : KesTest::findWidgets<Gtk::Button>(about))
         if (KesTest::isSeen(*button))
             captions.push_back(button->get_label());
-    EXPECT_THAT(captions, testing::Contains("_Закрыть"));
+    EXPECT_THAT(captions, testing::ElementsAre("_Закрыть"));
     EXPECT_EQ(about.get_title(), "О программе");
 }
 

@@ -66,8 +66,7 @@ private:
 ScriptedDialogs::ScriptedDialogs()
     : _script(std::make_shared<Script>()),
       _previous(Kes::DialogBackend::install(std::make_unique<Backend>(_script)))
-{
-}
+{}
 
 ScriptedDialogs::~ScriptedDialogs()
 {
