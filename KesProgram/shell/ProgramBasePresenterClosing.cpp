@@ -2,6 +2,7 @@
 
 #include "ProgramBasePresenterFields.h"
 
+#include <KesCommon/EmitLast.h>
 #include <KesCommonView/DialogPresenter.h>
 #include <KesProgram/model/ProgramModel.h>
 #include <KesProgram/text/Program.h>
@@ -101,7 +102,7 @@ void ProgramBasePresenter::_onUnloadingFromModel()
 
 void ProgramBasePresenter::_onClosedFromModel()
 {
-    _fields->dialogs.whenClosed([this] { signalClosed.emit(); });
+    _fields->dialogs.whenClosed([this] { Kes::emitLast(signalClosed); });
 }
 
 } // namespace KesProgram

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KesCommon/EmitLast.h>
 #include <KesCommonView/IWindowView.h>
 #include <KesCommonView/PresenterBase.h>
 
@@ -27,7 +28,7 @@ public:
     }
 
 private:
-    void _onClosed() { signalClosed.emit(); }
+    void _onClosed() { Kes::emitLast(signalClosed); }
 
     sigc::connection _closed;
 };

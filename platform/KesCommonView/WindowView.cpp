@@ -1,5 +1,6 @@
 #include <KesCommonView/WindowView.h>
 
+#include <KesCommon/EmitLast.h>
 #include <KesCommonView/GtkWidgetHelper.h>
 
 #include <gdk/gdkkeysyms.h>
@@ -64,7 +65,7 @@ void WindowView::close()
         return;
     hide();
     // A slot may destroy this window: nothing comes after the emission.
-    signalClosed.emit();
+    Kes::emitLast(signalClosed);
 }
 
 void WindowView::setTitle(const std::string& title)

@@ -1,5 +1,6 @@
 #include <KesDevice/view/HardwareSettingsPresenter.h>
 
+#include <KesCommon/EmitLast.h>
 #include <KesDevice/view/DeviceViewText.h>
 #include <KesDevice/view/HardwareSettingsView.h>
 
@@ -50,12 +51,12 @@ void HardwareSettingsPresenter::_onConfirmed()
     auto hardware = _draft.take();
     _view->close();
     signalConfirmed.emit(hardware);
-    signalClosed.emit();
+    Kes::emitLast(signalClosed);
 }
 
 void HardwareSettingsPresenter::_onCancelled()
 {
-    signalClosed.emit();
+    Kes::emitLast(signalClosed);
 }
 
 } // namespace KesDevice
