@@ -1,5 +1,6 @@
 #include "ProgramBasePresenterFields.h"
 
+#include <KesCommonView/AccessibleActions.h>
 #include <KesCommonView/ApplicationDispatcher.h>
 #include <KesProgram/model/ProgramModel.h>
 #include <KesProgram/statusbar/ProgramStatusBarPresenter.h>
@@ -72,6 +73,7 @@ void ProgramBasePresenter::_init()
     _onBeforeInit();
     _fields->isInitialised = true;
     Kes::ApplicationDispatcherPresenter::getInstance().registerDispatcher();
+    Kes::AccessibleActions::comeFromMainLoop();
     _loadXmlConfig();
     auto& model = *_getModel();
     model.init();

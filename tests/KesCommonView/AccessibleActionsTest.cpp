@@ -1,0 +1,80 @@
+#include "support/GuiTest.h"
+
+#include <KesCommonView/AccessibleActions.h>
+
+#include <atk/atk.h>
+#include <gtkmm/button.h>
+#include <gtkmm/menu.h>
+#include <gtkmm/menubar.h>
+#include <gtkmm/menuitem.h>
+
+namespace {
+
+using KesTest::runPendingEvents;
+
+bool perform(Gtk::Widget& widget)
+{
+    return atk_action_do_action(ATK_ACTION(gtk_widget_get_accessible(widget.gobj())), 0);
+}
+
+class AccessibleActionsTest : public KesTest::GuiTest {
+protected:
+    AccessibleActionsTest()
+    {
+        Kes::AccessibleActions::comeFromMainLoop();
+        Kes::AccessibleActions::comeFromMainLoop();
+    }
+};
+
+TEST_F(AccessibleActionsTest, aButtonIsClickedFromTheMainLoop)
+{
+    Gtk::Window window;
+    auto button = std::make_unique<Gtk::Button>("Save");
+    int clicks = 0;
+    button->signal_clicked().connect([&] { ++clicks; });
+    window.add(*button);
+    window.show_all();
+
+    EXPECT_TRUE(perform(*button));
+    EXPECT_EQ(clicks, 0);
+    runPendingEvents();
+    EXPECT_EQ(clicks, 1);
+
+    button->set_sensitive(false);
+    EXPECT_FALSE(perform(*button));
+    button->set_sensitive(true);
+    EXPECT_TRUE(perform(*button));
+    button->set_sensitive(false);
+    runPendingEvents();
+    EXPECT_EQ(clicks, 1);
+
+    button->set_sensitive(true);
+    EXPECT_TRUE(perform(*button));
+    button.reset();
+    runPendingEvents();
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(AccessibleActionsTest, anItemOfAClosedMenuIsActivated)
+{
+    Gtk::Window window;
+    Gtk::MenuBar bar;
+    Gtk::MenuItem file("File");
+    Gtk::Menu menu;
+    Gtk::MenuItem save("Save");
+    int activations = 0;
+    save.signal_activate().connect([&] { ++activations; });
+    menu.append(save);
+    file.set_submenu(menu);
+    bar.append(file);
+    window.add(bar);
+    window.show_all();
+    menu.show_all();
+
+    EXPECT_TRUE(perform(save)); // critical messages are fatal here
+    EXPECT_EQ(activations, 0);
+    runPendingEvents();
+    EXPECT_EQ(activations, 1);
+}
+
+} // namespace
