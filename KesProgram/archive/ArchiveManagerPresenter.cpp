@@ -103,7 +103,7 @@ bool ArchiveManagerPresenter::_tryRepair(const std::string& path)
         _showFileInvalidDataErrorDialog(path);
     else
         _showFileAccessErrorDialog(path);
-    return static_cast<bool>(result);
+    return result;
 }
 
 void ArchiveManagerPresenter::save()

@@ -165,7 +165,7 @@ bool ProgramModel::_report(const Kes::Result& result)
 {
     if (!result)
         signalMessage.emit(Kes::ObjectErrorHelper::toDisplayString({result.getError()}));
-    return static_cast<bool>(result);
+    return result;
 }
 
 } // namespace KesProgram

@@ -21,7 +21,8 @@ public:
     /// A failure described by one text.
     static Result failure(std::string text) { return Result(TextError::create(std::move(text))); }
 
-    explicit operator bool() const { return _success; }
+    /// Implicit, so that an operation that answers with a `bool` can return a result as it is.
+    operator bool() const { return _success; }
 
     /// Null after success and after a failure without details.
     const std::shared_ptr<ObjectError>& getError() const { return _error; }

@@ -215,7 +215,7 @@ bool XslTransformer::transform()
     const auto written = writeWholeFile(_output, output);
     if (!written)
         KesLog::Log::writeError(written.getError()->getMessage());
-    return static_cast<bool>(written);
+    return written;
 }
 
 } // namespace Kes
