@@ -44,8 +44,10 @@ class QuittingDialogs : public Kes::UnattendedDialogs {
 public:
     Kes::DialogResult showMessage(const Kes::MessageRequest& request) override
     {
-        const auto answer = UnattendedDialogs::showMessage(request);
-        return request.buttons == Kes::DialogResult::YesNoCancel ? Kes::DialogResult::No : answer;
+        auto withoutCancel = request;
+        if (request.buttons == Kes::DialogResult::YesNoCancel)
+            withoutCancel.buttons = Kes::DialogResult::YesNo;
+        return UnattendedDialogs::showMessage(withoutCancel);
     }
 };
 
@@ -103,13 +105,12 @@ void UnattendedRun::_onWindowShown()
 bool UnattendedRun::_openFile()
 {
     auto* archive = _model.getArchiveManager();
-    if (!_commandLine.file.empty()) {
-        _presenter.openFile(_commandLine.file);
-        return archive && archive->getFileName() == _commandLine.file;
-    }
     if (archive)
         archive->create({});
-    return true;
+    if (_commandLine.file.empty())
+        return true;
+    _presenter.openFile(_commandLine.file);
+    return archive && archive->getFileName() == _commandLine.file;
 }
 
 void UnattendedRun::_startTest()

@@ -36,18 +36,19 @@ cmp a.html again.html || fail "the report of the archive differs from that of th
 cmp a.kovc again.kovc || fail "the archive differs after opening and saving"
 expect 0 "$overcurrent" --language ru a.kovc --report ru.html --quit
 holds ru.html "ИМИТИРУЕМОЕ УСТРОЙСТВО"
-LC_ALL=ru_RU.UTF-8 expect 0 "$overcurrent" --language en a.kovc --report locale.html --quit
-cmp a.html locale.html || fail "the report depends on the locale"
+rm -rf "$XDG_CACHE_HOME/kes"
+expect 0 "$overcurrent" --language en a.kovc --report fresh.html --quit
+cmp a.html fresh.html || fail "the report of a first start differs"
 
 echo "Files that cannot be read or written"
 expect 3 "$overcurrent" --language en missing.kovc --quit
 holds err "Error accessing file."
-head -c 2000 a.kovc >short.kovc
+head -c 900 a.kovc >short.kovc
 expect 3 "$overcurrent" --language en short.kovc --run --speed 5000 --report short.html --quit
 holds err "Try opening in data recovery mode?"
 [ ! -e short.html ] || fail "a report without the archive that it was asked for"
 for option in save report screenshot; do
-    expect 3 "$overcurrent" --language en --$option "$work/no/such/../a.kovc/file" --quit
+    expect 3 "$overcurrent" --language en --$option "$work/a.kovc/file" --quit
     holds err "a.kovc/file"
 done
 expect 3 "$overcurrent" --language en --run --speed 5000 --save /dev/full --quit

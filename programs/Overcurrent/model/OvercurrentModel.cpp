@@ -61,6 +61,11 @@ bool OvercurrentModel::isResultStale() const
     return results && (results->plan != _plan || results->settings != getSettings());
 }
 
+bool OvercurrentModel::isUntouched() const
+{
+    return !getResults() && _planError.empty() && _plan == TestPlan() && _testObject->serialize() == _defaultSettings;
+}
+
 void OvercurrentModel::announceOutcome()
 {
     if (isRunning())

@@ -53,6 +53,8 @@ public:
     double getProgress() const { return _progress; }
     /// Whether the results were measured with other settings or another plan than the present ones.
     bool isResultStale() const;
+    /// Whether the data is that of a new archive: nothing would be lost with it.
+    bool isUntouched() const;
 
     /// Puts how the last test ended into the state text, with a warning when its device was simulated.
     void announceOutcome();

@@ -1,6 +1,7 @@
 #include <Overcurrent/presenter/OvercurrentPresenter.h>
 
 #include <Overcurrent/view/FileMenuTailView.h>
+#include <Overcurrent/view/WindowOpening.h>
 
 #include <KesCommon/Connection.h>
 #include <KesCommonView/Style.h>
@@ -8,6 +9,7 @@
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
 #include <KesProgram/shell/ConfigurationError.h>
 #include <KesProgram/shell/FileMenuPresenter.h>
+#include <KesProgram/shell/FileOpening.h>
 #include <KesProgram/shell/FileRecentMenuPresenter.h>
 #include <KesProgram/shell/FileToolbarPresenter.h>
 #include <KesProgram/shell/HardwareControlToolbarPresenter.h>
@@ -50,13 +52,20 @@ OvercurrentPresenter::~OvercurrentPresenter() = default;
 
 void OvercurrentPresenter::openFile(const std::string& fileName)
 {
-    runDialogs([&] { getArchiveManagerPresenter()->open(fileName); });
+    runDialogs(
+        [&] { KesProgram::FileOpening::open(*getArchiveManagerPresenter(), fileName, _model.isUntouched()); });
 }
 
 void OvercurrentPresenter::_onInit()
 {
-    KesView::Style::setStyle("Overcurrent/Overcurrent.css");
     _createMenus();
+    WindowOpening::setDefaultSize(*_getProgramView(), 84.0, 56.0);
+    WindowOpening::afterFirstFrame(*_getProgramView(), sigc::mem_fun(*this, &OvercurrentPresenter::_createContent));
+}
+
+void OvercurrentPresenter::_createContent()
+{
+    KesView::Style::setStyle("Overcurrent/Overcurrent.css");
     _content = std::make_unique<ContentPresenter>(_model);
     _content->signalEdit().connect(sigc::mem_fun(*this, &OvercurrentPresenter::requestTestObject));
     _getProgramView()->setContent(*_content->getView());

@@ -28,6 +28,7 @@ private:
     struct Menus;
 
     void _createMenus();
+    void _createContent();
 
     OvercurrentModel& _model;
     std::unique_ptr<Menus> _menus;

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <KesCommonView/IView.h>
+
+#include <sigc++/sigc++.h>
+
+namespace Overcurrent {
+
+/// How a window appears quickly: it is shown at its size with little in it, and filled when the user already sees
+/// it. Both functions do nothing for a view that is not a window. GUI thread.
+class WindowOpening {
+public:
+    /// The size (in units of the font's size) that the window has unless another one is set later; no more
+    /// than fits on the monitor.
+    static void setDefaultSize(Kes::IView& view, double width, double height);
+
+    /// Calls the slot once, from the main loop, when the window has been drawn for the first time, or after
+    /// a moment when it is not drawn at all.
+    static void afterFirstFrame(Kes::IView& view, const sigc::slot<void()>& slot);
+};
+
+} // namespace Overcurrent
