@@ -11,6 +11,7 @@
 #include <glib-unix.h>
 #include <glibmm/exceptionhandler.h>
 #include <glibmm/main.h>
+#include <glibmm/miscutils.h>
 #include <gtk/gtk.h>
 #include <gtkmm/main.h>
 
@@ -64,6 +65,7 @@ public:
     int run(const std::string& version)
     {
         auto& presenter = *_parts.presenter;
+        Glib::set_application_name(_parts.model->getProgramName());
         presenter.setPackageVersion(version);
         presenter.signalClosed.connect([this] { _loop->quit(); });
         presenter.open(nullptr);

@@ -7,6 +7,7 @@
 #include <KesCommonView/Style.h>
 #include <KesCommonView/UpdateViewGuard.h>
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
+#include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/shell/ConfigurationError.h>
 #include <KesProgram/shell/FileMenuPresenter.h>
 #include <KesProgram/shell/FileOpening.h>
@@ -75,10 +76,11 @@ void OvercurrentPresenter::_createMenus()
 {
     _menus = std::make_unique<Menus>(*this, _model);
     _menus->fileTail.signalExit.connect(sigc::mem_fun(*this, &OvercurrentPresenter::requestClose));
-    const auto updateRecent = [this] { _menus->fileTail.setRecentEnabled(_model.getCanStart()); };
     _menus->canStartConnection = _model.signalCanStartChanged.connect(
-        [this, updateRecent] { _menus->guard.safeUpdateView(updateRecent); });
-    updateRecent();
+        [this] { _menus->guard.safeUpdateView([this] { _updateRecentFiles(); }); });
+    getFileRecentManager()->signalChanged.connect(
+        sigc::mem_fun(*this, &OvercurrentPresenter::_updateRecentFiles));
+    _updateRecentFiles();
     auto& bar = *_getMenuBar();
     bar.addMenu(_menus->file.getView());
     bar.addMenu(_menus->help.getView());
@@ -86,6 +88,13 @@ void OvercurrentPresenter::_createMenus()
     bar.addToolbar(_menus->control.getView());
     bar.addToolbar(_menus->settings.getView());
     bar.addToolbar(_menus->tools.getView());
+}
+
+/// Another archive would take a running test's results away.
+void OvercurrentPresenter::_updateRecentFiles()
+{
+    const bool hasFiles = !getFileRecentManager()->getCollection().empty();
+    _menus->fileTail.setRecentEnabled(hasFiles && _model.getCanStart());
 }
 
 void OvercurrentPresenter::_onFinishedFromModel(bool)

@@ -29,6 +29,7 @@ private:
 
     void _createMenus();
     void _createContent();
+    void _updateRecentFiles();
 
     OvercurrentModel& _model;
     std::unique_ptr<Menus> _menus;

@@ -19,8 +19,8 @@ Gdk::RGBA themeColour(const Glib::RefPtr<Gtk::StyleContext>& style, const char* 
     return style->lookup_color(name, colour) ? colour : otherwise;
 }
 
-/// The themes' colours for good and bad are made for large areas; as thin lines they need more contrast.
-Gdk::RGBA darkened(const Gdk::RGBA& colour, const Gdk::RGBA& foreground)
+/// The themes' colours are made for large areas; thin lines and small signs need more contrast.
+Gdk::RGBA contrasted(const Gdk::RGBA& colour, const Gdk::RGBA& foreground)
 {
     const auto mix = [](double one, double other) { return one * 0.7 + other * 0.3; };
     Gdk::RGBA mixed;
@@ -35,9 +35,9 @@ ChartColours themeColours(const Glib::RefPtr<Gtk::StyleContext>& style)
     ChartColours colours;
     colours.foreground = foreground;
     colours.background = themeColour(style, "theme_base_color", Gdk::RGBA("transparent"));
-    colours.curve = themeColour(style, "theme_selected_bg_color", foreground);
-    colours.passed = darkened(themeColour(style, "success_color", foreground), foreground);
-    colours.failed = darkened(themeColour(style, "error_color", foreground), foreground);
+    colours.curve = contrasted(themeColour(style, "theme_selected_bg_color", foreground), foreground);
+    colours.passed = contrasted(themeColour(style, "success_color", foreground), foreground);
+    colours.failed = contrasted(themeColour(style, "error_color", foreground), foreground);
     return colours;
 }
 

@@ -94,7 +94,10 @@ void PlanView::_addRamp(const char* nameKey, PlanField first)
         const int row = static_cast<int>(index / 2);
         auto& entry = _prepareEntry(next(first, index), Kes::StringHelper::format(
             get("PlanView.fieldName"), std::string(get(nameKey)), std::string(get(partKey))));
-        ramp.attach(makeLabel(get(partKey)), column, row, 1, 1);
+        auto& label = makeLabel(get(partKey));
+        if (column > 0)
+            label.get_style_context()->add_class("ramp-second");
+        ramp.attach(label, column, row, 1, 1);
         ramp.attach(entry, column + 1, row, 1, 1);
         ramp.attach(makeLabel(get(unitKey)), column + 2, row, 1, 1);
     };

@@ -58,7 +58,7 @@ void ResultsView::get_preferred_height_vfunc(int& minimum, int& natural) const
     int valuesNatural = 0;
     _values.get_preferred_height(valuesMinimum, valuesNatural);
     // Three lines and a little; the table wants room for eight rows and its header.
-    natural = std::max(natural, valuesNatural * 5);
+    natural = std::max(natural, valuesNatural * 11 / 2);
 }
 
 void ResultsView::_addColumn(const char* titleKey, const Gtk::TreeModelColumn<Glib::ustring>& column,
