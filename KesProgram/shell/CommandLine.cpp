@@ -83,7 +83,7 @@ public:
         _add("version", {"Tell the version", "Сообщить версию"}, version);
         Glib::OptionEntry rest;
         rest.set_long_name(G_OPTION_REMAINING);
-        rest.set_arg_description(lng::choose(file));
+        rest.set_arg_description(std::string("[") + lng::choose(file) + "]");
         add_entry_filename(rest, files);
     }
 
@@ -156,15 +156,18 @@ bool CommandLine::isUnattended() const
 std::variant<CommandLine, std::string> CommandLine::parse(int argc, char** argv,
                                                           const std::function<std::string()>& summary)
 {
-    // Texts go to the terminal in the user's encoding.
+    // Texts go to the terminal in the user's encoding; one that knows no letters but the English ones would
+    // show none of the others.
     std::setlocale(LC_ALL, "");
+    if (!g_get_charset(nullptr) && MB_CUR_MAX == 1 && std::strcmp(std::setlocale(LC_CTYPE, nullptr), "C") == 0)
+        std::setlocale(LC_CTYPE, "C.UTF-8");
     const std::string language = findLanguage(argc, argv);
     if (!useLanguage(language))
         return refuse({"\"%s\" is no language of this program; there are en and ru.",
                        "\"%s\" - не язык этой программы; есть en и ru."},
                       language);
     Options options;
-    Glib::OptionContext context;
+    Glib::OptionContext context("");
     context.set_summary(summary());
     context.set_main_group(options);
     try {

@@ -258,9 +258,10 @@
     </table>
   </xsl:template>
 
-  <!-- The plot's own units; around it a margin for the labels. -->
+  <!-- The plot's own units; around it a margin for the labels. Places are never calculated here: numbers that XPath
+       writes follow the user's locale. -->
   <xsl:template match="chart">
-    <svg xmlns="http://www.w3.org/2000/svg" role="img" viewBox="-58 -34 {@width + 82} {@height + 80}"
+    <svg xmlns="http://www.w3.org/2000/svg" role="img" viewBox="{@viewBox}"
          font-family="DejaVu Sans, Segoe UI, sans-serif" font-size="12" fill="#1d2126">
       <title><xsl:value-of select="@description"/></title>
       <g stroke="#e6eaee">
@@ -287,14 +288,14 @@
       <rect width="{@width}" height="{@height}" fill="none" stroke="#56606b"/>
       <g text-anchor="middle">
         <xsl:for-each select="x[@label != '']">
-          <text x="{@at}" y="{../@height + 17}"><xsl:value-of select="@label"/></text>
+          <text x="{@at}" y="{../@height}" dy="17"><xsl:value-of select="@label"/></text>
         </xsl:for-each>
       </g>
       <g text-anchor="end">
         <xsl:for-each select="y[@label != '']">
-          <text x="-7" y="{@at + 4}"><xsl:value-of select="@label"/></text>
+          <text x="-7" y="{@at}" dy="4"><xsl:value-of select="@label"/></text>
         </xsl:for-each>
-        <text x="{@width}" y="{@height + 36}">I / Is</text>
+        <text x="{@width}" y="{@height}" dy="36">I / Is</text>
       </g>
       <text x="-50" y="-14">
         <xsl:call-template name="text"><xsl:with-param name="key" select="'seconds'"/></xsl:call-template>
@@ -319,11 +320,8 @@
         <circle xmlns="http://www.w3.org/2000/svg" cx="{$x}" cy="{$y}" r="5" fill="#1f7a3d" stroke="#fff"/>
       </xsl:when>
       <xsl:otherwise>
-        <g xmlns="http://www.w3.org/2000/svg" stroke="#b3261e" stroke-width="2">
-          <rect x="{$x - 5}" y="{$y - 5}" width="10" height="10" fill="#fff"/>
-          <line x1="{$x - 5}" y1="{$y - 5}" x2="{$x + 5}" y2="{$y + 5}"/>
-          <line x1="{$x - 5}" y1="{$y + 5}" x2="{$x + 5}" y2="{$y - 5}"/>
-        </g>
+        <path xmlns="http://www.w3.org/2000/svg" transform="translate({$x} {$y})" d="M-5-5H5V5H-5ZL5 5M-5 5L5-5" fill="#fff"
+              stroke="#b3261e" stroke-width="2"/>
       </xsl:otherwise>
     </xsl:choose>
   </xsl:template>

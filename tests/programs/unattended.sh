@@ -40,6 +40,14 @@ rm -rf "$XDG_CACHE_HOME/kes"
 expect 0 "$overcurrent" --language en a.kovc --report fresh.html --quit
 cmp a.html fresh.html || fail "the report of a first start differs"
 
+if localedef -i ru_RU -f UTF-8 "$work/ru_RU.UTF-8" >/dev/null 2>&1; then
+    echo "A locale of decimal commas"
+    LOCPATH=$work LC_ALL=ru_RU.UTF-8 expect 0 "$overcurrent" --language en a.kovc --report comma.html --save comma.kovc \
+        --quit
+    cmp a.html comma.html || fail "the report depends on the locale"
+    cmp a.kovc comma.kovc || fail "the archive depends on the locale"
+fi
+
 echo "Files that cannot be read or written"
 expect 3 "$overcurrent" --language en missing.kovc --quit
 holds err "Error accessing file."

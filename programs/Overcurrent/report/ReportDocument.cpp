@@ -18,6 +18,8 @@ namespace {
 /// The plot in the stylesheet's drawing, in its units.
 constexpr double plotWidth = 640.0;
 constexpr double plotHeight = 380.0;
+/// Left, top, width and height, with room for the labels.
+constexpr const char* viewBox = "-58 -34 722 460";
 
 std::string coordinate(double value)
 {
@@ -83,6 +85,7 @@ public:
 
     void write()
     {
+        _element.set_attribute("viewBox", viewBox);
         _element.set_attribute("width", coordinate(plotWidth));
         _element.set_attribute("height", coordinate(plotHeight));
         _element.set_attribute("description", _chart.describe());

@@ -108,7 +108,7 @@ void ChartView::get_preferred_width_vfunc(int& minimum, int& natural) const
 void ChartView::get_preferred_height_vfunc(int& minimum, int& natural) const
 {
     minimum = 9 * _lineHeight();
-    natural = 24 * _lineHeight();
+    natural = 21 * _lineHeight();
 }
 
 } // namespace Overcurrent
