@@ -71,15 +71,17 @@ public:
     Options() : Glib::OptionGroup("program", "")
     {
         static constexpr TextPair file{"FILE", "ФАЙЛ"};
-        _add("language", {"Language of the program: en or ru", "Язык программы: en или ru"}, {"en|ru", "en|ru"},
-             language);
+        _add("language", {"Language of the program: en or ru", "Язык программы: en или ru"},
+             {"en|ru", "en|ru"}, language);
         _add("run", {"Start the test once the window is open", "Начать проверку, когда окно открыто"}, run);
         _addFile("save", {"Save the archive", "Сохранить архив"}, file, save);
         _addFile("report", {"Write the report", "Записать протокол"}, file, report);
         _addFile("screenshot", {"Write a picture (PNG) of the window", "Записать снимок окна (PNG)"}, file,
                  screenshot);
-        _add("speed", {"Speed factor of the simulated bench", "Ускорение имитируемого стенда"}, {"N", "N"}, speed);
-        _add("quit", {"Close the program when all that is done", "Закрыть программу, когда всё сделано"}, quit);
+        _add("speed", {"Speed factor of the simulated bench", "Ускорение имитируемого стенда"}, {"N", "N"},
+             speed);
+        _add("quit", {"Close the program when all that is done", "Закрыть программу, когда всё сделано"},
+             quit);
         _add("version", {"Tell the version", "Сообщить версию"}, version);
         Glib::OptionEntry rest;
         rest.set_long_name(G_OPTION_REMAINING);
@@ -159,7 +161,8 @@ std::variant<CommandLine, std::string> CommandLine::parse(int argc, char** argv,
     // Texts go to the terminal in the user's encoding; one that knows no letters but the English ones would
     // show none of the others.
     std::setlocale(LC_ALL, "");
-    if (!g_get_charset(nullptr) && MB_CUR_MAX == 1 && std::strcmp(std::setlocale(LC_CTYPE, nullptr), "C") == 0)
+    if (!g_get_charset(nullptr) && MB_CUR_MAX == 1 &&
+        std::strcmp(std::setlocale(LC_CTYPE, nullptr), "C") == 0)
         std::setlocale(LC_CTYPE, "C.UTF-8");
     const std::string language = findLanguage(argc, argv);
     if (!useLanguage(language))

@@ -14,7 +14,8 @@ struct KES_EXPORT CommandLine {
     std::string file;
     /// Start the test once the window is open.
     bool run = false;
-    /// Where to put archive, report and picture of the window, when the run has ended, or at once without one.
+    /// Where to put archive, report and picture of the window, when the run has ended, or at once without
+    /// one.
     std::string save;
     std::string report;
     std::string screenshot;
@@ -28,9 +29,9 @@ struct KES_EXPORT CommandLine {
     /// Whether the program has something to do by itself; until it is done, no dialog waits for a user.
     bool isUnattended() const;
 
-    /// Reads the arguments of `main`. Sets the language of the process first, from "--language" or else from the
-    /// user's environment, so that even the help is in it. `summary`: what the program does, one line in the
-    /// language then set. Gives the text of an error for arguments that cannot be understood. "--help" is
+    /// Reads the arguments of `main`. Sets the language of the process first, from "--language" or else from
+    /// the user's environment, so that even the help is in it. `summary`: what the program does, one line in
+    /// the language then set. Gives the text of an error for arguments that cannot be understood. "--help" is
     /// answered here, and ends the process. GUI thread, before GTK is initialised.
     static std::variant<CommandLine, std::string> parse(int argc, char** argv,
                                                         const std::function<std::string()>& summary);

@@ -1,9 +1,8 @@
 #include <KesProgram/shell/ConfigurationError.h>
 
+#include <KesCommon/ExceptionText.h>
 #include <KesCommon/StringHelper.h>
 #include <KesProgram/text/TextPair.h>
-
-#include <glibmm/exception.h>
 
 namespace KesProgram {
 
@@ -11,18 +10,18 @@ namespace {
 
 std::string describe(const std::string& path, const std::string& reason)
 {
-    static constexpr lng::TextPair text{
-        "The program's configuration could not be saved: recent files and window place are lost.\n%s\n\nPath:\n%s",
-        "Не удалось сохранить конфигурацию программы: недавние файлы и положение окна потеряны.\n%s\n\nПуть:\n%s"};
+    static constexpr lng::TextPair text{"The program's configuration could not be saved: recent files and "
+                                        "window place are lost.\n%s\n\nPath:\n%s",
+                                        "Не удалось сохранить конфигурацию программы: недавние файлы и "
+                                        "положение окна потеряны.\n%s\n\nПуть:\n%s"};
     return Kes::StringHelper::format(lng::choose(text), reason, path);
 }
 
 } // namespace
 
-ConfigurationError::ConfigurationError(const std::string& path, const std::string& reason) :
-    std::runtime_error(describe(path, reason))
-{
-}
+ConfigurationError::ConfigurationError(const std::string& path, const std::string& reason)
+    : std::runtime_error(describe(path, reason))
+{}
 
 ConfigurationError::~ConfigurationError() = default;
 
@@ -30,12 +29,8 @@ void ConfigurationError::translate(const std::string& path, const std::function<
 {
     try {
         write();
-    } catch (const std::exception& error) {
-        throw ConfigurationError(path, error.what());
-    } catch (const Glib::Exception& error) {
-        throw ConfigurationError(path, error.what());
     } catch (...) {
-        throw ConfigurationError(path, {});
+        throw ConfigurationError(path, Kes::getCurrentExceptionText());
     }
 }
 

@@ -8,13 +8,14 @@
 
 namespace KesProgram {
 
-/// The configuration file could not be written while the program was closing. The text can be shown to the user.
+/// The configuration file could not be written while the program was closing. The text can be shown to the
+/// user.
 ///
-/// A program's presenter lets its `_saveXmlConfig` throw it; `ProgramMain` catches it at the top, tells the user and
-/// closes the program all the same.
+/// A program's presenter lets its `_saveXmlConfig` throw it; `ProgramMain` catches it at the top, tells the
+/// user and closes the program all the same.
 class KES_EXPORT ConfigurationError : public std::runtime_error {
 public:
-    /// `path`: that of the file; `reason`: why, empty when not known.
+    /// `path`: that of the file; `reason`: why.
     ConfigurationError(const std::string& path, const std::string& reason);
     ~ConfigurationError() override;
 

@@ -19,7 +19,10 @@ public:
         _backend = backend.get();
         _backend->previous = Kes::DialogBackend::install(std::move(backend));
     }
-    ~WithoutFirstSaveQuestion() { const auto own = Kes::DialogBackend::install(std::move(_backend->previous)); }
+    ~WithoutFirstSaveQuestion()
+    {
+        const auto own = Kes::DialogBackend::install(std::move(_backend->previous));
+    }
     WithoutFirstSaveQuestion(const WithoutFirstSaveQuestion&) = delete;
     WithoutFirstSaveQuestion& operator=(const WithoutFirstSaveQuestion&) = delete;
 

@@ -15,6 +15,7 @@
 #include <gtk/gtk.h>
 #include <gtkmm/main.h>
 
+#include <array>
 #include <csignal>
 #include <cstdio>
 

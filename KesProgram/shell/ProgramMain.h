@@ -13,7 +13,8 @@ namespace KesProgram {
 class ProgramBasePresenter;
 class ProgramModel;
 
-/// What `main` of a program of the family does: command line, language, GTK, window, main loop, and an orderly end.
+/// What `main` of a program of the family does: command line, language, GTK, window, main loop, and an
+/// orderly end.
 ///
 ///     int main(int argc, char** argv)
 ///     {
@@ -43,10 +44,10 @@ public:
     /// `version` that of its package.
     ///
     /// The signals SIGINT and SIGTERM ask the program to close, and stop an unattended run. An exception that
-    /// nothing has caught is shown to the user; a configuration file that cannot be written (`ConfigurationError`) as
-    /// well, and the program then closes without it.
-    static int run(int argc, char** argv, const std::function<std::string()>& summary, const std::string& version,
-                   const Create& create);
+    /// nothing has caught is shown to the user; a configuration file that cannot be written
+    /// (`ConfigurationError`) as well, and the program then closes without it.
+    static int run(int argc, char** argv, const std::function<std::string()>& summary,
+                   const std::string& version, const Create& create);
 };
 
 } // namespace KesProgram

@@ -53,19 +53,20 @@ public:
 
 } // namespace
 
-UnattendedRun::UnattendedRun(const CommandLine& commandLine, ProgramModel& model, ProgramBasePresenter& presenter,
-                             WriteReport writeReport) :
-    _commandLine(commandLine),
-    _model(model),
-    _presenter(presenter),
-    _writeReport(std::move(writeReport)),
-    _userDialogs(Kes::DialogBackend::install(std::make_unique<Kes::UnattendedDialogs>()))
+UnattendedRun::UnattendedRun(const CommandLine& commandLine, ProgramModel& model,
+                             ProgramBasePresenter& presenter, WriteReport writeReport)
+    : _commandLine(commandLine),
+      _model(model),
+      _presenter(presenter),
+      _writeReport(std::move(writeReport)),
+      _userDialogs(Kes::DialogBackend::install(std::make_unique<Kes::UnattendedDialogs>()))
 {
     _finishedConnection = model.signalFinished.connect([this](bool outputStarted) {
         // After everything that the run has queued before, its messages above all.
         _guard.safeBeginUpdateView([this, outputStarted] {
             Glib::signal_idle().connect_once(
-                sigc::bind(sigc::mem_fun(*this, &UnattendedRun::_onFinished), outputStarted), Glib::PRIORITY_LOW);
+                sigc::bind(sigc::mem_fun(*this, &UnattendedRun::_onFinished), outputStarted),
+                Glib::PRIORITY_LOW);
         });
     });
     _runningConnection =
@@ -127,8 +128,7 @@ void UnattendedRun::_notStarted()
     _isTestUnderWay = false;
     _status = NotStarted;
     // The reasons, which come first, may still be on their way.
-    Glib::signal_idle().connect_once(
-        [] { tell(lng::choose(text)); }, Glib::PRIORITY_LOW);
+    Glib::signal_idle().connect_once([] { tell(lng::choose(text)); }, Glib::PRIORITY_LOW);
     _later(&UnattendedRun::_complete);
 }
 
@@ -142,12 +142,20 @@ void UnattendedRun::_onFinished(bool outputStarted)
     }
     _isTestUnderWay = false;
     switch (_model.getRunVerdict()) {
-    case RunVerdict::Passed: _status = Success; break;
-    case RunVerdict::Failed: _status = OutOfTolerance; break;
-    case RunVerdict::Stopped: _status = Stopped; break;
+    case RunVerdict::Passed:
+        _status = Success;
+        break;
+    case RunVerdict::Failed:
+        _status = OutOfTolerance;
+        break;
+    case RunVerdict::Stopped:
+        _status = Stopped;
+        break;
     case RunVerdict::Fault:
     // Its own failure has ended the test before it had a verdict.
-    case RunVerdict::None: _status = _isTerminating ? Stopped : Failure; break;
+    case RunVerdict::None:
+        _status = _isTerminating ? Stopped : Failure;
+        break;
     }
     _later(&UnattendedRun::_writeFiles);
 }
@@ -200,13 +208,14 @@ void UnattendedRun::_whenDrawn(void (UnattendedRun::*step)())
         _later(step);
     };
     _drawnFrames = 0;
-    _drawConnection = window->signal_draw().connect([this, window, goOn](const Cairo::RefPtr<Cairo::Context>&) {
-        window->queue_draw();
-        // Not from here: it ends the life of what is running.
-        if (++_drawnFrames == framesUntilDrawn)
-            Glib::signal_idle().connect_once(sigc::track_obj(goOn, *this));
-        return false;
-    });
+    _drawConnection =
+        window->signal_draw().connect([this, window, goOn](const Cairo::RefPtr<Cairo::Context>&) {
+            window->queue_draw();
+            // Not from here: it ends the life of what is running.
+            if (++_drawnFrames == framesUntilDrawn)
+                Glib::signal_idle().connect_once(sigc::track_obj(goOn, *this));
+            return false;
+        });
     window->queue_draw();
     Glib::signal_timeout().connect_once(sigc::track_obj(goOn, *this), longestWait);
 }

@@ -19,12 +19,13 @@ namespace KesProgram {
 class ProgramBasePresenter;
 class ProgramModel;
 
-/// Does what the command line asks for without a user: opens the file, runs the test, writes archive, report and
-/// picture, and closes the program.
+/// Does what the command line asks for without a user: opens the file, runs the test, writes archive, report
+/// and picture, and closes the program.
 ///
-/// Without a file it begins with a new document, whatever was open last. Until all is done, messages go to standard
-/// error and questions get their declining answer; afterwards, without "--quit", the window is the user's. A test
-/// that was not started writes no files; one that was stopped or ended by a fault writes what it has measured.
+/// Without a file it begins with a new document, whatever was open last. Until all is done, messages go to
+/// standard error and questions get their declining answer; afterwards, without "--quit", the window is the
+/// user's. A test that was not started writes no files; one that was stopped or ended by a fault writes what
+/// it has measured.
 ///
 /// Owned by `ProgramMain`; lives while the window does. GUI thread.
 class KES_EXPORT UnattendedRun : public sigc::trackable {
@@ -44,8 +45,8 @@ public:
     /// Writes the report to a path.
     using WriteReport = std::function<Kes::Result(const std::string&)>;
 
-    /// The model and the presenter outlive it. Without a function the model's `createReport` is asked, and its
-    /// file copied.
+    /// The model and the presenter outlive it. Without a function the model's `createReport` is asked, and
+    /// its file copied.
     UnattendedRun(const CommandLine& commandLine, ProgramModel& model, ProgramBasePresenter& presenter,
                   WriteReport writeReport);
     ~UnattendedRun();

@@ -19,8 +19,9 @@ namespace {
 std::string readPng(Gtk::Window& window)
 {
     const auto content = window.get_window();
-    const auto picture = content ? Gdk::Pixbuf::create(content, 0, 0, content->get_width(), content->get_height())
-                                 : Glib::RefPtr<Gdk::Pixbuf>();
+    const auto picture = content
+                             ? Gdk::Pixbuf::create(content, 0, 0, content->get_width(), content->get_height())
+                             : Glib::RefPtr<Gdk::Pixbuf>();
     if (!picture)
         throw std::runtime_error("the window is not shown");
     gchar* bytes = nullptr;
@@ -34,11 +35,13 @@ std::string readPng(Gtk::Window& window)
 
 Kes::Result WindowPicture::save(Gtk::Window& window, const std::string& path)
 {
-    static constexpr lng::TextPair failure{"No picture of the window can be made: %s", "Не удалось сделать снимок окна: %s"};
+    static constexpr lng::TextPair failure{"No picture of the window can be made: %s",
+                                           "Не удалось сделать снимок окна: %s"};
     try {
         return Kes::writeWholeFile(path, readPng(window));
     } catch (const std::exception& error) {
-        return Kes::Result::failure(Kes::StringHelper::format(lng::choose(failure), std::string(error.what())));
+        return Kes::Result::failure(
+            Kes::StringHelper::format(lng::choose(failure), std::string(error.what())));
     } catch (const Glib::Exception& error) {
         return Kes::Result::failure(Kes::StringHelper::format(lng::choose(failure), error.what()));
     }

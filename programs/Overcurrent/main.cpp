@@ -22,5 +22,6 @@ KesProgram::ProgramMain::Parts create(const KesProgram::CommandLine& commandLine
 int main(int argc, char** argv)
 {
     return KesProgram::ProgramMain::run(
-        argc, argv, [] { return std::string(lng::Overcurrent::get("Program.summary")); }, KES_VERSION, create);
+        argc, argv, [] { return std::string(lng::Overcurrent::get("Program.summary")); }, KES_VERSION,
+        create);
 }

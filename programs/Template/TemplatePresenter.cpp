@@ -11,7 +11,10 @@ namespace {
 /// What the window is about.
 class ContentView : public Gtk::Label, public Kes::IView {
 public:
-    ContentView() : Gtk::Label("An empty test: Start begins it, Stop ends it.") { set_size_request(480, 240); }
+    ContentView() : Gtk::Label("An empty test: Start begins it, Stop ends it.")
+    {
+        set_size_request(480, 240);
+    }
 };
 
 } // namespace

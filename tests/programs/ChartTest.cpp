@@ -51,7 +51,8 @@ TEST(LogAxisTest, MakesAnAxisOfAnything)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double infinity = std::numeric_limits<double>::infinity();
-    for (const auto& [least, most] : {std::pair(0.0, 1.0), {-1.0, 1.0}, {nan, nan}, {1.0, infinity}, {5.0, 2.0}}) {
+    for (const auto& [least, most] :
+         {std::pair(0.0, 1.0), {-1.0, 1.0}, {nan, nan}, {1.0, infinity}, {5.0, 2.0}}) {
         EXPECT_DOUBLE_EQ(LogAxis(least, most).getMinimum(), 1.0);
         EXPECT_DOUBLE_EQ(LogAxis(least, most).getMaximum(), 10.0);
     }
@@ -73,13 +74,13 @@ TestResults twoPoints()
 /// The chart on white, curve grey, passed points green, failed ones red.
 class Picture {
 public:
-    explicit Picture(const ChartData& chart) :
-        surface(Cairo::ImageSurface::create(Cairo::FORMAT_RGB24, 800, 600))
+    explicit Picture(const ChartData& chart)
+        : surface(Cairo::ImageSurface::create(Cairo::FORMAT_RGB24, 800, 600))
     {
         Pango::init();
         const auto cairo = Cairo::Context::create(surface);
-        const ChartColours colours{Gdk::RGBA("black"), Gdk::RGBA("white"), Gdk::RGBA("grey"), Gdk::RGBA("#00ff00"),
-                                   Gdk::RGBA("#ff0000")};
+        const ChartColours colours{Gdk::RGBA("black"), Gdk::RGBA("white"), Gdk::RGBA("grey"),
+                                   Gdk::RGBA("#00ff00"), Gdk::RGBA("#ff0000")};
         ChartDrawing drawing(
             chart, colours,
             [&](const std::string& text) {
@@ -101,7 +102,8 @@ public:
         surface->flush();
         int number = 0;
         for (const auto& [x, y] : found[point]) {
-            const auto* row = reinterpret_cast<const std::uint32_t*>(surface->get_data() + y * surface->get_stride());
+            const auto* row =
+                reinterpret_cast<const std::uint32_t*>(surface->get_data() + y * surface->get_stride());
             number += (row[x] & 0xffffffu) == colour;
         }
         return number;
@@ -132,7 +134,8 @@ TEST(ChartTest, DrawsPassedAndFailedPointsAsDifferentShapes)
 
 TEST(ChartTest, TheCurveLiesWithinItsBandAndTheAxes)
 {
-    for (const auto curve : {CurveKind::StandardInverse, CurveKind::ExtremelyInverse, CurveKind::DefiniteTimeCurve}) {
+    for (const auto curve :
+         {CurveKind::StandardInverse, CurveKind::ExtremelyInverse, CurveKind::DefiniteTimeCurve}) {
         RelaySettings settings;
         settings.curve = curve;
         const auto chart = ChartData::create(settings, TestPlan(), nullptr);

@@ -29,17 +29,25 @@ TEST(OperateCurveTest, FollowsTheFormulaOfTheStandard)
         double multiple;
         double seconds;
     } const cases[] = {
-        {StandardInverse, 1.0, 1.5, 17.194219}, {StandardInverse, 1.0, 2.0, 10.029027},
-        {StandardInverse, 1.0, 5.0, 4.279720},  {StandardInverse, 1.0, 10.0, 2.970599},
-        {StandardInverse, 0.1, 10.0, 0.297060}, {StandardInverse, 1.0, 20.0, 2.267356},
-        {VeryInverse, 1.0, 2.0, 13.5},          {VeryInverse, 0.5, 10.0, 0.75},
-        {ExtremelyInverse, 1.0, 2.0, 26.666667}, {ExtremelyInverse, 1.0, 10.0, 0.808081},
-        {LongTimeInverse, 1.0, 2.0, 120.0},     {LongTimeInverse, 0.2, 5.0, 6.0},
+        {StandardInverse, 1.0, 1.5, 17.194219},
+        {StandardInverse, 1.0, 2.0, 10.029027},
+        {StandardInverse, 1.0, 5.0, 4.279720},
+        {StandardInverse, 1.0, 10.0, 2.970599},
+        {StandardInverse, 0.1, 10.0, 0.297060},
+        {StandardInverse, 1.0, 20.0, 2.267356},
+        {VeryInverse, 1.0, 2.0, 13.5},
+        {VeryInverse, 0.5, 10.0, 0.75},
+        {ExtremelyInverse, 1.0, 2.0, 26.666667},
+        {ExtremelyInverse, 1.0, 10.0, 0.808081},
+        {LongTimeInverse, 1.0, 2.0, 120.0},
+        {LongTimeInverse, 0.2, 5.0, 6.0},
         // From twenty times the setting on, the time stays as it is there.
-        {VeryInverse, 1.0, 20.0, 0.710526},     {VeryInverse, 1.0, 30.0, 0.710526},
+        {VeryInverse, 1.0, 20.0, 0.710526},
+        {VeryInverse, 1.0, 30.0, 0.710526},
     };
     for (const auto& test : cases) {
-        const auto seconds = OperateCurve::operateTime(settingsOf(test.curve, test.multiplier), test.multiple);
+        const auto seconds =
+            OperateCurve::operateTime(settingsOf(test.curve, test.multiplier), test.multiple);
         ASSERT_TRUE(seconds);
         EXPECT_NEAR(*seconds, test.seconds, 2e-6) << test.curve << " at " << test.multiple;
     }
@@ -57,7 +65,8 @@ TEST(OperateCurveTest, DefiniteTimeDependsOnNothingAboveTheSetting)
 TEST(OperateCurveTest, DoesNotOperateAtOrBelowTheSetting)
 {
     const auto nan = std::numeric_limits<double>::quiet_NaN();
-    for (const auto curve : {StandardInverse, VeryInverse, ExtremelyInverse, LongTimeInverse, DefiniteTimeCurve})
+    for (const auto curve :
+         {StandardInverse, VeryInverse, ExtremelyInverse, LongTimeInverse, DefiniteTimeCurve})
         for (const double multiple : {1.0, 0.99, 0.0, -2.0, nan})
             EXPECT_FALSE(OperateCurve::operateTime(settingsOf(curve, 1.0), multiple)) << multiple;
 }
@@ -111,7 +120,8 @@ TEST(EvaluationTest, PassesOnlyWhatIsWholeAndWithinTolerance)
         return Evaluation::verdict(results);
     };
     EXPECT_EQ(verdictWith([](auto& r) { r.points[0].time *= 2; }), RunVerdict::Failed);
-    EXPECT_EQ(verdictWith([](auto& r) { r.points[0].state = MeasureState::NoOperation; }), RunVerdict::Failed);
+    EXPECT_EQ(verdictWith([](auto& r) { r.points[0].state = MeasureState::NoOperation; }),
+              RunVerdict::Failed);
     EXPECT_EQ(verdictWith([](auto& r) { r.pickUp->multiple = 1.06; }), RunVerdict::Failed);
     EXPECT_EQ(verdictWith([](auto& r) { r.pickUp->state = MeasureState::ContactEarly; }), RunVerdict::Failed);
     EXPECT_EQ(verdictWith([](auto& r) { r.dropOff->multiple = 0.9; }), RunVerdict::Failed);

@@ -72,7 +72,8 @@ protected:
 TEST_F(ModelRunTest, MeasuresEverythingAndPasses)
 {
     std::vector<std::string> states;
-    Kes::ScopedConnection connection = model.signalStateChanged.connect([&] { states.push_back(model.getState()); });
+    Kes::ScopedConnection connection =
+        model.signalStateChanged.connect([&] { states.push_back(model.getState()); });
     ASSERT_TRUE(runToEnd());
     EXPECT_TRUE(startedOutput);
     EXPECT_EQ(finishes, 1);

@@ -67,7 +67,8 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
             const double ideal = *OperateCurve::operateTime(settings, multiple);
             const double measured = std::chrono::duration<double>(time).count();
             EXPECT_NE(measured, ideal);
-            EXPECT_NEAR(measured, ideal, OperateCurve::tolerance(settings, ideal)) << curve << " at " << multiple;
+            EXPECT_NEAR(measured, ideal, OperateCurve::tolerance(settings, ideal))
+                << curve << " at " << multiple;
             Player second(relay);
             EXPECT_EQ(operateTime(second.play(multiple * 0.4, 400s), DeviceTime(0)), time);
         }

@@ -54,9 +54,10 @@ TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)
 {
     const auto results = someResults();
     const std::string report = make(&results);
-    EXPECT_THAT(report, AllOf(HasSubstr("SIMULATED DEVICE"), HasSubstr("Test stopped before its end"),
-                              HasSubstr("10.100"), HasSubstr("No operation"), HasSubstr("<svg"),
-                              HasSubstr("KESTO-3 &lt;b&gt;No.&lt;/b&gt; 00017"), HasSubstr("Standard inverse")));
+    EXPECT_THAT(report,
+                AllOf(HasSubstr("SIMULATED DEVICE"), HasSubstr("Test stopped before its end"),
+                      HasSubstr("10.100"), HasSubstr("No operation"), HasSubstr("<svg"),
+                      HasSubstr("KESTO-3 &lt;b&gt;No.&lt;/b&gt; 00017"), HasSubstr("Standard inverse")));
     EXPECT_THAT(report, AllOf(Not(HasSubstr("<script")), Not(HasSubstr("<link")), Not(HasSubstr("src="))));
     // In the chart and in its legend.
     EXPECT_EQ(countOf(report, "<circle"), 2u);
@@ -67,8 +68,9 @@ TEST_F(ReportTest, SpeaksRussian)
 {
     const KesTest::LanguageScope scope(lng::Russian);
     const auto results = someResults();
-    EXPECT_THAT(make(&results), AllOf(HasSubstr("ИМИТИРУЕМОЕ УСТРОЙСТВО"), HasSubstr("Протокол проверки"),
-                                      HasSubstr("10,100"), HasSubstr("lang=\"ru\""), Not(HasSubstr("Test "))));
+    EXPECT_THAT(make(&results),
+                AllOf(HasSubstr("ИМИТИРУЕМОЕ УСТРОЙСТВО"), HasSubstr("Протокол проверки"),
+                      HasSubstr("10,100"), HasSubstr("lang=\"ru\""), Not(HasSubstr("Test "))));
 }
 
 TEST_F(ReportTest, IsTheSameBytesForTheSameData)
@@ -93,7 +95,8 @@ TEST_F(ReportTest, AFileThatCannotBeWrittenIsAnError)
     EXPECT_FALSE(file.write("/dev/full", RelaySettings(), TestPlan(), nullptr));
     KesTest::writeFile(home.file("plain"), "a file");
     EXPECT_FALSE(file.write(home.file("plain/report.html"), RelaySettings(), TestPlan(), nullptr));
-    EXPECT_FALSE(ReportFile(home.file("plain/")).write(home.file("x.html"), RelaySettings(), TestPlan(), nullptr));
+    EXPECT_FALSE(
+        ReportFile(home.file("plain/")).write(home.file("x.html"), RelaySettings(), TestPlan(), nullptr));
 }
 
 TEST_F(ReportTest, TheModelPutsItsReportIntoTheDocuments)

@@ -59,8 +59,8 @@ private:
 /// A device on a bench of its own, in working mode.
 class TestRunTest : public testing::Test {
 protected:
-    TestRunTest() :
-        kesto(KesDevice::Kesto::Address({10, 0, 0, 1}), KesDriver::SimulatedKesto::createLink(device))
+    TestRunTest()
+        : kesto(KesDevice::Kesto::Address({10, 0, 0, 1}), KesDriver::SimulatedKesto::createLink(device))
     {
         EXPECT_TRUE(device->setSpeed(5000));
         plan.multiples = {2.0, 5.0};
@@ -109,7 +109,8 @@ TEST_F(TestRunTest, MeasuresTheRelaysTimesExactly)
 TEST_F(TestRunTest, APointWithoutOperationTakesTheTimeout)
 {
     EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(3.0, 1s, 10ms)), RunEnd::Complete);
-    EXPECT_THAT(recorder.points, ElementsAre(PointResult{2.0, MeasureState::NoOperation, {}}, measured(5.0, 1s)));
+    EXPECT_THAT(recorder.points,
+                ElementsAre(PointResult{2.0, MeasureState::NoOperation, {}}, measured(5.0, 1s)));
 }
 
 TEST_F(TestRunTest, AContactThatIsClosedBeforeTheCurrentIsNoOperateTime)

@@ -89,7 +89,8 @@ void SimulatedRelay::_dropOff()
 
 void SimulatedRelay::_predictTrip()
 {
-    // Once the measuring element has operated, its contact is on its way whatever the current does above drop-off.
+    // Once the measuring element has operated, its contact is on its way whatever the current does above
+    // drop-off.
     if (!_isPickedUp || _trip.isClosed || (_trip.changeAt && _travelled >= 1.0))
         return;
     const auto full = OperateCurve::operateTime(_settings, _multiple);

@@ -8,8 +8,9 @@
 
 namespace Overcurrent {
 
-/// The relay on the simulated bench: a time-overcurrent stage whose true characteristic is a little off the ideal
-/// one, as a real relay's is. Trip contact on input 1, start contact on input 2, current from the first phase.
+/// The relay on the simulated bench: a time-overcurrent stage whose true characteristic is a little off the
+/// ideal one, as a real relay's is. Trip contact on input 1, start contact on input 2, current from the first
+/// phase.
 ///
 /// Its deviations come from a fixed seed: the same test gives the same results, always.
 /// Called by the simulated device only.

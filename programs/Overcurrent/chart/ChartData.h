@@ -22,8 +22,8 @@ struct ChartPoint {
     bool hasOperated = true;
 };
 
-/// Everything that the chart of a test shows, on the screen and in the report: axes, the expected characteristic
-/// with its tolerance band, the measured points. A value. Any thread.
+/// Everything that the chart of a test shows, on the screen and in the report: axes, the expected
+/// characteristic with its tolerance band, the measured points. A value. Any thread.
 struct ChartData {
     LogAxis multiples{1.0, 20.0};
     LogAxis seconds{0.1, 10.0};

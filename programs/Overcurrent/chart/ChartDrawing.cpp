@@ -19,12 +19,9 @@ double sharp(double coordinate)
 
 } // namespace
 
-ChartDrawing::ChartDrawing(const ChartData& chart, const ChartColours& colours, MakeLayout makeLayout, double width,
-                           double height) :
-    _chart(chart),
-    _colours(colours),
-    _makeLayout(std::move(makeLayout)),
-    _whole(width)
+ChartDrawing::ChartDrawing(const ChartData& chart, const ChartColours& colours, MakeLayout makeLayout,
+                           double width, double height)
+    : _chart(chart), _colours(colours), _makeLayout(std::move(makeLayout)), _whole(width)
 {
     int textHeight = 0;
     int textWidth = 0;
@@ -89,7 +86,8 @@ double ChartDrawing::_y(double seconds) const
 
 void ChartDrawing::_setColour(const Gdk::RGBA& colour, double alpha)
 {
-    _cairo->set_source_rgba(colour.get_red(), colour.get_green(), colour.get_blue(), colour.get_alpha() * alpha);
+    _cairo->set_source_rgba(colour.get_red(), colour.get_green(), colour.get_blue(),
+                            colour.get_alpha() * alpha);
 }
 
 double ChartDrawing::_textWidth(const std::string& text) const

@@ -20,9 +20,9 @@ struct ChartColours {
     Gdk::RGBA failed;
 };
 
-/// Draws a chart on any Cairo surface: grid and labels, the expected curve with its tolerance band, the measured
-/// points, a legend. A point that has passed is a filled circle, one that has failed a crossed square, so they
-/// are told apart without colours. Made for one drawing. GUI thread.
+/// Draws a chart on any Cairo surface: grid and labels, the expected curve with its tolerance band, the
+/// measured points, a legend. A point that has passed is a filled circle, one that has failed a crossed
+/// square, so they are told apart without colours. Made for one drawing. GUI thread.
 class ChartDrawing {
 public:
     using MakeLayout = std::function<Glib::RefPtr<Pango::Layout>(const std::string& text)>;

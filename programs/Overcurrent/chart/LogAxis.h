@@ -13,8 +13,8 @@ struct AxisTick {
     std::string label;
 };
 
-/// A logarithmic axis: from which value to which, where its ticks are, and where a value lies between its ends.
-/// A value. Any thread.
+/// A logarithmic axis: from which value to which, where its ticks are, and where a value lies between its
+/// ends. A value. Any thread.
 class LogAxis {
 public:
     /// From the 1-2-5 number at or below `least` to the one at or above `most`. Values without sense (not

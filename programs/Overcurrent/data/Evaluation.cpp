@@ -41,7 +41,8 @@ Point evaluate(const TestResults& results, const PointResult& point)
 bool isPickUpPassed(const TestResults& results)
 {
     return results.pickUp && results.pickUp->state == MeasureState::Measured &&
-           std::fabs(results.pickUp->multiple - 1.0) <= results.plan.pickUpTolerancePercent / 100.0 + rounding;
+           std::fabs(results.pickUp->multiple - 1.0) <=
+               results.plan.pickUpTolerancePercent / 100.0 + rounding;
 }
 
 std::optional<double> ratio(const TestResults& results)
@@ -70,10 +71,14 @@ std::size_t countPassed(const TestResults& results)
 RunVerdict verdict(const TestResults& results)
 {
     switch (results.end) {
-    case RunEnd::Running: return RunVerdict::None;
-    case RunEnd::Stopped: return RunVerdict::Stopped;
-    case RunEnd::Fault: return RunVerdict::Fault;
-    case RunEnd::Complete: break;
+    case RunEnd::Running:
+        return RunVerdict::None;
+    case RunEnd::Stopped:
+        return RunVerdict::Stopped;
+    case RunEnd::Fault:
+        return RunVerdict::Fault;
+    case RunEnd::Complete:
+        break;
     }
     const bool isPassed = isComplete(results) && countPassed(results) == results.points.size() &&
                           isPickUpPassed(results) && isDropOffPassed(results);

@@ -15,11 +15,15 @@ struct Constants {
 Constants constants(CurveKind curve)
 {
     switch (curve) {
-    case CurveKind::VeryInverse: return {13.5, 1.0};
-    case CurveKind::ExtremelyInverse: return {80.0, 2.0};
-    case CurveKind::LongTimeInverse: return {120.0, 1.0};
+    case CurveKind::VeryInverse:
+        return {13.5, 1.0};
+    case CurveKind::ExtremelyInverse:
+        return {80.0, 2.0};
+    case CurveKind::LongTimeInverse:
+        return {120.0, 1.0};
     case CurveKind::StandardInverse:
-    case CurveKind::DefiniteTimeCurve: break;
+    case CurveKind::DefiniteTimeCurve:
+        break;
     }
     return {0.14, 0.02};
 }
@@ -41,7 +45,8 @@ std::optional<double> operateTime(const RelaySettings& settings, double multiple
 
 double tolerance(const RelaySettings& settings, double expectedTime)
 {
-    return std::max(expectedTime * settings.tolerancePercent / 100.0, settings.toleranceMilliseconds / 1000.0);
+    return std::max(expectedTime * settings.tolerancePercent / 100.0,
+                    settings.toleranceMilliseconds / 1000.0);
 }
 
 } // namespace Overcurrent::OperateCurve

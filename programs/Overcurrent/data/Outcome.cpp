@@ -14,11 +14,16 @@ using KesProgram::RunVerdict;
 const char* titleKey(RunVerdict verdict)
 {
     switch (verdict) {
-    case RunVerdict::Passed: return "Outcome.Passed";
-    case RunVerdict::Failed: return "Outcome.Failed";
-    case RunVerdict::Stopped: return "Outcome.Stopped";
-    case RunVerdict::Fault: return "Outcome.Fault";
-    case RunVerdict::None: break;
+    case RunVerdict::Passed:
+        return "Outcome.Passed";
+    case RunVerdict::Failed:
+        return "Outcome.Failed";
+    case RunVerdict::Stopped:
+        return "Outcome.Stopped";
+    case RunVerdict::Fault:
+        return "Outcome.Fault";
+    case RunVerdict::None:
+        break;
     }
     return "Outcome.Running";
 }

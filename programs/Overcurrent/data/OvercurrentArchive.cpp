@@ -23,8 +23,8 @@ constexpr const char* form = "2";
 constexpr const char* infoName = "info.xml";
 constexpr const char* settingsName = "settings.xml";
 constexpr const char* planName = "plan.xml";
-// The entries lie in the order of their names: the results, which grow, come last, so that a file that was cut
-// short still has its settings.
+// The entries lie in the order of their names: the results, which grow, come last, so that a file that was
+// cut short still has its settings.
 constexpr const char* resultsName = "test-results.xml";
 
 std::string writeInfo(const std::optional<TestResults>& results)

@@ -14,7 +14,8 @@ namespace Overcurrent {
 ///
 /// The file holds four streams: "info.xml" (program, version of the form and, when a test has been made, its
 /// device, whether that was simulated, and its beginning), "settings.xml" (the test object's values),
-/// "plan.xml" and "test-results.xml" (empty before the first test). The same content gives the same bytes. Any thread.
+/// "plan.xml" and "test-results.xml" (empty before the first test). The same content gives the same bytes.
+/// Any thread.
 ///
 /// Form 1, the one before, had no "info.xml", and called the setting current "pickupCurrent" in
 /// "settings.xml". It is read in repair mode only, and without its results: nothing in it tells whether they
@@ -30,8 +31,8 @@ struct OvercurrentArchive {
 
     /// Nothing when the stream holds anything but a complete archive that makes sense.
     static std::optional<OvercurrentArchive> read(std::istream& stream);
-    /// What can be read of a damaged archive or of one in the older form: the settings at least, else nothing.
-    /// A plan that cannot be read becomes the default one, results that cannot be read are left out.
+    /// What can be read of a damaged archive or of one in the older form: the settings at least, else
+    /// nothing. A plan that cannot be read becomes the default one, results that cannot be read are left out.
     static std::optional<OvercurrentArchive> repair(std::istream& stream);
 };
 

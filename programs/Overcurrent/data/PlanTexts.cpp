@@ -35,7 +35,8 @@ Kes::Result readNumber(const std::string& text, double& value)
 {
     const auto number = Kes::NumberText::read(text);
     if (!number)
-        return Kes::Result::failure(Kes::StringHelper::format(lng::Overcurrent::get("Plan.notNumbers"), text));
+        return Kes::Result::failure(
+            Kes::StringHelper::format(lng::Overcurrent::get("Plan.notNumbers"), text));
     value = *number;
     return true;
 }

@@ -91,7 +91,8 @@ std::optional<TestPlan> read(const xmlpp::Element& element)
     plan.pickUpTolerancePercent = attributes.number("pickUpTolerance");
     plan.minimumRatio = attributes.number("minimumRatio");
     const bool isRead = attributes.isGood() && readMultiples(element, plan.multiples) &&
-                        readRamp(element, "pickUp", plan.pickUp) && readRamp(element, "dropOff", plan.dropOff);
+                        readRamp(element, "pickUp", plan.pickUp) &&
+                        readRamp(element, "dropOff", plan.dropOff);
     return isRead && plan.check() ? std::optional(plan) : std::nullopt;
 }
 

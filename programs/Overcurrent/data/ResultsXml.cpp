@@ -16,9 +16,8 @@ constexpr std::pair<const char*, MeasureState> states[] = {{"noOperation", Measu
                                                            {"measured", MeasureState::Measured},
                                                            {"contactEarly", MeasureState::ContactEarly}};
 
-constexpr std::pair<const char*, RunEnd> ends[] = {{"stopped", RunEnd::Stopped},
-                                                   {"complete", RunEnd::Complete},
-                                                   {"fault", RunEnd::Fault}};
+constexpr std::pair<const char*, RunEnd> ends[] = {
+    {"stopped", RunEnd::Stopped}, {"complete", RunEnd::Complete}, {"fault", RunEnd::Fault}};
 
 void writePoint(xmlpp::Element& parent, const PointResult& point)
 {
@@ -52,7 +51,8 @@ bool readPoint(const xmlpp::Element& element, const TestPlan& plan, PointResult&
     return attributes.isGood() && point.time.count() >= 0 && point.time <= latest;
 }
 
-bool readRamp(const xmlpp::Element& parent, const char* name, const Ramp& plan, std::optional<RampResult>& ramp)
+bool readRamp(const xmlpp::Element& parent, const char* name, const Ramp& plan,
+              std::optional<RampResult>& ramp)
 {
     const auto found = parent.get_children(name);
     if (found.empty())
@@ -67,8 +67,9 @@ bool readRamp(const xmlpp::Element& parent, const char* name, const Ramp& plan, 
         result.multiple = attributes.number("multiple");
     ramp = result;
     const auto [least, most] = std::minmax(plan.from, plan.to);
-    return attributes.isGood() && (result.state != MeasureState::Measured ||
-                                   (result.multiple >= least - plan.step && result.multiple <= most + plan.step));
+    return attributes.isGood() &&
+           (result.state != MeasureState::Measured ||
+            (result.multiple >= least - plan.step && result.multiple <= most + plan.step));
 }
 
 template <typename Read>
@@ -105,7 +106,8 @@ bool isConsistent(const TestResults& results)
 
 void write(xmlpp::Element& element, const TestResults& results)
 {
-    setAttribute(element, "end", wordOf(results.end == RunEnd::Running ? RunEnd::Stopped : results.end, ends));
+    setAttribute(element, "end",
+                 wordOf(results.end == RunEnd::Running ? RunEnd::Stopped : results.end, ends));
     PlanXml::write(*element.add_child("settings"), results.settings);
     PlanXml::write(*element.add_child("plan"), results.plan);
     for (const auto& point : results.points)

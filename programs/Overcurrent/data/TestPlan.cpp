@@ -55,10 +55,12 @@ Result checkMultiples(const std::vector<double>& multiples)
 Result checkRamp(const char* nameKey, const Ramp& ramp, bool isRising)
 {
     const std::string name = lng::Overcurrent::get(nameKey);
-    if (!isWithin(ramp.from, 0.0, TestPlan::maximumMultiple) || !isWithin(ramp.to, 0.0, TestPlan::maximumMultiple))
+    if (!isWithin(ramp.from, 0.0, TestPlan::maximumMultiple) ||
+        !isWithin(ramp.to, 0.0, TestPlan::maximumMultiple))
         return refuse("Plan.rampRange", name, shortest(TestPlan::maximumMultiple));
     if (isRising ? !(ramp.from < 1.0 && ramp.to > 1.0) : !(ramp.from > 1.0 && ramp.to < 1.0))
-        return refuse(isRising ? "Plan.rampUp" : "Plan.rampDown", name, shortest(ramp.from), shortest(ramp.to));
+        return refuse(isRising ? "Plan.rampUp" : "Plan.rampDown", name, shortest(ramp.from),
+                      shortest(ramp.to));
     if (!(ramp.step > 0.0))
         return refuse("Plan.rampStep", name, shortest(ramp.step));
     if (!(ramp.countSteps() <= static_cast<double>(TestPlan::maximumRampSteps)))
@@ -70,8 +72,8 @@ Result checkRamp(const char* nameKey, const Ramp& ramp, bool isRising)
 
 double largestMultiple(const TestPlan& plan)
 {
-    return std::max({*std::max_element(plan.multiples.begin(), plan.multiples.end()), plan.pickUp.to,
-                     plan.dropOff.from});
+    return std::max(
+        {*std::max_element(plan.multiples.begin(), plan.multiples.end()), plan.pickUp.to, plan.dropOff.from});
 }
 
 } // namespace

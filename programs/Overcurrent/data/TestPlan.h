@@ -27,7 +27,8 @@ struct Ramp {
     bool operator==(const Ramp&) const = default;
 };
 
-/// What a test does: the currents to try and how long to wait. A value; the defaults are those of a new archive.
+/// What a test does: the currents to try and how long to wait. A value; the defaults are those of a new
+/// archive.
 struct TestPlan {
     static constexpr std::size_t maximumPoints = 100;
     static constexpr double maximumMultiple = 100.0;

@@ -45,8 +45,8 @@ struct RampResult {
 /// How far a test has come.
 enum class RunEnd { Running, Complete, Stopped, Fault };
 
-/// What a test has measured, with the settings and the plan that it was made with: they may be edited afterwards.
-/// A value. Everything that can be calculated from the measured values is in `Evaluation`.
+/// What a test has measured, with the settings and the plan that it was made with: they may be edited
+/// afterwards. A value. Everything that can be calculated from the measured values is in `Evaluation`.
 struct TestResults {
     RelaySettings settings;
     TestPlan plan;

@@ -14,7 +14,8 @@ constexpr std::size_t maximumBytes = std::size_t{4} << 20;
 
 } // namespace
 
-bool readXml(const std::string& text, const char* rootName, const std::function<bool(const xmlpp::Element&)>& read)
+bool readXml(const std::string& text, const char* rootName,
+             const std::function<bool(const xmlpp::Element&)>& read)
 {
     // What is written here has no document type; one could only define entities.
     if (text.size() > maximumBytes || text.find("<!DOCTYPE") != std::string::npos)

@@ -13,7 +13,8 @@ namespace Overcurrent {
 
 /// Reads a document without document type, entities and network, and hands its root to the function.
 /// False when the text is no such document, its root has another name, or the function says so or throws.
-bool readXml(const std::string& text, const char* rootName, const std::function<bool(const xmlpp::Element&)>& read);
+bool readXml(const std::string& text, const char* rootName,
+             const std::function<bool(const xmlpp::Element&)>& read);
 
 /// Builds a document with the function and gives its text, the same bytes for the same content.
 std::string writeXml(const char* rootName, const std::function<void(xmlpp::Element&)>& write);

@@ -63,7 +63,8 @@ bool OvercurrentModel::isResultStale() const
 
 bool OvercurrentModel::isUntouched() const
 {
-    return !getResults() && _planError.empty() && _plan == TestPlan() && _testObject->serialize() == _defaultSettings;
+    return !getResults() && _planError.empty() && _plan == TestPlan() &&
+           _testObject->serialize() == _defaultSettings;
 }
 
 void OvercurrentModel::announceOutcome()

@@ -21,7 +21,8 @@ namespace Overcurrent {
 
 struct OvercurrentArchive;
 
-/// The model of the program: the test object, the plan, the run and its results, and the archive that keeps them.
+/// The model of the program: the test object, the plan, the run and its results, and the archive that keeps
+/// them.
 ///
 /// GUI thread, except as noted; the run happens on the start thread with copies of the settings and the plan.
 class OvercurrentModel : public KesProgram::ProgramModel, private ITestRunListener {

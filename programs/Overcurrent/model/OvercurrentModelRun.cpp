@@ -30,9 +30,12 @@ std::string refusal(const Kes::Result& result)
 std::string phaseText(const RunPhase& phase)
 {
     switch (phase.kind) {
-    case RunPhase::Kind::PickUp: return lng::Overcurrent::get("State.pickUp");
-    case RunPhase::Kind::DropOff: return lng::Overcurrent::get("State.dropOff");
-    case RunPhase::Kind::Point: break;
+    case RunPhase::Kind::PickUp:
+        return lng::Overcurrent::get("State.pickUp");
+    case RunPhase::Kind::DropOff:
+        return lng::Overcurrent::get("State.dropOff");
+    case RunPhase::Kind::Point:
+        break;
     }
     return format(lng::Overcurrent::get("State.point"), phase.number, phase.count,
                   ScreenNumber::fixed(phase.multiple, 2));
@@ -95,8 +98,8 @@ void OvercurrentModel::_onStop()
     _control.stop();
 }
 
-/// The first device makes the test. The checks before a run have seen that there is one, but the configuration
-/// may have been replaced since.
+/// The first device makes the test. The checks before a run have seen that there is one, but the
+/// configuration may have been replaced since.
 KesDevice::Kesto& OvercurrentModel::_getKesto()
 {
     const auto kestos = getHardware()->getKestos().getItems();

@@ -4,14 +4,13 @@
 
 namespace Overcurrent {
 
-ContentPresenter::ContentPresenter(OvercurrentModel& model) :
-    _settings(model),
-    _plan(model),
-    _results(model),
-    _view(std::make_unique<ContentView>(*_settings.getView(), *_plan.getView(), _results.getOutcomeView(),
-                                        _results.getChartView(), _results.getResultsView()))
-{
-}
+ContentPresenter::ContentPresenter(OvercurrentModel& model)
+    : _settings(model),
+      _plan(model),
+      _results(model),
+      _view(std::make_unique<ContentView>(*_settings.getView(), *_plan.getView(), _results.getOutcomeView(),
+                                          _results.getChartView(), _results.getResultsView()))
+{}
 
 ContentPresenter::~ContentPresenter() = default;
 

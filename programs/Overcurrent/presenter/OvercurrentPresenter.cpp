@@ -23,17 +23,16 @@
 namespace Overcurrent {
 
 struct OvercurrentPresenter::Menus {
-    Menus(OvercurrentPresenter& shell, OvercurrentModel& model) :
-        file(&shell),
-        recent(&shell),
-        fileTail(*file.getView(), *recent.getView()),
-        help(&shell, model),
-        fileTools(&shell),
-        control(model),
-        settings(&shell),
-        tools(&shell, true)
-    {
-    }
+    Menus(OvercurrentPresenter& shell, OvercurrentModel& model)
+        : file(&shell),
+          recent(&shell),
+          fileTail(*file.getView(), *recent.getView()),
+          help(&shell, model),
+          fileTools(&shell),
+          control(model),
+          settings(&shell),
+          tools(&shell, true)
+    {}
 
     KesProgram::FileMenuPresenter file;
     KesProgram::FileRecentMenuPresenter recent;
@@ -53,15 +52,17 @@ OvercurrentPresenter::~OvercurrentPresenter() = default;
 
 void OvercurrentPresenter::openFile(const std::string& fileName)
 {
-    runDialogs(
-        [&] { KesProgram::FileOpening::open(*getArchiveManagerPresenter(), fileName, _model.isUntouched()); });
+    runDialogs([&] {
+        KesProgram::FileOpening::open(*getArchiveManagerPresenter(), fileName, _model.isUntouched());
+    });
 }
 
 void OvercurrentPresenter::_onInit()
 {
     _createMenus();
     WindowOpening::setDefaultSize(*_getProgramView(), 84.0, 56.0);
-    WindowOpening::afterFirstFrame(*_getProgramView(), sigc::mem_fun(*this, &OvercurrentPresenter::_createContent));
+    WindowOpening::afterFirstFrame(*_getProgramView(),
+                                   sigc::mem_fun(*this, &OvercurrentPresenter::_createContent));
 }
 
 void OvercurrentPresenter::_createContent()

@@ -14,17 +14,17 @@ using lng::Overcurrent::get;
 
 std::string pointText(const ResultRow& row)
 {
-    return row.multiple + " " + get("Unit.setting") + "\n" + get("Results.expected") + ": " + row.expected + " " +
-           row.tolerance + "\n" + get("Results.measured") + ": " + row.measured + "\n" + row.verdict;
+    return row.multiple + " " + get("Unit.setting") + "\n" + get("Results.expected") + ": " + row.expected +
+           " " + row.tolerance + "\n" + get("Results.measured") + ": " + row.measured + "\n" + row.verdict;
 }
 
 } // namespace
 
-ResultsPresenter::ResultsPresenter(OvercurrentModel& model) :
-    _model(model),
-    _outcome(std::make_unique<OutcomeView>()),
-    _chart(std::make_unique<ChartView>()),
-    _results(std::make_unique<ResultsView>())
+ResultsPresenter::ResultsPresenter(OvercurrentModel& model)
+    : _model(model),
+      _outcome(std::make_unique<OutcomeView>()),
+      _chart(std::make_unique<ChartView>()),
+      _results(std::make_unique<ResultsView>())
 {
     model.signalPlanChanged.connect(sigc::mem_fun(*this, &ResultsPresenter::_update));
     _resultsConnection =

@@ -4,8 +4,8 @@
 
 namespace Overcurrent {
 
-SettingsPresenter::SettingsPresenter(OvercurrentModel& model) :
-    _model(model), _view(std::make_unique<SettingsView>())
+SettingsPresenter::SettingsPresenter(OvercurrentModel& model)
+    : _model(model), _view(std::make_unique<SettingsView>())
 {
     _view->signalEdit.connect(signalEdit.make_slot());
     model.signalPlanChanged.connect(sigc::mem_fun(*this, &SettingsPresenter::_update));

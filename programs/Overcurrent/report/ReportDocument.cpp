@@ -29,9 +29,12 @@ std::string coordinate(double value)
 const char* markWord(Mark mark)
 {
     switch (mark) {
-    case Mark::Passed: return "passed";
-    case Mark::Failed: return "failed";
-    case Mark::None: break;
+    case Mark::Passed:
+        return "passed";
+    case Mark::Failed:
+        return "failed";
+    case Mark::None:
+        break;
     }
     return "none";
 }
@@ -79,9 +82,9 @@ void addResults(xmlpp::Element& parent, const TestResults* results)
 /// Turns the chart's values into places in the plot, whose y axis points down.
 class ChartWriter {
 public:
-    ChartWriter(xmlpp::Element& parent, const ChartData& chart) : _chart(chart), _element(*parent.add_child("chart"))
-    {
-    }
+    ChartWriter(xmlpp::Element& parent, const ChartData& chart)
+        : _chart(chart), _element(*parent.add_child("chart"))
+    {}
 
     void write()
     {
@@ -135,7 +138,8 @@ private:
 
 } // namespace
 
-std::string ReportDocument::create(const RelaySettings& settings, const TestPlan& plan, const TestResults* results)
+std::string ReportDocument::create(const RelaySettings& settings, const TestPlan& plan,
+                                   const TestResults* results)
 {
     return writeXml("report", [&](xmlpp::Element& root) {
         root.set_attribute("language", lng::languageName());

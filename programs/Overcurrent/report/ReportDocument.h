@@ -11,7 +11,8 @@ namespace Overcurrent {
 class ReportDocument {
 public:
     /// `results` may be null: no test yet.
-    static std::string create(const RelaySettings& settings, const TestPlan& plan, const TestResults* results);
+    static std::string create(const RelaySettings& settings, const TestPlan& plan,
+                              const TestResults* results);
 };
 
 } // namespace Overcurrent

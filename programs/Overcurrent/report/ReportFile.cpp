@@ -45,7 +45,8 @@ Kes::Result ReportFile::write(const std::string& path, const RelaySettings& sett
     const TemporaryFile data(base + ".xml");
     const TemporaryFile made(base + ".html");
     Kes::mkdir_with_parents(_workingFolder);
-    if (auto written = Kes::writeWholeFile(data.path, ReportDocument::create(settings, plan, results)); !written)
+    if (auto written = Kes::writeWholeFile(data.path, ReportDocument::create(settings, plan, results));
+        !written)
         return written;
     KesProgram::XslReportManager manager(Kes::getDataDir() + "report/overcurrent.xsl");
     const std::string report = contentsOf(manager.createReport(data.path, made.path));

@@ -14,8 +14,8 @@ public:
     /// A folder of the program's own, ending with a separator; made when needed.
     explicit ReportFile(std::string workingFolder) : _workingFolder(std::move(workingFolder)) {}
 
-    /// Writes the report; the file appears whole or not at all. `results` may be null. The failure's text can be
-    /// shown to the user.
+    /// Writes the report; the file appears whole or not at all. `results` may be null. The failure's text can
+    /// be shown to the user.
     Kes::Result write(const std::string& path, const RelaySettings& settings, const TestPlan& plan,
                       const TestResults* results) const;
 

@@ -5,8 +5,8 @@
 
 namespace Overcurrent {
 
-/// The place where the start thread waits for the device, and where everybody else wakes it. Owned by the model,
-/// used by one run at a time. Any thread.
+/// The place where the start thread waits for the device, and where everybody else wakes it. Owned by the
+/// model, used by one run at a time. Any thread.
 ///
 /// The mutex is held for moments only, never while a signal is emitted or a device is called.
 class RunControl {
@@ -21,8 +21,8 @@ public:
     /// Wakes the start thread, to look again at what it waits for.
     void notify() { _condition.notify_all(); }
 
-    /// Waits until the predicate, asked under the mutex, holds, the run is stopped, or the time has passed. True
-    /// when the predicate holds.
+    /// Waits until the predicate, asked under the mutex, holds, the run is stopped, or the time has passed.
+    /// True when the predicate holds.
     template <typename Predicate, typename Duration>
     bool waitFor(Duration limit, Predicate predicate)
     {

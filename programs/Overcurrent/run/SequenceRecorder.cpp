@@ -32,11 +32,13 @@ std::string textOf(const Kes::Result& result)
 
 } // namespace
 
-SequenceRecorder::SequenceRecorder(KesDevice::Kesto& kesto, RunControl& control) : _kesto(kesto), _control(control)
+SequenceRecorder::SequenceRecorder(KesDevice::Kesto& kesto, RunControl& control)
+    : _kesto(kesto), _control(control)
 {
     _inputConnection = kesto.signalInput.connect([this](const auto& event) { _onInput(event); });
     _stepConnection = kesto.signalStep.connect([this](const auto& event) { _onStep(event); });
-    _finishedConnection = kesto.signalSequenceFinished.connect([this](const auto& event) { _onFinished(event); });
+    _finishedConnection =
+        kesto.signalSequenceFinished.connect([this](const auto& event) { _onFinished(event); });
 }
 
 SequenceRecorder::Outcome SequenceRecorder::run(const KesDriver::OutputSequence& sequence)

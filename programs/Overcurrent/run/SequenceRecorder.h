@@ -25,8 +25,8 @@ struct SequenceRecord {
     std::optional<KesDriver::SequenceEvent> end;
 };
 
-/// Runs sequences on a device and collects what it reports meanwhile. Lives during a run, on the start thread; the
-/// device reports on its own thread.
+/// Runs sequences on a device and collects what it reports meanwhile. Lives during a run, on the start
+/// thread; the device reports on its own thread.
 class SequenceRecorder {
 public:
     /// The device and the control outlive it.

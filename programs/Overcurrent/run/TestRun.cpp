@@ -29,10 +29,11 @@ DeviceTime toDeviceTime(double seconds)
 std::optional<RecordedInput> firstChange(const SequenceRecord& record, InputCondition condition,
                                          std::size_t fromStep = 0)
 {
-    const auto found = std::find_if(record.inputs.begin(), record.inputs.end(), [&](const RecordedInput& input) {
-        return input.step >= fromStep && input.event.input == condition.input &&
-               input.event.isClosed == condition.isClosed;
-    });
+    const auto found =
+        std::find_if(record.inputs.begin(), record.inputs.end(), [&](const RecordedInput& input) {
+            return input.step >= fromStep && input.event.input == condition.input &&
+                   input.event.isClosed == condition.isClosed;
+        });
     return found == record.inputs.end() ? std::nullopt : std::optional(*found);
 }
 
@@ -46,17 +47,14 @@ DeviceTime timeFrom(const SequenceRecord& record, std::size_t step)
 MeasureState stateWithoutChange(const SequenceRecord& record, std::size_t firstStep, double shortestSeconds)
 {
     return Seconds(timeFrom(record, firstStep)).count() < shortestSeconds * 0.5 ? MeasureState::ContactEarly
-                                                                                 : MeasureState::NoOperation;
+                                                                                : MeasureState::NoOperation;
 }
 
 } // namespace
 
-TestRun::TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice::Kesto& kesto, RunControl& control,
-                 ITestRunListener& listener) :
-    _settings(settings),
-    _plan(plan),
-    _listener(listener),
-    _recorder(kesto, control)
+TestRun::TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice::Kesto& kesto,
+                 RunControl& control, ITestRunListener& listener)
+    : _settings(settings), _plan(plan), _listener(listener), _recorder(kesto, control)
 {
     for (const double multiple : plan.multiples)
         _wholeWeight += _pointWeight(multiple);
@@ -170,9 +168,12 @@ RunEnd TestRun::_measureDropOff()
 RunEnd TestRun::_run(const OutputSequence& sequence)
 {
     switch (_recorder.run(sequence)) {
-    case SequenceRecorder::Outcome::Complete: return RunEnd::Complete;
-    case SequenceRecorder::Outcome::Stopped: return RunEnd::Stopped;
-    case SequenceRecorder::Outcome::Failed: break;
+    case SequenceRecorder::Outcome::Complete:
+        return RunEnd::Complete;
+    case SequenceRecorder::Outcome::Stopped:
+        return RunEnd::Stopped;
+    case SequenceRecorder::Outcome::Failed:
+        break;
     }
     return _fail(_recorder.getError());
 }

@@ -35,7 +35,8 @@ public:
     virtual void onDropOff(const RampResult& result) = 0;
 };
 
-/// The test itself: every point of the plan, then pick-up and drop-off. Made for one run, on the start thread.
+/// The test itself: every point of the plan, then pick-up and drop-off. Made for one run, on the start
+/// thread.
 ///
 /// Current is put out on the first phase. The trip contact is wired to input 1, the start contact to input 2.
 /// Every measurement is one sequence on the device, so all times are the device's own.
@@ -48,7 +49,8 @@ public:
     TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice::Kesto& kesto, RunControl& control,
             ITestRunListener& listener);
 
-    /// Returns when everything is measured, the run was stopped, or the device failed; all outputs are zero then.
+    /// Returns when everything is measured, the run was stopped, or the device failed; all outputs are zero
+    /// then.
     RunEnd execute();
 
     /// Why the device failed.

@@ -13,7 +13,8 @@ constexpr Kes::TextTable table({
     {"Simulated.title", "SIMULATED DEVICE", "ИМИТИРУЕМОЕ УСТРОЙСТВО"},
     {"Simulated.notice",
      "SIMULATED DEVICE: these results come from a simulated bench and say nothing about a real relay.",
-     "ИМИТИРУЕМОЕ УСТРОЙСТВО: результаты получены на имитируемом стенде и ничего не говорят о реальном реле."},
+     "ИМИТИРУЕМОЕ УСТРОЙСТВО: результаты получены на имитируемом стенде и ничего не говорят о реальном "
+     "реле."},
 
     {"State.point", "Point %zu of %zu: %s x Is", "Точка %zu из %zu: %s x Is"},
     {"State.pickUp", "Pick-up value", "Ток срабатывания"},
@@ -45,10 +46,8 @@ constexpr Kes::TextTable table({
      "При %s x Is реле не срабатывает: точка должна лежать выше 1 x Is."},
     {"Plan.aboveMaximum", "%s x Is is too much: a point must lie at or below %s x Is.",
      "%s x Is - слишком много: точка не должна лежать выше %s x Is."},
-    {"Plan.range", "%s is %s, but must lie between %s and %s.",
-     "%s: значение %s, допускается от %s до %s."},
-    {"Plan.timeoutTooShort",
-     "The time-out of %s s is too short: at %s x Is the relay may take up to %s s.",
+    {"Plan.range", "%s is %s, but must lie between %s and %s.", "%s: значение %s, допускается от %s до %s."},
+    {"Plan.timeoutTooShort", "The time-out of %s s is too short: at %s x Is the relay may take up to %s s.",
      "Время ожидания %s с слишком мало: при %s x Is реле может срабатывать до %s с."},
     {"Plan.aboveOutput", "%s x Is is %s A, but the device puts out at most %s A.",
      "%s x Is - это %s А, а устройство выдаёт не более %s А."},

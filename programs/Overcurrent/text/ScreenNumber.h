@@ -2,7 +2,8 @@
 
 #include <string>
 
-/// Numbers as the user of the program reads them: with a decimal comma in Russian, a point in English. Any thread.
+/// Numbers as the user of the program reads them: with a decimal comma in Russian, a point in English. Any
+/// thread.
 namespace Overcurrent::ScreenNumber {
 
 /// With this many decimals, 0 to 6.

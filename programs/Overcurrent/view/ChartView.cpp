@@ -13,7 +13,8 @@ namespace Overcurrent {
 namespace {
 
 /// A colour of the theme, or what a theme without it has to do with.
-Gdk::RGBA themeColour(const Glib::RefPtr<Gtk::StyleContext>& style, const char* name, const Gdk::RGBA& otherwise)
+Gdk::RGBA themeColour(const Glib::RefPtr<Gtk::StyleContext>& style, const char* name,
+                      const Gdk::RGBA& otherwise)
 {
     Gdk::RGBA colour;
     return style->lookup_color(name, colour) ? colour : otherwise;
@@ -24,7 +25,8 @@ Gdk::RGBA contrasted(const Gdk::RGBA& colour, const Gdk::RGBA& foreground)
 {
     const auto mix = [](double one, double other) { return one * 0.7 + other * 0.3; };
     Gdk::RGBA mixed;
-    mixed.set_rgba(mix(colour.get_red(), foreground.get_red()), mix(colour.get_green(), foreground.get_green()),
+    mixed.set_rgba(mix(colour.get_red(), foreground.get_red()),
+                   mix(colour.get_green(), foreground.get_green()),
                    mix(colour.get_blue(), foreground.get_blue()));
     return mixed;
 }

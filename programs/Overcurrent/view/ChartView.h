@@ -7,8 +7,8 @@
 
 namespace Overcurrent {
 
-/// The chart as a widget: it takes its colours and font from the theme, tells assistive technology its content in
-/// words, and the point under the pointer in a tooltip. GUI thread.
+/// The chart as a widget: it takes its colours and font from the theme, tells assistive technology its
+/// content in words, and the point under the pointer in a tooltip. GUI thread.
 class ChartView : public Gtk::DrawingArea, public IChartView {
 public:
     ChartView();

@@ -12,11 +12,11 @@ Gtk::Widget& widgetOf(Kes::IView& view)
 } // namespace
 
 ContentView::ContentView(Kes::IView& settings, Kes::IView& plan, Kes::IView& outcome, Kes::IView& chart,
-                         Kes::IView& results) :
-    Gtk::Paned(Gtk::ORIENTATION_HORIZONTAL),
-    _left(Gtk::ORIENTATION_VERTICAL),
-    _right(Gtk::ORIENTATION_VERTICAL),
-    _measured(Gtk::ORIENTATION_VERTICAL)
+                         Kes::IView& results)
+    : Gtk::Paned(Gtk::ORIENTATION_HORIZONTAL),
+      _left(Gtk::ORIENTATION_VERTICAL),
+      _right(Gtk::ORIENTATION_VERTICAL),
+      _measured(Gtk::ORIENTATION_VERTICAL)
 {
     get_style_context()->add_class("content");
     _left.get_style_context()->add_class("content-left");

@@ -8,8 +8,8 @@
 
 namespace Overcurrent {
 
-/// The content of the window: settings and plan at the left, outcome, chart and table at the right. The views are
-/// placed, not owned, and have to be widgets (`std::bad_cast` otherwise). GUI thread.
+/// The content of the window: settings and plan at the left, outcome, chart and table at the right. The views
+/// are placed, not owned, and have to be widgets (`std::bad_cast` otherwise). GUI thread.
 class ContentView : public Gtk::Paned, public Kes::IView {
 public:
     ContentView(Kes::IView& settings, Kes::IView& plan, Kes::IView& outcome, Kes::IView& chart,

@@ -6,8 +6,8 @@
 
 namespace Overcurrent {
 
-FileMenuTailView::FileMenuTailView(Kes::IView& fileMenu, Kes::IView& recentFiles) :
-    _recent(lng::Program::get("Menu.fileRecents")), _exit(lng::Program::get("Menu.exit"))
+FileMenuTailView::FileMenuTailView(Kes::IView& fileMenu, Kes::IView& recentFiles)
+    : _recent(lng::Program::get("Menu.fileRecents")), _exit(lng::Program::get("Menu.exit"))
 {
     auto& menu = *dynamic_cast<Gtk::MenuItem&>(fileMenu).get_submenu();
     _recent.set_submenu(dynamic_cast<Gtk::Menu&>(recentFiles));

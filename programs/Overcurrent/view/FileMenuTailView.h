@@ -15,7 +15,8 @@ public:
     /// The user wants to leave the program.
     sigc::signal<void()> signalExit;
 
-    /// Both views outlive this one: the menu, to the end of which the items go, and the menu of the recent files.
+    /// Both views outlive this one: the menu, to the end of which the items go, and the menu of the recent
+    /// files.
     FileMenuTailView(Kes::IView& fileMenu, Kes::IView& recentFiles);
 
     /// Another archive cannot be opened while a test is under way.

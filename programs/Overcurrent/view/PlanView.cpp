@@ -25,8 +25,7 @@ PlanField next(PlanField field, std::size_t by)
 
 } // namespace
 
-PlanView::PlanView() :
-    Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(get("PlanView.title"), Gtk::ALIGN_START)
+PlanView::PlanView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(get("PlanView.title"), Gtk::ALIGN_START)
 {
     get_style_context()->add_class("section");
     _title.get_style_context()->add_class("section-title");
@@ -92,8 +91,9 @@ void PlanView::_addRamp(const char* nameKey, PlanField first)
     const auto part = [&](std::size_t index, const char* partKey, const char* unitKey) {
         const int column = index % 2 == 0 ? 0 : 3;
         const int row = static_cast<int>(index / 2);
-        auto& entry = _prepareEntry(next(first, index), Kes::StringHelper::format(
-            get("PlanView.fieldName"), std::string(get(nameKey)), std::string(get(partKey))));
+        auto& entry = _prepareEntry(next(first, index), Kes::StringHelper::format(get("PlanView.fieldName"),
+                                                                                  std::string(get(nameKey)),
+                                                                                  std::string(get(partKey))));
         auto& label = makeLabel(get(partKey));
         if (column > 0)
             label.get_style_context()->add_class("ramp-second");

@@ -25,11 +25,11 @@ ResultsView::Columns::Columns()
     add(weight);
 }
 
-ResultsView::ResultsView() :
-    Gtk::Box(Gtk::ORIENTATION_VERTICAL),
-    _store(Gtk::ListStore::create(_columns)),
-    _table(_store),
-    _values(Gtk::ORIENTATION_HORIZONTAL)
+ResultsView::ResultsView()
+    : Gtk::Box(Gtk::ORIENTATION_VERTICAL),
+      _store(Gtk::ListStore::create(_columns)),
+      _table(_store),
+      _values(Gtk::ORIENTATION_HORIZONTAL)
 {
     get_style_context()->add_class("results");
     _addColumn("Results.number", _columns.number, 1.0f);

@@ -4,10 +4,10 @@
 
 namespace Overcurrent {
 
-SettingsView::SettingsView() :
-    Gtk::Box(Gtk::ORIENTATION_VERTICAL),
-    _title(lng::Overcurrent::get("Settings.title"), Gtk::ALIGN_START),
-    _edit(lng::Overcurrent::get("Settings.edit"))
+SettingsView::SettingsView()
+    : Gtk::Box(Gtk::ORIENTATION_VERTICAL),
+      _title(lng::Overcurrent::get("Settings.title"), Gtk::ALIGN_START),
+      _edit(lng::Overcurrent::get("Settings.edit"))
 {
     get_style_context()->add_class("section");
     _title.get_style_context()->add_class("section-title");

@@ -6,8 +6,8 @@
 
 namespace Overcurrent {
 
-/// How a window appears quickly: it is shown at its size with little in it, and filled when the user already sees
-/// it. Both functions do nothing for a view that is not a window. GUI thread.
+/// How a window appears quickly: it is shown at its size with little in it, and filled when the user already
+/// sees it. Both functions do nothing for a view that is not a window. GUI thread.
 class WindowOpening {
 public:
     /// The size (in units of the font's size) that the window has unless another one is set later; no more
