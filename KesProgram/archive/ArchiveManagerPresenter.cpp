@@ -63,9 +63,14 @@ void ArchiveManagerPresenter::create(const std::string& name)
 void ArchiveManagerPresenter::open(const std::string& fileName)
 {
     // A copy: the name may belong to a list that changes when the file becomes the current one.
+    const std::string path = fileName;
+    if (close())
+        replace(path);
+}
+
+void ArchiveManagerPresenter::replace(const std::string& fileName)
+{
     std::string path = fileName;
-    if (!close())
-        return;
     if (path.empty())
         path =
             Kes::FileDialogPresenter().show(_getParentView(), Text::title(), _getOpenExtensionMap(), false);

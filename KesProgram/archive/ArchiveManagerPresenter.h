@@ -39,6 +39,9 @@ public:
     /// the present document. After a failure the program has a new, empty document.
     void open(const std::string& fileName);
 
+    /// As `open`, but the present document is given up unasked: for one that has never been touched.
+    void replace(const std::string& fileName);
+
     /// Saves the current file; a new one as `saveAs` does.
     void save();
 

@@ -10,7 +10,6 @@
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/shell/ConfigurationError.h>
 #include <KesProgram/shell/FileMenuPresenter.h>
-#include <KesProgram/shell/FileOpening.h>
 #include <KesProgram/shell/FileRecentMenuPresenter.h>
 #include <KesProgram/shell/FileToolbarPresenter.h>
 #include <KesProgram/shell/HardwareControlToolbarPresenter.h>
@@ -53,7 +52,11 @@ OvercurrentPresenter::~OvercurrentPresenter() = default;
 void OvercurrentPresenter::openFile(const std::string& fileName)
 {
     runDialogs([&] {
-        KesProgram::FileOpening::open(*getArchiveManagerPresenter(), fileName, _model.isUntouched());
+        auto& archive = *getArchiveManagerPresenter();
+        if (_model.isUntouched())
+            archive.replace(fileName);
+        else
+            archive.open(fileName);
     });
 }
 

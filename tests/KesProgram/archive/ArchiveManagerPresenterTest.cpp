@@ -110,6 +110,9 @@ TEST_F(ArchiveManagerPresenterTest, CreateAndOpenReplaceADocumentOnlyWhenItMayCl
     EXPECT_EQ(_data, "good new");
     _presenter.open(path);
     EXPECT_EQ(_data, "good file");
+    _data = "good change";
+    _presenter.replace(path);
+    EXPECT_EQ(_data, "good file") << "asks nothing";
     EXPECT_TRUE(dialogs.getFiles().empty());
 }
 
