@@ -1,6 +1,5 @@
 #include <KesProgram/shell/FileMenuPresenter.h>
 
-#include <KesDevice/HardwareIsRunningComponent.h>
 #include <KesProgram/shell/ProgramBasePresenter.h>
 #include <KesProgram/views/FileMenuView.h>
 
@@ -14,10 +13,6 @@ FileMenuPresenter::FileMenuPresenter(ProgramBasePresenter* shell)
     _view->signalOpen.connect(sigc::mem_fun(*shell, &ProgramBasePresenter::openArchive));
     _view->signalSave.connect(sigc::mem_fun(*shell, &ProgramBasePresenter::saveArchive));
     _view->signalSaveAs.connect(sigc::mem_fun(*shell, &ProgramBasePresenter::saveAsArchive));
-    auto& hardware = KesDevice::HardwareIsRunningComponent::getInstance();
-    _runningConnection =
-        hardware.signalRunningChanged.connect([this](bool running) { _hardwareIsRunning.set(running); });
-    _hardwareIsRunning.set(hardware.isRunning());
 }
 
 FileMenuPresenter::~FileMenuPresenter() = default;

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <KesCommon/Connection.h>
 #include <KesCommon/Export.h>
 #include <KesCommonView/IPresenter.h>
-#include <KesCommonView/LatestUpdate.h>
+#include <KesProgram/shell/HardwareRunningWatch.h>
 
 #include <sigc++/sigc++.h>
 
@@ -28,8 +27,7 @@ private:
     void _onHardwareIsRunningChanged(bool running);
 
     std::unique_ptr<IFileMenuView> _view;
-    Kes::LatestUpdate<bool> _hardwareIsRunning;
-    Kes::ScopedConnection _runningConnection;
+    HardwareRunningWatch _hardwareIsRunning;
 };
 
 } // namespace KesProgram

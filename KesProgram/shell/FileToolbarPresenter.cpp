@@ -1,6 +1,5 @@
 #include <KesProgram/shell/FileToolbarPresenter.h>
 
-#include <KesDevice/HardwareIsRunningComponent.h>
 #include <KesProgram/shell/ProgramBasePresenter.h>
 #include <KesProgram/views/FileToolbarView.h>
 
@@ -14,10 +13,6 @@ FileToolbarPresenter::FileToolbarPresenter(ProgramBasePresenter* shell)
     _view->signalOpen.connect(sigc::mem_fun(*shell, &ProgramBasePresenter::openArchive));
     // Deliberately not `saveArchive`: the button always asks for a name.
     _view->signalSave.connect(sigc::mem_fun(*shell, &ProgramBasePresenter::saveAsArchive));
-    auto& hardware = KesDevice::HardwareIsRunningComponent::getInstance();
-    _runningConnection =
-        hardware.signalRunningChanged.connect([this](bool running) { _hardwareIsRunning.set(running); });
-    _hardwareIsRunning.set(hardware.isRunning());
 }
 
 FileToolbarPresenter::~FileToolbarPresenter() = default;

@@ -1,5 +1,6 @@
 #include <KesProgram/shell/HardwareControlToolbarPresenter.h>
 
+#include <KesCommon/SignalGate.h>
 #include <KesDevice/KestoStateGlobalUpdater.h>
 #include <KesProgram/model/ProgramModel.h>
 #include <KesProgram/views/HardwareControlToolbarView.h>
@@ -23,6 +24,8 @@ HardwareControlToolbarPresenter::HardwareControlToolbarPresenter(ProgramModel& m
     _view->signalStop.connect(sigc::mem_fun(_model, &ProgramModel::stopTest));
     _view->signalPowerOff.connect(sigc::mem_fun(_model, &ProgramModel::beginDisconnect));
 
+    // No change is announced between the two.
+    const Kes::SignalGate::Guard gate;
     _view->setCanPowerOff(_getCanPowerOff());
     _updatingConnection = KesDevice::KestoStateGlobalUpdater::getInstance().signalUpdatingChanged.connect(
         [this](bool updating) { _isUpdating.set(updating); });

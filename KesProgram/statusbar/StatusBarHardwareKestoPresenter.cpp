@@ -1,6 +1,7 @@
 #include <KesProgram/statusbar/StatusBarHardwareKestoPresenter.h>
 
 #include <KesCommon/Connection.h>
+#include <KesCommon/SignalGate.h>
 #include <KesCommonView/LatestUpdate.h>
 #include <KesDevice/Kesto.h>
 #include <KesProgram/statusbar/StatusBarHardwareKestoIconsPresenter.h>
@@ -17,6 +18,7 @@ public:
         _view.setState(_state.getView());
         _view.setIcons(_icons.getView());
         // A device tells its type when it is connected, which is also when its state becomes known.
+        const Kes::SignalGate::Guard gate;
         _connection = kesto.signalOperationErrorChanged.connect(
             [this, &kesto](const auto&) { _type.set(kesto.getIdentifer().getTypeName()); });
         _type.set(kesto.getIdentifer().getTypeName());

@@ -1,6 +1,7 @@
 #include <KesProgram/statusbar/StatusBarHardwareKestoStatePresenter.h>
 
 #include <KesCommon/Connection.h>
+#include <KesCommon/SignalGate.h>
 #include <KesCommonView/LatestUpdate.h>
 #include <KesDevice/HardwareManagerText.h>
 #include <KesDevice/Kesto.h>
@@ -16,6 +17,8 @@ public:
         : _state([this](const OperationState& error) { _onOperationStateChanged(error); })
     {
         _view.setText(kesto.getAddress().to_string('.'));
+        // No change is announced between the two, to be overtaken by the older state.
+        const Kes::SignalGate::Guard gate;
         _connection = kesto.signalOperationErrorChanged.connect(
             [this](const OperationState& error) { _state.set(error); });
         _state.set(kesto.getOperationError());

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <KesCommon/Connection.h>
+#include <KesCommon/Export.h>
+#include <KesCommonView/LatestUpdate.h>
+
+#include <functional>
+
+namespace KesProgram {
+
+/// Tells its owner whether the output of any hardware in the process runs. A member of a presenter, declared
+/// after what the function uses. GUI thread.
+class KES_EXPORT HardwareRunningWatch {
+public:
+    /// The function is called at once, and again on the GUI thread after every change.
+    explicit HardwareRunningWatch(std::function<void(const bool& running)> apply);
+    ~HardwareRunningWatch();
+
+private:
+    Kes::LatestUpdate<bool> _running;
+    Kes::ScopedConnection _connection;
+};
+
+} // namespace KesProgram
