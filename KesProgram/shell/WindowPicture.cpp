@@ -1,5 +1,6 @@
 #include <KesProgram/shell/WindowPicture.h>
 
+#include <KesCommon/ExceptionText.h>
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/StringHelper.h>
 #include <KesProgram/text/TextPair.h>
@@ -39,11 +40,9 @@ Kes::Result WindowPicture::save(Gtk::Window& window, const std::string& path)
                                            "Не удалось сделать снимок окна: %s"};
     try {
         return Kes::writeWholeFile(path, readPng(window));
-    } catch (const std::exception& error) {
+    } catch (...) {
         return Kes::Result::failure(
-            Kes::StringHelper::format(lng::choose(failure), std::string(error.what())));
-    } catch (const Glib::Exception& error) {
-        return Kes::Result::failure(Kes::StringHelper::format(lng::choose(failure), error.what()));
+            Kes::StringHelper::format(lng::choose(failure), Kes::getCurrentExceptionText()));
     }
 }
 

@@ -23,7 +23,8 @@ Glib::RefPtr<Gdk::Pixbuf> load(const std::string& path)
 
 Glib::RefPtr<Gdk::Pixbuf> getSharedKestoPixbuf()
 {
-    static const Glib::RefPtr<Gdk::Pixbuf> pixbuf = load(Kes::getThemesDir() + "Icons/Shell/КЕСТО-сервер.svg");
+    static const Glib::RefPtr<Gdk::Pixbuf> pixbuf =
+        load(Kes::getThemesDir() + "Icons/Shell/КЕСТО-сервер.svg");
     return pixbuf;
 }
 
