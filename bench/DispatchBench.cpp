@@ -25,50 +25,47 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr long total = 1'000'000;
-constexpr long perThread = total / 2;
+constexpr std::size_t total = 1'000'000;
+constexpr std::size_t perThread = total / 2;
 constexpr int rounds = 5;
-constexpr std::chrono::seconds frameTime{4};
+constexpr int frameRounds = 3;
+constexpr std::chrono::seconds frameTime{3};
 
+/// The functions that have run. A post carries one number and no memory of its own on either side: which
+/// thread made it (the lowest bit), and how many that thread had made before.
 struct Counters {
-    std::array<long, 2> next{};
+    std::array<std::size_t, 2> next{};
     long disordered = 0;
 
-    void run(std::size_t who, long number) { disordered += next[who]++ == number ? 0 : 1; }
-    long getSum() const { return next[0] + next[1]; }
-};
+    void run(std::size_t post) { disordered += next[post & 1]++ == post >> 1 ? 0 : 1; }
+    std::size_t getSum() const { return next[0] + next[1]; }
+} counters;
 
-void postIdle(Counters& counters, std::size_t who, long number)
+void postIdle(std::size_t post)
 {
-    struct Post {
-        Counters& counters;
-        std::size_t who;
-        long number;
-    };
     const auto run = [](gpointer data) -> gboolean {
-        const std::unique_ptr<Post> post(static_cast<Post*>(data));
-        post->counters.run(post->who, post->number);
+        counters.run(GPOINTER_TO_SIZE(data));
         return G_SOURCE_REMOVE;
     };
-    g_idle_add(run, std::make_unique<Post>(Post{counters, who, number}).release());
+    g_idle_add(run, GSIZE_TO_POINTER(post));
 }
 
-void postDispatcher(Counters& counters, std::size_t who, long number)
+void postDispatcher(std::size_t post)
 {
-    Kes::beginUpdateView([&counters, who, number] { counters.run(who, number); });
+    Kes::beginUpdateView([post] { counters.run(post); });
 }
 
 /// Posts per second; a rate below zero tells that the order was broken.
 template <typename PostFunction>
 double measureRate(PostFunction post)
 {
-    Counters counters;
+    counters = {};
     const auto start = Clock::now();
     std::array<std::thread, 2> threads;
     for (std::size_t who = 0; who < threads.size(); ++who)
         threads[who] = std::thread([&, who] {
-            for (long i = 0; i < perThread; ++i)
-                post(counters, who, i);
+            for (std::size_t i = 0; i < perThread; ++i)
+                post(i << 1 | who);
         });
     const auto context = Glib::MainContext::get_default();
     while (counters.getSum() < total)
@@ -140,8 +137,6 @@ public:
     Flood(const Flood&) = delete;
     Flood& operator=(const Flood&) = delete;
 
-    long getCount() const { return _count; }
-
 private:
     void _run()
     {
@@ -151,17 +146,13 @@ private:
                 continue;
             }
             ++_queued;
-            Kes::beginUpdateView([this] {
-                --_queued;
-                ++_count;
-            });
+            Kes::beginUpdateView([this] { --_queued; });
         }
     }
 
     std::array<std::thread, 2> _threads;
     std::atomic<bool> _stop{false};
     std::atomic<long> _queued{0};
-    long _count = 0;
 };
 
 } // namespace
@@ -188,16 +179,15 @@ int main(int argc, char** argv)
 
     FrameWindow window;
     window.measureFrameRate(); // until the window is up
-    const double unloaded = window.measureFrameRate();
-    double loaded = 0;
-    long posts = 0;
-    {
+    std::vector<double> alone;
+    std::vector<double> shares;
+    for (int i = 0; i < frameRounds; ++i) {
+        alone.push_back(window.measureFrameRate());
         const Flood flood;
-        loaded = window.measureFrameRate();
-        posts = flood.getCount();
+        shares.push_back(window.measureFrameRate() / alone.back());
     }
-    std::printf("frames per second          %8.1f alone, %.1f under %ld posts/ms\n", unloaded, loaded,
-                posts / std::chrono::milliseconds(frameTime).count());
-    std::printf("share of frames            %8.1f %% (at least 95 %%)\n", 100 * loaded / unloaded);
-    return ordered && ratio >= 8 && loaded >= 0.95 * unloaded ? 0 : 1;
+    const double share = getMedian(shares);
+    std::printf("frames per second          %8.1f alone\n", getMedian(alone));
+    std::printf("share drawn under posts    %8.1f %% (at least 95 %%)\n", 100 * share);
+    return ordered && ratio >= 8 && share >= 0.95 ? 0 : 1;
 }
