@@ -26,4 +26,11 @@ void runPendingEvents()
     }
 }
 
+void turnMainLoop(int times)
+{
+    const auto context = Glib::MainContext::get_default();
+    while (times-- > 0)
+        context->iteration(false);
+}
+
 } // namespace KesTest

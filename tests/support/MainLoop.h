@@ -10,7 +10,11 @@ namespace KesTest {
 bool waitFor(const std::function<bool()>& predicate,
              std::chrono::milliseconds limit = std::chrono::seconds(10));
 
-/// Runs the main loop until nothing is waiting in it. Main thread.
+/// Runs the main loop until nothing is waiting in it. Not while another thread goes on posting, which
+/// may be faster than the loop. Main thread.
 void runPendingEvents();
+
+/// Lets the main loop turn so many times without waiting, whatever goes on coming in. Main thread.
+void turnMainLoop(int times);
 
 } // namespace KesTest

@@ -233,9 +233,7 @@ TEST_F(MenuTest, PresentersMayDieWithUpdatesQueued)
                 running.emit(false);
             }
         });
-        // Not until the queue is empty: the device may be faster than the window.
-        int turns = 20;
-        waitFor([&] { return --turns <= 0; });
+        turnMainLoop(20);
         menu.reset();
         toolbar.reset();
         isOver = true;

@@ -107,7 +107,7 @@ TEST_F(KestoRowTest, RowMayDieWhileItsDeviceReports)
                 kesto.auxDC().signalEnableChanged.emit(true);
             }
         });
-        runPendingEvents();
+        turnMainLoop(20);
         presenter.reset();
         isOver = true;
         device.join();
