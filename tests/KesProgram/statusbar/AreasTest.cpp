@@ -74,7 +74,7 @@ TEST_F(AreasTest, InfoAreaMayDieWithChangesQueued)
         for (int i = 0; !isOver; ++i)
             model._setState(std::to_string(i));
     });
-    runPendingEvents();
+    turnMainLoop(20);
     area.reset();
     isOver = true;
     run.join();
