@@ -8,6 +8,8 @@
 #include <KesTreeManager/KesTreeResources.h>
 #include <KesTreeRelay/KesTreeRelayTreeResources.h>
 
+#include <exception>
+
 namespace KesProgram {
 
 ProgramBasePresenter::ProgramBasePresenter() : _fields(std::make_unique<ImplFields>())
@@ -123,7 +125,12 @@ void ProgramBasePresenter::_fromModel(std::function<void()> handler)
     if (Kes::ApplicationDispatcher::getInstance().isGuiThread()) {
         // The handler may show a dialog, and the emission that it is called from holds the gate.
         const Kes::SignalGate::Release gate;
-        handler();
+        try {
+            handler();
+        } catch (...) {
+            // Not through the emission: a stop or the end of a run would be left half done.
+            _fields->dialogs.later([error = std::current_exception()] { std::rethrow_exception(error); });
+        }
         return;
     }
     // The queue is served inside waits as well; there a dialog would hold up a stop or a start.

@@ -110,6 +110,10 @@ protected:
     virtual void _extractXmlConfig(xmlpp::Element* root);
     /// Puts recent files and window rectangle into the file's root. An override calls it.
     virtual void _fillXmlConfig(xmlpp::Element* root);
+    /// The name of that file: the short name of the model's class and ".cfg"; empty without a model.
+    virtual std::string _getXmlConfigName();
+    /// In the family's cache folder.
+    virtual std::string _getXmlConfigFullPath();
 
     /// Null before the first `open`.
     IProgramView* _getProgramView();
@@ -120,11 +124,6 @@ protected:
     void _init();
     /// Applies the window rectangle of the configuration file again, if there was one.
     void _onFinalizeInit();
-
-    /// The short name of the model's class and ".cfg"; empty without a model.
-    std::string _getXmlConfigName();
-    /// In the family's cache folder.
-    std::string _getXmlConfigFullPath();
 
     /// Lets the user save the archive, writes the configuration file and closes the model. Returns early when
     /// the user cancels. Nothing once the model has been closed.
@@ -142,7 +141,8 @@ private:
 
     void _connectModel(ProgramModel& model);
     void _createWindow();
-    /// Any thread: runs a handler of a model signal on the GUI thread; at once when called there.
+    /// Any thread: runs a handler of a model signal on the GUI thread; at once when called there. What it
+    /// throws leaves the main loop, not the emission.
     void _fromModel(std::function<void()> handler);
     void _showMessages();
     void _waitForStop(ProgramModel& model);
