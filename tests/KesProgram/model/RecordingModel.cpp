@@ -1,8 +1,6 @@
 #include "RecordingModel.h"
 
-#include <algorithm>
 #include <chrono>
-#include <utility>
 
 namespace KesTest {
 
@@ -43,29 +41,6 @@ RecordingModel::~RecordingModel()
 {
     prepareDoor.open();
     bodyDoor.open();
-}
-
-void RecordingModel::write(const std::string& entry)
-{
-    std::lock_guard lock(_mutex);
-    _entries.push_back(entry);
-}
-
-std::vector<std::string> RecordingModel::take()
-{
-    std::lock_guard lock(_mutex);
-    return std::exchange(_entries, {});
-}
-
-bool RecordingModel::has(const std::string& entry) const
-{
-    return count(entry) > 0;
-}
-
-std::size_t RecordingModel::count(const std::string& entry) const
-{
-    std::lock_guard lock(_mutex);
-    return static_cast<std::size_t>(std::count(_entries.begin(), _entries.end(), entry));
 }
 
 bool RecordingModel::_onPrepareStart()

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "support/Record.h"
+
 #include <KesProgram/model/ProgramModel.h>
 
 #include <condition_variable>
 #include <functional>
 #include <mutex>
-#include <string>
-#include <vector>
 
 namespace KesTest {
 
@@ -26,7 +26,7 @@ private:
 
 /// A model that writes down, in order, every hook that is called and every signal that it emits, and whose
 /// run can be held at its two long steps.
-class RecordingModel : public KesProgram::ProgramModel {
+class RecordingModel : public KesProgram::ProgramModel, public Record {
 public:
     RecordingModel();
     ~RecordingModel() override;
@@ -39,11 +39,6 @@ public:
     /// What the test body does when the door is open; ends the run when it is not set.
     std::function<void(RecordingModel&)> body;
     std::function<bool()> prepareHardware;
-
-    void write(const std::string& entry);
-    std::vector<std::string> take();
-    bool has(const std::string& entry) const;
-    std::size_t count(const std::string& entry) const;
 
     using ProgramModel::_createProgramHardwareManager;
     using ProgramModel::_finish;
@@ -67,10 +62,6 @@ protected:
     void _onFinishHardware() override;
     void _onFinished() override;
     void _onClosing() override;
-
-private:
-    mutable std::mutex _mutex;
-    std::vector<std::string> _entries;
 };
 
 } // namespace KesTest

@@ -3,21 +3,13 @@
 #include <KesDevice/HardwareIsRunningComponent.h>
 #include <KesDevice/KestoStateGlobalUpdater.h>
 #include <KesProgram/archive/ArchiveManager.h>
-#include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/shell/FileMenuPresenter.h>
 #include <KesProgram/shell/FileRecentMenuPresenter.h>
 #include <KesProgram/shell/FileToolbarPresenter.h>
 #include <KesProgram/shell/HardwareControlToolbarPresenter.h>
-#include <KesProgram/shell/HardwareSettingsToolbarPresenter.h>
-#include <KesProgram/shell/ProgramMainMenuPresenter.h>
 #include <KesProgram/shell/ToolsToolbarPresenter.h>
 
-#include <gmock/gmock.h>
-#include <gtkmm/menu.h>
-#include <gtkmm/menuitem.h>
-#include <gtkmm/toolbutton.h>
-
-#include <thread>
+#include <gtkmm.h>
 
 namespace KesTest {
 
@@ -40,10 +32,10 @@ protected:
         return dynamic_cast<Gtk::MenuItem&>(*menu.get_children().at(index));
     }
 
-    static Gtk::ToolButton& button(Kes::IPresenter& presenter, std::size_t index)
+    static Gtk::ToolButton& button(Kes::IPresenter& presenter, int index)
     {
-        auto& toolbar = dynamic_cast<Gtk::Toolbar&>(*presenter.getView());
-        return dynamic_cast<Gtk::ToolButton&>(*toolbar.get_nth_item(static_cast<int>(index)));
+        return dynamic_cast<Gtk::ToolButton&>(
+            *dynamic_cast<Gtk::Toolbar&>(*presenter.getView()).get_nth_item(index));
     }
 
     /// A user's click on a tool button.
@@ -52,15 +44,7 @@ protected:
         gtk_button_clicked(GTK_BUTTON(gtk_bin_get_child(GTK_BIN(button.gobj()))));
     }
 
-    static std::vector<std::string> labels(Kes::IPresenter& presenter)
-    {
-        std::vector<std::string> texts;
-        for (auto* child : dynamic_cast<Gtk::Menu&>(*presenter.getView()).get_children())
-            texts.push_back(dynamic_cast<Gtk::MenuItem&>(*child).get_label());
-        return texts;
-    }
-
-    static void onAnotherThread(const std::function<void()>& function) { std::thread(function).join(); }
+    KesProgram::ArchiveManager& archive() { return *model.getArchiveManager(); }
 };
 
 TEST_F(MenuTest, NewAndOpenAreOffWhileTheHardwareRuns)
@@ -71,7 +55,7 @@ TEST_F(MenuTest, NewAndOpenAreOffWhileTheHardwareRuns)
         std::vector<bool> result;
         for (std::size_t i = 0; i < 4; ++i)
             result.push_back(item(menu, i).get_sensitive());
-        for (std::size_t i = 0; i < 3; ++i)
+        for (int i = 0; i < 3; ++i)
             result.push_back(button(toolbar, i).get_sensitive());
         return result;
     };
@@ -93,58 +77,61 @@ TEST_F(MenuTest, NewAndOpenAreOffWhileTheHardwareRuns)
     EXPECT_EQ(sensitive(), idle);
 }
 
-TEST_F(MenuTest, FileMenuSavesUnderTheNameItHas)
+TEST_F(MenuTest, FileCommandsOfMenuAndToolbar)
 {
-    const std::string file = home.file("a.abc");
-    ASSERT_TRUE(model.getArchiveManager()->saveAs(file));
-    model.data = "changed";
+    const std::string a = home.file("a.abc");
+    const std::string b = home.file("b.abc");
     KesProgram::FileMenuPresenter menu(&shell);
-    item(menu, 2).activate();
-    EXPECT_EQ(readFile(file), "changed");
-    EXPECT_TRUE(dialogs.getFiles().empty());
-
-    dialogs.answerFile(home.file("b.abc"));
-    item(menu, 3).activate();
-    EXPECT_EQ(readFile(home.file("b.abc")), "changed");
-
-    item(menu, 0).activate();
-    EXPECT_TRUE(model.getArchiveManager()->isNew());
-    dialogs.answer(DialogResult::No);
-    dialogs.answerFile(file);
-    item(menu, 1).activate();
-    EXPECT_EQ(model.getArchiveManager()->getFileName(), file);
-    EXPECT_FALSE(dialogs.getFiles().back().save);
-}
-
-TEST_F(MenuTest, SaveButtonAlwaysAsksForAName)
-{
-    ASSERT_TRUE(model.getArchiveManager()->saveAs(home.file("a.abc")));
     KesProgram::FileToolbarPresenter toolbar(&shell);
-    dialogs.answerFile(home.file("b.abc"));
+    ASSERT_TRUE(archive().saveAs(a));
+    model.data = "changed";
+    item(menu, 2).activate();
+    EXPECT_EQ(readFile(a), "changed");
+    EXPECT_TRUE(dialogs.getFiles().empty()) << "the menu saves under the name it has";
+
+    dialogs.answerFile(b);
+    item(menu, 3).activate();
+    EXPECT_EQ(readFile(b), "changed");
+    dialogs.answerFile(a);
     click(button(toolbar, 2));
-    ASSERT_EQ(dialogs.getFiles().size(), 1U);
-    EXPECT_TRUE(dialogs.getFiles()[0].save);
-    click(button(toolbar, 0));
-    EXPECT_TRUE(model.getArchiveManager()->isNew());
-    dialogs.answer(DialogResult::Cancel);
-    click(button(toolbar, 1));
+    EXPECT_EQ(archive().getFileName(), a) << "the tool button always asks for a name";
+    EXPECT_TRUE(dialogs.getFiles().back().save);
+
+    const std::pair<std::function<void()>, std::function<void()>> newAndOpen[] = {
+        {[&] { item(menu, 0).activate(); }, [&] { item(menu, 1).activate(); }},
+        {[&] { click(button(toolbar, 0)); }, [&] { click(button(toolbar, 1)); }}};
+    for (const auto& [createNew, openFile] : newAndOpen) {
+        createNew();
+        EXPECT_TRUE(archive().isNew());
+        dialogs.answer(DialogResult::No);
+        dialogs.answerFile(b);
+        openFile();
+        EXPECT_EQ(archive().getFileName(), b);
+        EXPECT_FALSE(dialogs.getFiles().back().save);
+    }
 }
 
 TEST_F(MenuTest, RecentFilesNewestOnTopOpenWithTheirQuestions)
 {
     const std::string a = home.file("a.abc");
     const std::string b = home.file("_b \xd1\x84.abc");
-    ASSERT_TRUE(model.getArchiveManager()->saveAs(a));
-    KesProgram::FileRecentMenuPresenter menu(&shell);
-    EXPECT_THAT(labels(menu), ElementsAre(a));
-    ASSERT_TRUE(model.getArchiveManager()->saveAs(b));
-    EXPECT_THAT(labels(menu), ElementsAre(b, a));
+    ASSERT_TRUE(archive().saveAs(a));
+    KesProgram::FileRecentMenuPresenter presenter(&shell);
+    auto& menu = dynamic_cast<Gtk::Menu&>(*presenter.getView());
+    const auto labels = [&] {
+        std::vector<std::string> texts;
+        for (auto* child : menu.get_children())
+            texts.push_back(dynamic_cast<Gtk::MenuItem&>(*child).get_label());
+        return texts;
+    };
+    EXPECT_THAT(labels(), ElementsAre(a));
+    ASSERT_TRUE(archive().saveAs(b));
+    EXPECT_THAT(labels(), ElementsAre(b, a));
     model.data = "changed";
-    auto* last = dynamic_cast<Gtk::Menu&>(*menu.getView()).get_children().back();
     dialogs.answer(DialogResult::No);
-    dynamic_cast<Gtk::MenuItem&>(*last).activate();
-    EXPECT_EQ(model.getArchiveManager()->getFileName(), a);
-    EXPECT_THAT(labels(menu), ElementsAre(a, b));
+    dynamic_cast<Gtk::MenuItem&>(*menu.get_children().back()).activate();
+    EXPECT_EQ(archive().getFileName(), a);
+    EXPECT_THAT(labels(), ElementsAre(a, b));
 }
 
 TEST_F(MenuTest, StartAndStopFollowTheModel)
@@ -152,16 +139,18 @@ TEST_F(MenuTest, StartAndStopFollowTheModel)
     KesProgram::HardwareControlToolbarPresenter toolbar(model);
     auto& start = button(toolbar, 0);
     auto& stop = button(toolbar, 1);
-    EXPECT_FALSE(start.get_sensitive());
-    EXPECT_FALSE(stop.get_sensitive());
+    EXPECT_FALSE(start.get_sensitive() || stop.get_sensitive());
     model._setCanProgramStart(true);
     EXPECT_TRUE(start.get_sensitive());
-    click(start);
-    EXPECT_FALSE(start.get_sensitive());
-    EXPECT_TRUE(waitFor([&] { return stop.get_sensitive(); }));
-    click(stop);
-    EXPECT_FALSE(stop.get_sensitive());
-    EXPECT_TRUE(waitFor([&] { return start.get_sensitive(); }));
+    for (const int stopping : {1, 2}) { // Stop, and Power off, which stops as well
+        click(start);
+        EXPECT_FALSE(start.get_sensitive());
+        EXPECT_TRUE(waitFor([&] { return stop.get_sensitive() && model.isOutputStarted(); }));
+        click(button(toolbar, stopping));
+        EXPECT_FALSE(stop.get_sensitive() || model.isRunning());
+        EXPECT_TRUE(waitFor([&] { return start.get_sensitive(); }));
+    }
+    EXPECT_EQ(record.count("model stop"), 2U);
 
     // What another thread has said before must not overtake what the GUI thread says now.
     onAnotherThread([&] {
@@ -195,24 +184,17 @@ TEST_F(MenuTest, PowerOffNeedsPermissionAndNoUpdate)
     EXPECT_FALSE(powerOff.get_visible());
 }
 
-TEST_F(MenuTest, PowerOffDuringARunStopsIt)
-{
-    KesProgram::HardwareControlToolbarPresenter toolbar(model);
-    model.startRun();
-    click(button(toolbar, 2));
-    EXPECT_TRUE(record.has("model stop"));
-    EXPECT_FALSE(model.isRunning());
-}
-
 TEST_F(MenuTest, TestObjectCommandIsThereOnlyWhenAskedFor)
 {
     KesProgram::ToolsToolbarPresenter without(&shell, false);
     KesProgram::ToolsToolbarPresenter with(&shell, true);
-    EXPECT_EQ(dynamic_cast<Gtk::Toolbar&>(*without.getView()).get_n_items(), 1);
-    EXPECT_EQ(dynamic_cast<Gtk::Toolbar&>(*with.getView()).get_n_items(), 2);
     dialogs.answer(DialogResult::Ok);
     click(button(without, 0));
     EXPECT_THAT(dialogs.getTexts(), ElementsAre("Error creating file."));
+    model.testObject = KesTree::Node::group("relay", {"Relay", "Реле"});
+    const auto windows = Gtk::Window::list_toplevels().size();
+    click(button(with, 0));
+    EXPECT_GT(Gtk::Window::list_toplevels().size(), windows);
 }
 
 /// Presenters of one program may die before its signals fall silent.
@@ -233,7 +215,9 @@ TEST_F(MenuTest, PresentersMayDieWithUpdatesQueued)
                 running.emit(false);
             }
         });
-        turnMainLoop(20);
+        // Not until the queue is empty: the device may be faster than the window.
+        int turns = 20;
+        waitFor([&] { return --turns <= 0; });
         menu.reset();
         toolbar.reset();
         isOver = true;

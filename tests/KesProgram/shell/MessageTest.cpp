@@ -3,10 +3,7 @@
 #include <KesCommon/SignalGate.h>
 #include <KesCommonView/UpdateView.h>
 
-#include <gmock/gmock.h>
-
 #include <atomic>
-#include <thread>
 
 namespace KesTest {
 
@@ -17,62 +14,59 @@ using testing::ElementsAre;
 
 class MessageTest : public ShellTest {
 protected:
+    MessageTest() { open(); }
+
     void fromDevice(const std::string& text)
     {
-        std::thread device([&] { model.signalMessage.emit(text); });
-        device.join();
+        onAnotherThread([&] { model.signalMessage.emit(text); });
+    }
+
+    bool hasShown(std::size_t count)
+    {
+        return waitFor([&] { return dialogs.getTexts().size() == count; });
     }
 };
 
-TEST_F(MessageTest, OnTheGuiThreadItIsShownBeforeTheEmissionReturns)
-{
-    open();
-    dialogs.answer(DialogResult::Ok);
-    model.signalMessage.emit("now");
-    ASSERT_THAT(dialogs.getTexts(), ElementsAre("now"));
-    EXPECT_EQ(dialogs.getMessages()[0].buttons, DialogResult::Ok);
-    EXPECT_EQ(dialogs.getMessages()[0].parent, shell.getView());
-}
-
-/// With the gate kept, the device's thread would stand still until the user closes the box.
+/// At once on the GUI thread. With the gate kept, the device's thread would stand still until the user
+/// closes the box.
 TEST_F(MessageTest, DevicesGoOnWhileABoxIsOpen)
 {
-    open();
     dialogs.answer(DialogResult::Ok, [this] {
         EXPECT_FALSE(Kes::SignalGate::isHeldByThisThread());
-        std::thread device([this] { model._setState("running"); });
-        device.join();
+        onAnotherThread([this] { model._setState("running"); });
         EXPECT_EQ(model.getState(), "running");
     });
     model.signalMessage.emit("open");
     EXPECT_FALSE(Kes::SignalGate::isHeldByThisThread());
-    model._setState("");
+    ASSERT_THAT(dialogs.getTexts(), ElementsAre("open"));
+    EXPECT_EQ(dialogs.getMessages()[0].buttons, DialogResult::Ok);
+    EXPECT_EQ(dialogs.getMessages()[0].parent, shell.getView());
 }
 
 TEST_F(MessageTest, RepeatedTextIsShownOnceAndAgainAfterwards)
 {
-    open();
-    for (int i = 0; i < 3; ++i)
-        fromDevice("Overload");
-    EXPECT_THAT(dialogs.getTexts(), ElementsAre()) << "a device's thread shows nothing";
-    dialogs.answer(DialogResult::Ok, [this] {
+    const auto repeat = [this] {
         for (int i = 0; i < 3; ++i)
             fromDevice("Overload");
+    };
+    repeat();
+    EXPECT_THAT(dialogs.getTexts(), ElementsAre()) << "a device's thread shows nothing";
+    dialogs.answer(DialogResult::Ok, [&] {
+        repeat();
         model.signalMessage.emit("Overload");
         runPendingEvents();
     });
-    EXPECT_TRUE(waitFor([this] { return dialogs.getTexts().size() == 1; }));
+    EXPECT_TRUE(hasShown(1));
     runPendingEvents();
-    EXPECT_THAT(dialogs.getTexts(), ElementsAre("Overload"));
+    EXPECT_TRUE(hasShown(1));
 
     dialogs.answer(DialogResult::Ok);
     fromDevice("Overload");
-    EXPECT_TRUE(waitFor([this] { return dialogs.getTexts().size() == 2; }));
+    EXPECT_TRUE(hasShown(2));
 }
 
 TEST_F(MessageTest, DifferentTextsComeOneAfterTheOther)
 {
-    open();
     int depth = 0;
     const auto during = [&] {
         EXPECT_EQ(++depth, 1) << "a box over a box";
@@ -94,7 +88,6 @@ TEST_F(MessageTest, DifferentTextsComeOneAfterTheOther)
 /// A wait of the GUI thread serves its queue; a box in there would hold up what waits, such as a stop.
 TEST_F(MessageTest, NoBoxOpensInsideAWait)
 {
-    open();
     std::atomic<bool> isHeld{false};
     std::atomic<bool> mayGo{false};
     std::thread device([&] {
@@ -113,13 +106,11 @@ TEST_F(MessageTest, NoBoxOpensInsideAWait)
     EXPECT_THAT(dialogs.getTexts(), ElementsAre());
     device.join();
     dialogs.answer(DialogResult::Ok);
-    EXPECT_TRUE(waitFor([this] { return dialogs.getTexts().size() == 1; }));
-    model._setState("");
+    EXPECT_TRUE(hasShown(1));
 }
 
 TEST_F(MessageTest, FinishedReachesTheProgramOnTheGuiThread)
 {
-    open();
     const auto guiThread = std::this_thread::get_id();
     shell.onHook = [&](const std::string&) { EXPECT_EQ(std::this_thread::get_id(), guiThread); };
     model.startRun();
@@ -135,11 +126,10 @@ TEST_F(MessageTest, QueuedMessagesDieWithThePresenter)
     auto ownModel = std::make_unique<ShellModel>(record);
     auto ownShell = std::make_unique<ShellPresenter>(*ownModel, record);
     ownShell->open(nullptr);
-    std::thread device([&] {
+    onAnotherThread([&] {
         for (int i = 0; i < 100; ++i)
             ownModel->signalMessage.emit("text " + std::to_string(i));
     });
-    device.join();
     ownShell.reset();
     runPendingEvents();
     EXPECT_THAT(dialogs.getTexts(), ElementsAre());

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "support/MainLoop.h"
+#include "support/Record.h"
+
 #include <KesProgram/model/ProgramModel.h>
 #include <KesProgram/shell/ProgramBasePresenter.h>
+#include <KesProgram/views/IProgramView.h>
 #include <KesTree/Node.h>
 
 #include <gtkmm/window.h>
@@ -10,28 +14,18 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <sstream>
 #include <string>
-#include <vector>
 
 namespace KesTest {
-
-/// What happened, in order, on any thread.
-class Record {
-public:
-    void write(const std::string& entry);
-    std::vector<std::string> take();
-    bool has(const std::string& entry) const;
-    std::size_t count(const std::string& entry) const;
-
-private:
-    mutable std::mutex _mutex;
-    std::vector<std::string> _entries;
-};
 
 /// A model with a hardware configuration of its own without devices, whose run goes on until it is stopped.
 class ShellModel : public KesProgram::ProgramModel {
 public:
-    explicit ShellModel(Record& record);
+    explicit ShellModel(Record& record) : _record(record)
+    {
+        signalHardwareChanged.connect([this] { _record.write("hardware changed"); });
+    }
 
     /// Empty: no archive logic.
     std::string extension;
@@ -48,26 +42,68 @@ public:
     using ProgramModel::_setState;
 
     /// Starts a run and waits until it is under way.
-    void startRun();
-    void endRun();
+    void startRun()
+    {
+        _setCanProgramStart(true);
+        startTest();
+        waitFor([this] { return isOutputStarted() && isRunning(); });
+        runPendingEvents();
+    }
+    void endRun() { _setEnded(true); }
 
-    void init() override;
+    void init() override
+    {
+        _record.write("model init");
+        ProgramModel::init();
+    }
     std::string getProgramName() override { return "Shell test"; }
-    std::string getExtension() override;
-    std::unique_ptr<std::istream> getDataStream() override;
+    std::string getExtension() override { return extension; }
+    std::unique_ptr<std::istream> getDataStream() override
+    {
+        return std::make_unique<std::istringstream>(data);
+    }
     bool usesLocalHardware() override { return true; }
     KesTree::Node* getTestObject() override { return testObject.get(); }
     std::string createReport() override { return report; }
     KesProgram::RunVerdict getRunVerdict() override { return KesProgram::RunVerdict::None; }
 
 protected:
-    bool _onPrepareHardware() override { return true; }
-    void _onStart() override;
-    void _onStop() override;
+    bool _onPrepareHardware() override
+    {
+        _setEnded(false);
+        return true;
+    }
+    void _onStart() override
+    {
+        {
+            std::unique_lock lock(_mutex);
+            _ended.wait(lock, [this] { return _isEnded; });
+        }
+        _finish();
+    }
+    void _onStop() override
+    {
+        _record.write("model stop");
+        if (stopsLater)
+            _setCanProgramStop(true);
+        else
+            endRun();
+    }
     void _onFinishHardware() override {}
-    void _onClosing() override;
+    void _onClosing() override
+    {
+        isClosing = true;
+        _record.write("model closing");
+    }
 
 private:
+    void _setEnded(bool ended)
+    {
+        std::lock_guard lock(_mutex);
+        _isEnded = ended;
+        _ended.notify_all();
+    }
+
     Record& _record;
     std::mutex _mutex;
     std::condition_variable _ended;
@@ -77,7 +113,11 @@ private:
 /// A shell that writes down its hooks and lets a test at what is for concrete programs.
 class ShellPresenter : public KesProgram::ProgramBasePresenter {
 public:
-    ShellPresenter(ShellModel& model, Record& record);
+    ShellPresenter(ShellModel& model, Record& record) : _model(model), _record(record)
+    {
+        signalOpened.connect([this] { _hook("opened"); });
+        signalClosed.connect([this] { _hook("closed"); });
+    }
 
     bool hasStatusBar = true;
     /// Called in the hook of the name, after it has been written down.
@@ -91,22 +131,52 @@ public:
     using ProgramBasePresenter::_saveXmlConfig;
 
     void openFile(const std::string&) override {}
-    Gtk::Window& getWindow();
+    Gtk::Window& getWindow() { return dynamic_cast<Gtk::Window&>(*getView()); }
     /// Presses the window's close button, as far as the window is concerned.
-    void clickClose();
+    void clickClose()
+    {
+        GdkEvent* event = gdk_event_new(GDK_DELETE);
+        event->any.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(GTK_WIDGET(getWindow().gobj()))));
+        gtk_main_do_event(event);
+        gdk_event_free(event);
+    }
 
 protected:
     KesProgram::ProgramModel* _getModel() override { return &_model; }
-    void _evalOpen(KesProgram::IProgramView* view, Kes::IView* parent) override;
+    void _evalOpen(KesProgram::IProgramView* view, Kes::IView* parent) override
+    {
+        _hook("eval open");
+        ProgramBasePresenter::_evalOpen(view, parent);
+    }
     void _onBeforeInit() override { _hook("before init"); }
     void _onInit() override { _hook("init"); }
-    void _onFinishedFromModel(bool outputStarted) override;
-    std::unique_ptr<Kes::IPresenter> _createStatusBar() override;
-    void _loadXmlConfig() override;
-    void _fillXmlConfig(xmlpp::Element* root) override;
+    void _onFinishedFromModel(bool outputStarted) override
+    {
+        _hook(outputStarted ? "finished" : "finished without output");
+    }
+    std::unique_ptr<Kes::IPresenter> _createStatusBar() override
+    {
+        _hook("create status bar");
+        return hasStatusBar ? ProgramBasePresenter::_createStatusBar() : nullptr;
+    }
+    void _loadXmlConfig() override
+    {
+        _hook("load config");
+        ProgramBasePresenter::_loadXmlConfig();
+    }
+    void _fillXmlConfig(xmlpp::Element* root) override
+    {
+        _hook("fill config");
+        ProgramBasePresenter::_fillXmlConfig(root);
+    }
 
 private:
-    void _hook(const std::string& name);
+    void _hook(const std::string& name)
+    {
+        _record.write(name);
+        if (onHook)
+            onHook(name);
+    }
 
     ShellModel& _model;
     Record& _record;

@@ -5,11 +5,9 @@
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
-#include <KesCommon/Log.h>
+#include <gmock/gmock.h>
 
-#include <mutex>
-#include <string>
-#include <vector>
+#include <thread>
 
 namespace KesTest {
 
@@ -20,11 +18,11 @@ protected:
     ~ShellTest() override
     {
         model.endRun();
-        if (shell.getView() && !model.isClosing)
+        if (!shell.getView())
+            return;
+        if (!model.isClosing)
             model.close();
-        if (shell.getView()) {
-            EXPECT_TRUE(waitFor([this] { return isClosed; }));
-        }
+        EXPECT_TRUE(waitFor([this] { return isClosed; }));
     }
 
     void open()
@@ -36,38 +34,14 @@ protected:
 
     bool isWindowSeen() { return shell.getWindow().get_visible(); }
 
+    static void onAnotherThread(const std::function<void()>& function) { std::thread(function).join(); }
+
     TemporaryHome home;
     Record record;
     ShellModel model{record};
     ShellPresenter shell{model, record};
     bool isClosed = false;
     sigc::connection closedConnection = shell.signalClosed.connect([this] { isClosed = true; });
-};
-
-/// Collects the warnings that go to the log.
-class LogWarnings {
-public:
-    LogWarnings()
-        : _previous(KesLog::Log::setObserver([this](KesLog::Log::Level level, const std::string& text) {
-              std::lock_guard lock(_mutex);
-              if (level == KesLog::Log::Level::Warn)
-                  _texts.push_back(text);
-          }))
-    {}
-    ~LogWarnings() { KesLog::Log::setObserver(std::move(_previous)); }
-    LogWarnings(const LogWarnings&) = delete;
-    LogWarnings& operator=(const LogWarnings&) = delete;
-
-    std::vector<std::string> get() const
-    {
-        std::lock_guard lock(_mutex);
-        return _texts;
-    }
-
-private:
-    mutable std::mutex _mutex;
-    std::vector<std::string> _texts;
-    KesLog::Log::Observer _previous;
 };
 
 } // namespace KesTest

@@ -2,9 +2,7 @@
 
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
 #include <KesProgram/shell/ProgramMainMenuPresenter.h>
-#include <KesProgram/views/IProgramView.h>
 
-#include <gmock/gmock.h>
 #include <gtkmm/grid.h>
 
 namespace KesTest {
@@ -12,7 +10,6 @@ namespace KesTest {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class StartTest : public ShellTest {
 protected:
@@ -25,11 +22,12 @@ TEST_F(StartTest, EverythingHappensInOrder)
     EXPECT_EQ(shell.getView(), nullptr);
     EXPECT_EQ(shell._getMenuBar(), nullptr);
     writeFile(shell._getXmlConfigFullPath(), "<root><Rectangle>30;40;700;500</Rectangle></root>");
+    // What the model says before there is a window is not lost.
+    dialogs.answer(Kes::DialogResult::Ok);
     shell.onHook = [this](const std::string& hook) {
         if (hook == "before init" || hook == "load config") {
             EXPECT_EQ(model.getArchiveManager(), nullptr);
-        }
-        if (hook == "create status bar") {
+        } else if (hook == "create status bar") {
             EXPECT_EQ(model.signalFinished.size(), 1U);
             EXPECT_EQ(model.signalClosing.size(), 1U);
             EXPECT_EQ(model.signalClosed.size(), 1U);
@@ -37,20 +35,16 @@ TEST_F(StartTest, EverythingHappensInOrder)
             EXPECT_NE(shell.getArchiveManagerPresenter(), nullptr);
             EXPECT_NE(shell._getMenuBar(), nullptr);
             EXPECT_EQ(shell.getView(), nullptr);
-        }
-        if (hook == "init") {
+            model.signalMessage.emit("early");
+        } else if (hook == "init") {
             EXPECT_EQ(shell.getWindow().get_title(), "Shell test");
             EXPECT_EQ(at(0), dynamic_cast<Gtk::Widget*>(shell._getMenuBar()->getView()));
             ASSERT_NE(at(2), nullptr);
             EXPECT_TRUE(at(2)->get_style_context()->has_class("statusbar"));
             // A program may set a size of its own; the saved one comes after it.
             shell._getProgramView()->setRectangle({10, 10, 300, 200});
-        }
-        if (hook == "eval open") {
-            EXPECT_FALSE(isWindowSeen());
-        }
-        if (hook == "opened") {
-            EXPECT_TRUE(isWindowSeen());
+        } else {
+            EXPECT_EQ(isWindowSeen(), hook == "opened") << hook;
         }
     };
     shell.open(nullptr);
@@ -59,6 +53,10 @@ TEST_F(StartTest, EverythingHappensInOrder)
     EXPECT_TRUE(waitFor([this] {
         return shell._getProgramView()->getRectangle() == Kes::RectangleF{30, 40, 700, 500};
     }));
+    EXPECT_TRUE(waitFor([this] { return !dialogs.getMessages().empty(); }));
+    EXPECT_THAT(dialogs.getTexts(), ElementsAre("early"));
+    EXPECT_EQ(dialogs.getMessages()[0].parent, shell.getView());
+    shell.onHook = {};
 }
 
 TEST_F(StartTest, SecondOpenOnlyShowsTheWindow)
@@ -77,26 +75,6 @@ TEST_F(StartTest, ProgramWithoutStatusBarAndArchive)
     shell.open(nullptr);
     EXPECT_EQ(at(2), nullptr);
     EXPECT_EQ(shell.getArchiveManagerPresenter(), nullptr);
-}
-
-TEST_F(StartTest, PackageVersionGoesToTheModel)
-{
-    shell.setPackageVersion("1.2-3");
-    EXPECT_EQ(model.getPackageVersion(), "1.2-3");
-}
-
-/// What the model says before there is a window is not lost.
-TEST_F(StartTest, MessageBeforeTheWindowIsShownOverIt)
-{
-    dialogs.answer(Kes::DialogResult::Ok);
-    shell.onHook = [this](const std::string& hook) {
-        if (hook == "create status bar")
-            model.signalMessage.emit("early");
-    };
-    shell.open(nullptr);
-    EXPECT_TRUE(waitFor([this] { return !dialogs.getMessages().empty(); }));
-    ASSERT_EQ(dialogs.getTexts(), std::vector<std::string>{"early"});
-    EXPECT_EQ(dialogs.getMessages()[0].parent, shell.getView());
 }
 
 } // namespace

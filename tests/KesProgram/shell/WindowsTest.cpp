@@ -4,14 +4,7 @@
 #include <KesProgram/shell/HelpMenuPresenter.h>
 #include <KesProgram/shell/ProgramAboutPresenter.h>
 
-#include <gmock/gmock.h>
-#include <gtkmm/aboutdialog.h>
-#include <gtkmm/button.h>
-#include <gtkmm/entry.h>
-#include <gtkmm/menu.h>
-#include <gtkmm/menuitem.h>
-
-#include <thread>
+#include <gtkmm.h>
 
 namespace KesTest {
 
@@ -31,8 +24,6 @@ public:
           }))
     {}
     ~Desktop() { Kes::DesktopOpener::replace(std::move(_previous)); }
-    Desktop(const Desktop&) = delete;
-    Desktop& operator=(const Desktop&) = delete;
 
     std::vector<std::string> opened;
 
@@ -42,12 +33,14 @@ private:
 
 class WindowsTest : public ShellTest {
 protected:
-    static Gtk::Window* findWindow(const std::string& title)
+    /// The windows on the screen over the program's own.
+    std::vector<Gtk::Window*> windows()
     {
-        for (auto* window : Gtk::Window::list_toplevels())
-            if (window->get_visible() && window->get_title() == title)
-                return window;
-        return nullptr;
+        auto found = Gtk::Window::list_toplevels();
+        std::erase_if(found, [this](Gtk::Window* window) {
+            return !window->get_visible() || window->get_transient_for() != &shell.getWindow();
+        });
+        return found;
     }
 
     void makeTestObject()
@@ -70,52 +63,53 @@ protected:
 TEST_F(WindowsTest, ReportIsOpenedOrItsFailureShown)
 {
     open();
-    dialogs.answer(DialogResult::Ok);
-    shell.requestReport();
-    EXPECT_THAT(dialogs.getTexts(), ElementsAre("Error creating file."));
-    EXPECT_EQ(dialogs.getMessages()[0].title, "");
-    EXPECT_EQ(dialogs.getMessages()[0].buttons, DialogResult::Ok);
-    EXPECT_EQ(dialogs.getMessages()[0].parent, shell.getView());
-
-    model.report = home.file("report.html");
-    writeFile(model.report, "<html/>");
-    {
-        const Desktop desktop(true);
+    const std::string report = home.file("report.html");
+    writeFile(report, "<html/>");
+    const Kes::Result fine = true;
+    const auto failure = Kes::Result::failure("No application");
+    const struct {
+        std::string path;
+        Kes::Result answer;
+        const char* text;
+    } cases[] = {{"", fine, "Error creating file."},
+                 {report, fine, nullptr},
+                 {report, failure, "No application"},
+                 {home.file("missing.html"), fine, "missing.html"}};
+    for (const auto& [path, answer, text] : cases) {
+        SCOPED_TRACE(path);
+        const Desktop desktop(answer);
+        model.report = path;
+        dialogs.clear();
+        if (text)
+            dialogs.answer(DialogResult::Ok);
         shell.requestReport();
-        EXPECT_THAT(desktop.opened, ElementsAre(model.report));
+        EXPECT_EQ(desktop.opened.size(), path == report ? 1U : 0U);
+        ASSERT_EQ(dialogs.getMessages().size(), text ? 1U : 0U);
+        if (text) {
+            EXPECT_THAT(dialogs.getTexts()[0], HasSubstr(text));
+            EXPECT_EQ(dialogs.getMessages()[0].title, "");
+            EXPECT_EQ(dialogs.getMessages()[0].buttons, DialogResult::Ok);
+            EXPECT_EQ(dialogs.getMessages()[0].parent, shell.getView());
+        }
     }
-    {
-        const Desktop desktop(Kes::Result::failure("No application"));
-        dialogs.answer(DialogResult::Ok);
-        shell.requestReport();
-        EXPECT_THAT(dialogs.getTexts().back(), HasSubstr("No application"));
-    }
-    model.report = home.file("missing.html");
-    const Desktop desktop(true);
-    dialogs.answer(DialogResult::Ok);
-    shell.requestReport();
-    EXPECT_THAT(desktop.opened, ElementsAre());
-    EXPECT_EQ(dialogs.getMessages().size(), 3U);
 }
 
 TEST_F(WindowsTest, TestObjectWindowOpensOnceAndAgainAfterClosing)
 {
     open();
     shell.requestTestObject();
-    EXPECT_EQ(findWindow("Test object"), nullptr) << "without a test object there is no window";
+    EXPECT_THAT(windows(), ElementsAre()) << "without a test object there is no window";
     makeTestObject();
     shell.requestTestObject();
-    auto* first = findWindow("Test object");
-    ASSERT_NE(first, nullptr);
-    EXPECT_EQ(first->get_transient_for(), &shell.getWindow());
     shell.requestTestObject();
-    EXPECT_EQ(findWindow("Test object"), first);
+    ASSERT_EQ(windows().size(), 1U);
+    EXPECT_EQ(windows()[0]->get_title(), "Test object");
     EXPECT_EQ(model.signalRunningChanged.size(), 1U);
-    first->close();
-    EXPECT_TRUE(waitFor([] { return !findWindow("Test object"); }));
+    windows()[0]->close();
+    EXPECT_TRUE(waitFor([this] { return windows().empty(); }));
     EXPECT_EQ(model.signalRunningChanged.size(), 0U);
     shell.requestTestObject();
-    EXPECT_NE(findWindow("Test object"), nullptr);
+    EXPECT_EQ(windows().size(), 1U);
 }
 
 TEST_F(WindowsTest, TestObjectIsReadOnlyWhileATestRuns)
@@ -123,27 +117,24 @@ TEST_F(WindowsTest, TestObjectIsReadOnlyWhileATestRuns)
     makeTestObject();
     open();
     shell.requestTestObject();
-    auto& window = *findWindow("Test object");
+    auto* window = windows().at(0);
     runPendingEvents();
-    EXPECT_TRUE(isEditable(window));
+    EXPECT_TRUE(isEditable(*window));
     model.startRun();
-    EXPECT_TRUE(waitFor([&] { return !isEditable(window); }));
+    EXPECT_TRUE(waitFor([&] { return !isEditable(*window); }));
     model.endRun();
-    EXPECT_TRUE(waitFor([&] { return isEditable(window); }));
-}
+    EXPECT_TRUE(waitFor([&] { return isEditable(*window); }));
 
-TEST_F(WindowsTest, TestObjectWindowOpenedDuringARunIsReadOnly)
-{
-    makeTestObject();
-    open();
+    window->close();
+    EXPECT_TRUE(waitFor([this] { return windows().empty(); }));
     model.startRun();
     shell.requestTestObject();
-    auto& window = *findWindow("Test object");
-    EXPECT_TRUE(waitFor([&] { return !isEditable(window); }));
+    window = windows().at(0);
+    EXPECT_TRUE(waitFor([&] { return !isEditable(*window); })) << "opened during a run";
     // The switch back is queued when the window is closed.
-    std::thread([this] { model._setCanProgramStop(false); }).join();
-    window.close();
-    EXPECT_TRUE(waitFor([] { return !findWindow("Test object"); }));
+    onAnotherThread([this] { model._setCanProgramStop(false); });
+    window->close();
+    EXPECT_TRUE(waitFor([this] { return windows().empty(); }));
     model._setCanProgramStop(true);
 }
 
@@ -153,13 +144,8 @@ TEST_F(WindowsTest, ConfirmedHardwareSettingsBecomeTheModels)
     auto* before = model.getHardware();
     shell.requestHardware();
     shell.requestHardware();
-    std::vector<Gtk::Window*> opened;
-    for (auto* window : Gtk::Window::list_toplevels())
-        if (window->get_visible() && window->get_transient_for() == &shell.getWindow())
-            opened.push_back(window);
-    ASSERT_EQ(opened.size(), 1U) << "the second request opened another window";
-    EXPECT_THAT(record.take(), ElementsAre());
-    for (auto* button : findWidgets<Gtk::Button>(*opened[0]))
+    ASSERT_EQ(windows().size(), 1U) << "the second request opened another window";
+    for (auto* button : findWidgets<Gtk::Button>(*windows()[0]))
         if (button->get_label() == "OK")
             button->clicked();
     EXPECT_TRUE(waitFor([this] { return record.has("hardware changed"); }));
@@ -173,27 +159,20 @@ TEST_F(WindowsTest, HelpMenuShowsHelpAndAbout)
     KesProgram::HelpMenuPresenter menu(&shell, model);
     const auto items = dynamic_cast<Gtk::MenuItem&>(*menu.getView()).get_submenu()->get_children();
     dynamic_cast<Gtk::MenuItem&>(*items.at(0)).activate();
-    Gtk::AboutDialog* about = nullptr;
-    for (auto* window : Gtk::Window::list_toplevels())
-        if (window->get_visible() && dynamic_cast<Gtk::AboutDialog*>(window))
-            about = dynamic_cast<Gtk::AboutDialog*>(window);
-    ASSERT_NE(about, nullptr);
-    EXPECT_EQ(about->get_program_name(), "Shell test");
-    EXPECT_EQ(about->get_version(), "2.5");
-    about->close();
+    ASSERT_EQ(windows().size(), 1U);
+    auto& about = dynamic_cast<Gtk::AboutDialog&>(*windows()[0]);
+    EXPECT_EQ(about.get_program_name(), "Shell test");
+    EXPECT_EQ(about.get_version(), "2.5");
+    about.close();
     runPendingEvents();
+    KesProgram::ProgramAboutPresenter own(model);
+    EXPECT_EQ(dynamic_cast<Gtk::AboutDialog&>(*own.getView()).get_program_name(), "Shell test");
 
     dialogs.answer(DialogResult::Ok);
     dynamic_cast<Gtk::MenuItem&>(*items.at(1)).activate();
     ASSERT_EQ(dialogs.getMessages().size(), 1U);
     EXPECT_THAT(dialogs.getTexts()[0], HasSubstr("Error opening help file:\n "));
     EXPECT_EQ(dialogs.getMessages()[0].parent, shell.getView());
-}
-
-TEST_F(WindowsTest, AboutPresenterNamesTheProgram)
-{
-    KesProgram::ProgramAboutPresenter about(model);
-    EXPECT_EQ(dynamic_cast<Gtk::AboutDialog&>(*about.getView()).get_program_name(), "Shell test");
 }
 
 } // namespace
