@@ -31,6 +31,14 @@ public:
         return predicate();
     }
 
+    /// As `waitFor`, but a stop does not end it: for what comes soon after a stop.
+    template <typename Predicate, typename Duration>
+    bool waitThroughStop(Duration limit, Predicate predicate)
+    {
+        std::unique_lock lock(_mutex);
+        return _condition.wait_for(lock, limit, predicate);
+    }
+
 private:
     mutable std::mutex _mutex;
     std::condition_variable _condition;

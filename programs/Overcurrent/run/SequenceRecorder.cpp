@@ -18,6 +18,7 @@ using namespace std::chrono_literals;
 constexpr auto grace = 5s;
 constexpr auto lookAgain = 500ms;
 constexpr auto faultDelay = 300ms;
+constexpr auto endDelay = 500ms;
 
 KesDriver::DeviceTime durationOf(const KesDriver::OutputSequence& sequence)
 {
@@ -55,9 +56,17 @@ SequenceRecorder::Outcome SequenceRecorder::run(const KesDriver::OutputSequence&
         return _control.isStopped() ? Outcome::Stopped : _fail(textOf(result));
     const auto outcome = _wait(expectedEnd);
     if (outcome != Outcome::Complete)
-        // The outputs must be off whatever the reason; when the device does not answer, it has said so.
-        (void)_kesto.stopOutputs();
+        _stopOutputs();
     return outcome;
+}
+
+/// The outputs must be off whatever the reason; when the device does not answer, it says so by itself.
+void SequenceRecorder::_stopOutputs()
+{
+    if (!_kesto.stopOutputs())
+        return;
+    // The end of this sequence must not be taken for that of the next one.
+    _control.waitThroughStop(endDelay, [this] { return _record.end.has_value(); });
 }
 
 SequenceRecorder::Outcome SequenceRecorder::_wait(KesDriver::DeviceTime expectedEnd)

@@ -44,6 +44,7 @@ public:
 
 private:
     Outcome _wait(KesDriver::DeviceTime expectedEnd);
+    void _stopOutputs();
     Outcome _judgeEnd();
     Outcome _fail(std::string error);
     void _onInput(const KesDriver::InputEvent& event);
