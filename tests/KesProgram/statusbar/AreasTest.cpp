@@ -38,24 +38,20 @@ TEST_F(AreasTest, FileAreaFollowsTheArchive)
     EXPECT_EQ(lastText(area), file);
     model.getArchiveManager()->create("");
     EXPECT_EQ(lastText(area), "[New].???");
-}
 
-TEST_F(AreasTest, FileAreaStaysBlankWithoutArchiveLogic)
-{
     model.extension = "";
-    model.init();
-    KesProgram::StatusBarFilePresenter area(model);
-    EXPECT_EQ(lastText(area), "");
+    KesProgram::StatusBarFilePresenter blank(model);
+    EXPECT_EQ(lastText(blank), "") << "without archive logic";
 }
 
 TEST_F(AreasTest, InfoAreaShowsTheStateOfWhicheverThread)
 {
     model._setState("before");
-    KesProgram::StatusBarInfoPresenter area(model);
-    EXPECT_EQ(lastText(area), "before");
+    auto area = std::make_unique<KesProgram::StatusBarInfoPresenter>(model);
+    EXPECT_EQ(lastText(*area), "before");
     std::thread([this] { model._setState("Point 3 of 8"); }).join();
-    EXPECT_EQ(lastText(area), "before") << "the widget was touched on another thread";
-    EXPECT_TRUE(waitFor([&] { return lastText(area) == "Point 3 of 8"; }));
+    EXPECT_EQ(lastText(*area), "before") << "the widget was touched on another thread";
+    EXPECT_TRUE(waitFor([&] { return lastText(*area) == "Point 3 of 8"; }));
     // Of many changes the last one counts, wherever the others came from.
     std::thread([this] {
         for (int i = 0; i < 1000; ++i)
@@ -63,12 +59,8 @@ TEST_F(AreasTest, InfoAreaShowsTheStateOfWhicheverThread)
     }).join();
     model._setState("end");
     runPendingEvents();
-    EXPECT_EQ(lastText(area), "end");
-}
-
-TEST_F(AreasTest, InfoAreaMayDieWithChangesQueued)
-{
-    auto area = std::make_unique<KesProgram::StatusBarInfoPresenter>(model);
+    EXPECT_EQ(lastText(*area), "end");
+    // It may die with changes queued.
     std::atomic<bool> isOver{false};
     std::thread run([&] {
         for (int i = 0; !isOver; ++i)

@@ -51,17 +51,12 @@ protected:
     std::unique_ptr<KesProgram::StatusBarHardwarePresenter> area;
 };
 
-TEST_F(HardwareAreaTest, EmptyConfigurationStillHasItsSynchronisation)
+TEST_F(HardwareAreaTest, ReplacedConfigurationIsBuiltAnew)
 {
     show();
     EXPECT_THAT(addresses(), IsEmpty());
     EXPECT_EQ(syncName(), KesDevice::SyncMode::get(KesDevice::SyncModeKind::None).getShortName());
-}
-
-TEST_F(HardwareAreaTest, ReplacedConfigurationIsBuiltAnew)
-{
     setHardware(makeHardware(2));
-    show();
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1", "10.0.0.2"));
     auto next = makeHardware(3);
     next->getSyncManager().setActiveMode(KesDevice::SyncModeKind::GPS);

@@ -1,11 +1,17 @@
 #pragma once
 
+#include "support/GuiTest.h"
+
+#include <KesCommon/Language.h>
 #include <KesCommonView/IView.h>
 
-#include <gtkmm/label.h>
+#include <atkmm/object.h>
+#include <gmock/gmock.h>
+#include <gtkmm.h>
 
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace KesTest {

@@ -18,7 +18,6 @@
 #include <KesProgram/views/StatusBarInfoView.h>
 #include <KesProgram/views/StatusBarSyncView.h>
 #include <KesProgram/views/ToolsToolbarView.h>
-#include <support/GuiTest.h>
 
 #include <algorithm>
 #include <numeric>
