@@ -1,0 +1,132 @@
+"""What the tests of the program Overcurrent have in common: a home, programs in it, and the places in the
+window where a user looks."""
+
+import re
+import unittest
+
+import texts
+from desk import Home, Program, click, find, wait
+
+
+class Overcurrent(Program):
+    """The program Overcurrent."""
+
+    def tool(self, key):
+        """A tool button by the key of its text."""
+        return self.button(texts.PROGRAM.title(f"Tool.{key}", self.language))
+
+    def command(self, key, by="mouse"):
+        """Chooses "file..." or a help command by the key of its text."""
+        self.choose(*self._menu(key), by)
+
+    def item(self, key):
+        return self.menuItem(*self._menu(key))
+
+    def _menu(self, key):
+        menu = "Menu.help" if key in ("about", "help") else "Menu.file"
+        return self.text(menu), self.text(f"Menu.{key}")
+
+    def text(self, key):
+        return texts.PROGRAM.get(key, self.language)
+
+    def word(self, key):
+        return texts.OVERCURRENT.get(key, self.language)
+
+    def answer(self, box, key):
+        """Presses a button of a message box, by the key of its text, with the mouse."""
+        click(find(box, "push button", self.caption(key)))
+        self.waitUntilGone(box)
+
+    def caption(self, key):
+        return texts.DIALOGS.get(f"Button.{key}", self.language).replace("_", "")
+
+    def fileName(self):
+        """What the status bar says about the file."""
+        caption = self.text("Menu.file") + ": "
+        area = find(self.window, "statusbar", lambda name: name.startswith(caption))
+        return area.name[len(caption):]
+
+    def waitForFile(self, path):
+        wait(f"'{path}' in the status bar", lambda: self.fileName() == path)
+
+    def recent(self):
+        """The recent files, from the top."""
+        menu = find(find(self.window, "menu bar"), "menu", self.text("Menu.fileRecents"), hidden=True)
+        return [node.name for node in menu.walk(hidden=True) if node.role == "menu item"]
+
+    def chooseRecent(self, path):
+        click(find(self.window, "menu", self.text("Menu.file")))
+        click(find(self.window, "menu", self.text("Menu.fileRecents")))
+        click(find(self.window, "menu item", path))
+
+    def field(self, *keys):
+        """A field of the plan by the keys of its name's parts."""
+        return find(self.window, "text", ", ".join(self.word(key) for key in keys))
+
+    def reads(self, text):
+        """Whether some label or status area of the window begins with the text."""
+        return any(node.name.startswith(text) for node in self.window.walk() if node.role in ("label", "statusbar"))
+
+    def waitForText(self, text, limit=30):
+        wait(f"'{text}' in the window", lambda: self.reads(text), limit)
+
+    def waitForPoint(self, number):
+        """Waits until the test is at a point of its plan, counted from 1."""
+        self.waitForText(self.word("State.point").split("%zu")[0] + f"{number} ")
+
+    def waitForOutcome(self, key):
+        text = self.word(f"Outcome.{key}")
+        wait(f"the outcome '{text}'", lambda: any(text in label for label in self.window.labels), 60)
+
+    def rows(self):
+        return find(self.window, "table", self.word("Results.title")).rows
+
+    def updaterSwitch(self):
+        return find(self.window, "check box", texts.SETTINGS.get("Updater.label", self.language))
+
+    def unsavedQuestion(self):
+        return self.message(texts.FILES.get("saveDialog", self.language).replace("%s", self.fileName()))
+
+    def discard(self):
+        """Closes the program and answers that changes need not be saved."""
+        self.command("exit", "action")
+        self.answer(self.unsavedQuestion(), "no")
+        self.waitForEnd()
+
+
+class DesktopTest(unittest.TestCase):
+    """A test in a home of its own, in one language."""
+
+    binary = None
+    language = "en"
+
+    def setUp(self):
+        self.home = Home()
+        self.addCleanup(self.home.close)
+
+    def start(self, *arguments, **environment):
+        """A program that the test is to close."""
+        program = Overcurrent(self.binary, self.home, *arguments, language=self.language, **environment)
+        self.addCleanup(self._end, program)
+        return program
+
+    def _end(self, program):
+        if not program.isOver:
+            print(f"Left open by {self.id()}:", program.window, program.windows())
+            program.kill()
+        output = program.output()
+        complaints = [line for line in output.split("\n")
+                      if re.search(r"CRITICAL|WARNING \*\*|Sanitizer", line) and "Kes-WARNING" not in line]
+        self.assertEqual(complaints, [], output)
+
+    def close(self, program):
+        """Where nothing is to be asked."""
+        program.command("exit", "action")
+        program.waitForEnd()
+
+    def file(self, name):
+        return self.home.file(name)
+
+    def number(self, text):
+        """A number, or several, as the screen shows it in the language."""
+        return text.replace(".", ",") if self.language == "ru" else text

@@ -1,0 +1,66 @@
+"""Closing: the questions that come before it, and every way to ask for it."""
+
+import os
+import signal
+
+import texts
+from bench import DesktopTest
+from desk import fill, press
+
+
+class ClosingTest(DesktopTest):
+    def ways(self):
+        return (("the title bar", lambda program: program.closeByTitleBar()),
+                ("Alt+F4", lambda program: (program.waitForKeyboard(), press("alt+F4"))),
+                ("the menu", lambda program: program.command("exit", "mouse")),
+                ("the end of the session", lambda program: program.process.send_signal(signal.SIGTERM)))
+
+    def testCancellingTheSaveQuestionKeepsTheWindow(self):
+        program = self.start()
+        for name, close in self.ways():
+            with self.subTest(name):
+                close(program)
+                box = program.unsavedQuestion()
+                press("Escape")
+                program.waitUntilGone(box)
+                self.assertFalse(program.isOver)
+        program.discard()
+
+    def testDecliningTheSaveQuestionCloses(self):
+        for name, close in self.ways()[:3]:
+            with self.subTest(name):
+                program = self.start()
+                close(program)
+                program.answer(program.unsavedQuestion(), "no")
+                program.waitForEnd()
+        with open(self.file(".cache/kes/OvercurrentModel.cfg"), encoding="utf-8") as file:
+            self.assertIn("<Rectangle>", file.read())
+
+    def testAffirmingTheSaveQuestionSaves(self):
+        program = self.start()
+        fill(program.field("PlanView.multiples"), "2")
+        program.closeByTitleBar()
+        program.answer(program.unsavedQuestion(), "yes")
+        program.chooseFile(self.file("kept.kovc"))
+        program.waitForEnd()
+        self.assertTrue(os.path.exists(self.file("kept.kovc")))
+
+    def testARunningTestIsNotCutShortWithoutAsking(self):
+        program = self.start()
+        program.tool("start").act()
+        program.waitForPoint(1)
+        question = texts.PROGRAM.get("Message.closeConfirmation", self.language)
+        for name, close in self.ways():
+            with self.subTest(name):
+                close(program)
+                box = program.message(question)
+                press("Escape")
+                program.waitUntilGone(box)
+                self.assertTrue(program.tool("stop").isSensitive)
+
+        program.closeByTitleBar()
+        program.answer(program.message(question), "yes")
+        # The test has stopped; now it is about the file.
+        program.answer(program.unsavedQuestion(), "cancel")
+        program.waitForOutcome("Stopped")
+        program.discard()

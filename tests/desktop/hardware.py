@@ -1,0 +1,108 @@
+"""The window in which devices are chosen, and what the status bar shows of them."""
+
+import texts
+from bench import DesktopTest
+from desk import click, fill, find, focus, press, wait
+
+DEFAULT = "127.0.0.1"
+
+
+class HardwareTest(DesktopTest):
+    def text(self, key, *values):
+        text = texts.SETTINGS.get(key, self.language)
+        for value in values:
+            text = text.replace("%s", value, 1)
+        return text
+
+    def open(self, program):
+        click(program.tool("hardware"))
+        return program.find("frame", self.text("Settings.title"))
+
+    def add(self, window, address):
+        fill(find(window, "text", self.text("Add.addressName")), address)
+        find(window, "push button", self.text("Add.add")).act()
+
+    def confirm(self, program, window):
+        click(find(window, "push button", self.text("Settings.ok")))
+        program.waitUntilGone(window)
+
+    def devices(self, program):
+        return [label for label in program.window.labels if label.count(".") == 3 and label[0].isdigit()]
+
+    def testCancellingChangesNothing(self):
+        program = self.start()
+        for cancel in (lambda window: press("Escape"),
+                       lambda window: click(find(window, "push button", self.text("Settings.cancel")))):
+            window = self.open(program)
+            self.add(window, "192.168.1.20")
+            find(window, "label", "192.168.1.20")
+            cancel(window)
+            program.waitUntilGone(window)
+            self.assertEqual(self.devices(program), [DEFAULT])
+        program.discard()
+
+    def testAddressesAreRefusedInPlaceAndDevicesOrdered(self):
+        program = self.start()
+        window = self.open(program)
+        for address, reason in (("192.168.1", self.text("Add.malformed", "192.168.1")),
+                                ("192.168.1.256", self.text("Add.malformed", "192.168.1.256")),
+                                (DEFAULT, self.text("Add.taken", DEFAULT))):
+            self.add(window, address)
+            find(window, "notification", reason)
+        self.add(window, "192.168.1.20")
+        wait("the refusal to go", lambda: not window.look("notification", self.text("Add.taken", DEFAULT)))
+        click(find(window, "push button", self.text("Devices.up", "192.168.1.20")))
+        find(window, "push button", self.text("Devices.down", "192.168.1.20"))
+        self.confirm(program, window)
+        wait("both devices", lambda: self.devices(program) == ["192.168.1.20", DEFAULT])
+
+        window = self.open(program)
+        find(window, "push button", self.text("Devices.remove", "192.168.1.20")).act()
+        self.confirm(program, window)
+        wait("one device", lambda: self.devices(program) == [DEFAULT])
+        program.discard()
+
+    def testTheAuxiliarySupplyIsShownAndAsksForAVoltage(self):
+        program = self.start()
+        window = self.open(program)
+        click(find(window, "check box", self.text("Devices.auxDCOf", DEFAULT)))
+        volts = find(window, "text", self.text("Devices.voltsOf", DEFAULT))
+        wait("the voltage to be asked for", lambda: volts.isSensitive)
+        fill(volts, "9999")
+        find(window, "push button", self.text("Settings.ok")).act()
+        find(window, "notification", self.text("Settings.wrongValues"))
+        fill(volts, "110")
+        self.confirm(program, window)
+        find(program.window, "icon", texts.DEVICES.get("auxDC.enabled", self.language))
+        program.discard()
+
+    def testAModeOfSynchronisationIsChosenAndExplained(self):
+        program = self.start()
+        none = f"{program.text('Status.syncTitle')} {texts.DEVICES.get('Sync.None.shortName', self.language)}"
+        self.assertFalse(program.button(none).isSensitive)
+        window = self.open(program)
+        mode = find(window, "combo box", self.text("Sync.modeName"))
+        name = texts.DEVICES.get("Sync.GPS.name", self.language)
+        find(mode, "menu item", name, hidden=True).act()
+        wait("the chosen mode", lambda: find(window, "push button", self.text("Sync.info")).isSensitive)
+        self.confirm(program, window)
+
+        shown = f"{program.text('Status.syncTitle')} {texts.DEVICES.get('Sync.GPS.shortName', self.language)}"
+        click(program.button(shown))
+        program.answer(program.message(texts.DEVICES.get("Sync.GPS.info", self.language)), "ok")
+        program.discard()
+
+    def testATestCannotStartWithoutAnsweringDevices(self):
+        program = self.start()
+        window = self.open(program)
+        self.add(window, "10.0.0.9")
+        find(window, "push button", self.text("Devices.remove", DEFAULT)).act()
+        self.confirm(program, window)
+        wait("the device", lambda: self.devices(program) == ["10.0.0.9"])
+        focus(program.tool("start"))
+        press("space")
+        box = program.find("alert")
+        self.assertTrue(any("10.0.0.9" in label for label in box.labels), box.labels)
+        program.answer(box, "ok")
+        wait("the start command", lambda: program.tool("start").isSensitive)
+        program.discard()

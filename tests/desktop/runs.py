@@ -1,0 +1,109 @@
+"""Start, Stop, Power off, and what a running test keeps from being used."""
+
+import texts
+from accessible import EDITABLE
+from bench import DesktopTest
+from desk import click, fill, find, focus, press, wait
+
+FILE_COMMANDS = ("fileNew", "fileOpen", "fileSave", "fileSaveAs")
+
+
+class RunsTest(DesktopTest):
+    def sensitivity(self, program):
+        """Of the file commands of menu and toolbar, and of Start and Stop."""
+        return ([program.item(key).isSensitive for key in FILE_COMMANDS],
+                [program.tool(key).isSensitive for key in FILE_COMMANDS[:3]],
+                [program.tool(key).isSensitive for key in ("start", "stop")])
+
+    def deviceState(self, program):
+        return find(program.window, "label", "127.0.0.1").description
+
+    def testStopEndsARunningTest(self):
+        program = self.start()
+        idle = ([True] * 4, [True] * 3, [True, False])
+        self.assertEqual(self.sensitivity(program), idle)
+
+        click(program.tool("start"))
+        program.waitForPoint(1)
+        wait("the commands of a running test", lambda: self.sensitivity(program) == (
+            [False, False, True, True], [False, False, True], [False, True]))
+        self.assertTrue(find(program.window, "progress bar"))
+        self.assertFalse(program.field("PlanView.multiples").isSensitive)
+
+        click(program.tool("stop"))
+        program.waitForOutcome("Stopped")
+        wait("the commands of an idle program", lambda: self.sensitivity(program) == idle)
+        self.assertIsNone(program.window.look("progress bar"))
+        self.assertEqual(program.rows(), [])
+        program.discard()
+
+    def testACompleteRunShowsWhatItMeasured(self):
+        program = self.start("--speed", "1000")
+        focus(program.tool("start"))
+        press("space")
+        program.waitForOutcome("Passed")
+        rows = program.rows()
+        self.assertEqual([row[1] for row in rows], self.number("1.50 2.00 3.00 5.00 7.00 10.00 15.00 20.00").split())
+        for row in rows:
+            self.assertIn(program.word("Verdict.passed"), row[-1])
+        self.assertTrue(program.reads(program.word("Simulated.notice")))
+
+        # The file keeps what was measured.
+        program.command("fileSave", "action")
+        program.chooseFile(self.file("measured.kovc"))
+        program.waitForFile(self.file("measured.kovc"))
+        program.command("fileNew", "action")
+        wait("an empty table", lambda: program.rows() == [])
+        program.chooseRecent(self.file("measured.kovc"))
+        program.answer(program.unsavedQuestion(), "no")
+        wait("the results", lambda: program.rows() == rows)
+        self.close(program)
+
+    def testTheTestObjectIsReadOnlyWhileTheTestRuns(self):
+        program = self.start()
+        program.tool("testObject").act()
+        window = program.find("frame", texts.WINDOWS.get("testObjectWindowTitle", self.language))
+        entries = window.all("text")
+        self.assertTrue(all(entry.has(EDITABLE) for entry in entries if entry.isSensitive))
+
+        program.tool("start").act()
+        wait("values that cannot be edited", lambda: not any(entry.has(EDITABLE) for entry in entries))
+        program.tool("stop").act()
+        wait("values that can be edited", lambda: all(
+            entry.has(EDITABLE) for entry in entries if entry.isSensitive))
+        press("Escape")
+        program.waitUntilGone(window)
+        program.waitForOutcome("Stopped")
+        program.discard()
+
+    def testAPlanThatMakesNoSenseIsRefused(self):
+        program = self.start()
+        fill(program.field("PlanView.multiples"), "0.5 2")
+        reason = program.word("Plan.belowSetting").replace("%s", self.number("0.5"))
+        program.waitForText(reason)
+        click(program.tool("start"))
+        program.answer(program.message(program.word("Plan.refused").replace("%s", reason)), "ok")
+        self.assertTrue(program.tool("start").isSensitive)
+        self.assertFalse(program.tool("stop").isSensitive)
+        program.discard()
+
+    def testPowerOffEndsTheConnectionAndHidesWhileStatesAreAsked(self):
+        program = self.start()
+        ready = texts.DEVICES.get("Common.KestoStateOk", self.language)
+        self.assertEqual(self.deviceState(program), "")
+        click(program.tool("start"))
+        wait("the connection", lambda: self.deviceState(program) == ready)
+        click(program.tool("stop"))
+        program.waitForOutcome("Stopped")
+        self.assertEqual(self.deviceState(program), ready)
+        click(program.tool("closeConnect"))
+        wait("the end of the connection", lambda: self.deviceState(program) == "")
+
+        name = texts.PROGRAM.get("Tool.closeConnect", self.language)
+        click(program.updaterSwitch())
+        wait("the state of the device", lambda: self.deviceState(program) == ready)
+        wait("a hidden button", lambda: program.window.look("push button", name) is None)
+        focus(program.updaterSwitch())
+        press("space")
+        program.button(name)
+        program.discard()

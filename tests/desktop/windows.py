@@ -1,0 +1,95 @@
+"""Test object, Report, About and Help."""
+
+import os
+import re
+
+import texts
+from accessible import EDITABLE
+from bench import DesktopTest
+from desk import click, fill, find, press, wait
+
+NAMES = {"en": "Setting current Is, A", "ru": "Ток уставки Is, А"}
+TAGS = {"en": "en-US", "ru": "ru-RU"}
+
+
+class WindowsTest(DesktopTest):
+    def testTheTestObjectRefusesWrongValuesInPlace(self):
+        program = self.start()
+        title = texts.WINDOWS.get("testObjectWindowTitle", self.language)
+        click(program.tool("testObject"))
+        window = program.find("frame", title)
+        entry = find(window, "text", NAMES[self.language])
+        before = entry.text
+
+        fill(entry, "abc")
+        refusal = texts.TREE.get("Error.notNumber", self.language).replace("%s", "abc")
+        wait("the reason beside the value", lambda: any(label.startswith(refusal) for label in window.labels))
+        self.assertTrue(entry.description.startswith(refusal), entry.description)
+        press("Escape")  # gives the value back and leaves the window open
+        wait("the old value", lambda: entry.text == before)
+        self.assertIn(window, program.windows())
+
+        fill(entry, "2")
+        press("Tab")
+        wait("the new value in the main window", lambda: any(
+            re.fullmatch("2 (A|А)", label) for label in program.window.labels))
+
+        # There is one such window, however often it is asked for.
+        program.tool("testObject").act()
+        program.button(program.word("Settings.edit")).act()
+        wait("the window", lambda: window in program.windows())
+        self.assertEqual(len(program.windows()), 1)
+        press("Escape")
+        program.waitUntilGone(window)
+
+        click(program.button(program.word("Settings.edit")))
+        window = program.find("frame", title)
+        self.assertEqual(find(window, "text", NAMES[self.language]).text, "2")
+        self.assertTrue(find(window, "text", NAMES[self.language]).has(EDITABLE))
+        press("Escape")
+        program.waitUntilGone(window)
+        program.discard()
+
+    def testTheReportIsOpenedByTheDesktop(self):
+        program = self.start("--speed", "1000")
+        report = self.file("Documents/kes/report.html")
+        click(program.tool("report"))
+        wait("an opened report", lambda: self.home.opened() == [report])
+        with open(report, encoding="utf-8") as file:
+            empty = file.read()
+        self.assertIn(program.word("PlanView.title"), empty)
+        self.assertNotIn(program.word("Verdict.passed"), empty)
+
+        program.tool("start").act()
+        program.waitForOutcome("Passed")
+        program.tool("report").act()
+        wait("a second one", lambda: self.home.opened() == [report, report])
+        with open(report, encoding="utf-8") as file:
+            measured = file.read()
+        self.assertIn(program.word("Verdict.passed"), measured)
+        self.assertIn(program.word("Simulated.title"), measured)
+        program.discard()
+
+    def testHelpIsOpenedByTheDesktop(self):
+        program = self.start()
+        path = os.path.join(os.path.dirname(self.binary), "Help", TAGS[self.language], "Overcurrent.pdf")
+        program.command("help", "keyboard")
+        if os.path.exists(path):
+            wait("an opened help file", lambda: self.home.opened() == [path])
+        else:
+            program.answer(program.find("alert"), "ok")
+        program.discard()
+
+    def testAboutNamesTheProgram(self):
+        program = self.start()
+        for way in ("mouse", "keyboard"):
+            program.command("about", way)
+            about = program.find("dialog", texts.DIALOGS.get("About.title", self.language))
+            self.assertIn(program.window.name, about.labels)
+            self.assertTrue(any(re.fullmatch(r"\d+\.\d+\.\d+", label) for label in about.labels), about.labels)
+            if way == "mouse":
+                click(find(about, "push button", program.caption("close")))
+            else:
+                press("Escape")
+            program.waitUntilGone(about)
+        program.discard()
