@@ -1,9 +1,35 @@
 #include <KesCommonView/GtkWidgetHelper.h>
 
 #include <atkmm/object.h>
+#include <gtkmm/comboboxtext.h>
 #include <gtkmm/toolitem.h>
 
 namespace Kes::GtkWidgetHelper {
+
+namespace {
+
+void nameToggleButtons(GtkWidget* widget, void* name)
+{
+    if (GTK_IS_TOGGLE_BUTTON(widget))
+        atk_object_set_name(gtk_widget_get_accessible(widget), static_cast<const char*>(name));
+    else if (GTK_IS_CONTAINER(widget))
+        gtk_container_forall(GTK_CONTAINER(widget), &nameToggleButtons, name);
+}
+
+/// GTK gives the focus of a combo box to a button inside, which is no part of the box for assistive technology
+/// but is read out all the same: with the name and, after it, the present choice.
+void nameFocusOf(Gtk::ComboBoxText& combo, const std::string& name)
+{
+    const auto update = [&combo, name] {
+        const std::string choice = combo.get_active_text();
+        std::string full = choice.empty() ? name : name + ": " + choice;
+        nameToggleButtons(GTK_WIDGET(combo.gobj()), full.data());
+    };
+    combo.signal_changed().connect(update);
+    update();
+}
+
+} // namespace
 
 Gtk::Window* getParentWindow(IView* view)
 {
@@ -14,6 +40,8 @@ Gtk::Window* getParentWindow(IView* view)
 void setAccessibleName(Gtk::Widget& widget, const std::string& name)
 {
     widget.get_accessible()->set_name(name);
+    if (auto* combo = dynamic_cast<Gtk::ComboBoxText*>(&widget))
+        nameFocusOf(*combo, name);
     // A tool item is a panel to assistive technology; the button is inside.
     auto* item = dynamic_cast<Gtk::ToolItem*>(&widget);
     if (item && item->get_child())
