@@ -13,7 +13,8 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 add_compile_options($<$<CONFIG:Release>:-Wno-array-bounds>
     $<$<CONFIG:Release>:-Wno-stringop-overflow> $<$<CONFIG:Release>:-Wno-restrict>)
 add_compile_definitions($<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
-add_link_options(-Wl,--as-needed -Wl,-z,defs)
+# Own functions are found when linking, not looked up through all libraries at every start.
+add_link_options(-Wl,--as-needed -Wl,-z,defs -Wl,-Bsymbolic-functions)
 
 if(KES_SANITIZE)
     add_compile_options(-fsanitize=${KES_SANITIZE} -fno-omit-frame-pointer -g1 -O1)
@@ -33,6 +34,7 @@ find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(GLIBMM REQUIRED IMPORTED_TARGET giomm-2.4)
 pkg_check_modules(GTKMM REQUIRED IMPORTED_TARGET gtkmm-3.0)
+pkg_check_modules(FONTCONFIG REQUIRED IMPORTED_TARGET fontconfig)
 pkg_check_modules(LIBXMLPP REQUIRED IMPORTED_TARGET libxml++-2.6)
 pkg_check_modules(LIBARCHIVE REQUIRED IMPORTED_TARGET libarchive)
 pkg_check_modules(LIBXSLT REQUIRED IMPORTED_TARGET libxslt libexslt)

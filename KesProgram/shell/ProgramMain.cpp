@@ -3,6 +3,7 @@
 #include <KesCommon/Log.h>
 #include <KesCommonView/ApplicationDispatcher.h>
 #include <KesCommonView/DialogPresenter.h>
+#include <KesCommonView/EarlyLoading.h>
 #include <KesProgram/model/ProgramModel.h>
 #include <KesProgram/shell/ConfigurationError.h>
 #include <KesProgram/shell/ProgramBasePresenter.h>
@@ -16,6 +17,7 @@
 #include <gtkmm/main.h>
 
 #include <array>
+#include <clocale>
 #include <csignal>
 #include <cstdio>
 
@@ -30,6 +32,10 @@ void tell(const std::string& text)
 
 bool initialiseGtk()
 {
+    // GTK would set the locale while the early loading reads it.
+    std::setlocale(LC_ALL, "");
+    gtk_disable_setlocale();
+    const Kes::EarlyLoading earlyLoading;
     if (!gtk_init_check(nullptr, nullptr))
         return false;
     Gtk::Main::init_gtkmm_internals();
