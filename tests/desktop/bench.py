@@ -2,6 +2,7 @@
 window where a user looks."""
 
 import re
+import sys
 import unittest
 
 import texts
@@ -130,3 +131,17 @@ class DesktopTest(unittest.TestCase):
     def number(self, text):
         """A number, or several, as the screen shows it in the language."""
         return text.replace(".", ",") if self.language == "ru" else text
+
+
+def main(cases, binary, languages, names):
+    """Runs the tests, or those whose names hold one of the given ones. Returns an exit status."""
+    DesktopTest.binary = binary
+    loader = unittest.TestLoader()
+    loader.testNamePatterns = [f"*{name}*" for name in names] or None
+    passed = True
+    for DesktopTest.language in languages:
+        print(f"Language: {DesktopTest.language}", file=sys.stderr)
+        suite = unittest.TestSuite(loader.loadTestsFromTestCase(case) for case in cases)
+        result = unittest.TextTestRunner(verbosity=2).run(suite)
+        passed = passed and result.wasSuccessful() and result.testsRun > 0
+    return 0 if passed else 1

@@ -1,0 +1,198 @@
+#!/usr/bin/python3
+"""Goes through every window of Overcurrent as a screen reader does: each control has a name in the language
+shown and a role that fits, nothing on the screen is left in the other language, and the keyboard reaches
+everything. usage: audit_accessibility.py PROGRAM [TEST...]"""
+
+import re
+import sys
+
+import texts
+from accessible import FOCUSABLE, FOCUSED, SELECTED
+from bench import DesktopTest, main
+from desk import click, fill, find, press, wait
+
+# What a user operates or reads as a whole, and therefore has to be told by name.
+NAMED = {"push button", "toggle button", "check box", "radio button", "text", "spin button", "combo box", "slider",
+         "menu item", "menu", "check menu item", "table", "table column header", "tree table", "image",
+         "progress bar", "frame", "dialog", "alert"}
+REACHED = {"push button", "toggle button", "check box", "radio button", "text", "spin button", "table", "link"}
+# Scrolling areas take the focus for the arrow keys only, and panes for moving their border.
+PASSED_OVER = {"scroll pane", "split pane"}
+# Words that are the same in both languages.
+INTERNATIONAL = {"Overcurrent", "KESTO", "kovc", "TMS", "GPS", "PTP", "IEEE", "IEC", "Sync", "out", "in"}
+LATIN = re.compile(r"[A-Za-z]{2,}")
+CYRILLIC = re.compile(r"[А-Яа-яЁё]")
+
+
+class AuditTest(DesktopTest):
+    def assertFits(self, node, text):
+        """The text is in the language of the program."""
+        if self.language == "en":
+            self.assertNotRegex(text, CYRILLIC, node)
+            return
+        text = re.sub(r"/\S+|\[New\]\.\w+", "", text)  # paths, and the name of a new file
+        foreign = [word for word in LATIN.findall(text) if word not in INTERNATIONAL | {"Is", "In"}]
+        self.assertEqual(foreign, [], f"{node} in Russian")
+
+    def audit(self, window):
+        unnamed = []
+        for node in window.walk():
+            role, name = node.role, node.name
+            if role in NAMED and not name:
+                unnamed.append((role, node.rectangle))
+            if role in NAMED or role in ("label", "statusbar", "notification"):
+                for text in (name, node.description):
+                    self.assertFits(node, text)
+            if node.has(FOCUSABLE):
+                self.assertIn(role, REACHED | PASSED_OVER | {"label", "menu item"}, node)
+        self.assertEqual(unnamed, [], f"controls without a name in {window}")
+
+    # -- the keyboard
+
+    def focused(self, window):
+        return next((node for node in window.walk() if node.has(FOCUSED)), None)
+
+    def step(self, window, key):
+        """Presses a key and returns what has the focus then; None for the inside of a combo box, which GTK
+        keeps from the tree."""
+        before = self.focused(window)
+        press(key)
+        try:
+            wait("another focus", lambda: self.focused(window) != before, 1)
+        except AssertionError:
+            pass
+        return self.focused(window)
+
+    def reach(self, window):
+        """What Tab leads to, and the arrow keys within a toolbar; how often the focus went into a combo box."""
+        reached, hidden = [self.focused(window)], 0
+        while True:
+            node = reached[-1] if reached else None
+            while node and self.isInToolbar(node):
+                node = self.step(window, "Right")
+                if node in reached:
+                    break
+                reached.append(node)
+            node = self.step(window, "Tab")
+            if node is None:
+                hidden += 1
+                self.assertLess(hidden, 20, "no focus to be seen")
+            elif node in reached:
+                return reached, hidden
+            else:
+                reached.append(node)
+
+    def isInToolbar(self, node):
+        return "tool bar" in (node.parent.role, node.parent.parent.role)
+
+    def assertReached(self, window):
+        reached, hidden = self.reach(window)
+        wanted = [node for node in window.walk()
+                  if node.role in REACHED and node.has(FOCUSABLE) and node.isSensitive]
+        self.assertEqual([node for node in wanted if node not in reached], [], f"out of reach; reached {reached}")
+        self.assertEqual(hidden, len([node for node in window.all("combo box") if node.isSensitive]))
+
+    # -- window by window
+
+    def testTheMainWindow(self):
+        program = self.start("--speed", "1000")
+        self.audit(program.window)
+        self.assertReached(program.window)
+        for key in ("fileNew", "fileOpen", "fileSave", "start", "stop", "closeConnect", "hardware", "testObject",
+                    "report"):
+            self.assertEqual(program.tool(key).description, program.text(f"Tool.{key}"))
+
+        program.tool("start").act()
+        program.waitForOutcome("Passed")
+        self.audit(program.window)
+        for cells in program.rows():
+            for text in cells:
+                self.assertFits("a cell of the results", text)
+        program.discard()
+
+    def testTheMenus(self):
+        program = self.start()
+        menus = {"File": ("fileNew", "fileOpen", "fileSave", "fileSaveAs", "fileRecents", "exit"),
+                 "Help": ("about", "help")}
+        for menu, (key, items) in zip(("Menu.file", "Menu.help"), menus.items()):
+            node = find(program.window, "menu", program.text(menu))
+            names = [child.name for child in node.children() if child.role in ("menu", "menu item")]
+            self.assertEqual(names, [program.text(f"Menu.{item}") for item in items], key)
+
+        program.waitForKeyboard()
+        press("F10")
+        file = find(program.window, "menu", program.text("Menu.file"))
+        wait("the open File menu", lambda: file.has(SELECTED) and file.children()[0].isShowing)
+        self.audit(file)
+        press("Escape", "Escape")
+        wait("the closed menu", lambda: not file.children()[0].isShowing)
+        program.discard()
+
+    def testTheTestObject(self):
+        program = self.start()
+        program.tool("testObject").act()
+        window = program.find("frame", texts.WINDOWS.get("testObjectWindowTitle", self.language))
+        self.audit(window)
+        self.assertReached(window)
+        fill(window.all("text")[0], "x")
+        self.audit(window)
+        press("Escape", "Escape")
+        program.waitUntilGone(window)
+        program.discard()
+
+    def testTheDevices(self):
+        program = self.start()
+        program.tool("hardware").act()
+        window = program.find("frame", texts.SETTINGS.get("Settings.title", self.language))
+        find(window, "push button", texts.SETTINGS.get("Search.start", self.language)).act()
+        found = texts.SETTINGS.get("Search.found", self.language)
+        wait("what was found", lambda: found in window.labels)
+        fill(find(window, "text", texts.SETTINGS.get("Add.addressName", self.language)), "1.2.3")
+        press("Return")
+        wait("the refusal", lambda: window.look("notification"))
+        self.audit(window)
+        self.assertReached(window)
+        press("Escape")
+        program.waitUntilGone(window)
+        program.discard()
+
+    def testAbout(self):
+        program = self.start()
+        program.command("about", "action")
+        window = program.find("dialog")
+        self.audit(window)
+        self.assertReached(window)
+        press("Escape")
+        program.waitUntilGone(window)
+        program.discard()
+
+    def testTheBoxesBeginOnTheAnswerThatLosesNothing(self):
+        program = self.start()
+        program.command("exit", "action")
+        box = program.unsavedQuestion()
+        self.audit(box)
+        self.assertReached(box)
+        press("Escape")
+        program.waitUntilGone(box)
+
+        program.command("exit", "action")
+        box = program.unsavedQuestion()
+        self.assertEqual(self.focused(box).name, program.caption("cancel"))
+        press("Return")
+        program.waitUntilGone(box)
+
+        program.tool("start").act()
+        program.waitForPoint(1)
+        program.command("exit", "action")
+        box = program.message(texts.PROGRAM.get("Message.closeConfirmation", self.language))
+        self.audit(box)
+        self.assertEqual(self.focused(box).name, program.caption("no"))
+        press("Return")
+        program.waitUntilGone(box)
+        click(program.tool("stop"))
+        program.waitForOutcome("Stopped")
+        program.discard()
+
+
+if __name__ == "__main__":
+    sys.exit(main((AuditTest,), sys.argv[1], ("en", "ru"), sys.argv[2:]))
