@@ -1,8 +1,9 @@
 #include <KesCommon/StringHelper.h>
 
+#include <KesCommon/ClassicLocale.h>
+
 #include <algorithm>
 #include <climits>
-#include <clocale>
 #include <cstdarg>
 #include <cstdio>
 #include <iostream>
@@ -13,24 +14,6 @@ namespace Kes::StringHelper {
 namespace {
 
 constexpr const char* formattingError = "Kes::StringHelper::format - Error during formatting.";
-
-/// Gives the calling thread the classic locale: a user's locale may put commas into numbers.
-class ClassicLocale {
-public:
-    ClassicLocale() : _previous(uselocale(_classic())) {}
-    ~ClassicLocale() { uselocale(_previous); }
-    ClassicLocale(const ClassicLocale&) = delete;
-    ClassicLocale& operator=(const ClassicLocale&) = delete;
-
-private:
-    static locale_t _classic()
-    {
-        static const locale_t classic = newlocale(LC_ALL_MASK, "C", nullptr);
-        return classic;
-    }
-
-    locale_t _previous;
-};
 
 char lower(char c)
 {

@@ -1,5 +1,6 @@
 #include <KesCommon/XslTransformer.h>
 
+#include <KesCommon/ClassicLocale.h>
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/Log.h>
 
@@ -197,6 +198,8 @@ bool XslTransformer::transform()
     const bool done = [&] {
         static std::mutex mutex;
         std::lock_guard lock(mutex);
+        // libxslt writes fractions with the locale's decimal point.
+        const ClassicLocale locale;
         initialize();
         const ErrorText errorText;
         const auto source = parse(_xml);
