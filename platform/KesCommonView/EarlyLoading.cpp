@@ -1,29 +1,29 @@
 #include <KesCommonView/EarlyLoading.h>
 
-#include <KesCommon/Directories.h>
 #include <KesCommon/ThreadHelper.h>
 
+#include <dlfcn.h>
 #include <fontconfig/fontconfig.h>
-#include <gdk-pixbuf/gdk-pixbuf.h>
-
-#include <string>
 
 namespace Kes {
 
 namespace {
 
-/// What is loaded here is not kept: later uses find library, module and configuration in memory.
-void load(const std::string& picture)
+/// What is loaded here is not kept: later uses find library and configuration in memory.
+///
+/// Nothing here may touch GObject. A type that this thread registers (drawing a picture registers several)
+/// and a class that GTK initialises at the same time wait for each other's locks for ever.
+void load()
 {
     ThreadHelper::setCurrentThreadName("Kes_Early");
     FcInit();
-    if (auto* pixbuf = gdk_pixbuf_new_from_file_at_size(picture.c_str(), 16, 16, nullptr))
-        g_object_unref(pixbuf);
+    // The library behind GTK's loader of pictures, by far the largest that is loaded after the start.
+    dlopen("librsvg-2.so.2", RTLD_LAZY);
 }
 
 } // namespace
 
-EarlyLoading::EarlyLoading() : _thread(load, getThemesDir() + "Icons/Shell/Program.svg")
+EarlyLoading::EarlyLoading() : _thread(load)
 {
 }
 

@@ -6,7 +6,7 @@
 
 namespace Kes {
 
-/// Gets the fonts' configuration and the picture loader ready on a thread of its own while the GUI thread
+/// Gets the fonts' configuration and the library that draws pictures ready on a thread of its own while the GUI thread
 /// connects to the display; both are needed for the first frame and take their time.
 ///
 /// Made by `main` before GTK is initialised, when the process's locale is set; nothing depends on its success.
