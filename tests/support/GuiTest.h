@@ -3,7 +3,7 @@
 #include "MainLoop.h"
 #include "ScriptedDialogs.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <gtkmm/widget.h>
 #include <gtkmm/window.h>
 
