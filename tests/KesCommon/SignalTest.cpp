@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <memory>
-#include <string>
 #include <thread>
 
 using testing::ElementsAre;
@@ -37,19 +36,13 @@ TEST_F(SignalTest, callsSlotsInOrderOfConnectionUntilDisconnected)
     auto first = signal.connect(record("a"));
     signal.connect(record("b"));
     signal.emit(1);
-    auto copy = first;
-    copy.disconnect();
+    Kes::Connection(first).disconnect();
     EXPECT_FALSE(first.connected());
     signal(2);
     EXPECT_THAT(calls, ElementsAre("a1", "b1", "b2"));
-    EXPECT_EQ(signal.size(), 1U);
-
     signal.clear();
-    signal.emit(3);
     EXPECT_TRUE(signal.empty());
-    EXPECT_EQ(calls.size(), 3U);
     EXPECT_FALSE(signal.connect(std::function<void(int)>()).connected());
-    EXPECT_FALSE(Kes::Connection().connected());
 }
 
 TEST_F(SignalTest, changesDuringAnEmissionFollowItsRules)
@@ -68,7 +61,7 @@ TEST_F(SignalTest, changesDuringAnEmissionFollowItsRules)
     EXPECT_THAT(calls, ElementsAre("first1", "first2", "new2"));
 }
 
-TEST_F(SignalTest, aSlotMayEmitItsOwnSignal)
+TEST_F(SignalTest, aSlotMayEmitItsOwnSignalOrThrow)
 {
     signal.connect([&](int value) {
         if (value < 3)
@@ -77,6 +70,8 @@ TEST_F(SignalTest, aSlotMayEmitItsOwnSignal)
     signal.connect(record("v"));
     signal.emit(1);
     EXPECT_THAT(calls, ElementsAre("v3", "v2", "v1"));
+    signal.connect([](int) { throw std::runtime_error("slot"); });
+    EXPECT_THROW(signal.emit(1), std::runtime_error);
     EXPECT_FALSE(Kes::SignalGate::isHeldByThisThread());
 }
 
@@ -86,32 +81,21 @@ TEST_F(SignalTest, aSlotMayDestroyItsSignal)
     owned->connect([&](int) { owned.reset(); });
     auto later = owned->connect(record("later"));
     owned->emit(1);
-    EXPECT_EQ(owned, nullptr);
     EXPECT_FALSE(later.connected());
     EXPECT_TRUE(calls.empty());
-}
-
-TEST_F(SignalTest, anExceptionOfASlotLeavesTheGateOpen)
-{
-    signal.connect([](int) { throw std::runtime_error("slot"); });
-    EXPECT_THROW(signal.emit(1), std::runtime_error);
-    EXPECT_FALSE(Kes::SignalGate::isHeldByThisThread());
 }
 
 TEST_F(SignalTest, theDeathOfATrackableCutsItsSlots)
 {
     auto receiver = std::make_unique<Receiver>(calls);
-    auto method = signal.connect(sigc::mem_fun(*receiver, &Receiver::on));
+    signal.connect(sigc::mem_fun(*receiver, &Receiver::on));
     auto bound = signal.connect(sigc::hide(sigc::bind(sigc::mem_fun(*receiver, &Receiver::on), 7)));
-    auto lambda = signal.connect(sigc::track_obj([this](int) { calls.push_back("lambda"); }, *receiver));
+    signal.connect(sigc::track_obj(record("lambda"), *receiver));
     signal.emit(1);
-    EXPECT_THAT(calls, ElementsAre("on 1", "on 7", "lambda"));
+    EXPECT_THAT(calls, ElementsAre("on 1", "on 7", "lambda1"));
     bound.disconnect();
     receiver.reset();
-    EXPECT_FALSE(method.connected());
-    EXPECT_FALSE(lambda.connected());
-    signal.emit(2);
-    EXPECT_EQ(calls.size(), 3U);
+    EXPECT_TRUE(signal.empty());
 }
 
 TEST_F(SignalTest, aTrackableMayDieInItsOwnSlot)
@@ -120,49 +104,29 @@ TEST_F(SignalTest, aTrackableMayDieInItsOwnSlot)
     signal.connect(sigc::track_obj([&](int) { receiver.reset(); }, *receiver));
     signal.connect(sigc::mem_fun(*receiver, &Receiver::on));
     signal.emit(1);
-    EXPECT_TRUE(calls.empty());
-    EXPECT_TRUE(signal.empty());
+    EXPECT_TRUE(calls.empty() && signal.empty());
 }
 
 TEST_F(SignalTest, aTrackableOutlivesItsSlotsWhicheverThreadCutsThem)
 {
     Receiver receiver(calls);
-    {
-        Kes::Signal<void(int)> here;
-        here.connect(sigc::mem_fun(receiver, &Receiver::on));
-    }
     auto elsewhere = std::make_unique<Kes::Signal<void(int)>>();
     elsewhere->connect(sigc::mem_fun(receiver, &Receiver::on));
     std::thread([&] { elsewhere.reset(); }).join();
     receiver.notify_callbacks();
-    auto again = signal.connect(sigc::mem_fun(receiver, &Receiver::on));
-    EXPECT_TRUE(again.connected());
+    EXPECT_TRUE(signal.connect(sigc::mem_fun(receiver, &Receiver::on)).connected());
 }
 
-TEST_F(SignalTest, disconnectingFreesWhatTheFunctorHasCaptured)
-{
-    auto captured = std::make_shared<int>(1);
-    const std::weak_ptr<int> alive = captured;
-    auto connection = signal.connect([captured](int) {});
-    captured.reset();
-    EXPECT_FALSE(alive.expired());
-    connection.disconnect();
-    EXPECT_TRUE(alive.expired());
-}
-
-TEST_F(SignalTest, aRunningFunctorKeepsWhatItHasCaptured)
+TEST_F(SignalTest, aFunctorIsFreedWhenDisconnectedButNotWhileItRuns)
 {
     auto captured = std::make_shared<int>(1);
     const std::weak_ptr<int> alive = captured;
     Kes::Connection connection;
-    bool aliveWhileRunning = false;
-    connection = signal.connect([&, captured](int) {
+    connection = signal.connect([&, held = std::move(captured)](int) {
         connection.disconnect();
-        aliveWhileRunning = !alive.expired();
+        EXPECT_FALSE(alive.expired());
     });
-    captured.reset();
     signal.emit(1);
-    EXPECT_TRUE(aliveWhileRunning);
     EXPECT_TRUE(alive.expired());
 }
 
@@ -173,60 +137,43 @@ TEST_F(SignalTest, aScopedConnectionEndsWithItsOwner)
         Kes::ScopedConnection moved = std::move(scoped);
         moved = signal.connect(record("next"));
         signal.emit(1);
-        EXPECT_TRUE(moved.connected());
     }
-    signal.emit(2);
+    EXPECT_TRUE(signal.empty());
     EXPECT_THAT(calls, ElementsAre("next1"));
 }
 
 class NotifyCollectionTest : public testing::Test {
 protected:
     struct Collection : Kes::NotifyCollection<std::string> {
-        explicit Collection(Calls& log) : calls(log) {}
         void _onRemoved(const std::string& item) override { calls.push_back("released " + item); }
-        Calls& calls;
+        Calls calls;
     };
 
     NotifyCollectionTest()
     {
         items.signalInserted.connect(
-            [this](std::size_t i, const std::string& s) { calls.push_back("+" + std::to_string(i) + s); });
-        items.signalRemoved.connect(
-            [this](std::size_t i, const std::string& s) { calls.push_back("-" + std::to_string(i) + s); });
+            [this](auto i, auto s) { calls.push_back("+" + std::to_string(i) + s); });
+        items.signalRemoved.connect([this](auto i, auto s) { calls.push_back("-" + std::to_string(i) + s); });
         items.signalReset.connect([this] { calls.push_back("reset"); });
     }
 
-    Calls calls;
-    Collection items{calls};
+    Collection items;
+    Calls& calls = items.calls;
 };
 
-TEST_F(NotifyCollectionTest, tellsEveryChange)
+TEST_F(NotifyCollectionTest, tellsEveryChangeAndClearsTheLastItemFirst)
 {
-    EXPECT_TRUE(items.add("a"));
-    EXPECT_TRUE(items.insert(0, "b"));
-    EXPECT_TRUE(items.insert(99, "c"));
-    EXPECT_THAT(items.getItems(), ElementsAre("b", "a", "c"));
-    EXPECT_TRUE(items.remove("a"));
-    EXPECT_TRUE(items.remove("missing"));
-    EXPECT_TRUE(items.removeAt(5));
-    EXPECT_TRUE(items.removeAt(1));
-    EXPECT_THAT(calls, ElementsAre("+0a", "+0b", "+2c", "-1a", "released a", "-1c", "released c"));
-}
-
-TEST_F(NotifyCollectionTest, clearsLastItemFirst)
-{
-    for (const char* item : {"a", "b", "c"})
-        ASSERT_TRUE(items.add(item));
-    calls.clear();
+    EXPECT_TRUE(items.add("a") && items.insert(0, "b") && items.insert(99, "c") && items.add("d"));
+    EXPECT_THAT(items.getItems(), ElementsAre("b", "a", "c", "d"));
+    EXPECT_TRUE(items.remove("a") && items.remove("missing") && items.removeAt(5) && items.removeAt(1));
     EXPECT_TRUE(items.clear());
-    EXPECT_THAT(calls, ElementsAre("reset", "-2c", "released c", "-1b", "released b", "-0a", "released a"));
-    EXPECT_TRUE(items.empty());
+    EXPECT_THAT(calls, ElementsAre("+0a", "+0b", "+2c", "+3d", "-1a", "released a", "-1c", "released c",
+                                   "reset", "-1d", "released d", "-0b", "released b"));
 }
 
 TEST_F(NotifyCollectionTest, clearingEndsThoughAListenerAppends)
 {
-    ASSERT_TRUE(items.add("a"));
-    ASSERT_TRUE(items.add("b"));
+    ASSERT_TRUE(items.add("a") && items.add("b"));
     items.signalRemoved.connect([this](std::size_t, const std::string& s) { (void)items.add(s + "!"); });
     EXPECT_TRUE(items.clear());
     EXPECT_THAT(items.getItems(), ElementsAre("b!", "a!"));
@@ -238,11 +185,8 @@ TEST_F(NotifyCollectionTest, refusesEveryChangeWhenReadOnly)
     items.setReadOnly(true);
     calls.clear();
     for (const auto& result :
-         {items.add("b"), items.insert(0, "b"), items.remove("a"), items.removeAt(0), items.clear()}) {
-        EXPECT_FALSE(result);
-        ASSERT_TRUE(result.getError());
+         {items.add("b"), items.insert(0, "b"), items.remove("a"), items.removeAt(0), items.clear()})
         EXPECT_EQ(result.getError()->getMessage(), "The list is read-only.");
-    }
     EXPECT_TRUE(calls.empty());
     EXPECT_THAT(items.getItems(), ElementsAre("a"));
 }
@@ -251,11 +195,9 @@ TEST_F(NotifyCollectionTest, changesOfSeveralThreadsAreHeardInTheirOrder)
 {
     Kes::NotifyCollection<int> shared;
     std::vector<int> mirror;
-    shared.signalInserted.connect([&](std::size_t i, int item) {
-        mirror.insert(mirror.begin() + static_cast<std::ptrdiff_t>(i), item);
-    });
-    shared.signalRemoved.connect(
-        [&](std::size_t i, int) { mirror.erase(mirror.begin() + static_cast<std::ptrdiff_t>(i)); });
+    const auto at = [&](std::size_t i) { return mirror.begin() + static_cast<std::ptrdiff_t>(i); };
+    shared.signalInserted.connect([&](std::size_t i, int item) { mirror.insert(at(i), item); });
+    shared.signalRemoved.connect([&](std::size_t i, int) { mirror.erase(at(i)); });
     const auto work = [&](int first) {
         for (int i = 0; i < 300; ++i) {
             (void)shared.insert(static_cast<std::size_t>(i % 3), first + i);
@@ -263,10 +205,9 @@ TEST_F(NotifyCollectionTest, changesOfSeveralThreadsAreHeardInTheirOrder)
                 (void)shared.removeAt(0);
         }
     };
-    std::thread one(work, 0);
-    std::thread two(work, 1000);
-    one.join();
-    two.join();
+    std::thread other(work, 0);
+    work(1000);
+    other.join();
     EXPECT_EQ(mirror, shared.getItems());
     EXPECT_EQ(mirror.size(), 400U);
 }

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <giomm/inetsocketaddress.h>
 #include <giomm/init.h>
 #include <giomm/socketservice.h>
 
@@ -25,8 +24,9 @@ protected:
     }
     ~XslTransformerTest() override { KesLog::Log::setObserver(nullptr); }
 
-    bool transform(const std::string& xml, const std::string& body,
-                   const std::map<std::string, std::string>& parameters = {}, const std::string& more = "")
+    /// `more` goes beside the template of the stylesheet; `p` is the parameter of that name.
+    bool transform(const std::string& xml, const std::string& body, const std::string& more = "",
+                   const std::string& p = "")
     {
         writeFile(home.file("in.xml"), xml);
         writeFile(home.file("style.xsl"),
@@ -34,33 +34,31 @@ protected:
             xmlns:exsl="http://exslt.org/common" xmlns:math="http://exslt.org/math" extension-element-prefixes="exsl">
             <xsl:output method="text" encoding="UTF-8"/>)" +
                       more + "<xsl:template match=\"/\">" + body + "</xsl:template></xsl:stylesheet>");
-        Kes::XslTransformer transformer(home.file("in.xml").c_str(), home.file("style.xsl").c_str(),
-                                        output.c_str());
-        for (const auto& [name, value] : parameters)
-            transformer.setParameter(name, value);
+        const auto in = home.file("in.xml");
+        Kes::XslTransformer transformer(in.c_str(), home.file("style.xsl").c_str(), output.c_str());
+        transformer.setParameter("p", p);
         return transformer.transform();
     }
 
     KesTest::TemporaryHome home;
-    const std::string output = home.file("report.txt");
+    std::string output = home.file("report.txt");
     std::string log;
 };
 
-TEST_F(XslTransformerTest, writesTheResultAndOverwritesTheOldOne)
+TEST_F(XslTransformerTest, replacesTheOldResultAndTakesParametersLiterally)
 {
     writeFile(output, "an older and longer report");
-    EXPECT_TRUE(transform("<r>Ток</r>", "<xsl:value-of select='r'/> <xsl:value-of select='math:sqrt(9)'/>"));
-    EXPECT_EQ(readFile(output), "Ток3");
+    writeFile(home.file("part.xsl"),
+              "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
+              "<xsl:template name='part'>included</xsl:template></xsl:stylesheet>");
+    EXPECT_TRUE(transform("<r>Ток</r>",
+                          "<xsl:value-of select='r'/><xsl:value-of select='math:sqrt(9)'/>"
+                          "<xsl:value-of select='$p'/><xsl:call-template name='part'/>",
+                          "<xsl:include href='part.xsl'/><xsl:param name='p'/>", "it's \"quoted\" & 1 + 1"));
+    EXPECT_EQ(readFile(output), "Ток3it's \"quoted\" & 1 + 1included");
     EXPECT_TRUE(transform("<r/>", ""));
     EXPECT_EQ(readFile(output), "");
     EXPECT_EQ(log, "");
-}
-
-TEST_F(XslTransformerTest, takesParametersLiterally)
-{
-    const std::string value = "it's \"quoted\" & 1 + 1";
-    EXPECT_TRUE(transform("<r/>", "<xsl:value-of select='$p'/>", {{"p", value}}, "<xsl:param name='p'/>"));
-    EXPECT_EQ(readFile(output), value);
 }
 
 TEST_F(XslTransformerTest, aFailureKeepsTheOldFileAndIsLogged)
@@ -68,22 +66,16 @@ TEST_F(XslTransformerTest, aFailureKeepsTheOldFileAndIsLogged)
     writeFile(output, "old");
     const std::pair<const char*, const char*> cases[] = {
         {"<r>", ""},
-        {"", ""},
         {"<r/>", "<xsl:value-of select='1 +'/>"},
-        {"<r/>", "<xsl:unclosed>"},
         {"<r/>", "text<xsl:message terminate='yes'>stop</xsl:message>"},
-        {"<r/>", "text<xsl:call-template name='missing'/>"},
         {"<r/>", "text<xsl:apply-templates select='/'/>"},
     };
     for (const auto& [xml, body] : cases) {
-        log.clear();
         EXPECT_FALSE(transform(xml, body)) << xml << body;
-        EXPECT_THAT(log, HasSubstr("style.xsl")) << xml << body;
+        EXPECT_THAT(std::exchange(log, ""), HasSubstr("style.xsl")) << xml << body;
         EXPECT_EQ(readFile(output), "old");
     }
     EXPECT_FALSE(Kes::XslTransformer("/missing.xml", nullptr, output.c_str()).transform());
-    EXPECT_FALSE(
-        Kes::XslTransformer(home.file("in.xml").c_str(), home.getPath().c_str(), output.c_str()).transform());
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(home.getPath()), {}), 3)
         << "a half file is left";
 }
@@ -91,13 +83,9 @@ TEST_F(XslTransformerTest, aFailureKeepsTheOldFileAndIsLogged)
 TEST_F(XslTransformerTest, anOutputThatCannotBeWrittenIsAFailure)
 {
     for (const auto* path : {"", "/dev/full", "/proc/no/such/report.html"}) {
-        log.clear();
-        writeFile(home.file("in.xml"), "<r/>");
-        EXPECT_TRUE(transform("<r>x</r>", "<xsl:value-of select='r'/>"));
-        EXPECT_FALSE(Kes::XslTransformer(home.file("in.xml").c_str(), home.file("style.xsl").c_str(), path)
-                         .transform())
-            << path;
-        EXPECT_THAT(log, HasSubstr("Error writing file")) << path;
+        output = path;
+        EXPECT_FALSE(transform("<r>x</r>", "<xsl:value-of select='r'/>")) << path;
+        EXPECT_THAT(std::exchange(log, ""), HasSubstr("Error writing file")) << path;
     }
 }
 
@@ -109,55 +97,31 @@ TEST_F(XslTransformerTest, theStylesheetWritesNoFilesAndMakesNoFolders)
     EXPECT_THAT(log, HasSubstr("denied"));
 }
 
-TEST_F(XslTransformerTest, entitiesAreNotReplaced)
+TEST_F(XslTransformerTest, anExternalEntityIsNotRead)
 {
     writeFile(home.file("secret"), "secret");
     const auto external = "<!DOCTYPE r [<!ENTITY e SYSTEM 'file://" + home.file("secret") + "'>]><r>a&e;</r>";
     transform(external, "<xsl:value-of select='r'/>");
     EXPECT_THAT(readFile(output), testing::Not(HasSubstr("secret")));
-
-    std::string bomb = "<!DOCTYPE r [<!ENTITY e0 '0123456789'>";
-    for (int i = 1; i < 12; ++i) {
-        bomb += "<!ENTITY e" + std::to_string(i) + " '";
-        for (int j = 0; j < 10; ++j)
-            bomb += "&e" + std::to_string(i - 1) + ";";
-        bomb += "'>";
-    }
-    transform(bomb + "]><r>&e11;</r>", "<xsl:value-of select='string-length(r)'/>");
-    EXPECT_LT(readFile(output).size(), 1'000'000U);
 }
 
 TEST_F(XslTransformerTest, nothingIsFetchedFromTheNetwork)
 {
     Gio::init();
     const auto service = Gio::SocketService::create();
-    const auto port = service->add_any_inet_port();
-    const auto address = "http://127.0.0.1:" + std::to_string(port) + "/file.xml";
+    const auto address = "http://127.0.0.1:" + std::to_string(service->add_any_inet_port()) + "/file.xml";
     EXPECT_FALSE(transform("<r/>", "<xsl:copy-of select=\"document('" + address + "')\"/>"));
-    EXPECT_THAT(log, HasSubstr("denied"));
-    log.clear();
-    EXPECT_FALSE(transform("<r/>", "", {}, "<xsl:include href='" + address + "'/>"));
+    EXPECT_THAT(std::exchange(log, ""), HasSubstr("denied"));
+    EXPECT_FALSE(transform("<r/>", "", "<xsl:include href='" + address + "'/>"));
     EXPECT_THAT(log, HasSubstr("denied"));
     transform("<!DOCTYPE r SYSTEM '" + address + "'><r/>", "");
     // Nobody has accepted: a connection would still stand in the queue of the socket.
     bool called = false;
-    service->signal_incoming().connect(
-        [&](const Glib::RefPtr<Gio::SocketConnection>&, const Glib::RefPtr<Glib::Object>&) -> bool {
-            called = true;
-            return true;
-        });
+    service->signal_incoming().connect([&](const Glib::RefPtr<Gio::SocketConnection>&,
+                                           const Glib::RefPtr<Glib::Object>&) { return called = true; });
     while (g_main_context_iteration(nullptr, FALSE)) {
     }
     EXPECT_FALSE(called);
-}
-
-TEST_F(XslTransformerTest, filesOfTheStylesheetMayBeIncluded)
-{
-    writeFile(home.file("part.xsl"),
-              "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
-              "<xsl:template name='part'>included</xsl:template></xsl:stylesheet>");
-    EXPECT_TRUE(transform("<r/>", "<xsl:call-template name='part'/>", {}, "<xsl:include href='part.xsl'/>"));
-    EXPECT_EQ(readFile(output), "included");
 }
 
 } // namespace
