@@ -5,17 +5,22 @@
 
 #include <support/FakeKestoLink.h>
 
-#include <chrono>
-#include <functional>
-#include <memory>
-#include <string>
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <mutex>
 #include <thread>
+#include <vector>
 
 namespace KesTest {
 
-inline KesDevice::Kesto::Address address(std::uint8_t last)
+using namespace KesDevice;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+inline Kesto::Address address(std::uint8_t last)
 {
-    return KesDevice::Kesto::Address(KesDevice::Kesto::Address::Bytes{192, 168, 1, last});
+    return Kesto::Address(Kesto::Address::Bytes{192, 168, 1, last});
 }
 
 inline std::string message(const Kes::Result& result)
@@ -24,9 +29,9 @@ inline std::string message(const Kes::Result& result)
 }
 
 /// Puts a device with the fake's link into the configuration.
-inline KesDevice::Kesto* add(KesDevice::HardwareManager& hardware, FakeKesto& fake, std::uint8_t last)
+inline Kesto* add(HardwareManager& hardware, FakeKesto& fake, std::uint8_t last)
 {
-    auto kesto = std::make_unique<KesDevice::Kesto>(address(last), fake.createLink());
+    auto kesto = std::make_unique<Kesto>(address(last), fake.createLink());
     auto* added = kesto.get();
     return hardware.getKestos().addKesto(std::move(kesto)) ? added : nullptr;
 }
@@ -34,13 +39,9 @@ inline KesDevice::Kesto* add(KesDevice::HardwareManager& hardware, FakeKesto& fa
 /// For states that come about on other threads without an announcement; false after ten seconds.
 inline bool waitUntil(const std::function<bool()>& condition)
 {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
+    for (int tries = 0; tries < 10000 && !condition(); ++tries)
+        std::this_thread::sleep_for(1ms);
+    return condition();
 }
 
 } // namespace KesTest
