@@ -19,26 +19,6 @@ TEST(RelayNodesTest, StageRefusesSettingsThatContradictEachOther)
     ASSERT_TRUE(setting.setText("40"));
     EXPECT_FALSE(nominal.setText("0.99"));
     EXPECT_EQ(nominal.getNumber(), 1.0);
-
-    auto& percent = *stage->find(RelayNodes::TolerancePercent);
-    auto& milliseconds = *stage->find(RelayNodes::ToleranceMilliseconds);
-    ASSERT_TRUE(percent.setText("0"));
-    EXPECT_FALSE(milliseconds.setText("0"));
-    ASSERT_TRUE(percent.setText("1"));
-    EXPECT_TRUE(milliseconds.setText("0"));
-}
-
-TEST(RelayNodesTest, OnlyOneOfTheTimesIsUsed)
-{
-    const auto stage = RelayNodes::overcurrentStage();
-    auto& curve = *stage->find(RelayNodes::Curve);
-    for (std::size_t i = 0; i < curve.getChoices().size(); ++i) {
-        ASSERT_TRUE(curve.setValue(static_cast<long long>(i)));
-        const bool definite = i == RelayNodes::DefiniteTimeCurve;
-        EXPECT_EQ(stage->find(RelayNodes::DefiniteTime)->isUsed(), definite);
-        EXPECT_EQ(stage->find(RelayNodes::TimeMultiplier)->isUsed(), !definite);
-    }
-    EXPECT_TRUE(RelayNodes::overcurrentStage()->deserialize(stage->serialize()));
 }
 
 } // namespace
