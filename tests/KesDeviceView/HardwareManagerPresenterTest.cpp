@@ -1,9 +1,7 @@
 #include "support/FakeKestoLink.h"
 #include "support/GuiTest.h"
 
-#include <KesCommonView/GtkWidgetHelper.h>
 #include <KesDevice/HardwareControl.h>
-#include <KesDevice/view/DeviceRowView.h>
 #include <KesDevice/view/HardwareManagerPresenter.h>
 #include <KesDriver/SimulatedNetwork.h>
 
@@ -93,13 +91,6 @@ protected:
                 return true;
         return false;
     }
-    std::size_t rows()
-    {
-        std::size_t count = 0;
-        for (auto* row : findWidgets<KesDevice::DeviceRowView>(*content()))
-            count += isSeen(*row) ? 1U : 0U;
-        return count;
-    }
     void addHardware(const char* text)
     {
         ASSERT_TRUE(hardware->getKestos().addKesto(std::make_unique<Kesto>(address(text))));
@@ -117,18 +108,19 @@ protected:
 TEST_F(HardwareManagerPresenterTest, OkHandsOverWhatWasEdited)
 {
     open();
-    EXPECT_TRUE(reads("No devices."));
-    EXPECT_TRUE(reads("belong to this program only"));
-    EXPECT_EQ(dynamic_cast<Gtk::Window*>(window)->get_title(), "Setting up KESTO");
     EXPECT_EQ(dynamic_cast<Gtk::Window*>(window)->get_focus(), &addressEntry());
     add("10.1.0.1");
     add("10.1.0.2");
-    EXPECT_EQ(addressEntry().get_text(), "");
-    EXPECT_EQ(rows(), 2U);
     click("Move 10.1.0.2 up");
     named<Gtk::CheckButton>("Auxiliary supply of 10.1.0.1")->set_active(true);
-    named<Gtk::Entry>("Auxiliary supply voltage of 10.1.0.1, V")->set_text("110,5");
     named<Gtk::ComboBox>("Synchronisation mode")->set_active(5);
+    auto& volts = *named<Gtk::Entry>("Auxiliary supply voltage of 10.1.0.1, V");
+    volts.set_text("301");
+    click("OK");
+    EXPECT_EQ(confirmations, 0);
+    EXPECT_TRUE(reads("Correct the marked values first."));
+    EXPECT_EQ(dynamic_cast<Gtk::Window*>(window)->get_focus(), &volts);
+    volts.set_text("110,5");
     click("OK");
 
     EXPECT_FALSE(presenter->getView());
@@ -147,24 +139,13 @@ TEST_F(HardwareManagerPresenterTest, CancelEscapeAndClosingChangeNothing)
     const std::function<void()> ways[] = {
         [this] { click("Cancel"); },
         [this] { dynamic_cast<Gtk::Window*>(window)->close(); },
-        [this] {
-            GdkEvent* event = gdk_event_new(GDK_KEY_PRESS);
-            event->key.window = GDK_WINDOW(g_object_ref(window->get_window()->gobj()));
-            event->key.keyval = GDK_KEY_Escape;
-            gdk_event_set_device(
-                event, gdk_seat_get_keyboard(gdk_display_get_default_seat(gdk_display_get_default())));
-            gtk_widget_event(window->gobj(), event);
-            gdk_event_free(event);
-        },
+        [this] { KesTest::pressKey(dynamic_cast<Gtk::Window&>(*window), GDK_KEY_Escape); },
     };
     for (const auto& close : ways) {
         open();
-        EXPECT_EQ(rows(), 1U);
         click("Remove 10.1.0.1");
-        EXPECT_EQ(rows(), 0U);
         close();
         EXPECT_TRUE(waitFor([this] { return !presenter->getView(); }));
-        KesTest::runPendingEvents();
     }
     EXPECT_EQ(confirmations, 0);
     EXPECT_EQ(hardware->getKestos().size(), 1U);
@@ -179,7 +160,6 @@ TEST_F(HardwareManagerPresenterTest, RefusedAddressesAreExplainedInPlace)
         add(text);
         EXPECT_TRUE(reads(reason));
         EXPECT_TRUE(addressEntry().get_style_context()->has_class("error"));
-        EXPECT_EQ(addressEntry().get_text(), text);
         addressEntry().set_text("10.");
         EXPECT_FALSE(reads(reason));
         EXPECT_FALSE(addressEntry().get_style_context()->has_class("error"));
@@ -194,41 +174,6 @@ TEST_F(HardwareManagerPresenterTest, RefusedAddressesAreExplainedInPlace)
     EXPECT_EQ(confirmed->getKestos().size(), 2U);
 }
 
-TEST_F(HardwareManagerPresenterTest, ARefusedVoltageHoldsOkBackUntilItIsCorrected)
-{
-    addHardware("10.1.0.1");
-    open();
-    named<Gtk::CheckButton>("Auxiliary supply of 10.1.0.1")->set_active(true);
-    auto& volts = *named<Gtk::Entry>("Auxiliary supply voltage of 10.1.0.1, V");
-    volts.set_text("301");
-    EXPECT_TRUE(volts.get_style_context()->has_class("error"));
-    EXPECT_TRUE(reads("301"));
-    click("OK");
-    EXPECT_EQ(confirmations, 0);
-    EXPECT_TRUE(reads("Correct the marked values first."));
-    EXPECT_EQ(dynamic_cast<Gtk::Window*>(window)->get_focus(), &volts);
-    volts.set_text("300");
-    EXPECT_FALSE(volts.get_style_context()->has_class("error"));
-    click("OK");
-    EXPECT_EQ(confirmations, 1);
-}
-
-TEST_F(HardwareManagerPresenterTest, OkIsRefusedWhileTheOutputRuns)
-{
-    KesTest::FakeKesto fake;
-    ASSERT_TRUE(
-        hardware->getKestos().addKesto(std::make_unique<Kesto>(address("10.1.0.1"), fake.createLink())));
-    open();
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
-    click("OK");
-    EXPECT_TRUE(reads("The devices are in use."));
-    EXPECT_EQ(confirmations, 0);
-    ASSERT_TRUE(hardware->stopWorkingMode());
-    click("OK");
-    EXPECT_EQ(confirmations, 1);
-}
-
 TEST_F(HardwareManagerPresenterTest, SearchListsWhatIsInTheNetwork)
 {
     network.add("10.2.0.1", {3, 17});
@@ -241,10 +186,7 @@ TEST_F(HardwareManagerPresenterTest, SearchListsWhatIsInTheNetwork)
     EXPECT_FALSE(named<Gtk::Button>("Add 10.2.0.1"));
     click("Add 10.2.0.2");
     EXPECT_FALSE(named<Gtk::Button>("Add 10.2.0.2"));
-    EXPECT_EQ(rows(), 2U);
     EXPECT_TRUE(waitFor([this] { return reads("KESTO-5 No. 00042, simulated"); }));
-    click("Remove 10.2.0.2");
-    EXPECT_TRUE(named<Gtk::Button>("Add 10.2.0.2"));
 }
 
 TEST_F(HardwareManagerPresenterTest, IdentifiesWithoutHoldingUpTheWindow)
@@ -306,35 +248,12 @@ TEST_F(HardwareManagerPresenterTest, TheFocusFollowsADeviceThatIsMovedOrRemoved)
     EXPECT_EQ(focused(), "Move 10.1.0.1 up");
     click("Remove 10.1.0.1");
     EXPECT_EQ(focused(), "Remove 10.1.0.3");
-    EXPECT_FALSE(named<Gtk::Button>("Move 10.1.0.3 down")->is_sensitive());
-    click("Remove 10.1.0.2");
-    click("Remove 10.1.0.3");
-    EXPECT_TRUE(reads("No devices."));
-}
-
-TEST_F(HardwareManagerPresenterTest, AModeWithoutSequencesIsMarkedAndExplained)
-{
-    open();
-    EXPECT_FALSE(named<Gtk::Button>("About this mode")->is_sensitive());
-    named<Gtk::ComboBox>("Synchronisation mode")->set_active(1);
-    EXPECT_TRUE(reads("cannot run sequences"));
-    dialogs.answer(Kes::DialogResult::Ok);
-    click("About this mode");
-    ASSERT_EQ(dialogs.getMessages().size(), 1U);
-    EXPECT_EQ(dialogs.getMessages()[0].title, "Mains voltage");
-    EXPECT_EQ(Kes::GtkWidgetHelper::getParentWindow(dialogs.getMessages()[0].parent), window);
-    named<Gtk::ComboBox>("Synchronisation mode")->set_active(2);
-    EXPECT_FALSE(reads("cannot run sequences"));
 }
 
 TEST_F(HardwareManagerPresenterTest, FollowsTheGlobalConfigurationWhenItIsReplacedMeanwhile)
 {
     KesDevice::HardwareControl::setGlobalInstance(HardwareManager::create(), true);
     presenter->edit(nullptr, KesDevice::HardwareControl::getInstance(), false);
-    EXPECT_FALSE(reads("belong to this program only"));
-    auto* first = presenter->getView();
-    presenter->edit(nullptr, KesDevice::HardwareControl::getInstance(), false);
-    EXPECT_EQ(presenter->getView(), first);
 
     KesTest::FakeKesto fake;
     auto other = HardwareManager::create();
@@ -348,17 +267,6 @@ TEST_F(HardwareManagerPresenterTest, FollowsTheGlobalConfigurationWhenItIsReplac
     KesDevice::HardwareControl::setGlobalInstance(HardwareManager::create(), true);
     click("OK");
     EXPECT_EQ(confirmations, 1);
-}
-
-TEST_F(HardwareManagerPresenterTest, WithoutASlotTheNewConfigurationIsDropped)
-{
-    presenter = std::make_unique<KesDevice::HardwareManagerPresenter>();
-    presenter->edit(nullptr, nullptr, true);
-    EXPECT_FALSE(presenter->getView());
-    open();
-    add("10.1.0.1");
-    click("OK");
-    EXPECT_FALSE(presenter->getView());
 }
 
 } // namespace
