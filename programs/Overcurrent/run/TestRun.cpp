@@ -110,18 +110,10 @@ bool TestRun::_evaluatePoint(PointResult& result)
 RunEnd TestRun::_measurePickUp()
 {
     _announce({RunPhase::Kind::PickUp});
-    OutputSequence sequence{_step(0.0, _plan.pause)};
-    const auto multiples = _plan.pickUp.getMultiples();
-    for (const double multiple : multiples) {
-        sequence.push_back(_step(multiple, _plan.pickUp.dwell));
-        // The steps after the one that picks up end at once by the same condition.
-        sequence.back().endOn = InputCondition{startInput, true};
-    }
-    if (const auto end = _run(sequence); end != RunEnd::Complete)
+    SequenceRecord record;
+    if (const auto end = _runRamp({_step(0.0, _plan.pause)}, _plan.pickUp, true, record);
+        end != RunEnd::Complete)
         return end;
-    const auto record = _recorder.getRecord();
-    if (record.steps.size() != sequence.size())
-        return _fail(lng::Overcurrent::get("Run.nonsense"));
     RampResult result;
     const auto started = firstChange(record, {startInput, true});
     if (!started)
@@ -129,7 +121,7 @@ RunEnd TestRun::_measurePickUp()
     else if (started->step == 0)
         result.state = MeasureState::ContactEarly;
     else
-        result.multiple = multiples[started->step - 1];
+        result.multiple = _plan.pickUp.getMultiples()[started->step - 1];
     _doneWeight += _rampWeight(_plan.pickUp);
     _listener.onPickUp(result);
     return RunEnd::Complete;
@@ -140,17 +132,10 @@ RunEnd TestRun::_measureDropOff()
     _announce({RunPhase::Kind::DropOff});
     auto hold = _step(_plan.dropOff.from, startTime);
     hold.endOn = InputCondition{startInput, true};
-    OutputSequence sequence{_step(0.0, _plan.pause), hold};
-    const auto multiples = _plan.dropOff.getMultiples();
-    for (const double multiple : multiples) {
-        sequence.push_back(_step(multiple, _plan.dropOff.dwell));
-        sequence.back().endOn = InputCondition{startInput, false};
-    }
-    if (const auto end = _run(sequence); end != RunEnd::Complete)
+    SequenceRecord record;
+    if (const auto end = _runRamp({_step(0.0, _plan.pause), hold}, _plan.dropOff, false, record);
+        end != RunEnd::Complete)
         return end;
-    const auto record = _recorder.getRecord();
-    if (record.steps.size() != sequence.size())
-        return _fail(lng::Overcurrent::get("Run.nonsense"));
     RampResult result;
     const auto started = firstChange(record, {startInput, true});
     const auto dropped = firstChange(record, {startInput, false}, 2);
@@ -159,10 +144,25 @@ RunEnd TestRun::_measureDropOff()
     else if (!started || !dropped)
         result.state = MeasureState::NoOperation;
     else
-        result.multiple = multiples[dropped->step - 2];
+        result.multiple = _plan.dropOff.getMultiples()[dropped->step - 2];
     _doneWeight += _rampWeight(_plan.dropOff);
     _listener.onDropOff(result);
     return RunEnd::Complete;
+}
+
+/// The ramp's steps come behind those given, and each ends early when the start contact closes (or opens).
+RunEnd TestRun::_runRamp(OutputSequence sequence, const Ramp& ramp, bool endsOnStart, SequenceRecord& record)
+{
+    for (const double multiple : ramp.getMultiples()) {
+        sequence.push_back(_step(multiple, ramp.dwell));
+        // The steps after the one that changes the contact end at once by the same condition.
+        sequence.back().endOn = InputCondition{startInput, endsOnStart};
+    }
+    if (const auto end = _run(sequence); end != RunEnd::Complete)
+        return end;
+    record = _recorder.getRecord();
+    return record.steps.size() == sequence.size() ? RunEnd::Complete
+                                                  : _fail(lng::Overcurrent::get("Run.nonsense"));
 }
 
 RunEnd TestRun::_run(const OutputSequence& sequence)

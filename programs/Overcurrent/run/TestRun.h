@@ -60,6 +60,8 @@ private:
     RunEnd _measurePoints();
     RunEnd _measurePickUp();
     RunEnd _measureDropOff();
+    RunEnd _runRamp(KesDriver::OutputSequence sequence, const Ramp& ramp, bool endsOnStart,
+                    SequenceRecord& record);
     bool _evaluatePoint(PointResult& result);
     RunEnd _run(const KesDriver::OutputSequence& sequence);
     RunEnd _fail(std::string error);
