@@ -29,20 +29,13 @@ TEST(OperateCurveTest, FollowsTheFormulaOfTheStandard)
         double multiple;
         double seconds;
     } const cases[] = {
-        {StandardInverse, 1.0, 1.5, 17.194219},
         {StandardInverse, 1.0, 2.0, 10.029027},
-        {StandardInverse, 1.0, 5.0, 4.279720},
-        {StandardInverse, 1.0, 10.0, 2.970599},
         {StandardInverse, 0.1, 10.0, 0.297060},
-        {StandardInverse, 1.0, 20.0, 2.267356},
         {VeryInverse, 1.0, 2.0, 13.5},
         {VeryInverse, 0.5, 10.0, 0.75},
-        {ExtremelyInverse, 1.0, 2.0, 26.666667},
         {ExtremelyInverse, 1.0, 10.0, 0.808081},
-        {LongTimeInverse, 1.0, 2.0, 120.0},
         {LongTimeInverse, 0.2, 5.0, 6.0},
         // From twenty times the setting on, the time stays as it is there.
-        {VeryInverse, 1.0, 20.0, 0.710526},
         {VeryInverse, 1.0, 30.0, 0.710526},
     };
     for (const auto& test : cases) {
@@ -53,15 +46,6 @@ TEST(OperateCurveTest, FollowsTheFormulaOfTheStandard)
     }
 }
 
-TEST(OperateCurveTest, DefiniteTimeDependsOnNothingAboveTheSetting)
-{
-    auto settings = settingsOf(DefiniteTimeCurve, 7.0);
-    settings.definiteTime = 0.4;
-    EXPECT_EQ(OperateCurve::operateTime(settings, 1.01), 0.4);
-    EXPECT_EQ(OperateCurve::operateTime(settings, 50.0), 0.4);
-    EXPECT_FALSE(OperateCurve::operateTime(settings, 1.0));
-}
-
 TEST(OperateCurveTest, DoesNotOperateAtOrBelowTheSetting)
 {
     const auto nan = std::numeric_limits<double>::quiet_NaN();
@@ -69,13 +53,6 @@ TEST(OperateCurveTest, DoesNotOperateAtOrBelowTheSetting)
          {StandardInverse, VeryInverse, ExtremelyInverse, LongTimeInverse, DefiniteTimeCurve})
         for (const double multiple : {1.0, 0.99, 0.0, -2.0, nan})
             EXPECT_FALSE(OperateCurve::operateTime(settingsOf(curve, 1.0), multiple)) << multiple;
-}
-
-TEST(OperateCurveTest, TakesTheLargerTolerance)
-{
-    const RelaySettings settings;
-    EXPECT_DOUBLE_EQ(OperateCurve::tolerance(settings, 10.0), 0.5);
-    EXPECT_DOUBLE_EQ(OperateCurve::tolerance(settings, 0.2), 0.03);
 }
 
 namespace {
@@ -93,23 +70,6 @@ TestResults completeResults()
 
 } // namespace
 
-TEST(EvaluationTest, JudgesAPointByItsTolerance)
-{
-    auto results = completeResults();
-    const auto point = Evaluation::evaluate(results, results.points[0]);
-    EXPECT_NEAR(*point.deviation, 0.071, 1e-3);
-    EXPECT_NEAR(*point.deviationPercent, 0.71, 0.01);
-    EXPECT_TRUE(point.isPassed);
-    // 5 % of 10.029 s
-    results.points[0].time = std::chrono::microseconds(10530477);
-    EXPECT_TRUE(Evaluation::evaluate(results, results.points[0]).isPassed);
-    results.points[0].time = std::chrono::microseconds(10530480);
-    EXPECT_FALSE(Evaluation::evaluate(results, results.points[0]).isPassed);
-    results.points[0].state = MeasureState::NoOperation;
-    EXPECT_FALSE(Evaluation::evaluate(results, results.points[0]).deviation);
-    EXPECT_FALSE(Evaluation::evaluate(results, results.points[0]).isPassed);
-}
-
 TEST(EvaluationTest, PassesOnlyWhatIsWholeAndWithinTolerance)
 {
     using KesProgram::RunVerdict;
@@ -119,11 +79,14 @@ TEST(EvaluationTest, PassesOnlyWhatIsWholeAndWithinTolerance)
         change(results);
         return Evaluation::verdict(results);
     };
-    EXPECT_EQ(verdictWith([](auto& r) { r.points[0].time *= 2; }), RunVerdict::Failed);
+    // 5 % of 10.029 s, and a little more.
+    EXPECT_EQ(verdictWith([](auto& r) { r.points[0].time = std::chrono::microseconds(10530477); }),
+              RunVerdict::Passed);
+    EXPECT_EQ(verdictWith([](auto& r) { r.points[0].time = std::chrono::microseconds(10530480); }),
+              RunVerdict::Failed);
     EXPECT_EQ(verdictWith([](auto& r) { r.points[0].state = MeasureState::NoOperation; }),
               RunVerdict::Failed);
     EXPECT_EQ(verdictWith([](auto& r) { r.pickUp->multiple = 1.06; }), RunVerdict::Failed);
-    EXPECT_EQ(verdictWith([](auto& r) { r.pickUp->state = MeasureState::ContactEarly; }), RunVerdict::Failed);
     EXPECT_EQ(verdictWith([](auto& r) { r.dropOff->multiple = 0.9; }), RunVerdict::Failed);
     EXPECT_EQ(verdictWith([](auto& r) { r.dropOff->multiple = 1.05; }), RunVerdict::Failed);
     EXPECT_EQ(verdictWith([](auto& r) { r.end = RunEnd::Stopped; }), RunVerdict::Stopped);

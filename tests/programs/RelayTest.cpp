@@ -36,7 +36,6 @@ public:
         _time = end;
         return changes;
     }
-    DeviceTime now() const { return _time; }
 
 private:
     SimulatedRelay& _relay;
@@ -72,22 +71,6 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
             Player second(relay);
             EXPECT_EQ(operateTime(second.play(multiple * 0.4, 400s), DeviceTime(0)), time);
         }
-}
-
-TEST(SimulatedRelayTest, StartsAtTheSettingAndDropsOffBelowIt)
-{
-    SimulatedRelay relay{RelaySettings()};
-    Player player(relay);
-    EXPECT_TRUE(player.play(1.0, 1s).empty());
-    const auto started = player.play(1.02, 1s);
-    ASSERT_EQ(started.size(), 1u);
-    EXPECT_EQ(started[0].input, TestRun::startInput);
-    EXPECT_TRUE(started[0].isClosed);
-    EXPECT_LT(started[0].time - 1s, 20ms);
-    EXPECT_TRUE(player.play(0.97, 1s).empty());
-    const auto dropped = player.play(0.94, 1s);
-    ASSERT_EQ(dropped.size(), 1u);
-    EXPECT_FALSE(dropped[0].isClosed);
 }
 
 TEST(SimulatedRelayTest, AddsUpWhatItHasTravelledAndForgetsItAtDropOff)
