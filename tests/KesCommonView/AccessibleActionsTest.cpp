@@ -34,25 +34,20 @@ TEST_F(AccessibleActionsTest, aButtonIsClickedFromTheMainLoop)
     button->signal_clicked().connect([&] { ++clicks; });
     window.add(*button);
     window.show_all();
-
     EXPECT_TRUE(perform(*button));
     EXPECT_EQ(clicks, 0);
     runPendingEvents();
     EXPECT_EQ(clicks, 1);
 
-    button->set_sensitive(false);
-    EXPECT_FALSE(perform(*button));
-    button->set_sensitive(true);
     EXPECT_TRUE(perform(*button));
     button->set_sensitive(false);
+    EXPECT_FALSE(perform(*button));
     runPendingEvents();
-    EXPECT_EQ(clicks, 1);
-
     button->set_sensitive(true);
     EXPECT_TRUE(perform(*button));
     button.reset();
     runPendingEvents();
-    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(clicks, 1) << "insensitive or gone meanwhile";
 }
 
 TEST_F(AccessibleActionsTest, anItemOfAClosedMenuIsActivated)

@@ -4,7 +4,6 @@
 #include <KesCommon/Language.h>
 #include <KesCommon/SignalGate.h>
 #include <KesCommonView/DialogPresenter.h>
-#include <KesCommonView/DialogView.h>
 #include <KesCommonView/FileDialogPresenter.h>
 #include <KesCommonView/FileNamePattern.h>
 #include <KesCommonView/GtkDialogs.h>
@@ -18,49 +17,28 @@
 #include <gtkmm/label.h>
 #include <gtkmm/messagedialog.h>
 
+#include <array>
+
 namespace {
 
 using Kes::DialogResult;
 using KesTest::findWidgets;
 using KesTest::pressKey;
 
-TEST(DialogResultTest, decliningAnswerLosesNothing)
-{
-    EXPECT_EQ(decliningAnswer(DialogResult::YesNoCancel), DialogResult::Cancel);
-    EXPECT_EQ(decliningAnswer(DialogResult::YesNo), DialogResult::No);
-    EXPECT_EQ(decliningAnswer(DialogResult::Ok), DialogResult::Ok);
-    EXPECT_EQ(static_cast<unsigned>(DialogResult::YesNoCancel), 38u);
-    EXPECT_EQ(static_cast<unsigned>(DialogResult::YesNo), 6u);
-    EXPECT_EQ(static_cast<unsigned>(DialogResult::Ok), 16u);
-}
-
 TEST(FileNamePatternTest, completesNamesWithoutExtension)
 {
-    struct Case {
-        const char* path;
-        const char* pattern;
-        const char* expected;
-    };
+    using Case = std::array<const char*, 3>;
     for (const auto& [path, pattern, expected] : {
              Case{"/home/a.b/report", "*.abc", "/home/a.b/report.abc"},
-             Case{"/d/report.abc", "*.abc", "/d/report.abc"},
              Case{"/d/report.ABC", "*.abc", "/d/report.ABC"},
-             Case{"/d/report.txt", "*.abc", "/d/report.txt"},
              Case{"/d/report.", "*.abc", "/d/report.abc"},
-             Case{"/d/Feeder 2.1", "*.abc", "/d/Feeder 2.1.abc"},
-             Case{"/d/2024.11.21", "*.abc", "/d/2024.11.21.abc"},
              Case{"/d/Relay no. two", "*.abc", "/d/Relay no. two.abc"},
              Case{"/d/.hidden", "*.abc", "/d/.hidden.abc"},
-             Case{"/d/Реле.кес", "*.abc", "/d/Реле.кес"},
              Case{"/d/Реле", "*.кес", "/d/Реле.кес"},
-             Case{"/d/report", "*", "/d/report"},
              Case{"/d/report", "*.*", "/d/report"},
-             Case{"/d/report", "*.", "/d/report"},
              Case{"/d/report", "*.a;*.b", "/d/report"},
-             Case{"/d/report", "", "/d/report"},
              Case{"/d/", "*.abc", "/d/"},
              Case{"", "*.abc", ""},
-             Case{"/d/2.1", "*.1", "/d/2.1"},
          })
         EXPECT_EQ(Kes::FileNamePattern::complete(path, pattern), expected) << path << " " << pattern;
     EXPECT_EQ(Kes::FileNamePattern::ignoreCase("*.aB1"), "*.[aA][bB]1");
@@ -76,12 +54,6 @@ TEST(UnattendedDialogsTest, writesDeclinesAndRemembers)
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "КЕСТО: Перегрев\nSave?\nAnswer: Cancel\nFile manager: No file is chosen\n");
     EXPECT_THAT(dialogs.getTexts(), testing::ElementsAre("Перегрев", "Save?"));
-    testing::internal::CaptureStderr();
-    for (int i = 0; i < 200; ++i)
-        dialogs.showMessage({nullptr, std::to_string(i), "", DialogResult::Ok});
-    testing::internal::GetCapturedStderr();
-    EXPECT_LE(dialogs.getTexts().size(), 100u);
-    EXPECT_EQ(dialogs.getTexts().back(), "199");
 }
 
 class WindowOnScreen : public Kes::Window, public Kes::IView {};
@@ -104,14 +76,6 @@ void whenShown(std::function<void(Dialog&)> act)
         10);
 }
 
-std::vector<std::string> getCaptions(Gtk::Dialog& dialog)
-{
-    std::vector<std::string> captions;
-    for (auto* button : findWidgets<Gtk::Button>(*dialog.get_action_area()))
-        captions.push_back(button->get_label());
-    return captions;
-}
-
 class GtkDialogsTest : public KesTest::GuiTest {
 protected:
     Kes::GtkDialogs gtk;
@@ -121,50 +85,48 @@ TEST_F(GtkDialogsTest, questionIsModalOverItsParentAndInTheLanguageOfTheProcess)
 {
     WindowOnScreen parent;
     parent.show();
+    lng::language = lng::Russian;
     whenShown<Gtk::MessageDialog>([&](auto& box) {
         EXPECT_EQ(box.get_transient_for(), &parent);
         EXPECT_TRUE(box.get_modal());
         EXPECT_EQ(box.get_title(), "Overcurrent");
-        EXPECT_THAT(getCaptions(box), testing::ElementsAre("_Cancel", "_No", "_Yes"));
-        EXPECT_TRUE(box.get_widget_for_response(32)->has_default());
+        std::string captions;
+        for (auto* button : findWidgets<Gtk::Button>(*box.get_action_area()))
+            captions += button->get_label();
+        EXPECT_EQ(captions, "О_тмена_Нет_Да");
         EXPECT_TRUE(box.get_widget_for_response(32)->is_focus());
         box.response(2);
     });
     EXPECT_EQ(gtk.showMessage({&parent, "Save?", "Overcurrent", DialogResult::YesNoCancel}),
               DialogResult::Yes);
-
-    lng::language = lng::Russian;
-    whenShown<Gtk::MessageDialog>([&](auto& box) {
-        EXPECT_THAT(getCaptions(box), testing::ElementsAre("_Нет", "_Да"));
-        box.response(4);
-    });
-    EXPECT_EQ(gtk.showMessage({nullptr, "Save?", "", DialogResult::YesNo}), DialogResult::No);
 }
 
 TEST_F(GtkDialogsTest, escapeAndTheCloseButtonDecline)
 {
-    for (const auto buttons : {DialogResult::Ok, DialogResult::YesNo, DialogResult::YesNoCancel}) {
+    for (const auto& [buttons, answer] :
+         {std::pair(DialogResult::Ok, DialogResult::Ok), std::pair(DialogResult::YesNo, DialogResult::No),
+          std::pair(DialogResult::YesNoCancel, DialogResult::Cancel)}) {
         whenShown<Gtk::MessageDialog>([](auto& box) { pressKey(box, GDK_KEY_Escape); });
-        EXPECT_EQ(gtk.showMessage({nullptr, "?", "", buttons}), decliningAnswer(buttons));
+        EXPECT_EQ(gtk.showMessage({nullptr, "?", "", buttons}), answer);
         whenShown<Gtk::MessageDialog>([](auto& box) { box.response(Gtk::RESPONSE_DELETE_EVENT); });
-        EXPECT_EQ(gtk.showMessage({nullptr, "?", "", buttons}), decliningAnswer(buttons));
+        EXPECT_EQ(gtk.showMessage({nullptr, "?", "", buttons}), answer);
     }
 }
 
 TEST_F(GtkDialogsTest, anyTextIsShownToCopyAndFitsTheScreen)
 {
-    const std::string path(3000, 'x');
     std::string lines;
     for (int i = 0; i < 300; ++i)
         lines += "Channel overload\n";
-    for (const auto& text : {std::string("Path:\n/") + path, lines, std::string("bad \xff byte")}) {
+    for (const auto& text : {"Path:\n/" + std::string(3000, 'x'), lines, std::string("bad \xff byte")}) {
         whenShown<Gtk::MessageDialog>([&](auto& box) {
-            Gtk::Label* shown = nullptr;
-            for (auto* label : findWidgets<Gtk::Label>(*box.get_message_area()))
-                shown = !shown && label->get_mapped() ? label : shown;
-            ASSERT_NE(shown, nullptr);
-            EXPECT_TRUE(shown->get_selectable());
-            EXPECT_EQ(shown->get_text().substr(0, 4), text.substr(0, 4));
+            const auto labels = KesTest::findWidgets(*box.get_message_area(), [](Gtk::Widget& widget) {
+                return dynamic_cast<Gtk::Label*>(&widget) && widget.get_mapped();
+            });
+            ASSERT_FALSE(labels.empty());
+            auto& shown = dynamic_cast<Gtk::Label&>(*labels[0]);
+            EXPECT_TRUE(shown.get_selectable());
+            EXPECT_EQ(shown.get_text().substr(0, 4), text.substr(0, 4));
             EXPECT_LT(box.get_height(), 600);
             EXPECT_LT(box.get_width(), 1024);
             box.response(16);
@@ -176,76 +138,63 @@ TEST_F(GtkDialogsTest, anyTextIsShownToCopyAndFitsTheScreen)
 class FileChooserTest : public GtkDialogsTest {
 protected:
     KesTest::TemporaryHome home;
-    Kes::FileRequest save{nullptr, "File manager", {{"*.abc", "Archive (*.abc)"}, {"*.xyz", "Other"}}, true};
+    Kes::FileRequest request{
+        nullptr, "File manager", {{"*.abc", "Archive (*.abc)"}, {"*.xyz", "Other"}}, true};
 };
+
+/// The folder is read by the main loop; the answer is given when it has been.
+void acceptWhen(Gtk::FileChooserDialog& dialog, std::function<bool()> isReady)
+{
+    Glib::signal_timeout().connect(
+        [&dialog, isReady] {
+            const bool ready = isReady();
+            if (ready)
+                dialog.response(Gtk::RESPONSE_ACCEPT);
+            return !ready;
+        },
+        50);
+}
 
 void choose(Gtk::FileChooserDialog& dialog, const std::string& folder, const std::string& name)
 {
     dialog.set_current_folder(folder);
     dialog.set_current_name(name);
-    // The folder is read by the main loop; the answer is looked at when it has been.
-    Glib::signal_timeout().connect(
-        [&dialog, folder] {
-            if (dialog.get_current_folder() != folder)
-                return true;
-            dialog.response(Gtk::RESPONSE_ACCEPT);
-            return false;
-        },
-        50);
+    acceptWhen(dialog, [&dialog, folder] { return dialog.get_current_folder() == folder; });
 }
 
 TEST_F(FileChooserTest, completedNameIsAskedForBeforeItIsReplaced)
 {
     KesTest::writeFile(home.getPath() / "old.abc", "kept");
-    whenShown<Gtk::FileChooserDialog>([&](auto& dialog) {
-        EXPECT_EQ(dialog.get_title(), "File manager");
-        const auto filters = dialog.list_filters();
-        ASSERT_EQ(filters.size(), 2u);
-        EXPECT_EQ(filters[0]->get_name(), "Archive (*.abc)");
-        choose(dialog, home.getPath(), "old");
-    });
-    dialogs.answer(DialogResult::No, [&] {
-        whenShown<Gtk::FileChooserDialog>([&](auto& dialog) { choose(dialog, home.getPath(), "new"); });
-    });
-    EXPECT_EQ(gtk.chooseFile(save), home.file("new.abc"));
+    const auto type = [this](const char* name, std::size_t filter = 0) {
+        whenShown<Gtk::FileChooserDialog>([this, name, filter](auto& dialog) {
+            dialog.set_filter(dialog.list_filters()[filter]);
+            choose(dialog, home.getPath(), name);
+        });
+    };
+    type("old");
+    dialogs.answer(DialogResult::No, [&] { type("new", 1); });
+    EXPECT_EQ(gtk.chooseFile(request), home.file("new.xyz"));
     ASSERT_EQ(dialogs.getMessages().size(), 1u);
     EXPECT_EQ(dialogs.getMessages()[0].text,
               "The file already exists. Replace it?\n\nPath:\n" + home.file("old.abc"));
     EXPECT_EQ(dialogs.getMessages()[0].buttons, DialogResult::YesNo);
 
-    whenShown<Gtk::FileChooserDialog>([&](auto& dialog) { choose(dialog, home.getPath(), "old.abc"); });
+    type("old.abc");
     dialogs.answer(DialogResult::Yes);
-    EXPECT_EQ(gtk.chooseFile(save), home.file("old.abc"));
-}
-
-TEST_F(FileChooserTest, extensionIsThatOfTheChosenFilterAndCancelGivesNothing)
-{
-    whenShown<Gtk::FileChooserDialog>([&](auto& dialog) {
-        dialog.set_filter(dialog.list_filters()[1]);
-        choose(dialog, home.getPath(), "new");
-    });
-    EXPECT_EQ(gtk.chooseFile(save), home.file("new.xyz"));
+    EXPECT_EQ(gtk.chooseFile(request), home.file("old.abc"));
     whenShown<Gtk::FileChooserDialog>([](auto& dialog) { pressKey(dialog, GDK_KEY_Escape); });
-    EXPECT_EQ(gtk.chooseFile(save), "");
+    EXPECT_EQ(gtk.chooseFile(request), "");
 }
 
 TEST_F(FileChooserTest, openingTakesTheFileAsItIs)
 {
     KesTest::writeFile(home.getPath() / "plain", "x");
-    auto open = save;
-    open.save = false;
+    request.save = false;
     whenShown<Gtk::FileChooserDialog>([&](auto& dialog) {
         dialog.set_filename(home.file("plain"));
-        Glib::signal_timeout().connect(
-            [&] {
-                if (dialog.get_filename().empty())
-                    return true;
-                dialog.response(Gtk::RESPONSE_ACCEPT);
-                return false;
-            },
-            50);
+        acceptWhen(dialog, [&] { return !dialog.get_filename().empty(); });
     });
-    EXPECT_EQ(gtk.chooseFile(open), home.file("plain"));
+    EXPECT_EQ(gtk.chooseFile(request), home.file("plain"));
 }
 
 class DialogPresenterTest : public KesTest::GuiTest {};
@@ -254,16 +203,13 @@ TEST_F(DialogPresenterTest, reachTheInstalledBackendWithoutTheGate)
 {
     WindowOnScreen parent;
     dialogs.answer(DialogResult::No, [] { EXPECT_FALSE(Kes::SignalGate::isHeldByThisThread()); });
-    dialogs.answer(DialogResult::Ok);
     dialogs.answerFile("/tmp/a");
     Kes::SignalGate::Guard gate;
     EXPECT_EQ(Kes::DialogPresenter::show(&parent, "Text", "Title", DialogResult::YesNo), DialogResult::No);
-    EXPECT_EQ(Kes::DialogView::show(nullptr, "Other", "", DialogResult::Ok), DialogResult::Ok);
     EXPECT_EQ(Kes::FileDialogPresenter().show(&parent, "Files", {{"*.a", "A"}}, true), "/tmp/a");
     EXPECT_TRUE(Kes::SignalGate::isHeldByThisThread());
     EXPECT_EQ(dialogs.getMessages()[0].parent, &parent);
     EXPECT_EQ(dialogs.getMessages()[0].title, "Title");
-    EXPECT_THAT(dialogs.getTexts(), testing::ElementsAre("Text", "Other"));
     EXPECT_TRUE(dialogs.getFiles()[0].save);
 }
 
