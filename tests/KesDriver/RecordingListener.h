@@ -2,14 +2,17 @@
 
 #include <KesDriver/IKestoLink.h>
 
-#include <chrono>
+#include <gmock/gmock.h>
+
 #include <condition_variable>
-#include <functional>
 #include <mutex>
-#include <string>
-#include <vector>
 
 namespace KesTest {
+
+inline std::string message(const Kes::Result& result)
+{
+    return result ? std::string() : result.getError()->getMessage();
+}
 
 /// Writes down what a link reports, one line each: "input 1 closed 120", "step 0 0", "finished complete 500",
 /// "fault IA", "lost". Times are counted from the latest step 0.
