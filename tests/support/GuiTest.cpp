@@ -4,7 +4,6 @@
 #include <KesCommonView/ApplicationDispatcher.h>
 
 #include <gtk/gtk.h>
-#include <gtkmm/container.h>
 #include <gtkmm/main.h>
 
 #include <stdexcept>
@@ -22,27 +21,6 @@ void initialiseGtk()
         return true;
     }();
     (void)done;
-}
-
-void collect(Gtk::Widget& widget, const std::function<bool(Gtk::Widget&)>& predicate,
-             std::vector<Gtk::Widget*>& found)
-{
-    if (predicate(widget))
-        found.push_back(&widget);
-    auto* container = dynamic_cast<Gtk::Container*>(&widget);
-    if (!container)
-        return;
-    struct Visit {
-        const std::function<bool(Gtk::Widget&)>& predicate;
-        std::vector<Gtk::Widget*>& found;
-    } visit{predicate, found};
-    gtk_container_forall(
-        container->gobj(),
-        [](GtkWidget* child, gpointer data) {
-            auto& next = *static_cast<Visit*>(data);
-            collect(*Glib::wrap(child), next.predicate, next.found);
-        },
-        &visit);
 }
 
 } // namespace
@@ -63,7 +41,17 @@ GuiTest::~GuiTest()
 std::vector<Gtk::Widget*> findWidgets(Gtk::Widget& root, const std::function<bool(Gtk::Widget&)>& predicate)
 {
     std::vector<Gtk::Widget*> found;
-    collect(root, predicate, found);
+    if (predicate(root))
+        found.push_back(&root);
+    std::vector<GtkWidget*> children;
+    if (GTK_IS_CONTAINER(root.gobj()))
+        gtk_container_forall(
+            GTK_CONTAINER(root.gobj()),
+            [](GtkWidget* child, gpointer all) { static_cast<decltype(&children)>(all)->push_back(child); },
+            &children);
+    for (auto* child : children)
+        for (auto* widget : findWidgets(*Glib::wrap(child), predicate))
+            found.push_back(widget);
     return found;
 }
 
@@ -76,10 +64,7 @@ Gtk::Widget* findByClass(Gtk::Widget& root, const std::string& styleClass)
 
 bool isSeen(const Gtk::Widget& widget)
 {
-    for (const Gtk::Widget* w = &widget; w; w = w->get_parent())
-        if (!w->get_visible())
-            return false;
-    return true;
+    return widget.is_visible();
 }
 
 void pressKey(Gtk::Window& window, unsigned key, unsigned state)
