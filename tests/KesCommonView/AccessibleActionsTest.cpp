@@ -17,13 +17,8 @@ bool perform(Gtk::Widget& widget)
     return atk_action_do_action(ATK_ACTION(gtk_widget_get_accessible(widget.gobj())), 0);
 }
 
-class AccessibleActionsTest : public KesTest::GuiTest {
-protected:
-    AccessibleActionsTest()
-    {
-        Kes::AccessibleActions::comeFromMainLoop();
-        Kes::AccessibleActions::comeFromMainLoop();
-    }
+struct AccessibleActionsTest : KesTest::GuiTest {
+    AccessibleActionsTest() { Kes::AccessibleActions::comeFromMainLoop(); }
 };
 
 TEST_F(AccessibleActionsTest, aButtonIsClickedFromTheMainLoop)
