@@ -19,16 +19,13 @@ namespace KesTest {
 /// A model that only has something to show.
 class StatusModel : public KesProgram::ProgramModel {
 public:
-    std::string extension = "abc";
+    std::string extension;
     bool isLocal = false;
 
     using ProgramModel::_setState;
 
     std::string getExtension() override { return extension; }
-    std::unique_ptr<std::istream> getDataStream() override
-    {
-        return std::make_unique<std::stringstream>("x");
-    }
+    std::unique_ptr<std::istream> getDataStream() override { return std::make_unique<std::stringstream>(); }
     bool usesLocalHardware() override { return isLocal; }
     KesProgram::RunVerdict getRunVerdict() override { return KesProgram::RunVerdict::None; }
 

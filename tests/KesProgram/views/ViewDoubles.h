@@ -24,14 +24,4 @@ struct LabelView : Gtk::Label, Kes::IView {
 /// A view that cannot.
 struct NoWidgetView : Kes::IView {};
 
-/// The numbers, from 0, of the signals that are emitted from now on.
-template <typename... Signals>
-std::shared_ptr<std::vector<int>> recordEmissions(Signals&... signals)
-{
-    const auto emitted = std::make_shared<std::vector<int>>();
-    int number = 0;
-    (signals.connect([emitted, own = number++] { emitted->push_back(own); }), ...);
-    return emitted;
-}
-
 } // namespace KesTest

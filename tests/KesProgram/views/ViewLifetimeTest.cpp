@@ -3,9 +3,7 @@
 #include <KesCommonView/CollectionBoxView.h>
 #include <KesProgram/views/FileMenuView.h>
 #include <KesProgram/views/FileRecentMenuView.h>
-#include <KesProgram/views/FileToolbarView.h>
 #include <KesProgram/views/HardwareControlToolbarView.h>
-#include <KesProgram/views/HardwareSettingsToolbarView.h>
 #include <KesProgram/views/HelpMenuView.h>
 #include <KesProgram/views/ProgramMainMenuView.h>
 #include <KesProgram/views/ProgramStatusBarView.h>
@@ -53,9 +51,7 @@ public:
 
         header.addMenu(&fileMenu);
         header.addMenu(&make<HelpMenuView>());
-        header.addToolbar(&make<FileToolbarView>());
         header.addToolbar(&make<HardwareControlToolbarView>());
-        header.addToolbar(&make<HardwareSettingsToolbarView>());
         header.addToolbar(&tools);
         row.setState(&make<StatusBarHardwareKestoStateView>());
         row.setIcons(&icons);
@@ -109,12 +105,10 @@ TEST_F(ViewLifetimeTest, ViewsDieInAnyOrder)
         Shell shell;
         std::vector<std::size_t> order(shell.size());
         std::iota(order.begin(), order.end(), 0u);
-        if (round == 1)
-            std::reverse(order.begin(), order.end());
-        else if (round > 1)
+        if (round > 0)
             std::shuffle(order.begin(), order.end(), random);
 
-        EXPECT_GT(shell.getAlive(), 60);
+        EXPECT_GT(shell.getAlive(), 40);
         for (const auto index : order) {
             shell.destroy(index);
             runPendingEvents();
