@@ -7,7 +7,6 @@
 
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <sstream>
@@ -42,14 +41,13 @@ TEST_F(ArchiveFolder, PacksTheRegularFilesDirectlyInside)
     writeFile(_home.file("in/\xFF\xFE"), "odd");
     writeFile(_home.file("in/empty"), "");
     writeFile(_home.file("in/folder/inner"), "not packed");
-    writeFile(_home.file("target"), "linked");
-    std::filesystem::create_symlink("../target", _home.file("in/link"));
+    std::filesystem::create_symlink("данные.txt", _home.file("in/link"));
     std::filesystem::create_symlink("folder", _home.file("in/folder link"));
     std::filesystem::create_symlink("nowhere", _home.file("in/broken link"));
     ASSERT_EQ(mkfifo(_home.file("in/pipe").c_str(), 0600), 0);
     EXPECT_EQ(_pack(_home.file("in/folder/none")), "");
     EXPECT_EQ(Archives::unpack(_pack(_home.file("in"))),
-              (Contents{{"данные.txt", "текст"}, {"\xFF\xFE", "odd"}, {"empty", ""}, {"link", "linked"}}));
+              (Contents{{"данные.txt", "текст"}, {"\xFF\xFE", "odd"}, {"empty", ""}, {"link", "текст"}}));
 }
 
 TEST_F(ArchiveFolder, PacksMoreFilesThanMayBeOpenAtOnce)
@@ -69,43 +67,19 @@ TEST_F(ArchiveFolder, PacksMoreFilesThanMayBeOpenAtOnce)
         EXPECT_EQ(content, name);
 }
 
-TEST_F(ArchiveFolder, AFileThatCannotBeReadBecomesAnEmptyEntry)
-{
-    writeFile(_home.file("in/open"), "1");
-    writeFile(_home.file("in/secret"), "2");
-    std::filesystem::permissions(_home.file("in/secret"), std::filesystem::perms::none);
-    std::filesystem::permissions(_home.getPath(), std::filesystem::perms(0755));
-    // The administrator may read everything; for an ordinary user this changes nothing.
-    const auto user = geteuid();
-    (void)seteuid(user == 0 ? 65534 : user);
-    const auto bytes = _pack(_home.file("in"));
-    ASSERT_EQ(seteuid(user), 0);
-    EXPECT_EQ(Archives::unpack(bytes), (Contents{{"open", "1"}, {"secret", ""}}));
-}
-
-TEST_F(ArchiveFolder, UnpacksIntoAnExistingFolder)
-{
-    writeFile(_home.file("out/a"), "much longer than the new content");
-    EXPECT_TRUE(_unpack(Archives::pack({{"a", "1"}, {"Имя", ""}, {"../beside", "2"}}), _home.file("out")));
-    EXPECT_EQ(readFile(_home.file("out/a")), "1");
-    EXPECT_TRUE(std::filesystem::exists(_home.file("out/Имя")));
-    EXPECT_EQ(readFile(_home.file("beside")), "2");
-
-    EXPECT_FALSE(_unpack(Archives::pack({{"a", "1"}}), _home.file("missing")));
-    EXPECT_FALSE(std::filesystem::exists(_home.file("missing")));
-    EXPECT_FALSE(_unpack("something else", _home.file("out")));
-}
-
 TEST_F(ArchiveFolder, AFileThatCannotBeOpenedEndsUnpackingButAWriteErrorDoesNot)
 {
+    EXPECT_FALSE(_unpack(Archives::pack({{"a", "1"}}), _home.file("out")));
+    EXPECT_FALSE(std::filesystem::exists(_home.file("out"))) << "the folder has to be there";
+    writeFile(_home.file("out/a"), "much longer than the new content");
     std::filesystem::create_directories(_home.file("out/b"));
     EXPECT_FALSE(_unpack(Archives::pack({{"a", "1"}, {"b", "2"}, {"c", "3"}}), _home.file("out")));
     EXPECT_EQ(readFile(_home.file("out/a")), "1");
     EXPECT_FALSE(std::filesystem::exists(_home.file("out/c")));
 
     std::filesystem::create_symlink("/dev/full", _home.file("out/full"));
-    EXPECT_TRUE(_unpack(Archives::pack({{"full", "2"}, {"later", "3"}}), _home.file("out")));
-    EXPECT_EQ(readFile(_home.file("out/later")), "3");
+    EXPECT_TRUE(_unpack(Archives::pack({{"full", "2"}, {"Имя", "3"}}), _home.file("out")));
+    EXPECT_EQ(readFile(_home.file("out/Имя")), "3");
 }
 
 } // namespace

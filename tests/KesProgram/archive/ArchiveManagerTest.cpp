@@ -1,40 +1,34 @@
-#include "support/LanguageScope.h"
+#include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
 #include <KesProgram/archive/ArchiveManager.h>
+#include <KesProgram/archive/ArchiveManagerPresenter.h>
 #include <KesProgram/archive/DataFormatError.h>
 #include <KesProgram/archive/FileAccessError.h>
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <iterator>
-#include <memory>
 #include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace {
 
 using namespace KesProgram;
+using Kes::DialogResult;
 using KesTest::readFile;
 using KesTest::writeFile;
-using Events = std::vector<std::string>;
+using Texts = std::vector<std::string>;
 
-/// A manager with a model that is one string; records what it is asked and what is signalled.
-class ArchiveManagerTest : public testing::Test {
+/// A manager with a model that is one string: "good ..." can be read, "half ..." only in repair mode.
+/// Records what the model is asked and what is signalled.
+class ArchiveManagerTest : public KesTest::GuiTest {
 protected:
-    class Manager : public ArchiveManager {
-    public:
-        using ArchiveManager::_setActualFileName;
-        using ArchiveManager::ArchiveManager;
-    };
-
-    std::unique_ptr<Manager> _make()
+    std::unique_ptr<ArchiveManager> _make()
     {
-        auto manager = std::make_unique<Manager>(
-            [this](const std::string& name) { _events.push_back("new " + name); },
+        auto manager = std::make_unique<ArchiveManager>(
+            [this](const std::string& name) {
+                _events.push_back("new " + name);
+                _data = "good new";
+            },
             [this] { return std::make_unique<std::istringstream>(_data); },
             [this](std::istream& stream, bool repair) { return _load(stream, repair); });
         manager->signalFileNameChanged.connect(
@@ -45,17 +39,22 @@ protected:
     {
         _events.push_back(repair ? "repair" : "load");
         const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-        const bool usable = bytes.starts_with(repair ? "half " : "good ");
-        if (usable)
-            _data = bytes;
-        return usable;
+        if (!bytes.starts_with("good ") && !(repair && bytes.starts_with("half ")))
+            return false;
+        _data = repair ? "good repaired" : bytes;
+        return true;
     }
-    Events _takeEvents() { return std::exchange(_events, {}); }
+    Texts _takeEvents() { return std::exchange(_events, {}); }
+    std::string _file(const std::string& name, const std::string& bytes)
+    {
+        writeFile(_home.file(name), bytes);
+        return _home.file(name);
+    }
 
     KesTest::TemporaryHome _home;
-    std::string _data = "good data";
-    Events _events;
-    std::unique_ptr<Manager> _manager = _make();
+    std::string _data;
+    Texts _events;
+    std::unique_ptr<ArchiveManager> _manager = _make();
 };
 
 template <typename Error>
@@ -66,12 +65,10 @@ bool failedWith(const Kes::Result& result)
 
 TEST_F(ArchiveManagerTest, InitOpensTheLastFileOrBeginsANewOne)
 {
-    const auto good = _home.file("good"), bad = _home.file("bad");
-    writeFile(good, "good file");
-    writeFile(bad, "bad file");
+    const auto good = _file("good", "good file"), bad = _file("bad", "bad file");
     const struct {
         std::string file;
-        Events events;
+        Texts events;
         std::string name;
     } cases[] = {{"", {"new "}, ""},
                  {_home.file("missing"), {"new ", "name="}, ""},
@@ -84,45 +81,30 @@ TEST_F(ArchiveManagerTest, InitOpensTheLastFileOrBeginsANewOne)
         _manager->init(good);
         EXPECT_EQ(_takeEvents(), events) << file;
         EXPECT_EQ(_manager->getFileName(), name);
-        EXPECT_EQ(_manager->isNew(), name.empty());
-        EXPECT_TRUE(_manager->isInited());
     }
 }
 
 TEST_F(ArchiveManagerTest, OpenNamesTheFileBeforeItReadsIt)
 {
     EXPECT_TRUE(failedWith<FileAccessError>(_manager->open(_home.file("missing"), false)));
-    EXPECT_EQ(_takeEvents(), Events{});
-
-    const auto path = _home.file("Имя файла.abc");
-    writeFile(path, "half file");
+    const auto path = _file("Имя файла.abc", "half file");
     EXPECT_TRUE(failedWith<DataFormatError>(_manager->open(path, false)));
-    EXPECT_EQ(_takeEvents(), (Events{"name=" + path, "load"}));
     EXPECT_TRUE(_manager->open(path, true));
-    EXPECT_EQ(_takeEvents(), (Events{"repair"}));
-    EXPECT_EQ(_data, "half file");
-
+    EXPECT_EQ(_data, "good repaired");
     _manager->create("");
-    EXPECT_EQ(_takeEvents(), (Events{"new ", "name="}));
+    EXPECT_EQ(_takeEvents(), (Texts{"name=" + path, "load", "repair", "new ", "name="}));
     EXPECT_TRUE(failedWith<DataFormatError>(_manager->open(_home.getPath().string(), false)));
 }
 
 TEST_F(ArchiveManagerTest, SaveWritesTheBytesAndKeepsTheNameWhenItCannotOpen)
 {
     EXPECT_FALSE(_manager->save());
-    const auto path = _home.file("Архив.abc");
+    const auto path = _file("Архив.abc", std::string(1000, 'x'));
     _data = std::string("good \0\xFF", 7);
     ASSERT_TRUE(_manager->saveAs(path));
     EXPECT_EQ(readFile(path), _data);
-    EXPECT_EQ(_takeEvents(), (Events{"name=" + path}));
-
-    _data = "good";
-    ASSERT_TRUE(_manager->save());
-    EXPECT_EQ(readFile(path), _data);
     EXPECT_FALSE(_manager->saveAs(_home.file("missing/a.abc")));
-    EXPECT_FALSE(_manager->saveAs(_home.getPath().string()));
-    EXPECT_EQ(_takeEvents(), Events{});
-    EXPECT_EQ(_manager->getFileName(), path);
+    EXPECT_EQ(_takeEvents(), Texts{"name=" + path});
     EXPECT_TRUE(_manager->saveAs("/dev/full")) << "only opening is checked";
 }
 
@@ -131,40 +113,132 @@ TEST_F(ArchiveManagerTest, ChangedMeansOtherBytesThanInTheFile)
     _manager->init("");
     EXPECT_TRUE(_manager->isFileChanged());
     const auto path = _home.file("a.abc");
-    for (const std::size_t size : {200000, 131072, 1, 0}) {
-        const auto saved = _data = std::string(size, 'x');
-        ASSERT_TRUE(_manager->saveAs(path));
-        EXPECT_FALSE(_manager->isFileChanged()) << size;
-        for (const std::size_t position : {0, 65535, 65536, 131071, 199999}) {
-            _data = saved;
-            if (position < size)
-                _data[position] = '!';
-            EXPECT_EQ(_manager->isFileChanged(), position < size) << position;
-        }
-        for (const auto& data : {saved + "x", saved.substr(0, size / 2)}) {
-            _data = data;
-            EXPECT_EQ(_manager->isFileChanged(), data != saved) << data.size();
-        }
+    const std::string saved = _data = std::string(131072, 'x');
+    ASSERT_TRUE(_manager->saveAs(path));
+    EXPECT_FALSE(_manager->isFileChanged());
+    for (const std::size_t position : {0, 65535, 65536, 131071}) {
+        _data = saved;
+        _data[position] = '!';
+        EXPECT_TRUE(_manager->isFileChanged()) << position;
     }
+    for (const auto& data : {saved + "x", saved.substr(0, 65536), std::string()}) {
+        _data = data;
+        EXPECT_TRUE(_manager->isFileChanged()) << data.size();
+    }
+    _data = saved;
     std::filesystem::remove(path);
     EXPECT_TRUE(_manager->isFileChanged());
 }
 
-TEST_F(ArchiveManagerTest, NameSignalTellsOnlyOfRealChanges)
+class ArchiveManagerPresenterTest : public ArchiveManagerTest {
+protected:
+    struct Parent : Kes::IPresenter, Kes::IView {
+        Kes::IView* getView() override { return this; }
+    };
+
+    ArchiveManagerPresenterTest() { _manager->init(""); }
+
+    /// A saved document, so that closing asks nothing.
+    std::string _saveDocument()
+    {
+        _data = "good document";
+        EXPECT_TRUE(_manager->saveAs(_home.file("document.abc")));
+        return _manager->getFileName();
+    }
+
+    Parent _parent;
+    ArchiveManagerPresenter _presenter{_manager.get(), &_parent, "abc", "old"};
+};
+
+TEST_F(ArchiveManagerPresenterTest, ClosingAsksAboutChangesAndTellsWhetherToGoOn)
 {
-    for (const auto& name : {std::string(), std::string("a"), std::string("a"), std::string("a\0", 2)})
-        _manager->_setActualFileName(name);
-    EXPECT_EQ(_events, (Events{"name=a", std::string("name=a\0", 7)}));
+    const auto path = _home.file("saved.abc");
+    dialogs.answerFile("");
+    dialogs.answerFile(path);
+    using enum DialogResult;
+    for (const auto answer : {Cancel, No, Yes, Yes}) {
+        dialogs.answer(answer);
+        EXPECT_EQ(_presenter.close(), answer != Cancel);
+        const auto& question = dialogs.getMessages().back();
+        EXPECT_EQ(question.text, "Save changes to the file [New].abc ?");
+        EXPECT_EQ(question.buttons, YesNoCancel);
+        EXPECT_TRUE(question.title == "File manager" && question.parent == &_parent);
+    }
+    EXPECT_EQ(readFile(path), "good new");
+    EXPECT_TRUE(_presenter.close()) << "and asks nothing";
 }
 
-TEST(ArchiveErrors, AreToldApartByTypeAndTalkTheLanguageOfTheProcess)
+TEST_F(ArchiveManagerPresenterTest, ANamedDocumentIsAskedAboutByPathAndAFailedSaveStillCloses)
 {
-    EXPECT_EQ(DataFormatError::get()->getMessage(), "Data format error");
-    EXPECT_EQ(dynamic_cast<DataFormatError*>(FileAccessError::get().get()), nullptr);
-    const auto outer = FileAccessError::create({DataFormatError::get()});
-    EXPECT_EQ(outer->getInner().front(), DataFormatError::get());
-    const KesTest::LanguageScope russian(lng::Russian);
-    EXPECT_EQ(outer->getMessage(), "Ошибка доступа к файлу");
+    const auto path = _saveDocument();
+    _data = "good change";
+    dialogs.answer(DialogResult::Yes);
+    dialogs.answerFile(_home.file("missing/a.abc"));
+    dialogs.answer(DialogResult::Ok);
+    EXPECT_TRUE(_presenter.close());
+    EXPECT_EQ(dialogs.getTexts(),
+              (Texts{"Save changes to the file " + path + " ?", "Error saving file.\n\nPath:\n" + path}));
+    EXPECT_EQ(_presenter.getDisplayFileName(), path);
+}
+
+TEST_F(ArchiveManagerPresenterTest, CreateAndOpenReplaceADocumentOnlyWhenItMayClose)
+{
+    const auto path = _file("a.abc", "good file");
+    _data = "good change";
+    dialogs.answer(DialogResult::Cancel);
+    _presenter.create("");
+    dialogs.answer(DialogResult::Cancel);
+    _presenter.open(path);
+    EXPECT_EQ(_data, "good change");
+    _presenter.replace(path);
+    EXPECT_EQ(_data, "good file") << "asks nothing";
+}
+
+TEST_F(ArchiveManagerPresenterTest, OpenAsksForAFileWithTheFiltersOfTheProgram)
+{
+    using Filters = std::vector<std::pair<std::string, std::string>>;
+    const auto document = _saveDocument();
+    dialogs.answerFile("");
+    _presenter.open("");
+    EXPECT_EQ(_manager->getFileName(), document);
+    EXPECT_EQ(dialogs.getFiles().back().filters,
+              (Filters{{"*.abc", "Archive (*.abc)"}, {"*.old", "Archive \"Velmora\" (*.old)"}}));
+}
+
+TEST_F(ArchiveManagerPresenterTest, AFailedOpenEndsInANewDocumentUnlessItIsRepaired)
+{
+    const auto half = _file("half.abc", "half file");
+    const auto bad = _file("bad.abc", "bad file");
+    const auto gone = _home.file("gone.abc");
+    const auto text = [](const char* start, const std::string& path) { return start + ("\n\nPath:\n" + path); };
+    const auto question = "File data error. Try opening in data recovery mode?";
+    const auto invalid = "This file contains invalid data";
+    const auto repaired = "Data converted. Prior to the inspection, check the correctness of the settings.";
+    using enum DialogResult;
+    const struct {
+        std::string path;
+        bool enable;
+        std::vector<DialogResult> answers;
+        Texts texts;
+        std::string name;
+    } cases[] = {
+        {gone, true, {Ok}, {text("Error accessing file.", gone)}, ""},
+        {bad, false, {Ok}, {text(invalid, bad)}, ""},
+        {half, true, {No}, {text(question, half)}, ""},
+        {bad, true, {Yes, Ok}, {text(question, bad), text(invalid, bad)}, ""},
+        {half, true, {Yes, Ok}, {text(question, half), text(repaired, half)}, half},
+    };
+    for (const auto& expected : cases) {
+        _saveDocument();
+        dialogs.clear();
+        for (const auto answer : expected.answers)
+            dialogs.answer(answer);
+        _presenter.setIsEnableRepairMode(expected.enable);
+        _presenter.open(expected.path);
+        EXPECT_EQ(dialogs.getTexts(), expected.texts);
+        EXPECT_EQ(_manager->getFileName(), expected.name);
+        EXPECT_EQ(_data, expected.name.empty() ? "good new" : "good repaired");
+    }
 }
 
 } // namespace

@@ -16,16 +16,7 @@ KesProgram::ArchiveHelper::DataMap toStreams(const Contents& contents);
 /// The archive of the contents behind the current signature; empty when packing fails.
 std::string pack(const Contents& contents);
 
-/// What can be unpacked from the bytes; `success` gets the result.
-Contents unpack(const std::string& bytes, bool& success);
-/// The same for an archive that is expected to be accepted.
-Contents unpack(const std::string& bytes);
-
-/// The archive with its four bytes put back, and the other way round.
-std::string toZip(const std::string& bytes);
-std::string fromZip(const std::string& zip);
-
-/// The archive of one entry with that entry repeated.
-std::string repeatEntry(const std::string& bytes, unsigned times);
+/// What can be unpacked from the bytes; whether they are accepted has to be known.
+Contents unpack(const std::string& bytes, bool success = true);
 
 } // namespace Archives
