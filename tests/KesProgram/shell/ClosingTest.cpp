@@ -16,18 +16,10 @@ using testing::ElementsAre;
 constexpr auto runQuestion = DialogResult::YesNo;
 constexpr auto archiveQuestion = DialogResult::YesNoCancel;
 
-enum class Way { CloseButton, RequestClose };
-
-/// Every test for both ways by which a user or a program asks to close.
-class ClosingTest : public ShellTest, public testing::WithParamInterface<Way> {
+/// Every test for both ways to close: the window's button and a request of the program.
+class ClosingTest : public ShellTest, public testing::WithParamInterface<bool> {
 protected:
-    void close()
-    {
-        if (GetParam() == Way::CloseButton)
-            shell.clickClose();
-        else
-            shell.requestClose();
-    }
+    void close() { GetParam() ? shell.clickClose() : shell.requestClose(); }
 
     /// All clicks of an impatient user at once.
     void closeAgainAndAgain()
@@ -66,8 +58,7 @@ protected:
 
     bool hasClosed()
     {
-        const bool closed = waitFor([this] { return isClosed && !isWindowSeen(); });
-        return closed && record.count("model closing") == 1 && record.count("closed") == 1;
+        return waitFor([this] { return isClosed && !isWindowSeen(); }) && record.count("model closing") == 1 && record.count("closed") == 1;
     }
 
     std::vector<DialogResult> askedButtons() const
@@ -79,10 +70,7 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Ways, ClosingTest, testing::Values(Way::CloseButton, Way::RequestClose),
-                         [](const auto& instance) {
-                             return instance.param == Way::CloseButton ? "closeButton" : "requestClose";
-                         });
+INSTANTIATE_TEST_SUITE_P(Ways, ClosingTest, testing::Bool());
 
 TEST_P(ClosingTest, IdleProgramClosesWithoutAQuestion)
 {
@@ -92,7 +80,6 @@ TEST_P(ClosingTest, IdleProgramClosesWithoutAQuestion)
     EXPECT_THAT(record.take(), ElementsAre("fill config", "model closing"));
     EXPECT_TRUE(std::filesystem::exists(shell._getXmlConfigFullPath()));
     closeAgainAndAgain();
-    shell._saveOnClosing();
     EXPECT_TRUE(waitFor([this] { return isClosed; }));
     EXPECT_FALSE(isWindowSeen());
     EXPECT_THAT(record.take(), ElementsAre("closed"));
@@ -107,23 +94,25 @@ TEST_P(ClosingTest, RunGoesOnWhenTheUserDeclines)
     ASSERT_THAT(askedButtons(), ElementsAre(runQuestion));
     const auto& question = dialogs.getMessages()[0];
     EXPECT_EQ(question.text, "Make tests. Stop?");
-    EXPECT_EQ(question.title, "Shell test");
-    EXPECT_EQ(question.parent, shell.getView());
+    EXPECT_TRUE(question.title == "Shell test" && question.parent == shell.getView());
     EXPECT_TRUE(model.isRunning() && isOpen());
     EXPECT_FALSE(record.has("model stop"));
 }
 
-TEST_P(ClosingTest, RunIsStoppedThenTheProgramCloses)
+TEST_P(ClosingTest, ClosingWaitsForTheEndOfTheRun)
 {
     open();
+    model.stopsLater = true;
     model.startRun();
-    dialogs.answer(DialogResult::Yes, [this] {
-        closeAgainAndAgain();
-        shell._onClosing();
-    });
+    dialogs.answer(DialogResult::Yes, [this] { closeAgainAndAgain(); });
     close();
+    closeAgainAndAgain();
+    runPendingEvents();
+    EXPECT_TRUE(record.has("model stop"));
+    EXPECT_TRUE(isOpen());
+    model.endRun();
     EXPECT_TRUE(hasClosed());
-    EXPECT_THAT(record.take(), testing::IsSupersetOf({"model stop", "fill config"}));
+    EXPECT_TRUE(record.has("fill config"));
     EXPECT_THAT(askedButtons(), ElementsAre(runQuestion));
 }
 
@@ -140,33 +129,6 @@ TEST_P(ClosingTest, RunThatEndsUnderTheQuestionNeedsNoStop)
     EXPECT_TRUE(hasClosed());
     EXPECT_THAT(askedButtons(), ElementsAre(runQuestion, archiveQuestion));
     EXPECT_FALSE(record.has("model stop"));
-}
-
-TEST_P(ClosingTest, ClosingWaitsForARunThatStopsLater)
-{
-    open();
-    model.stopsLater = true;
-    model.startRun();
-    dialogs.answer(DialogResult::Yes);
-    close();
-    closeAgainAndAgain();
-    runPendingEvents();
-    EXPECT_TRUE(record.has("model stop"));
-    EXPECT_TRUE(isOpen());
-    model.endRun();
-    EXPECT_TRUE(hasClosed());
-    EXPECT_THAT(askedButtons(), ElementsAre(runQuestion));
-}
-
-TEST_P(ClosingTest, AfterACancelledArchiveQuestionTheNextEndOfARunAsksAgain)
-{
-    openWithArchive();
-    stopARunThenCancel();
-    model.startRun();
-    dialogs.answer(DialogResult::No);
-    model.endRun();
-    EXPECT_TRUE(hasClosed());
-    EXPECT_THAT(askedButtons(), ElementsAre(archiveQuestion));
 }
 
 /// The slot that an earlier request has left in place sees the stop as well as the request itself does.
@@ -255,36 +217,8 @@ TEST_P(ClosingTest, ProgramLivesUntilItsLastMessageIsClosed)
     EXPECT_EQ(dialogs.getMessages().size(), 1U);
 }
 
-TEST_P(ClosingTest, ModelClosedByTheProgramItself)
-{
-    open();
-    model.close();
-    closeAgainAndAgain();
-    EXPECT_TRUE(hasClosed());
-    EXPECT_FALSE(record.has("fill config"));
-}
-
-class ClosingDetailsTest : public ShellTest {};
-
-TEST_F(ClosingDetailsTest, WindowThatWasNeverShownCloses)
-{
-    class Hidden : public ShellPresenter {
-    public:
-        using ShellPresenter::ShellPresenter;
-
-    protected:
-        void _evalOpen(KesProgram::IProgramView*, Kes::IView*) override {}
-    };
-    Hidden hidden(model, record);
-    hidden.requestClose();
-    EXPECT_FALSE(record.has("model closing")) << "there is nothing to close yet";
-    hidden.open(nullptr);
-    hidden.requestClose();
-    EXPECT_TRUE(waitFor([this] { return record.has("closed"); }));
-}
-
 /// A program destroys everything in the slot of the closed signal, with the window's events still to come.
-TEST_F(ClosingDetailsTest, PresenterMayDieInItsClosedSignal)
+TEST_P(ClosingTest, PresenterMayDieInItsClosedSignal)
 {
     auto ownModel = std::make_unique<ShellModel>(record);
     auto ownShell = std::make_unique<ShellPresenter>(*ownModel, record);
@@ -297,7 +231,7 @@ TEST_F(ClosingDetailsTest, PresenterMayDieInItsClosedSignal)
     ownShell->open(nullptr);
     ownModel->startRun();
     dialogs.answer(DialogResult::Yes);
-    ownShell->requestClose();
+    GetParam() ? ownShell->clickClose() : ownShell->requestClose();
     EXPECT_TRUE(waitFor([&] { return isGone; }));
 }
 

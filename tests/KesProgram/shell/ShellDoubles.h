@@ -10,10 +10,9 @@
 
 #include <gtkmm/window.h>
 
-#include <condition_variable>
+#include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <sstream>
 #include <string>
 
@@ -75,10 +74,7 @@ protected:
     }
     void _onStart() override
     {
-        {
-            std::unique_lock lock(_mutex);
-            _ended.wait(lock, [this] { return _isEnded; });
-        }
+        _isEnded.wait(false);
         _finish();
     }
     void _onStop() override
@@ -99,15 +95,12 @@ protected:
 private:
     void _setEnded(bool ended)
     {
-        std::lock_guard lock(_mutex);
         _isEnded = ended;
-        _ended.notify_all();
+        _isEnded.notify_all();
     }
 
     Record& _record;
-    std::mutex _mutex;
-    std::condition_variable _ended;
-    bool _isEnded = false;
+    std::atomic<bool> _isEnded{false};
 };
 
 /// A shell that writes down its hooks and lets a test at what is for concrete programs.
@@ -119,15 +112,12 @@ public:
         signalClosed.connect([this] { _hook("closed"); });
     }
 
-    bool hasStatusBar = true;
     /// Called in the hook of the name, after it has been written down.
     std::function<void(const std::string& hook)> onHook;
 
-    using ProgramBasePresenter::_getMenuBar;
     using ProgramBasePresenter::_getProgramView;
     using ProgramBasePresenter::_getXmlConfigFullPath;
     using ProgramBasePresenter::_onClosing;
-    using ProgramBasePresenter::_saveOnClosing;
     using ProgramBasePresenter::_saveXmlConfig;
 
     void openFile(const std::string&) override {}
@@ -150,14 +140,11 @@ protected:
     }
     void _onBeforeInit() override { _hook("before init"); }
     void _onInit() override { _hook("init"); }
-    void _onFinishedFromModel(bool outputStarted) override
-    {
-        _hook(outputStarted ? "finished" : "finished without output");
-    }
+    void _onFinishedFromModel(bool) override { _hook("finished"); }
     std::unique_ptr<Kes::IPresenter> _createStatusBar() override
     {
         _hook("create status bar");
-        return hasStatusBar ? ProgramBasePresenter::_createStatusBar() : nullptr;
+        return ProgramBasePresenter::_createStatusBar();
     }
     void _loadXmlConfig() override
     {
