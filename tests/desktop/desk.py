@@ -102,10 +102,13 @@ def russianLocale():
 
 
 class Home:
-    """A home folder. Documents opened from it are noted in `opened()`."""
+    """A home folder, new; at a path of its own when one is given. Documents opened from it are noted in
+    `opened()`."""
 
-    def __init__(self):
-        self.path = tempfile.mkdtemp(prefix="kes-desk.")
+    def __init__(self, path=None):
+        if path:
+            os.makedirs(path)
+        self.path = path or tempfile.mkdtemp(prefix="kes-desk.")
         self._log = self.file("opened.txt")
         opener = self.file("opener.sh")
         self._write(opener, f'#!/bin/sh\nprintf "%s\\n" "$1" >>"{self._log}"\n')
@@ -169,7 +172,7 @@ class Program:
         try:
             self.application = wait("the program on the accessibility bus", self._findApplication)
             self.window = find(self.application, "frame")
-            self.waitForKeyboard()
+            wait("the main window or a box over it", lambda: self.window.has(accessible.ACTIVE) or self.windows())
         except BaseException:
             self.kill()
             raise
