@@ -210,7 +210,7 @@ TEST_F(ArchiveManagerPresenterTest, AFailedOpenEndsInANewDocumentUnlessItIsRepai
     const auto half = _file("half.abc", "half file");
     const auto bad = _file("bad.abc", "bad file");
     const auto gone = _home.file("gone.abc");
-    const auto text = [](const char* start, const std::string& path) { return start + ("\n\nPath:\n" + path); };
+    const auto text = [](auto* start, const std::string& path) { return start + ("\n\nPath:\n" + path); };
     const auto question = "File data error. Try opening in data recovery mode?";
     const auto invalid = "This file contains invalid data";
     const auto repaired = "Data converted. Prior to the inspection, check the correctness of the settings.";
