@@ -58,7 +58,8 @@ protected:
 
     bool hasClosed()
     {
-        return waitFor([this] { return isClosed && !isWindowSeen(); }) && record.count("model closing") == 1 && record.count("closed") == 1;
+        return waitFor([this] { return isClosed && !isWindowSeen(); }) &&
+               record.count("model closing") == 1 && record.count("closed") == 1;
     }
 
     std::vector<DialogResult> askedButtons() const

@@ -90,8 +90,9 @@ TEST_P(ConfigReadTest, TakesWhatMakesSenseAndLogsWhatCannotBeRead)
 INSTANTIATE_TEST_SUITE_P(
     Files, ConfigReadTest,
     testing::Values(
-        ReadCase{"<any><More a='1'><Rectangle>1;2;3;4</Rectangle></More>\n <Rectangle>50;60;640;480</Rectangle>"
-                 "<Rectangle>1;2;300;400</Rectangle><RecentFiles>@</RecentFiles></any>",
+        ReadCase{"<any><More a='1'><Rectangle>1;2;3;4</Rectangle></More>\n"
+                 " <Rectangle>50;60;640;480</Rectangle><Rectangle>1;2;300;400</Rectangle><RecentFiles>@</"
+                 "RecentFiles></any>",
                  true, true},
         ReadCase{"<root><Rectangle>50;60;640</Rectangle><RecentFiles>@</RecentFiles></root>", true, false},
         ReadCase{"<root><RecentFiles>/no/such/file</RecentFiles><Rectangle/></root>", false, false},
