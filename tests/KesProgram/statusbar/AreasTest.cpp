@@ -1,6 +1,5 @@
 #include "StatusBarTest.h"
 
-
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesProgram/statusbar/StatusBarFilePresenter.h>
 #include <KesProgram/statusbar/StatusBarInfoPresenter.h>

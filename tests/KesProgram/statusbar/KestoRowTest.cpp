@@ -1,6 +1,5 @@
 #include "StatusBarTest.h"
 
-
 #include <KesProgram/statusbar/StatusBarHardwareKestoStatePresenter.h>
 
 #include <gtkmm/label.h>
