@@ -32,10 +32,6 @@ void tell(const std::string& text)
 
 bool initialiseGtk()
 {
-    // GTK would set the locale while the early loading reads it.
-    std::setlocale(LC_ALL, "");
-    gtk_disable_setlocale();
-    const Kes::EarlyLoading earlyLoading;
     if (!gtk_init_check(nullptr, nullptr))
         return false;
     Gtk::Main::init_gtkmm_internals();
@@ -157,6 +153,10 @@ int ProgramMain::run(int argc, char** argv, const std::function<std::string()>& 
         std::printf("%s\n", version.c_str());
         return UnattendedRun::Success;
     }
+    // GTK would set the locale while the early loading reads it.
+    std::setlocale(LC_ALL, "");
+    gtk_disable_setlocale();
+    const Kes::EarlyLoading earlyLoading;
     if (!initialiseGtk()) {
         tell(lng::choose(noDisplay));
         return UnattendedRun::NotStarted;
