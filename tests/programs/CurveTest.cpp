@@ -46,6 +46,15 @@ TEST(OperateCurveTest, FollowsTheFormulaOfTheStandard)
     }
 }
 
+TEST(OperateCurveTest, DefiniteTimeDependsOnNothingAboveTheSetting)
+{
+    auto settings = settingsOf(DefiniteTimeCurve, 7.0);
+    settings.definiteTime = 0.4;
+    EXPECT_EQ(OperateCurve::operateTime(settings, 1.01), 0.4);
+    EXPECT_EQ(OperateCurve::operateTime(settings, 50.0), 0.4);
+    EXPECT_FALSE(OperateCurve::operateTime(settings, 1.0));
+}
+
 TEST(OperateCurveTest, DoesNotOperateAtOrBelowTheSetting)
 {
     const auto nan = std::numeric_limits<double>::quiet_NaN();

@@ -108,6 +108,16 @@ TEST_F(ModelRunTest, RefusesAPlanThatCannotBeRun)
     EXPECT_THAT(getTexts(), HasSubstr("The time-out of 1 s is too short"));
 }
 
+TEST_F(ModelRunTest, RefusesCurrentsThatTheDeviceCannotPutOut)
+{
+    ASSERT_TRUE(model.getTestObject()->find(KesTree::RelayNodes::SettingCurrent)->setValue(5.0));
+    ASSERT_TRUE(runToEnd());
+    EXPECT_FALSE(startedOutput);
+    EXPECT_THAT(getTexts(), HasSubstr("20 x Is is 100 A"));
+    EXPECT_FALSE(model.getResults());
+    EXPECT_EQ(model.getRunVerdict(), RunVerdict::None);
+}
+
 TEST_F(ModelRunTest, IsStoppedWithinATenthOfASecondInEveryPhase)
 {
     // Each phase takes a second or more of real time, those before it next to nothing.

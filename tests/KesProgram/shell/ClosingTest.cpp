@@ -236,6 +236,23 @@ TEST_P(ClosingTest, PresenterMayDieInItsClosedSignal)
     EXPECT_TRUE(waitFor([&] { return isGone; }));
 }
 
+TEST_F(ShellTest, WindowThatWasNeverShownCloses)
+{
+    class Hidden : public ShellPresenter {
+    public:
+        using ShellPresenter::ShellPresenter;
+
+    protected:
+        void _evalOpen(KesProgram::IProgramView*, Kes::IView*) override {}
+    };
+    Hidden hidden(model, record);
+    hidden.requestClose();
+    EXPECT_FALSE(record.has("model closing")) << "there is nothing to close yet";
+    hidden.open(nullptr);
+    hidden.requestClose();
+    EXPECT_TRUE(waitFor([this] { return record.has("closed"); }));
+}
+
 } // namespace
 
 } // namespace KesTest

@@ -1,8 +1,12 @@
 #include "StatusBarTest.h"
 
+#include <KesProgram/statusbar/StatusBarHardwareKestoPresenter.h>
 #include <KesProgram/statusbar/StatusBarHardwareKestoStatePresenter.h>
 
 #include <gtkmm/label.h>
+
+#include <atomic>
+#include <thread>
 
 namespace KesTest {
 
@@ -46,6 +50,24 @@ TEST_F(KestoRowTest, StateHasThreeVerdicts)
     EXPECT_EQ(shown(label), valid);
     runPendingEvents();
     EXPECT_EQ(shown(label), valid);
+}
+
+TEST_F(KestoRowTest, RowMayDieWhileItsDeviceReports)
+{
+    for (int round = 0; round < 20; ++round) {
+        auto presenter = std::make_unique<KesProgram::StatusBarHardwareKestoPresenter>(kesto);
+        std::atomic<bool> isOver{false};
+        std::thread device([&] {
+            while (!isOver) {
+                kesto.signalOperationErrorChanged.emit(Kes::Nullable<std::string>("Overheat"));
+                kesto.auxDC().signalEnableChanged.emit(true);
+            }
+        });
+        turnMainLoop(20);
+        presenter.reset();
+        isOver = true;
+        device.join();
+    }
 }
 
 } // namespace
