@@ -1,8 +1,10 @@
 """The accessible objects of programs, asked for over AT-SPI's own bus.
 
-Nothing is kept between two questions: what a `Node` tells is what the program says at this moment.
+Nothing but the role is kept between two questions: what a `Node` tells is what the program says at this moment.
 A question to an object that has gone raises GLib.Error.
 """
+
+import functools
 
 import gi
 
@@ -16,8 +18,9 @@ TIMEOUT = 5000  # milliseconds, for one question
 ACTIVE, CHECKED, EDITABLE, ENABLED, EXPANDED, FOCUSABLE, FOCUSED = 1, 4, 7, 8, 10, 11, 12
 SELECTED, SENSITIVE, SHOWING, VISIBLE, READ_ONLY = 23, 24, 25, 30, 43
 
-# What they hold is asked for with `rows()`; their cells would be a long way round.
-TABLES = ("table", "tree table")
+# Not looked into: single controls, and tables, whose contents are asked for with `rows`.
+LEAVES = {"animation", "check box", "icon", "image", "label", "notification", "progress bar", "push button",
+          "scroll bar", "separator", "table", "text", "toggle button", "tree table"}
 
 
 class Bus:
@@ -89,7 +92,7 @@ class Node:
     def name(self):
         return self._get("Accessible", "Name")
 
-    @property
+    @functools.cached_property
     def role(self):
         return self._call("Accessible", "GetRoleName")[0]
 
@@ -124,10 +127,9 @@ class Node:
     def walk(self, hidden=False):
         """This object and all inside it, from top to bottom, without the cells of tables."""
         try:
-            role = self.role
-            if not hidden and role != "application" and not self.isShowing:
+            if not hidden and not self.isShowing:
                 return
-            children = [] if role in TABLES else self.children()
+            children = [] if self.role in LEAVES else self.children()
         except GLib.Error:  # it has gone meanwhile
             return
         yield self

@@ -171,7 +171,8 @@ class Program:
             stdin=subprocess.DEVNULL, stdout=self._output, stderr=self._output, cwd=home.path)
         try:
             self.application = wait("the program on the accessibility bus", self._findApplication)
-            self.window = find(self.application, "frame")
+            self.window = wait("the main window", lambda: next(
+                (node for node in self.application.children() if node.role == "frame"), None))
             wait("the main window or a box over it", lambda: self.window.has(accessible.ACTIVE) or self.windows())
         except BaseException:
             self.kill()
