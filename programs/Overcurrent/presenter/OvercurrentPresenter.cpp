@@ -3,9 +3,7 @@
 #include <Overcurrent/view/FileMenuTailView.h>
 #include <Overcurrent/view/WindowOpening.h>
 
-#include <KesCommon/Connection.h>
 #include <KesCommonView/Style.h>
-#include <KesCommonView/UpdateViewGuard.h>
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/shell/ConfigurationError.h>
@@ -41,8 +39,6 @@ struct OvercurrentPresenter::Menus {
     KesProgram::HardwareControlToolbarPresenter control;
     KesProgram::HardwareSettingsToolbarPresenter settings;
     KesProgram::ToolsToolbarPresenter tools;
-    Kes::UpdateViewGuard guard;
-    Kes::ScopedConnection canStartConnection;
 };
 
 OvercurrentPresenter::OvercurrentPresenter(OvercurrentModel& model) : _model(model) {}
@@ -80,8 +76,6 @@ void OvercurrentPresenter::_createMenus()
 {
     _menus = std::make_unique<Menus>(*this, _model);
     _menus->fileTail.signalExit.connect(sigc::mem_fun(*this, &OvercurrentPresenter::requestClose));
-    _menus->canStartConnection = _model.signalCanStartChanged.connect(
-        [this] { _menus->guard.safeUpdateView([this] { _updateRecentFiles(); }); });
     getFileRecentManager()->signalChanged.connect(
         sigc::mem_fun(*this, &OvercurrentPresenter::_updateRecentFiles));
     _updateRecentFiles();
@@ -94,11 +88,9 @@ void OvercurrentPresenter::_createMenus()
     bar.addToolbar(_menus->tools.getView());
 }
 
-/// Another archive would take a running test's results away.
 void OvercurrentPresenter::_updateRecentFiles()
 {
-    const bool hasFiles = !getFileRecentManager()->getCollection().empty();
-    _menus->fileTail.setRecentEnabled(hasFiles && _model.getCanStart());
+    _menus->fileTail.setRecentEnabled(!getFileRecentManager()->getCollection().empty());
 }
 
 void OvercurrentPresenter::_onFinishedFromModel(bool)
