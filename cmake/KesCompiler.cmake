@@ -24,11 +24,14 @@ if(KES_SANITIZE)
     endif()
 endif()
 
-# Programs and libraries find each other relative to themselves, in the build tree and installed.
-set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
-set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
-set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};$ORIGIN")
+# Programs and libraries find each other relative to themselves. The build tree is laid out as the installed
+# one, so that both have the same path: CMake would pad a shorter one with empty entries, each of which has
+# the loader search the current directory for every library.
+set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_BINDIR})
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR})
+file(RELATIVE_PATH libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+set(CMAKE_INSTALL_RPATH "$ORIGIN/${libraries}")
 
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)

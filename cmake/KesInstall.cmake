@@ -6,7 +6,6 @@ get_property(libraries GLOBAL PROPERTY KES_LIBRARIES)
 get_property(folders GLOBAL PROPERTY KES_HEADER_FOLDERS)
 
 install(TARGETS ${libraries} EXPORT KesProgramTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 
 list(REMOVE_DUPLICATES folders)
 foreach(folder IN LISTS folders)

@@ -30,7 +30,7 @@ function(kes_library name)
     add_library(${name} SHARED ${sources})
     add_library(KesProgram::${name} ALIAS ${name})
     set_target_properties(${name} PROPERTIES
-        DEFINE_SYMBOL "" LINKER_LANGUAGE CXX
+        DEFINE_SYMBOL "" LINKER_LANGUAGE CXX INSTALL_RPATH "$ORIGIN"
         VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
     target_include_directories(${name} PUBLIC
         $<BUILD_INTERFACE:${ARG_ROOT}>
