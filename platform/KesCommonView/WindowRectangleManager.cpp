@@ -4,6 +4,7 @@
 
 #include <gdkmm/display.h>
 #include <gdkmm/monitor.h>
+#include <glibmm/main.h>
 
 #include <cmath>
 #include <vector>
@@ -35,7 +36,7 @@ WindowRectangleManager::WindowRectangleManager(Gtk::Window& window) : _window(wi
 {
     _configured = _window.signal_configure_event().connect(
         [this](GdkEventConfigure*) {
-            _read();
+            _readLater();
             return false;
         },
         false);
@@ -44,6 +45,7 @@ WindowRectangleManager::WindowRectangleManager(Gtk::Window& window) : _window(wi
 WindowRectangleManager::~WindowRectangleManager()
 {
     _configured.disconnect();
+    _reading.disconnect();
 }
 
 void WindowRectangleManager::setRectangle(const RectangleF& rectangle)
@@ -57,10 +59,24 @@ void WindowRectangleManager::setRectangle(const RectangleF& rectangle)
 
 RectangleF WindowRectangleManager::getRectangle() const
 {
+    if (_reading.connected())
+        _read();
     return _last;
 }
 
-void WindowRectangleManager::_read()
+void WindowRectangleManager::_readLater()
+{
+    // Reading asks the display server several times: once when all is drawn, not for each step of a move.
+    if (!_reading.connected())
+        _reading = Glib::signal_idle().connect(
+            [this] {
+                _read();
+                return false;
+            },
+            Glib::PRIORITY_LOW);
+}
+
+void WindowRectangleManager::_read() const
 {
     if (!_window.get_mapped())
         return;

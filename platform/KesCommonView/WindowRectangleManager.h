@@ -26,11 +26,13 @@ public:
     RectangleF getRectangle() const;
 
 private:
-    void _read();
+    void _readLater();
+    void _read() const;
 
     Gtk::Window& _window;
-    RectangleF _last;
+    mutable RectangleF _last;
     sigc::connection _configured;
+    sigc::connection _reading;
 };
 
 } // namespace Kes

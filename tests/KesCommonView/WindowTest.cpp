@@ -3,6 +3,7 @@
 #include <KesCommon/Language.h>
 #include <KesCommonView/AboutView.h>
 #include <KesCommonView/AboutWindowActivatorPresenter.h>
+#include <KesCommonView/Window.h>
 #include <KesCommonView/WindowBasePresenter.h>
 #include <KesCommonView/WindowPlacement.h>
 #include <KesCommonView/WindowRectangleManager.h>
@@ -82,6 +83,37 @@ TEST_F(WindowRectangleTest, nonsenseChangesNothingAndFarAwayIsBroughtBack)
     manager.setRectangle({100000, -100000, 300, 200});
     EXPECT_LE(manager.getRectangle().x + 300, 1280);
     EXPECT_EQ(manager.getRectangle().y, 0);
+}
+
+class FirstFrameTest : public KesTest::GuiTest {
+protected:
+    int calls = 0;
+    sigc::slot<void()> count = [this] { ++calls; };
+};
+
+TEST_F(FirstFrameTest, drawnWindowIsCompletedOnceAndGetsItsIcon)
+{
+    Kes::Window window;
+    window.afterFirstFrame(count);
+    EXPECT_TRUE(window.get_icon_list().empty());
+    window.show();
+    EXPECT_TRUE(waitFor([&] { return calls > 0; }));
+    EXPECT_FALSE(window.get_icon_list().empty());
+    window.hide();
+    window.show();
+    EXPECT_TRUE(waitFor([&] { return window.is_active(); }));
+    runPendingEvents();
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(FirstFrameTest, hiddenWindowIsCompletedLaterAndADeadOneNever)
+{
+    std::make_unique<Kes::Window>()->afterFirstFrame(count);
+    Kes::Window hidden;
+    int hiddenCalls = 0;
+    hidden.afterFirstFrame([&] { ++hiddenCalls; });
+    EXPECT_TRUE(waitFor([&] { return hiddenCalls == 1; }));
+    EXPECT_EQ(calls, 0);
 }
 
 class Content : public Gtk::Label, public Kes::IView {

@@ -14,8 +14,7 @@ public:
     /// than fits on the monitor.
     static void setDefaultSize(Kes::IView& view, double width, double height);
 
-    /// Calls the slot once, from the main loop, when the window has been drawn for the first time, or after
-    /// a moment when it is not drawn at all.
+    /// As Kes::Window says of it.
     static void afterFirstFrame(Kes::IView& view, const sigc::slot<void()>& slot);
 };
 
