@@ -15,6 +15,7 @@ ProgramView::ProgramView() : _rectangle(*this)
 {
     for (const char* sheet : {"style.css", "KesTreeManager/KesTree.css", "KesTreeRelay/KesTreeRelay.css"})
         KesView::Style::setStyle(sheet);
+    afterFirstFrame([] { KesView::Style::setStyle("Icons.css"); });
 
     signal_key_press_event().connect(sigc::mem_fun(*this, &ProgramView::_onKeyPress), false);
     get_style_context()->add_class("Window");

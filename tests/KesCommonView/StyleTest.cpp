@@ -56,7 +56,8 @@ private:
 TEST_F(StyleTest, sheetsOfTheFamilyLoadWithoutAWarningAndHaveTheirPictures)
 {
     int pictures = 0;
-    for (const auto* name : {"style.css", "KesTreeManager/KesTree.css", "KesTreeRelay/KesTreeRelay.css"}) {
+    for (const auto* name :
+         {"style.css", "Icons.css", "KesTreeManager/KesTree.css", "KesTreeRelay/KesTreeRelay.css"}) {
         Style::setStyle(name);
         const std::filesystem::path sheet = Kes::getThemesDir() + name;
         const auto text = KesTest::readFile(sheet);
