@@ -4,8 +4,8 @@ build_packages="build-essential cmake ninja-build pkg-config python3 weasyprint 
     libarchive-dev libxslt1-dev"
 run_packages="librsvg2-common adwaita-icon-theme fonts-dejavu-core at-spi2-core"
 headless_packages="xvfb xauth x11-utils openbox dbus-daemon"
-test_packages="libgtest-dev libgmock-dev libbenchmark-dev xdotool imagemagick python3-gi gir1.2-atspi-2.0
-    locales unzip"
+test_packages="libgtest-dev libgmock-dev libbenchmark-dev xdotool imagemagick python3-gi locales
+    unzip"
 
 # ensure_packages PACKAGE...: installs those that are missing, as root or with sudo; else says which and ends.
 ensure_packages() {

@@ -3,13 +3,26 @@
 #include "CommonViewText.h"
 #include "WindowIcons.h"
 
+#include <gtkmm/box.h>
 #include <gtkmm/button.h>
+#include <gtkmm/stack.h>
 
 namespace Kes {
 
 namespace {
 
 constexpr int logoSize = 64;
+
+/// The dialog keeps the room of pages that it does not have.
+void giveUpHiddenPages(Gtk::Container& container)
+{
+    for (auto* child : container.get_children()) {
+        if (auto* stack = dynamic_cast<Gtk::Stack*>(child))
+            stack->set_homogeneous(false);
+        else if (auto* inner = dynamic_cast<Gtk::Container*>(child))
+            giveUpHiddenPages(*inner);
+    }
+}
 
 } // namespace
 
@@ -23,6 +36,7 @@ AboutView::AboutView()
         close->set_use_underline(true);
         close->set_label(lng::CommonView::get("Button.close"));
     }
+    giveUpHiddenPages(*get_content_area());
     signal_response().connect([this](int) { hide(); });
 }
 

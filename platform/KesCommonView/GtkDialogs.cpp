@@ -139,8 +139,9 @@ bool mayReplace(const FileRequest& request, const std::string& path)
 DialogResult GtkDialogs::showMessage(const MessageRequest& request)
 {
     const bool isQuestion = request.buttons != DialogResult::Ok;
+    // What is only told is a fault or something that could not be done.
     Gtk::MessageDialog box(getShownText(request.text), false,
-                           isQuestion ? Gtk::MESSAGE_QUESTION : Gtk::MESSAGE_INFO, Gtk::BUTTONS_NONE, true);
+                           isQuestion ? Gtk::MESSAGE_QUESTION : Gtk::MESSAGE_WARNING, Gtk::BUTTONS_NONE, true);
     box.set_title(getTitle(request.title));
     setParent(box, request.parent);
     formatBox(box, request.text);
