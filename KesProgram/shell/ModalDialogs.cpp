@@ -1,5 +1,7 @@
 #include "ModalDialogs.h"
 
+#include <KesCommonView/OpenDialogs.h>
+
 #include <glibmm/main.h>
 
 #include <utility>
@@ -15,14 +17,13 @@ constexpr int priority = 125;
 } // namespace
 
 struct ModalDialogs::State {
-    unsigned count = 0;
     bool isAlive = true;
     std::vector<std::function<void()>> waiting;
 
     /// A function may open the next dialog, or end the life of the owner.
     void runWaiting()
     {
-        while (isAlive && count == 0 && !waiting.empty()) {
+        while (isAlive && !Kes::OpenDialogs::any() && !waiting.empty()) {
             const auto function = std::move(waiting.front());
             waiting.erase(waiting.begin());
             function();
@@ -30,21 +31,24 @@ struct ModalDialogs::State {
     }
 };
 
-ModalDialogs::ModalDialogs() : _state(std::make_shared<State>()) {}
+ModalDialogs::ModalDialogs()
+    : _state(std::make_shared<State>()),
+      _allClosed(Kes::OpenDialogs::signalAllClosed().connect([state = _state] {
+          // The stack has to unwind before anything that has waited happens.
+          if (!state->waiting.empty())
+              Glib::signal_idle().connect_once([state] { state->runWaiting(); }, priority);
+      }))
+{}
 
 ModalDialogs::~ModalDialogs()
 {
+    _allClosed.disconnect();
     _state->isAlive = false;
-}
-
-bool ModalDialogs::any() const
-{
-    return _state->count > 0;
 }
 
 void ModalDialogs::whenClosed(std::function<void()> function)
 {
-    if (any())
+    if (Kes::OpenDialogs::any())
         _state->waiting.push_back(std::move(function));
     else
         function();
@@ -57,18 +61,6 @@ void ModalDialogs::later(std::function<void()> function)
             function();
     };
     Glib::signal_idle().connect_once(call, priority);
-}
-
-ModalDialogs::Scope::Scope(const ModalDialogs& dialogs) : _state(dialogs._state)
-{
-    ++_state->count;
-}
-
-ModalDialogs::Scope::~Scope()
-{
-    // The stack has to unwind before anything that has waited happens.
-    if (--_state->count == 0 && !_state->waiting.empty())
-        Glib::signal_idle().connect_once([state = _state] { state->runWaiting(); }, priority);
 }
 
 } // namespace KesProgram

@@ -149,10 +149,7 @@ void ProgramBasePresenter::_showMessages()
 {
     if (!_fields->view)
         return;
-    _fields->messages.showAll([this](const std::string& text) {
-        const ModalDialogs::Scope dialog(_fields->dialogs);
-        _fields->view->showMessage(text);
-    });
+    _fields->messages.showAll([this](const std::string& text) { _fields->view->showMessage(text); });
 }
 
 } // namespace KesProgram

@@ -33,7 +33,7 @@ class ProgramMainMenuPresenter;
 /// after `signalClosed`. GUI thread; what the model reports on other threads is brought there.
 ///
 /// Dialogs: a message of the model is shown when no other message is open, and a text that is already waiting
-/// or open is not shown again. While the shell or the program (`runDialogs`) shows a dialog, the signal gate
+/// or open is not shown again. While a dialog is open or the program runs one (`runDialogs`), the signal gate
 /// is free, a request to close waits, and `signalClosed` waits as well, so nothing dies under the dialog.
 class KES_EXPORT ProgramBasePresenter : public Kes::IKesShell,
                                         public Kes::IPresenter,

@@ -4,6 +4,7 @@
 
 #include <KesCommon/EmitLast.h>
 #include <KesCommonView/DialogPresenter.h>
+#include <KesCommonView/OpenDialogs.h>
 #include <KesProgram/model/ProgramModel.h>
 #include <KesProgram/text/Program.h>
 
@@ -20,7 +21,7 @@ void ProgramBasePresenter::requestClose()
     auto& closing = _fields->closing;
     if (!_fields->view || closing.isDeciding || closing.isWaiting || closing.isUnderWay())
         return;
-    if (_fields->dialogs.any()) {
+    if (Kes::OpenDialogs::any()) {
         closing.isWaiting = true;
         _fields->dialogs.whenClosed([this] {
             _fields->closing.isWaiting = false;
@@ -40,7 +41,6 @@ void ProgramBasePresenter::_onClosing()
         return;
     if (model.isRunning()) {
         const FlagScope asking(closing.isAsking);
-        const ModalDialogs::Scope dialog(_fields->dialogs);
         const auto answer =
             Kes::DialogPresenter::show(getView(), lng::Program::get("Message.closeConfirmation"),
                                        model.getProgramName(), Kes::DialogResult::YesNo);
@@ -71,10 +71,12 @@ void ProgramBasePresenter::_waitForStop(ProgramModel& model)
 void ProgramBasePresenter::_onRunningChangedOnClosing()
 {
     // While the question is open, `_onClosing` itself goes on when it has been answered.
-    if (_fields->closing.isAsking || _getModel()->isRunning())
+    if (_fields->closing.isAsking)
         return;
     _fields->closing.isStopping = false;
-    _saveOnClosing();
+    // Another run may have begun meanwhile: about that one the next request asks.
+    if (!_getModel()->isRunning())
+        _saveOnClosing();
 }
 
 void ProgramBasePresenter::_saveOnClosing()
@@ -83,13 +85,19 @@ void ProgramBasePresenter::_saveOnClosing()
     if (closing.isSaving || closing.isClosed)
         return;
     const FlagScope saving(closing.isSaving);
-    const ModalDialogs::Scope dialogs(_fields->dialogs);
+    const Kes::OpenDialogs::Scope dialogs;
     if (_getModel()->hasArchiveLogic() && !_fields->archive->close())
         return;
     // Before the model is closed, and the window with it: a hidden window no longer knows its place.
     _saveXmlConfig();
     closing.isClosed = true;
-    _getModel()->close();
+    try {
+        _getModel()->close();
+    } catch (...) {
+        // As long as the window is there, it can be closed once more.
+        closing.isClosed = !_fields->closingFromView.connected();
+        throw;
+    }
 }
 
 void ProgramBasePresenter::_onUnloadingFromModel()

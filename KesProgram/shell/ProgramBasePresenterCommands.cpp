@@ -4,6 +4,7 @@
 
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommonView/DialogPresenter.h>
+#include <KesCommonView/OpenDialogs.h>
 #include <KesDriver/XdgOpen.h>
 #include <KesProgram/model/ProgramModel.h>
 #include <KesProgram/text/FileManagerLocalization.h>
@@ -22,7 +23,7 @@ FileRecentManager* ProgramBasePresenter::getFileRecentManager()
 
 void ProgramBasePresenter::runDialogs(const std::function<void()>& function)
 {
-    const ModalDialogs::Scope dialogs(_fields->dialogs);
+    const Kes::OpenDialogs::Scope dialogs;
     function();
 }
 
@@ -94,7 +95,6 @@ void ProgramBasePresenter::requestReport()
             return;
         text = Kes::ObjectErrorHelper::toDisplayString({result.getError()});
     }
-    const ModalDialogs::Scope dialog(_fields->dialogs);
     Kes::DialogPresenter::show(getView(), text, "", Kes::DialogResult::Ok);
 }
 

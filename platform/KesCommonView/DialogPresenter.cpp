@@ -1,7 +1,7 @@
 #include <KesCommonView/DialogPresenter.h>
 
-#include <KesCommon/SignalGate.h>
 #include <KesCommonView/DialogBackend.h>
+#include <KesCommonView/OpenDialogs.h>
 
 namespace Kes {
 
@@ -9,7 +9,7 @@ DialogResult DialogPresenter::show(IView* parent, const std::string& text, const
                                    DialogResult buttons)
 {
     // A slot may ask the user. Devices and tests must not stand still until the answer has come.
-    SignalGate::Release release;
+    const OpenDialogs::Scope dialog;
     return DialogBackend::get().showMessage({parent, text, title, buttons});
 }
 

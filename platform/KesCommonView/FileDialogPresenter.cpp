@@ -1,7 +1,7 @@
 #include <KesCommonView/FileDialogPresenter.h>
 
-#include <KesCommon/SignalGate.h>
 #include <KesCommonView/DialogBackend.h>
+#include <KesCommonView/OpenDialogs.h>
 
 namespace Kes {
 
@@ -10,7 +10,7 @@ std::string FileDialogPresenter::show(IView* parent, const std::string& title,
                                       bool save)
 {
     // As for a message box: nobody else waits for the user.
-    SignalGate::Release release;
+    const OpenDialogs::Scope dialog;
     return DialogBackend::get().chooseFile({parent, title, filters, save});
 }
 

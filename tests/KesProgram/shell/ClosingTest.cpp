@@ -1,10 +1,12 @@
 #include "ShellTest.h"
 
+#include <KesCommonView/DialogPresenter.h>
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
 
 #include <glibmm/exceptionhandler.h>
 
 #include <filesystem>
+#include <stdexcept>
 
 namespace KesTest {
 
@@ -204,6 +206,18 @@ TEST_P(ClosingTest, RequestUnderAnotherDialogIsTakenUpAfterIt)
     EXPECT_THAT(askedButtons(), ElementsAre(archiveQuestion, archiveQuestion));
 }
 
+TEST_P(ClosingTest, DialogOfAnyoneHoldsARequestUp)
+{
+    open();
+    dialogs.answer(DialogResult::Ok, [this] {
+        close();
+        runPendingEvents();
+        EXPECT_TRUE(isOpen());
+    });
+    Kes::DialogPresenter::show(nullptr, "There is no help", "", DialogResult::Ok);
+    EXPECT_TRUE(hasClosed());
+}
+
 /// The device fails while the program is being closed: the text is still shown, and what shows it lives
 /// until the box has been closed.
 TEST_P(ClosingTest, ProgramLivesUntilItsLastMessageIsClosed)
@@ -234,6 +248,19 @@ TEST_P(ClosingTest, PresenterMayDieInItsClosedSignal)
     dialogs.answer(DialogResult::Yes);
     GetParam() ? ownShell->clickClose() : ownShell->requestClose();
     EXPECT_TRUE(waitFor([&] { return isGone; }));
+}
+
+TEST_F(ShellTest, ClosingThatFailedCanBeRepeated)
+{
+    bool fails = true;
+    model.signalClosing.connect([&] {
+        if (std::exchange(fails, false))
+            throw std::runtime_error("not yet");
+    });
+    open();
+    EXPECT_THROW(shell.requestClose(), std::runtime_error);
+    shell.requestClose();
+    EXPECT_TRUE(waitFor([this] { return isClosed; }));
 }
 
 TEST_F(ShellTest, WindowThatWasNeverShownCloses)
