@@ -9,6 +9,8 @@
 #include <gdk/gdkkeysyms.h>
 #include <gtkmm.h>
 
+#include <stdexcept>
+
 namespace {
 
 using KesDevice::HardwareManager;
@@ -131,6 +133,21 @@ TEST_F(HardwareManagerPresenterTest, OkHandsOverWhatWasEdited)
     EXPECT_EQ(kestos[1]->auxDC().getVolts(), 110.5);
     EXPECT_EQ(confirmed->getSyncManager().getActiveMode().getKind(), KesDevice::SyncModeKind::GPS);
     EXPECT_TRUE(hardware->getKestos().empty());
+}
+
+TEST_F(HardwareManagerPresenterTest, WindowOpensAgainAfterAConfirmationThatFailed)
+{
+    int failures = 0;
+    auto handler = Glib::add_exception_handler([&] { ++failures; });
+    presenter->signalHardwareChanging.connect(
+        [](std::unique_ptr<HardwareManager>&) { throw std::runtime_error("no room"); });
+    for (int attempt = 1; attempt <= 2; ++attempt) {
+        open();
+        click("OK");
+        EXPECT_EQ(failures, attempt);
+        EXPECT_FALSE(presenter->getView());
+    }
+    handler.disconnect();
 }
 
 TEST_F(HardwareManagerPresenterTest, CancelEscapeAndClosingChangeNothing)

@@ -50,7 +50,12 @@ void HardwareSettingsPresenter::_onConfirmed()
     }
     auto hardware = _draft.take();
     _view->close();
-    signalConfirmed.emit(hardware);
+    try {
+        signalConfirmed.emit(hardware);
+    } catch (...) {
+        Kes::emitLast(signalClosed);
+        throw;
+    }
     Kes::emitLast(signalClosed);
 }
 
