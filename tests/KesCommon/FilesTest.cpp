@@ -7,7 +7,6 @@
 #include "support/TemporaryHome.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <thread>

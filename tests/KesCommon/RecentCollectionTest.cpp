@@ -1,7 +1,6 @@
 #include <KesCommon/RecentCollection.h>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 using testing::ElementsAre;
 

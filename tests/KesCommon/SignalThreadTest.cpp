@@ -173,18 +173,4 @@ TEST(ThreadHelper, aServedFunctionMayEndTheService)
     EXPECT_FALSE(Kes::WaitService::isServingThread());
 }
 
-TEST(ThreadHelper, namesAreShortenedToWholeCharacters)
-{
-    const auto getKept = [](const std::string& name) {
-        return std::async(std::launch::async,
-                          [&] {
-                              Kes::ThreadHelper::setCurrentThreadName(name);
-                              return Kes::ThreadHelper::getCurrentThreadName();
-                          })
-            .get();
-    };
-    EXPECT_EQ(getKept("KesProgram_Shutdown"), "KesProgram_Shut");
-    EXPECT_EQ(getKept("Кириллица"), "Кирилли");
-}
-
 } // namespace

@@ -3,10 +3,6 @@
 #include <KesCommonView/AccessibleActions.h>
 
 #include <atk/atk.h>
-#include <gtkmm/button.h>
-#include <gtkmm/menu.h>
-#include <gtkmm/menubar.h>
-#include <gtkmm/menuitem.h>
 
 namespace {
 
@@ -43,28 +39,6 @@ TEST_F(AccessibleActionsTest, aButtonIsClickedFromTheMainLoop)
     button.reset();
     runPendingEvents();
     EXPECT_EQ(clicks, 1) << "insensitive or gone meanwhile";
-}
-
-TEST_F(AccessibleActionsTest, anItemOfAClosedMenuIsActivated)
-{
-    Gtk::Window window;
-    Gtk::MenuBar bar;
-    Gtk::MenuItem file("File");
-    Gtk::Menu menu;
-    Gtk::MenuItem save("Save");
-    int activations = 0;
-    save.signal_activate().connect([&] { ++activations; });
-    menu.append(save);
-    file.set_submenu(menu);
-    bar.append(file);
-    window.add(bar);
-    window.show_all();
-    menu.show_all();
-
-    EXPECT_TRUE(perform(save)); // critical messages are fatal here
-    EXPECT_EQ(activations, 0);
-    runPendingEvents();
-    EXPECT_EQ(activations, 1);
 }
 
 } // namespace

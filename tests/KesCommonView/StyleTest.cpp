@@ -6,8 +6,6 @@
 #include <KesCommonView/Style.h>
 #include <KesCommonView/StyleZoomHelper.h>
 
-#include <gtkmm/label.h>
-
 #include <filesystem>
 
 namespace {

@@ -4,84 +4,10 @@
 #include <KesCommon/DesktopOpener.h>
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesCommonView/HelpView.h>
-#include <KesCommonView/ReadOnlySwitchableContainerPresenter.h>
-#include <KesCommonView/SharedSizeGroup.h>
-#include <KesCommonView/WindowView.h>
-
-#include <atkmm/object.h>
-#include <gtkmm/box.h>
-#include <gtkmm/comboboxtext.h>
-#include <gtkmm/label.h>
 
 namespace {
 
-using KesTest::waitFor;
-
-class LabelView : public Gtk::Label, public Kes::IView {
-public:
-    using Gtk::Label::Label;
-};
-class NoWidget : public Kes::IView {};
-
 class WidgetsTest : public KesTest::GuiTest {};
-
-TEST_F(WidgetsTest, columnsOfOneOwnerLineUpAndLeaveWithTheirRow)
-{
-    Gtk::Window window;
-    Gtk::Box rows(Gtk::ORIENTATION_VERTICAL);
-    Kes::SharedSizeGroupOwner owner;
-    owner.add(rows);
-    Kes::SharedSizeGroup first("type");
-    Kes::SharedSizeGroup second("type");
-    Gtk::Label shortText("a");
-    Gtk::Label longText("a long type of device");
-    Gtk::Box row;
-    first.add(shortText);
-    second.add(longText);
-    row.pack_start(second, Gtk::PACK_SHRINK);
-    rows.add(row);
-    first.set_halign(Gtk::ALIGN_START);
-    rows.add(first);
-    window.add(owner);
-    window.show_all();
-    ASSERT_TRUE(waitFor([&] { return first.get_allocated_width() > 1; }));
-    const int together = first.get_allocated_width();
-    EXPECT_EQ(together, second.get_allocated_width());
-    row.remove(second);
-    EXPECT_TRUE(waitFor([&] { return first.get_allocated_width() < together; }));
-    row.add(second);
-    EXPECT_TRUE(waitFor([&] { return first.get_allocated_width() == together; }));
-}
-
-TEST_F(WidgetsTest, parentWindowIsTheOneAboveTheView)
-{
-    Kes::WindowView window;
-    LabelView inside("inside");
-    LabelView outside("outside");
-    NoWidget none;
-    window.setContent(inside);
-    using Kes::GtkWidgetHelper::getParentWindow;
-    EXPECT_TRUE(getParentWindow(&inside) == &window && getParentWindow(&window) == &window);
-    for (Kes::IView* view : std::initializer_list<Kes::IView*>{&outside, &none, nullptr})
-        EXPECT_EQ(getParentWindow(view), nullptr);
-}
-
-TEST_F(WidgetsTest, readOnlyContainerSwitchesPresentAndLaterContent)
-{
-    LabelView plain("plain");
-    LabelView late("late");
-    {
-        Kes::ReadOnlySwitchableContainerPresenter presenter;
-        presenter.add(&plain);
-        presenter.add(nullptr);
-        presenter.setIsReadOnly(true);
-        presenter.add(&late);
-        EXPECT_FALSE(plain.get_sensitive() || late.get_sensitive());
-        presenter.setIsReadOnly(false);
-        EXPECT_TRUE(plain.get_sensitive() && late.get_sensitive());
-    }
-    EXPECT_EQ(plain.get_parent(), nullptr);
-}
 
 TEST_F(WidgetsTest, helpOpensTheFileOrTellsThatItCannot)
 {
@@ -92,7 +18,7 @@ TEST_F(WidgetsTest, helpOpensTheFileOrTellsThatItCannot)
         opened.push_back(path);
         return true;
     });
-    LabelView parent("parent");
+    KesTest::LabelView parent("parent");
     Kes::HelpView help;
     help.show(&parent, home.file("Help.pdf"));
     EXPECT_THAT(opened, testing::ElementsAre(home.file("Help.pdf")));

@@ -1,17 +1,10 @@
 #include "support/GuiTest.h"
 
-#include <KesCommon/Language.h>
-#include <KesCommonView/AboutView.h>
-#include <KesCommonView/AboutWindowActivatorPresenter.h>
 #include <KesCommonView/Window.h>
 #include <KesCommonView/WindowBasePresenter.h>
 #include <KesCommonView/WindowPlacement.h>
 #include <KesCommonView/WindowRectangleManager.h>
 #include <KesCommonView/WindowView.h>
-
-#include <gdk/gdkkeysyms.h>
-#include <gtkmm/button.h>
-#include <gtkmm/label.h>
 
 #include <cmath>
 #include <limits>
@@ -21,6 +14,7 @@
 namespace {
 
 using Kes::RectangleF;
+using KesTest::LabelView;
 using KesTest::runPendingEvents;
 using KesTest::waitFor;
 
@@ -116,12 +110,6 @@ TEST_F(FirstFrameTest, hiddenWindowIsCompletedLaterAndADeadOneNever)
     EXPECT_EQ(calls, 0);
 }
 
-class Content : public Gtk::Label, public Kes::IView {
-public:
-    using Gtk::Label::Label;
-};
-class NoWidget : public Kes::IView {};
-
 class WindowViewTest : public KesTest::GuiTest {
 protected:
     WindowViewTest()
@@ -135,7 +123,7 @@ protected:
     }
 
     int closed = 0;
-    Content content{"Test object"};
+    LabelView content{"Test object"};
     Kes::WindowView view;
 };
 
@@ -149,11 +137,11 @@ TEST_F(WindowViewTest, scrollsLargeContentAndReplacesIt)
     EXPECT_EQ(view.get_transient_for(), &parent);
     EXPECT_TRUE(waitFor([&] { return content.get_allocated_width() >= 4000; }));
     EXPECT_TRUE(view.get_width() <= 1280 && view.get_height() <= 1024);
-    Content other("Other");
+    LabelView other("Other");
     view.setContent(other);
     EXPECT_TRUE(waitFor([&] { return other.get_mapped(); }));
     EXPECT_EQ(content.get_parent(), nullptr);
-    NoWidget none;
+    KesTest::NoWidgetView none;
     EXPECT_THROW(view.setContent(none), std::bad_cast);
     EXPECT_NE(other.get_parent(), nullptr);
 }
@@ -181,7 +169,7 @@ TEST_F(WindowViewTest, everyWayOfClosingAnnouncesItOnce)
 class PresenterOfWindow : public Kes::WindowBasePresenter<> {
 public:
     Kes::WindowView* window = nullptr;
-    Content content{"Content"};
+    LabelView content{"Content"};
 
 private:
     std::unique_ptr<Kes::IWindowView> _createDefaultView() override
@@ -203,34 +191,6 @@ TEST_F(WindowViewTest, presenterMayBeDestroyedWhenItsWindowHasBeenClosed)
         byUser ? static_cast<Gtk::Window*>(presenter->window)->close() : presenter->close();
         EXPECT_TRUE(waitFor([&] { return presenter == nullptr; }));
     }
-}
-
-class AboutTest : public KesTest::GuiTest {};
-
-TEST_F(AboutTest, showsNameAndVersionOnceAndClosesByItsButtons)
-{
-    Kes::WindowView parent;
-    parent.show(nullptr);
-    lng::language = lng::Russian;
-    Kes::AboutWindowActivatorPresenter presenter;
-    presenter.show(&parent, "Overcurrent", "1.2.3");
-    auto* about = dynamic_cast<Kes::AboutView*>(presenter.getView());
-    ASSERT_NE(about, nullptr);
-    ASSERT_TRUE(waitFor([&] { return about->get_mapped(); }));
-    EXPECT_EQ(about->get_program_name() + about->get_version(), "Overcurrent1.2.3");
-    EXPECT_EQ(about->get_title(), "О программе");
-    EXPECT_EQ(about->get_transient_for(), &parent);
-    for (auto* button : KesTest::findWidgets<Gtk::Button>(*about))
-        EXPECT_TRUE(!KesTest::isSeen(*button) || button->get_label() == "_Закрыть");
-    presenter.show(&parent, "Overcurrent", "1.2.3");
-    EXPECT_EQ(presenter.getView(), about);
-    about->response(Gtk::RESPONSE_CLOSE);
-    EXPECT_EQ(presenter.getView(), nullptr);
-
-    presenter.show(nullptr, "", "");
-    EXPECT_EQ(about->get_program_name() + about->get_version(), "");
-    static_cast<Gtk::Window*>(about)->close();
-    EXPECT_TRUE(waitFor([&] { return presenter.getView() == nullptr; }));
 }
 
 } // namespace

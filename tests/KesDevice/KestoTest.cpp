@@ -1,5 +1,7 @@
 #include "TestBench.h"
 
+#include <support/Record.h>
+
 #include <limits>
 
 using namespace KesTest;
@@ -11,37 +13,29 @@ protected:
     KestoTest()
     {
         kesto.signalOperationErrorChanged.connect([this](const Kes::Nullable<std::string>& error) {
-            add(error ? "state [" + *error + "]" : "state unknown");
+            record.write(error ? "state [" + *error + "]" : "state unknown");
         });
         kesto.signalInput.connect([this](const KesDriver::InputEvent& event) {
-            add("input " + std::to_string(event.input) + " at " + std::to_string(event.time.count()));
+            record.write("input " + std::to_string(event.input) + " at " +
+                         std::to_string(event.time.count()));
         });
-        kesto.signalStep.connect(
-            [this](const KesDriver::StepEvent& event) { add("step " + std::to_string(event.step)); });
+        kesto.signalStep.connect([this](const KesDriver::StepEvent& event) {
+            record.write("step " + std::to_string(event.step));
+        });
         kesto.signalSequenceFinished.connect([this](const KesDriver::SequenceEvent& event) {
-            add((event.isComplete ? "complete at " : "incomplete at ") + std::to_string(event.time.count()));
+            record.write((event.isComplete ? "complete at " : "incomplete at ") +
+                         std::to_string(event.time.count()));
         });
         kesto.signalAvary.connect([this](KesDriver::KesAvary& avary) {
-            add("avary " + std::to_string(avary.serialNumber) + ' ' + KesDriver::describeFaults(avary));
+            record.write("avary " + std::to_string(avary.serialNumber) + ' ' +
+                         KesDriver::describeFaults(avary));
         });
-        kesto.signalNotice.connect([this](const char* text) { add(std::string("notice ") + text); });
-    }
-
-    void add(const std::string& line)
-    {
-        std::lock_guard lock(mutex);
-        lines.push_back(line);
-    }
-    std::vector<std::string> take()
-    {
-        std::lock_guard lock(mutex);
-        return std::exchange(lines, {});
+        kesto.signalNotice.connect([this](const char* text) { record.write(std::string("notice ") + text); });
     }
 
     FakeKesto fake;
     Kesto kesto{address(2), fake.createLink()};
-    std::mutex mutex;
-    std::vector<std::string> lines;
+    Record record;
 };
 
 TEST_F(KestoTest, ConnectingTellsIdentityAndState)
@@ -49,7 +43,7 @@ TEST_F(KestoTest, ConnectingTellsIdentityAndState)
     ASSERT_TRUE(kesto.auxDC().set(true, 110.0));
     ASSERT_TRUE(kesto.connect());
     EXPECT_EQ(kesto.toDisplayString(), "KESTO-3 No. 00017 (192.168.1.2)");
-    EXPECT_THAT(take(), ElementsAre("state []"));
+    EXPECT_THAT(record.take(), ElementsAre("state []"));
 
     fake.setState({false, true, 110.0, "Fault: IA - overload"});
     EXPECT_TRUE(kesto.updateState());
@@ -57,8 +51,8 @@ TEST_F(KestoTest, ConnectingTellsIdentityAndState)
     EXPECT_TRUE(kesto.updateState());
     EXPECT_TRUE(kesto.updateState());
     kesto.disconnect();
-    EXPECT_THAT(take(), ElementsAre("state [Fault: IA - overload]", "state [Not ready for operation]",
-                                    "state unknown"));
+    EXPECT_THAT(record.take(), ElementsAre("state [Fault: IA - overload]", "state [Not ready for operation]",
+                                           "state unknown"));
     EXPECT_TRUE(kesto.updateState()) << "asking connects";
 }
 
@@ -106,11 +100,11 @@ TEST_F(KestoTest, PassesPlausibleEventsOnAndDropsTheOthers)
 {
     ASSERT_TRUE(kesto.connect());
     ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}, {{}, 1ms, {}}}));
-    take();
+    record.take();
     fake.reportStep(0, 100us);
     fake.reportInput(8, true, 100us);
     fake.reportSequenceFinished(true, 300us).wait();
-    EXPECT_THAT(take(), ElementsAre("step 0", "input 8 at 100", "complete at 300"));
+    EXPECT_THAT(record.take(), ElementsAre("step 0", "input 8 at 100", "complete at 300"));
 
     fake.reportInput(9, true, 400us);
     fake.reportStep(2, 400us);
@@ -119,23 +113,24 @@ TEST_F(KestoTest, PassesPlausibleEventsOnAndDropsTheOthers)
     fake.reportInput(2, true, 400us); // sane again
     fake.reportSequenceFinished(true, -1us).wait();
     const std::string nonsense = "KESTO-3 No. 00017 (192.168.1.2) sends data that make no sense.";
-    EXPECT_THAT(take(), ElementsAre("state [" + nonsense + "]", "notice " + nonsense, "input 2 at 400",
-                                    "incomplete at 400"));
+    EXPECT_THAT(record.take(), ElementsAre("state [" + nonsense + "]", "notice " + nonsense, "input 2 at 400",
+                                           "incomplete at 400"));
 }
 
 TEST_F(KestoTest, ReportsFaultsAndLostConnections)
 {
     ASSERT_TRUE(kesto.connect());
-    take();
+    record.take();
     KesDriver::KesAvary avary{999, 999, false, false, {{"IA", false, false, true}}};
     avary.channels.resize(1000, {std::string(100000, '\xFF') + "\n", false, false, false});
     fake.reportAvary(avary);
     fake.reportAvary(avary).wait();
-    EXPECT_THAT(take(), ElementsAre("state [Fault: IA - overload]", "avary 17 IA - overload",
-                                    "avary 17 IA - overload"));
+    EXPECT_THAT(record.take(), ElementsAre("state [Fault: IA - overload]", "avary 17 IA - overload",
+                                           "avary 17 IA - overload"));
     fake.reportConnectionLost().wait();
-    EXPECT_THAT(take(), ElementsAre("state [KESTO-3 No. 00017 (192.168.1.2): the connection was lost.]",
-                                    "avary 17 connection error"));
+    EXPECT_THAT(record.take(),
+                ElementsAre("state [KESTO-3 No. 00017 (192.168.1.2): the connection was lost.]",
+                            "avary 17 connection error"));
     EXPECT_FALSE(kesto.isConnected());
 }
 

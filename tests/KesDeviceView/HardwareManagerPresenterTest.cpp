@@ -5,10 +5,6 @@
 #include <KesDevice/view/HardwareManagerPresenter.h>
 #include <KesDriver/SimulatedNetwork.h>
 
-#include <atkmm/object.h>
-#include <gdk/gdkkeysyms.h>
-#include <gtkmm.h>
-
 #include <stdexcept>
 
 namespace {
@@ -109,6 +105,7 @@ protected:
 
 TEST_F(HardwareManagerPresenterTest, OkHandsOverWhatWasEdited)
 {
+    hardware->setIsStopOnFault(true);
     open();
     EXPECT_EQ(dynamic_cast<Gtk::Window*>(window)->get_focus(), &addressEntry());
     add("10.1.0.1");
@@ -132,6 +129,7 @@ TEST_F(HardwareManagerPresenterTest, OkHandsOverWhatWasEdited)
     EXPECT_EQ(kestos[0]->getAddress(), address("10.1.0.2"));
     EXPECT_EQ(kestos[1]->auxDC().getVolts(), 110.5);
     EXPECT_EQ(confirmed->getSyncManager().getActiveMode().getKind(), KesDevice::SyncModeKind::GPS);
+    EXPECT_TRUE(confirmed->isStopOnFault());
     EXPECT_TRUE(hardware->getKestos().empty());
 }
 

@@ -3,8 +3,6 @@
 #include <KesDevice/KestoStateGlobalUpdater.h>
 #include <KesDevice/view/KestoStateUpdaterSwitchPresenter.h>
 
-#include <gtkmm/checkbutton.h>
-
 #include <thread>
 
 namespace {

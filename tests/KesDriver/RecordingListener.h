@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Message.h"
+
 #include <KesDriver/IKestoLink.h>
 
 #include <gmock/gmock.h>
@@ -8,11 +10,6 @@
 #include <mutex>
 
 namespace KesTest {
-
-inline std::string message(const Kes::Result& result)
-{
-    return result ? std::string() : result.getError()->getMessage();
-}
 
 /// Writes down what a link reports, one line each: "input 1 closed 120", "step 0 0", "finished complete 500",
 /// "fault IA", "lost". Times are counted from the latest step 0.

@@ -1,4 +1,7 @@
 #include <KesTree/Node.h>
+#include <KesTreeRelay/RelayNodes.h>
+
+#include "support/Message.h"
 
 #include <KesCommon/Language.h>
 #include <KesCommon/NumberText.h>
@@ -11,6 +14,7 @@
 
 namespace {
 
+using KesTest::message;
 using KesTree::Node;
 using testing::HasSubstr;
 
@@ -19,11 +23,6 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 std::unique_ptr<Node> current()
 {
     return Node::number("is", {"Setting current", "Ток уставки"}, {"A", "А"}, 5.0, 0.05, 100.0);
-}
-
-std::string messageOf(const Kes::Result& result)
-{
-    return result || !result.getError() ? std::string() : result.getError()->getMessage();
 }
 
 class NodeTest : public testing::Test {
@@ -50,18 +49,17 @@ TEST_F(NodeTest, NonsenseIsRefusedWithNodeValueUnitAndRange)
         const auto node = current();
         const auto result = node->setText(text);
         EXPECT_FALSE(result) << text;
-        EXPECT_THAT(messageOf(result), HasSubstr("0.05 … 100 A")) << text;
-        EXPECT_TRUE(Glib::ustring(messageOf(result)).validate());
+        EXPECT_THAT(message(result), HasSubstr("0.05 … 100 A")) << text;
+        EXPECT_TRUE(Glib::ustring(message(result)).validate());
         EXPECT_EQ(node->getNumber(), 5.0);
     }
     const auto node = current();
-    EXPECT_EQ(messageOf(node->setText("abc")),
-              "Setting current: “abc” is not a number; allowed: 0.05 … 100 A");
-    EXPECT_EQ(messageOf(node->setText("100,01")),
+    EXPECT_EQ(message(node->setText("abc")), "Setting current: “abc” is not a number; allowed: 0.05 … 100 A");
+    EXPECT_EQ(message(node->setText("100,01")),
               "Setting current: 100.01 A is outside the range 0.05 … 100 A");
     lng::language = lng::Russian;
-    EXPECT_EQ(messageOf(node->setText("0")), "Ток уставки: 0 А вне диапазона 0,05 … 100 А");
-    EXPECT_THAT(messageOf(node->setText(std::string(5000, 'x'))), testing::SizeIs(testing::Lt(200U)));
+    EXPECT_EQ(message(node->setText("0")), "Ток уставки: 0 А вне диапазона 0,05 … 100 А");
+    EXPECT_THAT(message(node->setText(std::string(5000, 'x'))), testing::SizeIs(testing::Lt(200U)));
 }
 
 TEST_F(NodeTest, ValuesOfAnotherTypeOrNotFiniteAreRefused)
@@ -114,7 +112,7 @@ TEST_F(NodeTest, ValidationSeesTheNewValueAndNamesTheNode)
     node->setValidation([](const Node::Value& value) {
         return std::get<double>(value) == 13.0 ? Kes::Result::failure("unlucky") : Kes::Result(true);
     });
-    EXPECT_EQ(messageOf(node->setText("13")), "Setting current: unlucky");
+    EXPECT_EQ(message(node->setText("13")), "Setting current: unlucky");
     EXPECT_TRUE(node->setText("12"));
 }
 
@@ -123,6 +121,20 @@ TEST(NumberTextTest, ReadsBackEveryNumberItWrites)
     for (const double value : {5e-324, 1.7976931348623157e308, -2.2250738585072014e-308, 1.0 / 3.0})
         EXPECT_EQ(Kes::NumberText::read(Kes::NumberText::write(value)), value);
     EXPECT_FALSE(Kes::NumberText::read(Kes::NumberText::write(infinity)));
+}
+
+TEST(RelayNodesTest, StageRefusesSettingsThatContradictEachOther)
+{
+    const auto stage = KesTree::RelayNodes::overcurrentStage();
+    auto& nominal = *stage->find(KesTree::RelayNodes::NominalCurrent);
+    auto& setting = *stage->find(KesTree::RelayNodes::SettingCurrent);
+    ASSERT_TRUE(setting.setText("4"));
+    ASSERT_TRUE(nominal.setText("0,1"));
+    EXPECT_FALSE(setting.setText("4.01"));
+    ASSERT_TRUE(nominal.setText("1"));
+    ASSERT_TRUE(setting.setText("40"));
+    EXPECT_FALSE(nominal.setText("0.99"));
+    EXPECT_EQ(nominal.getNumber(), 1.0);
 }
 
 } // namespace

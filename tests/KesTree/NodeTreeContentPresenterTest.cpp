@@ -7,10 +7,6 @@
 #include <KesTreeManager/NodeValueView.h>
 #include <KesTreeRelay/RelayNodes.h>
 
-#include <atkmm/object.h>
-#include <gdk/gdkkeysyms.h>
-#include <gtkmm.h>
-
 namespace {
 
 using KesTree::Node;

@@ -100,10 +100,6 @@ class Node:
     def description(self):
         return self._get("Accessible", "Description")
 
-    @property
-    def interfaces(self):
-        return [name[len(INTERFACE):] for name in self._call("Accessible", "GetInterfaces")[0]]
-
     def has(self, *states):
         low, high = self._call("Accessible", "GetState")[0]
         present = low | high << 32

@@ -159,7 +159,9 @@ class AuditTest(DesktopTest):
     def testAbout(self):
         program = self.start()
         program.command("about", "action")
-        window = program.find("dialog")
+        window = program.find("dialog", texts.DIALOGS.get("About.title", self.language))
+        self.assertIn(program.window.name, window.labels)
+        self.assertTrue(any(re.fullmatch(r"\d+\.\d+\.\d+", label) for label in window.labels), window.labels)
         self.audit(window)
         self.assertReached(window)
         press("Escape")

@@ -26,16 +26,6 @@ class ClosingTest(DesktopTest):
                 self.assertFalse(program.isOver)
         program.discard()
 
-    def testDecliningTheSaveQuestionCloses(self):
-        for name, close in self.ways()[:3]:
-            with self.subTest(name):
-                program = self.start()
-                close(program)
-                program.answer(program.unsavedQuestion(), "no")
-                program.waitForEnd()
-        with open(self.file(".cache/kes/OvercurrentModel.cfg"), encoding="utf-8") as file:
-            self.assertIn("<Rectangle>", file.read())
-
     def testAffirmingTheSaveQuestionSaves(self):
         program = self.start()
         fill(program.field("PlanView.multiples"), "2")

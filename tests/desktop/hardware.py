@@ -29,26 +29,11 @@ class HardwareTest(DesktopTest):
     def devices(self, program):
         return [label for label in program.window.labels if label.count(".") == 3 and label[0].isdigit()]
 
-    def testCancellingChangesNothing(self):
-        program = self.start()
-        for cancel in (lambda window: press("Escape"),
-                       lambda window: click(find(window, "push button", self.text("Settings.cancel")))):
-            window = self.open(program)
-            self.add(window, "192.168.1.20")
-            find(window, "label", "192.168.1.20")
-            cancel(window)
-            program.waitUntilGone(window)
-            self.assertEqual(self.devices(program), [DEFAULT])
-        program.discard()
-
     def testAddressesAreRefusedInPlaceAndDevicesOrdered(self):
         program = self.start()
         window = self.open(program)
-        for address, reason in (("192.168.1", self.text("Add.malformed", "192.168.1")),
-                                ("192.168.1.256", self.text("Add.malformed", "192.168.1.256")),
-                                (DEFAULT, self.text("Add.taken", DEFAULT))):
-            self.add(window, address)
-            find(window, "notification", reason)
+        self.add(window, DEFAULT)
+        find(window, "notification", self.text("Add.taken", DEFAULT))
         self.add(window, "192.168.1.20")
         wait("the refusal to go", lambda: not window.look("notification", self.text("Add.taken", DEFAULT)))
         click(find(window, "push button", self.text("Devices.up", "192.168.1.20")))

@@ -79,17 +79,3 @@ class WindowsTest(DesktopTest):
         else:
             program.answer(program.find("alert"), "ok")
         program.discard()
-
-    def testAboutNamesTheProgram(self):
-        program = self.start()
-        for way in ("mouse", "keyboard"):
-            program.command("about", way)
-            about = program.find("dialog", texts.DIALOGS.get("About.title", self.language))
-            self.assertIn(program.window.name, about.labels)
-            self.assertTrue(any(re.fullmatch(r"\d+\.\d+\.\d+", label) for label in about.labels), about.labels)
-            if way == "mouse":
-                click(find(about, "push button", program.caption("close")))
-            else:
-                press("Escape")
-            program.waitUntilGone(about)
-        program.discard()

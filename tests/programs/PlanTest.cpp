@@ -2,12 +2,14 @@
 #include <Overcurrent/data/TestPlan.h>
 
 #include <support/LanguageScope.h>
+#include <support/Message.h>
 
 #include <gmock/gmock.h>
 
 #include <limits>
 
 using namespace Overcurrent;
+using KesTest::message;
 using testing::DoubleNear;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -17,11 +19,6 @@ namespace {
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
-
-std::string reasonOf(const Kes::Result& result)
-{
-    return result ? std::string() : result.getError()->getMessage();
-}
 
 } // namespace
 
@@ -44,7 +41,7 @@ TEST(PlanTest, RefusesWhatMakesNoSenseAndSaysWhy)
     for (const auto& test : cases) {
         TestPlan plan;
         test.spoil(plan);
-        EXPECT_THAT(reasonOf(plan.check()), HasSubstr(test.reason));
+        EXPECT_THAT(message(plan.check()), HasSubstr(test.reason));
     }
 }
 
@@ -54,13 +51,13 @@ TEST(PlanTest, RefusesWhatDoesNotSuitRelayOrDevice)
     TestPlan plan;
     plan.timeout = 17.5;
     // 17.194 s and 5 % of it.
-    EXPECT_THAT(reasonOf(plan.check(settings)), HasSubstr("at 1.5 x Is the relay may take up to 18.05 s"));
+    EXPECT_THAT(message(plan.check(settings)), HasSubstr("at 1.5 x Is the relay may take up to 18.05 s"));
     plan.timeout = 18.06;
     EXPECT_TRUE(plan.check(settings));
     settings.settingCurrent = 1.6;
     EXPECT_TRUE(plan.check(settings, KesDriver::OutputLimits()));
     settings.settingCurrent = 2.0;
-    EXPECT_THAT(reasonOf(plan.check(settings, KesDriver::OutputLimits())),
+    EXPECT_THAT(message(plan.check(settings, KesDriver::OutputLimits())),
                 HasSubstr("20 x Is is 40 A, but the device puts out at most 32 A"));
 }
 

@@ -50,13 +50,7 @@ TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)
                       HasSubstr("10.100"), HasSubstr("No operation"), HasSubstr("<svg"),
                       HasSubstr("KESTO-3 &lt;b&gt;No.&lt;/b&gt; 00017"), HasSubstr("Standard inverse")));
     EXPECT_THAT(report, AllOf(Not(HasSubstr("<script")), Not(HasSubstr("<link")), Not(HasSubstr("src="))));
-    // In the chart and in its legend.
-}
-
-TEST_F(ReportTest, SpeaksRussian)
-{
     const KesTest::LanguageScope scope(lng::Russian);
-    const auto results = someResults();
     EXPECT_THAT(make(&results),
                 AllOf(HasSubstr("ИМИТИРУЕМОЕ УСТРОЙСТВО"), HasSubstr("Протокол проверки"),
                       HasSubstr("10,100"), HasSubstr("lang=\"ru\""), Not(HasSubstr("Test "))));

@@ -54,6 +54,7 @@ holds err "Error accessing file."
 head -c 900 a.kovc >short.kovc
 expect 3 "$overcurrent" --language en short.kovc --run --speed 5000 --report short.html --quit
 holds err "Try opening in data recovery mode?"
+holds err "Answer: "
 [ ! -e short.html ] || fail "a report without the archive that it was asked for"
 for option in save report screenshot; do
     expect 3 "$overcurrent" --language en --$option "$work/a.kovc/file" --quit

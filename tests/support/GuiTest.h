@@ -3,9 +3,12 @@
 #include "MainLoop.h"
 #include "ScriptedDialogs.h"
 
+#include <KesCommonView/IView.h>
+
+#include <atkmm/object.h>
+#include <gdk/gdkkeysyms.h>
 #include <gmock/gmock.h>
-#include <gtkmm/widget.h>
-#include <gtkmm/window.h>
+#include <gtkmm.h>
 
 #include <functional>
 #include <string>
@@ -23,6 +26,14 @@ protected:
 
     ScriptedDialogs dialogs;
 };
+
+/// A view that can be placed.
+struct LabelView : Gtk::Label, Kes::IView {
+    using Gtk::Label::Label;
+};
+
+/// A view that cannot.
+struct NoWidgetView : Kes::IView {};
 
 /// The descendants of the widget (itself included, internal children too) that satisfy the predicate,
 /// in order of their place in the tree.

@@ -2,36 +2,25 @@
 
 #include <gtest/gtest.h>
 
-#include <deque>
 #include <utility>
 
 namespace KesTest {
 
-struct ScriptedDialogs::Script {
-    template <typename T>
-    struct Answer {
-        T value;
-        std::function<void()> during;
-    };
-
-    std::vector<Kes::MessageRequest> messages;
-    std::vector<Kes::FileRequest> files;
-    std::deque<Answer<Kes::DialogResult>> buttons;
-    std::deque<Answer<std::string>> paths;
-};
-
 class ScriptedDialogs::Backend : public Kes::DialogBackend {
 public:
-    explicit Backend(std::shared_ptr<Script> script) : _script(std::move(script)) {}
+    explicit Backend(ScriptedDialogs& script) : _script(script) {}
 
     Kes::DialogResult showMessage(const Kes::MessageRequest& request) override
     {
-        _script->messages.push_back(request);
-        if (_script->buttons.empty()) {
+        _script._messages.push_back(request);
+        if (_script._buttons.empty()) {
             ADD_FAILURE() << "unexpected message box: " << request.text;
             return Kes::decliningAnswer(request.buttons);
         }
-        const auto answer = _take(_script->buttons);
+        const auto [answer, during] = std::move(_script._buttons.front());
+        _script._buttons.pop_front();
+        if (during)
+            during();
         if (!Kes::hasButton(request.buttons, answer)) {
             ADD_FAILURE() << "no such button in the message box: " << request.text;
             return Kes::decliningAnswer(request.buttons);
@@ -41,72 +30,52 @@ public:
 
     std::string chooseFile(const Kes::FileRequest& request) override
     {
-        _script->files.push_back(request);
-        if (_script->paths.empty()) {
+        _script._files.push_back(request);
+        if (_script._paths.empty()) {
             ADD_FAILURE() << "unexpected file dialog: " << request.title;
             return {};
         }
-        return _take(_script->paths);
+        const auto path = std::move(_script._paths.front());
+        _script._paths.pop_front();
+        return path;
     }
 
 private:
-    template <typename T>
-    static T _take(std::deque<Script::Answer<T>>& answers)
-    {
-        const auto answer = std::move(answers.front());
-        answers.pop_front();
-        if (answer.during)
-            answer.during();
-        return answer.value;
-    }
-
-    std::shared_ptr<Script> _script;
+    ScriptedDialogs& _script;
 };
 
-ScriptedDialogs::ScriptedDialogs()
-    : _script(std::make_shared<Script>()),
-      _previous(Kes::DialogBackend::install(std::make_unique<Backend>(_script)))
+ScriptedDialogs::ScriptedDialogs() : _previous(Kes::DialogBackend::install(std::make_unique<Backend>(*this)))
 {}
 
 ScriptedDialogs::~ScriptedDialogs()
 {
     Kes::DialogBackend::install(std::move(_previous));
-    EXPECT_TRUE(_script->buttons.empty()) << "an expected message box was not shown";
-    EXPECT_TRUE(_script->paths.empty()) << "an expected file dialog was not shown";
+    EXPECT_TRUE(_buttons.empty()) << "an expected message box was not shown";
+    EXPECT_TRUE(_paths.empty()) << "an expected file dialog was not shown";
 }
 
 void ScriptedDialogs::answer(Kes::DialogResult button, std::function<void()> during)
 {
-    _script->buttons.push_back({button, std::move(during)});
+    _buttons.emplace_back(button, std::move(during));
 }
 
-void ScriptedDialogs::answerFile(std::string path, std::function<void()> during)
+void ScriptedDialogs::answerFile(std::string path)
 {
-    _script->paths.push_back({std::move(path), std::move(during)});
-}
-
-const std::vector<Kes::MessageRequest>& ScriptedDialogs::getMessages() const
-{
-    return _script->messages;
-}
-
-const std::vector<Kes::FileRequest>& ScriptedDialogs::getFiles() const
-{
-    return _script->files;
+    _paths.push_back(std::move(path));
 }
 
 std::vector<std::string> ScriptedDialogs::getTexts() const
 {
     std::vector<std::string> texts;
-    for (const auto& message : _script->messages)
+    for (const auto& message : _messages)
         texts.push_back(message.text);
     return texts;
 }
 
 void ScriptedDialogs::clear()
 {
-    _script->messages.clear();
-    _script->files.clear();
+    _messages.clear();
+    _files.clear();
 }
 
 } // namespace KesTest

@@ -2,6 +2,7 @@
 
 #include <KesCommonView/DialogBackend.h>
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -23,22 +24,24 @@ public:
     /// "open", for what happens behind a dialog's back.
     void answer(Kes::DialogResult button, std::function<void()> during = {});
     /// The path chosen in the next file dialog; empty: it is cancelled.
-    void answerFile(std::string path, std::function<void()> during = {});
+    void answerFile(std::string path);
 
     /// All message boxes so far, oldest first.
-    const std::vector<Kes::MessageRequest>& getMessages() const;
+    const std::vector<Kes::MessageRequest>& getMessages() const { return _messages; }
     /// All file dialogs so far, oldest first.
-    const std::vector<Kes::FileRequest>& getFiles() const;
+    const std::vector<Kes::FileRequest>& getFiles() const { return _files; }
     /// The texts of all message boxes so far.
     std::vector<std::string> getTexts() const;
     /// Forgets what has been recorded; listed answers stay.
     void clear();
 
 private:
-    struct Script;
     class Backend;
 
-    std::shared_ptr<Script> _script;
+    std::vector<Kes::MessageRequest> _messages;
+    std::vector<Kes::FileRequest> _files;
+    std::deque<std::pair<Kes::DialogResult, std::function<void()>>> _buttons;
+    std::deque<std::string> _paths;
     std::unique_ptr<Kes::DialogBackend> _previous;
 };
 

@@ -17,16 +17,12 @@ FLOORS = {
     "KesTreeManager": ["KesTree", "KesCommonView", "KesCommon"],
     "KesTreeRelay": ["KesTree", "KesCommonView", "KesCommon"],
 }
-PLATFORM = list(FLOORS)
 FLOORS["KesDevice/view"] = ["KesDevice", "KesDriver", "KesCommonView", "KesCommon"]
-PLATFORM.append("KesDevice/view")
-FLOORS["KesProgram/text"] = PLATFORM
-FLOORS["KesProgram/archive"] = PLATFORM + ["KesProgram/text"]
-FLOORS["KesProgram/views"] = FLOORS["KesProgram/archive"] + ["KesProgram/archive"]
-FLOORS["KesProgram/model"] = FLOORS["KesProgram/views"]
-FLOORS["KesProgram/statusbar"] = FLOORS["KesProgram/views"] + ["KesProgram/model", "KesProgram/views"]
-FLOORS["KesProgram/shell"] = FLOORS["KesProgram/statusbar"] + ["KesProgram/statusbar"]
-PROGRAMS = FLOORS["KesProgram/shell"] + ["KesProgram/shell"]
+PROGRAMS = list(FLOORS)
+for floor in (("text",), ("archive",), ("views", "model"), ("statusbar",), ("shell",)):
+    folders = [f"KesProgram/{name}" for name in floor]
+    FLOORS.update({folder: list(PROGRAMS) for folder in folders})
+    PROGRAMS += folders
 
 # Models know no widget and views no model, though the folders below would let them.
 FORBIDDEN = {

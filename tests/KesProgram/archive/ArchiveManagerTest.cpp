@@ -194,17 +194,6 @@ TEST_F(ArchiveManagerPresenterTest, CreateAndOpenReplaceADocumentOnlyWhenItMayCl
     EXPECT_EQ(_data, "good file") << "asks nothing";
 }
 
-TEST_F(ArchiveManagerPresenterTest, OpenAsksForAFileWithTheFiltersOfTheProgram)
-{
-    using Filters = std::vector<std::pair<std::string, std::string>>;
-    const auto document = _saveDocument();
-    dialogs.answerFile("");
-    _presenter.open("");
-    EXPECT_EQ(_manager->getFileName(), document);
-    EXPECT_EQ(dialogs.getFiles().back().filters,
-              (Filters{{"*.abc", "Archive (*.abc)"}, {"*.old", "Archive \"Velmora\" (*.old)"}}));
-}
-
 TEST_F(ArchiveManagerPresenterTest, AFailedOpenEndsInANewDocumentUnlessItIsRepaired)
 {
     const auto half = _file("half.abc", "half file");

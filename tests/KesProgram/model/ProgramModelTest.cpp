@@ -3,37 +3,17 @@
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
-#include <KesCommon/Directories.h>
 #include <KesCommon/Language.h>
 #include <KesDevice/HardwareControl.h>
-#include <KesProgram/archive/ArchiveManager.h>
-#include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/model/AvaryMessage.h>
 
 #include <glibmm/fileutils.h>
-#include <gmock/gmock.h>
 
 #include <atomic>
-#include <sstream>
 #include <stdexcept>
 #include <thread>
 
 namespace KesTest {
-
-/// Outside the unnamed namespace: its name becomes a folder name.
-class PlainModel : public KesProgram::ProgramModel {
-public:
-    using ProgramModel::_getProgrammCacheDirectory;
-
-    KesProgram::RunVerdict getRunVerdict() override { return KesProgram::RunVerdict::None; }
-    std::unique_ptr<std::istream> getDataStream() override
-    {
-        return std::make_unique<std::stringstream>("x");
-    }
-
-protected:
-    void _onStart() override { _finish(); }
-};
 
 class ClosingModel : public RecordingModel {
 protected:
@@ -52,7 +32,6 @@ public:
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 class ProgramModelTest : public GuiTest {
 protected:
@@ -62,70 +41,24 @@ protected:
 /// Puts a configuration of the test's own in place and a harmless one back at the end.
 class GlobalHardware {
 public:
-    explicit GlobalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware)
+    GlobalHardware() { set(); }
+    ~GlobalHardware() { set(); }
+    /// The simulated device.
+    KesDevice::Kesto& addDevice()
     {
-        KesDevice::HardwareControl::setGlobalInstance(std::move(hardware), true);
+        auto& kestos = KesDevice::HardwareControl::getInstance()->getKestos();
+        EXPECT_TRUE(kestos.addKesto(
+            std::make_unique<KesDevice::Kesto>(KesDevice::HardwareControl::getSimulatedAddress())));
+        return *kestos.getItems().front();
     }
-    ~GlobalHardware()
+
+private:
+    static void set()
     {
+        KesDevice::HardwareControl::getInstance(); // The simulated device comes with the first configuration.
         KesDevice::HardwareControl::setGlobalInstance(KesDevice::HardwareManager::create(), true);
     }
 };
-
-TEST_F(ProgramModelTest, PlainModelHasTheDefaults)
-{
-    PlainModel model;
-    EXPECT_EQ(model.getArchiveManager(), nullptr);
-    model.init();
-    EXPECT_EQ(model.getExtension(), "???");
-    EXPECT_TRUE(model.hasArchiveLogic());
-    ASSERT_NE(model.getArchiveManager(), nullptr);
-    EXPECT_TRUE(model.getArchiveManager()->isNew());
-    EXPECT_EQ(model.getProgramName(), "");
-    EXPECT_EQ(model.createReport(), "");
-    EXPECT_EQ(model.getTestObject(), nullptr);
-    EXPECT_EQ(model.getHardware(), KesDevice::HardwareControl::getInstance());
-    EXPECT_FALSE(model.getCanStart());
-    EXPECT_FALSE(model.startTest());
-    EXPECT_EQ(model.getFileRecentManager(), model.getFileRecentManager());
-    EXPECT_EQ(model._getProgrammCacheDirectory(), Kes::getKesCrossAppCacheDir() + "PlainModel/");
-    EXPECT_THAT(model.getHelpFileName(), testing::EndsWith("Help/en-US/Help.pdf"));
-}
-
-TEST_F(ProgramModelTest, OnlyNamedFilesEnterTheRecentList)
-{
-    PlainModel model;
-    model.init();
-    const std::string path = home.file("a.arc");
-    ASSERT_TRUE(model.getArchiveManager()->saveAs(path));
-    model.getArchiveManager()->create("");
-    EXPECT_THAT(model.getFileRecentManager()->getCollection(), ElementsAre(path));
-}
-
-TEST_F(ProgramModelTest, HelpNameLosesItsSuffixesOnceInOrder)
-{
-    EXPECT_EQ(KesProgram::_getBaseHelpName("DistanceProgramModel"), "Distance");
-    EXPECT_EQ(KesProgram::_getBaseHelpName("ModelProgram"), "Model");
-    EXPECT_EQ(KesProgram::_getBaseHelpName("DistanceModel"), "Distance");
-    EXPECT_EQ(KesProgram::_getBaseHelpName("Distance"), "Distance");
-    EXPECT_EQ(KesProgram::_getBaseHelpName("XModelModel"), "XModel");
-}
-
-TEST_F(ProgramModelTest, SettersEmitOnlyRealChanges)
-{
-    RecordingModel model;
-    model._setState("");
-    model._setCanProgramStart(false);
-    EXPECT_THAT(model.take(), ElementsAre());
-    model._setCanProgramStop(true);
-    model._setCanProgramStop(true);
-    EXPECT_THAT(model.take(), ElementsAre("canStop", "running"));
-    EXPECT_TRUE(model.getCanStop());
-    model._onHardwareStatusChanged("ready");
-    model._onHardwareStatusChanged("ready");
-    EXPECT_THAT(model.take(), ElementsAre("state"));
-    EXPECT_THROW(model._onHardwareStatusChanged(nullptr), std::logic_error);
-}
 
 TEST_F(ProgramModelTest, FinishOnAnIdleModelTellsOnlyThatItHasFinished)
 {
@@ -159,16 +92,14 @@ TEST_F(ProgramModelTest, ClosingDuringAStartRefusesIt)
 
 TEST_F(ProgramModelTest, ChecksBeforeARunComeInTheirOrder)
 {
-    KesDevice::HardwareControl::getInstance(); // The simulated device comes with the first configuration.
-    GlobalHardware global(KesDevice::HardwareManager::create());
+    GlobalHardware global;
     RecordingModel model;
     EXPECT_FALSE(model.prepareRealHardware());
     EXPECT_THAT(model.take(),
                 ElementsAre("message: Error on starting test. The hardware configuration does not contain "
                             "operational KESTOs."));
 
-    ASSERT_TRUE(model.getHardware()->getKestos().addKesto(
-        std::make_unique<KesDevice::Kesto>(*KesDevice::Kesto::Address::parse("127.0.0.1"))));
+    global.addDevice();
     ASSERT_TRUE(model.getHardware()->prepare());
     ASSERT_TRUE(model.getHardware()->startWorkingMode());
     EXPECT_FALSE(model.prepareRealHardware());
@@ -185,18 +116,6 @@ TEST_F(ProgramModelTest, ChecksBeforeARunComeInTheirOrder)
     EXPECT_THAT(entries[0],
                 testing::EndsWith(std::string(":\n") +
                                   KesDevice::SyncMode::get(KesDevice::SyncModeKind::PowerNetwork).getName()));
-}
-
-TEST_F(ProgramModelTest, GlobalConfigurationIsAnnouncedThroughTheGlobalSignalOnly)
-{
-    RecordingModel model;
-    model.init();
-    EXPECT_THAT(model.take(), ElementsAre("hardwareChanged"));
-    auto hardware = KesDevice::HardwareManager::create();
-    auto* expected = hardware.get();
-    model.setHardware(hardware, true);
-    EXPECT_EQ(model.getHardware(), expected);
-    EXPECT_THAT(model.take(), ElementsAre("hardwareChanged"));
 }
 
 TEST_F(ProgramModelTest, OwnConfigurationIsMadeOnFirstUseAndStartsWithoutDevices)
@@ -259,10 +178,8 @@ TEST_F(ProgramModelTest, ExceptionInTheTestBodySwitchesTheOutputOff)
 
 TEST_F(ProgramModelTest, PowerOffDuringARunDisconnectsAtItsEnd)
 {
-    auto configuration = KesDevice::HardwareManager::create();
-    ASSERT_TRUE(configuration->getKestos().addKesto(
-        std::make_unique<KesDevice::Kesto>(*KesDevice::Kesto::Address::parse("127.0.0.1"))));
-    GlobalHardware global(std::move(configuration));
+    GlobalHardware global;
+    auto& kesto = global.addDevice();
     RecordingModel model;
     model.init();
     model.prepareHardware = [&] { return model.prepareRealHardware(); };
@@ -273,18 +190,15 @@ TEST_F(ProgramModelTest, PowerOffDuringARunDisconnectsAtItsEnd)
     };
     model.bodyDoor.close();
     auto& hardware = *model.getHardware();
-    ASSERT_FALSE(hardware.getKestos().empty());
     model._setCanProgramStart(true);
     ASSERT_TRUE(model.startTest());
     ASSERT_TRUE(waitFor([&] { return model.has("onStart"); }));
     EXPECT_TRUE(hardware.isOutputRunning());
     EXPECT_FALSE(model.getCanStart());
-    auto* kesto = hardware.getKestos().getItems().front();
-    EXPECT_TRUE(kesto->isConnected());
+    EXPECT_TRUE(kesto.isConnected());
     model.beginDisconnect();
     ASSERT_TRUE(waitFor([&] { return model.has("finished(true)"); }));
-    EXPECT_FALSE(kesto->isConnected());
-    EXPECT_FALSE(hardware.isOutputRunning());
+    EXPECT_FALSE(kesto.isConnected() || hardware.isOutputRunning());
 }
 
 TEST_F(ProgramModelTest, StopAndFaultAtOnceStopOnlyOnce)
@@ -309,55 +223,34 @@ TEST_F(ProgramModelTest, StopAndFaultAtOnceStopOnlyOnce)
     }
 }
 
-TEST_F(ProgramModelTest, ClosedArrivesOnTheGuiThread)
+TEST_F(ProgramModelTest, ClosedArrivesOnTheGuiThreadAndNotFromADeadModel)
 {
-    RecordingModel model;
-    model.init();
     std::thread::id closedOn;
-    model.signalClosed.connect([&] { closedOn = std::this_thread::get_id(); });
-    model.close();
-    ASSERT_TRUE(waitFor([&] { return model.has("closed"); }));
+    const auto close = [&] {
+        auto model = std::make_unique<RecordingModel>();
+        model->init();
+        model->signalClosed.connect([&] { closedOn = std::this_thread::get_id(); });
+        model->close();
+        return model;
+    };
+    close().reset();
+    runPendingEvents();
+    EXPECT_EQ(closedOn, std::thread::id());
+    const auto model = close();
+    ASSERT_TRUE(waitFor([&] { return model->has("closed"); }));
     EXPECT_EQ(closedOn, std::this_thread::get_id());
 }
 
-TEST_F(ProgramModelTest, DyingBeforeClosedIsDeliveredDropsIt)
-{
-    bool closed = false;
-    {
-        RecordingModel model;
-        model.init();
-        model.signalClosed.connect([&] { closed = true; });
-        model.close();
-    }
-    runPendingEvents();
-    EXPECT_FALSE(closed);
-}
-
-struct AvaryRow {
-    KesDriver::KesAvary avary;
-    lng::Language language;
-    const char* text;
-};
-
 TEST(AvaryMessageTest, NamesDeviceChannelAndKind)
 {
-    const std::vector<AvaryRow> rows{
-        {{3, 17, false, false, {}}, lng::English, "Fault KESTO-3 No. 00017"},
-        {{3, 17, true, false, {{"A", false, true, true}}},
-         lng::English,
-         "Fault KESTO-3 No. 00017\nConnection error\nA - Overheat\nA - Overload"},
-        {{3, 17, false, true, {{"", true, true, true}, {"UB", false, false, false}}},
-         lng::English,
-         "Fault KESTO-3 No. 00017\nQuick shutdown\n??? - \xD0\xA1hannel is disconnected\n??? - Overheat\n"
-         "??? - Overload"},
-        {{3, 17, true, true, {{"IA", true, false, false}}},
-         lng::Russian,
-         "Авария КЕСТО-3 № 00017\nОшибка связи\nОперативное отключение\nIA - Канал отключен"},
-    };
-    for (auto row : rows) {
-        lng::language = row.language;
-        EXPECT_EQ(KesProgram::_createAvaryMessage(row.avary), row.text);
-    }
+    KesDriver::KesAvary avary{3, 17, true, true, {{"", true, true, true}, {"UB", false, false, false}}};
+    EXPECT_EQ(KesProgram::_createAvaryMessage(avary),
+              "Fault KESTO-3 No. 00017\nConnection error\nQuick shutdown\n"
+              "??? - \xD0\xA1hannel is disconnected\n??? - Overheat\n??? - Overload");
+    lng::language = lng::Russian;
+    avary.channels = {{"IA", true, false, false}};
+    EXPECT_EQ(KesProgram::_createAvaryMessage(avary),
+              "Авария КЕСТО-3 № 00017\nОшибка связи\nОперативное отключение\nIA - Канал отключен");
     lng::language = lng::English;
 }
 

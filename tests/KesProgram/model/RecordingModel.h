@@ -4,32 +4,51 @@
 
 #include <KesProgram/model/ProgramModel.h>
 
-#include <condition_variable>
+#include <atomic>
+#include <chrono>
 #include <functional>
-#include <mutex>
+#include <thread>
 
 namespace KesTest {
 
 /// A door that a worker thread waits at until the test opens it.
 class Door {
 public:
-    void open();
-    void close();
+    void open() { _open = true; }
+    void close() { _open = false; }
     /// Returns when the door is open or the predicate holds.
-    void waitUntilOpenOr(const std::function<bool()>& predicate);
+    void waitUntilOpenOr(const std::function<bool()>& predicate = [] { return false; })
+    {
+        while (!_open && !predicate())
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
 
 private:
-    std::mutex _mutex;
-    std::condition_variable _condition;
-    bool _open = true;
+    std::atomic<bool> _open{true};
 };
 
 /// A model that writes down, in order, every hook that is called and every signal that it emits, and whose
 /// run can be held at its two long steps.
 class RecordingModel : public KesProgram::ProgramModel, public Record {
 public:
-    RecordingModel();
-    ~RecordingModel() override;
+    RecordingModel()
+    {
+        signalHardwareChanged.connect([this] { write("hardwareChanged"); });
+        signalCanStartChanged.connect([this] { write("canStart"); });
+        signalCanStopChanged.connect([this] { write("canStop"); });
+        signalRunningChanged.connect([this] { write("running"); });
+        signalFinished.connect(
+            [this](bool started) { write(started ? "finished(true)" : "finished(false)"); });
+        signalMessage.connect([this](const std::string& text) { write("message: " + text); });
+        signalStateChanged.connect([this] { write("state"); });
+        signalClosing.connect([this] { write("closing"); });
+        signalClosed.connect([this] { write("closed"); });
+    }
+    ~RecordingModel() override
+    {
+        prepareDoor.open();
+        bodyDoor.open();
+    }
 
     /// Holds the start thread while it prepares the hardware.
     Door prepareDoor;
@@ -40,13 +59,9 @@ public:
     std::function<void(RecordingModel&)> body;
     std::function<bool()> prepareHardware;
 
-    using ProgramModel::_createProgramHardwareManager;
     using ProgramModel::_finish;
-    using ProgramModel::_getProgrammCacheDirectory;
-    using ProgramModel::_onHardwareStatusChanged;
     using ProgramModel::_setCanProgramStart;
     using ProgramModel::_setCanProgramStop;
-    using ProgramModel::_setState;
 
     /// What the base class does to prepare the hardware.
     bool prepareRealHardware() { return ProgramModel::_onPrepareHardware(); }
@@ -55,13 +70,36 @@ public:
     KesProgram::RunVerdict getRunVerdict() override { return KesProgram::RunVerdict::None; }
 
 protected:
-    bool _onPrepareStart() override;
-    bool _onPrepareHardware() override;
-    void _onStart() override;
-    void _onStop() override;
-    void _onFinishHardware() override;
-    void _onFinished() override;
-    void _onClosing() override;
+    bool _onPrepareStart() override
+    {
+        write("onPrepareStart");
+        return prepareStartAnswer;
+    }
+    bool _onPrepareHardware() override
+    {
+        write("onPrepareHardware");
+        prepareDoor.waitUntilOpenOr();
+        return prepareHardware ? prepareHardware() : true;
+    }
+    void _onStart() override
+    {
+        write("onStart");
+        _setState("busy");
+        if (body) {
+            body(*this);
+            return;
+        }
+        bodyDoor.waitUntilOpenOr();
+        _finish();
+    }
+    void _onStop() override { write("onStop"); }
+    void _onFinishHardware() override
+    {
+        write("onFinishHardware");
+        ProgramModel::_onFinishHardware();
+    }
+    void _onFinished() override { write("onFinished"); }
+    void _onClosing() override { write("onClosing"); }
 };
 
 } // namespace KesTest

@@ -7,8 +7,6 @@
 
 #include <KesDriver/KesAvary.h>
 
-#include <gmock/gmock.h>
-
 #include <thread>
 
 namespace KesTest {
@@ -34,8 +32,8 @@ Entries operator+(Entries a, const Entries& b)
 /// The rest of a start that goes through to the end of its test body.
 const Entries runs{"canStop", "running", "onStart", "state"};
 const Entries ends{"onFinishHardware", "onFinished", "state", "canStart", "finished(true)"};
-const Entries endsRunning{"onFinishHardware", "onFinished", "state", "canStart", "canStop", "running",
-                          "finished(true)"};
+const Entries endsRunning{"onFinishHardware", "onFinished", "state",         "canStart",
+                          "canStop",          "running",    "finished(true)"};
 const Entries failsToStart{"onFinishHardware", "onFinished", "canStart", "finished(false)"};
 
 struct Row {
@@ -90,13 +88,27 @@ void RunSequence::reportFault(bool lost)
 void RunSequence::perform(Event event)
 {
     switch (event) {
-    case Event::Start: EXPECT_EQ(model.startTest(), GetParam().phase == Phase::Idle); break;
-    case Event::Stop: model.stopTest(); break;
-    case Event::Disconnect: model.beginDisconnect(); break;
-    case Event::Fault: reportFault(false); break;
-    case Event::LostDevice: reportFault(true); break;
-    case Event::Close: model.close(); break;
-    case Event::Finish: model.bodyDoor.open(); break;
+    case Event::Start:
+        EXPECT_EQ(model.startTest(), GetParam().phase == Phase::Idle);
+        break;
+    case Event::Stop:
+        model.stopTest();
+        break;
+    case Event::Disconnect:
+        model.beginDisconnect();
+        break;
+    case Event::Fault:
+        reportFault(false);
+        break;
+    case Event::LostDevice:
+        reportFault(true);
+        break;
+    case Event::Close:
+        model.close();
+        break;
+    case Event::Finish:
+        model.bodyDoor.open();
+        break;
     }
 }
 

@@ -6,8 +6,6 @@
 #include <KesProgram/shell/FileToolbarPresenter.h>
 #include <KesProgram/shell/HardwareControlToolbarPresenter.h>
 
-#include <gtkmm.h>
-
 namespace KesTest {
 
 namespace {

@@ -5,8 +5,6 @@
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
-#include <gmock/gmock.h>
-
 #include <thread>
 
 namespace KesTest {

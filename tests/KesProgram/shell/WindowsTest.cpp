@@ -2,8 +2,6 @@
 
 #include <KesCommon/DesktopOpener.h>
 
-#include <gtkmm.h>
-
 namespace KesTest {
 
 namespace {

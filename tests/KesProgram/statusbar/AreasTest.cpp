@@ -1,61 +1,65 @@
 #include "StatusBarTest.h"
 
-#include <KesProgram/archive/ArchiveManager.h>
-#include <KesProgram/statusbar/StatusBarFilePresenter.h>
+#include <KesProgram/statusbar/StatusBarHardwareKestoStatePresenter.h>
 #include <KesProgram/statusbar/StatusBarInfoPresenter.h>
-
-#include <gtkmm/label.h>
 
 namespace KesTest {
 
 namespace {
 
-class AreasTest : public StatusBarTest {
-protected:
-    static std::string lastText(Kes::IPresenter& presenter)
-    {
-        const auto labels = findWidgets<Gtk::Label>(dynamic_cast<Gtk::Widget&>(*presenter.getView()));
-        return labels.back()->get_text();
-    }
-
-    StatusModel model;
-};
-
-TEST_F(AreasTest, FileAreaFollowsTheArchive)
-{
-    model.extension = "???";
-    model.init();
-    KesProgram::StatusBarFilePresenter area(model);
-    EXPECT_EQ(lastText(area), "[New].???");
-    const std::string file = home.file("\xd0\xb0 b.abc");
-    ASSERT_TRUE(model.getArchiveManager()->saveAs(file));
-    EXPECT_EQ(lastText(area), file);
-    model.getArchiveManager()->create("");
-    EXPECT_EQ(lastText(area), "[New].???");
-
-    model.extension = "";
-    KesProgram::StatusBarFilePresenter blank(model);
-    EXPECT_EQ(lastText(blank), "") << "without archive logic";
-}
+class AreasTest : public StatusBarTest {};
 
 TEST_F(AreasTest, InfoAreaShowsTheStateOfWhicheverThread)
 {
+    StatusModel model;
     model._setState("before");
     auto area = std::make_unique<KesProgram::StatusBarInfoPresenter>(model);
-    EXPECT_EQ(lastText(*area), "before");
-    const auto setElsewhere = [this](const char* text) {
-        std::thread([&] { model._setState(text); }).join();
-    };
+    auto& label = *findWidgets<Gtk::Label>(dynamic_cast<Gtk::Widget&>(*area->getView())).back();
+    EXPECT_EQ(label.get_text(), "before");
+    const auto setElsewhere = [&](const char* text) { std::thread([&] { model._setState(text); }).join(); };
     setElsewhere("Point 3 of 8");
-    EXPECT_EQ(lastText(*area), "before") << "the widget was touched on another thread";
-    EXPECT_TRUE(waitFor([&] { return lastText(*area) == "Point 3 of 8"; }));
+    EXPECT_EQ(label.get_text(), "before") << "the widget was touched on another thread";
+    EXPECT_TRUE(waitFor([&] { return label.get_text() == "Point 3 of 8"; }));
     setElsewhere("overtaken");
-    model._setState("end");
+    model._setState("broken \xff text");
     runPendingEvents();
-    EXPECT_EQ(lastText(*area), "end");
+    EXPECT_TRUE(label.get_text().validate());
+    EXPECT_EQ(label.get_text().substr(0, 7), "broken ");
     setElsewhere("too late");
     area.reset();
     runPendingEvents();
+}
+
+TEST_F(AreasTest, StateOfADeviceHasThreeVerdicts)
+{
+    using State = Kes::Nullable<std::string>;
+    KesDevice::Kesto kesto(KesDevice::Kesto::Address({192, 168, 0, 17}));
+    KesProgram::StatusBarHardwareKestoStatePresenter presenter(kesto);
+    auto& label = dynamic_cast<Gtk::Label&>(*presenter.getView());
+    EXPECT_EQ(label.get_text(), "192.168.0.17");
+    const auto style = label.get_style_context();
+    /// The tooltip, and whether the state is an error or undefined.
+    const auto shown = [&] {
+        return std::tuple<std::string, bool, bool>(label.get_tooltip_text(), style->has_class("stateError"),
+                                                   style->has_class("stateUndefined"));
+    };
+    const std::tuple unknown("", false, true);
+    const std::tuple valid("Ready for operation", false, false);
+    const std::tuple invalid("No cooling", true, false);
+    EXPECT_EQ(shown(), unknown);
+    for (const auto& [state, expected] :
+         {std::pair(State("No cooling"), invalid), {State(""), valid}, {State(), unknown}}) {
+        const auto before = shown();
+        std::thread([&] { kesto.signalOperationErrorChanged.emit(state); }).join();
+        EXPECT_EQ(shown(), before) << "the widget was touched on the device's thread";
+        EXPECT_TRUE(waitFor([&] { return shown() == expected; }));
+    }
+    // At once on the GUI thread, and not overtaken by what is still queued.
+    std::thread([&] { kesto.signalOperationErrorChanged.emit(State()); }).join();
+    kesto.signalOperationErrorChanged.emit(State(""));
+    EXPECT_EQ(shown(), valid);
+    runPendingEvents();
+    EXPECT_EQ(shown(), valid);
 }
 
 } // namespace

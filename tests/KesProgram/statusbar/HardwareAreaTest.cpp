@@ -4,9 +4,6 @@
 #include <KesProgram/views/StatusBarHardwareKestoStateView.h>
 #include <KesProgram/views/StatusBarSyncView.h>
 
-#include <gmock/gmock.h>
-#include <gtkmm/window.h>
-
 namespace KesTest {
 
 namespace {

@@ -67,17 +67,6 @@ TEST(Conversion, ReadsARectangleOfFourItems)
     }
 }
 
-TEST(Conversion, SplitsAListAndPutsZeroForWhatIsNoNumber)
-{
-    const std::pair<const char*, std::vector<float>> cases[] = {
-        {"1;;3", {1, 0, 3}}, {";5", {0, 5}},    {"1;2;", {1, 2, 0}},
-        {" 2;3 ", {2, 0}},   {"x", {0}},        {"", {0}},
-        {";", {0, 0}},       {"1\n;2", {0, 2}}, {"inf;-inf", {infinity, -infinity}}};
-    for (const auto& [text, values] : cases)
-        EXPECT_EQ(Kes::splitConvert<float>(text, ';'), values) << text;
-    EXPECT_EQ(Kes::splitConvert<float>("1,5", ','), (std::vector<float>{1, 5}));
-}
-
 TEST(Conversion, ReadsOneWholeNumber)
 {
     const GroupingLocale locale;
@@ -103,21 +92,6 @@ TEST(Conversion, ReadsOneWholeNumber)
         EXPECT_FALSE((Kes::tryConvert<float, true>(text, read))) << text;
         EXPECT_EQ(read, 42) << text;
     }
-}
-
-TEST(Conversion, FindsASpecialValueAtAPosition)
-{
-    const std::string text = "x=-infinity;nan-";
-    const std::pair<unsigned long long, unsigned long long> cases[] = {
-        {0, 0}, {1, 1}, {2, 11}, {3, 11}, {12, 15}, {15, 15}, {16, 16}, {99, 99}};
-    for (const auto& [position, end] : cases) {
-        double value = 42;
-        EXPECT_EQ(Kes::tryExtractSpecialFloating<double>(text, position, value), end);
-        EXPECT_EQ(value == 42, position == end) << position;
-    }
-    double value = 0;
-    EXPECT_EQ(Kes::tryExtractSpecialFloating<double>("infinit", 0, value), 3u);
-    EXPECT_EQ(value, infinity);
 }
 
 } // namespace

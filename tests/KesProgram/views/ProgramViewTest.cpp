@@ -1,25 +1,15 @@
-#include "ViewDoubles.h"
+#include "support/GuiTest.h"
 
 #include <KesCommonView/StyleZoomHelper.h>
 #include <KesProgram/views/ProgramView.h>
-
-#include <gdk/gdkkeysyms.h>
-
-#include <typeinfo>
 
 namespace {
 
 using namespace KesTest;
 using KesView::StyleZoomHelper;
 
-struct OpenProgramView : KesProgram::ProgramView {
-    using ProgramView::_onClose;
-};
-
 class ProgramViewTest : public GuiTest {
 protected:
-    Gtk::Grid& layout() { return dynamic_cast<Gtk::Grid&>(*window.get_child()); }
-
     void show()
     {
         window.open(nullptr, false);
@@ -27,54 +17,8 @@ protected:
         runPendingEvents();
     }
 
-    OpenProgramView window;
+    KesProgram::ProgramView window;
 };
-
-TEST_F(ProgramViewTest, ReplacesHeaderAndContent)
-{
-    auto first = std::make_unique<LabelView>();
-    LabelView second, third;
-    NoWidgetView none;
-    window.setHeader(*first);
-    first.reset();
-    window.setHeader(third);
-    EXPECT_EQ(layout().get_child_at(0, 0), &third) << "after a header that died in its place";
-    window.setHeader(none);
-    EXPECT_EQ(layout().get_child_at(0, 0), nullptr);
-    window.setContent(second);
-    window.setContent(third);
-    EXPECT_EQ(second.get_parent(), nullptr);
-    EXPECT_NE(third.get_parent(), nullptr);
-    EXPECT_THROW(window.setContent(none), std::bad_cast);
-}
-
-TEST_F(ProgramViewTest, ClosingSignalDecides)
-{
-    window.close();
-    runPendingEvents();
-    show();
-    EXPECT_TRUE(window.get_visible()) << "never shown, nothing to close";
-    window.close();
-    EXPECT_TRUE(window.get_visible()) << "closing is asked for from the main loop";
-    EXPECT_TRUE(waitFor([this] { return !window.get_visible(); })) << "nobody keeps it open";
-
-    int asked = 0;
-    window.signalClosing.connect([&] { return ++asked, false; });
-    sigc::connection refusing = window.signalClosing.connect([&] { return ++asked, true; });
-    show();
-    window.close();
-    EXPECT_TRUE(waitFor([&] { return asked == 2; }));
-    runPendingEvents();
-    EXPECT_TRUE(window.get_visible()) << "the slot connected last keeps it open";
-
-    refusing.disconnect();
-    GdkEventAny event{GDK_DESTROY, nullptr, 0};
-    EXPECT_TRUE(window._onClose(&event)) << "no delete event";
-    EXPECT_EQ(asked, 2);
-    window.close();
-    EXPECT_TRUE(waitFor([this] { return !window.get_visible(); }));
-    EXPECT_EQ(asked, 3);
-}
 
 TEST_F(ProgramViewTest, KeypadZooms)
 {

@@ -1,4 +1,4 @@
-#include "ViewDoubles.h"
+#include "support/GuiTest.h"
 
 #include <KesCommonView/CollectionBoxView.h>
 #include <KesProgram/views/StatusBarFileView.h>
@@ -48,29 +48,6 @@ TEST_F(StatusBarViewsTest, StatusAreasAreAnnounced)
     EXPECT_EQ(info.get_accessible()->get_name(), "Point 3 of 8");
     EXPECT_EQ(file.get_accessible()->get_name(), "File: a.kar");
     EXPECT_EQ(changes, 2);
-}
-
-TEST_F(StatusBarViewsTest, InfoMayBeSetFromAnyThread)
-{
-    auto view = std::make_unique<KesProgram::StatusBarInfoView>();
-    auto* label = labels(*view).front();
-    view->setInfo("готово");
-    const auto setElsewhere = [&](const char* text) { std::thread([&] { view->setInfo(text); }).join(); };
-    setElsewhere("first");
-    setElsewhere("second");
-    EXPECT_EQ(label->get_text(), "готово");
-    EXPECT_TRUE(waitFor([&] { return label->get_text() == "second"; }));
-
-    setElsewhere("late");
-    view->setInfo("latest");
-    runPendingEvents();
-    EXPECT_EQ(label->get_text(), "latest");
-    view->setInfo("broken \xff text");
-    EXPECT_TRUE(label->get_text().validate());
-
-    setElsewhere("too late");
-    view.reset();
-    runPendingEvents();
 }
 
 TEST_F(StatusBarViewsTest, ALongPathDoesNotMakeTheWindowWider)

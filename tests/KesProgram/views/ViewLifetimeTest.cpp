@@ -1,4 +1,4 @@
-#include "ViewDoubles.h"
+#include "support/GuiTest.h"
 
 #include <KesCommonView/CollectionBoxView.h>
 #include <KesProgram/views/FileMenuView.h>
