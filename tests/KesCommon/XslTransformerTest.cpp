@@ -4,7 +4,6 @@
 #include "support/TemporaryHome.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <giomm/init.h>
@@ -103,6 +102,18 @@ TEST_F(XslTransformerTest, anExternalEntityIsNotRead)
     const auto external = "<!DOCTYPE r [<!ENTITY e SYSTEM 'file://" + home.file("secret") + "'>]><r>a&e;</r>";
     transform(external, "<xsl:value-of select='r'/>");
     EXPECT_THAT(readFile(output), testing::Not(HasSubstr("secret")));
+}
+
+TEST_F(XslTransformerTest, anEntityBombNeitherHangsNorFillsTheMemory)
+{
+    std::string bomb = "<!DOCTYPE r [<!ENTITY e0 'ha'>";
+    for (int i = 1; i < 30; ++i) {
+        const auto inner = "&e" + std::to_string(i - 1) + ";";
+        bomb += "<!ENTITY e" + std::to_string(i) + " '" + inner + inner + inner + inner + "'>";
+    }
+    bomb += "]><r>&e29;</r>";
+    EXPECT_FALSE(transform(bomb, "<xsl:value-of select='r'/>"));
+    EXPECT_FALSE(std::filesystem::exists(output));
 }
 
 TEST_F(XslTransformerTest, nothingIsFetchedFromTheNetwork)

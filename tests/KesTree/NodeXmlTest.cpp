@@ -79,6 +79,11 @@ TEST(NodeXmlTest, ReadsBackEveryValue)
 
 TEST(NodeXmlTest, DamageIsRefusedAndChangesNothing)
 {
+    std::string deep, ends;
+    for (int i = 0; i < 300000; ++i) {
+        deep += "<group id=\"root\">";
+        ends += "</group>";
+    }
     const std::string bomb =
         R"(<!DOCTYPE tree [<!ENTITY a "aaaaaaaaaa"><!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;">]>)";
     const struct {
@@ -96,6 +101,7 @@ TEST(NodeXmlTest, DamageIsRefusedAndChangesNothing)
         {"out of range", replaced(written(), "0.1", "10.5"), "Number: 10.5 A is outside the range 0 … 10 A"},
         {"choice", replaced(written(), ">2<", ">3<"), "no choice with this number"},
         {"document type", replaced(written(), "<tree", bomb + "<tree"), "not those of a test object"},
+        {"deep", "<tree version=\"1\">" + deep + ends + "</tree>", "not well-formed"},
         {"huge", std::string(std::size_t{17} << 20, ' '), "not those of a test object"},
     };
     for (const auto& [name, xml, text] : cases) {

@@ -13,7 +13,6 @@
 #include <sstream>
 
 using namespace Overcurrent;
-using testing::HasSubstr;
 namespace ArchiveHelper = KesProgram::ArchiveHelper;
 namespace Nodes = KesTree::RelayNodes;
 
@@ -119,6 +118,8 @@ TEST(OvercurrentArchiveTest, RefusesWhatIsMissingOrMakesNoSense)
         {"plan.xml", "<?xml", "<!DOCTYPE plan [<!ENTITY a \"b\">]><?xml"},
         {"test-results.xml", "microseconds=\"10234567\"", "microseconds=\"999999999999\""},
         {"test-results.xml", "curve=\"standardInverse\"", "curve=\"straight\""},
+        // Such a relay takes longer than the plan waits.
+        {"test-results.xml", "timeMultiplier=\"1\"", "timeMultiplier=\"9\""},
     };
     const auto whole = entriesOf(someArchive());
     for (const auto& test : cases) {
@@ -199,4 +200,16 @@ TEST(OvercurrentModelArchiveTest, LoadsAllOrNothing)
     EXPECT_EQ(textOf(*model.getDataStream()), before);
     std::stringstream nothing("anything else");
     EXPECT_FALSE(model.setDataStream(nothing, true));
+}
+
+TEST(OvercurrentModelArchiveTest, ResultsOfOtherSettingsAreNotTakenForThoseOfTheFile)
+{
+    OvercurrentModel model;
+    auto archive = someArchive();
+    ASSERT_TRUE(model.setDataStream(*archive.pack(), false));
+    EXPECT_EQ(model.getResults()->settings.settingCurrent, 0.75);
+    EXPECT_TRUE(model.isResultStale());
+    archive.results->settings = model.getSettings();
+    archive.results->plan.multiples = {2.0, 3.1, 6.0};
+    EXPECT_FALSE(OvercurrentArchive::read(*archive.pack())) << "points of another plan";
 }

@@ -65,6 +65,10 @@ TEST(ArchiveFormat, DamageYieldsWhatIsDocumented)
         damaged[position] ^= 1;
         EXPECT_EQ(Archives::unpack(damaged), expected) << damage;
     }
+    auto twice = Archives::pack({{"name 1", "earlier"}, {"name 2", "later"}});
+    for (std::size_t at = 0; (at = twice.find("name 2", at)) != std::string::npos;)
+        twice[at + 5] = '1';
+    EXPECT_EQ(Archives::unpack(twice), (Contents{{"name 1", "later"}}));
 }
 
 } // namespace

@@ -60,6 +60,19 @@ TEST(HostileArchive, BombsAreUnpackedUpToTheLimitAndThenRefused)
     EXPECT_TRUE(Archives::unpack(bomb, false).empty());
 }
 
+TEST(HostileArchive, NoiseAndArchivesWithNoiseInThemEndInAResult)
+{
+    const auto whole = Archives::pack({{"a", noise(300, 1)}, {"b", "text"}}).substr(0, 900);
+    const auto start = ArchiveHelper::PREFIX.size();
+    for (unsigned seed = 0; seed < 3000; ++seed) {
+        auto bytes = seed % 3 == 0 ? ArchiveHelper::PREFIX + noise(seed % 500 + 1, seed) : whole;
+        std::mt19937 random(seed);
+        for (unsigned changes = seed % 3 * 4; changes > 0; --changes)
+            bytes[start + random() % (whole.size() - start)] = static_cast<char>(random());
+        EXPECT_LE(Archives::unpack(bytes).size(), 2u) << seed;
+    }
+}
+
 TEST(HostileArchive, WhatCouldNotBeOpenedIsNotPacked)
 {
     ArchiveHelper::DataMap data;
