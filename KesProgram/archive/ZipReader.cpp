@@ -30,8 +30,8 @@ public:
     Source(std::streambuf& in, std::streamoff begin, std::streamoff end)
         : _in(in),
           _begin(begin),
-          _size(end - begin + missing),
-          _toRead(16 * std::min(_size, largestSize) + (1 << 20))
+          _size(std::min<std::int64_t>(end - begin, largestSize) + missing),
+          _toRead(16 * _size + (1 << 20))
     {}
 
     std::int64_t getSize() const { return _size; }
@@ -176,8 +176,7 @@ std::size_t ZipReader::_expectedSize() const
     if (!archive_entry_size_is_set(_entry))
         return blockSize;
     const std::int64_t claimed = archive_entry_size(_entry);
-    const auto possible = std::min(1100 * std::min(_source->getSize(), largestSize),
-                                   static_cast<std::int64_t>(_budget.getLeft()));
+    const auto possible = std::min(1100 * _source->getSize(), static_cast<std::int64_t>(_budget.getLeft()));
     return static_cast<std::size_t>(std::clamp<std::int64_t>(claimed, 0, possible)) + blockSize;
 }
 

@@ -6,6 +6,8 @@
 #include <KesProgram/archive/DataFormatError.h>
 #include <KesProgram/archive/FileAccessError.h>
 
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <iterator>
 #include <sstream>
@@ -93,7 +95,10 @@ TEST_F(ArchiveManagerTest, OpenNamesTheFileBeforeItReadsIt)
     EXPECT_EQ(_data, "good repaired");
     _manager->create("");
     EXPECT_EQ(_takeEvents(), (Texts{"name=" + path, "load", "repair", "new ", "name="}));
-    EXPECT_TRUE(failedWith<DataFormatError>(_manager->open(_home.getPath().string(), false)));
+    const auto pipe = _home.file("pipe.abc");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const auto& noFile : {pipe, _home.getPath().string()})
+        EXPECT_TRUE(failedWith<FileAccessError>(_manager->open(noFile, false)));
 }
 
 TEST_F(ArchiveManagerTest, SaveWritesTheBytesAndKeepsTheNameWhenItCannotOpen)
