@@ -173,9 +173,9 @@ void ProgramModel::close()
     }
     if (wasRunning) {
         _emitRunningChanged();
-        _onStop();
+        _runHook(&ProgramModel::_onStop);
     }
-    _onClosing();
+    _runHook(&ProgramModel::_onClosing);
     signalClosing.emit();
     _shutdownThread = std::thread(&ProgramModel::_shutdown, this);
 }

@@ -206,7 +206,10 @@ private:
     KesDevice::HardwareManager* _getLocalHardware() const;
     bool _enterRunning();
     bool _prepareHardwareSafely();
-    void _runSafely();
+    /// False, with the text as a message, when the hook has thrown: no hook may break a run off half-way or
+    /// end the process from a thread.
+    bool _runHook(void (ProgramModel::*hook)());
+    void _disconnectOnRequest();
     bool _stopRunning();
     bool _report(const Kes::Result& result);
     void _emitRunningChanged();

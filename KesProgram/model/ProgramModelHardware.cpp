@@ -157,8 +157,7 @@ void ProgramModel::_onFinishHardware()
 {
     auto& hardware = *getHardware();
     _report(hardware.stopWorkingMode());
-    if (_stopRequested.exchange(false))
-        _report(hardware.disconnect());
+    _disconnectOnRequest();
 }
 
 bool ProgramModel::_report(const Kes::Result& result)

@@ -14,7 +14,7 @@ bool ProgramModel::getCanStart()
 
 bool ProgramModel::startTest()
 {
-    if (!getCanStart())
+    if (_closing || !getCanStart())
         return false;
     _setCanProgramStart(false);
     _setCanProgramStop(false);
@@ -22,9 +22,14 @@ bool ProgramModel::startTest()
     // The shutdown thread then looks at the start thread, so that no new one is made any more.
     std::thread previous = std::move(_startThread);
     Kes::ThreadHelper::join(previous);
-    if (_onPrepareStart() && !_closing) {
-        _startThread = std::thread(&ProgramModel::_startWorkingModeAndStarted, this);
-        return true;
+    try {
+        if (_onPrepareStart() && !_closing) {
+            _startThread = std::thread(&ProgramModel::_startWorkingModeAndStarted, this);
+            return true;
+        }
+    } catch (...) {
+        _setCanProgramStart(true);
+        throw;
     }
     _setCanProgramStart(true);
     return false;
@@ -40,9 +45,18 @@ void ProgramModel::beginDisconnect()
     if (_outputStarted) {
         _stopRequested = true;
         _stopRunning();
+        // The run may have ended meanwhile, past the place where it looks at the request.
+        if (!_outputStarted)
+            _disconnectOnRequest();
         return;
     }
     _report(getHardware()->disconnect());
+}
+
+void ProgramModel::_disconnectOnRequest()
+{
+    if (_stopRequested.exchange(false))
+        _report(getHardware()->disconnect());
 }
 
 void ProgramModel::_startWorkingModeAndStarted()
@@ -53,7 +67,11 @@ void ProgramModel::_startWorkingModeAndStarted()
         return;
     }
     _outputStarted = true;
-    _runSafely();
+    // The outputs must not stay on because a test body failed.
+    if (!_runHook(&ProgramModel::_onStart) && _outputStarted) {
+        _stopRunning();
+        _finish();
+    }
 }
 
 bool ProgramModel::_prepareHardwareSafely()
@@ -80,29 +98,28 @@ bool ProgramModel::_enterRunning()
     return true;
 }
 
-void ProgramModel::_runSafely()
+bool ProgramModel::_runHook(void (ProgramModel::*hook)())
 {
     try {
-        _onStart();
+        (this->*hook)();
+        return true;
     } catch (...) {
-        // The outputs must not stay on because a test body failed.
         signalMessage.emit(Kes::getCurrentExceptionText());
-        if (_outputStarted) {
-            _stopRunning();
-            _finish();
-        }
+        return false;
     }
 }
 
 void ProgramModel::_finish()
 {
-    _onFinishHardware();
-    _onFinished();
+    _runHook(&ProgramModel::_onFinishHardware);
+    _runHook(&ProgramModel::_onFinished);
     _setState({});
     _setCanProgramStart(true);
     _setCanProgramStop(false);
     signalFinished.emit(_outputStarted);
     _outputStarted = false;
+    // A request that came too late for the hook: it must not wait for the next run.
+    _disconnectOnRequest();
 }
 
 void ProgramModel::_setCanProgramStart(bool canStart)
@@ -123,7 +140,7 @@ bool ProgramModel::_stopRunning()
     if (!_running.exchange(false))
         return false;
     _emitRunningChanged();
-    _onStop();
+    _runHook(&ProgramModel::_onStop);
     return true;
 }
 

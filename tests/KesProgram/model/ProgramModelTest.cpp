@@ -24,6 +24,22 @@ protected:
     }
 };
 
+/// Every hook of a run fails.
+class FailingModel : public RecordingModel {
+public:
+    bool failsToPrepare = true;
+
+protected:
+    bool _onPrepareStart() override
+    {
+        return std::exchange(failsToPrepare, false) ? throw std::runtime_error("prepare") : true;
+    }
+    void _onStop() override { throw std::runtime_error("stop"); }
+    void _onFinishHardware() override { throw std::runtime_error("finish hardware"); }
+    void _onFinished() override { throw std::runtime_error("finished"); }
+    void _onClosing() override { throw std::runtime_error("closing"); }
+};
+
 class LocalModel : public RecordingModel {
 public:
     bool usesLocalHardware() override { return true; }
@@ -176,6 +192,25 @@ TEST_F(ProgramModelTest, ExceptionInTheTestBodySwitchesTheOutputOff)
     }
 }
 
+TEST_F(ProgramModelTest, FailingHooksBecomeMessagesAndBreakNothingOff)
+{
+    FailingModel model;
+    model._setCanProgramStart(true);
+    EXPECT_THROW(model.startTest(), std::runtime_error);
+    EXPECT_TRUE(model.getCanStart());
+    model.bodyDoor.close();
+    ASSERT_TRUE(model.startTest());
+    ASSERT_TRUE(waitFor([&] { return model.isRunning(); }));
+    model.stopTest();
+    model.bodyDoor.open();
+    ASSERT_TRUE(waitFor([&] { return model.has("finished(true)"); }));
+    model.close();
+    ASSERT_TRUE(waitFor([&] { return model.has("closed"); }));
+    for (const char* hook : {"stop", "finish hardware", "finished", "closing"})
+        EXPECT_TRUE(model.has(std::string("message: ") + hook)) << hook;
+    EXPECT_FALSE(model.startTest());
+}
+
 TEST_F(ProgramModelTest, PowerOffDuringARunDisconnectsAtItsEnd)
 {
     GlobalHardware global;
@@ -199,6 +234,14 @@ TEST_F(ProgramModelTest, PowerOffDuringARunDisconnectsAtItsEnd)
     model.beginDisconnect();
     ASSERT_TRUE(waitFor([&] { return model.has("finished(true)"); }));
     EXPECT_FALSE(kesto.isConnected() || hardware.isOutputRunning());
+
+    // The request comes when the run has looked at requests for the last time.
+    model.signalFinished.connect([&](bool) { model.beginDisconnect(); });
+    model.bodyDoor.open();
+    model.take();
+    ASSERT_TRUE(model.startTest());
+    ASSERT_TRUE(waitFor([&] { return model.has("finished(true)"); }));
+    EXPECT_TRUE(waitFor([&] { return !kesto.isConnected(); }));
 }
 
 TEST_F(ProgramModelTest, StopAndFaultAtOnceStopOnlyOnce)
