@@ -19,6 +19,7 @@ ProgramView::ProgramView() : _rectangle(*this)
 
     signal_key_press_event().connect(sigc::mem_fun(*this, &ProgramView::_onKeyPress), false);
     get_style_context()->add_class("Window");
+    KesView::StyleZoomHelper::signalZoomed().connect(sigc::mem_fun(*this, &ProgramView::_onZoomed));
     signal_delete_event().connect(sigc::mem_fun(*this, &ProgramView::_onClose));
 
     _content.get_style_context()->add_class("WindowContent");
@@ -99,6 +100,8 @@ bool ProgramView::_onKeyPress(GdkEventKey* event)
 {
     if (event->state != GDK_CONTROL_MASK)
         return false;
+    if (KesView::StyleZoomHelper::getZoom() == 100)
+        get_size(_width, _height);
     switch (event->keyval) {
     case GDK_KEY_KP_Add:
         KesView::StyleZoomHelper::zoomIn();
@@ -113,6 +116,12 @@ bool ProgramView::_onKeyPress(GdkEventKey* event)
         break;
     }
     return false;
+}
+
+void ProgramView::_onZoomed()
+{
+    if (KesView::StyleZoomHelper::getZoom() == 100 && _width > 0)
+        resize(_width, _height);
 }
 
 void ProgramView::_moveToParentCenter(Gtk::Window& parent)

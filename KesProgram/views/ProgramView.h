@@ -32,10 +32,14 @@ protected:
 
 private:
     bool _onKeyPress(GdkEventKey* event);
+    void _onZoomed();
 
     Gtk::Grid _layout;
     Gtk::Widget* _header = nullptr;
     Gtk::Frame _content;
+    /// The size before zooming, which may have made the window larger.
+    int _width = 0;
+    int _height = 0;
     Kes::WindowRectangleManager _rectangle;
 };
 

@@ -1,5 +1,6 @@
 #include <KesCommonView/StyleZoomHelper.h>
 
+#include <glibmm/main.h>
 #include <gtkmm/settings.h>
 
 #include <algorithm>
@@ -17,16 +18,19 @@ constexpr int normal = 100;
 constexpr int usualResolution = 96 * 1024;
 
 int zoom = normal;
+/// What the screen shows.
+int applied = normal;
+sigc::connection applying;
 /// The desktop's own setting, kept while another zoom is on; not above zero when it has none.
 int desktopResolution = 0;
 
 /// Text sizes, and with them all lengths in em, follow the resolution of the screen.
-void setZoom(int percent)
+bool apply()
 {
-    const int previous = std::exchange(zoom, std::clamp(percent, minimum, maximum));
+    const int previous = std::exchange(applied, zoom);
     const auto settings = Gtk::Settings::get_default();
     if (!settings || zoom == previous)
-        return;
+        return false;
     auto resolution = settings->property_gtk_xft_dpi();
     if (previous == normal)
         desktopResolution = resolution.get_value();
@@ -38,6 +42,16 @@ void setZoom(int percent)
         const int base = desktopResolution > 0 ? desktopResolution : usualResolution;
         resolution.set_value(base / normal * zoom);
     }
+    StyleZoomHelper::signalZoomed().emit();
+    return false;
+}
+
+void setZoom(int percent)
+{
+    zoom = std::clamp(percent, minimum, maximum);
+    // Each zoom lays all windows out anew, and keys repeat faster than that.
+    if (!applying.connected())
+        applying = Glib::signal_idle().connect(sigc::ptr_fun(apply));
 }
 
 } // namespace
@@ -60,6 +74,12 @@ void StyleZoomHelper::zoomDefault()
 int StyleZoomHelper::getZoom()
 {
     return zoom;
+}
+
+sigc::signal<void()>& StyleZoomHelper::signalZoomed()
+{
+    static sigc::signal<void()> signal;
+    return signal;
 }
 
 } // namespace KesView

@@ -2,6 +2,8 @@
 
 #include <KesCommon/Export.h>
 
+#include <sigc++/sigc++.h>
+
 namespace KesView {
 
 /// The size of texts and of everything measured in them, for the whole screen. GUI thread.
@@ -13,8 +15,10 @@ public:
     static void zoomOut();
     /// Back to 100 %.
     static void zoomDefault();
-    /// In percent.
+    /// In percent, as asked for; the screen follows from the main loop.
     static int getZoom();
+    /// The screen has followed.
+    static sigc::signal<void()>& signalZoomed();
 };
 
 } // namespace KesView
