@@ -94,14 +94,15 @@ void ResultsView::setRows(const std::vector<ResultRow>& rows)
     if (rows == _rows)
         return;
     const auto [shown, present] = std::mismatch(_rows.begin(), _rows.end(), rows.begin(), rows.end());
-    if (shown != _rows.end())
+    const bool isGrowing = !_rows.empty() && shown == _rows.end();
+    if (!isGrowing)
         _store->clear();
-    const bool isGrowing = shown == _rows.end();
     for (auto row = isGrowing ? present : rows.begin(); row != rows.end(); ++row)
         _fill(*_store->append(), *row);
     _rows = rows;
-    if (isGrowing && !_rows.empty())
-        _table.scroll_to_row(Gtk::TreePath(_store->children()[static_cast<unsigned>(_rows.size() - 1)]));
+    // Other results begin at the top; those of a test under way are followed.
+    if (!_rows.empty())
+        _table.scroll_to_row(Gtk::TreePath(std::to_string(isGrowing ? _rows.size() - 1 : 0)));
 }
 
 void ResultsView::setValues(const std::vector<ResultValue>& values)
