@@ -11,13 +11,6 @@
   <t:text key="simulated" en="SIMULATED DEVICE" ru="ИМИТИРУЕМОЕ УСТРОЙСТВО"/>
   <t:text key="simulatedNotice" en="The results come from a simulated bench. They say nothing about a real relay."
           ru="Результаты получены на имитируемом стенде. Они ничего не говорят о реальном реле."/>
-  <t:text key="none" en="No test has been made" ru="Проверка не проводилась"/>
-  <t:text key="passed" en="Test passed" ru="Проверка пройдена"/>
-  <t:text key="failed" en="Test failed" ru="Проверка не пройдена"/>
-  <t:text key="stopped" en="Test stopped before its end" ru="Проверка остановлена до завершения"/>
-  <t:text key="fault" en="Test ended by a fault" ru="Проверка прервана аварией"/>
-  <t:text key="withinTolerance" en="Points within tolerance" ru="Точек в допуске"/>
-  <t:text key="of" en=" of " ru=" из "/>
   <t:text key="device" en="Test device" ru="Испытательное устройство"/>
   <t:text key="startedAt" en="Beginning of the test" ru="Начало проверки"/>
   <t:text key="settings" en="Test object" ru="Объект испытаний"/>
@@ -159,16 +152,8 @@
     <div class="outcome {@verdict}">
       <b>
         <xsl:call-template name="sign"><xsl:with-param name="mark" select="@verdict"/></xsl:call-template>
-        <xsl:call-template name="text"><xsl:with-param name="key" select="string(@verdict)"/></xsl:call-template>
+        <xsl:value-of select="@outcome"/>
       </b>
-      <xsl:if test="@passed">
-        <span>
-          <xsl:call-template name="text"><xsl:with-param name="key" select="'withinTolerance'"/></xsl:call-template>
-          <xsl:text>: </xsl:text><xsl:value-of select="@passed"/>
-          <xsl:call-template name="text"><xsl:with-param name="key" select="'of'"/></xsl:call-template>
-          <xsl:value-of select="@planned"/>
-        </span>
-      </xsl:if>
       <xsl:if test="string(@device)">
         <span>
           <xsl:call-template name="text"><xsl:with-param name="key" select="'device'"/></xsl:call-template>

@@ -1,5 +1,6 @@
 #include <Overcurrent/data/Evaluation.h>
 #include <Overcurrent/data/OperateCurve.h>
+#include <Overcurrent/data/Outcome.h>
 
 #include <gtest/gtest.h>
 
@@ -101,4 +102,19 @@ TEST(EvaluationTest, PassesOnlyWhatIsWholeAndWithinTolerance)
     EXPECT_EQ(verdictWith([](auto& r) { r.end = RunEnd::Stopped; }), RunVerdict::Stopped);
     EXPECT_EQ(verdictWith([](auto& r) { r.end = RunEnd::Fault; }), RunVerdict::Fault);
     EXPECT_EQ(verdictWith([](auto& r) { r.end = RunEnd::Running; }), RunVerdict::None);
+}
+
+TEST(OutcomeTest, NamesWhatHasFailedAndCountsWhatIsMeasured)
+{
+    auto results = completeResults();
+    EXPECT_EQ(Outcome::create(&results).text, "Test passed: 1 of 1 points within tolerance");
+    results.pickUp->multiple = 1.06;
+    EXPECT_EQ(Outcome::create(&results).text,
+              "Test failed: 1 of 1 points within tolerance, pick-up or drop-off is not");
+    results.points[0].state = MeasureState::NoOperation;
+    EXPECT_EQ(Outcome::create(&results).text, "Test failed: 0 of 1 points within tolerance");
+    results.plan.multiples.push_back(5.0);
+    results.end = RunEnd::Running;
+    EXPECT_EQ(Outcome::create(&results).text,
+              "Test under way: 1 of 2 points measured, 0 within tolerance");
 }

@@ -44,9 +44,16 @@ Outcome Outcome::create(const TestResults* results)
         return {get("Outcome.None"), Mark::None};
     const auto verdict = Evaluation::verdict(*results);
     const std::string title = get(titleKey(verdict));
-    return {Kes::StringHelper::format(get("Outcome.counts"), title, Evaluation::countPassed(*results),
-                                      results->plan.multiples.size()),
-            toMark(verdict)};
+    const std::size_t planned = results->plan.multiples.size();
+    const std::size_t measured = results->points.size();
+    const std::size_t passed = Evaluation::countPassed(*results);
+    const auto outcome = [&](const char* key, const auto&... counts) {
+        return Outcome{Kes::StringHelper::format(get(key), title, counts...), toMark(verdict)};
+    };
+    if (results->end != RunEnd::Complete)
+        return outcome("Outcome.partly", measured, planned, passed);
+    const bool areOnlyPointsPassed = verdict == RunVerdict::Failed && passed == planned;
+    return outcome(areOnlyPointsPassed ? "Outcome.valuesFailed" : "Outcome.counts", passed, planned);
 }
 
 } // namespace Overcurrent

@@ -2,6 +2,7 @@
 
 #include <Overcurrent/chart/ChartData.h>
 #include <Overcurrent/data/Evaluation.h>
+#include <Overcurrent/data/Outcome.h>
 #include <Overcurrent/data/ResultRow.h>
 #include <Overcurrent/data/SettingsSummary.h>
 #include <Overcurrent/data/XmlAttributes.h>
@@ -144,13 +145,12 @@ std::string ReportDocument::create(const RelaySettings& settings, const TestPlan
     return writeXml("report", [&](xmlpp::Element& root) {
         root.set_attribute("language", lng::languageName());
         root.set_attribute("verdict", verdictWord(results));
+        root.set_attribute("outcome", Outcome::create(results).text);
         root.set_attribute("simulated", results && results->isSimulated ? "true" : "false");
         if (results) {
             root.set_attribute("device", results->device);
             root.set_attribute("startedAt", results->startedAt);
-            root.set_attribute("passed", std::to_string(Evaluation::countPassed(*results)));
         }
-        root.set_attribute("planned", std::to_string(plan.multiples.size()));
         addLines(root, "settings", SettingsSummary::describe(settings));
         addLines(root, "plan", SettingsSummary::describe(plan));
         addResults(*root.add_child("results"), results);
