@@ -73,7 +73,7 @@ TEST(PlanTextsTest, ReadsListsAsUsersTypeThem)
     for (const char* text : {" 1,5;2 ;  3; ", "1.5, 2, 3,"}) {
         texts[PlanField::Multiples] = text;
         TestPlan plan;
-        EXPECT_TRUE(texts.read(plan)) << text;
+        EXPECT_FALSE(texts.read(plan)) << text;
         EXPECT_THAT(plan.multiples, ElementsAre(1.5, 2, 3));
     }
 }
@@ -86,7 +86,29 @@ TEST(PlanTextsTest, ReadsWhatItWritesInBothLanguages)
         plan.multiples = {1.05, 2.5, 12};
         plan.pickUp.step = 0.005;
         TestPlan read;
-        ASSERT_TRUE(PlanTexts(plan).read(read));
+        ASSERT_FALSE(PlanTexts(plan).read(read));
         EXPECT_EQ(read, plan);
     }
+}
+
+TEST(PlanTextsTest, AWrongTextKeepsNoOtherFromBeingTaken)
+{
+    TestPlan expected;
+    expected.pause = 0.7;
+    expected.minimumRatio = 0.8;
+    PlanTexts texts(expected);
+    texts[PlanField::Multiples] = "2 3 x 5";
+    texts[PlanField::Timeout] = "0";
+    texts[PlanField::DropOffStep] = "";
+    TestPlan plan;
+    auto error = texts.read(plan);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->field, PlanField::Multiples);
+    EXPECT_EQ(error->text, "Points: \"x\" is not a number.");
+    EXPECT_EQ(plan, expected);
+    texts[PlanField::Multiples] = "2 3";
+    texts[PlanField::Timeout] = "60";
+    error = texts.read(plan);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->text, "Drop-off ramp, step: \"\" is not a number.");
 }

@@ -4,39 +4,47 @@
 #include <Overcurrent/text/ScreenNumber.h>
 
 #include <KesCommon/NumberText.h>
+#include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
 
 namespace Overcurrent {
 
 namespace {
 
-/// The place of each number in a plan.
+using Kes::StringHelper::format;
+using lng::Overcurrent::get;
+
+/// The place of each number in a plan, and the keys of its name.
 template <typename Plan>
 auto numbersOf(Plan& plan)
 {
-    using Field = std::pair<PlanField, decltype(&plan.timeout)>;
-    return std::array<Field, 12>{{
-        {PlanField::Timeout, &plan.timeout},
-        {PlanField::Pause, &plan.pause},
-        {PlanField::PickUpFrom, &plan.pickUp.from},
-        {PlanField::PickUpTo, &plan.pickUp.to},
-        {PlanField::PickUpStep, &plan.pickUp.step},
-        {PlanField::PickUpDwell, &plan.pickUp.dwell},
-        {PlanField::DropOffFrom, &plan.dropOff.from},
-        {PlanField::DropOffTo, &plan.dropOff.to},
-        {PlanField::DropOffStep, &plan.dropOff.step},
-        {PlanField::DropOffDwell, &plan.dropOff.dwell},
-        {PlanField::PickUpTolerance, &plan.pickUpTolerancePercent},
-        {PlanField::MinimumRatio, &plan.minimumRatio},
+    struct Number {
+        PlanField field;
+        decltype(&plan.timeout) value;
+        const char* nameKey;
+        const char* partKey = nullptr;
+    };
+    return std::array<Number, 12>{{
+        {PlanField::Timeout, &plan.timeout, "Plan.timeout"},
+        {PlanField::Pause, &plan.pause, "Plan.pause"},
+        {PlanField::PickUpFrom, &plan.pickUp.from, "PlanView.pickUpRamp", "PlanView.from"},
+        {PlanField::PickUpTo, &plan.pickUp.to, "PlanView.pickUpRamp", "PlanView.to"},
+        {PlanField::PickUpStep, &plan.pickUp.step, "PlanView.pickUpRamp", "PlanView.step"},
+        {PlanField::PickUpDwell, &plan.pickUp.dwell, "PlanView.pickUpRamp", "PlanView.dwell"},
+        {PlanField::DropOffFrom, &plan.dropOff.from, "PlanView.dropOffRamp", "PlanView.from"},
+        {PlanField::DropOffTo, &plan.dropOff.to, "PlanView.dropOffRamp", "PlanView.to"},
+        {PlanField::DropOffStep, &plan.dropOff.step, "PlanView.dropOffRamp", "PlanView.step"},
+        {PlanField::DropOffDwell, &plan.dropOff.dwell, "PlanView.dropOffRamp", "PlanView.dwell"},
+        {PlanField::PickUpTolerance, &plan.pickUpTolerancePercent, "Plan.pickUpTolerance"},
+        {PlanField::MinimumRatio, &plan.minimumRatio, "Plan.minimumRatio"},
     }};
 }
 
-Kes::Result readNumber(const std::string& text, double& value)
+Kes::Result readNumber(PlanField field, const std::string& text, double& value)
 {
     const auto number = Kes::NumberText::read(text);
     if (!number)
-        return Kes::Result::failure(
-            Kes::StringHelper::format(lng::Overcurrent::get("Plan.notNumbers"), text));
+        return Kes::Result::failure(format(get("Plan.notNumbers"), PlanTexts::nameOf(field), text));
     value = *number;
     return true;
 }
@@ -65,22 +73,63 @@ PlanTexts::PlanTexts(const TestPlan& plan)
     auto& multiples = (*this)[PlanField::Multiples];
     for (const double multiple : plan.multiples)
         multiples += (multiples.empty() ? "" : "; ") + ScreenNumber::shortest(multiple);
-    for (const auto& [field, number] : numbersOf(plan))
-        (*this)[field] = ScreenNumber::shortest(*number);
+    for (const auto& number : numbersOf(plan))
+        (*this)[number.field] = ScreenNumber::shortest(*number.value);
 }
 
-Kes::Result PlanTexts::read(TestPlan& plan) const
+std::string PlanTexts::nameOf(PlanField field)
 {
-    plan.multiples.clear();
-    for (const auto& word : splitMultiples((*this)[PlanField::Multiples])) {
-        plan.multiples.emplace_back();
-        if (auto result = readNumber(word, plan.multiples.back()); !result)
-            return result;
+    const TestPlan plan;
+    for (const auto& number : numbersOf(plan))
+        if (number.field == field)
+            return number.partKey ? format(get("PlanView.fieldName"), std::string(get(number.nameKey)),
+                                           std::string(get(number.partKey)))
+                                  : get(number.nameKey);
+    return get("PlanView.multiples");
+}
+
+Kes::Result PlanTexts::_readField(PlanField field, TestPlan& plan) const
+{
+    if (field == PlanField::Multiples) {
+        plan.multiples.clear();
+        for (const auto& word : splitMultiples((*this)[field])) {
+            plan.multiples.emplace_back();
+            if (auto result = readNumber(field, word, plan.multiples.back()); !result)
+                return result;
+        }
     }
-    for (const auto& [field, number] : numbersOf(plan))
-        if (auto result = readNumber((*this)[field], *number); !result)
-            return result;
+    for (const auto& number : numbersOf(plan))
+        if (number.field == field)
+            return readNumber(field, (*this)[field], *number.value);
     return true;
+}
+
+std::optional<PlanTextError> PlanTexts::read(TestPlan& plan) const
+{
+    // Values that only make sense together are taken together.
+    TestPlan whole = plan;
+    bool isReadable = true;
+    for (std::size_t i = 0; i < _texts.size(); ++i)
+        isReadable = _readField(static_cast<PlanField>(i), whole) && isReadable;
+    if (isReadable && whole.check()) {
+        plan = whole;
+        return std::nullopt;
+    }
+    const TestPlan before = plan;
+    std::optional<PlanTextError> error;
+    for (std::size_t i = 0; i < _texts.size(); ++i) {
+        const auto field = static_cast<PlanField>(i);
+        TestPlan changed = plan;
+        auto result = _readField(field, changed);
+        if (result)
+            result = changed.check();
+        if (result)
+            plan = changed;
+        else if (!error)
+            error = {field, Kes::ObjectErrorHelper::toDisplayString({result.getError()})};
+    }
+    // One may make sense only beside another that has just been taken.
+    return plan == before ? error : read(plan);
 }
 
 } // namespace Overcurrent

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 
 namespace Overcurrent {
@@ -28,6 +29,13 @@ enum class PlanField : std::size_t {
     Count
 };
 
+/// A text that is no value of a plan.
+struct PlanTextError {
+    PlanField field = PlanField::Count;
+    /// For people; names the field.
+    std::string text;
+};
+
 /// A plan as texts, one per field. A value. Any thread.
 class PlanTexts {
 public:
@@ -37,14 +45,19 @@ public:
     std::string& operator[](PlanField field) { return _texts[static_cast<std::size_t>(field)]; }
     const std::string& operator[](PlanField field) const { return _texts[static_cast<std::size_t>(field)]; }
 
+    /// What users know the field by.
+    static std::string nameOf(PlanField field);
+
     /// Reads what users type: a point or a comma in numbers; blanks, semicolons, or commas followed by a
-    /// blank between the multiples. Refuses what is not a number; `plan` then is not to be used. Whether the
-    /// numbers make sense is for `TestPlan::check` to say.
-    Kes::Result read(TestPlan& plan) const;
+    /// blank between the multiples. What is no number or makes no sense leaves its value in the plan as it
+    /// is, and does not keep the others from being taken; the first such text is the error.
+    std::optional<PlanTextError> read(TestPlan& plan) const;
 
     bool operator==(const PlanTexts&) const = default;
 
 private:
+    Kes::Result _readField(PlanField field, TestPlan& plan) const;
+
     std::array<std::string, static_cast<std::size_t>(PlanField::Count)> _texts;
 };
 

@@ -2,8 +2,6 @@
 
 #include <Overcurrent/view/PlanView.h>
 
-#include <KesCommon/ObjectErrorHelper.h>
-
 namespace Overcurrent {
 
 PlanPresenter::PlanPresenter(OvercurrentModel& model) : _model(model), _view(std::make_unique<PlanView>())
@@ -27,12 +25,9 @@ void PlanPresenter::_onEdited()
 {
     _isEditing = true;
     TestPlan plan = _model.getPlan();
-    auto result = _view->getTexts().read(plan);
-    if (result)
-        result = _model.setPlan(plan);
-    const std::string error =
-        result ? std::string() : Kes::ObjectErrorHelper::toDisplayString({result.getError()});
-    _model.setPlanError(error);
+    const auto error = _view->getTexts().read(plan);
+    (void)_model.setPlan(plan);
+    _model.setPlanError(error ? error->text : std::string());
     _view->setError(error);
     _isEditing = false;
 }
@@ -43,13 +38,13 @@ void PlanPresenter::_onPlanChanged()
     if (_isEditing)
         return;
     TestPlan shown;
-    if (_view->getTexts().read(shown) && shown == _model.getPlan())
+    if (!_view->getTexts().read(shown) && shown == _model.getPlan())
         return;
     // A change of the test object does not throw away what is being written.
     if (!_model.getPlanError().empty())
         return;
     _view->setTexts(PlanTexts(_model.getPlan()));
-    _view->setError({});
+    _view->setError(std::nullopt);
 }
 
 void PlanPresenter::_onHardwareRunning()

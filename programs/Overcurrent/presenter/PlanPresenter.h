@@ -13,8 +13,8 @@
 
 namespace Overcurrent {
 
-/// Edits the plan, outside of a run. What the user types is the model's plan at once; what is no plan is
-/// refused in place, and no test starts until it is mended. Owned by the content presenter. GUI thread.
+/// Edits the plan, outside of a run. What the user types is in the model's plan at once; what makes no sense
+/// is refused in place, and no test starts until it is mended. Owned by the content presenter. GUI thread.
 class PlanPresenter : public Kes::IPresenter, public sigc::trackable {
 public:
     /// The model outlives the presenter.

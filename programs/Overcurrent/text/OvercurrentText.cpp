@@ -45,7 +45,7 @@ constexpr Kes::TextTable table({
     {"Plan.noPoints", "The plan holds no points to try.", "План не содержит ни одной точки."},
     {"Plan.tooManyPoints", "The plan holds %zu points; at most %zu are possible.",
      "В плане %zu точек; допускается не более %zu."},
-    {"Plan.notNumbers", "\"%s\" is not a number.", "\"%s\" не является числом."},
+    {"Plan.notNumbers", "%s: \"%s\" is not a number.", "%s: \"%s\" не является числом."},
     {"Plan.belowSetting", "At %s x Is the relay does not operate: a point must lie above 1 x Is.",
      "При %s x Is реле не срабатывает: точка должна лежать выше 1 x Is."},
     {"Plan.aboveMaximum", "%s x Is is too much: a point must lie at or below %s x Is.",

@@ -6,7 +6,7 @@
 
 #include <sigc++/sigc++.h>
 
-#include <string>
+#include <optional>
 
 namespace Overcurrent {
 
@@ -18,8 +18,8 @@ public:
 
     virtual void setTexts(const PlanTexts& texts) = 0;
     virtual PlanTexts getTexts() const = 0;
-    /// Why the texts are no plan; empty: they are one.
-    virtual void setError(const std::string& text) = 0;
+    /// Why the texts are no plan; nothing: they are one.
+    virtual void setError(const std::optional<PlanTextError>& error) = 0;
     virtual void setEditable(bool editable) = 0;
 };
 

@@ -2,8 +2,9 @@
 
 #include <Overcurrent/text/OvercurrentText.h>
 
-#include <KesCommon/StringHelper.h>
 #include <KesCommonView/GtkWidgetHelper.h>
+
+#include <atkmm/object.h>
 
 namespace Overcurrent {
 
@@ -35,20 +36,21 @@ PlanView::PlanView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(get("PlanView
     _error.set_xalign(0.0f);
     _error.set_max_width_chars(30);
     _error.set_no_show_all(true);
-    auto& multiples = _prepareEntry(PlanField::Multiples, get("PlanView.multiples"));
+    auto& multiples = _prepareEntry(PlanField::Multiples);
     multiples.set_tooltip_text(get("PlanView.multiplesTip"));
-    _addLabel(std::string(get("PlanView.multiples")) + ", " + get("Unit.setting"), 0, 3);
+    _addLabel(PlanTexts::nameOf(PlanField::Multiples) + ", " + get("Unit.setting"), 0, 3);
     ++_row;
     _form.attach(multiples, 0, _row++, 3, 1);
-    _addRow("Plan.timeout", PlanField::Timeout, "Unit.second");
-    _addRow("Plan.pause", PlanField::Pause, "Unit.second");
+    _addRow(PlanField::Timeout, "Unit.second");
+    _addRow(PlanField::Pause, "Unit.second");
     _addRamp("PlanView.pickUpRamp", PlanField::PickUpFrom);
     _addRamp("PlanView.dropOffRamp", PlanField::DropOffFrom);
-    _addRow("Plan.pickUpTolerance", PlanField::PickUpTolerance, "Unit.percent");
-    _addRow("Plan.minimumRatio", PlanField::MinimumRatio, nullptr);
+    _addRow(PlanField::PickUpTolerance, "Unit.percent");
+    _addRow(PlanField::MinimumRatio, nullptr);
     pack_start(_title, Gtk::PACK_SHRINK);
-    pack_start(_form, Gtk::PACK_SHRINK);
+    // Above the form, whose end may have to be scrolled to.
     pack_start(_error, Gtk::PACK_SHRINK);
+    pack_start(_form, Gtk::PACK_SHRINK);
 }
 
 Gtk::Label& PlanView::_addLabel(const std::string& text, int column, int width)
@@ -58,13 +60,13 @@ Gtk::Label& PlanView::_addLabel(const std::string& text, int column, int width)
     return label;
 }
 
-Gtk::Entry& PlanView::_prepareEntry(PlanField field, const std::string& name)
+Gtk::Entry& PlanView::_prepareEntry(PlanField field)
 {
     auto& entry = _entry(field);
     entry.set_width_chars(field == PlanField::Multiples ? 24 : 5);
     entry.set_max_width_chars(field == PlanField::Multiples ? -1 : 5);
     entry.set_hexpand(field == PlanField::Multiples);
-    Kes::GtkWidgetHelper::setAccessibleName(entry, name);
+    Kes::GtkWidgetHelper::setAccessibleName(entry, PlanTexts::nameOf(field));
     entry.signal_changed().connect([this] {
         if (!_isFilling)
             signalEdited.emit();
@@ -72,11 +74,11 @@ Gtk::Entry& PlanView::_prepareEntry(PlanField field, const std::string& name)
     return entry;
 }
 
-void PlanView::_addRow(const char* nameKey, PlanField field, const char* unitKey)
+void PlanView::_addRow(PlanField field, const char* unitKey)
 {
-    auto& label = _addLabel(get(nameKey), 0);
+    auto& label = _addLabel(PlanTexts::nameOf(field), 0);
     label.set_hexpand(true);
-    _form.attach(_prepareEntry(field, get(nameKey)), 1, _row, 1, 1);
+    _form.attach(_prepareEntry(field), 1, _row, 1, 1);
     _addLabel(unitKey ? get(unitKey) : "", 2);
     ++_row;
 }
@@ -91,9 +93,7 @@ void PlanView::_addRamp(const char* nameKey, PlanField first)
     const auto part = [&](std::size_t index, const char* partKey, const char* unitKey) {
         const int column = index % 2 == 0 ? 0 : 3;
         const int row = static_cast<int>(index / 2);
-        auto& entry = _prepareEntry(next(first, index), Kes::StringHelper::format(get("PlanView.fieldName"),
-                                                                                  std::string(get(nameKey)),
-                                                                                  std::string(get(partKey))));
+        auto& entry = _prepareEntry(next(first, index));
         auto& label = makeLabel(get(partKey));
         if (column > 0)
             label.get_style_context()->add_class("ramp-second");
@@ -125,10 +125,19 @@ PlanTexts PlanView::getTexts() const
     return texts;
 }
 
-void PlanView::setError(const std::string& text)
+void PlanView::setError(const std::optional<PlanTextError>& error)
 {
-    _error.set_text(text);
-    _error.set_visible(!text.empty());
+    for (std::size_t i = 0; i < _entries.size(); ++i) {
+        const bool isWrong = error && error->field == static_cast<PlanField>(i);
+        const auto style = _entries[i].get_style_context();
+        if (isWrong)
+            style->add_class("error");
+        else
+            style->remove_class("error");
+        _entries[i].get_accessible()->set_description(isWrong ? error->text : std::string());
+    }
+    _error.set_text(error ? error->text : std::string());
+    _error.set_visible(error.has_value());
 }
 
 void PlanView::setEditable(bool editable)

@@ -18,13 +18,13 @@ public:
 
     void setTexts(const PlanTexts& texts) override;
     PlanTexts getTexts() const override;
-    void setError(const std::string& text) override;
+    void setError(const std::optional<PlanTextError>& error) override;
     void setEditable(bool editable) override;
 
 private:
-    void _addRow(const char* nameKey, PlanField field, const char* unitKey);
+    void _addRow(PlanField field, const char* unitKey);
     void _addRamp(const char* nameKey, PlanField first);
-    Gtk::Entry& _prepareEntry(PlanField field, const std::string& name);
+    Gtk::Entry& _prepareEntry(PlanField field);
     Gtk::Label& _addLabel(const std::string& text, int column, int width = 1);
     Gtk::Entry& _entry(PlanField field) { return _entries[static_cast<std::size_t>(field)]; }
 
