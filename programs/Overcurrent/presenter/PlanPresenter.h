@@ -22,6 +22,7 @@ public:
     ~PlanPresenter() override;
 
     Kes::IView* getView() override;
+    Kes::IView& getErrorView() { return _view->getErrorView(); }
 
 private:
     void _onEdited();

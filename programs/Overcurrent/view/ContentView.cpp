@@ -11,9 +11,10 @@ Gtk::Widget& widgetOf(Kes::IView& view)
 
 } // namespace
 
-ContentView::ContentView(Kes::IView& settings, Kes::IView& plan, Kes::IView& outcome, Kes::IView& chart,
-                         Kes::IView& results)
+ContentView::ContentView(Kes::IView& settings, Kes::IView& plan, Kes::IView& planError, Kes::IView& outcome,
+                         Kes::IView& chart, Kes::IView& results)
     : Gtk::Paned(Gtk::ORIENTATION_HORIZONTAL),
+      _leftColumn(Gtk::ORIENTATION_VERTICAL),
       _left(Gtk::ORIENTATION_VERTICAL),
       _right(Gtk::ORIENTATION_VERTICAL),
       _measured(Gtk::ORIENTATION_VERTICAL)
@@ -30,7 +31,9 @@ ContentView::ContentView(Kes::IView& settings, Kes::IView& plan, Kes::IView& out
     _measured.pack2(widgetOf(results), true, false);
     _right.pack_start(widgetOf(outcome), Gtk::PACK_SHRINK);
     _right.pack_start(_measured, Gtk::PACK_EXPAND_WIDGET);
-    pack1(_leftScroller, false, false);
+    _leftColumn.pack_start(_leftScroller, Gtk::PACK_EXPAND_WIDGET);
+    _leftColumn.pack_start(widgetOf(planError), Gtk::PACK_SHRINK);
+    pack1(_leftColumn, false, false);
     pack2(_right, true, false);
 }
 

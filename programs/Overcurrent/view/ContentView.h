@@ -12,10 +12,11 @@ namespace Overcurrent {
 /// are placed, not owned, and have to be widgets (`std::bad_cast` otherwise). GUI thread.
 class ContentView : public Gtk::Paned, public Kes::IView {
 public:
-    ContentView(Kes::IView& settings, Kes::IView& plan, Kes::IView& outcome, Kes::IView& chart,
-                Kes::IView& results);
+    ContentView(Kes::IView& settings, Kes::IView& plan, Kes::IView& planError, Kes::IView& outcome,
+                Kes::IView& chart, Kes::IView& results);
 
 private:
+    Gtk::Box _leftColumn;
     Gtk::Box _left;
     Gtk::ScrolledWindow _leftScroller;
     Gtk::Box _right;

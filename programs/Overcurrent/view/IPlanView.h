@@ -20,6 +20,8 @@ public:
     virtual PlanTexts getTexts() const = 0;
     /// Why the texts are no plan; nothing: they are one.
     virtual void setError(const std::optional<PlanTextError>& error) = 0;
+    /// The text of the error, to be placed where it stays in sight while the editors are scrolled.
+    virtual Kes::IView& getErrorView() = 0;
     virtual void setEditable(bool editable) = 0;
 };
 

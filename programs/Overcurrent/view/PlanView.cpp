@@ -48,8 +48,6 @@ PlanView::PlanView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(get("PlanView
     _addRow(PlanField::PickUpTolerance, "Unit.percent");
     _addRow(PlanField::MinimumRatio, nullptr);
     pack_start(_title, Gtk::PACK_SHRINK);
-    // Above the form, whose end may have to be scrolled to.
-    pack_start(_error, Gtk::PACK_SHRINK);
     pack_start(_form, Gtk::PACK_SHRINK);
 }
 

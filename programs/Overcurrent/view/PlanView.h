@@ -19,9 +19,12 @@ public:
     void setTexts(const PlanTexts& texts) override;
     PlanTexts getTexts() const override;
     void setError(const std::optional<PlanTextError>& error) override;
+    Kes::IView& getErrorView() override { return _error; }
     void setEditable(bool editable) override;
 
 private:
+    class ErrorView : public Gtk::Label, public Kes::IView {};
+
     void _addRow(PlanField field, const char* unitKey);
     void _addRamp(const char* nameKey, PlanField first);
     Gtk::Entry& _prepareEntry(PlanField field);
@@ -32,7 +35,7 @@ private:
     Gtk::Grid _form;
     int _row = 0;
     std::array<Gtk::Entry, static_cast<std::size_t>(PlanField::Count)> _entries;
-    Gtk::Label _error;
+    ErrorView _error;
     bool _isFilling = false;
 };
 
