@@ -1,8 +1,11 @@
 #include <Overcurrent/presenter/OvercurrentPresenter.h>
 
+#include <Overcurrent/text/OvercurrentText.h>
 #include <Overcurrent/view/FileMenuTailView.h>
 #include <Overcurrent/view/WindowOpening.h>
 
+#include <KesCommon/StringHelper.h>
+#include <KesCommonView/DialogPresenter.h>
 #include <KesCommonView/Style.h>
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
 #include <KesProgram/archive/FileRecentManager.h>
@@ -54,6 +57,33 @@ void OvercurrentPresenter::openFile(const std::string& fileName)
         else
             archive.open(fileName);
     });
+}
+
+void OvercurrentPresenter::saveArchive()
+{
+    if (_confirmSavedPlan())
+        ProgramBasePresenter::saveArchive();
+}
+
+void OvercurrentPresenter::saveAsArchive()
+{
+    if (_confirmSavedPlan())
+        ProgramBasePresenter::saveAsArchive();
+}
+
+/// What is saved is not what the window shows while that is no plan.
+bool OvercurrentPresenter::_confirmSavedPlan()
+{
+    const std::string& error = _model.getPlanError();
+    if (error.empty())
+        return true;
+    auto answer = Kes::DialogResult::No;
+    runDialogs([&] {
+        answer = Kes::DialogPresenter::show(
+            getView(), Kes::StringHelper::format(lng::Overcurrent::get("Plan.saveLastValid"), error), "",
+            Kes::DialogResult::YesNo);
+    });
+    return answer == Kes::DialogResult::Yes;
 }
 
 void OvercurrentPresenter::_onInit()

@@ -17,6 +17,8 @@ public:
     ~OvercurrentPresenter() override;
 
     void openFile(const std::string& fileName) override;
+    void saveArchive() override;
+    void saveAsArchive() override;
 
 protected:
     KesProgram::ProgramModel* _getModel() override { return &_model; }
@@ -30,6 +32,7 @@ private:
     void _createMenus();
     void _createContent();
     void _updateRecentFiles();
+    bool _confirmSavedPlan();
 
     OvercurrentModel& _model;
     std::unique_ptr<Menus> _menus;

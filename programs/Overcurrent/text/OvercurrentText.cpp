@@ -42,6 +42,8 @@ constexpr Kes::TextTable table({
      "Проверка остановлена: её архив закрыт."},
 
     {"Plan.refused", "The test cannot be started: %s", "Невозможно начать проверку: %s"},
+    {"Plan.saveLastValid", "%s\n\nSave with the last valid value instead?",
+     "%s\n\nСохранить с последним допустимым значением?"},
     {"Plan.noPoints", "The plan holds no points to try.", "План не содержит ни одной точки."},
     {"Plan.tooManyPoints", "The plan holds %zu points; at most %zu are possible.",
      "В плане %zu точек; допускается не более %zu."},
