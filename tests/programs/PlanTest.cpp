@@ -36,6 +36,8 @@ TEST(PlanTest, RefusesWhatMakesNoSenseAndSaysWhy)
         {"Pick-up: the ramp must rise", [](TestPlan& plan) { std::swap(plan.pickUp.from, plan.pickUp.to); }},
         {"Drop-off: the ramp must fall", [](TestPlan& plan) { plan.dropOff.to = 1.1; }},
         {"Pick-up: a step of 0 x Is", [](TestPlan& plan) { plan.pickUp.step = 0.0; }},
+        {"Pick-up: a step of 0.051 x Is is coarser than", [](TestPlan& plan) { plan.pickUp.step = 0.051; }},
+        {"Drop-off: a step of 1e+300 x Is is coarser", [](TestPlan& plan) { plan.dropOff.step = 1e300; }},
         {"Drop-off: the ramp has more than 2000 steps", [](TestPlan& plan) { plan.dropOff.step = 1e-300; }},
     };
     for (const auto& test : cases) {
@@ -43,6 +45,14 @@ TEST(PlanTest, RefusesWhatMakesNoSenseAndSaysWhy)
         test.spoil(plan);
         EXPECT_THAT(message(plan.check()), HasSubstr(test.reason));
     }
+}
+
+TEST(PlanTest, AStepAsWideAsTheToleranceWillDo)
+{
+    TestPlan plan;
+    plan.pickUp.step = plan.dropOff.step = 0.07;
+    plan.pickUpTolerancePercent = 7.0;
+    EXPECT_TRUE(plan.check());
 }
 
 TEST(PlanTest, RefusesWhatDoesNotSuitRelayOrDevice)

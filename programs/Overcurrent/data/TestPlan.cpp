@@ -52,7 +52,7 @@ Result checkMultiples(const std::vector<double>& multiples)
     return true;
 }
 
-Result checkRamp(const char* nameKey, const Ramp& ramp, bool isRising)
+Result checkRamp(const char* nameKey, const Ramp& ramp, bool isRising, double tolerancePercent)
 {
     const std::string name = lng::Overcurrent::get(nameKey);
     if (!isWithin(ramp.from, 0.0, TestPlan::maximumMultiple) ||
@@ -63,6 +63,9 @@ Result checkRamp(const char* nameKey, const Ramp& ramp, bool isRising)
                       shortest(ramp.to));
     if (!(ramp.step > 0.0))
         return refuse("Plan.rampStep", name, shortest(ramp.step));
+    // A hair for rounding: a step as wide as the tolerance will do.
+    if (ramp.step * 100.0 > tolerancePercent + 1e-9)
+        return refuse("Plan.rampCoarse", name, shortest(ramp.step), shortest(tolerancePercent));
     if (!(ramp.countSteps() <= static_cast<double>(TestPlan::maximumRampSteps)))
         return refuse("Plan.rampTooLong", name, TestPlan::maximumRampSteps);
     if (!isWithin(ramp.dwell, 0.02, 10.0))
@@ -103,11 +106,11 @@ Result TestPlan::check() const
         return result;
     if (auto result = checkRange("Plan.pause", pause, 0.05, 600.0); !result)
         return result;
-    if (auto result = checkRamp("Plan.pickUp", pickUp, true); !result)
-        return result;
-    if (auto result = checkRamp("Plan.dropOff", dropOff, false); !result)
-        return result;
     if (auto result = checkRange("Plan.pickUpTolerance", pickUpTolerancePercent, 0.1, 100.0); !result)
+        return result;
+    if (auto result = checkRamp("Plan.pickUp", pickUp, true, pickUpTolerancePercent); !result)
+        return result;
+    if (auto result = checkRamp("Plan.dropOff", dropOff, false, pickUpTolerancePercent); !result)
         return result;
     return checkRange("Plan.minimumRatio", minimumRatio, 0.01, 1.0);
 }
