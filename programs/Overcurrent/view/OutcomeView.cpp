@@ -31,6 +31,8 @@ OutcomeView::OutcomeView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _line(Gtk::ORI
     _line.get_style_context()->add_class("outcome-line");
     _outcome.get_style_context()->add_class("outcome-text");
     _outcome.set_xalign(0.0f);
+    _outcome.set_line_wrap(true);
+    _outcome.set_lines(2);
     _outcome.set_ellipsize(Pango::ELLIPSIZE_END);
     _progress.set_show_text(true);
     _progress.set_valign(Gtk::ALIGN_CENTER);

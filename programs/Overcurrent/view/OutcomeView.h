@@ -8,7 +8,7 @@
 
 namespace Overcurrent {
 
-/// The outcome as a line of large text with the progress bar and the warnings. GUI thread.
+/// The outcome as one or two lines of large text with the progress bar and the warnings. GUI thread.
 class OutcomeView : public Gtk::Box, public IOutcomeView {
 public:
     OutcomeView();

@@ -29,7 +29,7 @@ ResultsView::ResultsView()
     : Gtk::Box(Gtk::ORIENTATION_VERTICAL),
       _store(Gtk::ListStore::create(_columns)),
       _table(_store),
-      _values(Gtk::ORIENTATION_HORIZONTAL)
+      _values(Gtk::ORIENTATION_HORIZONTAL, 18)
 {
     get_style_context()->add_class("results");
     _addColumn("Results.number", _columns.number, 1.0f);
