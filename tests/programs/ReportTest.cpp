@@ -1,5 +1,8 @@
+#include <Overcurrent/model/OvercurrentModel.h>
 #include <Overcurrent/report/ReportDocument.h>
 #include <Overcurrent/report/ReportFile.h>
+
+#include <KesCommon/FileSystem.h>
 
 #include <support/LanguageScope.h>
 #include <support/TemporaryHome.h>
@@ -31,9 +34,9 @@ protected:
     {
         const RelaySettings settings;
         const ReportFile file(home.file("work/"));
-        const auto written = file.write(home.file("reports/made.html"), settings, TestPlan(), results);
+        const auto written = file.write(home.file("made.html"), settings, TestPlan(), results);
         EXPECT_TRUE(written) << (written ? "" : written.getError()->getMessage());
-        return KesTest::readFile(home.file("reports/made.html"));
+        return KesTest::readFile(home.file("made.html"));
     }
 
     KesTest::TemporaryHome home;
@@ -65,10 +68,18 @@ TEST_F(ReportTest, ARealDeviceHasNoWarningAndNoTestNoResults)
     EXPECT_THAT(make(nullptr), AllOf(HasSubstr("No test has been made"), Not(HasSubstr("Operate times"))));
 }
 
+TEST_F(ReportTest, TheModelMakesTheFolderOfItsReport)
+{
+    OvercurrentModel model;
+    EXPECT_THAT(KesTest::readFile(model.createReport()), HasSubstr("No test has been made"));
+}
+
 TEST_F(ReportTest, AFileThatCannotBeWrittenIsAnError)
 {
     const ReportFile file(home.file("work/"));
     EXPECT_FALSE(file.write("/dev/full", RelaySettings(), TestPlan(), nullptr));
+    EXPECT_FALSE(file.write(home.file("missing/report.html"), RelaySettings(), TestPlan(), nullptr));
+    EXPECT_FALSE(Kes::fileExist(home.file("missing")));
     KesTest::writeFile(home.file("plain"), "a file");
     EXPECT_FALSE(file.write(home.file("plain/report.html"), RelaySettings(), TestPlan(), nullptr));
     EXPECT_FALSE(

@@ -6,6 +6,7 @@
 #include <Overcurrent/text/OvercurrentText.h>
 
 #include <KesCommon/Directories.h>
+#include <KesCommon/FileSystem.h>
 #include <KesProgram/archive/ArchiveManager.h>
 
 namespace Overcurrent {
@@ -105,7 +106,9 @@ RunVerdict OvercurrentModel::getRunVerdict()
 
 std::string OvercurrentModel::createReport()
 {
-    const std::string path = Kes::getKesCrossDocDir() + "report.html";
+    const std::string folder = Kes::getKesCrossDocDir();
+    Kes::mkdir_with_parents(folder);
+    const std::string path = folder + "report.html";
     return writeReport(path) ? path : std::string();
 }
 

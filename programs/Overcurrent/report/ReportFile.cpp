@@ -8,8 +8,6 @@
 #include <KesCommon/FileSystem.h>
 #include <KesProgram/archive/XslReportManager.h>
 
-#include <glibmm/miscutils.h>
-
 #include <unistd.h>
 
 #include <cstdio>
@@ -53,7 +51,6 @@ Kes::Result ReportFile::write(const std::string& path, const RelaySettings& sett
     // The transformation tells of a failure only by writing nothing.
     if (report.empty())
         return Kes::Result::failure(lng::Overcurrent::get("Report.failed"));
-    Kes::mkdir_with_parents(Glib::path_get_dirname(path));
     return Kes::writeWholeFile(path, report);
 }
 
