@@ -11,6 +11,7 @@
 #include <glibmm/optionentry.h>
 #include <glibmm/optiongroup.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cstring>
 #include <vector>
@@ -25,11 +26,12 @@ using lng::TextPair;
 constexpr double minimumSpeed = 1e-3;
 constexpr double maximumSpeed = 1e5;
 
-std::string absolute(const std::string& path)
+/// The last of the paths; empty when there is none.
+std::string absolute(const std::vector<std::string>& paths)
 {
-    if (path.empty())
-        return path;
-    char* found = g_canonicalize_filename(path.c_str(), nullptr);
+    if (paths.empty())
+        return {};
+    char* found = g_canonicalize_filename(paths.back().c_str(), nullptr);
     const std::string result = found;
     g_free(found);
     return result;
@@ -91,9 +93,10 @@ public:
 
     Glib::ustring language;
     Glib::ustring speed;
-    std::string save;
-    std::string report;
-    std::string screenshot;
+    /// The last one counts.
+    std::vector<std::string> save;
+    std::vector<std::string> report;
+    std::vector<std::string> screenshot;
     std::vector<std::string> files;
     bool run = false;
     bool quit = false;
@@ -117,7 +120,8 @@ private:
     {
         add_entry(_entry(name, description, lng::choose(argument)), value);
     }
-    void _addFile(const char* name, const TextPair& description, const TextPair& argument, std::string& value)
+    void _addFile(const char* name, const TextPair& description, const TextPair& argument,
+                  std::vector<std::string>& value)
     {
         add_entry_filename(_entry(name, description, lng::choose(argument)), value);
     }
@@ -130,15 +134,18 @@ std::variant<CommandLine, std::string> convert(const Options& options)
         return refuse({"Only one file can be opened; \"%s\" is one too many.",
                        "Можно открыть только один файл; \"%s\" - лишний."},
                       options.files[1]);
+    for (const auto* paths : {&options.files, &options.save, &options.report, &options.screenshot})
+        if (std::find(paths->begin(), paths->end(), std::string()) != paths->end())
+            return lng::choose({"The name of a file is empty.", "Имя файла пусто."});
     if (!options.speed.empty()) {
         const auto speed = Kes::NumberText::read(options.speed.raw());
         if (!speed || !(*speed >= minimumSpeed && *speed <= maximumSpeed))
             return refuse({"\"%s\" is no speed factor; it must lie between 0.001 and 100000.",
-                           "\"%s\" - не ускорение; допускается от 0.001 до 100000."},
+                           "\"%s\" - не ускорение; допускается от 0,001 до 100000."},
                           options.speed.raw());
         line.speed = *speed;
     }
-    line.file = options.files.empty() ? std::string() : absolute(options.files.front());
+    line.file = absolute(options.files);
     line.run = options.run;
     line.save = absolute(options.save);
     line.report = absolute(options.report);

@@ -59,6 +59,9 @@ holds err "Answer: "
 for option in save report screenshot; do
     expect 3 "$overcurrent" --language en --$option "$work/a.kovc/file" --quit
     holds err "a.kovc/file"
+    expect 3 "$overcurrent" --language en --$option missing/file --quit
+    holds err "missing/file"
+    [ ! -e missing ] || fail "--$option has made a folder"
 done
 expect 3 "$overcurrent" --language en --run --speed 5000 --save /dev/full --quit
 
@@ -69,6 +72,10 @@ holds err "is no speed factor"
 expect 2 "$overcurrent" --language en --speed fast
 expect 2 "$overcurrent" --no-such-option
 expect 2 "$overcurrent" one two
+for arguments in "--save=" "--report=" "--screenshot=" ""; do
+    expect 2 "$overcurrent" --language en "$arguments" --quit
+    holds err "The name of a file is empty."
+done
 expect 0 "$overcurrent" --version
 DISPLAY= WAYLAND_DISPLAY= expect 2 "$overcurrent" --language en --quit
 holds err "needs a display"
