@@ -2,6 +2,7 @@
 
 #include <KesProgram/shell/ConfigurationError.h>
 #include <KesProgram/shell/ProgramMainMenuPresenter.h>
+#include <KesProgram/text/TextPair.h>
 #include <KesProgram/views/IProgramView.h>
 
 #include <gtkmm/label.h>
@@ -11,7 +12,9 @@ namespace {
 /// What the window is about.
 class ContentView : public Gtk::Label, public Kes::IView {
 public:
-    ContentView() : Gtk::Label("An empty test: Start begins it, Stop ends it.")
+    ContentView()
+        : Gtk::Label(lng::choose({"An empty test: Start begins it, Stop ends it.",
+                                  "Пустая проверка: Старт начинает её, Стоп завершает."}))
     {
         set_size_request(480, 240);
     }
