@@ -110,11 +110,10 @@ TEST(OutcomeTest, NamesWhatHasFailedAndCountsWhatIsMeasured)
     EXPECT_EQ(Outcome::create(&results).text, "Test passed: 1 of 1 points within tolerance");
     results.pickUp->multiple = 1.06;
     EXPECT_EQ(Outcome::create(&results).text,
-              "Test failed: 1 of 1 points within tolerance, pick-up or drop-off is not");
+              "Test failed: 1 of 1 points within tolerance, pick-up or drop-off outside");
     results.points[0].state = MeasureState::NoOperation;
     EXPECT_EQ(Outcome::create(&results).text, "Test failed: 0 of 1 points within tolerance");
     results.plan.multiples.push_back(5.0);
     results.end = RunEnd::Running;
-    EXPECT_EQ(Outcome::create(&results).text,
-              "Test under way: 1 of 2 points measured, 0 within tolerance");
+    EXPECT_EQ(Outcome::create(&results).text, "Test under way: 1 of 2 points measured, 0 within tolerance");
 }

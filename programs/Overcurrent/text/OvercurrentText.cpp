@@ -27,8 +27,8 @@ constexpr Kes::TextTable table({
     {"Outcome.Stopped", "Test stopped before its end", "Проверка остановлена до завершения"},
     {"Outcome.Fault", "Test ended by a fault", "Проверка прервана аварией"},
     {"Outcome.counts", "%s: %zu of %zu points within tolerance", "%s: в допуске точек %zu из %zu"},
-    {"Outcome.valuesFailed", "%s: %zu of %zu points within tolerance, pick-up or drop-off is not",
-     "%s: в допуске точек %zu из %zu, срабатывание или возврат - нет"},
+    {"Outcome.valuesFailed", "%s: %zu of %zu points within tolerance, pick-up or drop-off outside",
+     "%s: в допуске точек %zu из %zu, срабатывание или возврат вне допуска"},
     {"Outcome.partly", "%s: %zu of %zu points measured, %zu within tolerance",
      "%s: измерено точек %zu из %zu, в допуске %zu"},
 
