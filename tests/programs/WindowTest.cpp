@@ -1,31 +1,70 @@
 #include <Overcurrent/presenter/OvercurrentPresenter.h>
+#include <Overcurrent/view/ResultsView.h>
 
 #include <KesProgram/archive/ArchiveManager.h>
 
 #include <support/GuiTest.h>
 #include <support/TemporaryHome.h>
 
+#include <atkmm/object.h>
+#include <gtkmm/entry.h>
+#include <gtkmm/treeview.h>
+
 using namespace Overcurrent;
 using KesTest::waitFor;
+using testing::HasSubstr;
+using testing::IsEmpty;
 
-class WindowTest : public KesTest::GuiTest {};
+namespace {
+
+/// The program with its window; unsaved changes are dropped in the end.
+class WindowTest : public KesTest::GuiTest {
+protected:
+    WindowTest()
+    {
+        model.setSpeed(5000);
+        presenter.signalClosed.connect([this] { isClosed = true; });
+        presenter.open(nullptr);
+    }
+    ~WindowTest() override
+    {
+        dialogs.answer(Kes::DialogResult::No);
+        presenter.requestClose();
+        EXPECT_TRUE(waitFor([this] { return isClosed; }));
+    }
+
+    Gtk::Entry& entry(const std::string& accessibleName)
+    {
+        Gtk::Entry* found = nullptr;
+        const auto find = [&] {
+            for (auto* entry :
+                 KesTest::findWidgets<Gtk::Entry>(dynamic_cast<Gtk::Widget&>(*presenter.getView())))
+                if (entry->get_accessible()->get_name() == accessibleName)
+                    found = entry;
+            return found != nullptr;
+        };
+        if (!waitFor(find))
+            throw std::runtime_error("no entry " + accessibleName);
+        return *found;
+    }
+
+    KesTest::TemporaryHome home;
+    OvercurrentModel model;
+    OvercurrentPresenter presenter{model};
+    bool isClosed = false;
+};
+
+} // namespace
 
 TEST_F(WindowTest, AFileFromTheCommandLineNeedsNoAnswerAboutAnUntouchedDocument)
 {
-    const KesTest::TemporaryHome home;
-    OvercurrentModel model;
-    OvercurrentPresenter presenter(model);
-    bool isClosed = false;
-    presenter.signalClosed.connect([&] { isClosed = true; });
-    model.setSpeed(5000);
-    presenter.open(nullptr);
     ASSERT_TRUE(model.startTest());
     ASSERT_TRUE(waitFor([&] { return model.getResults() && model.getCanStart(); }));
     const std::string path = home.file("a.kovc");
     ASSERT_TRUE(model.getArchiveManager()->saveAs(path));
     model.getArchiveManager()->create({});
     presenter.openFile(path);
-    EXPECT_THAT(dialogs.getMessages(), testing::IsEmpty());
+    EXPECT_THAT(dialogs.getMessages(), IsEmpty());
     EXPECT_EQ(model.getResults()->points.size(), 8u);
     // One that has been touched does.
     TestPlan plan;
@@ -34,8 +73,60 @@ TEST_F(WindowTest, AFileFromTheCommandLineNeedsNoAnswerAboutAnUntouchedDocument)
     dialogs.answer(Kes::DialogResult::Cancel);
     presenter.openFile(path);
     EXPECT_EQ(model.getPlan(), plan);
+}
 
+TEST_F(WindowTest, MarksAWrongValueAndAsksBeforeItSavesWithoutIt)
+{
+    ASSERT_TRUE(model.getArchiveManager()->saveAs(home.file("a.kovc")));
+    auto& timeout = entry("Time-out");
+    timeout.set_text("sixty");
+    EXPECT_TRUE(timeout.get_style_context()->has_class("error"));
+    EXPECT_EQ(timeout.get_accessible()->get_description(), "Time-out: \"sixty\" is not a number.");
+    entry("Pause before each point").set_text("0.7");
+    EXPECT_EQ(model.getPlan().pause, 0.7);
     dialogs.answer(Kes::DialogResult::No);
-    presenter.requestClose();
-    EXPECT_TRUE(waitFor([&] { return isClosed; }));
+    presenter.saveArchive();
+    EXPECT_THAT(dialogs.getTexts().back(), HasSubstr("Time-out: \"sixty\" is not a number."));
+    EXPECT_TRUE(model.getArchiveManager()->isFileChanged());
+    dialogs.answer(Kes::DialogResult::Yes);
+    presenter.saveArchive();
+    EXPECT_FALSE(model.getArchiveManager()->isFileChanged());
+    dialogs.answer(Kes::DialogResult::No);
+    presenter.saveAsArchive();
+    EXPECT_THAT(dialogs.getFiles(), IsEmpty());
+    timeout.set_text("45,5");
+    EXPECT_FALSE(timeout.get_style_context()->has_class("error"));
+    EXPECT_EQ(model.getPlan().timeout, 45.5);
+}
+
+using ResultsViewTest = KesTest::GuiTest;
+
+TEST_F(ResultsViewTest, ShowsTheBeginningOfOtherResultsAndFollowsThoseOfATest)
+{
+    Gtk::Window window;
+    ResultsView view;
+    window.add(view);
+    window.show_all();
+    const auto rows = [](std::size_t count, const char* current) {
+        ResultRow row;
+        row.current = current;
+        return std::vector<ResultRow>(count, row);
+    };
+    auto& place = *KesTest::findWidgets<Gtk::TreeView>(view).front()->get_vadjustment().get();
+    double height = 0.0;
+    const auto isLaidOut = [&] {
+        return place.get_upper() > place.get_page_size() && place.get_upper() != height;
+    };
+    const auto show = [&](const std::vector<ResultRow>& shown) {
+        height = place.get_upper();
+        view.setRows(shown);
+        EXPECT_TRUE(waitFor(isLaidOut));
+        KesTest::runPendingEvents();
+    };
+    show(rows(50, "1"));
+    EXPECT_EQ(place.get_value(), 0.0);
+    show(rows(51, "1"));
+    EXPECT_TRUE(waitFor([&] { return place.get_value() == place.get_upper() - place.get_page_size(); }));
+    show(rows(60, "2"));
+    EXPECT_EQ(place.get_value(), 0.0);
 }
