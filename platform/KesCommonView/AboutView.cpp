@@ -13,12 +13,12 @@ namespace {
 
 constexpr int logoSize = 64;
 
-/// The dialog keeps the room of pages that it does not have.
+/// The dialog keeps the height of pages that it does not have.
 void giveUpHiddenPages(Gtk::Container& container)
 {
     for (auto* child : container.get_children()) {
         if (auto* stack = dynamic_cast<Gtk::Stack*>(child))
-            stack->set_homogeneous(false);
+            stack->property_height_request() = -1;
         else if (auto* inner = dynamic_cast<Gtk::Container*>(child))
             giveUpHiddenPages(*inner);
     }
