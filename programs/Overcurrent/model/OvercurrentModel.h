@@ -34,6 +34,10 @@ public:
     /// The plan or a setting of the test object has changed. GUI thread.
     sigc::signal<void()> signalPlanChanged;
 
+    /// Asked before a test replaces a complete one that is in no file; false: it does not start. Without it
+    /// nobody is asked. GUI thread.
+    std::function<bool()> confirmReplacing;
+
     OvercurrentModel();
     ~OvercurrentModel() override;
 
@@ -85,6 +89,7 @@ private:
     void onPickUp(const RampResult& result) override;
     void onDropOff(const RampResult& result) override;
 
+    bool _hasUnsavedTest();
     KesDevice::Kesto& _getKesto();
     void _beginResults(const KesDevice::Kesto& kesto);
     void _endResults(RunEnd end);

@@ -8,6 +8,7 @@
 
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
+#include <KesProgram/archive/ArchiveManager.h>
 #include <KesProgram/text/Program.h>
 
 #include <glibmm/datetime.h>
@@ -48,15 +49,23 @@ bool OvercurrentModel::_onPrepareStart()
 {
     _runSettings = getSettings();
     _runPlan = _plan;
-    _verdict = RunVerdict::None;
-    _progress = 0.0;
     const auto result = _planError.empty() ? _runPlan.check(_runSettings) : Kes::Result::failure(_planError);
     if (!result) {
         signalMessage.emit(refusal(result));
         return false;
     }
+    if (confirmReplacing && _hasUnsavedTest() && !confirmReplacing())
+        return false;
+    _verdict = RunVerdict::None;
+    _progress = 0.0;
     _control.reset();
     return true;
+}
+
+bool OvercurrentModel::_hasUnsavedTest()
+{
+    const auto results = getResults();
+    return results && results->end == RunEnd::Complete && getArchiveManager()->isFileChanged();
 }
 
 bool OvercurrentModel::_onPrepareHardware()

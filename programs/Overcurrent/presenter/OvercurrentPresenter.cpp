@@ -44,9 +44,15 @@ struct OvercurrentPresenter::Menus {
     KesProgram::ToolsToolbarPresenter tools;
 };
 
-OvercurrentPresenter::OvercurrentPresenter(OvercurrentModel& model) : _model(model) {}
+OvercurrentPresenter::OvercurrentPresenter(OvercurrentModel& model) : _model(model)
+{
+    _model.confirmReplacing = [this] { return _ask(lng::Overcurrent::get("Run.replaceUnsaved")); };
+}
 
-OvercurrentPresenter::~OvercurrentPresenter() = default;
+OvercurrentPresenter::~OvercurrentPresenter()
+{
+    _model.confirmReplacing = nullptr;
+}
 
 void OvercurrentPresenter::openFile(const std::string& fileName)
 {
@@ -75,15 +81,14 @@ void OvercurrentPresenter::saveAsArchive()
 bool OvercurrentPresenter::_confirmSavedPlan()
 {
     const std::string& error = _model.getPlanError();
-    if (error.empty())
-        return true;
-    auto answer = Kes::DialogResult::No;
-    runDialogs([&] {
-        answer = Kes::DialogPresenter::show(
-            getView(), Kes::StringHelper::format(lng::Overcurrent::get("Plan.saveLastValid"), error), "",
-            Kes::DialogResult::YesNo);
-    });
-    return answer == Kes::DialogResult::Yes;
+    return error.empty() ||
+           _ask(Kes::StringHelper::format(lng::Overcurrent::get("Plan.saveLastValid"), error));
+}
+
+bool OvercurrentPresenter::_ask(const std::string& question)
+{
+    return Kes::DialogPresenter::show(getView(), question, "", Kes::DialogResult::YesNo) ==
+           Kes::DialogResult::Yes;
 }
 
 void OvercurrentPresenter::_onInit()

@@ -33,6 +33,7 @@ private:
     void _createContent();
     void _updateRecentFiles();
     bool _confirmSavedPlan();
+    bool _ask(const std::string& question);
 
     OvercurrentModel& _model;
     std::unique_ptr<Menus> _menus;

@@ -42,6 +42,9 @@ constexpr Kes::TextTable table({
      "Проверка остановлена: её архив закрыт."},
 
     {"Plan.refused", "The test cannot be started: %s", "Невозможно начать проверку: %s"},
+    {"Run.replaceUnsaved",
+     "The results of the last test have not been saved. Begin a new test and lose them?",
+     "Результаты последней проверки не сохранены. Начать новую проверку и потерять их?"},
     {"Plan.saveLastValid", "%s\n\nSave with the last valid value instead?",
      "%s\n\nСохранить с последним допустимым значением?"},
     {"Plan.noPoints", "The plan holds no points to try.", "План не содержит ни одной точки."},
