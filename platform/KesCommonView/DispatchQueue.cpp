@@ -29,7 +29,7 @@ DispatchQueue::~DispatchQueue()
     ::close(_descriptor);
 }
 
-bool DispatchQueue::push(Function function)
+bool DispatchQueue::push(Function&& function)
 {
     std::lock_guard lock(_mutex);
     if (!_open)

@@ -25,7 +25,7 @@ public:
     int getDescriptor() const { return _descriptor; }
 
     /// Any thread. False, and nothing is queued, while the queue is closed.
-    bool push(Function function);
+    bool push(Function&& function);
     /// GUI thread. The oldest function; an empty one when there is none.
     Function take();
     /// GUI thread. The number of functions at this moment.
