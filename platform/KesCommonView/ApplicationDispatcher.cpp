@@ -130,7 +130,7 @@ public:
                 if (!runOne())
                     return;
             const auto before = std::exchange(now, Clock::now());
-            count = now - before < shortTime ? std::min(2 * count, 32U) : 1;
+            count = now - before < shortTime ? std::min(2 * count, 8U) : 1;
         }
     }
 
