@@ -5,12 +5,18 @@
 
 #include <cerrno>
 #include <cstdint>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
 namespace Kes {
 
 namespace {
+
+/// Functions in one batch: 8 KiB.
+constexpr std::size_t batchSize = 256;
+/// Batches that stay when the queue is empty: half a megabyte.
+constexpr std::size_t sparesKept = 64;
 
 int makeDescriptor()
 {
@@ -31,10 +37,11 @@ DispatchQueue::~DispatchQueue()
 
 bool DispatchQueue::push(Function&& function)
 {
-    std::lock_guard lock(_mutex);
+    std::unique_lock lock(_mutex);
+    _makeRoom(lock);
     if (!_open)
         return false;
-    _posted.push_back(std::move(function));
+    _posted.back().push_back(std::move(function));
     _wake();
     return true;
 }
@@ -42,30 +49,44 @@ bool DispatchQueue::push(Function&& function)
 DispatchQueue::Function DispatchQueue::take()
 {
     if (_taken.empty()) {
+        Batches surplus;
         std::lock_guard lock(_mutex);
         _taken.swap(_posted);
         if (_taken.empty()) {
             _fallAsleep();
+            if (_spare.size() > sparesKept)
+                surplus.splice(surplus.end(), _spare, std::next(_spare.begin(), sparesKept), _spare.end());
             return {};
         }
     }
-    auto function = std::move(_taken.front());
-    _taken.pop_front();
+    auto& batch = _taken.front();
+    auto function = std::move(batch[_next]);
+    if (++_next == batch.size()) {
+        batch.clear();
+        _next = 0;
+        std::lock_guard lock(_mutex);
+        _spare.splice(_spare.begin(), _taken, _taken.begin());
+    }
     return function;
 }
 
 std::size_t DispatchQueue::size()
 {
     std::lock_guard lock(_mutex);
-    return _taken.size() + _posted.size();
+    std::size_t count = 0;
+    for (const auto* batches : {&_taken, &_posted})
+        for (const auto& batch : *batches)
+            count += batch.size();
+    return count - _next;
 }
 
 void DispatchQueue::close()
 {
     // The functions are destroyed when both locals go: outside the lock, since what they have captured may
     // post again.
-    std::deque<Function> posted;
+    Batches posted;
     const auto taken = std::exchange(_taken, {});
+    _next = 0;
     std::lock_guard lock(_mutex);
     _open = false;
     posted.swap(_posted);
@@ -76,6 +97,22 @@ void DispatchQueue::open()
 {
     std::lock_guard lock(_mutex);
     _open = true;
+}
+
+void DispatchQueue::_makeRoom(std::unique_lock<std::mutex>& lock)
+{
+    while (_open && (_posted.empty() || _posted.back().size() == batchSize)) {
+        if (_spare.empty()) {
+            // Made and written to once while other threads can post: new memory is what takes longest here.
+            lock.unlock();
+            Batches fresh;
+            fresh.emplace_back(batchSize).clear();
+            lock.lock();
+            _spare.splice(_spare.end(), fresh);
+        } else {
+            _posted.splice(_posted.end(), _spare, _spare.begin());
+        }
+    }
 }
 
 void DispatchQueue::_wake()

@@ -1,8 +1,10 @@
 #pragma once
 
-#include <deque>
+#include <cstddef>
 #include <functional>
+#include <list>
 #include <mutex>
+#include <vector>
 
 namespace Kes {
 
@@ -12,6 +14,9 @@ namespace Kes {
 /// data. It is readable from the first function until the GUI thread has found the queue empty, so a flood
 /// of posts costs one wake-up. The GUI thread takes over all functions at once and runs them one at a time
 /// from a list of its own, which a main loop inside one of them goes on with.
+///
+/// The functions lie in batches of a fixed size that are used again. What a thread does under the mutex is
+/// short this way, whatever the length of the queue: no post moves other functions or asks for memory there.
 class DispatchQueue {
 public:
     using Function = std::function<void()>;
@@ -36,16 +41,25 @@ public:
     void open();
 
 private:
+    using Batch = std::vector<Function>;
+    using Batches = std::list<Batch>;
+
+    /// Holds the lock again when it returns. Without effect while the queue is closed.
+    void _makeRoom(std::unique_lock<std::mutex>& lock);
     void _wake();
     void _fallAsleep();
 
     const int _descriptor;
     std::mutex _mutex;
-    std::deque<Function> _posted;
+    Batches _posted;
+    /// Empty ones that have their memory.
+    Batches _spare;
     bool _awake = false;
     bool _open = true;
-    /// The GUI thread's own.
-    std::deque<Function> _taken;
+    /// The GUI thread's own, with the place of the next function in the first batch. Away from the memory
+    /// that the posting threads write.
+    alignas(64) Batches _taken;
+    std::size_t _next = 0;
 };
 
 } // namespace Kes

@@ -11,8 +11,10 @@
 
 #include <array>
 #include <atomic>
+#include <numeric>
 #include <stdexcept>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -60,22 +62,25 @@ TEST_F(ApplicationDispatcherTest, exceptionsReachTheWaiterOrTheLogAndTheQueueGoe
     EXPECT_THROW(Kes::waitUpdateView([] { throw std::logic_error("here"); }), std::logic_error);
 }
 
-TEST_F(ApplicationDispatcherTest, queueGoesOnInsideTheLoopOfADialog)
+TEST_F(ApplicationDispatcherTest, queueGoesOnInOrderInsideTheLoopOfADialog)
 {
+    constexpr std::size_t count = 2000;
+    const auto loop = Glib::MainLoop::create();
     std::thread worker;
-    bool inside = false;
-    Kes::beginUpdateView([&] {
-        const auto loop = Glib::MainLoop::create();
-        worker = std::thread([&] {
-            Kes::waitUpdateView([&] {
-                inside = true;
-                loop->quit();
-            });
+    std::vector<std::size_t> order;
+    for (std::size_t i = 0; i < count; ++i)
+        Kes::beginUpdateView([&, i] {
+            order.push_back(i);
+            if (i == 100) {
+                worker = std::thread([&] { Kes::waitUpdateView([&] { loop->quit(); }); });
+                loop->run();
+            }
         });
-        loop->run();
-    });
-    EXPECT_TRUE(waitFor([&] { return inside; }));
+    EXPECT_TRUE(waitFor([&] { return order.size() == count; }));
     worker.join();
+    std::vector<std::size_t> expected(count);
+    std::iota(expected.begin(), expected.end(), 0);
+    EXPECT_EQ(order, expected);
 }
 
 TEST_F(ApplicationDispatcherTest, unregisteringReleasesWaitersAndDropsTheRest)
