@@ -108,7 +108,8 @@ void runCaught(const std::function<void()>& function)
 
 class ApplicationDispatcher::Queue : public DispatchQueue {
 public:
-    std::atomic<std::thread::id> guiThread;
+    /// Read by every thread; away from what the GUI thread writes.
+    alignas(64) std::atomic<std::thread::id> guiThread;
     GSource* source = nullptr;
 
     bool runOne()

@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <cstdint>
-#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -15,7 +14,7 @@ namespace {
 
 /// Functions in one batch: 8 KiB.
 constexpr std::size_t batchSize = 256;
-/// Batches that stay when the queue is empty: half a megabyte.
+/// More empty batches than this (half a megabyte) are given up when the queue has run empty.
 constexpr std::size_t sparesKept = 64;
 
 int makeDescriptor()
@@ -42,6 +41,7 @@ bool DispatchQueue::push(Function&& function)
     if (!_open)
         return false;
     _posted.back().push_back(std::move(function));
+    ++_postedCount;
     _wake();
     return true;
 }
@@ -55,12 +55,13 @@ DispatchQueue::Function DispatchQueue::take()
         if (_taken.empty()) {
             _fallAsleep();
             if (_spare.size() > sparesKept)
-                surplus.splice(surplus.end(), _spare, std::next(_spare.begin(), sparesKept), _spare.end());
+                surplus.swap(_spare);
             return {};
         }
     }
     auto& batch = _taken.front();
     auto function = std::move(batch[_next]);
+    ++_takenCount;
     if (++_next == batch.size()) {
         batch.clear();
         _next = 0;
@@ -73,11 +74,7 @@ DispatchQueue::Function DispatchQueue::take()
 std::size_t DispatchQueue::size()
 {
     std::lock_guard lock(_mutex);
-    std::size_t count = 0;
-    for (const auto* batches : {&_taken, &_posted})
-        for (const auto& batch : *batches)
-            count += batch.size();
-    return count - _next;
+    return _postedCount - _takenCount;
 }
 
 void DispatchQueue::close()
@@ -90,6 +87,7 @@ void DispatchQueue::close()
     std::lock_guard lock(_mutex);
     _open = false;
     posted.swap(_posted);
+    _takenCount = _postedCount;
     _fallAsleep();
 }
 

@@ -54,12 +54,14 @@ private:
     Batches _posted;
     /// Empty ones that have their memory.
     Batches _spare;
+    std::size_t _postedCount = 0;
     bool _awake = false;
     bool _open = true;
     /// The GUI thread's own, with the place of the next function in the first batch. Away from the memory
     /// that the posting threads write.
     alignas(64) Batches _taken;
     std::size_t _next = 0;
+    std::size_t _takenCount = 0;
 };
 
 } // namespace Kes
