@@ -33,9 +33,8 @@ void ProgramModel::setHardware(std::unique_ptr<KesDevice::HardwareManager>& hard
     _attachHardwareManager();
     _onHardwareChanged(getHardware());
     signalHardwareChanged.emit();
-    // A start or a run on another thread may still be using the old one.
-    if (!_canStart)
-        KesDevice::HardwareControl::retire(std::move(old));
+    // Not destroyed here: a run on another thread, or a window, may still be using it.
+    KesDevice::HardwareControl::retire(std::move(old));
 }
 
 std::unique_ptr<KesDevice::HardwareManager> ProgramModel::_createProgramHardwareManager()

@@ -39,8 +39,8 @@ public:
     /// As `setGlobalInstance`, but lent devices are never kept.
     static void setEmbeddedInstance(std::unique_ptr<HardwareManager> hardware, bool temporary);
 
-    /// Takes over a program's own configuration that has been replaced while a thread may still be using
-    /// it: its outputs go off, and it is destroyed when it is no longer busy. A null one is ignored.
+    /// Takes over a program's own configuration that has been replaced. Its life ends as that of a global one
+    /// does; see `getInstance`. A null one is ignored.
     static void retire(std::unique_ptr<HardwareManager> hardware);
 
 private:
