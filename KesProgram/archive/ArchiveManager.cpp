@@ -1,6 +1,8 @@
 #include <KesProgram/archive/ArchiveManager.h>
 
+#include <KesCommon/ExceptionText.h>
 #include <KesCommon/FileStream.h>
+#include <KesCommon/Log.h>
 #include <KesProgram/archive/DataFormatError.h>
 #include <KesProgram/archive/FileAccessError.h>
 
@@ -66,11 +68,14 @@ Kes::Result ArchiveManager::open(const std::string& fileName, bool repair)
     if (!file.is_open())
         return FileAccessError::get();
     _setActualFileName(fileName);
+    if (!_setDataStream)
+        throw std::bad_function_call();
     try {
         if (_setDataStream(file, repair))
             return true;
-    } catch (const std::ios_base::failure&) {
-        // A folder opens like a file. Reading it, or a damaged disk, throws when the buffer is read directly.
+    } catch (...) {
+        // Data that makes its reader throw is as unusable as data that it refuses.
+        KesLog::Log::writeError(fileName + ": " + Kes::getCurrentExceptionText());
     }
     return DataFormatError::get();
 }
@@ -97,7 +102,10 @@ bool ArchiveManager::isFileChanged() const
     std::ifstream file(_fileName);
     if (!file.is_open())
         return true;
-    return !haveSameBytes(file, *_getDataStream());
+    // Only the bytes count, here as in saving: what is left of the stream's state does not.
+    const auto data = _getDataStream();
+    data->clear();
+    return !haveSameBytes(file, *data);
 }
 
 void ArchiveManager::_setActualFileName(const std::string& fileName)

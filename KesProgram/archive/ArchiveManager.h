@@ -55,7 +55,8 @@ public:
     Kes::Result open(const std::string& fileName, bool repair);
 
     /// Writes the data to the file and makes it the current one. False, the path unchanged, when the file
-    /// cannot be opened. An error while writing goes unnoticed.
+    /// cannot be opened. An error while writing goes unnoticed. The file is empty when the data are asked
+    /// for: a provider that throws then loses what was in it.
     bool saveAs(const std::string& fileName);
 
     /// `saveAs` with the current path, which fails for a new file.
