@@ -146,6 +146,8 @@ bool ProgramModel::_stopRunning()
 
 void ProgramModel::_emitRunningChanged()
 {
+    // Both, before another thread tells of its change.
+    Kes::SignalGate::Guard gate;
     signalCanStopChanged.emit();
     signalRunningChanged.emit();
 }
