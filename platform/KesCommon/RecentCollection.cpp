@@ -1,7 +1,10 @@
 #include <KesCommon/RecentCollection.h>
 
+#include <KesCommon/StringHelper.h>
+
 #include <optional>
 #include <sstream>
+#include <string_view>
 #include <utility>
 
 namespace Kes {
@@ -42,7 +45,7 @@ int digitValue(char c)
     return -1;
 }
 
-std::optional<std::string> unescape(const std::string& text)
+std::optional<std::string> unescape(std::string_view text)
 {
     std::string path;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -58,13 +61,6 @@ std::optional<std::string> unescape(const std::string& text)
         i += 2;
     }
     return path;
-}
-
-std::string trim(const std::string& line)
-{
-    constexpr const char* blanks = " \t\r\v\f";
-    const auto first = line.find_first_not_of(blanks);
-    return first == std::string::npos ? "" : line.substr(first, line.find_last_not_of(blanks) - first + 1);
 }
 
 } // namespace
@@ -108,7 +104,7 @@ void RecentCollection::deserialize(const std::string& text)
     std::vector<std::string> paths;
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);)
-        if (const auto path = unescape(trim(line)))
+        if (const auto path = unescape(StringHelper::trim(line)))
             _put(paths, *path);
     _replace(std::move(paths));
 }
