@@ -46,6 +46,7 @@ HardwareManager::~HardwareManager()
     // Whoever shows the devices hears of their end before it comes.
     _kestos.setReadOnly(false);
     (void)_kestos.clear();
+    _impl->waitForStops();
 }
 
 void HardwareManager::fillFrom(const HardwareManager& other)
@@ -98,6 +99,8 @@ Kes::Result HardwareManager::prepare()
 
 Kes::Result HardwareManager::startWorkingMode()
 {
+    // What a fault of the last run has stopped must not stop this one.
+    _impl->waitForStops();
     const OperationTurn::Hold turn(_impl->turn);
     const auto kestos = _kestos.lease();
     if (auto result = _impl->checkStart(kestos); !result)

@@ -26,21 +26,6 @@ std::shared_ptr<Kes::ObjectError> nameKesto(const Kesto& kesto, const Kes::Resul
                                                : kesto.toDisplayString() + ": " + text);
 }
 
-/// Runs the operation on every device, each on a thread of its own, all of them through `enter`.
-template <typename Enter>
-std::vector<std::thread> startThreads(const Kestos& kestos, const Operation& operation,
-                                      std::vector<Kes::Result>& results, Enter enter)
-{
-    std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < kestos.size(); ++i)
-        threads.emplace_back([&, i, enter] {
-            Kes::ThreadHelper::setCurrentThreadName("KesDevice_Op");
-            [[maybe_unused]] const auto entered = enter();
-            results[i] = operation(*kestos[i]);
-        });
-    return threads;
-}
-
 } // namespace
 
 HardwareManager::Impl::Status::~Status()
@@ -74,8 +59,13 @@ HardwareManager::Impl::Errors HardwareManager::Impl::onEach(const Kestos& kestos
     if (kestos.size() == 1) {
         results[0] = operation(*kestos[0]);
     } else {
-        auto threads = startThreads(kestos, operation, results,
-                                    [this] { return std::make_unique<OperationTurn::Share>(turn); });
+        std::vector<std::thread> threads;
+        for (std::size_t i = 0; i < kestos.size(); ++i)
+            threads.emplace_back([&, i] {
+                Kes::ThreadHelper::setCurrentThreadName("KesDevice_Op");
+                const OperationTurn::Share share(turn);
+                results[i] = operation(*kestos[i]);
+            });
         for (auto& thread : threads)
             Kes::ThreadHelper::join(thread);
     }
@@ -140,24 +130,37 @@ void HardwareManager::Impl::_onAvary(Kesto* kesto, KesDriver::KesAvary& avary)
     _hardware.signalAvary.emit(avary);
 }
 
-/// Without waiting for the turn: an operation may be waiting for a device that does not answer.
+/// Waits neither for the turn, since an operation may be waiting for a device that does not answer, nor for
+/// the devices: the fault is told meanwhile.
 void HardwareManager::Impl::_stopOthers(const Kesto* faulty)
 {
-    auto others = _hardware._kestos.lease();
-    std::erase_if(others, [=](const auto& kesto) { return kesto.get() == faulty || !kesto->isConnected(); });
-    std::vector<Kes::Result> results(others.size(), Kes::Result(true));
-    const Operation stop = [](Kesto& kesto) { return kesto.stopOutputs(); };
-    // The threads emit nothing, so they may be waited for with the gate held: nobody can destroy this
-    // meanwhile.
-    for (auto& thread : startThreads(others, stop, results, [] { return 0; }))
-        thread.join();
-    for (std::size_t i = 0; i < others.size(); ++i)
-        if (!results[i])
-            _hardware.signalKestoState.emit(
-                others[i].get(),
-                Kes::StringHelper::format(lng::HardwareManager::get("Errors.General.stopOnFault"),
-                                          Kes::ObjectErrorHelper::toDisplayString({results[i].getError()}))
-                    .c_str());
+    for (const auto& kesto : _hardware._kestos.lease())
+        if (kesto.get() != faulty && kesto->isConnected())
+            _stops.emplace_back([this, kesto] { _stop(*kesto); });
+}
+
+void HardwareManager::Impl::_stop(Kesto& kesto)
+{
+    Kes::ThreadHelper::setCurrentThreadName("KesDevice_Stop");
+    if (const auto result = kesto.stopOutputs(); !result)
+        _hardware.signalKestoState.emit(
+            &kesto, Kes::StringHelper::format(lng::HardwareManager::get("Errors.General.stopOnFault"),
+                                              Kes::ObjectErrorHelper::toDisplayString({result.getError()}))
+                        .c_str());
+}
+
+void HardwareManager::Impl::waitForStops()
+{
+    std::vector<std::thread> stops;
+    {
+        Kes::SignalGate::Guard gate;
+        stops.swap(_stops);
+    }
+    for (auto& stop : stops)
+        if (stop.get_id() != std::this_thread::get_id())
+            Kes::ThreadHelper::join(stop);
+        else
+            stop.detach(); // Called from a slot of its report, which is the last thing that it does.
 }
 
 } // namespace KesDevice

@@ -9,12 +9,13 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace KesDevice {
 
 /// The inner side of a configuration: its turn, its view of the devices' signals, and work on all devices at
-/// once.
+/// once. Any thread.
 class HardwareManager::Impl {
 public:
     using Kestos = std::vector<std::shared_ptr<Kesto>>;
@@ -49,15 +50,21 @@ public:
     void setRunning(bool running);
     void countRunning(int by);
 
+    /// Returns when no device is being stopped because of a fault any more. Not with the turn.
+    void waitForStops();
+
 private:
     void _onInserted(Kesto* kesto);
     void _onRemoved(Kesto* kesto);
     void _onAvary(Kesto* kesto, KesDriver::KesAvary& avary);
     void _stopOthers(const Kesto* faulty);
+    void _stop(Kesto& kesto);
 
     HardwareManager& _hardware;
     /// By device; used under the signal gate.
     std::map<Kesto*, std::vector<Kes::ScopedConnection>> _connections;
+    /// One for each device that a fault elsewhere has stopped; used under the signal gate.
+    std::vector<std::thread> _stops;
     Kes::ScopedConnection _inserted;
     Kes::ScopedConnection _removed;
 };

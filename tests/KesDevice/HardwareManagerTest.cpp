@@ -2,6 +2,8 @@
 
 #include <KesDevice/HardwareIsRunningComponent.h>
 
+#include <future>
+
 using namespace KesTest;
 
 namespace {
@@ -62,19 +64,18 @@ TEST_F(HardwareManagerTest, AFaultStopsTheOthersWhenWanted)
 {
     ASSERT_TRUE(hardware->prepare());
     ASSERT_TRUE(hardware->startWorkingMode());
-    std::vector<std::string> notices;
+    std::promise<std::string> notice;
     hardware->signalKestoState.connect([&](Kesto* kesto, const char* text) {
-        notices.push_back((kesto == secondKesto ? "second: " : "?: ") + std::string(text));
+        notice.set_value((kesto == secondKesto ? "second: " : "?: ") + std::string(text));
     });
     first.reportAvary({3, 17, false, true, {}}).wait();
     EXPECT_EQ(second.countCalls(LinkCall::StopOutputs), 0U);
     hardware->setIsStopOnFault(true);
     second.fail(LinkCall::StopOutputs, "stuck");
     first.reportConnectionLost().wait();
+    EXPECT_EQ(notice.get_future().get(),
+              "second: The outputs could not be switched off after a fault of another device: stuck");
     EXPECT_EQ(second.countCalls(LinkCall::StopOutputs), 1U);
-    EXPECT_THAT(
-        notices,
-        ElementsAre("second: The outputs could not be switched off after a fault of another device: stuck"));
     EXPECT_TRUE(hardware->isOutputRunning()) << "until it is stopped";
     EXPECT_TRUE(hardware->stopWorkingMode()) << "a lost device has switched off by itself";
 }
