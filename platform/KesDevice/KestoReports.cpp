@@ -1,5 +1,7 @@
 #include <KesDevice/KestoReports.h>
 
+#include <KesCommon/ExceptionText.h>
+#include <KesCommon/Log.h>
 #include <KesDriver/ServingWait.h>
 
 namespace KesDevice {
@@ -29,7 +31,13 @@ void KestoReports::_pass(Report report)
             return;
         _passing = std::this_thread::get_id();
     }
-    report(_target);
+    try {
+        report(_target);
+    } catch (...) {
+        // The link's thread goes on with the next report, and the program with switching the outputs off.
+        KesLog::Log::writeError("A receiver of a device's report has thrown: " +
+                                Kes::getCurrentExceptionText());
+    }
     std::lock_guard lock(_mutex);
     _passing = std::thread::id();
     _passed.notify_all();

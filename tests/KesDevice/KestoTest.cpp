@@ -3,6 +3,7 @@
 #include <support/Record.h>
 
 #include <limits>
+#include <stdexcept>
 
 using namespace KesTest;
 
@@ -123,6 +124,7 @@ TEST_F(KestoTest, ReportsFaultsAndLostConnections)
     record.take();
     KesDriver::KesAvary avary{999, 999, false, false, {{"IA", false, false, true}}};
     avary.channels.resize(1000, {std::string(100000, '\xFF') + "\n", false, false, false});
+    kesto.signalAvary.connect([](KesDriver::KesAvary&) { throw std::runtime_error("thrown by a receiver"); });
     fake.reportAvary(avary);
     fake.reportAvary(avary).wait();
     EXPECT_THAT(record.take(), ElementsAre("state [Fault: IA - overload]", "avary 17 IA - overload",
