@@ -105,6 +105,12 @@ void ProgramBasePresenter::_onUnloadingFromModel()
     // The closing connection is cut first: the window's own delete event arrives later, from the main loop.
     _fields->closing.isClosed = true;
     _fields->closingFromView.disconnect();
+    // What is changed from now on would be lost without a question. The window behind a modal one cannot
+    // close.
+    if (_fields->testObject)
+        _fields->testObject->close();
+    if (_fields->hardwareSettings)
+        _fields->hardwareSettings->close();
     _fields->view->close();
 }
 

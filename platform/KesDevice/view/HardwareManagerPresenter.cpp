@@ -26,6 +26,12 @@ public:
         _settings->open(parent);
     }
 
+    void close()
+    {
+        if (_isOpen)
+            _settings->cancel();
+    }
+
     Kes::IView* getView() { return _isOpen ? _settings->getView() : nullptr; }
 
 private:
@@ -54,6 +60,11 @@ void HardwareManagerPresenter::edit(Kes::IView* parent, HardwareManager* hardwar
 {
     if (hardware)
         _impl->edit(parent, hardware, local);
+}
+
+void HardwareManagerPresenter::close()
+{
+    _impl->close();
 }
 
 Kes::IView* HardwareManagerPresenter::getView()

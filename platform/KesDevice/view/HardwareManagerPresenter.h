@@ -27,6 +27,9 @@ public:
     /// the window is open, or is replaced by a slot of `signalHardwareChanging`. A null one is ignored.
     void edit(Kes::IView* parent, HardwareManager* hardware, bool local);
 
+    /// Closes the window; the user's changes are dropped.
+    void close();
+
     /// The window while it is open, else null.
     Kes::IView* getView();
 

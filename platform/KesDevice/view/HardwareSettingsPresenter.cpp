@@ -36,6 +36,12 @@ void HardwareSettingsPresenter::open(Kes::IView* parent)
         _search.focusAddress();
 }
 
+void HardwareSettingsPresenter::cancel()
+{
+    _view->close();
+    Kes::emitLast(signalClosed);
+}
+
 void HardwareSettingsPresenter::_onConfirmed()
 {
     _view->setProblem({});

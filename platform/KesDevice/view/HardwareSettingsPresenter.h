@@ -25,6 +25,8 @@ public:
 
     /// Shows the window, or brings it to the front.
     void open(Kes::IView* parent);
+    /// Closes the window, as Cancel does.
+    void cancel();
     Kes::IView* getView() override { return _view.get(); }
 
 private:
