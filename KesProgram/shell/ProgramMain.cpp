@@ -1,5 +1,6 @@
 #include <KesProgram/shell/ProgramMain.h>
 
+#include <KesCommon/ExceptionText.h>
 #include <KesCommon/Log.h>
 #include <KesCommonView/ApplicationDispatcher.h>
 #include <KesCommonView/DialogPresenter.h>
@@ -112,10 +113,8 @@ private:
                 _unattended->reportFileError();
             if (!std::exchange(_isModelClosed, true))
                 _parts.model->close();
-        } catch (const std::exception& error) {
-            _show(error.what());
-        } catch (const Glib::Exception& error) {
-            _show(error.what());
+        } catch (...) {
+            _show(Kes::getCurrentExceptionText());
         }
     }
     void _show(const std::string& text)
@@ -163,10 +162,8 @@ int ProgramMain::run(int argc, char** argv, const std::function<std::string()>& 
     }
     try {
         return RunningProgram(commandLine, create(commandLine)).run(version);
-    } catch (const std::exception& error) {
-        tell(error.what());
-    } catch (const Glib::Exception& error) {
-        tell(error.what());
+    } catch (...) {
+        tell(Kes::getCurrentExceptionText());
     }
     return UnattendedRun::NotStarted;
 }
