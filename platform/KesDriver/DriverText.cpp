@@ -26,8 +26,8 @@ constexpr Kes::TextTable table({
     {"Fault.overheat", "%s - overheat", "%s - перегрев"},
     {"Fault.overload", "%s - overload", "%s - перегрузка"},
 
-    {"Limit.above", "%s: %.10g %s is above the limit of %.10g %s.", "%s: %.10g %s больше предела %.10g %s."},
-    {"Limit.below", "%s: %.10g %s is below the limit of %.10g %s.", "%s: %.10g %s меньше предела %.10g %s."},
+    {"Limit.above", "%s: %s %s is above the limit of %s %s.", "%s: %s %s больше предела %s %s."},
+    {"Limit.below", "%s: %s %s is below the limit of %s %s.", "%s: %s %s меньше предела %s %s."},
     {"Limit.notANumber", "%s: the value is not a number.", "%s: значение не является числом."},
     {"Limit.phaseNotANumber", "%s: the phase is not a number.", "%s: фаза не является числом."},
     {"Limit.frequency", "Frequency", "Частота"},

@@ -1,5 +1,6 @@
 #include <KesDriver/OutputCheck.h>
 
+#include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
 #include <KesDriver/DriverText.h>
 
@@ -20,8 +21,9 @@ struct Range {
 
 Kes::Result refuse(const char* text, const char* name, double value, double limit, const char* unit)
 {
-    return Kes::Result::failure(
-        Kes::StringHelper::format(lng::Driver::get(text), name, value, unit, limit, unit));
+    return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get(text), name,
+                                                          Kes::NumberText::show(value), unit,
+                                                          Kes::NumberText::show(limit), unit));
 }
 
 Kes::Result checkValue(const char* name, double value, const Range& range)

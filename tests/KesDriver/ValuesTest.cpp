@@ -38,7 +38,8 @@ TEST(OutputCheck, NamesTheStepOfASequence)
               "Step 2. Binary input 9 does not exist: the device has 8.");
     sequence[1].endOn.reset();
     sequence[2].duration = DeviceTime(0);
-    EXPECT_EQ(message(checkSequence(sequence, {})), "Step 3. Duration: 0 s is below the limit of 1e-06 s.");
+    EXPECT_EQ(message(checkSequence(sequence, {})),
+              "Step 3. Duration: 0 s is below the limit of 0.000001 s.");
     sequence[2].duration = DeviceTime::min();
     EXPECT_FALSE(checkSequence(sequence, {}));
 }
