@@ -6,6 +6,7 @@
 #include <gdkmm/monitor.h>
 #include <glibmm/main.h>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -19,8 +20,12 @@ std::vector<RectangleF> getMonitorAreas(const Glib::RefPtr<Gdk::Display>& displa
     for (int i = 0; i < display->get_n_monitors(); ++i) {
         Gdk::Rectangle area;
         display->get_monitor(i)->get_workarea(area);
-        areas.push_back({static_cast<float>(area.get_x()), static_cast<float>(area.get_y()),
-                         static_cast<float>(area.get_width()), static_cast<float>(area.get_height())});
+        const RectangleF rectangle{static_cast<float>(area.get_x()), static_cast<float>(area.get_y()),
+                                   static_cast<float>(area.get_width()),
+                                   static_cast<float>(area.get_height())};
+        // Monitors that show the same are one.
+        if (std::find(areas.begin(), areas.end(), rectangle) == areas.end())
+            areas.push_back(rectangle);
     }
     return areas;
 }
