@@ -17,7 +17,9 @@ void SimulatedPort::deliver(const Report& report)
 {
     IKestoLinkListener* listener = nullptr;
     {
-        std::lock_guard lock(_mutex);
+        std::unique_lock lock(_mutex);
+        // A link that has moved from one device to another hears both for a moment.
+        servingWait(lock, _delivered, [this] { return _deliverer == std::thread::id(); });
         if (!_listener)
             return;
         listener = _listener;
