@@ -76,6 +76,12 @@ void NodeValuePresenter::_onEdited(const std::string& text)
         _before = _node.getValue();
     _text = text;
     _tryText();
+    if (!_isRefused)
+        return;
+    // What has been taken on the way to a refused text ("11" of "110") was never meant.
+    _isCommitting = true;
+    (void)_node.setValue(_before);
+    _isCommitting = false;
 }
 
 void NodeValuePresenter::_tryText()

@@ -7,7 +7,8 @@
 
 namespace KesTree {
 
-/// Lets the user edit one value. While no problem is shown, the node holds what the editor shows.
+/// Lets the user edit one value. While no problem is shown, the node holds what the editor shows; while one
+/// is shown, the value with which the editing began.
 /// The node outlives it. GUI thread.
 class KES_EXPORT NodeValuePresenter : public sigc::trackable {
 public:
