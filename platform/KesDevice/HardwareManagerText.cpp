@@ -9,7 +9,8 @@ namespace {
 constexpr Kes::TextTable table({
     {"Common.KestoStateOk", "Ready for operation", "Готово к работе"},
 
-    {"auxDC.enabled", "The auxiliary supply is on", "Оперативное питание включено"},
+    {"auxDC.enabled", "The auxiliary supply is on while the device is connected",
+     "Оперативное питание включено, пока есть связь с устройством"},
 
     {"Status.connecting", "Connecting to KESTO %s", "Соединение с КЕСТО %s"},
     {"Status.starting", "Switching on the outputs", "Включение выходов"},

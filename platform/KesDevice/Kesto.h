@@ -65,7 +65,7 @@ public:
     /// Connects, identifies, sets the auxiliary supply and asks for the state; succeeds at once when
     /// connected. A device that is not ready counts as connected.
     Kes::Result connect();
-    /// The operation error is unknown afterwards.
+    /// Outputs and auxiliary supply go off. The operation error is unknown afterwards.
     void disconnect();
     /// Asks for the state and updates the operation error; connects first when needed.
     Kes::Result updateState();

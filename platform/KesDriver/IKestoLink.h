@@ -27,7 +27,8 @@ public:
     virtual void onStep(const StepEvent& event) = 0;
     virtual void onSequenceFinished(const SequenceEvent& event) = 0;
     virtual void onAvary(const KesAvary& avary) = 0;
-    /// The device has dropped the connection or does not answer any more; the link is disconnected.
+    /// The device has dropped the connection or does not answer any more; the link is disconnected. A device
+    /// that has lost its connection switches everything off by itself.
     virtual void onConnectionLost() = 0;
 };
 
@@ -43,7 +44,7 @@ public:
 
     /// Connecting when connected succeeds at once.
     virtual Kes::Result connect() = 0;
-    /// Outputs go to zero, the connection ends. Never fails.
+    /// Outputs go to zero, the auxiliary supply goes off, the connection ends. Never fails.
     virtual void disconnect() = 0;
     virtual bool isConnected() const = 0;
 
@@ -51,7 +52,8 @@ public:
     virtual Kes::Result readState(KestoState& state) = 0;
     virtual OutputLimits getLimits() const = 0;
 
-    /// The auxiliary direct-voltage output that feeds the relay. Volts from 12 to 300.
+    /// The auxiliary direct-voltage output that feeds the relay, off at every connection's beginning. Volts
+    /// from 12 to 300.
     virtual Kes::Result setAuxDC(bool enable, double volts) = 0;
 
     /// Switches the power amplifiers on, with all outputs at zero.

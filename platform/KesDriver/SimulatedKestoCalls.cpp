@@ -47,11 +47,8 @@ void SimulatedKesto::Impl::disconnect(const Port& port)
     std::lock_guard lock(_mutex);
     if (_connected != port)
         return;
-    _output.stopWorkingMode(_now());
-    _output.takeReports();
-    _connected.reset();
+    _endConnection();
     _dropDeliveries(port);
-    _changed.notify_all();
 }
 
 bool SimulatedKesto::Impl::isConnected(const Port& port) const

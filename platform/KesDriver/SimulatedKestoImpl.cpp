@@ -154,10 +154,15 @@ void SimulatedKesto::Impl::_loseConnection()
 {
     if (!_connected)
         return;
+    _deliveries.push_back({_connected, [](IKestoLinkListener& listener) { listener.onConnectionLost(); }});
+    _endConnection();
+}
+
+void SimulatedKesto::Impl::_endConnection()
+{
     _output.stopWorkingMode(_now());
     _output.takeReports();
-    _deliveries.push_back(
-        {std::move(_connected), [](IKestoLinkListener& listener) { listener.onConnectionLost(); }});
+    _auxDCEnabled = false;
     _connected.reset();
     _changed.notify_all();
 }

@@ -91,6 +91,7 @@ private:
     void _reportFaults();
     void _passOnOutputReports();
     void _loseConnection();
+    void _endConnection();
     void _dropDeliveries(const Port& port);
 
     const KestoIdentifer _identifer;

@@ -200,12 +200,16 @@ TEST_F(SimulatedKestoTest, DroppedConnectionSwitchesOffAndReconnects)
 {
     start();
     ASSERT_TRUE(link->runSequence({{amperes(2.0), 1h, {}}}));
+    ASSERT_TRUE(link->setAuxDC(true, 220));
     device->simulateConnectionLoss();
     ASSERT_TRUE(listener.waitFor("lost"));
     EXPECT_THAT(listener.getLines(), ElementsAre("step 0 0", "lost"));
     EXPECT_EQ(device->getOutputs(), OutputState{});
     start();
     EXPECT_TRUE(link->setOutputs(amperes(1.0)));
+    KestoState state;
+    ASSERT_TRUE(link->readState(state));
+    EXPECT_FALSE(state.isAuxDCEnabled);
 }
 
 TEST_F(SimulatedKestoTest, DeviceMayGoFirst)
