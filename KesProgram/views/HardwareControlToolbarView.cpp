@@ -3,6 +3,9 @@
 #include <KesProgram/text/Program.h>
 #include <KesProgram/views/ToolbarItems.h>
 
+#include <gdk/gdkkeysyms.h>
+#include <gtkmm/window.h>
+
 namespace KesProgram {
 
 HardwareControlToolbarView::HardwareControlToolbarView()
@@ -15,6 +18,8 @@ HardwareControlToolbarView::HardwareControlToolbarView()
     _stop.signal_clicked().connect([this] { signalStop.emit(); });
     _powerOff.signal_clicked().connect([this] { signalPowerOff.emit(); });
     _stop.set_sensitive(false);
+    _stop.add_accelerator("clicked", _keys, GDK_KEY_Escape, Gdk::ModifierType(), Gtk::AccelFlags());
+    signal_hierarchy_changed().connect([this](Gtk::Widget*) { _joinWindow(); });
 
     for (auto* button : {&_start, &_stop, &_powerOff})
         append(*button);
@@ -32,7 +37,7 @@ void HardwareControlToolbarView::setCanStart(bool can)
 void HardwareControlToolbarView::setCanStop(bool can)
 {
     _canStop = can;
-    _guard.safeUpdateView([this] { _stop.set_sensitive(_canStop); });
+    _guard.safeUpdateView([this] { _allowStop(_canStop); });
 }
 
 void HardwareControlToolbarView::setCanPowerOff(bool can)
@@ -44,6 +49,21 @@ void HardwareControlToolbarView::setCanPowerOff(bool can)
 void HardwareControlToolbarView::addToolButton(Kes::IView& view)
 {
     appendToolView(*this, view);
+}
+
+void HardwareControlToolbarView::_joinWindow()
+{
+    if (auto* window = dynamic_cast<Gtk::Window*>(get_toplevel()))
+        window->add_accel_group(_keys);
+}
+
+void HardwareControlToolbarView::_allowStop(bool can)
+{
+    _stop.set_sensitive(can);
+    // Start loses the keyboard when it is pressed. Not the other way round: a late Stop must not be a Start.
+    const auto* window = dynamic_cast<Gtk::Window*>(get_toplevel());
+    if (can && window && !window->get_focus())
+        _stop.child_focus(Gtk::DIR_TAB_FORWARD);
 }
 
 void HardwareControlToolbarView::_showPowerOff(bool show)

@@ -4,13 +4,14 @@
 #include <KesProgram/views/IHardwareControlToolbarView.h>
 #include <KesProgram/views/ToolButton.h>
 
+#include <gtkmm/accelgroup.h>
 #include <gtkmm/toolbar.h>
 
 #include <atomic>
 
 namespace KesProgram {
 
-/// The toolbar of a test: Start, Stop, Power off.
+/// The toolbar of a test: Start, Stop, Power off. In its window, Escape is Stop.
 ///
 /// GUI thread, except `setCanStart`, `setCanStop` and `setCanPowerOff`: any thread while the view lives.
 /// Of several such calls from several threads the one made last stands, whatever the order in which they
@@ -25,11 +26,14 @@ public:
     void addToolButton(Kes::IView& view) override;
 
 private:
+    void _joinWindow();
+    void _allowStop(bool can);
     void _showPowerOff(bool show);
 
     ToolButton _start;
     ToolButton _stop;
     ToolButton _powerOff;
+    Glib::RefPtr<Gtk::AccelGroup> _keys = Gtk::AccelGroup::create();
     std::atomic<bool> _canStart = true;
     std::atomic<bool> _canStop = false;
     std::atomic<bool> _canPowerOff = true;

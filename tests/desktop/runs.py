@@ -1,7 +1,7 @@
 """Start, Stop, Power off, and what a running test keeps from being used."""
 
 import texts
-from accessible import EDITABLE
+from accessible import EDITABLE, FOCUSED
 from bench import DesktopTest
 from desk import click, fill, find, focus, press, wait
 
@@ -35,6 +35,14 @@ class RunsTest(DesktopTest):
         wait("the commands of an idle program", lambda: self.sensitivity(program) == idle)
         self.assertIsNone(program.window.look("progress bar"))
         self.assertEqual(program.rows(), [])
+
+        # By the keyboard alone: from Start it goes to Stop.
+        focus(program.tool("start"))
+        press("space")
+        program.waitForPoint(1)
+        wait("the keyboard at Stop", lambda: program.tool("stop").has(FOCUSED))
+        press("Escape")
+        program.waitForOutcome("Stopped")
         program.discard()
 
     def testACompleteRunShowsWhatItMeasured(self):

@@ -12,8 +12,8 @@ constexpr Kes::TextTable table({
      "Эти устройства относятся только к этой программе; другие программы сохраняют свои."},
     {"Settings.ok", "OK", "ОК"},
     {"Settings.cancel", "Cancel", "Отмена"},
-    {"Settings.busy", "The devices are in use. Stop the test, then press OK again.",
-     "Устройства заняты. Остановите проверку и нажмите ОК ещё раз."},
+    {"Settings.busy", "The devices are in use. Escape closes this window, Escape again stops the test.",
+     "Устройства заняты. Escape закроет это окно, ещё раз Escape остановит проверку."},
     {"Settings.wrongValues", "Correct the marked values first.", "Сначала исправьте отмеченные значения."},
 
     {"Devices.title", "Devices", "Устройства"},
@@ -59,8 +59,10 @@ constexpr Kes::TextTable table({
      "В этом режиме устройства не выполняют последовательности: большинство проверок не запустится."},
 
     {"Updater.label", "State", "Состояние"},
-    {"Updater.tooltip", "State\nAsk the devices for their state every second while no test runs",
-     "Состояние\nОпрашивать состояние устройств каждую секунду, пока проверка не выполняется"},
+    {"Updater.tooltip",
+     "State\nConnect to the devices and ask for their state every second while no test runs",
+     "Состояние\nПодключаться к устройствам и опрашивать их состояние каждую секунду, пока проверка не "
+     "выполняется"},
 });
 
 } // namespace
