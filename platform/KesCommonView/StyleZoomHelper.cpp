@@ -2,6 +2,7 @@
 
 #include <glibmm/main.h>
 #include <gtkmm/settings.h>
+#include <gtkmm/window.h>
 
 #include <algorithm>
 #include <utility>
@@ -24,6 +25,17 @@ sigc::connection applying;
 /// The desktop's own setting, kept while another zoom is on; not above zero when it has none.
 int desktopResolution = 0;
 
+/// An entry places its text by metrics that Pango keeps when the resolution changes.
+void measureEntries(GtkWidget* widget, gpointer)
+{
+    if (GTK_IS_ENTRY(widget)) {
+        pango_context_changed(gtk_widget_get_pango_context(widget));
+        gtk_widget_queue_resize(widget);
+    } else if (GTK_IS_CONTAINER(widget)) {
+        gtk_container_forall(GTK_CONTAINER(widget), measureEntries, nullptr);
+    }
+}
+
 /// Text sizes, and with them all lengths in em, follow the resolution of the screen.
 bool apply()
 {
@@ -42,6 +54,8 @@ bool apply()
         const int base = desktopResolution > 0 ? desktopResolution : usualResolution;
         resolution.set_value(base / normal * zoom);
     }
+    for (auto* window : Gtk::Window::list_toplevels())
+        measureEntries(GTK_WIDGET(window->gobj()), nullptr);
     StyleZoomHelper::signalZoomed().emit();
     return false;
 }
