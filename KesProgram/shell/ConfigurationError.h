@@ -12,7 +12,7 @@ namespace KesProgram {
 /// user.
 ///
 /// A program's presenter lets its `_saveXmlConfig` throw it; `ProgramMain` catches it at the top, tells the
-/// user and closes the program all the same.
+/// user and closes the program all the same. GUI thread.
 class KES_EXPORT ConfigurationError : public std::runtime_error {
 public:
     /// `path`: that of the file; `reason`: why.

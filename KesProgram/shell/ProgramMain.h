@@ -14,7 +14,7 @@ class ProgramBasePresenter;
 class ProgramModel;
 
 /// What `main` of a program of the family does: command line, language, GTK, window, main loop, and an
-/// orderly end.
+/// orderly end. The thread that calls `run` becomes the GUI thread.
 ///
 ///     int main(int argc, char** argv)
 ///     {

@@ -4,6 +4,7 @@
 
 #include <string>
 
+/// Errors as the user reads them. Any thread.
 namespace Kes::ObjectErrorHelper {
 
 /// The messages of the errors, one per line; inner errors follow their outer one on lines of their own,

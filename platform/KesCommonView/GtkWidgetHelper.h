@@ -8,6 +8,7 @@
 
 #include <string>
 
+/// What every view needs of GTK. GUI thread.
 namespace Kes::GtkWidgetHelper {
 
 /// The top-level window that the view is, or is placed in; null when there is none.

@@ -5,6 +5,7 @@
 
 #include <vector>
 
+/// Where a remembered window may stand. Any thread.
 namespace Kes::WindowPlacement {
 
 /// Whether the numbers make a rectangle: finite, with a width and a height above zero.

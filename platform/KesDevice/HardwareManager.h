@@ -39,7 +39,8 @@ public:
     /// What the configuration is doing, for the status bar; never null, empty when idle.
     Kes::Signal<void(const char*)> signalStatusChanged;
     /// A device has reported a fault; it repeats that while the fault lasts. The record lives during the
-    /// emission. With `isStopOnFault` the outputs of the others are at zero by then.
+    /// emission. With `isStopOnFault` the others are already being told to set their outputs to zero; what
+    /// cannot be stopped is told by `signalKestoState`.
     Kes::Signal<void(KesDriver::KesAvary&)> signalAvary;
     /// Something the user should know about a device (null: about the configuration). The text is never null.
     Kes::Signal<void(Kesto*, const char*)> signalKestoState;

@@ -13,7 +13,7 @@ namespace KesDevice {
 
 /// The inner side of a device: what is known about it, and what becomes of its reports.
 ///
-/// A signal may destroy the device, so every function that emits touches nothing afterwards.
+/// A signal may destroy the device, so every function that emits touches nothing afterwards. Any thread.
 class Kesto::Impl : public KesDriver::IKestoLinkListener {
 public:
     using OperationError = Kes::Nullable<std::string>;

@@ -8,7 +8,9 @@
 namespace KesDriver {
 
 /// What is wired to a simulated device: it sees the outputs and answers on the binary inputs.
-/// All calls come from the simulated device, one at a time, with device time that never goes back.
+/// All calls come from the simulated device, one at a time, with device time that never goes back: on the
+/// device's thread or on that of a caller of the device. The device is locked meanwhile, so nothing here may
+/// call it.
 class KES_EXPORT ISimulatedTestObject {
 public:
     virtual ~ISimulatedTestObject();

@@ -8,7 +8,7 @@
 
 namespace KesDriver {
 
-/// The faults that a simulated device has at the moment. A value.
+/// The faults that a simulated device has at the moment. A value; not synchronised, its owner does that.
 class SimulatedFaults {
 public:
     bool isQuickShutdown = false;
