@@ -56,6 +56,19 @@ TEST_F(WindowsTest, TestObjectWindowOpensOnceAndAgainAfterClosing)
     EXPECT_EQ(windows().size(), 1U);
 }
 
+TEST_F(WindowsTest, ProgramThatClosesTakesItsWindowsAlong)
+{
+    open();
+    model.testObject = KesTree::Node::group("relay", {"Relay", "Реле"});
+    shell.requestTestObject();
+    shell.requestHardware();
+    EXPECT_EQ(windows().size(), 2U);
+    model.signalClosing.connect([this] { EXPECT_THAT(windows(), ElementsAre()); });
+    shell.requestClose();
+    EXPECT_TRUE(waitFor([this] { return isClosed; }));
+    EXPECT_FALSE(isWindowSeen());
+}
+
 } // namespace
 
 } // namespace KesTest
