@@ -1,3 +1,4 @@
+#include <Overcurrent/data/Outcome.h>
 #include <Overcurrent/data/OvercurrentArchive.h>
 #include <Overcurrent/model/OvercurrentModel.h>
 
@@ -167,6 +168,38 @@ TEST(OvercurrentArchiveTest, NoTruncationIsTakenForAWholeArchive)
     EXPECT_GT(repaired, 0u);
 }
 
+TEST(OvercurrentModelArchiveTest, RepairSaysWhatWasLost)
+{
+    const std::string results = "The results could not be read.";
+    const std::string plan = "The plan could not be read; the default one is used.";
+    auto untested = someArchive();
+    untested.results.reset();
+    OvercurrentModel model;
+    std::string said;
+    model.signalMessage.connect([&](const std::string& text) { said += text; });
+    const auto repair = [&](auto entries, const std::string& prefix) {
+        auto stream = packed(entries, prefix);
+        said.clear();
+        EXPECT_TRUE(model.setDataStream(stream, true));
+        EXPECT_EQ(model.areResultsLost(), said.starts_with(results));
+        return said;
+    };
+    auto entries = entriesOf(someArchive());
+    EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX), "");
+    entries["plan.xml"] = "<broken";
+    EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX), plan);
+    entries["info.xml"] = "<broken";
+    EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX), results + "\n" + plan);
+    EXPECT_EQ(Outcome::create(nullptr, true).text, "The results of this file could not be read.");
+    entries = entriesOf(untested);
+    entries["info.xml"] = "<broken";
+    EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX), "");
+    entries["results.xml"] = "<results end=\"complete\"><point/></results>";
+    EXPECT_EQ(repair(entries, ArchiveHelper::OUTDATED_PREFIX), results);
+    model.newData("");
+    EXPECT_FALSE(model.areResultsLost());
+}
+
 namespace {
 
 std::ifstream outdatedFile()
@@ -179,6 +212,7 @@ std::ifstream outdatedFile()
 TEST(OvercurrentModelArchiveTest, ConvertsTheOlderFormInRepairModeOnly)
 {
     OvercurrentModel model;
+    model.signalMessage.connect([](const std::string& text) { ADD_FAILURE() << text; });
     auto refused = outdatedFile();
     EXPECT_FALSE(model.setDataStream(refused, false));
     auto accepted = outdatedFile();

@@ -37,11 +37,11 @@ Mark toMark(RunVerdict verdict)
 
 } // namespace
 
-Outcome Outcome::create(const TestResults* results)
+Outcome Outcome::create(const TestResults* results, bool areResultsLost)
 {
     using lng::Overcurrent::get;
     if (!results)
-        return {get("Outcome.None"), Mark::None};
+        return {get(areResultsLost ? "Outcome.Lost" : "Outcome.None"), Mark::None};
     const auto verdict = Evaluation::verdict(*results);
     const std::string title = get(titleKey(verdict));
     const std::size_t planned = results->plan.multiples.size();

@@ -12,8 +12,8 @@ struct Outcome {
     std::string text;
     Mark mark = Mark::None;
 
-    /// Null: no test yet.
-    static Outcome create(const TestResults* results);
+    /// Null: no test yet, or one whose results were lost with its file.
+    static Outcome create(const TestResults* results, bool areResultsLost = false);
 };
 
 } // namespace Overcurrent

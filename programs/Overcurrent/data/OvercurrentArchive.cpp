@@ -26,6 +26,7 @@ constexpr const char* planName = "plan.xml";
 // The entries lie in the order of their names: the results, which grow, come last, so that a file that was
 // cut short still has its settings.
 constexpr const char* resultsName = "test-results.xml";
+constexpr const char* outdatedResultsName = "results.xml";
 
 std::string writeInfo(const std::optional<TestResults>& results)
 {
@@ -107,7 +108,10 @@ std::optional<OvercurrentArchive> convertOutdated(std::istream& stream)
     replaceAll(*settings, "id=\"pickupCurrent\"", "id=\"settingCurrent\"");
     OvercurrentArchive archive;
     archive.settings = *settings;
-    readPlan(entryText(data, planName).value_or(""), archive.plan);
+    archive.isPlanLost = !readPlan(entryText(data, planName).value_or(""), archive.plan);
+    const bool isNoTest = readXml(entryText(data, outdatedResultsName).value_or(""), "results",
+                                  [](const xmlpp::Element& root) { return root.get_children().empty(); });
+    archive.areResultsLost = !isNoTest;
     return archive;
 }
 
@@ -160,11 +164,13 @@ std::optional<OvercurrentArchive> OvercurrentArchive::repair(std::istream& strea
         return std::nullopt;
     OvercurrentArchive archive;
     archive.settings = *settings;
-    readPlan(entryText(data, planName).value_or(""), archive.plan);
+    archive.isPlanLost = !readPlan(entryText(data, planName).value_or(""), archive.plan);
+    archive.areResultsLost = !readResults(entryText(data, resultsName).value_or(""), archive.results);
     // Results without their circumstances could pass for those of a real device.
-    if (!readResults(entryText(data, resultsName).value_or(""), archive.results) ||
-        !readInfo(entryText(data, infoName).value_or(""), archive.results))
+    if (archive.results && !readInfo(entryText(data, infoName).value_or(""), archive.results)) {
         archive.results.reset();
+        archive.areResultsLost = true;
+    }
     return archive;
 }
 

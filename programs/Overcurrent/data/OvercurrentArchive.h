@@ -25,6 +25,9 @@ struct OvercurrentArchive {
     std::string settings;
     TestPlan plan;
     std::optional<TestResults> results;
+    /// What `repair` could not read.
+    bool isPlanLost = false;
+    bool areResultsLost = false;
 
     /// Never null. Positioned at the beginning.
     std::unique_ptr<std::istream> pack() const;

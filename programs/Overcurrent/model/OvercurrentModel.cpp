@@ -24,6 +24,15 @@ std::string outcomeText(const TestResults& results)
     return text;
 }
 
+std::string lossText(const OvercurrentArchive& archive)
+{
+    using lng::Overcurrent::get;
+    std::string text = archive.areResultsLost ? get("Repair.resultsLost") : "";
+    if (archive.isPlanLost)
+        text += (text.empty() ? "" : "\n") + std::string(get("Repair.planLost"));
+    return text;
+}
+
 } // namespace
 
 OvercurrentModel::OvercurrentModel() : _testObject(Nodes::overcurrentStage())
@@ -81,7 +90,7 @@ Kes::Result OvercurrentModel::writeReport(const std::string& path)
     const ReportFile file(_getProgrammCacheDirectory());
     const auto results = getResults();
     return results ? file.write(path, results->settings, results->plan, &*results)
-                   : file.write(path, getSettings(), _plan, nullptr);
+                   : file.write(path, getSettings(), _plan, nullptr, _areResultsLost);
 }
 
 std::string OvercurrentModel::getProgramName()
@@ -116,7 +125,7 @@ void OvercurrentModel::newData(const std::string&)
 {
     _abandonRun();
     (void)_testObject->deserialize(_defaultSettings);
-    _replaceData(TestPlan(), std::nullopt);
+    _replaceData(OvercurrentArchive());
 }
 
 std::unique_ptr<std::istream> OvercurrentModel::getDataStream()
@@ -139,7 +148,11 @@ bool OvercurrentModel::setRepairDataStream(std::istream& stream)
         return false;
     // What the file does not hold becomes the default, not what the last file held.
     (void)_testObject->deserialize(_defaultSettings);
-    return _load(*archive, false);
+    if (!_load(*archive, false))
+        return false;
+    if (archive->isPlanLost || archive->areResultsLost)
+        signalMessage.emit(lossText(*archive));
+    return true;
 }
 
 bool OvercurrentModel::_load(const OvercurrentArchive& archive, bool complete)
@@ -147,7 +160,7 @@ bool OvercurrentModel::_load(const OvercurrentArchive& archive, bool complete)
     if (!_testObject->deserialize(archive.settings, complete))
         return false;
     _abandonRun();
-    _replaceData(archive.plan, archive.results);
+    _replaceData(archive);
     return true;
 }
 
@@ -163,13 +176,14 @@ void OvercurrentModel::_abandonRun()
     }
 }
 
-void OvercurrentModel::_replaceData(const TestPlan& plan, std::optional<TestResults> results)
+void OvercurrentModel::_replaceData(const OvercurrentArchive& archive)
 {
-    _plan = plan;
+    _plan = archive.plan;
     _planError.clear();
+    _areResultsLost = archive.areResultsLost;
     {
         std::lock_guard lock(_resultsMutex);
-        _results = std::move(results);
+        _results = archive.results;
     }
     _progress = 0.0;
     signalPlanChanged.emit();

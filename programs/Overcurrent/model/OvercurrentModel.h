@@ -54,6 +54,8 @@ public:
 
     /// A copy; nothing before the first test. Any thread.
     std::optional<TestResults> getResults() const;
+    /// Whether the file held results that could not be read; of no meaning once there are results.
+    bool areResultsLost() const { return _areResultsLost; }
     /// From 0 to 1. Any thread.
     double getProgress() const { return _progress; }
     /// Whether the results were measured with other settings or another plan than the present ones.
@@ -94,7 +96,7 @@ private:
     void _beginResults(const KesDevice::Kesto& kesto);
     void _endResults(RunEnd end);
     void _abandonRun();
-    void _replaceData(const TestPlan& plan, std::optional<TestResults> results);
+    void _replaceData(const OvercurrentArchive& archive);
     void _changeRunResults(const std::function<void(TestResults&)>& change);
     bool _load(const OvercurrentArchive& archive, bool complete);
 
@@ -102,6 +104,7 @@ private:
     std::string _defaultSettings;
     TestPlan _plan;
     std::string _planError;
+    bool _areResultsLost = false;
     SimulatedBench _bench;
     RunControl _control;
     std::atomic<double> _progress{0.0};

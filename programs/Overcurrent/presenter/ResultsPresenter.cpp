@@ -51,7 +51,7 @@ void ResultsPresenter::_update()
 
 void ResultsPresenter::_updateOutcome(const TestResults* results)
 {
-    const auto outcome = Outcome::create(results);
+    const auto outcome = Outcome::create(results, _model.areResultsLost());
     _outcome->setOutcome(outcome.text, outcome.mark);
     _outcome->setSimulated(results && results->isSimulated);
     _outcome->setStale(_model.isResultStale());

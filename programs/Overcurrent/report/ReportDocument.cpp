@@ -140,12 +140,12 @@ private:
 } // namespace
 
 std::string ReportDocument::create(const RelaySettings& settings, const TestPlan& plan,
-                                   const TestResults* results)
+                                   const TestResults* results, bool areResultsLost)
 {
     return writeXml("report", [&](xmlpp::Element& root) {
         root.set_attribute("language", lng::languageName());
         root.set_attribute("verdict", verdictWord(results));
-        root.set_attribute("outcome", Outcome::create(results).text);
+        root.set_attribute("outcome", Outcome::create(results, areResultsLost).text);
         root.set_attribute("simulated", results && results->isSimulated ? "true" : "false");
         if (results) {
             root.set_attribute("device", results->device);

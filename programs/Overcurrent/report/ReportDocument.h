@@ -10,9 +10,9 @@ namespace Overcurrent {
 /// process, and the chart in the units of its drawing. The same data gives the same bytes. Any thread.
 class ReportDocument {
 public:
-    /// `results` may be null: no test yet.
-    static std::string create(const RelaySettings& settings, const TestPlan& plan,
-                              const TestResults* results);
+    /// `results` may be null: no test yet, or one whose results were lost with its file.
+    static std::string create(const RelaySettings& settings, const TestPlan& plan, const TestResults* results,
+                              bool areResultsLost = false);
 };
 
 } // namespace Overcurrent

@@ -36,14 +36,15 @@ std::string contentsOf(const std::string& path)
 } // namespace
 
 Kes::Result ReportFile::write(const std::string& path, const RelaySettings& settings, const TestPlan& plan,
-                              const TestResults* results) const
+                              const TestResults* results, bool areResultsLost) const
 {
     // Programs that run at the same time share the folder.
     const std::string base = _workingFolder + "report-" + std::to_string(getpid());
     const TemporaryFile data(base + ".xml");
     const TemporaryFile made(base + ".html");
     Kes::mkdir_with_parents(_workingFolder);
-    if (auto written = Kes::writeWholeFile(data.path, ReportDocument::create(settings, plan, results));
+    if (auto written =
+            Kes::writeWholeFile(data.path, ReportDocument::create(settings, plan, results, areResultsLost));
         !written)
         return written;
     KesProgram::XslReportManager manager(Kes::getDataDir() + "report/overcurrent.xsl");

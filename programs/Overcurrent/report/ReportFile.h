@@ -17,7 +17,7 @@ public:
     /// Writes the report; the file appears whole or not at all. `results` may be null. The failure's text can
     /// be shown to the user.
     Kes::Result write(const std::string& path, const RelaySettings& settings, const TestPlan& plan,
-                      const TestResults* results) const;
+                      const TestResults* results, bool areResultsLost = false) const;
 
 private:
     std::string _workingFolder;

@@ -21,6 +21,8 @@ constexpr Kes::TextTable table({
     {"State.dropOff", "Drop-off value", "Ток возврата"},
 
     {"Outcome.None", "No test has been made yet", "Проверка ещё не проводилась"},
+    {"Outcome.Lost", "The results of this file could not be read.",
+     "Результаты этого файла прочитать не удалось."},
     {"Outcome.Running", "Test under way", "Идёт проверка"},
     {"Outcome.Passed", "Test passed", "Проверка пройдена"},
     {"Outcome.Failed", "Test failed", "Проверка не пройдена"},
@@ -40,6 +42,10 @@ constexpr Kes::TextTable table({
      "Устройство сообщило недостоверные значения времени."},
     {"Run.archiveReplaced", "The test was stopped: its archive was closed.",
      "Проверка остановлена: её архив закрыт."},
+
+    {"Repair.planLost", "The plan could not be read; the default one is used.",
+     "План проверки прочитать не удалось; используется план по умолчанию."},
+    {"Repair.resultsLost", "The results could not be read.", "Результаты прочитать не удалось."},
 
     {"Plan.refused", "The test cannot be started: %s", "Невозможно начать проверку: %s"},
     {"Run.replaceUnsaved",
