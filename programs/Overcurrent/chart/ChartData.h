@@ -15,11 +15,11 @@ struct ChartPosition {
     double seconds = 0.0;
 };
 
-/// A measured point. One that did not operate stands at the time-out.
+/// A measured point. One without a measured time stands at the time-out.
 struct ChartPoint {
     ChartPosition position;
     bool isPassed = false;
-    bool hasOperated = true;
+    bool isMeasured = true;
 };
 
 /// Everything that the chart of a test shows, on the screen and in the report: axes, the expected

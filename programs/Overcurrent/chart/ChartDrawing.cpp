@@ -21,20 +21,22 @@ double sharp(double coordinate)
 
 ChartDrawing::ChartDrawing(const ChartData& chart, const ChartColours& colours, MakeLayout makeLayout,
                            double width, double height)
-    : _chart(chart), _colours(colours), _makeLayout(std::move(makeLayout)), _whole(width)
+    : _chart(chart), _colours(colours), _makeLayout(std::move(makeLayout))
 {
     int textHeight = 0;
     int textWidth = 0;
     _makeLayout("0")->get_pixel_size(textWidth, textHeight);
     _line = textHeight;
-    double widest = 0.0;
-    for (const auto& tick : chart.seconds.getTicks())
-        if (tick.hasLabel)
-            widest = std::max(widest, _textWidth(tick.label));
-    _plot.left = widest + _line;
     _plot.top = _line * 2.0;
-    _plot.width = std::max(1.0, width - _plot.left - _line * 1.2);
     _plot.height = std::max(1.0, height - _plot.top - _line * 2.8);
+    _yTicks = chart.seconds.getTicks(_plot.height, [this](const std::string&) { return _line; });
+    double widest = 0.0;
+    for (const auto& tick : _yTicks)
+        widest = std::max(widest, _textWidth(tick.label));
+    _plot.left = widest + _line;
+    _plot.width = std::max(1.0, width - _plot.left - _line * 1.2);
+    _xTicks = chart.multiples.getTicks(
+        _plot.width, [this](const std::string& label) { return _textWidth(label) + _line * 0.3; });
 }
 
 void ChartDrawing::draw(const Cairo::RefPtr<Cairo::Context>& cairo)
@@ -54,7 +56,7 @@ void ChartDrawing::draw(const Cairo::RefPtr<Cairo::Context>& cairo)
     _cairo->rectangle(sharp(_plot.left), sharp(_plot.top), std::floor(_plot.width), std::floor(_plot.height));
     _cairo->stroke();
     for (const auto& point : _chart.points)
-        _drawPoint(_x(point.position.multiple), _y(point.position.seconds), point.isPassed);
+        _drawPoint(_x(point.position.multiple), _y(point.position.seconds), point);
     _drawLabels();
     _drawLegend();
 }
@@ -109,14 +111,14 @@ void ChartDrawing::_text(const std::string& text, double x, double y, Align alig
 void ChartDrawing::_drawGrid()
 {
     _cairo->set_line_width(1.0);
-    for (const auto& tick : _chart.multiples.getTicks()) {
-        _setColour(_colours.foreground, tick.hasLabel ? 0.22 : 0.09);
+    for (const auto& tick : _xTicks) {
+        _setColour(_colours.foreground, tick.label.empty() ? 0.09 : 0.22);
         _cairo->move_to(sharp(_x(tick.value)), _plot.top);
         _cairo->rel_line_to(0.0, _plot.height);
         _cairo->stroke();
     }
-    for (const auto& tick : _chart.seconds.getTicks()) {
-        _setColour(_colours.foreground, tick.hasLabel ? 0.22 : 0.09);
+    for (const auto& tick : _yTicks) {
+        _setColour(_colours.foreground, tick.label.empty() ? 0.09 : 0.22);
         _cairo->move_to(_plot.left, sharp(_y(tick.value)));
         _cairo->rel_line_to(_plot.width, 0.0);
         _cairo->stroke();
@@ -127,22 +129,10 @@ void ChartDrawing::_drawLabels()
 {
     _setColour(_colours.foreground);
     const double below = _plot.top + _plot.height;
-    double free = 0.0;
-    for (const auto& tick : _chart.multiples.getTicks()) {
-        const double half = _textWidth(tick.label) / 2.0;
-        if (!tick.hasLabel || _x(tick.value) - half < free)
-            continue;
+    for (const auto& tick : _xTicks)
         _text(tick.label, _x(tick.value), below + _line * 0.25, Align::Middle);
-        free = _x(tick.value) + half + _line * 0.3;
-    }
-    free = below + _line;
-    for (const auto& tick : _chart.seconds.getTicks()) {
-        const double y = _y(tick.value);
-        if (!tick.hasLabel || y + _line / 2.0 > free)
-            continue;
-        _text(tick.label, _plot.left - _line * 0.35, y - _line / 2.0, Align::End);
-        free = y - _line / 2.0;
-    }
+    for (const auto& tick : _yTicks)
+        _text(tick.label, _plot.left - _line * 0.35, _y(tick.value) - _line / 2.0, Align::End);
     _text(get("Chart.multiples"), _plot.left + _plot.width, below + _line * 1.45, Align::End);
     _text(get("Chart.seconds"), _line * 0.4, _line * 0.3, Align::Start);
 }
@@ -177,10 +167,10 @@ void ChartDrawing::_drawCurves()
     _cairo->stroke();
 }
 
-void ChartDrawing::_drawPoint(double x, double y, bool isPassed)
+void ChartDrawing::_drawPoint(double x, double y, const ChartPoint& point)
 {
     const double radius = _line * 0.3;
-    if (isPassed) {
+    if (point.isPassed) {
         _cairo->arc(x, y, radius, 0.0, 2.0 * M_PI);
         _setColour(_colours.passed);
         _cairo->fill_preserve();
@@ -189,11 +179,22 @@ void ChartDrawing::_drawPoint(double x, double y, bool isPassed)
         _cairo->stroke();
         return;
     }
+    _cairo->set_line_width(std::max(1.5, _line * 0.12));
+    if (!point.isMeasured) {
+        _cairo->move_to(x, y - radius);
+        _cairo->line_to(x + radius, y + radius);
+        _cairo->line_to(x - radius, y + radius);
+        _cairo->close_path();
+        _setColour(_colours.background);
+        _cairo->fill_preserve();
+        _setColour(_colours.failed);
+        _cairo->stroke();
+        return;
+    }
     _cairo->rectangle(x - radius, y - radius, 2.0 * radius, 2.0 * radius);
     _setColour(_colours.background);
     _cairo->fill_preserve();
     _setColour(_colours.failed);
-    _cairo->set_line_width(std::max(1.5, _line * 0.12));
     _cairo->move_to(x - radius, y - radius);
     _cairo->line_to(x + radius, y + radius);
     _cairo->move_to(x - radius, y + radius);
@@ -211,11 +212,15 @@ void ChartDrawing::_drawLegend()
         x -= _textWidth(get(key)) + _line * 0.6;
     };
     const auto room = [&](double width) { return x - width > _line * 4.0; };
-    for (const auto& [key, isPassed] : {std::pair("Chart.failed", false), std::pair("Chart.passed", true)}) {
+    const auto isUnmeasured = [](const ChartPoint& point) { return !point.isMeasured; };
+    std::vector<std::pair<const char*, ChartPoint>> marks{{"Chart.failed", {}}, {"Chart.passed", {{}, true}}};
+    if (std::any_of(_chart.points.begin(), _chart.points.end(), isUnmeasured))
+        marks.insert(marks.begin(), {"Chart.unmeasured", {{}, false, false}});
+    for (const auto& [key, point] : marks) {
         if (!room(_textWidth(get(key)) + _line * 2.0))
             return;
         label(key);
-        _drawPoint(x, y, isPassed);
+        _drawPoint(x, y, point);
         x -= _line * 1.2;
     }
     if (!room(_textWidth(get("Chart.band")) + _textWidth(get("Chart.expected")) + _line * 6.0))

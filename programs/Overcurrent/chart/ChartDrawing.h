@@ -22,7 +22,8 @@ struct ChartColours {
 
 /// Draws a chart on any Cairo surface: grid and labels, the expected curve with its tolerance band, the
 /// measured points, a legend. A point that has passed is a filled circle, one that has failed a crossed
-/// square, so they are told apart without colours. Made for one drawing. GUI thread.
+/// square, one without a measured time an open triangle, so they are told apart without colours. Made for one
+/// drawing. GUI thread.
 class ChartDrawing {
 public:
     using MakeLayout = std::function<Glib::RefPtr<Pango::Layout>(const std::string& text)>;
@@ -54,7 +55,7 @@ private:
     void _drawLabels();
     void _drawCurves();
     void _trace(const std::vector<ChartPosition>& positions, bool goesOn);
-    void _drawPoint(double x, double y, bool isPassed);
+    void _drawPoint(double x, double y, const ChartPoint& point);
     void _drawLegend();
 
     const ChartData& _chart;
@@ -63,7 +64,8 @@ private:
     /// The height of a line of text.
     double _line = 0.0;
     Area _plot;
-    double _whole = 0.0;
+    std::vector<AxisTick> _xTicks;
+    std::vector<AxisTick> _yTicks;
     Cairo::RefPtr<Cairo::Context> _cairo;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -8,8 +9,9 @@ namespace Overcurrent {
 /// A mark on an axis.
 struct AxisTick {
     double value = 0.0;
-    /// 1, 2 and 5 times a power of ten have a label; the others only a fine line.
-    bool hasLabel = false;
+    /// 0 for a power of ten; the lower, the sooner it has a label.
+    int rank = 0;
+    /// Empty for a fine line only.
     std::string label;
 };
 
@@ -29,10 +31,17 @@ public:
     /// 0 at the lower end, 1 at the upper end, less or more beyond them; 0 for what has no logarithm.
     double toShare(double value) const;
 
-    /// In ascending order, both ends included when they are ticks.
-    std::vector<AxisTick> getTicks() const;
+    /// How much of the axis a label takes, with the gap beside it.
+    using Extent = std::function<double(const std::string& label)>;
+
+    /// In ascending order, both ends included when they are ticks, for an axis of that length. Powers of ten
+    /// have labels first, then 2 and 5 times one, each where there is room; on an axis of less than a decade
+    /// others too.
+    std::vector<AxisTick> getTicks(double length, const Extent& extentOf) const;
 
 private:
+    std::vector<AxisTick> _placeTicks() const;
+
     double _minimum;
     double _maximum;
 };

@@ -19,6 +19,10 @@ namespace {
 /// The plot in the stylesheet's drawing, in its units.
 constexpr double plotWidth = 640.0;
 constexpr double plotHeight = 380.0;
+/// Of its text, with room for other fonts.
+constexpr double labelCharacter = 8.0;
+constexpr double labelGap = 4.0;
+constexpr double labelHeight = 15.0;
 /// Left, top, width and height, with room for the labels.
 constexpr const char* viewBox = "-58 -34 722 460";
 
@@ -93,9 +97,11 @@ public:
         _element.set_attribute("width", coordinate(plotWidth));
         _element.set_attribute("height", coordinate(plotHeight));
         _element.set_attribute("description", _chart.describe());
-        for (const auto& tick : _chart.multiples.getTicks())
+        const auto width = [](const std::string& label) { return label.size() * labelCharacter + labelGap; };
+        const auto height = [](const std::string&) { return labelHeight; };
+        for (const auto& tick : _chart.multiples.getTicks(plotWidth, width))
             _addTick("x", tick, _x(tick.value));
-        for (const auto& tick : _chart.seconds.getTicks())
+        for (const auto& tick : _chart.seconds.getTicks(plotHeight, height))
             _addTick("y", tick, _y(tick.value));
         _writeCurves();
         for (const auto& point : _chart.points) {

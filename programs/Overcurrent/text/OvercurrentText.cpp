@@ -153,6 +153,7 @@ constexpr Kes::TextTable table({
     {"Chart.band", "tolerance", "допуск"},
     {"Chart.passed", "passed", "в допуске"},
     {"Chart.failed", "failed", "вне допуска"},
+    {"Chart.unmeasured", "no operate time", "время не измерено"},
     {"Chart.description", "Operate time against current: %zu points measured, %zu passed, %zu failed.",
      "Время срабатывания в зависимости от тока: измерено точек %zu, в допуске %zu, вне допуска %zu."},
 
