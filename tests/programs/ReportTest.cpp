@@ -1,6 +1,8 @@
+#include <Overcurrent/data/SettingsSummary.h>
 #include <Overcurrent/model/OvercurrentModel.h>
 #include <Overcurrent/report/ReportDocument.h>
 #include <Overcurrent/report/ReportFile.h>
+#include <Overcurrent/text/ScreenNumber.h>
 
 #include <KesCommon/FileSystem.h>
 
@@ -11,6 +13,7 @@
 
 using namespace Overcurrent;
 using testing::AllOf;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -43,6 +46,19 @@ protected:
 };
 
 } // namespace
+
+TEST(ScreenNumberTest, ShowsTheDigitsThatTellValuesApart)
+{
+    const auto multiples = {2.0, 1.5, 1.125, 1.001, 1.005, 100.0 / 3.0};
+    std::vector<std::string> texts;
+    for (const double multiple : multiples)
+        texts.push_back(ScreenNumber::multiple(multiple));
+    EXPECT_THAT(texts, ElementsAre("2.00", "1.50", "1.125", "1.001", "1.005", "33.333"));
+    RelaySettings settings;
+    settings.settingCurrent = 0.05;
+    EXPECT_EQ(SettingsSummary::currentText(settings, 1.01), "0.0505 A (1.01 x Is)");
+    EXPECT_EQ(SettingsSummary::currentText(settings, 20), "1.000 A (20.00 x Is)");
+}
 
 TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)
 {

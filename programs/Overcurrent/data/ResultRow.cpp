@@ -49,8 +49,8 @@ std::vector<ResultRow> ResultRow::create(const TestResults& results)
         const auto evaluated = Evaluation::evaluate(results, point);
         ResultRow row;
         row.number = std::to_string(rows.size() + 1);
-        row.multiple = fixed(point.multiple, 2);
-        row.current = fixed(evaluated.current, 3);
+        row.multiple = ScreenNumber::multiple(point.multiple);
+        row.current = ScreenNumber::amperes(evaluated.current);
         row.expected = fixed(evaluated.expected, 3);
         row.measured = evaluated.measured ? fixed(*evaluated.measured, 3) : get("Results.notYet");
         row.deviation = evaluated.deviation ? withSign(*evaluated.deviation, 3) : get("Results.notYet");

@@ -65,8 +65,8 @@ std::vector<Line> describe(const TestPlan& plan)
 
 std::string currentText(const RelaySettings& settings, double multiple)
 {
-    return format(get("Results.current.text"), ScreenNumber::fixed(multiple * settings.settingCurrent, 3),
-                  ScreenNumber::fixed(multiple, 3));
+    return format(get("Results.current.text"), ScreenNumber::amperes(multiple * settings.settingCurrent),
+                  ScreenNumber::multiple(multiple));
 }
 
 } // namespace Overcurrent::SettingsSummary

@@ -19,7 +19,7 @@ struct Line {
 std::vector<Line> describe(const RelaySettings& settings);
 std::vector<Line> describe(const TestPlan& plan);
 
-/// "1.01 A (1.01 x Is)".
+/// "1.010 A (1.01 x Is)".
 std::string currentText(const RelaySettings& settings, double multiple);
 
 } // namespace Overcurrent::SettingsSummary

@@ -39,7 +39,7 @@ std::string phaseText(const RunPhase& phase)
         break;
     }
     return format(lng::Overcurrent::get("State.point"), phase.number, phase.count,
-                  ScreenNumber::fixed(phase.multiple, 2));
+                  ScreenNumber::multiple(phase.multiple));
 }
 
 } // namespace

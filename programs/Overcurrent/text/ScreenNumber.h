@@ -9,6 +9,12 @@ namespace Overcurrent::ScreenNumber {
 /// With this many decimals, 0 to 6.
 std::string fixed(double value, int decimals);
 
+/// A multiple of Is: with two decimals, or three when the third is not zero.
+std::string multiple(double value);
+
+/// A current: with three decimals; below one ampere with more when its first four digits need them.
+std::string amperes(double value);
+
 /// As `fixed`, with a sign in front of a positive number too.
 std::string withSign(double value, int decimals);
 
