@@ -33,6 +33,7 @@ TEST(PlanTest, RefusesWhatMakesNoSenseAndSaysWhy)
         {"At nan x Is", [](TestPlan& plan) { plan.multiples[2] = notANumber; }},
         {"inf x Is is too much", [](TestPlan& plan) { plan.multiples[2] = infinity; }},
         {"Time-out is 0,", [](TestPlan& plan) { plan.timeout = 0.0; }},
+        {"ratio is 1, but must lie between 0.01 and 0.99", [](TestPlan& plan) { plan.minimumRatio = 1.0; }},
         {"Pick-up: the ramp must rise", [](TestPlan& plan) { std::swap(plan.pickUp.from, plan.pickUp.to); }},
         {"Drop-off: the ramp must fall", [](TestPlan& plan) { plan.dropOff.to = 1.1; }},
         {"Pick-up: a step of 0 x Is", [](TestPlan& plan) { plan.pickUp.step = 0.0; }},
