@@ -115,7 +115,7 @@ TEST(OvercurrentArchiveTest, RefusesWhatIsMissingOrMakesNoSense)
     } const cases[] = {
         {"info.xml", "format=\"2\"", "format=\"3\""},
         {"info.xml", "simulated=\"true\"", "simulated=\"perhaps\""},
-        {"plan.xml", "multiple=\"1.7\"", "multiple=\"0.7\""},
+        {"plan.xml", "multiple=\"1.7\"", "multiple=\"1.04\""},
         {"plan.xml", "<?xml", "<!DOCTYPE plan [<!ENTITY a \"b\">]><?xml"},
         {"test-results.xml", "microseconds=\"10234567\"", "microseconds=\"999999999999\""},
         {"test-results.xml", "curve=\"standardInverse\"", "curve=\"straight\""},

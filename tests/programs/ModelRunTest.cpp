@@ -115,6 +115,7 @@ TEST_F(ModelRunTest, IsStoppedWithinATenthOfASecondInEveryPhase)
                     ->setValue(static_cast<long long>(CurveKind::ExtremelyInverse)));
     TestPlan plan;
     plan.timeout = 2100.0;
+    plan.pickUpTolerancePercent = 1.0;
     plan.pickUp = {0.99, 1.2, 0.002, 10.0};
     plan.dropOff = {1.2, 0.8, 0.002, 10.0};
     const struct {

@@ -30,6 +30,9 @@ TEST(PlanTest, RefusesWhatMakesNoSenseAndSaysWhy)
     } const cases[] = {
         {"no points", [](TestPlan& plan) { plan.multiples.clear(); }},
         {"At 1 x Is the relay does not operate", [](TestPlan& plan) { plan.multiples[2] = 1.0; }},
+        {"A point at 1.05 x Is lies within the pick-up tolerance of 5 %",
+         [](TestPlan& plan) { plan.multiples[2] = 1.05; }},
+        {"A point at 1.5 x Is", [](TestPlan& plan) { plan.pickUpTolerancePercent = 50.0; }},
         {"At nan x Is", [](TestPlan& plan) { plan.multiples[2] = notANumber; }},
         {"inf x Is is too much", [](TestPlan& plan) { plan.multiples[2] = infinity; }},
         {"Time-out is 0,", [](TestPlan& plan) { plan.timeout = 0.0; }},
@@ -94,7 +97,7 @@ TEST(PlanTextsTest, ReadsWhatItWritesInBothLanguages)
     for (const auto language : {lng::English, lng::Russian}) {
         const KesTest::LanguageScope scope(language);
         TestPlan plan;
-        plan.multiples = {1.05, 2.5, 12};
+        plan.multiples = {1.06, 2.5, 12};
         plan.pickUp.step = 0.005;
         TestPlan read;
         ASSERT_FALSE(PlanTexts(plan).read(read));

@@ -17,6 +17,9 @@ using Kes::Result;
 using Kes::StringHelper::format;
 using ScreenNumber::shortest;
 
+/// A hair, in percent.
+constexpr double rounding = 1e-9;
+
 template <typename... Args>
 Result refuse(const char* key, const Args&... args)
 {
@@ -63,8 +66,8 @@ Result checkRamp(const char* nameKey, const Ramp& ramp, bool isRising, double to
                       shortest(ramp.to));
     if (!(ramp.step > 0.0))
         return refuse("Plan.rampStep", name, shortest(ramp.step));
-    // A hair for rounding: a step as wide as the tolerance will do.
-    if (ramp.step * 100.0 > tolerancePercent + 1e-9)
+    // A step as wide as the tolerance will do.
+    if (ramp.step * 100.0 > tolerancePercent + rounding)
         return refuse("Plan.rampCoarse", name, shortest(ramp.step), shortest(tolerancePercent));
     if (!(ramp.countSteps() <= static_cast<double>(TestPlan::maximumRampSteps)))
         return refuse("Plan.rampTooLong", name, TestPlan::maximumRampSteps);
@@ -108,6 +111,9 @@ Result TestPlan::check() const
         return result;
     if (auto result = checkRange("Plan.pickUpTolerance", pickUpTolerancePercent, 0.1, 100.0); !result)
         return result;
+    for (const double multiple : multiples)
+        if ((multiple - 1.0) * 100.0 <= pickUpTolerancePercent + rounding)
+            return refuse("Plan.pointTooLow", shortest(multiple), shortest(pickUpTolerancePercent));
     if (auto result = checkRamp("Plan.pickUp", pickUp, true, pickUpTolerancePercent); !result)
         return result;
     if (auto result = checkRamp("Plan.dropOff", dropOff, false, pickUpTolerancePercent); !result)
