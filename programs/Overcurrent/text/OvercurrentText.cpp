@@ -99,7 +99,7 @@ constexpr Kes::TextTable table({
     {"Settings.timeMultiplier", "Time multiplier TMS", "Множитель времени TMS"},
     {"Settings.definiteTime", "Definite operate time", "Независимое время"},
     {"Settings.tolerance", "Time tolerance", "Допуск времени"},
-    {"Settings.toleranceValue", "%s %% or %s ms", "%s %% или %s мс"},
+    {"Settings.toleranceValue", "%s %%, at least %s ms", "%s %%, но не менее %s мс"},
     {"Settings.ramp", "%s to %s x Is, step %s, dwell %s s", "%s … %s x Is, шаг %s, выдержка %s с"},
     {"Settings.stale", "The settings or the plan have been changed since this test.",
      "Уставки или план изменены после этой проверки."},
