@@ -7,6 +7,7 @@
 
 #include <KesCommon/Directories.h>
 #include <KesCommon/FileSystem.h>
+#include <KesCommon/StringHelper.h>
 #include <KesProgram/archive/ArchiveManager.h>
 
 namespace Overcurrent {
@@ -15,14 +16,6 @@ namespace {
 
 using KesProgram::RunVerdict;
 namespace Nodes = KesTree::RelayNodes;
-
-std::string outcomeText(const TestResults& results)
-{
-    std::string text = Outcome::create(&results).text;
-    if (results.isSimulated)
-        text += std::string(" - ") + lng::Overcurrent::get("Simulated.title");
-    return text;
-}
 
 std::string lossText(const OvercurrentArchive& archive)
 {
@@ -82,7 +75,15 @@ void OvercurrentModel::announceOutcome()
     if (isRunning())
         return;
     const auto results = getResults();
-    _setState(results ? outcomeText(*results) : std::string());
+    _announce(results ? Outcome::create(&*results).text : std::string(), results && results->isSimulated);
+}
+
+void OvercurrentModel::_announce(const std::string& text, bool isSimulated)
+{
+    using lng::Overcurrent::get;
+    _setState(isSimulated ? Kes::StringHelper::format(get("Simulated.state"), text,
+                                                      std::string(get("Simulated.title")))
+                          : text);
 }
 
 Kes::Result OvercurrentModel::writeReport(const std::string& path)

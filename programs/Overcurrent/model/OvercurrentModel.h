@@ -91,6 +91,8 @@ private:
     void onPickUp(const RampResult& result) override;
     void onDropOff(const RampResult& result) override;
 
+    /// The state text, with a warning when the device is simulated. Any thread.
+    void _announce(const std::string& text, bool isSimulated);
     bool _hasUnsavedTest();
     KesDevice::Kesto& _getKesto();
     void _beginResults(const KesDevice::Kesto& kesto);

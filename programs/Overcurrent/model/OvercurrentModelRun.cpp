@@ -160,10 +160,7 @@ void OvercurrentModel::onPhase(const RunPhase& phase)
 {
     _progress = phase.progress;
     const auto results = getResults();
-    const bool isSimulated = results && results->isSimulated;
-    const std::string warning =
-        isSimulated ? std::string(" - ") + lng::Overcurrent::get("Simulated.title") : std::string();
-    _setState(phaseText(phase) + warning);
+    _announce(phaseText(phase), results && results->isSimulated);
     signalProgressChanged.emit();
 }
 
