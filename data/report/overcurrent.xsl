@@ -33,6 +33,7 @@
   <t:text key="legendBand" en="tolerance" ru="допуск"/>
   <t:text key="legendPassed" en="passed" ru="в допуске"/>
   <t:text key="legendFailed" en="failed" ru="вне допуска"/>
+  <t:text key="legendUnmeasured" en="no operate time" ru="время не измерено"/>
   <t:text key="tester" en="Tested by" ru="Проверку провёл"/>
   <t:text key="approver" en="Approved by" ru="Утвердил"/>
 
@@ -304,6 +305,10 @@
       <xsl:when test="$mark = 'passed'">
         <circle xmlns="http://www.w3.org/2000/svg" cx="{$x}" cy="{$y}" r="5" fill="#1f7a3d" stroke="#fff"/>
       </xsl:when>
+      <xsl:when test="$mark = 'unmeasured'">
+        <path xmlns="http://www.w3.org/2000/svg" transform="translate({$x} {$y})" d="M0-6L6 5H-6Z" fill="#fff"
+              stroke="#b3261e" stroke-width="2"/>
+      </xsl:when>
       <xsl:otherwise>
         <path xmlns="http://www.w3.org/2000/svg" transform="translate({$x} {$y})" d="M-5-5H5V5H-5ZL5 5M-5 5L5-5" fill="#fff"
               stroke="#b3261e" stroke-width="2"/>
@@ -313,30 +318,40 @@
 
   <xsl:template name="legend">
     <g xmlns="http://www.w3.org/2000/svg">
-      <line x1="100" x2="124" y1="-18" y2="-18" stroke="#2a6fb0" stroke-width="2"/>
-      <text x="130" y="-14">
+      <line x1="20" x2="44" y1="-18" y2="-18" stroke="#2a6fb0" stroke-width="2"/>
+      <text x="50" y="-14">
         <xsl:call-template name="text"><xsl:with-param name="key" select="'legendExpected'"/></xsl:call-template>
       </text>
-      <rect x="230" y="-23" width="24" height="10" fill="#2a6fb0" fill-opacity="0.25"/>
-      <text x="260" y="-14">
+      <rect x="140" y="-23" width="24" height="10" fill="#2a6fb0" fill-opacity="0.25"/>
+      <text x="170" y="-14">
         <xsl:call-template name="text"><xsl:with-param name="key" select="'legendBand'"/></xsl:call-template>
       </text>
       <xsl:call-template name="marker">
-        <xsl:with-param name="x" select="360"/>
+        <xsl:with-param name="x" select="255"/>
         <xsl:with-param name="y" select="-18"/>
         <xsl:with-param name="mark" select="'passed'"/>
       </xsl:call-template>
-      <text x="371" y="-14">
+      <text x="266" y="-14">
         <xsl:call-template name="text"><xsl:with-param name="key" select="'legendPassed'"/></xsl:call-template>
       </text>
       <xsl:call-template name="marker">
-        <xsl:with-param name="x" select="475"/>
+        <xsl:with-param name="x" select="355"/>
         <xsl:with-param name="y" select="-18"/>
         <xsl:with-param name="mark" select="'failed'"/>
       </xsl:call-template>
-      <text x="486" y="-14">
+      <text x="366" y="-14">
         <xsl:call-template name="text"><xsl:with-param name="key" select="'legendFailed'"/></xsl:call-template>
       </text>
+      <xsl:if test="marker[@mark = 'unmeasured']">
+        <xsl:call-template name="marker">
+          <xsl:with-param name="x" select="475"/>
+          <xsl:with-param name="y" select="-18"/>
+          <xsl:with-param name="mark" select="'unmeasured'"/>
+        </xsl:call-template>
+        <text x="486" y="-14">
+          <xsl:call-template name="text"><xsl:with-param name="key" select="'legendUnmeasured'"/></xsl:call-template>
+        </text>
+      </xsl:if>
     </g>
   </xsl:template>
 </xsl:stylesheet>

@@ -108,7 +108,9 @@ public:
             auto& marker = *_element.add_child("marker");
             marker.set_attribute("x", coordinate(_x(point.position.multiple)));
             marker.set_attribute("y", coordinate(_y(point.position.seconds)));
-            marker.set_attribute("mark", point.isPassed ? "passed" : "failed");
+            marker.set_attribute("mark", !point.isMeasured ? "unmeasured"
+                                         : point.isPassed  ? "passed"
+                                                           : "failed");
         }
     }
 
