@@ -9,7 +9,6 @@
 
 #include <glib-unix.h>
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -27,8 +26,6 @@ namespace {
 /// Below GTK's own work on events (0), layout (110) and drawing (120), above its idle handlers (200).
 constexpr int priority = 125;
 constexpr std::chrono::milliseconds slice{2};
-/// For a few functions, so that twice as many are still short.
-constexpr std::chrono::microseconds shortTime{20};
 
 /// A function that another thread waits for.
 class Turn {
@@ -122,16 +119,8 @@ public:
 
     void runSlice()
     {
-        // To ask for the time costs as much as a short function: several of those run between two questions.
-        using Clock = std::chrono::steady_clock;
-        auto now = Clock::now();
-        const auto end = now + slice;
-        for (unsigned count = 1; now < end;) {
-            for (unsigned i = 0; i < count; ++i)
-                if (!runOne())
-                    return;
-            const auto before = std::exchange(now, Clock::now());
-            count = now - before < shortTime ? std::min(2 * count, 8U) : 1;
+        const auto end = std::chrono::steady_clock::now() + slice;
+        while (runOne() && std::chrono::steady_clock::now() < end) {
         }
     }
 

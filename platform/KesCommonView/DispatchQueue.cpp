@@ -14,8 +14,9 @@ namespace {
 
 /// Functions in one batch: 8 KiB.
 constexpr std::size_t batchSize = 256;
-/// More empty batches than this (half a megabyte) are given up when the queue has run empty.
-constexpr std::size_t sparesKept = 64;
+/// More empty batches than this (four megabytes) are given up when the queue has run empty: a flood that came
+/// once may come again, and memory that is new to the process costs more than all the rest of a post.
+constexpr std::size_t sparesKept = 512;
 
 int makeDescriptor()
 {
