@@ -53,7 +53,9 @@ void HardwareControlToolbarView::addToolButton(Kes::IView& view)
 
 void HardwareControlToolbarView::_joinWindow()
 {
-    if (auto* window = dynamic_cast<Gtk::Window*>(get_toplevel()))
+    auto* window = dynamic_cast<Gtk::Window*>(get_toplevel());
+    // A toolbar that comes back to its window finds its keys still there.
+    if (window && !g_slist_find(gtk_accel_groups_from_object(G_OBJECT(window->gobj())), _keys->gobj()))
         window->add_accel_group(_keys);
 }
 

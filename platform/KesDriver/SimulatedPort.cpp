@@ -8,6 +8,7 @@ void SimulatedPort::setListener(IKestoLinkListener* listener)
 {
     std::unique_lock lock(_mutex);
     _listener = listener;
+    _delivered.notify_all();
     servingWait(lock, _delivered, [this] {
         return _deliverer == std::thread::id() || _deliverer == std::this_thread::get_id();
     });
@@ -18,8 +19,9 @@ void SimulatedPort::deliver(const Report& report)
     IKestoLinkListener* listener = nullptr;
     {
         std::unique_lock lock(_mutex);
-        // A link that has moved from one device to another hears both for a moment.
-        servingWait(lock, _delivered, [this] { return _deliverer == std::thread::id(); });
+        // A link that has moved from one device to another hears both for a moment. A listener that leaves
+        // inside its report ends the wait: it may be about to wait for this thread.
+        servingWait(lock, _delivered, [this] { return !_listener || _deliverer == std::thread::id(); });
         if (!_listener)
             return;
         listener = _listener;

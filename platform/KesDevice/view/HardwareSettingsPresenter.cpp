@@ -39,7 +39,7 @@ void HardwareSettingsPresenter::open(Kes::IView* parent)
 void HardwareSettingsPresenter::cancel()
 {
     _view->close();
-    Kes::emitLast(signalClosed);
+    _onCancelled();
 }
 
 void HardwareSettingsPresenter::_onConfirmed()
