@@ -10,7 +10,8 @@ function(kes_precompiled name)
 endfunction()
 
 # kes_library(<name> FOLDER <dir> [GTK] [RECURSE] LINKS <targets>...)
-# A shared library of all sources in FOLDER (below the including root), with hidden symbols.
+# A shared library of all sources in FOLDER (below the including root) and in its folder detail, with hidden
+# symbols. What lies in detail is private to the library: its headers are not installed.
 # Headers are included as <Folder/Header.h>; the include root is the calling list file's directory
 # or, with ROOT, the directory given there.
 function(kes_library name)
@@ -23,6 +24,9 @@ function(kes_library name)
         set(glob GLOB_RECURSE)
     endif()
     file(${glob} sources CONFIGURE_DEPENDS ${ARG_ROOT}/${ARG_FOLDER}/*.cpp)
+    file(GLOB details CONFIGURE_DEPENDS ${ARG_ROOT}/${ARG_FOLDER}/detail/*.cpp)
+    list(APPEND sources ${details})
+    list(REMOVE_DUPLICATES sources)
     if(NOT sources)
         file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp "")
         set(sources ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)

@@ -5,14 +5,16 @@
 #include <sigc++/sigc++.h>
 
 #include <memory>
+#include <mutex>
+#include <thread>
 #include <utility>
 #include <vector>
 
 namespace Kes {
 
-/// One slot's place in a gated signal: what to call, and the receivers whose death cuts it.
-/// Used through `Connection`; all operations pass `SignalGate`.
-class KES_EXPORT ConnectionSlot {
+/// One slot's place in a gated signal: what to call, on which threads it is running, and the receivers whose
+/// death cuts it. Used through `Connection` and by the signal. Any thread; none of it passes the gate.
+class KES_EXPORT ConnectionSlot : public std::enable_shared_from_this<ConnectionSlot> {
 public:
     explicit ConnectionSlot(std::shared_ptr<const void> callable);
     ConnectionSlot(const ConnectionSlot&) = delete;
@@ -21,15 +23,28 @@ public:
 
     bool isConnected() const;
 
-    /// What to call, of a type that only the signal knows; null once the slot is cut. Call it under the
-    /// gate, and hold the pointer while it runs: the slot may cut itself.
-    std::shared_ptr<const void> getCallable() const;
+    /// Makes the slot run on the calling thread for its scope, if it is still connected.
+    class KES_EXPORT Run {
+    public:
+        explicit Run(ConnectionSlot& slot);
+        ~Run();
+        Run(const Run&) = delete;
+        Run& operator=(const Run&) = delete;
 
-    /// Cuts the slot and lets go of the functor and of all that it has captured, at once or, when it is
-    /// running (which can only be further up on this thread), when it has returned.
+        /// What to call, of a type that only the signal knows; null when the slot has been cut.
+        const void* getCallable() const { return _callable.get(); }
+
+    private:
+        ConnectionSlot& _slot;
+        std::shared_ptr<const void> _callable;
+    };
+
+    /// Cuts the slot, waits as described at `Connection::disconnect`, and lets go of the functor and of all
+    /// that it has captured, at once or, where it goes on running, when it has returned.
     void disconnect();
 
-    /// Cuts the slot when one of the trackables inside the functor dies.
+    /// Cuts the slot when one of the trackables inside the functor dies. Before others know the slot, on
+    /// the thread of the trackables.
     template <typename Functor>
     void track(const Functor& functor)
     {
@@ -41,10 +56,15 @@ private:
     struct Tracking;
 
     void _track(const sigc::trackable* object);
-    void _untrack();
+    void _waitForRuns();
+    bool _isRunningOn(std::thread::id thread) const;
     static void* _onTrackableDestroyed(void* data);
 
+    /// Held for a few assignments only: nothing of the receivers' or the functor's runs under it.
+    mutable std::mutex _mutex;
     std::shared_ptr<const void> _callable;
+    /// A thread for each run, the same one several times where an emission has led to another one.
+    std::vector<std::thread::id> _runs;
     std::vector<std::shared_ptr<Tracking>> _trackings;
 };
 
@@ -55,8 +75,14 @@ public:
     Connection() = default;
     explicit Connection(std::weak_ptr<ConnectionSlot> slot) : _slot(std::move(slot)) {}
 
+    /// Never waits.
     bool connected() const;
+
     /// After it has returned, the slot is not running on another thread and is never called again.
+    ///
+    /// It waits for a slot that is running: as in every wait of `WaitCondition` the caller lets go of the
+    /// gate and the GUI thread serves its queue. It does not wait for the run that it is called from, nor for
+    /// one on a thread that is itself waiting for this one (see ThreadWaits); such a run goes on afterwards.
     void disconnect();
 
 private:

@@ -14,13 +14,13 @@ namespace Kes {
 
 namespace {
 
-/// The longest time for which the GUI thread does not look at its queue while it waits for the gate.
-constexpr std::chrono::milliseconds servingInterval{1};
+/// For how long the GUI thread waits for the gate before it turns to functions that are already queued: most
+/// threads let go of it at once, and what is served runs in the midst of what the GUI thread is doing.
+constexpr std::chrono::milliseconds servingDelay{1};
 
 struct Gate {
     std::mutex mutex;
     std::condition_variable freed;
-    std::condition_variable freedForServing;
     std::atomic<std::thread::id> owner;
     bool servingWaits = false;
     /// How often the owner holds the gate; only the owner touches it.
@@ -34,24 +34,26 @@ Gate& gate()
     return instance;
 }
 
-/// Waits on the thread that others may be waiting for. It goes before the others once the gate is free,
-/// so that a stream of emissions cannot keep the window from moving.
-void lockServing(Gate& gate)
+/// Takes the gate for the serving thread if it is free, and otherwise sleeps until the service's bell has
+/// been rung. While the thread sleeps it goes before the others, so that a stream of emissions cannot keep
+/// the window from moving; while it serves it does not, since what it serves may wait for one of the others.
+bool takeServing(Gate& gate, Bell::Ticket ticket, Bell::TimePoint end)
 {
-    while (true) {
-        {
-            std::unique_lock lock(gate.mutex);
-            const auto isFree = [&] { return gate.owner.load() == std::thread::id(); };
-            gate.servingWaits = true;
-            const bool freed = gate.freedForServing.wait_for(lock, servingInterval, isFree);
-            gate.servingWaits = false;
-            if (freed) {
-                gate.owner = std::this_thread::get_id();
-                return;
-            }
-        }
-        WaitService::serve();
-    }
+    const auto tryTake = [&] {
+        const bool isFree = gate.owner.load() == std::thread::id();
+        if (isFree)
+            gate.owner = std::this_thread::get_id();
+        return isFree;
+    };
+    std::unique_lock lock(gate.mutex);
+    if (tryTake())
+        return true;
+    gate.servingWaits = true;
+    lock.unlock();
+    WaitService::getBell().sleep(ticket, end);
+    lock.lock();
+    gate.servingWaits = false;
+    return tryTake();
 }
 
 void lockBlocking(Gate& gate)
@@ -59,6 +61,20 @@ void lockBlocking(Gate& gate)
     std::unique_lock lock(gate.mutex);
     gate.freed.wait(lock, [&] { return gate.owner.load() == std::thread::id() && !gate.servingWaits; });
     gate.owner = std::this_thread::get_id();
+}
+
+void lockServing(Gate& gate)
+{
+    auto ticket = WaitService::getBell().getTicket();
+    auto end = std::chrono::steady_clock::now() + servingDelay;
+    while (!takeServing(gate, ticket, end)) {
+        ticket = WaitService::getBell().getTicket();
+        end = WaitService::serve() ? std::chrono::steady_clock::now() + servingDelay : Bell::never;
+        if (!WaitService::isServingThread()) {
+            lockBlocking(gate);
+            return;
+        }
+    }
 }
 
 void lockFirst(Gate& gate, unsigned depth)
@@ -76,7 +92,7 @@ void unlockLast(Gate& gate)
     std::lock_guard lock(gate.mutex);
     gate.owner = std::thread::id();
     if (gate.servingWaits)
-        gate.freedForServing.notify_one();
+        WaitService::ring();
     else
         gate.freed.notify_one();
 }

@@ -6,18 +6,21 @@
 
 namespace Kes {
 
-/// The one gate through which all signals that cross threads are connected, disconnected and emitted.
+/// The one gate through which all signals that cross threads are emitted.
 ///
-/// It is recursive, and there is a single one in the process: a slot may emit, connect and disconnect
-/// other signals in any order without the lock-order deadlocks that a gate per object would allow.
-/// While the GUI thread waits for the gate it goes on serving its queue (see WaitService), so that a slot
-/// on another thread that waits for the GUI thread gets its answer; and it is the next to get the gate.
+/// It is recursive, and there is a single one in the process: a slot may emit other signals in any order
+/// without the lock-order deadlocks that a gate per object would allow. While the GUI thread waits for the
+/// gate it goes on serving its queue (see WaitService), so that a slot on another thread that waits for the
+/// GUI thread gets its answer; and it is the next to get the gate.
 ///
-/// Holding the gate guarantees that no slot of a gated signal is running on another thread. A receiver
-/// that is destroyed (or that cuts its connections) under the gate can therefore not be called any more.
+/// While the gate is held, no other thread emits: nothing that only slots and emitters change does change,
+/// and reading it and connecting are one step. A slot on another thread may still be in the middle of a wait
+/// for which it has let go of the gate; that a receiver is not called any more is therefore the promise of
+/// `Connection::disconnect`, not of the gate.
 ///
-/// Rules: never hold another lock while emitting or connecting; never wait for another thread while
-/// holding the gate, except for the GUI thread (see `Loan`); `ThreadHelper::join` and `Release` let go of it.
+/// Rules: never hold another lock while emitting, disconnecting or destroying a receiver; wait for another
+/// thread with `WaitCondition` or `Worker::wait`, which let go of the gate, or in the scope of a `Release`;
+/// only a wait for the GUI thread keeps it (see `Loan`).
 class KES_EXPORT SignalGate {
 public:
     static void lock();

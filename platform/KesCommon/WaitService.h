@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KesCommon/Bell.h>
 #include <KesCommon/Export.h>
 
 #include <functional>
@@ -9,20 +10,33 @@ namespace Kes {
 /// What a thread that serves a queue goes on doing while it has to wait for another thread.
 ///
 /// The GUI thread must not simply block on a worker that itself waits for the GUI thread: both would
-/// stand still. The GUI dispatcher installs its drain function here, and every wait of the family's
-/// libraries that may happen on the GUI thread calls `serve()` until what it waits for has come.
+/// stand still. The GUI dispatcher installs here how its queue is served, and every wait of the family's
+/// libraries (`WaitCondition`, `SignalGate`, `Worker`) serves it on the GUI thread until what it waits for
+/// has come. Between two looks the thread sleeps; it is woken by `ring`.
 class KES_EXPORT WaitService {
 public:
-    /// Makes the calling thread the serving one. `serve` runs what is queued and returns at once.
-    static void install(std::function<void()> serve);
-    /// Called on the serving thread, before it ends; does nothing on any other.
+    /// Runs what is queued, or a part of it, and returns whether there was anything. When there was nothing,
+    /// what is queued next has to ring.
+    using Serve = std::function<bool()>;
+
+    /// Makes the calling thread the serving one.
+    static void install(Serve serve);
+    /// Called on the serving thread, before it ends; does nothing on any other. A wait that goes on below
+    /// the call becomes one of an ordinary thread.
     static void uninstall();
 
     /// Any thread: whether the caller is the serving thread.
     static bool isServingThread();
 
-    /// Runs what is queued when called on the serving thread; does nothing on any other.
-    static void serve();
+    /// Any thread: when the serving thread sleeps in a wait, it looks again. Not needed on the serving
+    /// thread itself, which looks again after every function that it has served.
+    static void ring();
+
+    /// For waits. Serves when called on the serving thread, and returns whether there was anything; on any
+    /// other thread there never is.
+    static bool serve();
+    /// For waits on the serving thread: what `ring` rings.
+    static const Bell& getBell();
 };
 
 } // namespace Kes

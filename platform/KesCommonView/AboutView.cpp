@@ -1,7 +1,7 @@
 #include <KesCommonView/AboutView.h>
 
-#include "CommonViewText.h"
-#include "WindowIcons.h"
+#include <KesCommonView/detail/CommonViewText.h>
+#include <KesCommonView/detail/WindowIcons.h>
 
 #include <gtkmm/box.h>
 #include <gtkmm/button.h>

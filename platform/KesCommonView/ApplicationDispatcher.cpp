@@ -1,11 +1,11 @@
 #include <KesCommonView/ApplicationDispatcher.h>
 
-#include "DispatchQueue.h"
-
 #include <KesCommon/ExceptionText.h>
 #include <KesCommon/Log.h>
 #include <KesCommon/SignalGate.h>
+#include <KesCommon/ThreadWaits.h>
 #include <KesCommon/WaitService.h>
+#include <KesCommonView/detail/DispatchQueue.h>
 
 #include <glib-unix.h>
 
@@ -45,7 +45,7 @@ public:
     {
         std::exception_ptr error;
         try {
-            SignalGate::Loan::Use gate(_loan);
+            const Scope scope(*this);
             const auto function = std::exchange(_function, nullptr);
             function();
         } catch (...) {
@@ -58,7 +58,7 @@ public:
     void end(std::exception_ptr error)
     {
         if (_function) {
-            SignalGate::Loan::Use gate(_loan);
+            const Scope scope(*this);
             _function = nullptr;
         }
         std::lock_guard lock(_mutex);
@@ -69,8 +69,16 @@ public:
     }
 
 private:
+    /// What happens here on behalf of the waiting thread: with its gate, while it waits for this one.
+    struct Scope {
+        explicit Scope(Turn& turn) : gate(turn._loan), waiting(std::this_thread::get_id(), turn._waiting) {}
+        SignalGate::Loan::Use gate;
+        ThreadWaits::WaitingFor waiting;
+    };
+
     std::function<void()> _function;
     SignalGate::Loan _loan;
+    const std::thread::id _waiting = std::this_thread::get_id();
     std::mutex _mutex;
     std::condition_variable _ended;
     std::exception_ptr _error;
@@ -117,11 +125,17 @@ public:
         return static_cast<bool>(function);
     }
 
-    void runSlice()
+    /// Whether there was anything to run.
+    bool runSlice()
     {
         const auto end = std::chrono::steady_clock::now() + slice;
-        while (runOne() && std::chrono::steady_clock::now() < end) {
+        bool hasRun = false;
+        while (runOne()) {
+            hasRun = true;
+            if (std::chrono::steady_clock::now() >= end)
+                break;
         }
+        return hasRun;
     }
 
     void stopSource()
@@ -167,14 +181,6 @@ void ApplicationDispatcher::wait(std::function<void()> function)
     turn->wait();
 }
 
-void ApplicationDispatcher::drain()
-{
-    if (!isGuiThread())
-        return;
-    for (auto count = _queue->size(); count > 0 && _queue->runOne(); --count) {
-    }
-}
-
 void ApplicationDispatcher::_register()
 {
     if (isGuiThread())
@@ -194,7 +200,7 @@ void ApplicationDispatcher::_register()
     };
     g_source_set_callback(_queue->source, G_SOURCE_FUNC(dispatch), _queue.get(), nullptr);
     g_source_attach(_queue->source, nullptr);
-    WaitService::install([this] { drain(); });
+    WaitService::install([this] { return _queue->runSlice(); });
 }
 
 void ApplicationDispatcher::_unregister()

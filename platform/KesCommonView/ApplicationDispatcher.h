@@ -13,8 +13,8 @@ namespace Kes {
 /// and redraws, so a flood of posts delays a frame but never freezes the window; many posts cost one
 /// wake-up. A function may run a dialog's own loop; the queue goes on meanwhile.
 ///
-/// The dispatcher is also the service of `WaitService`: while the GUI thread waits for the signal gate or
-/// joins a thread, queued functions run inside that wait.
+/// The dispatcher is also the service of `WaitService`: while the GUI thread waits (see WaitCondition),
+/// queued functions run inside that wait, and one that is queued meanwhile wakes it.
 class KES_EXPORT ApplicationDispatcher {
 public:
     /// Any thread. Lives until the process ends.
@@ -27,14 +27,12 @@ public:
     /// Any thread. On the GUI thread the function runs at once. On another thread it is queued and waited
     /// for; the wait also ends, without the function having run, when the dispatcher is unregistered.
     /// What the function throws is thrown to the caller in both cases. A caller that holds the signal gate
-    /// keeps it, and the function runs with it.
+    /// keeps it, and the function runs with it. While it runs the caller waits for the GUI thread in the
+    /// sense of `ThreadWaits`.
     void wait(std::function<void()> function);
 
     /// Any thread: whether the caller is the thread that registered.
     bool isGuiThread() const;
-
-    /// Runs what is queued at this moment. Does nothing on another thread than the GUI thread.
-    void drain();
 
     ApplicationDispatcher(const ApplicationDispatcher&) = delete;
     ApplicationDispatcher& operator=(const ApplicationDispatcher&) = delete;

@@ -1,10 +1,9 @@
 #include <KesCommonView/GtkDialogs.h>
 
-#include "CommonViewText.h"
-
 #include <KesCommon/StringHelper.h>
 #include <KesCommonView/FileNamePattern.h>
 #include <KesCommonView/GtkWidgetHelper.h>
+#include <KesCommonView/detail/CommonViewText.h>
 
 #include <glibmm/convert.h>
 #include <glibmm/fileutils.h>
@@ -141,7 +140,8 @@ DialogResult GtkDialogs::showMessage(const MessageRequest& request)
     const bool isQuestion = request.buttons != DialogResult::Ok;
     // What is only told is a fault or something that could not be done.
     Gtk::MessageDialog box(getShownText(request.text), false,
-                           isQuestion ? Gtk::MESSAGE_QUESTION : Gtk::MESSAGE_WARNING, Gtk::BUTTONS_NONE, true);
+                           isQuestion ? Gtk::MESSAGE_QUESTION : Gtk::MESSAGE_WARNING, Gtk::BUTTONS_NONE,
+                           true);
     box.set_title(getTitle(request.title));
     setParent(box, request.parent);
     formatBox(box, request.text);

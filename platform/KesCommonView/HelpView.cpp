@@ -1,10 +1,9 @@
 #include <KesCommonView/HelpView.h>
 
-#include "CommonViewText.h"
-
 #include <KesCommon/DesktopOpener.h>
 #include <KesCommon/StringHelper.h>
 #include <KesCommonView/DialogView.h>
+#include <KesCommonView/detail/CommonViewText.h>
 
 namespace Kes {
 

@@ -1,6 +1,6 @@
 #include <KesCommonView/UnattendedDialogs.h>
 
-#include "CommonViewText.h"
+#include <KesCommonView/detail/CommonViewText.h>
 
 #include <cstdio>
 

@@ -1,6 +1,6 @@
 #include <KesCommonView/Window.h>
 
-#include "WindowIcons.h"
+#include <KesCommonView/detail/WindowIcons.h>
 
 #include <glibmm/main.h>
 

@@ -1,13 +1,18 @@
+#include <KesCommon/Log.h>
 #include <KesCommon/NotifyCollection.h>
 #include <KesCommon/Signal.h>
 
+#include <glibmm/fileutils.h>
 #include <gmock/gmock.h>
 
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <thread>
 
 using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::SizeIs;
 
 namespace {
 
@@ -60,7 +65,7 @@ TEST_F(SignalTest, changesDuringAnEmissionFollowItsRules)
     EXPECT_THAT(calls, ElementsAre("first1", "first2", "new2"));
 }
 
-TEST_F(SignalTest, aSlotMayEmitItsOwnSignalOrThrow)
+TEST_F(SignalTest, aSlotMayEmitItsOwnSignal)
 {
     signal.connect([&](int value) {
         if (value < 3)
@@ -69,9 +74,70 @@ TEST_F(SignalTest, aSlotMayEmitItsOwnSignalOrThrow)
     signal.connect(record("v"));
     signal.emit(1);
     EXPECT_THAT(calls, ElementsAre("v3", "v2", "v1"));
-    signal.connect([](int) { throw std::runtime_error("slot"); });
-    EXPECT_THROW(signal.emit(1), std::runtime_error);
+}
+
+/// Keeps what is logged.
+class SignalFaultTest : public SignalTest {
+protected:
+    SignalFaultTest()
+        : _previous(
+              KesLog::Log::setObserver([this](auto, const std::string& text) { logged.push_back(text); }))
+    {
+        signal.connect([](int value) { throw std::runtime_error("fault " + std::to_string(value)); });
+        signal.connect(record("after"));
+    }
+    ~SignalFaultTest() override { KesLog::Log::setObserver(std::move(_previous)); }
+
+    Calls logged;
+
+private:
+    KesLog::Log::Observer _previous;
+};
+
+TEST_F(SignalFaultTest, whatASlotThrowsReachesTheHandlerOrElseTheLogAndNoOneElse)
+{
+    signal.emit(1);
+    EXPECT_THAT(logged, ElementsAre(HasSubstr("fault 1")));
+    EXPECT_THAT(calls, ElementsAre("after1"));
     EXPECT_FALSE(Kes::SignalGate::isHeldByThisThread());
+
+    signal.setExceptionHandler([&](const std::string& text) { calls.push_back(text); });
+    signal.connect([](int) { throw Glib::FileError(Glib::FileError::FAILED, "of glibmm"); });
+    signal.connect([](int) { throw 1; });
+    signal.emit(2);
+    EXPECT_THAT(calls, ElementsAre("after1", "fault 2", "after2", "of glibmm", "An unknown error occurred."));
+    EXPECT_THAT(logged, SizeIs(1));
+}
+
+TEST_F(SignalFaultTest, aHandlerThatThrowsOrLeadsBackToItsFaultEndsInTheLog)
+{
+    signal.setExceptionHandler([](const std::string&) { throw std::runtime_error("of the handler"); });
+    signal.emit(1);
+    EXPECT_THAT(logged, ElementsAre(HasSubstr("fault 1"), HasSubstr("of the handler")));
+
+    // Two signals, each of which tells its faults by way of the other one.
+    Kes::Signal<void()> other;
+    other.connect([] { throw std::runtime_error("other fault"); });
+    other.setExceptionHandler([&](const std::string&) { signal.emit(3); });
+    signal.setExceptionHandler([&](const std::string&) { other.emit(); });
+    logged.clear();
+    signal.emit(2);
+    EXPECT_THAT(logged, ElementsAre(HasSubstr("fault 3")));
+    EXPECT_THAT(calls, ElementsAre("after1", "after3", "after2"));
+}
+
+TEST_F(SignalFaultTest, aHandlerMayDestroyTheSignal)
+{
+    auto owned = std::make_unique<Kes::Signal<void()>>();
+    owned->connect([] { throw std::runtime_error("fault"); });
+    auto later = owned->connect([&] { calls.push_back("later"); });
+    owned->setExceptionHandler([&](const std::string& text) {
+        owned.reset();
+        calls.push_back(text);
+    });
+    owned->emit();
+    EXPECT_THAT(calls, ElementsAre("fault"));
+    EXPECT_FALSE(later.connected());
 }
 
 TEST_F(SignalTest, aSlotMayDestroyItsSignal)

@@ -1,39 +1,21 @@
+#include "ServingQueue.h"
+
 #include <KesCommon/Signal.h>
-#include <KesCommon/ThreadHelper.h>
-#include <KesCommon/WaitService.h>
+#include <KesCommon/WaitCondition.h>
+#include <KesCommon/Worker.h>
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <barrier>
 #include <future>
+#include <memory>
+#include <mutex>
 #include <thread>
 
+using KesTest::ServingQueue;
+
 namespace {
-
-/// A GUI queue in small: the test's thread serves it, one other at a time waits on it.
-class Queue {
-public:
-    Queue()
-    {
-        Kes::WaitService::install([this] {
-            if (auto* task = _task.exchange(nullptr))
-                std::packaged_task<void()>(std::move(*task))();
-        });
-    }
-    ~Queue() { Kes::WaitService::uninstall(); }
-
-    /// Runs the function on the serving thread and waits for it.
-    void wait(std::function<void()> function)
-    {
-        std::packaged_task<void()> task(std::move(function));
-        auto done = task.get_future();
-        _task = &task;
-        done.wait();
-    }
-
-private:
-    std::atomic<std::packaged_task<void()>*> _task{nullptr};
-};
 
 /// Counts on one thread what others emit, and dies there.
 class Listener : public sigc::trackable {
@@ -110,9 +92,136 @@ TEST(SignalThreads, disconnectReturnsOnlyWhenTheSlotHasEnded)
     EXPECT_TRUE(ended);
 }
 
+/// A slot that lets go of the gate in its middle, until the serving thread tells it in a wait to go on.
+class PausingSlot : public testing::TestWithParam<const char*> {
+protected:
+    PausingSlot()
+    {
+        connection = signal.connect(sigc::track_obj([this] { _run(); }, *receiver));
+        emitter = std::jthread([this] { signal.emit(); });
+        inside.get_future().wait();
+        queue.post([this] {
+            std::lock_guard lock(mutex);
+            mayGoOn = true;
+            condition.notifyAll();
+        });
+    }
+
+    void cut(const std::string& how)
+    {
+        if (how == "Disconnecting")
+            connection.disconnect();
+        else if (how == "Clearing")
+            signal.clear();
+        else if (how == "OfAScopedConnection")
+            const Kes::ScopedConnection dying(connection);
+        else
+            receiver.reset();
+    }
+
+    ServingQueue queue;
+    Kes::Signal<void()> signal;
+    Kes::Connection connection;
+    std::unique_ptr<sigc::trackable> receiver = std::make_unique<sigc::trackable>();
+    std::promise<void> inside;
+    std::mutex mutex;
+    Kes::WaitCondition condition;
+    bool mayGoOn = false;
+    std::atomic<bool> hasEnded{false};
+    std::jthread emitter;
+
+private:
+    void _run()
+    {
+        std::unique_lock lock(mutex);
+        inside.set_value();
+        condition.wait(lock, [this] { return mayGoOn; });
+        hasEnded = true;
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Cut, PausingSlot,
+                         testing::Values("Disconnecting", "Clearing", "OfAScopedConnection", "OfATrackable"),
+                         [](const auto& parameter) { return std::string(parameter.param); });
+
+TEST_P(PausingSlot, hasEndedWhenTheCutReturns)
+{
+    cut(GetParam());
+    EXPECT_TRUE(hasEnded);
+    EXPECT_TRUE(signal.empty());
+}
+
+TEST_P(PausingSlot, hasEndedWhenACutUnderTheGateReturns)
+{
+    const Kes::SignalGate::Guard gate;
+    cut(GetParam());
+    EXPECT_TRUE(hasEnded && Kes::SignalGate::isHeldByThisThread());
+}
+
+TEST(SignalThreads, aCutOnTheServingThreadGoesOnServing)
+{
+    ServingQueue queue;
+    Kes::Signal<void()> signal;
+    std::promise<void> entered;
+    bool answered = false;
+    auto connection = signal.connect([&] {
+        const Kes::SignalGate::Release release;
+        entered.set_value();
+        queue.wait([&] { answered = true; });
+    });
+    std::jthread emitter([&] { signal.emit(); });
+    entered.get_future().wait();
+    connection.disconnect();
+    EXPECT_TRUE(answered);
+}
+
+TEST(SignalThreads, aCutDoesNotWaitForAThreadThatWaitsForIt)
+{
+    Kes::Signal<void()> signal;
+    Kes::Connection connection;
+    connection = signal.connect([&] { Kes::Worker("Kes_Bench", [&] { connection.disconnect(); }).wait(); });
+    signal.emit();
+    EXPECT_FALSE(connection.connected());
+
+    // Both threads are in the slot, and both cut it there.
+    std::barrier both(2);
+    std::atomic<int> ended{0};
+    connection = signal.connect([&] {
+        const Kes::SignalGate::Release release;
+        both.arrive_and_wait();
+        connection.disconnect();
+        ++ended;
+    });
+    std::jthread one([&] { signal.emit(); });
+    std::jthread two([&] { signal.emit(); });
+    one.join();
+    two.join();
+    EXPECT_EQ(ended, 2);
+}
+
+TEST(SignalThreads, askingForConnectionsNeitherServesNorWaitsForTheGate)
+{
+    ServingQueue queue;
+    Kes::Signal<void()> signal;
+    std::promise<void> entered;
+    std::promise<void> leave;
+    auto connection = signal.connect([&] {
+        entered.set_value();
+        leave.get_future().wait();
+    });
+    std::jthread emitter([&] { signal.emit(); });
+    entered.get_future().wait();
+    queue.post([] { ADD_FAILURE() << "a queued function has run"; });
+    EXPECT_TRUE(connection.connected());
+    EXPECT_FALSE(signal.empty());
+    signal.connect([] {});
+    EXPECT_EQ(signal.size(), 2U);
+    leave.set_value();
+}
+
 TEST(SignalThreads, theServingThreadAnswersASlotWhileItWaitsForTheGate)
 {
-    Queue queue;
+    ServingQueue queue;
     Kes::Signal<void()> signal;
     std::promise<void> entered;
     int answered = 0;
@@ -123,14 +232,14 @@ TEST(SignalThreads, theServingThreadAnswersASlotWhileItWaitsForTheGate)
     });
     std::jthread emitter([&] { signal.emit(); });
     entered.get_future().wait();
-    // Blocks until the emission is over, which needs this very thread twenty times.
-    signal.connect([] {}).disconnect();
+    // Waits until the emission is over, which needs this very thread twenty times.
+    const Kes::SignalGate::Guard gate;
     EXPECT_EQ(answered, 20);
 }
 
 TEST(SignalThreads, aStreamOfEmissionsDoesNotKeepTheServingThreadOut)
 {
-    Queue queue;
+    ServingQueue queue;
     Kes::Signal<void()> signal;
     std::atomic<bool> stop{false};
     const auto emitAlways = [&] {
@@ -139,38 +248,13 @@ TEST(SignalThreads, aStreamOfEmissionsDoesNotKeepTheServingThreadOut)
     };
     std::jthread one(emitAlways);
     std::jthread two(emitAlways);
-    for (int i = 0; i < 200; ++i)
-        signal.connect([] {}).disconnect();
-    stop = true;
-    EXPECT_TRUE(signal.empty());
-}
-
-TEST(ThreadHelper, joinServesAndReleasesTheGateUntilTheThreadHasEnded)
-{
-    for (const bool serving : {true, false}) {
-        auto queue = serving ? std::make_unique<Queue>() : nullptr;
-        Kes::Signal<void()> signal;
-        bool served = false;
-        std::thread worker([&] {
-            signal.emit();
-            if (queue)
-                queue->wait([&] { served = true; });
-        });
-        Kes::SignalGate::Guard outer;
-        Kes::SignalGate::Guard inner;
-        Kes::ThreadHelper::join(worker);
-        EXPECT_TRUE(Kes::SignalGate::isHeldByThisThread());
-        EXPECT_EQ(served, serving);
-        Kes::ThreadHelper::join(worker);
+    int taken = 0;
+    for (int i = 0; i < 200; ++i) {
+        const Kes::SignalGate::Guard gate;
+        ++taken;
     }
-}
-
-TEST(ThreadHelper, aServedFunctionMayEndTheService)
-{
-    auto queue = std::make_unique<Queue>();
-    std::thread worker([&] { queue->wait([] { Kes::WaitService::uninstall(); }); });
-    Kes::ThreadHelper::join(worker);
-    EXPECT_FALSE(Kes::WaitService::isServingThread());
+    stop = true;
+    EXPECT_EQ(taken, 200);
 }
 
 } // namespace

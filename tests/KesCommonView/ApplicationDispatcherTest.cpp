@@ -2,7 +2,9 @@
 
 #include <KesCommon/Log.h>
 #include <KesCommon/Signal.h>
-#include <KesCommon/ThreadHelper.h>
+#include <KesCommon/SignalGate.h>
+#include <KesCommon/WaitCondition.h>
+#include <KesCommon/Worker.h>
 #include <KesCommonView/ApplicationDispatcher.h>
 #include <KesCommonView/UpdateView.h>
 #include <KesCommonView/UpdateViewGuard.h>
@@ -11,6 +13,8 @@
 
 #include <array>
 #include <atomic>
+#include <future>
+#include <mutex>
 #include <numeric>
 #include <stdexcept>
 #include <thread>
@@ -37,10 +41,10 @@ TEST_F(ApplicationDispatcherTest, runsPostsOfEachThreadInOrderOnTheGuiThread)
             });
         Kes::waitUpdateView([&, who] { faults += next[who] == count ? 0 : 1; });
     };
-    std::thread first(post, 0);
-    std::thread second(post, 1);
-    Kes::ThreadHelper::join(first);
-    Kes::ThreadHelper::join(second);
+    Kes::Worker first("Kes_Bench", [&] { post(0); });
+    Kes::Worker second("Kes_Bench", [&] { post(1); });
+    first.wait();
+    second.wait();
     EXPECT_EQ(next, (std::array{count, count}));
     EXPECT_EQ(faults, 0);
 }
@@ -50,12 +54,12 @@ TEST_F(ApplicationDispatcherTest, exceptionsReachTheWaiterOrTheLogAndTheQueueGoe
     std::vector<std::string> logged;
     auto previous = KesLog::Log::setObserver([&](auto, const std::string& text) { logged.push_back(text); });
     bool goesOn = false;
-    std::thread worker([&] {
+    Kes::Worker worker("Kes_Bench", [&] {
         Kes::beginUpdateView([] { throw std::runtime_error("posted fault"); });
         EXPECT_THROW(Kes::waitUpdateView([] { throw std::logic_error("waited"); }), std::logic_error);
         Kes::waitUpdateView([&] { goesOn = true; });
     });
-    Kes::ThreadHelper::join(worker);
+    worker.wait();
     KesLog::Log::setObserver(std::move(previous));
     EXPECT_TRUE(goesOn);
     EXPECT_THAT(logged, testing::ElementsAre(testing::HasSubstr("posted fault")));
@@ -130,6 +134,75 @@ TEST_F(ApplicationDispatcherTest, functionThatIsWaitedForRunsWithTheGateOfTheWai
     EXPECT_FALSE(Kes::SignalGate::isHeldByThisThread());
 }
 
+// A wait on the GUI thread has emptied the queue and sleeps; each post has to wake it.
+TEST_F(ApplicationDispatcherTest, postsWakeAWaitOnTheGuiThreadWithoutAMainLoop)
+{
+    std::mutex mutex;
+    Kes::WaitCondition condition;
+    int served = 0;
+    Kes::Worker worker("Kes_Bench", [&] {
+        for (int i = 0; i < 2000; ++i)
+            Kes::waitUpdateView([&] { ++served; });
+        Kes::beginUpdateView([&] { ++served; });
+    });
+    std::unique_lock lock(mutex);
+    EXPECT_TRUE(condition.waitFor(lock, std::chrono::seconds(10), [&] { return served == 2001; }));
+    lock.unlock();
+    worker.wait();
+    bool inLoop = false;
+    Kes::beginUpdateView([&] { inLoop = true; });
+    EXPECT_TRUE(waitFor([&] { return inLoop; })) << "the main loop goes on with the queue afterwards";
+}
+
+TEST_F(ApplicationDispatcherTest, aFloodDoesNotKeepAWaitFromItsEnd)
+{
+    std::atomic<bool> stop{false};
+    std::atomic<long> queued{0};
+    Kes::Worker flood("Kes_Bench", [&] {
+        while (!stop)
+            if (queued < 50000) {
+                ++queued;
+                Kes::beginUpdateView([&] { --queued; });
+            }
+    });
+    Kes::Signal<void()> signal;
+    Kes::Worker emitter("Kes_Bench", [&] {
+        while (!stop)
+            signal.emit();
+    });
+    for (int i = 0; i < 20; ++i) {
+        Kes::Worker("Kes_Bench", [] {}).wait();
+        const Kes::SignalGate::Guard gate;
+    }
+    stop = true;
+    emitter.wait();
+    flood.wait();
+    EXPECT_TRUE(waitFor([&] { return queued == 0; }));
+}
+
+TEST_F(ApplicationDispatcherTest, aCutWaitsForASlotThatWaitsForTheGuiThreadUnlessItIsCutThere)
+{
+    Kes::Signal<void()> signal;
+    std::promise<void> entered;
+    bool ran = false;
+    std::atomic<bool> ended{false};
+    auto connection = signal.connect([&] {
+        const Kes::SignalGate::Release release;
+        entered.set_value();
+        Kes::waitUpdateView([&] { ran = true; });
+        ended = true;
+    });
+    Kes::Worker first("Kes_Bench", [&] { signal.emit(); });
+    entered.get_future().wait();
+    connection.disconnect();
+    EXPECT_TRUE(ran && ended) << "the cut has served the function and waited for the slot";
+
+    connection = signal.connect([&] { Kes::waitUpdateView([&] { connection.disconnect(); }); });
+    Kes::Worker second("Kes_Bench", [&] { signal.emit(); });
+    second.wait();
+    EXPECT_FALSE(connection.connected());
+}
+
 TEST_F(ApplicationDispatcherTest, floodLeavesTimersTheirTurn)
 {
     std::atomic<bool> stop{false};
@@ -170,7 +243,7 @@ TEST_F(UpdateViewGuardTest, waitEndsWhenThePresenterHasDied)
 {
     auto guard = std::make_unique<Kes::UpdateViewGuard>();
     std::atomic<bool> waiting{false};
-    std::thread worker([&] {
+    Kes::Worker worker("Kes_Bench", [&] {
         // Queued before the wait: the presenter dies when the wait is already in the queue.
         Kes::beginUpdateView([&] {
             EXPECT_TRUE(waitFor([&] { return waiting.load(); }));
@@ -180,7 +253,7 @@ TEST_F(UpdateViewGuardTest, waitEndsWhenThePresenterHasDied)
         waiting = true;
         used.safeWaitUpdateView([] {});
     });
-    Kes::ThreadHelper::join(worker);
+    worker.wait();
     EXPECT_EQ(guard, nullptr);
 }
 

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <functional>
-#include <list>
 #include <mutex>
 #include <vector>
 
@@ -12,11 +11,9 @@ namespace Kes {
 ///
 /// Everything that threads hand to each other here is ordered by the one mutex; the descriptor carries no
 /// data. It is readable from the first function until the GUI thread has found the queue empty, so a flood
-/// of posts costs one wake-up. The GUI thread takes over all functions at once and runs them one at a time
-/// from a list of its own, which a main loop inside one of them goes on with.
-///
-/// The functions lie in batches of a fixed size that are used again. What a thread does under the mutex is
-/// short this way, whatever the length of the queue: no post moves other functions or asks for memory there.
+/// of posts costs one wake-up. With the descriptor goes the bell of `WaitService`, for a GUI thread that
+/// waits. The GUI thread takes over all functions at once and runs them one at a time from a list of its own,
+/// which a main loop inside one of them goes on with.
 class DispatchQueue {
 public:
     using Function = std::function<void()>;
@@ -31,37 +28,29 @@ public:
 
     /// Any thread. False, and nothing is queued, while the queue is closed.
     bool push(Function&& function);
-    /// GUI thread. The oldest function; an empty one when there is none.
+    /// GUI thread. The oldest function; an empty one when there is none, and then the next push wakes.
     Function take();
-    /// GUI thread. The number of functions at this moment.
-    std::size_t size();
     /// GUI thread. Drops what is queued and refuses functions from now on.
     void close();
     /// GUI thread. Accepts functions again.
     void open();
 
 private:
-    using Batch = std::vector<Function>;
-    using Batches = std::list<Batch>;
+    using Functions = std::vector<Function>;
 
-    /// Holds the lock again when it returns. Without effect while the queue is closed.
-    void _makeRoom(std::unique_lock<std::mutex>& lock);
-    void _wake();
+    /// Whether it was needed.
+    bool _wake();
     void _fallAsleep();
 
     const int _descriptor;
     std::mutex _mutex;
-    Batches _posted;
-    /// Empty ones that have their memory.
-    Batches _spare;
-    std::size_t _postedCount = 0;
+    Functions _posted;
     bool _awake = false;
     bool _open = true;
-    /// The GUI thread's own, with the place of the next function in the first batch. Away from the memory
-    /// that the posting threads write.
-    alignas(64) Batches _taken;
+    /// The GUI thread's own, with the place of the next one. Away from the memory that the posting threads
+    /// write.
+    alignas(64) Functions _taken;
     std::size_t _next = 0;
-    std::size_t _takenCount = 0;
 };
 
 } // namespace Kes

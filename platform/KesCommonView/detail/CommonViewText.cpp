@@ -1,4 +1,4 @@
-#include "CommonViewText.h"
+#include <KesCommonView/detail/CommonViewText.h>
 
 #include <KesCommon/TextTable.h>
 

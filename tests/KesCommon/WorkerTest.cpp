@@ -1,0 +1,122 @@
+#include "ServingQueue.h"
+
+#include <KesCommon/Log.h>
+#include <KesCommon/Signal.h>
+#include <KesCommon/Worker.h>
+
+#include <gmock/gmock.h>
+
+#include <array>
+#include <atomic>
+#include <future>
+#include <memory>
+#include <pthread.h>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+using Kes::Worker;
+using KesTest::ServingQueue;
+
+namespace {
+
+TEST(Worker, runsItsWorkUnderItsNameUntilTheEndThatIsWaitedFor)
+{
+    EXPECT_FALSE(Worker().isRunning());
+    std::string name;
+    std::promise<void> leave;
+    Worker first("Kes_Скамья", [&, held = std::make_shared<int>(0)] {
+        std::array<char, 16> kept{};
+        pthread_getname_np(pthread_self(), kept.data(), kept.size());
+        name = kept.data();
+        leave.get_future().wait();
+    });
+    Worker worker(std::move(first));
+    EXPECT_TRUE(worker.isRunning());
+    leave.set_value();
+    worker.wait();
+    EXPECT_FALSE(worker.isRunning() || first.isRunning());
+    EXPECT_EQ(name, "Kes_Скамь") << "the whole characters of the first 15 bytes";
+    worker.wait();
+
+    std::atomic<int> ended{0};
+    for (int i = 0; i < 3; ++i) {
+        worker = Worker("Kes_Bench", [&] { ++ended; });
+        EXPECT_GE(ended, i) << "of those that have been replaced";
+    }
+    worker = {};
+    EXPECT_EQ(ended, 3);
+}
+
+TEST(Worker, emitsAndAsksTheServingThreadUntilItsEnd)
+{
+    for (const bool serving : {true, false}) {
+        const auto queue = serving ? std::make_unique<ServingQueue>() : nullptr;
+        Kes::Signal<void()> signal;
+        bool served = false;
+        Worker worker("Kes_Bench", [&] {
+            signal.emit();
+            if (queue)
+                queue->wait([&] { served = true; });
+        });
+        Kes::SignalGate::Guard outer;
+        Kes::SignalGate::Guard inner;
+        worker.wait();
+        EXPECT_TRUE(Kes::SignalGate::isHeldByThisThread());
+        EXPECT_EQ(served, serving);
+    }
+}
+
+TEST(Worker, whatItThrowsGoesToTheLog)
+{
+    std::vector<std::string> logged;
+    auto previous = KesLog::Log::setObserver([&](auto, const std::string& text) { logged.push_back(text); });
+    Worker("Kes_Bench", [] { throw std::runtime_error("worker fault"); }).wait();
+    KesLog::Log::setObserver(std::move(previous));
+    EXPECT_THAT(logged, testing::ElementsAre(testing::HasSubstr("worker fault")));
+}
+
+TEST(Worker, mayBeWaitedForAndDestroyedInItsOwnWork)
+{
+    auto holder = std::make_shared<Worker>();
+    std::promise<void> start;
+    std::promise<bool> wentOn;
+    *holder = Worker("Kes_Bench", [&, started = start.get_future().share()] {
+        started.wait();
+        holder->wait();
+        holder.reset();
+        wentOn.set_value(true);
+    });
+    start.set_value();
+    EXPECT_TRUE(wentOn.get_future().get());
+}
+
+TEST(Worker, aServedFunctionMayWaitForItAndReplaceIt)
+{
+    ServingQueue queue;
+    auto worker = std::make_unique<Worker>();
+    *worker = Worker("Kes_Bench", [&] {
+        queue.post([&] {
+            worker->wait();
+            worker.reset();
+        });
+        queue.wait([] {});
+    });
+    worker->wait();
+    EXPECT_EQ(worker, nullptr);
+}
+
+TEST(Worker, severalThreadsMayWaitForIt)
+{
+    std::promise<void> leave;
+    Worker worker("Kes_Bench", [&] { leave.get_future().wait(); });
+    std::vector<std::jthread> waiting;
+    for (int i = 0; i < 4; ++i)
+        waiting.emplace_back([&] {
+            worker.wait();
+            EXPECT_FALSE(worker.isRunning());
+        });
+    leave.set_value();
+}
+
+} // namespace
