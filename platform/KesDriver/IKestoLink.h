@@ -2,11 +2,25 @@
 
 #include <KesCommon/Export.h>
 #include <KesCommon/Result.h>
-#include <KesDriver/KesAvary.h>
 #include <KesDriver/KestoIdentifer.h>
 #include <KesDriver/Outputs.h>
+#include <KesDriver/Report.h>
+
+#include <memory>
+#include <string>
 
 namespace KesDriver {
+
+/// Who a device is.
+struct KestoIdentity {
+    KestoIdentifer identifer;
+    /// Such as "2.4.1"; empty when the device does not tell.
+    std::string firmwareVersion;
+    /// The day of the last calibration, as ISO 8601 "2026-03-31"; empty when the device does not tell.
+    std::string calibrationDate;
+
+    bool operator==(const KestoIdentity&) const = default;
+};
 
 /// What a device tells about itself when it is asked.
 struct KestoState {
@@ -17,40 +31,38 @@ struct KestoState {
     std::string error;
 };
 
-/// What a device reports by itself. Called on the link's own thread, one call at a time, in the order of the
-/// device's clock. A listener may call the link from inside a report, and may destroy it there.
-class KES_EXPORT IKestoLinkListener {
-public:
-    virtual ~IKestoLinkListener();
-
-    virtual void onInput(const InputEvent& event) = 0;
-    virtual void onStep(const StepEvent& event) = 0;
-    virtual void onSequenceFinished(const SequenceEvent& event) = 0;
-    virtual void onAvary(const KesAvary& avary) = 0;
-    /// The device has dropped the connection or does not answer any more; the link is disconnected. A device
-    /// that has lost its connection switches everything off by itself.
-    virtual void onConnectionLost() = 0;
-};
-
-/// The connection to one device. Any thread; a call blocks until the device has answered or the link's
-/// time-out (a few seconds at most) has passed, and then fails with an error that says so. No call waits for
-/// a report that is being delivered, so a listener may hold what the caller waits for.
+/// The connection to one device. Made by an `IKestoNetwork`, owned by whoever uses the device.
+///
+/// Any thread; but a call blocks until the device has answered or the link's time-out (2 s at most) has
+/// passed, so never the GUI thread. Calls may overlap. Every failure is an error that names the device; one
+/// that means that there is no connection (any more) is a `ConnectionError`.
+///
+/// A connected link watches its device on a thread of its own, whether it is being asked or not: a device
+/// that does not answer within the time-out, or drops the connection, is reported once as `ConnectionLost`,
+/// and the link is disconnected then. The device, for its part, switches all outputs and the auxiliary supply
+/// off within `OutputLimits::releaseTime` after it has lost its controller.
 class KES_EXPORT IKestoLink {
 public:
+    /// Disconnects, as `disconnect`. May happen inside a report of the link.
     virtual ~IKestoLink();
 
     /// Whether what answers is simulated: what it measures says nothing about the world.
     virtual bool isSimulated() const { return false; }
 
-    /// Connecting when connected succeeds at once.
-    virtual Kes::Result connect() = 0;
-    /// Outputs go to zero, the auxiliary supply goes off, the connection ends. Never fails.
-    virtual void disconnect() = 0;
-    virtual bool isConnected() const = 0;
+    /// Who hears the reports from now on. While a report is being delivered the link holds the receiver;
+    /// nobody else needs to keep it.
+    virtual void setReceiver(std::weak_ptr<IReportReceiver> receiver) = 0;
 
-    virtual Kes::Result identify(KestoIdentifer& identifer) = 0;
+    /// Begins a connection and tells its number. While one is there: fails.
+    virtual Kes::Result connect(ConnectionNumber& connection) = 0;
+    /// Ends the connection, also one that is being made: calls under way fail at once. Does not wait for the
+    /// device. The loss is not reported.
+    virtual void disconnect() = 0;
+
+    virtual Kes::Result identify(KestoIdentity& identity) = 0;
     virtual Kes::Result readState(KestoState& state) = 0;
-    virtual OutputLimits getLimits() const = 0;
+    virtual Kes::Result readLimits(OutputLimits& limits) = 0;
+    virtual Kes::Result readTime(DeviceTime& time) = 0;
 
     /// The auxiliary direct-voltage output that feeds the relay, off at every connection's beginning. Volts
     /// from 12 to 300.
@@ -58,22 +70,24 @@ public:
 
     /// Switches the power amplifiers on, with all outputs at zero.
     virtual Kes::Result startWorkingMode() = 0;
-    /// Ends a running sequence, sets all outputs to zero and switches the amplifiers off.
+    /// Ends a running or armed sequence, sets all outputs to zero and switches the amplifiers off.
     virtual Kes::Result stopWorkingMode() = 0;
 
-    /// Steady outputs; refused while a sequence runs, in a fault, out of working mode and outside the limits.
+    /// Steady outputs; refused while a sequence runs or is armed, in a fault, out of working mode and outside
+    /// the limits.
     virtual Kes::Result setOutputs(const OutputState& outputs) = 0;
     /// Starts a sequence and returns; refused as `setOutputs` is, and for a sequence without steps.
     virtual Kes::Result runSequence(const OutputSequence& sequence) = 0;
-    /// Ends a running sequence and sets all outputs to zero; within 10 ms on a device that answers.
+    /// Ends a running or armed sequence and sets all outputs to zero; within 10 ms on a device that answers.
     virtual Kes::Result stopOutputs() = 0;
 
-    /// The device's clock now.
-    virtual DeviceTime getTime() const = 0;
-
-    /// Replaces the listener (null: none). After it has returned, the previous one is not called any more; a
-    /// report that is being delivered on another thread is waited for.
-    virtual void setListener(IKestoLinkListener* listener) = 0;
+    /// Takes a sequence as `runSequence` does, and waits for its start with all outputs at zero. The
+    /// reference waves begin anew with the start, so those of devices that start together are in phase.
+    virtual Kes::Result armSequence(const OutputSequence& sequence) = 0;
+    /// Says when the armed sequence begins; refused without one, and for a moment that has passed.
+    virtual Kes::Result startArmed(const StartMoment& moment) = 0;
+    /// Reads the device's clock beside the common one. A device without a common clock refuses.
+    virtual Kes::Result readClock(ClockReading& reading) = 0;
 };
 
 } // namespace KesDriver

@@ -4,8 +4,10 @@
 #include <KesCommon/StringHelper.h>
 #include <KesDriver/DriverText.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 
 namespace KesDriver {
 
@@ -19,17 +21,32 @@ struct Range {
     const char* unit;
 };
 
-Kes::Result refuse(const char* text, const char* name, double value, double limit, const char* unit)
+/// Outputs at one moment of a step, and what their names are followed by in a refusal.
+struct Moment {
+    OutputState outputs;
+    const char* nameText;
+
+    std::string name(const char* plain) const
+    {
+        return nameText ? Kes::StringHelper::format(lng::Driver::get(nameText), plain) : plain;
+    }
+};
+
+template <typename... Args>
+Kes::Result failure(const char* key, const Args&... args)
 {
-    return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get(text), name,
-                                                          Kes::NumberText::show(value), unit,
-                                                          Kes::NumberText::show(limit), unit));
+    return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get(key), args...));
 }
 
-Kes::Result checkValue(const char* name, double value, const Range& range)
+Kes::Result refuse(const char* key, const std::string& name, double value, double limit, const char* unit)
+{
+    return failure(key, name, Kes::NumberText::show(value), unit, Kes::NumberText::show(limit), unit);
+}
+
+Kes::Result checkValue(const std::string& name, double value, const Range& range)
 {
     if (std::isnan(value))
-        return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get("Limit.notANumber"), name));
+        return failure("Limit.notANumber", name);
     if (value > range.maximum)
         return refuse("Limit.above", name, value, range.maximum, lng::Driver::get(range.unit));
     if (value < range.minimum)
@@ -37,19 +54,103 @@ Kes::Result checkValue(const char* name, double value, const Range& range)
     return true;
 }
 
-Kes::Result checkPhasor(const char* name, const Phasor& phasor, const Range& range)
+Range amperes(const OutputLimits& limits)
 {
-    if (auto result = checkValue(name, phasor.magnitude, range); !result)
-        return result;
-    if (!std::isfinite(phasor.degrees))
-        return Kes::Result::failure(
-            Kes::StringHelper::format(lng::Driver::get("Limit.phaseNotANumber"), name));
+    return {0.0, limits.maximumAmperes, "Unit.ampere"};
+}
+
+Range volts(const OutputLimits& limits)
+{
+    return {0.0, limits.maximumVolts, "Unit.volt"};
+}
+
+Range hertz(const OutputLimits& limits)
+{
+    return {limits.minimumHertz, limits.maximumHertz, "Unit.hertz"};
+}
+
+Kes::Result checkGroup(const Moment& moment, const std::array<Phasor, 3>& phasors, unsigned firstChannel,
+                       const Range& range)
+{
+    for (const auto& phasor : phasors) {
+        const auto name = moment.name(getChannelName(firstChannel++));
+        if (auto result = checkValue(name, phasor.magnitude, range); !result)
+            return result;
+        if (!std::isfinite(phasor.degrees))
+            return failure("Limit.phaseNotANumber", name);
+    }
     return true;
+}
+
+Kes::Result checkFrequencies(const Moment& moment, const Range& range)
+{
+    const auto check = [&](const char* key, double value) {
+        return checkValue(moment.name(lng::Driver::get(key)), value, range);
+    };
+    const auto& outputs = moment.outputs;
+    if (outputs.currentHertz == outputs.voltageHertz)
+        return check("Limit.frequency", outputs.currentHertz);
+    auto result = check("Limit.currentFrequency", outputs.currentHertz);
+    return result ? check("Limit.voltageFrequency", outputs.voltageHertz) : result;
+}
+
+Kes::Result checkMoment(const Moment& moment, const OutputLimits& limits)
+{
+    if (auto result = checkGroup(moment, moment.outputs.currents, 0, amperes(limits)); !result)
+        return result;
+    if (auto result = checkGroup(moment, moment.outputs.voltages, 3, volts(limits)); !result)
+        return result;
+    return checkFrequencies(moment, hertz(limits));
 }
 
 double toSeconds(DeviceTime time)
 {
     return std::chrono::duration<double>(time).count();
+}
+
+/// The value at the end of a ramp; on the limit when it misses it by a rounding only.
+double rampEnd(double value, double rate, double seconds, const Range& range)
+{
+    constexpr double tolerance = 1e-9;
+    const double end = value + rate * seconds;
+    for (const double limit : {range.minimum, range.maximum})
+        if (std::abs(end - limit) <= tolerance * std::max(1.0, std::abs(limit)))
+            return limit;
+    return end;
+}
+
+void endRamp(std::array<Phasor, 3>& phasors, const std::array<PhasorRate, 3>& rates, double seconds,
+             const Range& range)
+{
+    for (std::size_t i = 0; i < phasors.size(); ++i) {
+        phasors[i].magnitude = rampEnd(phasors[i].magnitude, rates[i].magnitude, seconds, range);
+        phasors[i].degrees += rates[i].degrees * seconds;
+    }
+}
+
+Kes::Result checkRampEnd(const OutputStep& step, const OutputLimits& limits)
+{
+    if (step.ramp == OutputRamp{})
+        return true;
+    const double seconds = toSeconds(step.duration);
+    Moment end{step.outputs, "Limit.rampEnd"};
+    endRamp(end.outputs.currents, step.ramp.currents, seconds, amperes(limits));
+    endRamp(end.outputs.voltages, step.ramp.voltages, seconds, volts(limits));
+    for (auto [value, rate] : {std::pair{&end.outputs.currentHertz, step.ramp.currentHertz},
+                               std::pair{&end.outputs.voltageHertz, step.ramp.voltageHertz}})
+        *value = rampEnd(*value, rate, seconds, hertz(limits));
+    return checkMoment(end, limits);
+}
+
+Kes::Result checkEndCondition(const EndCondition& condition, const OutputLimits& limits)
+{
+    if (condition.inputs.empty())
+        return failure("Sequence.noCondition");
+    for (const auto& wanted : condition.inputs)
+        if (auto result = checkInput(wanted.input, limits); !result)
+            return result;
+    return checkValue(lng::Driver::get("Limit.debounce"), toSeconds(condition.debounce),
+                      {0.0, toSeconds(maximumDebounce), "Unit.second"});
 }
 
 Kes::Result checkStep(const OutputStep& step, const OutputLimits& limits)
@@ -60,10 +161,11 @@ Kes::Result checkStep(const OutputStep& step, const OutputLimits& limits)
     if (auto result = checkValue(lng::Driver::get("Limit.duration"), toSeconds(step.duration), durations);
         !result)
         return result;
-    if (!step.endOn || (step.endOn->input >= 1 && step.endOn->input <= limits.binaryInputs))
-        return true;
-    return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get("Sequence.noInput"),
-                                                          step.endOn->input, limits.binaryInputs));
+    if (auto result = checkRampEnd(step, limits); !result)
+        return result;
+    if (step.faultDegrees && !std::isfinite(*step.faultDegrees))
+        return failure("Limit.notANumber", lng::Driver::get("Limit.faultAngle"));
+    return step.endOn ? checkEndCondition(*step.endOn, limits) : Kes::Result(true);
 }
 
 } // namespace
@@ -75,36 +177,41 @@ const char* getChannelName(unsigned channel)
 
 Kes::Result checkOutputs(const OutputState& outputs, const OutputLimits& limits)
 {
-    const Range amperes{0.0, limits.maximumAmperes, "Unit.ampere"};
-    for (unsigned i = 0; i < outputs.currents.size(); ++i)
-        if (auto result = checkPhasor(getChannelName(i), outputs.currents[i], amperes); !result)
-            return result;
-    const Range volts{0.0, limits.maximumVolts, "Unit.volt"};
-    for (unsigned i = 0; i < outputs.voltages.size(); ++i)
-        if (auto result = checkPhasor(getChannelName(3 + i), outputs.voltages[i], volts); !result)
-            return result;
-    const Range hertz{limits.minimumHertz, limits.maximumHertz, "Unit.hertz"};
-    return checkValue(lng::Driver::get("Limit.frequency"), outputs.frequency, hertz);
+    if (auto result = checkMoment({outputs, nullptr}, limits); !result)
+        return result;
+    constexpr unsigned width = 32;
+    for (unsigned i = std::min(limits.binaryOutputs, width); i < width; ++i)
+        if ((outputs.binaryOutputs >> i & 1U) != 0)
+            return failure("Limit.noOutput", i + 1, limits.binaryOutputs);
+    return true;
 }
 
 Kes::Result checkSequence(const OutputSequence& sequence, const OutputLimits& limits)
 {
     if (sequence.empty())
-        return Kes::Result::failure(lng::Driver::get("Sequence.empty"));
+        return failure("Sequence.empty");
+    if (sequence.size() > limits.maximumSteps)
+        return failure("Sequence.tooLong", sequence.size(), limits.maximumSteps);
     unsigned number = 0;
     for (const auto& step : sequence) {
         ++number;
         if (const auto result = checkStep(step, limits); !result)
-            return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get("Sequence.step"), number,
-                                                                  result.getError()->getMessage()));
+            return failure("Sequence.step", number, result.getError()->getMessage());
     }
     return true;
 }
 
-Kes::Result checkAuxDC(double volts)
+Kes::Result checkInput(unsigned input, const OutputLimits& limits)
+{
+    if (input >= 1 && input <= limits.binaryInputs)
+        return true;
+    return failure("Sequence.noInput", input, limits.binaryInputs);
+}
+
+Kes::Result checkAuxDC(double value)
 {
     const Range range{minimumAuxDCVolts, maximumAuxDCVolts, "Unit.volt"};
-    return checkValue(lng::Driver::get("Limit.auxDC"), volts, range);
+    return checkValue(lng::Driver::get("Limit.auxDC"), value, range);
 }
 
 } // namespace KesDriver

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <KesDriver/ISimulatedTestObject.h>
+#include <KesDriver/simulated/ISimulatedTestObject.h>
 
 #include <optional>
 

@@ -1,9 +1,0 @@
-#include <KesDriver/IKestoLink.h>
-
-namespace KesDriver {
-
-IKestoLinkListener::~IKestoLinkListener() = default;
-
-IKestoLink::~IKestoLink() = default;
-
-} // namespace KesDriver

@@ -1,7 +1,0 @@
-#include <KesDriver/ISimulatedTestObject.h>
-
-namespace KesDriver {
-
-ISimulatedTestObject::~ISimulatedTestObject() = default;
-
-} // namespace KesDriver

@@ -1,0 +1,7 @@
+#include <KesDriver/simulated/ISimulatedTestObject.h>
+
+namespace KesDriver {
+
+ISimulatedTestObject::~ISimulatedTestObject() = default;
+
+} // namespace KesDriver

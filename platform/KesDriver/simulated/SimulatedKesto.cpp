@@ -1,0 +1,140 @@
+#include <KesDriver/simulated/SimulatedKesto.h>
+
+#include <KesDriver/simulated/detail/SimulatedLink.h>
+
+#include <utility>
+
+namespace KesDriver {
+
+SimulatedKesto::SimulatedKesto(KestoIdentifer identifer, const OutputLimits& limits)
+    : SimulatedKesto(KestoIdentity{identifer, "1.0.0", "2026-01-15"}, limits)
+{}
+
+SimulatedKesto::SimulatedKesto(KestoIdentity identity, const OutputLimits& limits)
+    : _host(SimulatedHost::start(std::move(identity), limits))
+{}
+
+SimulatedKesto::~SimulatedKesto()
+{
+    _host->shutDown();
+}
+
+const KestoIdentity& SimulatedKesto::getIdentity() const
+{
+    return _host->getIdentity();
+}
+
+KestoIdentifer SimulatedKesto::getIdentifer() const
+{
+    return getIdentity().identifer;
+}
+
+bool SimulatedKesto::setSpeed(double factor)
+{
+    return _host->use([&](SimulatedDevice& device) { return device.setSpeed(factor); });
+}
+
+bool SimulatedKesto::connectTestObject(std::shared_ptr<ISimulatedTestObject> testObject)
+{
+    return _host->use(
+        [&](SimulatedDevice& device) { return device.connectTestObject(std::move(testObject)); });
+}
+
+void SimulatedKesto::setBurden(double ohms)
+{
+    _host->use([&](SimulatedDevice& device) { device.setBurden(ohms); });
+}
+
+void SimulatedKesto::setInput(unsigned input, bool isClosed)
+{
+    _host->use([&](SimulatedDevice& device) { device.setInput(input, isClosed); });
+}
+
+OutputState SimulatedKesto::getOutputs() const
+{
+    return _host->use([](SimulatedDevice& device) { return device.getOutputs(); });
+}
+
+bool SimulatedKesto::isWorking() const
+{
+    return _host->use([](SimulatedDevice& device) { return device.isWorking(); });
+}
+
+unsigned SimulatedKesto::getEnergisings() const
+{
+    return _host->use([](SimulatedDevice& device) { return device.getEnergisings(); });
+}
+
+std::unique_ptr<IKestoLink> SimulatedKesto::createLink(const std::shared_ptr<SimulatedKesto>& device,
+                                                       const std::string& name)
+{
+    const bool isNamed = !name.empty() || !device;
+    const std::weak_ptr<SimulatedHost> host = device ? device->_host : nullptr;
+    return std::make_unique<SimulatedLink>([host] { return host.lock(); },
+                                           isNamed ? name : device->getIdentifer().toDisplayString());
+}
+
+void SimulatedKesto::setTimeout(std::chrono::milliseconds timeout)
+{
+    _host->setTimeout(timeout);
+}
+
+void SimulatedKesto::setFaultRepeatInterval(std::chrono::milliseconds interval)
+{
+    _host->use([&](SimulatedDevice& device) { device.setFaultRepeatInterval(interval); });
+}
+
+void SimulatedKesto::_raiseFault(const std::function<void(SimulatedFaults&)>& raise)
+{
+    _host->use([&](SimulatedDevice& device) { device.raiseFault(raise); });
+}
+
+void SimulatedKesto::simulateOverload(unsigned channel)
+{
+    if (channel < channelCount)
+        _raiseFault([=](SimulatedFaults& faults) { faults.channels[channel].isOverload = true; });
+}
+
+void SimulatedKesto::simulateOverheat(unsigned channel)
+{
+    if (channel < channelCount)
+        _raiseFault([=](SimulatedFaults& faults) { faults.channels[channel].isOverheat = true; });
+}
+
+void SimulatedKesto::simulateChannelLost(unsigned channel)
+{
+    if (channel < channelCount)
+        _raiseFault([=](SimulatedFaults& faults) { faults.channels[channel].isDisconnected = true; });
+}
+
+void SimulatedKesto::simulateQuickShutdown()
+{
+    _raiseFault([](SimulatedFaults& faults) { faults.isQuickShutdown = true; });
+}
+
+void SimulatedKesto::clearFaults()
+{
+    _host->use([](SimulatedDevice& device) { device.clearFaults(); });
+}
+
+void SimulatedKesto::simulateConnectionLoss()
+{
+    _host->simulateConnectionLoss();
+}
+
+void SimulatedKesto::setSilent(bool silent)
+{
+    _host->setSilent(silent);
+}
+
+void SimulatedKesto::setAnswerDelay(std::chrono::milliseconds delay)
+{
+    _host->setAnswerDelay(delay);
+}
+
+void SimulatedKesto::setNonsense(bool nonsense)
+{
+    _host->use([&](SimulatedDevice& device) { device.setNonsense(nonsense); });
+}
+
+} // namespace KesDriver

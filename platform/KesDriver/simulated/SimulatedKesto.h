@@ -1,0 +1,102 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesDriver/IKestoLink.h>
+#include <KesDriver/simulated/ISimulatedTestObject.h>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace KesDriver {
+
+class SimulatedFaults;
+class SimulatedHost;
+
+/// A device that exists only in this process, with a thread and a clock of its own.
+///
+/// Every event is computed on the device's clock and stamped with it, so measured times do not depend on the
+/// scheduling of the host; a speed factor lets the clock run faster than real time. Between events the clock
+/// follows real time; it never goes back, and it never passes an event that is still to come. Reports are
+/// delivered by the device's thread, each before the next event happens, so a receiver that stops the outputs
+/// from inside a report does so before anything else can happen. All devices of a process share a common
+/// clock. The outputs and the auxiliary supply go off at the moment at which a connection ends. It can be
+/// told to fail in every way in which a real device does. Any thread.
+class KES_EXPORT SimulatedKesto {
+public:
+    /// With a firmware version and a day of calibration of its own.
+    explicit SimulatedKesto(KestoIdentifer identifer, const OutputLimits& limits = {});
+    explicit SimulatedKesto(KestoIdentity identity, const OutputLimits& limits = {});
+    /// A connected link loses its connection.
+    ~SimulatedKesto();
+    SimulatedKesto(const SimulatedKesto&) = delete;
+    SimulatedKesto& operator=(const SimulatedKesto&) = delete;
+
+    const KestoIdentity& getIdentity() const;
+    KestoIdentifer getIdentifer() const;
+
+    /// Device seconds per real second, from a millionth to a million; 1 at first. Refused (false) otherwise.
+    /// The device time goes on from where it is.
+    bool setSpeed(double factor);
+
+    /// Wires a test object to outputs and inputs, and resets it; null: nothing. Refused (false) while a
+    /// sequence runs or is armed. The device calls it with its own lock held: it must not call the device.
+    bool connectTestObject(std::shared_ptr<ISimulatedTestObject> testObject);
+
+    /// What is connected to each current output, in ohms; 0.05 at first. A current whose power in it is above
+    /// `OutputLimits::maximumVoltAmperes` is an overload of its channel.
+    void setBurden(double ohms);
+    /// A hand at the bench: closes or opens a wire at a binary input, beside the contact of the test object.
+    /// The input is closed while one of them is. Inputs count from 1; others are ignored.
+    void setInput(unsigned input, bool isClosed);
+
+    /// The outputs at this moment; all zero and open when the device is not in working mode.
+    OutputState getOutputs() const;
+    /// Whether the power amplifiers are on.
+    bool isWorking() const;
+    /// How often a current or a voltage has risen from zero while all others were zero.
+    unsigned getEnergisings() const;
+
+    /// A new link to this device; one link at a time can be connected. A link to a device that has gone fails
+    /// to connect. `name` stands for the device in the texts of the link's errors; by default its identifier.
+    static std::unique_ptr<IKestoLink> createLink(const std::shared_ptr<SimulatedKesto>& device,
+                                                  const std::string& name = {});
+
+    /// How long a link waits for an answer; two seconds at first.
+    void setTimeout(std::chrono::milliseconds timeout);
+    /// The real time after which a lasting fault is reported again; one second at first.
+    void setFaultRepeatInterval(std::chrono::milliseconds interval);
+
+    /// The ways in which it can fail, besides what its outputs bring about (overload, overheat). A fault sets
+    /// all outputs to zero and ends a running sequence; its record comes at once, before the end of the
+    /// sequence, and again and again while it lasts. Channels count from 0: IA, IB, IC, UA, UB, UC; others
+    /// are ignored.
+    void simulateOverload(unsigned channel);
+    void simulateOverheat(unsigned channel);
+    void simulateChannelLost(unsigned channel);
+    void simulateQuickShutdown();
+    /// Faults are over: the device is ready again.
+    void clearFaults();
+
+    /// Drops the connection once; reconnecting works. As at every end of a connection, the outputs go off.
+    void simulateConnectionLoss();
+    /// While set, the device neither answers nor reports: calls run into their time-out, and a link notices
+    /// within the time-out that its connection is lost.
+    void setSilent(bool silent);
+    /// Every answer takes this long, in real time; what was asked for is done at once. With a delay of at
+    /// least the time-out the connection is lost as with a silent device.
+    void setAnswerDelay(std::chrono::milliseconds delay);
+    /// While set, answers and events hold nonsense: wrong identifiers, times that go back, inputs that
+    /// do not exist, values that are not finite. Some events come at once. What it is told to do it does.
+    void setNonsense(bool nonsense);
+
+private:
+    friend class SimulatedNetwork;
+
+    void _raiseFault(const std::function<void(SimulatedFaults&)>& raise);
+
+    const std::shared_ptr<SimulatedHost> _host;
+};
+
+} // namespace KesDriver

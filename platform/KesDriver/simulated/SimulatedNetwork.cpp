@@ -1,0 +1,152 @@
+#include <KesDriver/simulated/SimulatedNetwork.h>
+
+#include <KesDriver/EmbeddedNetwork.h>
+#include <KesDriver/simulated/detail/SimulatedLink.h>
+
+#include <algorithm>
+#include <map>
+#include <mutex>
+#include <utility>
+
+namespace KesDriver {
+
+namespace {
+
+using Host = std::shared_ptr<SimulatedHost>;
+
+constexpr unsigned startLineInput = 8;
+constexpr DeviceTime pressDuration = std::chrono::milliseconds(100);
+
+/// The contact and the wire to a device take a time that differs from device to device and stays the same.
+DeviceTime getDelay(const SimulatedHost& host)
+{
+    constexpr unsigned longestDelay = 100;
+    return DeviceTime(host.getIdentity().identifer.getSerialNumber() * 37U % (longestDelay + 1));
+}
+
+void schedule(SimulatedHost& host, unsigned input, bool isClosed, SimulatedDevice::Moment moment,
+              DeviceTime delay)
+{
+    host.use([&](SimulatedDevice& device) { device.scheduleInput(input, isClosed, moment, delay); });
+}
+
+} // namespace
+
+struct SimulatedNetwork::Impl {
+    mutable std::mutex mutex;
+    std::map<NetAddress, std::shared_ptr<SimulatedKesto>> devices;
+    /// The one that drives the start line.
+    std::weak_ptr<SimulatedHost> first;
+
+    Host getHost(const NetAddress& address) const
+    {
+        std::lock_guard lock(mutex);
+        const auto found = devices.find(address);
+        return found == devices.end() ? nullptr : found->second->_host;
+    }
+    std::vector<Host> getHosts() const
+    {
+        std::vector<Host> hosts;
+        std::lock_guard lock(mutex);
+        for (const auto& [address, device] : devices)
+            hosts.push_back(device->_host);
+        return hosts;
+    }
+    /// The one so far.
+    Host setFirst(const Host& host)
+    {
+        std::lock_guard lock(mutex);
+        return std::exchange(first, host).lock();
+    }
+    void driveStartLine(const Host& driver, bool isClosed, SimulatedDevice::Moment moment) const
+    {
+        const auto hosts = getHosts();
+        if (std::find(hosts.begin(), hosts.end(), driver) == hosts.end())
+            return;
+        for (const auto& host : hosts)
+            if (host != driver)
+                schedule(*host, startLineInput, isClosed, moment, getDelay(*host));
+    }
+};
+
+std::shared_ptr<SimulatedNetwork> SimulatedNetwork::getEmbedded()
+{
+    static const auto network = [] {
+        auto made = std::make_shared<SimulatedNetwork>();
+        made->add(embeddedAddress, std::make_shared<SimulatedKesto>(KestoIdentifer(3, 1)));
+        return made;
+    }();
+    return network;
+}
+
+SimulatedNetwork::SimulatedNetwork() : _impl(std::make_shared<Impl>()) {}
+
+SimulatedNetwork::~SimulatedNetwork() = default;
+
+bool SimulatedNetwork::add(const NetAddress& address, std::shared_ptr<SimulatedKesto> device)
+{
+    std::lock_guard lock(_impl->mutex);
+    return device && _impl->devices.try_emplace(address, std::move(device)).second;
+}
+
+void SimulatedNetwork::remove(const NetAddress& address)
+{
+    // The device may die with its entry, which takes the time its receiver needs: not under the lock.
+    decltype(_impl->devices)::node_type removed;
+    std::lock_guard lock(_impl->mutex);
+    removed = _impl->devices.extract(address);
+}
+
+std::shared_ptr<SimulatedKesto> SimulatedNetwork::get(const NetAddress& address) const
+{
+    std::lock_guard lock(_impl->mutex);
+    const auto found = _impl->devices.find(address);
+    return found == _impl->devices.end() ? nullptr : found->second;
+}
+
+std::vector<NetAddress> SimulatedNetwork::find()
+{
+    std::vector<NetAddress> addresses;
+    std::lock_guard lock(_impl->mutex);
+    for (const auto& [address, device] : _impl->devices)
+        if (device->_host->isReachable())
+            addresses.push_back(address);
+    return addresses;
+}
+
+std::unique_ptr<IKestoLink> SimulatedNetwork::createLink(const NetAddress& address)
+{
+    auto find = [address, impl = std::weak_ptr(_impl)]() -> Host {
+        const auto network = impl.lock();
+        return network ? network->getHost(address) : nullptr;
+    };
+    return std::make_unique<SimulatedLink>(std::move(find),
+                                           KestoIdentifer().getTypeName() + ' ' + address.to_string());
+}
+
+void SimulatedNetwork::closeStartContact(unsigned input)
+{
+    // A little ahead, so that every device hears of it before it happens.
+    const auto moment = SimulatedClock::toMoment(SimulatedClock::now()) + std::chrono::milliseconds(1);
+    for (const auto& host : _impl->getHosts()) {
+        schedule(*host, input, true, moment, getDelay(*host));
+        schedule(*host, input, false, moment, getDelay(*host) + pressDuration);
+    }
+}
+
+bool SimulatedNetwork::wireStartLine(const NetAddress& first)
+{
+    const auto host = _impl->getHost(first);
+    if (!host)
+        return false;
+    if (const auto previous = _impl->setFirst(host))
+        previous->setStartLine({});
+    host->setStartLine(
+        [impl = std::weak_ptr(_impl), driver = std::weak_ptr(host)](bool isClosed, auto moment) {
+            if (const auto network = impl.lock())
+                network->driveStartLine(driver.lock(), isClosed, moment);
+        });
+    return true;
+}
+
+} // namespace KesDriver

@@ -1,0 +1,205 @@
+#include <KesDriver/simulated/detail/SimulatedHost.h>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace KesDriver {
+
+std::shared_ptr<SimulatedHost> SimulatedHost::start(KestoIdentity identity, const OutputLimits& limits)
+{
+    auto host = std::make_shared<SimulatedHost>(std::move(identity), limits);
+    std::lock_guard lock(host->_mutex);
+    // The thread keeps the host alive until it has ended.
+    host->_worker =
+        Kes::Worker("KesDevice_" + std::to_string(host->getIdentity().identifer.getSerialNumber()),
+                    [host] { host->_run(); });
+    return host;
+}
+
+SimulatedHost::SimulatedHost(KestoIdentity identity, const OutputLimits& limits)
+    : _device(std::move(identity), limits)
+{}
+
+void SimulatedHost::shutDown()
+{
+    {
+        std::lock_guard lock(_mutex);
+        _loseConnection();
+        _stopping = true;
+        _changed.notify_all();
+    }
+    // A receiver may drop the last use of the device: then this is the device's own thread, which goes on
+    // to its end by itself.
+    _worker.wait();
+}
+
+bool SimulatedHost::isReachable() const
+{
+    std::lock_guard lock(_mutex);
+    return !_stopping && _isReachable();
+}
+
+// The device's own thread
+
+void SimulatedHost::_run()
+{
+    Lock lock(_mutex);
+    _threadId = std::this_thread::get_id();
+    while (true) {
+        if (!_startSignals.empty())
+            _giveStartSignal(lock);
+        else if (!_deliveries.empty())
+            _deliverNext(lock);
+        else if (_stopping)
+            return;
+        else if (const auto now = SimulatedClock::now(); _work(now))
+            _letOthersIn(lock);
+        else
+            _changed.wait_until(lock, _getNextWake(now));
+    }
+}
+
+void SimulatedHost::_giveStartSignal(Lock& lock)
+{
+    const auto [isClosed, moment] = _startSignals.front();
+    _startSignals.pop_front();
+    const auto startLine = _startLine;
+    lock.unlock();
+    if (startLine)
+        startLine(isClosed, moment);
+    lock.lock();
+}
+
+void SimulatedHost::_deliverNext(Lock& lock)
+{
+    auto delivery = std::move(_deliveries.front());
+    _deliveries.pop_front();
+    // Steps mean the sequence taken last; what is left of an earlier one would be taken for its.
+    if (delivery.sequence != _device.getSequenceCount()) {
+        if (std::holds_alternative<StepEvent>(delivery.report))
+            return;
+        if (auto* input = std::get_if<InputEvent>(&delivery.report))
+            input->step.reset();
+    }
+    _isDelivering = true;
+    lock.unlock();
+    if (const auto receiver = delivery.connection->receiver->get())
+        receiver->receive(delivery.connection->number, delivery.report);
+    delivery = {};
+    lock.lock();
+    _isDelivering = false;
+    _changed.notify_all();
+}
+
+/// A test object whose contact never rests must not lock the callers out.
+void SimulatedHost::_letOthersIn(Lock& lock)
+{
+    lock.unlock();
+    std::this_thread::yield();
+    lock.lock();
+}
+
+/// What is due; false when nothing is.
+bool SimulatedHost::_work(RealTime now)
+{
+    if (_watch())
+        return true;
+    const bool hasWorked = _device.work(now, _connected != nullptr);
+    if (hasWorked)
+        _passOnReports();
+    return hasWorked;
+}
+
+/// Loses the connection when the device has not answered for the time-out. Whoever looks at the device does
+/// that too, since its thread may be with a receiver.
+bool SimulatedHost::_watch()
+{
+    if (!_connected || _isReachable() || SimulatedClock::now() < _unreachableSince + _timeout)
+        return false;
+    _loseConnection();
+    return true;
+}
+
+SimulatedHost::RealTime SimulatedHost::_getNextWake(RealTime now) const
+{
+    const auto wake = _device.getNextWake(now, _connected != nullptr);
+    return _connected && !_isReachable() ? std::min(wake, _unreachableSince + _timeout) : wake;
+}
+
+void SimulatedHost::_passOnReports()
+{
+    const auto sequence = _device.getSequenceCount();
+    for (auto& report : _device.takeReports())
+        if (_connected && _connected->state == SimulatedConnection::State::Open && !_silent)
+            _deliveries.push_back({_connected, std::move(report), sequence});
+    for (const auto& signal : _device.takeStartSignals())
+        if (_startLine)
+            _startSignals.push_back(signal);
+    _changed.notify_all();
+}
+
+void SimulatedHost::_loseConnection()
+{
+    if (!_connected)
+        return;
+    // A connection that never came about is not reported as lost.
+    if (_connected->state == SimulatedConnection::State::Open)
+        _deliveries.push_back({_connected, ConnectionLost{}, _device.getSequenceCount()});
+    _connected->state = SimulatedConnection::State::Lost;
+    _endConnection();
+}
+
+void SimulatedHost::_endConnection()
+{
+    _connected.reset();
+    _device.release();
+    _passOnReports();
+}
+
+// The bench
+
+void SimulatedHost::simulateConnectionLoss()
+{
+    std::lock_guard lock(_mutex);
+    _loseConnection();
+}
+
+void SimulatedHost::setTimeout(std::chrono::milliseconds timeout)
+{
+    std::lock_guard lock(_mutex);
+    const bool wasReachable = _isReachable();
+    _timeout = timeout;
+    _noteReachability(wasReachable);
+}
+
+void SimulatedHost::setSilent(bool silent)
+{
+    std::lock_guard lock(_mutex);
+    const bool wasReachable = _isReachable();
+    _silent = silent;
+    _noteReachability(wasReachable);
+}
+
+void SimulatedHost::setAnswerDelay(std::chrono::milliseconds delay)
+{
+    std::lock_guard lock(_mutex);
+    const bool wasReachable = _isReachable();
+    _answerDelay = delay;
+    _noteReachability(wasReachable);
+}
+
+void SimulatedHost::_noteReachability(bool wasReachable)
+{
+    if (wasReachable && !_isReachable())
+        _unreachableSince = SimulatedClock::now();
+    _changed.notify_all();
+}
+
+void SimulatedHost::setStartLine(StartLine startLine)
+{
+    std::lock_guard lock(_mutex);
+    std::swap(_startLine, startLine);
+}
+
+} // namespace KesDriver

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <KesDriver/IKestoLink.h>
+#include <KesDriver/simulated/detail/SimulatedHost.h>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace KesDriver {
+
+/// The connection to a simulated device, which is looked for anew at each attempt to connect. Any thread.
+class SimulatedLink : public IKestoLink {
+public:
+    /// Null when there is no device.
+    using Find = std::function<std::shared_ptr<SimulatedHost>()>;
+
+    SimulatedLink(Find find, std::string name);
+    ~SimulatedLink() override;
+
+    bool isSimulated() const override { return true; }
+    void setReceiver(std::weak_ptr<IReportReceiver> receiver) override;
+    Kes::Result connect(ConnectionNumber& connection) override;
+    void disconnect() override;
+    Kes::Result identify(KestoIdentity& identity) override;
+    Kes::Result readState(KestoState& state) override;
+    Kes::Result readLimits(OutputLimits& limits) override;
+    Kes::Result readTime(DeviceTime& time) override;
+    Kes::Result setAuxDC(bool enable, double volts) override;
+    Kes::Result startWorkingMode() override;
+    Kes::Result stopWorkingMode() override;
+    Kes::Result setOutputs(const OutputState& outputs) override;
+    Kes::Result runSequence(const OutputSequence& sequence) override;
+    Kes::Result stopOutputs() override;
+    Kes::Result armSequence(const OutputSequence& sequence) override;
+    Kes::Result startArmed(const StartMoment& moment) override;
+    Kes::Result readClock(ClockReading& reading) override;
+
+private:
+    using Call = Kes::Result (SimulatedHost::*)(const SimulatedHost::Connection&,
+                                                const SimulatedHost::Request&);
+
+    /// The host and the connection of the last attempt.
+    struct Current {
+        std::shared_ptr<SimulatedHost> host;
+        SimulatedHost::Connection connection;
+    };
+
+    Current _getCurrent() const;
+    Kes::Result _call(const SimulatedHost::Request& request, Call call = &SimulatedHost::call) const;
+
+    const Find _find;
+    const std::string _name;
+    const std::shared_ptr<SimulatedReceiver> _receiver = std::make_shared<SimulatedReceiver>();
+    mutable std::mutex _mutex;
+    Current _current;
+    ConnectionNumber _lastNumber = 0;
+};
+
+} // namespace KesDriver

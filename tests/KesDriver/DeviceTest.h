@@ -1,0 +1,71 @@
+#pragma once
+
+#include "RecordingReceiver.h"
+
+#include <KesDriver/simulated/SimulatedKesto.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace KesTest {
+
+inline KesDriver::OutputState amperes(double value)
+{
+    KesDriver::OutputState outputs;
+    outputs.currents[0].magnitude = value;
+    return outputs;
+}
+
+/// A simulated device, a link to it and somebody who writes down what it reports.
+class DeviceTest : public testing::Test {
+protected:
+    explicit DeviceTest(const KesDriver::OutputLimits& limits = {})
+        : device(std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 17), limits)),
+          link(KesDriver::SimulatedKesto::createLink(device))
+    {
+        link->setReceiver(receiver);
+    }
+
+    void start()
+    {
+        ASSERT_TRUE(link->connect(connection));
+        ASSERT_TRUE(link->startWorkingMode());
+    }
+    /// Keeps the receiver from using what the test has on its stack: ends with the device and its thread.
+    struct Scope {
+        explicit Scope(DeviceTest& test_) : test(test_) {}
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+        ~Scope() { test.device.reset(); }
+        DeviceTest& test;
+    };
+    [[nodiscard]] Scope onLine(std::function<void(const std::string&)> action)
+    {
+        receiver->onLine = std::move(action);
+        return Scope(*this);
+    }
+    /// The lines of a sequence up to its end.
+    std::vector<std::string> run(const KesDriver::OutputSequence& sequence)
+    {
+        receiver->clear();
+        EXPECT_EQ(message(link->runSequence(sequence)), "");
+        EXPECT_TRUE(receiver->waitFor("finished"));
+        auto lines = receiver->getLines();
+        for (std::size_t i = 0; i < lines.size(); ++i)
+            if (lines[i].starts_with("finished"))
+                lines.resize(i + 1);
+        return lines;
+    }
+
+    std::shared_ptr<KesDriver::SimulatedKesto> device;
+    std::shared_ptr<RecordingReceiver> receiver = std::make_shared<RecordingReceiver>();
+    std::unique_ptr<KesDriver::IKestoLink> link;
+    KesDriver::ConnectionNumber connection = 0;
+};
+
+} // namespace KesTest

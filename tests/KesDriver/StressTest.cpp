@@ -1,0 +1,128 @@
+#include <KesDriver/ConnectionError.h>
+#include <KesDriver/simulated/SimulatedNetwork.h>
+
+#include <support/SimulatedRelay.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <map>
+#include <mutex>
+#include <thread>
+
+using namespace KesDriver;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Counts what must not happen, however the threads fall.
+class Judge : public IReportReceiver {
+public:
+    void receive(ConnectionNumber connection, const Report& report) override
+    {
+        EXPECT_FALSE(_isReceiving.exchange(true));
+        EXPECT_FALSE(_isLost[connection]) << "a report after the loss";
+        EXPECT_GE(connection, _lastConnection);
+        _lastConnection = connection;
+        std::visit([&](const auto& event) { _judge(connection, event); }, report);
+        _isReceiving = false;
+    }
+
+    /// Sequences that the device has been given; set before it gets one.
+    std::atomic<unsigned> given{0};
+    std::atomic<unsigned> ends{0};
+
+private:
+    void _judge(ConnectionNumber, const InputEvent& event) { _judgeTime(event.time); }
+    void _judge(ConnectionNumber, const StepEvent& event)
+    {
+        _judgeTime(event.time);
+        EXPECT_LT(event.step, 3U);
+    }
+    void _judge(ConnectionNumber, const SequenceEvent& event)
+    {
+        _judgeTime(event.time);
+        const unsigned count = ++ends;
+        EXPECT_LE(count, given);
+    }
+    void _judge(ConnectionNumber, const KesAvary&) {}
+    void _judge(ConnectionNumber connection, const ConnectionLost&) { _isLost[connection] = true; }
+    void _judgeTime(DeviceTime time)
+    {
+        EXPECT_GE(time, _lastTime);
+        _lastTime = time;
+    }
+
+    std::atomic<bool> _isReceiving{false};
+    std::map<ConnectionNumber, bool> _isLost;
+    ConnectionNumber _lastConnection = 0;
+    DeviceTime _lastTime{0};
+};
+
+TEST(SimulatedKestoStress, HoldsItsPromisesWhateverComesTogether)
+{
+    SimulatedNetwork network;
+    const auto device = std::make_shared<SimulatedKesto>(KestoIdentifer(3, 17));
+    const NetAddress address(NetAddress::Bytes{10, 0, 0, 1});
+    network.add(address, device);
+    device->connectTestObject(std::make_shared<KesTest::SimulatedRelay>(1.0, 300us, 200us));
+    device->setSpeed(1000.0);
+    device->setTimeout(5ms);
+    device->setFaultRepeatInterval(1ms);
+    const auto judge = std::make_shared<Judge>();
+    const auto link = network.createLink(address);
+    link->setReceiver(judge);
+
+    OutputState outputs;
+    outputs.currents[0].magnitude = 2.0;
+    const OutputSequence sequence(3, OutputStep{outputs, 1ms, InputCondition{1, true, true}});
+    std::atomic<bool> isOver{false};
+    std::thread reader([&] {
+        DeviceTime last{0};
+        while (!isOver) {
+            DeviceTime time{0};
+            KestoState state;
+            if (link->readTime(time)) {
+                EXPECT_GE(time, last);
+                last = time;
+            }
+            const auto result = link->readState(state);
+            EXPECT_TRUE(result || isConnectionError(result));
+        }
+    });
+    std::thread bench([&] {
+        for (unsigned round = 0; !isOver; ++round) {
+            device->setSilent(round % 7 == 0);
+            device->setAnswerDelay(std::chrono::milliseconds(round % 11 == 0 ? 6 : 0));
+            device->setInput(1 + round % 8, round % 16 < 8);
+            device->setSpeed(round % 2 == 0 ? 1000.0 : 10000.0);
+            if (round % 13 == 0)
+                device->simulateConnectionLoss();
+            if (round % 17 == 0)
+                device->simulateOverload(round % 3);
+            device->clearFaults();
+            network.closeStartContact(2);
+            std::this_thread::yield();
+        }
+    });
+    for (int round = 0; round < 500; ++round) {
+        ConnectionNumber connection = 0;
+        if (link->connect(connection) && link->startWorkingMode()) {
+            judge->given += 2;
+            static_cast<void>(link->runSequence(sequence));
+            static_cast<void>(link->stopOutputs());
+            static_cast<void>(link->armSequence(sequence));
+            static_cast<void>(link->startArmed({.input = 2}));
+            if (round % 2 == 0)
+                static_cast<void>(link->stopOutputs());
+        }
+        link->disconnect();
+        EXPECT_EQ(device->getOutputs(), OutputState{});
+    }
+    isOver = true;
+    reader.join();
+    bench.join();
+    EXPECT_GT(judge->ends, 0U);
+}
+
+} // namespace
