@@ -39,8 +39,8 @@ public:
     void addDevices()
     {
         for (int i = 0; i < devices; ++i)
-            if (!getHardware()->getKestos().addKesto(std::make_unique<KesDevice::Kesto>(
-                    *KesDevice::Kesto::Address::parse("10.0.0." + std::to_string(i + 1)))))
+            if (!getHardware()->addKesto(
+                    *KesDevice::Kesto::Address::parse("10.0.0." + std::to_string(i + 1))))
                 std::cerr << "a device was refused\n";
     }
 
@@ -167,9 +167,10 @@ Figure changeLabels(BareRows& rows)
 
 void print(const char* what, const Figure& area, const Figure& bare)
 {
-    std::cout << std::fixed << std::setprecision(2) << what << ": area " << area.milliseconds << " ms, labels "
-              << bare.milliseconds << " ms, ratio " << area.milliseconds / bare.milliseconds
-              << ", longest freeze " << area.longestFreeze << " ms (labels " << bare.longestFreeze << " ms)\n";
+    std::cout << std::fixed << std::setprecision(2) << what << ": area " << area.milliseconds
+              << " ms, labels " << bare.milliseconds << " ms, ratio " << area.milliseconds / bare.milliseconds
+              << ", longest freeze " << area.longestFreeze << " ms (labels " << bare.longestFreeze
+              << " ms)\n";
 }
 
 } // namespace

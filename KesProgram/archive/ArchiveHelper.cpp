@@ -1,9 +1,9 @@
 #include <KesProgram/archive/ArchiveHelper.h>
 
 #include <KesCommon/FileStream.h>
-#include <KesProgram/archive/ChunkedBuffer.h>
-#include <KesProgram/archive/ZipReader.h>
-#include <KesProgram/archive/ZipWriter.h>
+#include <KesProgram/archive/detail/ChunkedBuffer.h>
+#include <KesProgram/archive/detail/ZipReader.h>
+#include <KesProgram/archive/detail/ZipWriter.h>
 
 #include <archive.h>
 #include <glibmm/fileutils.h>

@@ -1,11 +1,9 @@
 #include <KesProgram/model/ProgramModel.h>
 
 #include <KesCommon/Directories.h>
-#include <KesCommon/ExceptionText.h>
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/Log.h>
 #include <KesCommon/StringHelper.h>
-#include <KesCommon/ThreadHelper.h>
 #include <KesCommon/TypeHelper.h>
 #include <KesDevice/HardwareControl.h>
 #include <KesProgram/archive/ArchiveManager.h>
@@ -29,13 +27,21 @@ std::string helpFilePath(const std::string& baseName)
 
 } // namespace
 
-ProgramModel::ProgramModel() : _state(std::make_shared<const std::string>()) {}
+ProgramModel::ProgramModel() : _state(std::make_shared<const std::string>())
+{
+    const auto tell = [this](const std::string& text) { signalMessage.emit(text); };
+    for (auto* signal : {&signalHardwareChanged, &signalCanStartChanged, &signalCanStopChanged,
+                         &signalRunningChanged, &signalStateChanged, &signalClosing, &signalClosed})
+        signal->setExceptionHandler(tell);
+    signalFinished.setExceptionHandler(tell);
+}
 
 ProgramModel::~ProgramModel()
 {
     signalMessage.clear();
-    Kes::ThreadHelper::join(_shutdownThread);
-    Kes::ThreadHelper::join(_startThread);
+    _shutdownThread.wait();
+    _startThread.wait();
+    _disconnectThread.wait();
     {
         std::lock_guard lock(_closedMutex);
         if (_closedSource)
@@ -51,9 +57,7 @@ void ProgramModel::init()
     if (!usesLocalHardware())
         _globalHardwareConnection = KesDevice::HardwareControl::signalHardwareChanged.connect(
             [this](KesDevice::HardwareManager* hardware) { _onHardwareChangedImpl(hardware); });
-    _attachHardwareManager();
-    _onHardwareChanged(nullptr);
-    signalHardwareChanged.emit();
+    _onHardwareChangedImpl(nullptr);
     if (hasArchiveLogic())
         _initArchiveManager();
 }
@@ -177,7 +181,10 @@ void ProgramModel::close()
     }
     _runHook(&ProgramModel::_onClosing);
     signalClosing.emit();
-    _shutdownThread = std::thread(&ProgramModel::_shutdown, this);
+    // Without a thread for it the shutdown happens here: the program ends in any case.
+    if (!_runSafely(
+            [this] { _shutdownThread = Kes::Worker("KesProgram_Shutdown", [this] { _shutdown(); }); }))
+        _shutdown();
 }
 
 void ProgramModel::_setState(const std::string& text)
@@ -216,8 +223,8 @@ std::string ProgramModel::_getProgrammCacheDirectory() const
 
 void ProgramModel::_shutdown()
 {
-    Kes::ThreadHelper::setCurrentThreadName("KesProgram_Shutdown");
-    Kes::ThreadHelper::join(_startThread);
+    _startThread.wait();
+    _disconnectThread.wait();
     std::lock_guard lock(_closedMutex);
     _closedSource = g_idle_add_full(
         G_PRIORITY_DEFAULT_IDLE,
@@ -234,13 +241,8 @@ void ProgramModel::_onShutdown()
         std::lock_guard lock(_closedMutex);
         _closedSource = 0;
     }
-    // A slot may destroy the model; nothing of it is touched afterwards. GLib is C: a slot's exception may
-    // not pass through its main loop.
-    try {
-        signalClosed.emit();
-    } catch (...) {
-        KesLog::Log::writeError(Kes::getCurrentExceptionText());
-    }
+    // A slot may destroy the model; nothing of it is touched afterwards.
+    signalClosed.emit();
 }
 
 } // namespace KesProgram

@@ -3,6 +3,7 @@
 #include <KesCommon/Connection.h>
 #include <KesCommon/Export.h>
 #include <KesCommon/Signal.h>
+#include <KesCommon/Worker.h>
 #include <KesDevice/HardwareManager.h>
 #include <KesProgram/model/HelpName.h>
 #include <KesProgram/model/RunVerdict.h>
@@ -11,11 +12,12 @@
 
 #include <array>
 #include <atomic>
+#include <functional>
 #include <istream>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
+#include <vector>
 
 namespace KesTree {
 class Node;
@@ -33,12 +35,14 @@ class FileRecentManager;
 /// it after `signalClosed`, on the GUI thread.
 ///
 /// Threads: the GUI thread calls everything that is not marked otherwise. A run happens on the start thread
-/// "KesProgram_Start", closing on the shutdown thread "KesProgram_Shutdown", and the device library reports
-/// on its own threads. The model's signals are emitted on whichever of these threads caused the change, after
-/// the change, without any lock but the signal gate; a listener brings its view changes to the GUI thread.
-/// Only `signalClosed` always comes on the GUI thread. The flags and the state text may be read on any
-/// thread.
+/// "KesProgram_Start", disconnecting without a run on "KesProgram_Disc", closing on the shutdown thread
+/// "KesProgram_Shutdown", and the device library reports on its own threads. The model's signals are emitted
+/// on whichever of these threads caused the change, after the change, without any lock but the signal gate; a
+/// listener brings its view changes to the GUI thread. Only `signalClosed` always comes on the GUI thread.
+/// The flags and the state text may be read on any thread.
 ///
+/// No listener and no hook can make a step of the model be skipped: what they throw goes out as a message.
+/// Only what leaves `_onPrepareStart` reaches the caller of `startTest`.
 /// The model shows nothing: texts for the user go out through `signalMessage`.
 class KES_EXPORT ProgramModel : public sigc::trackable {
 public:
@@ -64,7 +68,7 @@ public:
     ProgramModel();
     ProgramModel(const ProgramModel&) = delete;
     ProgramModel& operator=(const ProgramModel&) = delete;
-    /// Waits for both threads. Destroy the model after `signalClosed`, when no hook is running any more.
+    /// Waits for its threads. Destroy the model after `signalClosed`, when no hook is running any more.
     virtual ~ProgramModel() = 0;
 
     // Hooks, with what they do when a program does not override them.
@@ -121,7 +125,8 @@ protected:
     /// The run has been stopped: by the user, a fault or closing; on the thread that did it, under the signal
     /// gate in the case of a fault. Must return at once, waiting for nothing; nothing.
     virtual void _onStop();
-    /// Switches the hardware off, on the thread that calls `_finish()`.
+    /// Switches the hardware off, on the thread that calls `_finish()`. When an override throws, this one is
+    /// called after it.
     virtual void _onFinishHardware();
     /// The hardware is off; on the thread that calls `_finish()`; nothing.
     virtual void _onFinished();
@@ -150,8 +155,8 @@ public:
     void setPackageVersion(const std::string& version);
     const std::string& getPackageVersion() const;
 
-    /// The hardware configuration in use, never null. Any thread; see `HardwareControl::getInstance` for its
-    /// life.
+    /// The hardware configuration in use, never null. Any thread. It lives at least until it is replaced; one
+    /// that a run has begun with or has seen, until the run has ended.
     KesDevice::HardwareManager* getHardware();
     /// Makes a configuration the one in use and takes it out of the pointer. The flag is that of
     /// `HardwareControl::setGlobalInstance`; it has no meaning for a configuration of the program's own.
@@ -162,8 +167,8 @@ public:
     bool startTest();
     /// Stops a run; nothing when none is under way.
     void stopTest();
-    /// Stops a run whose output has started and disconnects the hardware at its end, or disconnects at once
-    /// when there is no such run.
+    /// Stops a run whose output has started and disconnects the hardware at its end, or has it disconnected
+    /// at once, on a thread of its own, when there is no such run.
     void beginDisconnect();
 
     /// Stops a run and begins the shutdown. To be called once.
@@ -176,7 +181,7 @@ protected:
     void _setCanProgramStop(bool running);
 
     /// Ends a run: switches the hardware off and resets the flags. Start thread, or wherever the program
-    /// ends its run.
+    /// ends its run; it asks the devices, so not on the GUI thread.
     void _finish();
 
     void _initArchiveManager();
@@ -202,15 +207,22 @@ protected:
 private:
     enum HardwareConnection { RunningConnection, StatusConnection, AvaryConnection, KestoStateConnection };
 
-    std::unique_ptr<KesDevice::HardwareManager>
-    _exchangeLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware);
-    KesDevice::HardwareManager* _getLocalHardware() const;
+    using SharedHardware = std::shared_ptr<KesDevice::HardwareManager>;
+
+    SharedHardware _exchangeLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware);
+    SharedHardware _shareHardware();
+    SharedHardware _shareLocalHardware() const;
+    void _holdHardware();
+    void _setIsHardwareHeld(bool held);
+    bool _makeStartThread();
     bool _enterRunning();
     bool _prepareHardwareSafely();
     /// False, with the text as a message, when the hook has thrown: no hook may break a run off half-way or
     /// end the process from a thread.
     bool _runHook(void (ProgramModel::*hook)());
+    bool _runSafely(const std::function<void()>& step);
     void _disconnectOnRequest();
+    void _disconnectInBackground();
     bool _stopRunning();
     bool _report(const Kes::Result& result);
     void _emitRunningChanged();
@@ -228,8 +240,9 @@ private:
     mutable std::mutex _stateMutex;
     std::shared_ptr<const std::string> _state;
 
-    std::thread _startThread;
-    std::thread _shutdownThread;
+    Kes::Worker _startThread;
+    Kes::Worker _shutdownThread;
+    Kes::Worker _disconnectThread;
     std::mutex _closedMutex;
     unsigned _closedSource = 0;
 
@@ -237,9 +250,12 @@ private:
     std::unique_ptr<FileRecentManager> _recentFiles;
     std::string _packageVersion;
 
-    /// Guards the pointer alone: other threads ask for the configuration while the GUI thread replaces it.
-    mutable std::mutex _localHardwareMutex;
-    std::unique_ptr<KesDevice::HardwareManager> _localHardware;
+    /// Guards the pointers alone: other threads ask for the configuration while the GUI thread replaces it.
+    mutable std::mutex _hardwareMutex;
+    SharedHardware _localHardware;
+    /// What the present run may be using: the configuration that it began with, and those that came after.
+    std::vector<SharedHardware> _heldHardware;
+    bool _isHardwareHeld = false;
     std::array<Kes::ScopedConnection, 4> _hardwareConnections;
     Kes::ScopedConnection _globalHardwareConnection;
 };

@@ -12,12 +12,34 @@ namespace KesProgram {
 
 KesDevice::HardwareManager* ProgramModel::getHardware()
 {
+    return _shareHardware().get();
+}
+
+ProgramModel::SharedHardware ProgramModel::_shareHardware()
+{
     if (!usesLocalHardware())
-        return KesDevice::HardwareControl::getInstance();
-    if (auto* hardware = _getLocalHardware())
+        return KesDevice::HardwareControl::share();
+    if (auto hardware = _shareLocalHardware())
         return hardware;
     _setLocalHardware(_createProgramHardwareManager());
-    return _getLocalHardware();
+    return _shareLocalHardware();
+}
+
+/// A run on another thread goes on with the configuration that it has just asked for, whoever replaces it.
+void ProgramModel::_holdHardware()
+{
+    auto current = _shareHardware();
+    std::vector<SharedHardware> released;
+    std::lock_guard lock(_hardwareMutex);
+    if (!_isHardwareHeld)
+        released.swap(_heldHardware);
+    _heldHardware.push_back(std::move(current));
+}
+
+void ProgramModel::_setIsHardwareHeld(bool held)
+{
+    std::lock_guard lock(_hardwareMutex);
+    _isHardwareHeld = held;
 }
 
 void ProgramModel::setHardware(std::unique_ptr<KesDevice::HardwareManager>& hardware, bool flag)
@@ -29,12 +51,12 @@ void ProgramModel::setHardware(std::unique_ptr<KesDevice::HardwareManager>& hard
             KesDevice::HardwareControl::setGlobalInstance(std::move(hardware), flag);
         return;
     }
-    auto old = _exchangeLocalHardware(std::move(hardware));
-    _attachHardwareManager();
-    _onHardwareChanged(getHardware());
-    signalHardwareChanged.emit();
-    // Not destroyed here: a run on another thread, or a window, may still be using it.
-    KesDevice::HardwareControl::retire(std::move(old));
+    const auto old = _exchangeLocalHardware(std::move(hardware));
+    // What the old one says of its end is heard before the change or not at all.
+    const Kes::SignalGate::Guard gate;
+    // First the outputs, then the words.
+    KesDevice::HardwareControl::retire(old);
+    _onHardwareChangedImpl(getHardware());
 }
 
 std::unique_ptr<KesDevice::HardwareManager> ProgramModel::_createProgramHardwareManager()
@@ -49,7 +71,7 @@ void ProgramModel::_setLocalHardware(std::unique_ptr<KesDevice::HardwareManager>
     _exchangeLocalHardware(std::move(hardware));
 }
 
-std::unique_ptr<KesDevice::HardwareManager>
+ProgramModel::SharedHardware
 ProgramModel::_exchangeLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware)
 {
     if (hardware) {
@@ -58,20 +80,22 @@ ProgramModel::_exchangeLocalHardware(std::unique_ptr<KesDevice::HardwareManager>
         hardware->getVirtualChannels().setIsControlGroupsEnabled(true);
         _report(hardware->getKestos().clear());
     }
-    std::lock_guard lock(_localHardwareMutex);
-    _localHardware.swap(hardware);
-    return hardware;
+    auto shared = KesDevice::HardwareControl::adopt(std::move(hardware));
+    std::lock_guard lock(_hardwareMutex);
+    _localHardware.swap(shared);
+    return shared;
 }
 
-KesDevice::HardwareManager* ProgramModel::_getLocalHardware() const
+ProgramModel::SharedHardware ProgramModel::_shareLocalHardware() const
 {
-    std::lock_guard lock(_localHardwareMutex);
-    return _localHardware.get();
+    std::lock_guard lock(_hardwareMutex);
+    return _localHardware;
 }
 
 void ProgramModel::_attachHardwareManager()
 {
     Kes::SignalGate::Guard gate;
+    _holdHardware();
     auto& hardware = *getHardware();
     _hardwareConnections[RunningConnection] =
         hardware.signalRunningChanged.connect([this](bool running) { _onHardwareIsRunningChanged(running); });
@@ -86,7 +110,7 @@ void ProgramModel::_attachHardwareManager()
 void ProgramModel::_onHardwareChangedImpl(KesDevice::HardwareManager* hardware)
 {
     _attachHardwareManager();
-    _onHardwareChanged(hardware);
+    _runSafely([=, this] { _onHardwareChanged(hardware); });
     signalHardwareChanged.emit();
 }
 
@@ -108,6 +132,9 @@ void ProgramModel::_onHardwareAvary(KesDriver::KesAvary& avary)
 
 void ProgramModel::_onKestoState(KesDevice::Kesto* kesto, const char* text)
 {
+    // Such as a device that talks nonsense, and was let go of for that.
+    if (!_shareHardware()->checkOutput())
+        _stopRunning();
     std::string message(text);
     if (kesto)
         message = "[" + kesto->getIdentifer().toDisplayString() + ": " + kesto->getAddress().to_string('.') +
@@ -154,8 +181,8 @@ bool ProgramModel::_onPrepareHardware()
 
 void ProgramModel::_onFinishHardware()
 {
-    auto& hardware = *getHardware();
-    _report(hardware.stopWorkingMode());
+    const auto hardware = _shareHardware();
+    _report(hardware->stopWorkingMode());
     _disconnectOnRequest();
 }
 

@@ -3,13 +3,13 @@
 #include <KesProgram/model/ProgramModel.h>
 
 #include <KesCommon/ExceptionText.h>
-#include <KesCommon/ThreadHelper.h>
+#include <KesDevice/HardwareManager.h>
 
 namespace KesProgram {
 
 bool ProgramModel::getCanStart()
 {
-    return _canStart && !getHardware()->isOutputRunning();
+    return _canStart && !_shareHardware()->isOutputRunning();
 }
 
 bool ProgramModel::startTest()
@@ -20,19 +20,28 @@ bool ProgramModel::startTest()
     _setCanProgramStop(false);
     // Taken out first: the wait serves the GUI thread's queue, and a function in it may close the program.
     // The shutdown thread then looks at the start thread, so that no new one is made any more.
-    std::thread previous = std::move(_startThread);
-    Kes::ThreadHelper::join(previous);
+    Kes::Worker previous = std::move(_startThread);
+    previous.wait();
+    bool isStarted = false;
     try {
-        if (_onPrepareStart() && !_closing) {
-            _startThread = std::thread(&ProgramModel::_startWorkingModeAndStarted, this);
-            return true;
-        }
+        isStarted = _onPrepareStart() && !_closing && _makeStartThread();
     } catch (...) {
         _setCanProgramStart(true);
         throw;
     }
-    _setCanProgramStart(true);
-    return false;
+    if (!isStarted)
+        _setCanProgramStart(true);
+    return isStarted;
+}
+
+bool ProgramModel::_makeStartThread()
+{
+    _holdHardware();
+    _setIsHardwareHeld(true);
+    // The system may have no thread to give.
+    return _runSafely([this] {
+        _startThread = Kes::Worker("KesProgram_Start", [this] { _startWorkingModeAndStarted(); });
+    });
 }
 
 void ProgramModel::stopTest()
@@ -46,27 +55,44 @@ void ProgramModel::beginDisconnect()
         _stopRequested = true;
         _stopRunning();
         // The run may have ended meanwhile, past the place where it looks at the request.
-        if (!_outputStarted)
-            _disconnectOnRequest();
+        if (!_outputStarted && _stopRequested.exchange(false))
+            _disconnectInBackground();
         return;
     }
-    _report(getHardware()->disconnect());
+    _disconnectInBackground();
+}
+
+/// The GUI thread does not wait for devices.
+void ProgramModel::_disconnectInBackground()
+{
+    // The shutdown thread is looking at the thread.
+    if (_closing)
+        return;
+    const auto previous = std::make_shared<Kes::Worker>(std::move(_disconnectThread));
+    const auto disconnect = [this, previous, hardware = _shareHardware()] {
+        previous->wait();
+        _report(hardware->disconnect());
+    };
+    _runSafely([&] { _disconnectThread = Kes::Worker("KesProgram_Disc", disconnect); });
 }
 
 void ProgramModel::_disconnectOnRequest()
 {
     if (_stopRequested.exchange(false))
-        _report(getHardware()->disconnect());
+        _report(_shareHardware()->disconnect());
 }
 
 void ProgramModel::_startWorkingModeAndStarted()
 {
-    Kes::ThreadHelper::setCurrentThreadName("KesProgram_Start");
     if (!_prepareHardwareSafely() || !_enterRunning()) {
         _finish();
         return;
     }
     _outputStarted = true;
+    // A device may have failed after the preparation and before there was a run to be stopped. It has been
+    // told of then; the test body finds the run stopped.
+    if (!_shareHardware()->checkOutput())
+        _stopRunning();
     // The outputs must not stay on because a test body failed.
     if (!_runHook(&ProgramModel::_onStart) && _outputStarted) {
         _stopRunning();
@@ -76,12 +102,8 @@ void ProgramModel::_startWorkingModeAndStarted()
 
 bool ProgramModel::_prepareHardwareSafely()
 {
-    try {
-        return _onPrepareHardware();
-    } catch (...) {
-        signalMessage.emit(Kes::getCurrentExceptionText());
-        return false;
-    }
+    bool isPrepared = false;
+    return _runSafely([&] { isPrepared = _onPrepareHardware(); }) && isPrepared;
 }
 
 bool ProgramModel::_enterRunning()
@@ -100,8 +122,13 @@ bool ProgramModel::_enterRunning()
 
 bool ProgramModel::_runHook(void (ProgramModel::*hook)())
 {
+    return _runSafely([this, hook] { (this->*hook)(); });
+}
+
+bool ProgramModel::_runSafely(const std::function<void()>& step)
+{
     try {
-        (this->*hook)();
+        step();
         return true;
     } catch (...) {
         signalMessage.emit(Kes::getCurrentExceptionText());
@@ -111,13 +138,16 @@ bool ProgramModel::_runHook(void (ProgramModel::*hook)())
 
 void ProgramModel::_finish()
 {
-    _runHook(&ProgramModel::_onFinishHardware);
+    // The outputs go off whatever the program's own step does.
+    if (!_runHook(&ProgramModel::_onFinishHardware))
+        _runSafely([this] { ProgramModel::_onFinishHardware(); });
     _runHook(&ProgramModel::_onFinished);
     _setState({});
     _setCanProgramStart(true);
     _setCanProgramStop(false);
     signalFinished.emit(_outputStarted);
     _outputStarted = false;
+    _setIsHardwareHeld(false);
     // A request that came too late for the hook: it must not wait for the next run.
     _disconnectOnRequest();
 }

@@ -1,8 +1,7 @@
-#include "ProgramBasePresenterFields.h"
-
 #include <KesCommonView/AccessibleActions.h>
 #include <KesCommonView/ApplicationDispatcher.h>
 #include <KesProgram/model/ProgramModel.h>
+#include <KesProgram/shell/detail/ProgramBasePresenterFields.h>
 #include <KesProgram/statusbar/ProgramStatusBarPresenter.h>
 #include <KesProgram/views/ProgramView.h>
 #include <KesTreeManager/KesTreeResources.h>

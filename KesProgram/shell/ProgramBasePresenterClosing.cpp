@@ -1,11 +1,10 @@
 // The way from a request to close to the end of the program.
 
-#include "ProgramBasePresenterFields.h"
-
 #include <KesCommon/EmitLast.h>
 #include <KesCommonView/DialogPresenter.h>
 #include <KesCommonView/OpenDialogs.h>
 #include <KesProgram/model/ProgramModel.h>
+#include <KesProgram/shell/detail/ProgramBasePresenterFields.h>
 #include <KesProgram/text/Program.h>
 
 namespace KesProgram {

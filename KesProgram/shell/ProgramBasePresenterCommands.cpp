@@ -1,12 +1,11 @@
 // The commands that menus and toolbars call on the shell.
 
-#include "ProgramBasePresenterFields.h"
-
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommonView/DialogPresenter.h>
 #include <KesCommonView/OpenDialogs.h>
 #include <KesDriver/XdgOpen.h>
 #include <KesProgram/model/ProgramModel.h>
+#include <KesProgram/shell/detail/ProgramBasePresenterFields.h>
 #include <KesProgram/text/FileManagerLocalization.h>
 
 namespace KesProgram {

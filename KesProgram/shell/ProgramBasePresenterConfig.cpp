@@ -1,7 +1,5 @@
 // The configuration file of a program.
 
-#include "ProgramBasePresenterFields.h"
-
 #include <KesCommon/Directories.h>
 #include <KesCommon/FileStream.h>
 #include <KesCommon/FileSystem.h>
@@ -9,6 +7,7 @@
 #include <KesCommon/TypeHelper.h>
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/model/ProgramModel.h>
+#include <KesProgram/shell/detail/ProgramBasePresenterFields.h>
 #include <KesProgram/text/Conversion.h>
 #include <KesProgram/text/Program.h>
 

@@ -1,7 +1,7 @@
 #include <KesProgram/views/HardwareControlToolbarView.h>
 
 #include <KesProgram/text/Program.h>
-#include <KesProgram/views/ToolbarItems.h>
+#include <KesProgram/views/detail/ToolbarItems.h>
 
 #include <gdk/gdkkeysyms.h>
 #include <gtkmm/window.h>

@@ -1,7 +1,7 @@
 #include <KesProgram/views/HardwareSettingsToolbarView.h>
 
 #include <KesProgram/text/Program.h>
-#include <KesProgram/views/ToolbarItems.h>
+#include <KesProgram/views/detail/ToolbarItems.h>
 
 namespace KesProgram {
 

@@ -1,6 +1,6 @@
 #include <KesProgram/views/ProgramStatusBarView.h>
 
-#include <KesProgram/views/StatusArea.h>
+#include <KesProgram/views/detail/StatusArea.h>
 
 namespace KesProgram {
 

@@ -2,7 +2,7 @@
 
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesProgram/text/Program.h>
-#include <KesProgram/views/StatusArea.h>
+#include <KesProgram/views/detail/StatusArea.h>
 
 namespace KesProgram {
 

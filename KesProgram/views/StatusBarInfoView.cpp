@@ -1,7 +1,7 @@
 #include <KesProgram/views/StatusBarInfoView.h>
 
 #include <KesCommonView/GtkWidgetHelper.h>
-#include <KesProgram/views/StatusArea.h>
+#include <KesProgram/views/detail/StatusArea.h>
 
 namespace KesProgram {
 

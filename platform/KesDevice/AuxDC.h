@@ -21,8 +21,9 @@ public:
     /// In volts, 12 to 300. Any thread.
     double getVolts() const { return _volts; }
 
-    /// Any thread. Takes effect on the device at once when it is connected, else when it connects. A voltage
-    /// outside the range is refused; after a failure nothing has changed.
+    /// Takes effect on the device at once when it is connected, else when it connects. A voltage outside the
+    /// range is refused; after a failure nothing has changed. Asks a connected device: any thread but the GUI
+    /// thread then.
     Kes::Result set(bool enable, double volts);
 
 private:

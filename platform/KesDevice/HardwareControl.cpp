@@ -3,9 +3,11 @@
 #include <KesCommon/Log.h>
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
-#include <KesDevice/HardwareControlState.h>
-#include <KesDevice/HardwareFile.h>
 #include <KesDevice/HardwareManagerText.h>
+#include <KesDevice/detail/HardwareControlState.h>
+#include <KesDevice/detail/HardwareFile.h>
+#include <KesDevice/detail/Retirement.h>
+#include <KesDriver/EmbeddedNetwork.h>
 
 #include <utility>
 
@@ -18,7 +20,7 @@ using State = HardwareControlState;
 std::unique_ptr<HardwareManager> createDefault()
 {
     auto hardware = HardwareManager::create();
-    (void)hardware->getKestos().addKesto(std::make_unique<Kesto>(HardwareControl::getSimulatedAddress()));
+    (void)hardware->addKesto(KesDriver::embeddedAddress);
     return hardware;
 }
 
@@ -44,20 +46,30 @@ void keep(const HardwareManager& hardware)
 
 Kes::Signal<void(HardwareManager*)> HardwareControl::signalHardwareChanged;
 
-Kesto::Address HardwareControl::getSimulatedAddress()
+std::shared_ptr<HardwareManager> HardwareControl::share()
 {
-    return Kesto::Address(Kesto::Address::Bytes{127, 0, 0, 1});
+    auto& state = State::get();
+    if (auto current = state.getCurrent())
+        return current;
+    // Made outside the lock, since making it passes the signal gate; when two threads do so, the first one
+    // counts.
+    state.offerGlobal(adopt(restoreOrCreate()));
+    return state.getCurrent();
 }
 
 HardwareManager* HardwareControl::getInstance()
 {
-    auto& state = State::get();
-    if (auto* current = state.getCurrent())
-        return current;
-    // Made outside the lock, since making it passes the signal gate; when two threads do so, the first one
-    // counts.
-    state.offerGlobal(restoreOrCreate());
-    return state.getCurrent();
+    return share().get();
+}
+
+std::shared_ptr<KesDriver::IKestoNetwork> HardwareControl::getNetwork()
+{
+    return State::get().getNetwork();
+}
+
+void HardwareControl::setNetwork(std::shared_ptr<KesDriver::IKestoNetwork> network)
+{
+    State::get().setNetwork(std::move(network));
 }
 
 bool HardwareControl::getEmbeddedMode()
@@ -67,11 +79,11 @@ bool HardwareControl::getEmbeddedMode()
 
 void HardwareControl::setEmbeddedMode(bool embedded)
 {
-    auto* previous = getInstance();
+    const auto previous = share();
     Kes::SignalGate::Guard gate;
     State::get().setEmbedded(embedded);
-    if (auto* current = getInstance(); current != previous)
-        signalHardwareChanged.emit(current);
+    if (const auto current = share(); current != previous)
+        signalHardwareChanged.emit(current.get());
 }
 
 void HardwareControl::setGlobalInstance(std::unique_ptr<HardwareManager> hardware, bool temporary)
@@ -89,37 +101,30 @@ void HardwareControl::setEmbeddedInstance(std::unique_ptr<HardwareManager> hardw
         _replace(std::move(hardware), true);
 }
 
-void HardwareControl::retire(std::unique_ptr<HardwareManager> hardware)
+std::shared_ptr<HardwareManager> HardwareControl::adopt(std::unique_ptr<HardwareManager> hardware)
 {
-    if (!hardware)
-        return;
-    hardware->_retire();
-    auto& state = State::get();
-    state.keepRetired(std::move(hardware));
-    state.dropRetired();
+    // The state waits for configurations that are ending when the process ends.
+    State::get();
+    return Retirement::share(std::move(hardware));
+}
+
+void HardwareControl::retire(std::shared_ptr<HardwareManager> hardware)
+{
+    Retirement::begin(std::move(hardware));
+}
+
+void HardwareControl::waitForRetired()
+{
+    Retirement::wait();
 }
 
 void HardwareControl::_replace(std::unique_ptr<HardwareManager> hardware, bool embedded)
 {
-    // First, so that whoever hears of the change finds the devices free.
-    auto& state = State::get();
-    if (auto* leaving = state.get(embedded))
-        leaving->_retire();
-    {
-        Kes::SignalGate::Guard gate;
-        auto* previous = state.exchange(std::move(hardware), embedded);
-        signalHardwareChanged.emit(getInstance());
-        // Another one only when two threads replace at once.
-        if (previous)
-            previous->_retire();
-    }
-    state.dropRetired();
-}
-
-std::vector<std::shared_ptr<Kesto>> HardwareControl::_leaseKestos()
-{
-    (void)getInstance();
-    return State::get().leaseKestos();
+    Kes::SignalGate::Guard gate;
+    const auto previous = State::get().exchange(adopt(std::move(hardware)), embedded);
+    // First the outputs, then the words.
+    retire(previous);
+    signalHardwareChanged.emit(share().get());
 }
 
 } // namespace KesDevice

@@ -1,72 +1,85 @@
 #include <KesDevice/HardwareManager.h>
 
-#include <KesCommon/ObjectErrorHelper.h>
-#include <KesCommon/StringHelper.h>
+#include <KesDevice/HardwareControl.h>
 #include <KesDevice/HardwareIsRunningComponent.h>
-#include <KesDevice/HardwareManagerImpl.h>
-#include <KesDevice/HardwareManagerText.h>
+#include <KesDevice/detail/FaultStopper.h>
+#include <KesDevice/detail/OperationTurn.h>
 
 #include <utility>
 
 namespace KesDevice {
 
-namespace {
-
-Kes::Result prepareKesto(Kesto& kesto)
-{
-    const bool wasConnected = kesto.isConnected();
-    auto result = kesto.updateState();
-    // A device that was switched off and on again is found out only now.
-    return !result && wasConnected ? kesto.connect() : result;
-}
-
-Kes::Result stopKesto(Kesto& kesto)
-{
-    return kesto.isConnected() ? kesto.stopWorkingMode() : Kes::Result(true);
-}
-
-} // namespace
-
 std::unique_ptr<HardwareManager> HardwareManager::create()
 {
-    return std::unique_ptr<HardwareManager>(new HardwareManager);
+    return create(HardwareControl::getNetwork());
 }
 
-HardwareManager::HardwareManager() : _virtualChannels(*this), _impl(std::make_unique<Impl>(*this)) {}
+std::unique_ptr<HardwareManager> HardwareManager::create(std::shared_ptr<KesDriver::IKestoNetwork> network)
+{
+    return std::unique_ptr<HardwareManager>(new HardwareManager(std::move(network)));
+}
+
+HardwareManager::HardwareManager(std::shared_ptr<KesDriver::IKestoNetwork> network)
+    : _network(std::move(network)),
+      _virtualChannels(*this),
+      _faultStopper(std::make_shared<FaultStopper>()),
+      _turn(std::make_unique<OperationTurn>()),
+      _inserted(
+          _kestos.signalInserted.connect([this](std::size_t, Kesto* const& kesto) { _onInserted(kesto); })),
+      _removed(_kestos.signalRemoved.connect([this](std::size_t, Kesto* const& kesto) { _onRemoved(kesto); }))
+{
+    // Made before the first configuration, it outlives the last one.
+    HardwareIsRunningComponent::getInstance();
+    const auto tell = [this](const std::string& text) { signalKestoState.emit(nullptr, text.c_str()); };
+    signalRunningChanged.setExceptionHandler(tell);
+    signalStatusChanged.setExceptionHandler(tell);
+    signalAvary.setExceptionHandler(tell);
+}
 
 HardwareManager::~HardwareManager()
 {
     {
-        const OperationTurn::Hold turn(_impl->turn);
-        if (_running)
-            (void)_impl->onEach(_kestos.lease(), stopKesto);
-        if (_running.exchange(false))
-            _impl->countRunning(-1);
+        const OperationTurn::Hold turn(*_turn);
+        (void)_stop();
     }
     // Whoever shows the devices hears of their end before it comes.
     _kestos.setReadOnly(false);
     (void)_kestos.clear();
-    _impl->waitForStops();
+    _faultStopper->wait();
+}
+
+Kes::Result HardwareManager::addKesto(const Kesto::Address& address)
+{
+    return _kestos.addKesto(Kesto::create(address, _network->createLink(address)));
+}
+
+bool HardwareManager::isStopOnFault() const
+{
+    return _faultStopper->isEnabled();
+}
+
+void HardwareManager::setIsStopOnFault(bool stop)
+{
+    _faultStopper->setIsEnabled(stop);
 }
 
 void HardwareManager::fillFrom(const HardwareManager& other)
 {
     for (const auto& kesto : other._kestos.lease()) {
-        if (_kestos.find(kesto->getAddress()))
-            continue;
-        auto copy = std::make_unique<Kesto>(kesto->getAddress());
+        auto copy = Kesto::create(kesto->getAddress(), _network->createLink(kesto->getAddress()));
+        // The values come from a device that has accepted them.
         (void)copy->auxDC().set(kesto->auxDC().getEnable(), kesto->auxDC().getVolts());
         (void)_kestos.addKesto(std::move(copy));
     }
     _syncManager.setActiveMode(other._syncManager.getActiveMode().getKind());
     _virtualChannels.setIsControlGroupsEnabled(other._virtualChannels.isControlGroupsEnabled());
-    _stopOnFault = other.isStopOnFault();
+    setIsStopOnFault(other.isStopOnFault());
     _statusReported = other.isStatusReported();
 }
 
 std::unique_ptr<HardwareManager> HardwareManager::clone() const
 {
-    auto copy = create();
+    auto copy = create(_network);
     copy->fillFrom(*this);
     return copy;
 }
@@ -81,69 +94,46 @@ bool HardwareManager::isSimulated() const
 
 bool HardwareManager::isBusy() const
 {
-    return _running || _impl->turn.isTaken();
+    return _running || _turn->isTaken();
 }
 
-Kes::Result HardwareManager::prepare()
+void HardwareManager::_emitRunning(bool running)
 {
-    const OperationTurn::Hold turn(_impl->turn);
-    if (_impl->isRetired)
-        return Kes::Result::failure(lng::HardwareManager::get("Errors.General.replaced"));
-    const Impl::Status status(*this);
-    const auto kestos = _kestos.lease();
-    for (const auto& kesto : kestos)
-        status.show(Kes::StringHelper::format(lng::HardwareManager::get("Status.connecting"),
-                                              kesto->getAddress().to_string()));
-    return Impl::toResult("Errors.General.prepare", _impl->onEach(kestos, prepareKesto));
+    HardwareIsRunningComponent::getInstance()._changeCount(running ? 1 : -1);
+    signalRunningChanged.emit(running);
 }
 
-Kes::Result HardwareManager::startWorkingMode()
+void HardwareManager::_onInserted(Kesto* kesto)
 {
-    // What a fault of the last run has stopped must not stop this one.
-    _impl->waitForStops();
-    const OperationTurn::Hold turn(_impl->turn);
-    const auto kestos = _kestos.lease();
-    if (auto result = _impl->checkStart(kestos); !result)
-        return result;
-    const Impl::Status status(*this);
-    status.show(lng::HardwareManager::get("Status.starting"));
-    const auto errors = _impl->onEach(kestos, [](Kesto& kesto) { return kesto.startWorkingMode(); });
-    if (errors.empty())
-        _impl->setRunning(true);
-    else
-        (void)_impl->onEach(kestos, stopKesto);
-    return Impl::toResult("Errors.General.startWorkingMode", errors);
+    _faultStopper->add(kesto->shared_from_this());
+    kesto->_setFaultStopper(_faultStopper);
+    auto& connections = _connections[kesto];
+    connections.emplace_back(kesto->signalReport.connect(
+        [this, kesto](const KesDriver::Report& report) { _onReport(kesto, report); }));
+    connections.emplace_back(
+        kesto->signalNotice.connect([this, kesto](const char* text) { signalKestoState.emit(kesto, text); }));
 }
 
-Kes::Result HardwareManager::stopWorkingMode()
+void HardwareManager::_onRemoved(Kesto* kesto)
 {
-    const OperationTurn::Hold turn(_impl->turn);
-    if (!_running)
-        return true;
-    const Impl::Status status(*this);
-    status.show(lng::HardwareManager::get("Status.stopping"));
-    const auto errors = _impl->onEach(_kestos.lease(), stopKesto);
-    _impl->setRunning(false);
-    return Impl::toResult("Errors.General.stopWorkingMode", errors);
+    kesto->_setFaultStopper({});
+    _faultStopper->remove(*kesto);
+    _connections.erase(kesto);
 }
 
-Kes::Result HardwareManager::disconnect()
+void HardwareManager::_onReport(Kesto* kesto, const KesDriver::Report& report)
 {
-    const OperationTurn::Hold turn(_impl->turn);
-    auto result = stopWorkingMode();
-    const Impl::Status status(*this);
-    status.show(lng::HardwareManager::get("Status.disconnecting"));
-    for (const auto& kesto : _kestos.lease())
-        kesto->disconnect();
-    return result;
-}
-
-void HardwareManager::_retire()
-{
-    _impl->isRetired = true;
-    (void)disconnect();
-    for (const auto& kesto : _kestos.lease())
-        kesto->_retire();
+    KesDriver::KesAvary avary;
+    if (const auto* told = std::get_if<KesDriver::KesAvary>(&report)) {
+        avary = *told;
+    } else if (std::holds_alternative<KesDriver::ConnectionLost>(report)) {
+        avary.kestoType = kesto->getIdentifer().getType();
+        avary.serialNumber = kesto->getIdentifer().getSerialNumber();
+        avary.isConnectError = true;
+    } else {
+        return;
+    }
+    signalAvary.emit(avary);
 }
 
 } // namespace KesDevice

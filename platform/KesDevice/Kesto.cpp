@@ -1,119 +1,294 @@
 #include <KesDevice/Kesto.h>
 
-#include <KesDevice/KestoImpl.h>
+#include <KesCommon/StringHelper.h>
+#include <KesDevice/HardwareManagerText.h>
+#include <KesDevice/detail/KestoFields.h>
+#include <KesDevice/detail/KestoPlausibility.h>
+#include <KesDriver/ConnectionError.h>
 #include <KesDriver/OutputCheck.h>
-#include <KesDriver/SimulatedNetwork.h>
 
-#include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace KesDevice {
 
-Kesto::Kesto(const Address& address)
-    : Kesto(address, KesDriver::SimulatedNetwork::getInstance().createLink(address))
-{}
+using namespace KesDriver;
 
-Kesto::Kesto(const Address& address, std::unique_ptr<KesDriver::IKestoLink> link)
-    : _address(address), _auxDC(*this), _impl(std::make_unique<Impl>(*this, std::move(link)))
-{}
+namespace {
+
+using StateLock = std::lock_guard<std::mutex>;
+
+/// How long a sequence waits for the end of the one before to be told.
+constexpr std::chrono::milliseconds longestTelling{500};
+
+} // namespace
+
+std::shared_ptr<Kesto> Kesto::create(const Address& address, std::unique_ptr<IKestoLink> link)
+{
+    std::shared_ptr<Kesto> kesto(new Kesto(address, std::move(link)));
+    kesto->_link->setReceiver(std::shared_ptr<IReportReceiver>(kesto, kesto.get()));
+    return kesto;
+}
+
+Kesto::Kesto(const Address& address, std::unique_ptr<IKestoLink> link)
+    : _address(address), _auxDC(*this), _link(std::move(link)), _fields(std::make_unique<Fields>())
+{
+    const auto tellMessage = [this](const std::string& text) { signalNotice.emit(text.c_str()); };
+    signalReport.setExceptionHandler(tellMessage);
+    signalOperationErrorChanged.setExceptionHandler(tellMessage);
+}
 
 Kesto::~Kesto() = default;
 
-KesDriver::KestoIdentifer Kesto::getIdentifer() const
+KestoIdentity Kesto::getIdentity() const
 {
-    return _impl->getIdentifer();
+    const StateLock lock(DeviceStateMachine::getMutex());
+    return _fields->identity;
 }
 
 std::string Kesto::toDisplayString() const
 {
-    return _impl->getDisplayString();
+    return getIdentifer().toDisplayString() + " (" + _address.to_string() + ')';
 }
 
 bool Kesto::isSimulated() const
 {
-    return _impl->link->isSimulated();
+    return _link->isSimulated();
 }
 
-KesDriver::OutputLimits Kesto::getLimits() const
+OutputLimits Kesto::getLimits() const
 {
-    return _impl->getLimits();
+    const StateLock lock(DeviceStateMachine::getMutex());
+    return _fields->limits;
+}
+
+DeviceState Kesto::getState() const
+{
+    const StateLock lock(DeviceStateMachine::getMutex());
+    return _fields->machine.getState();
+}
+
+std::string Kesto::getStateReason() const
+{
+    const StateLock lock(DeviceStateMachine::getMutex());
+    return _fields->machine.getReason();
 }
 
 Kes::Nullable<std::string> Kesto::getOperationError() const
 {
-    return _impl->getOperationError();
+    const StateLock lock(DeviceStateMachine::getMutex());
+    return _fields->machine.getOperationError();
 }
 
 bool Kesto::isConnected() const
 {
-    return _impl->link->isConnected();
+    const StateLock lock(DeviceStateMachine::getMutex());
+    return _isConnectedNow();
 }
 
-Kes::Result Kesto::connect()
+bool Kesto::_isConnectedNow() const
 {
-    return _impl->connect();
+    return _fields->connection != 0 && _fields->machine.getState() != DeviceState::Connecting;
 }
 
-void Kesto::disconnect()
+unsigned Kesto::_getEpoch() const
 {
-    _impl->disconnect();
+    const StateLock lock(DeviceStateMachine::getMutex());
+    return _fields->machine.getEpoch();
 }
 
-Kes::Result Kesto::updateState()
+std::string Kesto::_getText(const char* key) const
 {
-    return _impl->updateState();
+    return Kes::StringHelper::format(lng::HardwareManager::get(key), toDisplayString());
 }
+
+Kes::Result Kesto::_failure(const char* key) const
+{
+    return Kes::Result::failure(_getText(key));
+}
+
+Kes::Result Kesto::_refusal() const
+{
+    if (const auto reason = getStateReason(); !reason.empty())
+        return Kes::Result::failure(reason);
+    switch (getState()) {
+    case DeviceState::Ready:
+        return _failure("Errors.Kesto.switchedOff");
+    case DeviceState::Working:
+        return _failure("Errors.Kesto.switchedOn");
+    default:
+        return _failure("Errors.Kesto.notConnected");
+    }
+}
+
+// Working mode
 
 Kes::Result Kesto::startWorkingMode()
 {
-    const unsigned epoch = _impl->getEpoch();
-    auto result = _impl->link->startWorkingMode();
-    if (result)
-        _impl->setOperationError(std::string(), epoch);
-    return result;
+    ToldByResult told(shared_from_this());
+    unsigned epoch = 0;
+    unsigned stops = 0;
+    bool isReady = false;
+    {
+        std::unique_lock lock(DeviceStateMachine::getMutex());
+        _fields->changed.wait(lock, [this] { return _fields->stopsPending == 0; });
+        epoch = _fields->machine.getEpoch();
+        stops = _fields->stopsBegun;
+        isReady = _fields->machine.getState() == DeviceState::Ready;
+        _fields->isSwitchedOn |= isReady;
+    }
+    if (!isReady) {
+        told.setTold();
+        return _refusal();
+    }
+    auto result = _ask([](IKestoLink& link) { return link.startWorkingMode(); });
+    if (!result) {
+        told.setTold();
+        return result;
+    }
+    {
+        const StateLock lock(DeviceStateMachine::getMutex());
+        auto& machine = _fields->machine;
+        const bool isCurrent = machine.getEpoch() == epoch && _fields->stopsBegun == stops;
+        if (isCurrent && machine.getState() == DeviceState::Ready)
+            machine.change(DeviceState::Working);
+        if (isCurrent && machine.getState() == DeviceState::Working)
+            return true;
+    }
+    // It has failed, or has been stopped, while it was being switched on.
+    told.setTold();
+    auto refusal = _refusal();
+    (void)stopWorkingMode();
+    return refusal;
 }
 
 Kes::Result Kesto::stopWorkingMode()
 {
-    return _impl->link->stopWorkingMode();
-}
-
-Kes::Result Kesto::setOutputs(const KesDriver::OutputState& outputs)
-{
-    auto result = KesDriver::checkOutputs(outputs, getLimits());
-    return result ? _impl->link->setOutputs(outputs) : result;
-}
-
-Kes::Result Kesto::runSequence(const KesDriver::OutputSequence& sequence)
-{
-    if (auto result = KesDriver::checkSequence(sequence, getLimits()); !result)
-        return result;
-    // Before the call: the first step may be reported before the answer is there.
-    const auto previous = _impl->stepCount.exchange(sequence.size());
-    auto result = _impl->link->runSequence(sequence);
-    if (!result)
-        _impl->stepCount = previous;
+    ToldByResult told(shared_from_this());
+    unsigned epoch = 0;
+    {
+        const StateLock lock(DeviceStateMachine::getMutex());
+        if (!_isConnectedNow())
+            return true;
+        epoch = _fields->machine.getEpoch();
+    }
+    auto result = _ask([&](IKestoLink& link) { return _switchOff(link, epoch); });
+    // Without a connection it switches off by itself; a loss is told as such.
+    if (result || isConnectionError(result))
+        return true;
+    told.setTold();
+    _distrust(epoch, _getText("Errors.Kesto.disobeys"), LetGo::AtOnce);
     return result;
+}
+
+Kes::Result Kesto::_switchOff(IKestoLink& link, unsigned epoch)
+{
+    {
+        const StateLock lock(DeviceStateMachine::getMutex());
+        _fields->ends.beginEnd();
+        ++_fields->stopsBegun;
+        ++_fields->stopsPending;
+    }
+    auto result = link.stopWorkingMode();
+    const StateLock lock(DeviceStateMachine::getMutex());
+    --_fields->stopsPending;
+    _fields->changed.notifyAll();
+    auto& machine = _fields->machine;
+    if (!result || machine.getEpoch() != epoch)
+        return result;
+    _fields->isSwitchedOn = false;
+    if (machine.getState() == DeviceState::Working)
+        machine.change(DeviceState::Ready);
+    return result;
+}
+
+// Outputs
+
+Kes::Result Kesto::setOutputs(const OutputState& outputs)
+{
+    auto result = checkOutputs(outputs, getLimits());
+    return result ? _ask([&](IKestoLink& link) { return link.setOutputs(outputs); }) : result;
+}
+
+Kes::Result Kesto::_sendSequence(const OutputSequence& sequence,
+                                 Kes::Result (IKestoLink::*send)(const OutputSequence&))
+{
+    if (auto result = checkSequence(sequence, getLimits()); !result)
+        return result;
+    {
+        std::unique_lock lock(DeviceStateMachine::getMutex());
+        _fields->changed.waitFor(lock, longestTelling, [this] { return !_fields->ends.isBeingTold(); });
+        // Before it is sent: the first step may be reported before the answer is there.
+        _fields->filter.expectSteps(sequence.size());
+        _fields->ends.send();
+    }
+    auto result = _ask([&](IKestoLink& link) { return (link.*send)(sequence); });
+    if (!result) {
+        const StateLock lock(DeviceStateMachine::getMutex());
+        _fields->ends.takeBack();
+    }
+    return result;
+}
+
+Kes::Result Kesto::runSequence(const OutputSequence& sequence)
+{
+    return _sendSequence(sequence, &IKestoLink::runSequence);
+}
+
+Kes::Result Kesto::armSequence(const OutputSequence& sequence)
+{
+    return _sendSequence(sequence, &IKestoLink::armSequence);
+}
+
+Kes::Result Kesto::startArmed(const StartMoment& moment)
+{
+    return _ask([&](IKestoLink& link) { return link.startArmed(moment); });
 }
 
 Kes::Result Kesto::stopOutputs()
 {
-    return _impl->link->stopOutputs();
+    ToldByResult told(shared_from_this());
+    unsigned epoch = 0;
+    {
+        const StateLock lock(DeviceStateMachine::getMutex());
+        if (!_isConnectedNow())
+            return true;
+        _fields->ends.beginEnd();
+        epoch = _fields->machine.getEpoch();
+    }
+    auto result = _ask([](IKestoLink& link) { return link.stopOutputs(); });
+    if (result || isConnectionError(result))
+        return result;
+    told.setTold();
+    _distrust(epoch, _getText("Errors.Kesto.disobeys"), LetGo::AtOnce);
+    return result;
 }
 
-KesDriver::DeviceTime Kesto::getTime() const
+template <typename Answer>
+Kes::Result Kesto::_askFor(Answer& answer, Kes::Result (IKestoLink::*question)(Answer&))
 {
-    return std::max(_impl->link->getTime(), KesDriver::DeviceTime(0));
+    const unsigned epoch = _getEpoch();
+    auto result = _ask([&](IKestoLink& link) { return (link.*question)(answer); });
+    if (!result || KestoPlausibility::isPlausible(answer))
+        return result;
+    _distrust(epoch, _getText("Errors.Kesto.nonsense"), LetGo::StopFirst);
+    return _failure("Errors.Kesto.nonsense");
 }
 
-void Kesto::_retire()
+Kes::Result Kesto::readClock(ClockReading& reading)
 {
-    _impl->retire();
+    return _askFor(reading, &IKestoLink::readClock);
 }
 
-Kes::Result Kesto::_sendAuxDC(bool enable, double volts)
+Kes::Result Kesto::readTime(DeviceTime& time)
 {
-    return isConnected() ? _impl->link->setAuxDC(enable, volts) : Kes::Result(true);
+    return _askFor(time, &IKestoLink::readTime);
+}
+
+void Kesto::_setFaultStopper(std::weak_ptr<FaultStopper> stopper)
+{
+    const StateLock lock(DeviceStateMachine::getMutex());
+    _fields->faultStopper = std::move(stopper);
 }
 
 } // namespace KesDevice

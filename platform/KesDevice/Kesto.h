@@ -1,99 +1,185 @@
 #pragma once
 
 #include <KesCommon/Export.h>
-#include <KesCommon/Net/NetAddr.h>
 #include <KesCommon/Nullable.h>
 #include <KesCommon/Result.h>
 #include <KesCommon/Signal.h>
 #include <KesDevice/AuxDC.h>
+#include <KesDevice/DeviceState.h>
 #include <KesDriver/IKestoLink.h>
+#include <KesDriver/IKestoNetwork.h>
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <variant>
 
 namespace KesDevice {
 
-/// One test device of a hardware configuration. Owned by the configuration.
-///
-/// What a device says is not believed blindly: events of inputs that do not exist or with times that go back
-/// are dropped, a nonsensical end of a sequence counts as an incomplete one, and the operation error says so.
-///
-/// Operations and getters: any thread; those that talk to the device block until it has answered or has
-/// missed its time-out. Signals are emitted on the device's thread unless said otherwise; the references they
-/// carry are valid during the emission only.
-class KES_EXPORT Kesto {
-public:
-    using Address = Kes::Net::NetAddr<4, '.'>;
+class FaultStopper;
 
-    /// A device at a network address, reached by a link made for that address.
-    explicit Kesto(const Address& address);
-    /// With a link of the caller's.
-    Kesto(const Address& address, std::unique_ptr<KesDriver::IKestoLink> link);
-    ~Kesto();
+/// One test device. Shared by the configuration that it belongs to and by whoever is using it.
+///
+/// Everything that happens to a device goes through its one state: an operation is carried out when the state
+/// allows it, and what an operation or a report of the device finds out changes the state first and is told
+/// then. What a device says is not believed blindly: one that tells what makes no sense, does not obey, or
+/// does not answer in time is told to stop, let go of (its own watchdog switches everything off then), and
+/// counts as faulty or lost until it is connected again.
+///
+/// Getters and `disconnect`: any thread. Operations block until the device has answered or has missed its
+/// time-out: any thread but the GUI thread. Inside a slot they let go of the signal gate. Signals are emitted
+/// on the thread that found out: a device thread or that of the caller of an operation.
+class KES_EXPORT Kesto : public std::enable_shared_from_this<Kesto>, private KesDriver::IReportReceiver {
+public:
+    using Address = KesDriver::NetAddress;
+
+    /// A device at a network address, reached by the link.
+    static std::shared_ptr<Kesto> create(const Address& address, std::unique_ptr<KesDriver::IKestoLink> link);
+    /// Asks who is at the address, by a connection of its own that ends with the answer and switches nothing:
+    /// for a device that no configuration is connected to. Blocks as the operations do.
+    static Kes::Result identify(KesDriver::IKestoNetwork& network, const Address& address,
+                                KesDriver::KestoIdentity& identity, bool& isSimulated);
+    ~Kesto() override;
     Kesto(const Kesto&) = delete;
     Kesto& operator=(const Kesto&) = delete;
 
-    /// What is wrong with the device has changed; the argument is the new `getOperationError()`. Emitted on
-    /// the thread that found out: a device thread, the state updater's, or the caller's.
+    /// `getOperationError()` has changed; the argument is the new one, valid during the emission.
     Kes::Signal<void(const Kes::Nullable<std::string>&)> signalOperationErrorChanged;
-    Kes::Signal<void(const KesDriver::InputEvent&)> signalInput;
-    Kes::Signal<void(const KesDriver::StepEvent&)> signalStep;
-    Kes::Signal<void(const KesDriver::SequenceEvent&)> signalSequenceFinished;
-    /// A fault; a lost connection is one, with its connection-error flag set. A device repeats the record
-    /// about every second while the fault lasts.
-    Kes::Signal<void(KesDriver::KesAvary&)> signalAvary;
+    /// The device has told something that can be believed. A fault is told once, and again when it has
+    /// changed, has been away, or the device has been connected anew; a fault or a loss that an operation of
+    /// the configuration answers with is told by that operation's result alone. The reference is valid during
+    /// the emission.
+    Kes::Signal<void(const KesDriver::Report&)> signalReport;
     /// Something else that the user should know, such as that the device sends nonsense. Never null.
     Kes::Signal<void(const char*)> signalNotice;
 
     const Address& getAddress() const { return _address; }
     /// As the device last told; of unknown type before the first connection.
-    KesDriver::KestoIdentifer getIdentifer() const;
+    KesDriver::KestoIdentity getIdentity() const;
+    KesDriver::KestoIdentifer getIdentifer() const { return getIdentity().identifer; }
     /// Identifier and address, as errors name the device: "KESTO-3 No. 00017 (192.168.1.2)".
     std::string toDisplayString() const;
     /// Whether the device is a simulated one: results obtained with it say nothing about a real relay.
     bool isSimulated() const;
-    /// As the device tells; those of an ordinary device when it is not connected or tells nonsense.
+    /// As the device told when it was connected; those of an ordinary device before that, and when it told
+    /// nonsense.
     KesDriver::OutputLimits getLimits() const;
 
     AuxDC& auxDC() { return _auxDC; }
     const AuxDC& auxDC() const { return _auxDC; }
 
-    /// No value: unknown (never asked, or not connected). Empty: no error. Else what is wrong.
+    DeviceState getState() const;
+    /// What is wrong with the device, naming neither it nor its address unless it says so itself; empty when
+    /// nothing is.
+    std::string getStateReason() const;
+    /// The same for the status row. No value: unknown (never asked, or disconnected). Empty: no error.
     Kes::Nullable<std::string> getOperationError() const;
-
+    /// Whether there is a connection that can be used: the state is ready, working, or faulty and not let go
+    /// of.
     bool isConnected() const;
-    /// Connects, identifies, sets the auxiliary supply and asks for the state; succeeds at once when
-    /// connected. A device that is not ready counts as connected.
+
+    /// Connects, identifies, sets the auxiliary supply and asks for limits and state; succeeds at once when
+    /// connected. A device that is not ready counts as connected. There is one attempt at a time: who comes
+    /// while one is under way waits for it and gets its result.
     Kes::Result connect();
-    /// Outputs and auxiliary supply go off. The operation error is unknown afterwards.
+    /// Outputs and auxiliary supply go off with the connection; the state is absent. Ends an attempt under
+    /// way, and operations that wait for an answer. Does not wait for the device: any thread.
     void disconnect();
-    /// Asks for the state and updates the operation error; connects first when needed.
+    /// Asks for the state; connects when there is no connection.
     Kes::Result updateState();
 
-    /// Refused by a device that is not connected or has a fault.
+    /// Refused unless the device is ready. Waits for a `stopWorkingMode` of another thread, and gives way to
+    /// one that comes meanwhile.
     Kes::Result startWorkingMode();
+    /// Succeeds when there is no connection, or none any more: the device switches off by itself then. One
+    /// that does not obey is let go of.
     Kes::Result stopWorkingMode();
 
-    /// As the operations of `KesDriver::IKestoLink`. Values outside the limits are refused without asking the
-    /// device, with an error that names channel, value and limit.
+    /// As the operations of `KesDriver::IKestoLink`. A sequence is sent when the end of the one before has
+    /// been told to all who listen (half a second later at most), so that nobody mixes up the two. Values
+    /// outside the limits are refused without asking the device, with an error that names channel, value and
+    /// limit.
     Kes::Result setOutputs(const KesDriver::OutputState& outputs);
     Kes::Result runSequence(const KesDriver::OutputSequence& sequence);
     Kes::Result stopOutputs();
-    KesDriver::DeviceTime getTime() const;
+    Kes::Result armSequence(const KesDriver::OutputSequence& sequence);
+    Kes::Result startArmed(const KesDriver::StartMoment& moment);
+    Kes::Result readClock(KesDriver::ClockReading& reading);
+    Kes::Result readTime(KesDriver::DeviceTime& time);
 
 private:
     friend class AuxDC;
+    friend class FaultStopper;
     friend class HardwareManager;
     friend class KestoCollection;
-    class Impl;
+    struct Attempt;
+    class ToldByResult;
+    /// A report for `signalReport` or a text for `signalNotice`.
+    using News = std::variant<KesDriver::Report, std::string>;
 
+    Kesto(const Address& address, std::unique_ptr<KesDriver::IKestoLink> link);
+
+    /// The configuration has been replaced: no attempt to connect begins any more, and one under way that has
+    /// not got its address yet is given up. It would wait for the end of its own configuration.
+    void _refuse();
     /// The device is no part of a configuration in use any more: disconnects, for good.
     void _retire();
+    /// Who stops the other devices when this one fails; none for a device on its own.
+    void _setFaultStopper(std::weak_ptr<FaultStopper> stopper);
+
+    // Connecting, asking and ending (KestoConnection.cpp)
+
+    Kes::Result _attempt(unsigned epoch);
+    Kes::Result _open(unsigned epoch, KesDriver::KestoState& state);
+    Kes::Result _openLink(unsigned epoch);
+    Kes::Result _identify();
+    Kes::Result _readLimits();
+    Kes::Result _readState(KesDriver::KestoState& state);
+    void _applyState(const KesDriver::KestoState& state, unsigned epoch, unsigned auxDCChange);
     Kes::Result _sendAuxDC(bool enable, double volts);
+    /// Asks the device; a connection that is lost meanwhile changes the state before the result is there.
+    Kes::Result _ask(const std::function<Kes::Result(KesDriver::IKestoLink&)>& question);
+    Kes::Result _sendSequence(const KesDriver::OutputSequence& sequence,
+                              Kes::Result (KesDriver::IKestoLink::*send)(const KesDriver::OutputSequence&));
+    template <typename Answer>
+    Kes::Result _askFor(Answer& answer, Kes::Result (KesDriver::IKestoLink::*question)(Answer&));
+    Kes::Result _switchOff(KesDriver::IKestoLink& link, unsigned epoch);
+    /// Ends the link's connection while no attempt to connect can begin.
+    enum class LetGo { AtOnce, StopFirst };
+    void _endLink(LetGo how);
+
+    // What the device tells, and what becomes of it (KestoReports.cpp)
+
+    void receive(KesDriver::ConnectionNumber connection, const KesDriver::Report& report) override;
+    void _onEvent(KesDriver::ConnectionNumber connection, KesDriver::Report event);
+    void _onAvary(KesDriver::ConnectionNumber connection, const KesDriver::KesAvary& avary);
+    void _onLost(KesDriver::ConnectionNumber connection);
+    void _lose(unsigned epoch);
+    /// Stops a device that cannot be trusted, lets go of it, and tells why.
+    void _distrust(unsigned epoch, const std::string& reason, LetGo how);
+    void _stopOthers();
+    void _tellAnnounced();
+    void _emit(const News& news);
+    void _emitOperationError();
+    /// The end of a sequence that the device will not tell any more: a program waits for it.
+    void _emitEnd(const std::optional<KesDriver::SequenceEvent>& end);
+
+    std::string _getText(const char* key) const;
+    Kes::Result _failure(const char* key) const;
+    /// Why the device cannot do what it is asked for.
+    Kes::Result _refusal() const;
+    bool _isConnectedNow() const;
+    unsigned _getEpoch() const;
+    bool _isAttemptWanted(unsigned epoch) const;
 
     const Address _address;
     AuxDC _auxDC;
-    std::unique_ptr<Impl> _impl;
+    const std::unique_ptr<KesDriver::IKestoLink> _link;
+
+    /// Everything about the connection and the state; under the mutex of `DeviceStateMachine`.
+    struct Fields;
+    const std::unique_ptr<Fields> _fields;
 };
 
 } // namespace KesDevice

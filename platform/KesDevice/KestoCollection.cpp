@@ -3,7 +3,6 @@
 #include <KesCommon/StringHelper.h>
 #include <KesDevice/HardwareManagerText.h>
 
-#include <algorithm>
 #include <utility>
 
 namespace KesDevice {
@@ -12,7 +11,7 @@ KestoCollection::KestoCollection() = default;
 
 KestoCollection::~KestoCollection() = default;
 
-Kes::Result KestoCollection::addKesto(std::unique_ptr<Kesto> kesto)
+Kes::Result KestoCollection::addKesto(std::shared_ptr<Kesto> kesto)
 {
     if (!kesto)
         return false;
@@ -21,22 +20,21 @@ Kes::Result KestoCollection::addKesto(std::unique_ptr<Kesto> kesto)
     if (find(kesto->getAddress()))
         return Kes::Result::failure(Kes::StringHelper::format(
             lng::HardwareManager::get("Errors.Kesto.addressTaken"), kesto->getAddress().to_string()));
-    const std::shared_ptr<Kesto> owned = std::move(kesto);
     {
         std::lock_guard lock(_ownedMutex);
-        _owned.push_back(owned);
+        _owned[kesto.get()] = kesto;
     }
-    auto result = add(owned.get());
+    auto result = add(kesto.get());
     if (!result)
-        _onRemoved(owned.get());
+        _onRemoved(kesto.get());
     return result;
 }
 
-Kesto* KestoCollection::find(const Kesto::Address& address) const
+std::shared_ptr<Kesto> KestoCollection::find(const Kesto::Address& address) const
 {
-    for (const auto& kesto : lease())
+    for (auto& kesto : lease())
         if (kesto->getAddress() == address)
-            return kesto.get();
+            return kesto;
     return nullptr;
 }
 
@@ -45,30 +43,21 @@ std::vector<std::shared_ptr<Kesto>> KestoCollection::lease() const
     std::vector<std::shared_ptr<Kesto>> leased;
     std::lock_guard lock(_ownedMutex);
     for (const auto* item : getItems())
-        for (const auto& owned : _owned)
-            if (owned.get() == item)
-                leased.push_back(owned);
+        if (const auto owned = _owned.find(item); owned != _owned.end())
+            leased.push_back(owned->second);
     return leased;
 }
 
 void KestoCollection::_onRemoved(Kesto* const& kesto)
 {
-    // Under a lease it may live on, but its address is free at once.
-    if (const auto removed = _take(kesto))
-        removed->_retire();
-}
-
-std::shared_ptr<Kesto> KestoCollection::_take(const Kesto* kesto)
-{
-    std::shared_ptr<Kesto> taken;
-    std::lock_guard lock(_ownedMutex);
-    const auto found =
-        std::find_if(_owned.begin(), _owned.end(), [=](const auto& owned) { return owned.get() == kesto; });
-    if (found != _owned.end()) {
-        taken = std::move(*found);
-        _owned.erase(found);
+    decltype(_owned)::node_type removed;
+    {
+        std::lock_guard lock(_ownedMutex);
+        removed = _owned.extract(kesto);
     }
-    return taken;
+    // Under a lease it may live on, but its address is free at once.
+    if (removed)
+        removed.mapped()->_retire();
 }
 
 } // namespace KesDevice

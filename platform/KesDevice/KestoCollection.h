@@ -4,24 +4,25 @@
 #include <KesCommon/NotifyCollection.h>
 #include <KesDevice/Kesto.h>
 
+#include <map>
 #include <memory>
 #include <mutex>
 #include <vector>
 
 namespace KesDevice {
 
-/// The devices of a configuration, in order. The configuration owns them: a removed device is destroyed when
-/// all listeners have heard of its removal and nobody uses it under a lease any more. Any thread.
+/// The devices of a configuration, in order. A removed device is disconnected when all listeners have heard
+/// of its removal, and lives on for as long as somebody uses it under a lease. Any thread.
 class KES_EXPORT KestoCollection : public Kes::NotifyCollection<Kesto*> {
 public:
     KestoCollection();
     ~KestoCollection() override;
 
-    /// Takes the device over and puts it at the end. A null one, and one whose address is already in the
-    /// collection, are refused.
-    Kes::Result addKesto(std::unique_ptr<Kesto> kesto);
+    /// Puts the device at the end. A null one, and one whose address is already in the collection, are
+    /// refused.
+    Kes::Result addKesto(std::shared_ptr<Kesto> kesto);
     /// Null when no device has the address.
-    Kesto* find(const Kesto::Address& address) const;
+    std::shared_ptr<Kesto> find(const Kesto::Address& address) const;
 
     /// The devices, kept alive as long as the result is, for a thread that uses them while others may remove
     /// them.
@@ -31,10 +32,9 @@ protected:
     void _onRemoved(Kesto* const& kesto) override;
 
 private:
-    std::shared_ptr<Kesto> _take(const Kesto* kesto);
-
     mutable std::mutex _ownedMutex;
-    std::vector<std::shared_ptr<Kesto>> _owned;
+    /// The collection's own share in each device.
+    std::map<const Kesto*, std::shared_ptr<Kesto>> _owned;
 };
 
 } // namespace KesDevice

@@ -1,71 +1,233 @@
-#include <KesDevice/KestoReports.h>
+// The part of a device that hears what the device tells by itself, and tells others.
 
-#include <KesCommon/ExceptionText.h>
+#include <KesDevice/Kesto.h>
+
 #include <KesCommon/Log.h>
-#include <KesDriver/ServingWait.h>
+#include <KesCommon/SignalGate.h>
+#include <KesCommon/StringHelper.h>
+#include <KesDevice/HardwareManagerText.h>
+#include <KesDevice/detail/FaultStopper.h>
+#include <KesDevice/detail/KestoFields.h>
+#include <KesDevice/detail/KestoPlausibility.h>
+
+#include <optional>
+#include <type_traits>
+#include <utility>
 
 namespace KesDevice {
 
-void KestoReports::close()
+using namespace KesDriver;
+
+void Kesto::receive(ConnectionNumber connection, const Report& report)
 {
-    std::unique_lock lock(_mutex);
-    _closed = true;
-    KesDriver::servingWait(lock, _passed, [this] {
-        return _passing == std::thread::id() || _passing == std::this_thread::get_id();
-    });
+    std::visit(
+        [&](const auto& content) {
+            using Content = std::decay_t<decltype(content)>;
+            if constexpr (std::is_same_v<Content, KesAvary>)
+                _onAvary(connection, content);
+            else if constexpr (std::is_same_v<Content, ConnectionLost>)
+                _onLost(connection);
+            else
+                _onEvent(connection, content);
+        },
+        report);
 }
 
-bool KestoReports::isClosed() const
+void Kesto::_onEvent(ConnectionNumber connection, Report event)
 {
-    std::lock_guard lock(_mutex);
-    return _closed;
-}
-
-template <typename Report>
-void KestoReports::_pass(Report report)
-{
-    const auto self = shared_from_this();
+    unsigned epoch = 0;
+    bool isAccepted = false;
+    bool isEnd = false;
     {
-        std::lock_guard lock(_mutex);
-        if (_closed)
+        std::lock_guard lock(DeviceStateMachine::getMutex());
+        if (!_fields->isCurrent(connection))
             return;
-        _passing = std::this_thread::get_id();
+        epoch = _fields->machine.getEpoch();
+        isAccepted = _fields->filter.accept(event, _fields->limits);
+        isEnd = isAccepted && std::holds_alternative<SequenceEvent>(event);
+        if (isEnd)
+            _fields->ends.beginTelling();
     }
-    try {
-        report(_target);
-    } catch (...) {
-        // The link's thread goes on with the next report, and the program with switching the outputs off.
-        KesLog::Log::writeError("A receiver of a device's report has thrown: " +
-                                Kes::getCurrentExceptionText());
+    if (isAccepted)
+        signalReport.emit(event);
+    else
+        _distrust(epoch, _getText("Errors.Kesto.nonsense"), LetGo::StopFirst);
+    if (!isEnd)
+        return;
+    std::lock_guard lock(DeviceStateMachine::getMutex());
+    _fields->ends.endTelling();
+    _fields->changed.notifyAll();
+}
+
+void Kesto::_onAvary(ConnectionNumber connection, const KesAvary& avary)
+{
+    const auto corrected = KestoPlausibility::correct(avary, getIdentifer());
+    const auto faults = describeFaults(corrected);
+    const auto reason =
+        faults.empty() ? lng::HardwareManager::get("Errors.Kesto.notReady")
+                       : Kes::StringHelper::format(lng::HardwareManager::get("Errors.Kesto.fault"), faults);
+    bool hasFailed = false;
+    {
+        std::lock_guard lock(DeviceStateMachine::getMutex());
+        auto& machine = _fields->machine;
+        // While it is being connected its state is asked for, and tells the same.
+        if (!_fields->isCurrent(connection) || machine.getState() == DeviceState::Connecting)
+            return;
+        hasFailed = machine.getState() != DeviceState::Faulty;
+        const bool isNews = _fields->knownFault.isNews(corrected, KnownFault::Time::clock::now());
+        _fields->ends.beginEnd();
+        if (!hasFailed && !isNews)
+            return;
+        machine.change(DeviceState::Faulty, reason);
+        _fields->announce(Report(corrected));
     }
-    std::lock_guard lock(_mutex);
-    _passing = std::thread::id();
-    _passed.notify_all();
+    if (hasFailed)
+        _stopOthers();
+    _emitOperationError();
+    _tellAnnounced();
 }
 
-void KestoReports::onInput(const KesDriver::InputEvent& event)
+void Kesto::_onLost(ConnectionNumber connection)
 {
-    _pass([&](IKestoLinkListener& target) { target.onInput(event); });
+    unsigned epoch = 0;
+    const auto text = _getText("Errors.Kesto.connectionLost");
+    {
+        std::lock_guard lock(DeviceStateMachine::getMutex());
+        if (!_fields->isCurrent(connection))
+            return;
+        epoch = _fields->machine.getEpoch();
+        if (_fields->attempt)
+            _fields->attempt->failure = text;
+    }
+    _lose(epoch);
 }
 
-void KestoReports::onStep(const KesDriver::StepEvent& event)
+void Kesto::_lose(unsigned epoch)
 {
-    _pass([&](IKestoLinkListener& target) { target.onStep(event); });
+    const auto text = _getText("Errors.Kesto.connectionLost");
+    std::optional<SequenceEvent> end;
+    {
+        std::lock_guard lock(DeviceStateMachine::getMutex());
+        auto& machine = _fields->machine;
+        if (machine.getEpoch() != epoch || !_isConnectedNow())
+            return;
+        end = _fields->endConnection();
+        machine.change(DeviceState::Lost, text);
+        _fields->announce(Report(ConnectionLost{}));
+    }
+    _stopOthers();
+    _emitOperationError();
+    _tellAnnounced();
+    _emitEnd(end);
 }
 
-void KestoReports::onSequenceFinished(const KesDriver::SequenceEvent& event)
+void Kesto::_distrust(unsigned epoch, const std::string& reason, LetGo how)
 {
-    _pass([&](IKestoLinkListener& target) { target.onSequenceFinished(event); });
+    bool isAttemptFailing = false;
+    std::optional<SequenceEvent> end;
+    {
+        std::lock_guard lock(DeviceStateMachine::getMutex());
+        auto& machine = _fields->machine;
+        if (machine.getEpoch() != epoch || _fields->connection == 0)
+            return;
+        isAttemptFailing = machine.getState() == DeviceState::Connecting;
+        if (isAttemptFailing) {
+            _fields->attempt->failure = reason;
+        } else {
+            end = _fields->endConnection();
+            machine.change(DeviceState::Faulty, reason);
+            _fields->announce(reason);
+        }
+        _fields->connection = 0;
+        ++_fields->endings;
+    }
+    KesLog::Log::writeWarn(reason);
+    if (!isAttemptFailing)
+        _stopOthers();
+    // First the outputs, then the words.
+    _endLink(isAttemptFailing ? LetGo::AtOnce : how);
+    if (isAttemptFailing)
+        return;
+    _emitOperationError();
+    _tellAnnounced();
+    _emitEnd(end);
 }
 
-void KestoReports::onAvary(const KesDriver::KesAvary& avary)
+void Kesto::_stopOthers()
 {
-    _pass([&](IKestoLinkListener& target) { target.onAvary(avary); });
+    const auto stopper = [this] {
+        std::lock_guard lock(DeviceStateMachine::getMutex());
+        return _fields->faultStopper.lock();
+    }();
+    if (stopper)
+        stopper->stopOthers(*this);
 }
 
-void KestoReports::onConnectionLost()
+// Telling
+
+void Kesto::_tellAnnounced()
 {
-    _pass([](IKestoLinkListener& target) { target.onConnectionLost(); });
+    std::vector<News> untold;
+    {
+        std::lock_guard lock(DeviceStateMachine::getMutex());
+        --_fields->tellersPending;
+        untold = _fields->takeUntold();
+    }
+    for (const auto& news : untold)
+        _emit(news);
+}
+
+void Kesto::_emit(const News& news)
+{
+    if (const auto* report = std::get_if<Report>(&news))
+        signalReport.emit(*report);
+    else
+        signalNotice.emit(std::get<std::string>(news).c_str());
+}
+
+void Kesto::_emitEnd(const std::optional<SequenceEvent>& end)
+{
+    if (end)
+        signalReport.emit(*end);
+}
+
+void Kesto::_emitOperationError()
+{
+    // Under the gate, so that two threads tell in the order of the changes.
+    const Kes::SignalGate::Guard gate;
+    Kes::Nullable<std::string> error;
+    {
+        std::lock_guard lock(DeviceStateMachine::getMutex());
+        error = _fields->machine.getOperationError();
+        if (error.hasValue() == _fields->emittedError.hasValue() &&
+            (!error || *error == *_fields->emittedError))
+            return;
+        _fields->emittedError = error;
+    }
+    signalOperationErrorChanged.emit(error);
+}
+
+Kesto::ToldByResult::ToldByResult(std::shared_ptr<Kesto> kesto) : _kesto(std::move(kesto))
+{
+    std::lock_guard lock(DeviceStateMachine::getMutex());
+    ++_kesto->_fields->resultsPending;
+}
+
+Kesto::ToldByResult::~ToldByResult()
+{
+    if (!_kesto)
+        return;
+    std::vector<News> untold;
+    {
+        std::lock_guard lock(DeviceStateMachine::getMutex());
+        auto& fields = *_kesto->_fields;
+        if (_isTold)
+            fields.untold.clear();
+        --fields.resultsPending;
+        untold = fields.takeUntold();
+    }
+    for (const auto& news : untold)
+        _kesto->_emit(news);
 }
 
 } // namespace KesDevice

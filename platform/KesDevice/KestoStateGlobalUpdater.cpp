@@ -1,76 +1,26 @@
 #include <KesDevice/KestoStateGlobalUpdater.h>
 
-#include <KesCommon/ThreadHelper.h>
+#include <KesCommon/WaitCondition.h>
+#include <KesCommon/Worker.h>
 #include <KesDevice/HardwareControl.h>
 #include <KesDevice/HardwareIsRunningComponent.h>
-#include <KesDriver/ServingWait.h>
 
-#include <condition_variable>
-#include <functional>
 #include <mutex>
 #include <thread>
-#include <utility>
-#include <vector>
 
 namespace KesDevice {
 
-struct KestoStateGlobalUpdater::Impl {
-    using Kestos = std::vector<std::shared_ptr<Kesto>>;
-
-    explicit Impl(std::function<Kestos()> lease) : leaseKestos(std::move(lease)) {}
-
-    const std::function<Kestos()> leaseKestos;
+struct KestoStateGlobalUpdater::Fields {
     std::mutex mutex;
-    std::condition_variable changed;
+    Kes::WaitCondition changed;
     std::chrono::milliseconds interval{1000};
     unsigned intervalChanges = 0;
     bool isUpdating = false;
     bool isStopping = false;
-    bool isAsking = false;
-    std::thread thread;
-
-    bool isWanted()
-    {
-        std::lock_guard lock(mutex);
-        return isUpdating && !isStopping && !HardwareIsRunningComponent::getInstance().isRunning();
-    }
-
-    void askAll()
-    {
-        for (const auto& kesto : leaseKestos())
-            if (isWanted())
-                (void)kesto->updateState();
-    }
-
-    void run()
-    {
-        Kes::ThreadHelper::setCurrentThreadName("KesDevice_State");
-        std::unique_lock lock(mutex);
-        while (true) {
-            changed.wait(lock, [this] { return isUpdating || isStopping; });
-            if (isStopping)
-                return;
-            isAsking = true;
-            lock.unlock();
-            askAll();
-            lock.lock();
-            isAsking = false;
-            changed.notify_all();
-            const auto changes = intervalChanges;
-            changed.wait_for(lock, interval,
-                             [&] { return isStopping || !isUpdating || intervalChanges != changes; });
-        }
-    }
-
-    void stop()
-    {
-        {
-            std::lock_guard lock(mutex);
-            isStopping = true;
-            changed.notify_all();
-        }
-        Kes::ThreadHelper::join(thread);
-    }
+    /// The thread that is just asking; none between the rounds.
+    std::thread::id asking;
+    /// Last, as it uses all the others until its end.
+    Kes::Worker worker;
 };
 
 KestoStateGlobalUpdater& KestoStateGlobalUpdater::getInstance()
@@ -81,19 +31,19 @@ KestoStateGlobalUpdater& KestoStateGlobalUpdater::getInstance()
     return instance;
 }
 
-KestoStateGlobalUpdater::KestoStateGlobalUpdater()
-    : _impl(std::make_unique<Impl>([] { return HardwareControl::_leaseKestos(); }))
-{}
+KestoStateGlobalUpdater::KestoStateGlobalUpdater() : _fields(std::make_unique<Fields>()) {}
 
 KestoStateGlobalUpdater::~KestoStateGlobalUpdater()
 {
-    _impl->stop();
+    std::lock_guard lock(_fields->mutex);
+    _fields->isStopping = true;
+    _fields->changed.notifyAll();
 }
 
 bool KestoStateGlobalUpdater::isUpdating() const
 {
-    std::lock_guard lock(_impl->mutex);
-    return _impl->isUpdating;
+    std::lock_guard lock(_fields->mutex);
+    return _fields->isUpdating;
 }
 
 void KestoStateGlobalUpdater::setUpdating(bool updating)
@@ -102,27 +52,66 @@ void KestoStateGlobalUpdater::setUpdating(bool updating)
         Kes::SignalGate::Guard gate;
         if (isUpdating() != updating) {
             {
-                std::lock_guard lock(_impl->mutex);
-                _impl->isUpdating = updating;
-                if (updating && !_impl->thread.joinable())
-                    _impl->thread = std::thread([this] { _impl->run(); });
-                _impl->changed.notify_all();
+                std::lock_guard lock(_fields->mutex);
+                _fields->isUpdating = updating;
+                if (updating && !_fields->worker.isRunning())
+                    _fields->worker = Kes::Worker("KesDevice_State", [this] { _run(); });
+                _fields->changed.notifyAll();
             }
             signalUpdatingChanged.emit(updating);
         }
     }
-    std::unique_lock lock(_impl->mutex);
-    if (!updating && _impl->thread.get_id() != std::this_thread::get_id())
-        KesDriver::servingWait(lock, _impl->changed,
-                               [this] { return !_impl->isAsking || _impl->isUpdating; });
+    if (updating)
+        return;
+    std::unique_lock lock(_fields->mutex);
+    _fields->changed.wait(lock, [this] {
+        return _fields->isUpdating || _fields->asking == std::thread::id() ||
+               _fields->asking == std::this_thread::get_id();
+    });
 }
 
 void KestoStateGlobalUpdater::setInterval(std::chrono::milliseconds interval)
 {
-    std::lock_guard lock(_impl->mutex);
-    _impl->interval = interval;
-    ++_impl->intervalChanges;
-    _impl->changed.notify_all();
+    std::lock_guard lock(_fields->mutex);
+    _fields->interval = interval;
+    ++_fields->intervalChanges;
+    _fields->changed.notifyAll();
+}
+
+void KestoStateGlobalUpdater::_run()
+{
+    std::unique_lock lock(_fields->mutex);
+    while (true) {
+        _fields->changed.wait(lock, [this] { return _fields->isUpdating || _fields->isStopping; });
+        if (_fields->isStopping)
+            return;
+        _fields->asking = std::this_thread::get_id();
+        lock.unlock();
+        _askAll();
+        lock.lock();
+        _fields->asking = std::thread::id();
+        _fields->changed.notifyAll();
+        const auto changes = _fields->intervalChanges;
+        _fields->changed.waitFor(lock, _fields->interval, [&] {
+            return _fields->isStopping || !_fields->isUpdating || _fields->intervalChanges != changes;
+        });
+    }
+}
+
+/// An operation of the configuration asks its devices by itself.
+void KestoStateGlobalUpdater::_askAll()
+{
+    const auto hardware = HardwareControl::share();
+    for (const auto& kesto : hardware->getKestos().lease())
+        if (_isWanted() && !hardware->isBusy())
+            (void)kesto->updateState();
+}
+
+bool KestoStateGlobalUpdater::_isWanted() const
+{
+    std::lock_guard lock(_fields->mutex);
+    return _fields->isUpdating && !_fields->isStopping &&
+           !HardwareIsRunningComponent::getInstance().isRunning();
 }
 
 } // namespace KesDevice

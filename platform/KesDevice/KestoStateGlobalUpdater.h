@@ -28,8 +28,12 @@ public:
 private:
     KestoStateGlobalUpdater();
     ~KestoStateGlobalUpdater();
-    struct Impl;
-    std::unique_ptr<Impl> _impl;
+    void _run();
+    void _askAll();
+    bool _isWanted() const;
+
+    struct Fields;
+    const std::unique_ptr<Fields> _fields;
 };
 
 } // namespace KesDevice

@@ -65,4 +65,18 @@ bool SyncMode::isSeqSupported() const
     return _kind != SyncModeKind::PowerNetwork;
 }
 
+bool SyncMode::hasCommonClock() const
+{
+    return _kind == SyncModeKind::Cable || _kind == SyncModeKind::GPS || _kind == SyncModeKind::PTP;
+}
+
+std::chrono::microseconds SyncMode::getUncertainty() const
+{
+    if (hasCommonClock())
+        return std::chrono::microseconds(1);
+    if (_kind == SyncModeKind::ExternalStart)
+        return std::chrono::microseconds(100);
+    return std::chrono::microseconds(_kind == SyncModeKind::BinaryOutput ? 200 : 0);
+}
+
 } // namespace KesDevice

@@ -2,6 +2,7 @@
 
 #include <KesCommon/Export.h>
 
+#include <chrono>
 #include <optional>
 #include <string>
 
@@ -33,6 +34,11 @@ public:
     /// Whether devices in this mode can run sequences. Those that follow the mains cannot: a sequence needs a
     /// common moment of start, and the mains gives the devices only a common phase.
     bool isSeqSupported() const;
+    /// Whether the devices share a clock, on which a common moment can be named.
+    bool hasCommonClock() const;
+    /// By how much the starts of the devices may differ, as the mode is specified with the wiring that its
+    /// info asks for; 0 for a single device.
+    std::chrono::microseconds getUncertainty() const;
 
 private:
     explicit constexpr SyncMode(SyncModeKind kind) : _kind(kind) {}

@@ -1,8 +1,7 @@
 #include <KesTree/Node.h>
 
-#include <KesTree/NodeXml.h>
-
 #include <KesCommon/Language.h>
+#include <KesTree/detail/NodeXml.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,9 +1,8 @@
 #include <KesTreeRelay/RelayNodes.h>
 
-#include <KesTreeRelay/RelayText.h>
-
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
+#include <KesTreeRelay/detail/RelayText.h>
 
 namespace KesTree::RelayNodes {
 

@@ -1,10 +1,11 @@
 #include "TestBench.h"
 
 #include <KesDevice/HardwareControl.h>
-#include <KesDevice/HardwareFile.h>
 #include <KesDevice/HardwareIsRunningComponent.h>
 #include <KesDevice/KestoStateGlobalUpdater.h>
+#include <KesDevice/detail/HardwareFile.h>
 
+#include <support/DefaultHardware.h>
 #include <support/TemporaryHome.h>
 
 #include <cstdlib>
@@ -14,57 +15,47 @@ using testing::HasSubstr;
 
 namespace {
 
-std::unique_ptr<HardwareManager> createDefault()
-{
-    auto hardware = HardwareManager::create();
-    EXPECT_TRUE(
-        hardware->getKestos().addKesto(std::make_unique<Kesto>(HardwareControl::getSimulatedAddress())));
-    return hardware;
-}
-
 class HardwareControlTest : public testing::Test {
 protected:
-    ~HardwareControlTest() override { HardwareControl::setGlobalInstance(createDefault(), true); }
-
     TemporaryHome home;
+    DefaultHardware defaultHardware;
 };
 
 TEST_F(HardwareControlTest, ReplacementFreesTheDevicesAndTellsEveryone)
 {
-    auto* previous = HardwareControl::getInstance();
+    const auto previous = HardwareControl::share();
     EXPECT_TRUE(previous->isSimulated()) << "until one is made";
     ASSERT_TRUE(previous->prepare());
-    ASSERT_TRUE(previous->startWorkingMode());
+    ASSERT_EQ(message(previous->startWorkingMode()), "");
     std::vector<HardwareManager*> heard;
     Kes::ScopedConnection connection =
         HardwareControl::signalHardwareChanged.connect([&](HardwareManager* hardware) {
             heard.push_back(hardware);
             EXPECT_TRUE(hardware->prepare()) << "the device is free";
+            EXPECT_FALSE(previous->isOutputRunning());
         });
-    auto next = createDefault();
+    auto next = DefaultHardware::create();
     auto* expected = next.get();
     HardwareControl::setGlobalInstance(std::move(next), true);
     EXPECT_THAT(heard, ElementsAre(expected));
-    EXPECT_FALSE(previous->isOutputRunning());
     EXPECT_THAT(message(previous->prepare()), HasSubstr("has been replaced"));
     EXPECT_FALSE(std::filesystem::exists(HardwareFile::getPath())) << "temporary";
 }
 
-TEST_F(HardwareControlTest, ReplacementWaitsForAnOperation)
+TEST_F(HardwareControlTest, ReplacementWaitsForNothingAndEndsAnOperation)
 {
     FakeKesto fake;
     auto busy = HardwareManager::create();
     add(*busy, fake, 4);
     HardwareControl::setGlobalInstance(std::move(busy), true);
-    auto* hardware = HardwareControl::getInstance();
+    auto hardware = HardwareControl::share();
     fake.hold(LinkCall::Identify);
-    std::thread preparing([=] { EXPECT_TRUE(hardware->prepare()); });
+    std::thread preparing(
+        [hardware] { EXPECT_THAT(message(hardware->prepare()), HasSubstr("disconnected")); });
     ASSERT_TRUE(fake.waitForCall(LinkCall::Identify));
-    std::thread replacing([] { HardwareControl::setGlobalInstance(createDefault(), true); });
-    fake.release(LinkCall::Identify);
+    HardwareControl::setGlobalInstance(DefaultHardware::create(), true);
     preparing.join();
-    replacing.join();
-    EXPECT_FALSE(fake.isConnected());
+    EXPECT_TRUE(waitUntil([&] { return !fake.isConnected(); }));
 }
 
 TEST_F(HardwareControlTest, EmbeddedConfigurationStandsInForTheGlobalOne)
@@ -154,7 +145,7 @@ TEST_F(HardwareControlTest, UpdaterFollowsTheCurrentConfiguration)
     fake.hold(LinkCall::ReadState);
     const auto held = fake.countCalls(LinkCall::ReadState);
     ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState, held + 1));
-    HardwareControl::setGlobalInstance(createDefault(), true);
+    HardwareControl::setGlobalInstance(DefaultHardware::create(), true);
     fake.release(LinkCall::ReadState);
     EXPECT_TRUE(waitUntil(
         [] { return HardwareControl::getInstance()->getKestos().getItems()[0]->getOperationError() == ""; }));

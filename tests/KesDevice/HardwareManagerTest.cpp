@@ -68,7 +68,7 @@ TEST_F(HardwareManagerTest, AFaultStopsTheOthersWhenWanted)
     hardware->signalKestoState.connect([&](Kesto* kesto, const char* text) {
         notice.set_value((kesto == secondKesto ? "second: " : "?: ") + std::string(text));
     });
-    first.reportAvary({3, 17, false, true, {}}).wait();
+    first.report(KesDriver::KesAvary{3, 17, false, true, {}}).wait();
     EXPECT_EQ(second.countCalls(LinkCall::StopOutputs), 0U);
     hardware->setIsStopOnFault(true);
     second.fail(LinkCall::StopOutputs, "stuck");
@@ -96,16 +96,17 @@ TEST_F(HardwareManagerTest, OneSilentDeviceKeepsNoOtherOneWaiting)
 TEST_F(HardwareManagerTest, OperationsTakeTurnsAndSlotsMayCallThem)
 {
     first.hold(LinkCall::Connect);
-    std::thread preparing([&] { EXPECT_TRUE(hardware->prepare()); });
+    std::thread preparing(
+        [&] { EXPECT_THAT(message(hardware->prepare()), testing::HasSubstr("has been disconnected")); });
     ASSERT_TRUE(first.waitForCall(LinkCall::Connect));
     std::thread disconnecting([&] {
         // As a slot would: with the gate held, which the preparing thread needs before it can end.
         Kes::SignalGate::Guard gate;
         EXPECT_TRUE(hardware->disconnect());
     });
-    first.release(LinkCall::Connect);
     preparing.join();
     disconnecting.join();
+    first.release(LinkCall::Connect);
     EXPECT_FALSE(first.isConnected());
 
     ASSERT_TRUE(hardware->prepare());
@@ -144,7 +145,7 @@ TEST_F(HardwareManagerTest, DevicesComeAndGoWhileOthersWorkWithThem)
         auto* kesto = add(*hardware, guest, 7);
         ASSERT_TRUE(kesto);
         (void)kesto->connect();
-        guest.reportAvary({3, 17, false, true, {}});
+        guest.report(KesDriver::KesAvary{3, 17, false, true, {}});
         ASSERT_TRUE(hardware->getKestos().remove(kesto));
         EXPECT_TRUE(waitUntil([&] { return !guest.isConnected(); })) << "an attempt under way may end first";
     }

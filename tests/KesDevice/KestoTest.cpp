@@ -2,6 +2,7 @@
 
 #include <support/Record.h>
 
+#include <future>
 #include <limits>
 #include <stdexcept>
 
@@ -16,26 +17,31 @@ protected:
         kesto.signalOperationErrorChanged.connect([this](const Kes::Nullable<std::string>& error) {
             record.write(error ? "state [" + *error + "]" : "state unknown");
         });
-        kesto.signalInput.connect([this](const KesDriver::InputEvent& event) {
-            record.write("input " + std::to_string(event.input) + " at " +
-                         std::to_string(event.time.count()));
-        });
-        kesto.signalStep.connect([this](const KesDriver::StepEvent& event) {
-            record.write("step " + std::to_string(event.step));
-        });
-        kesto.signalSequenceFinished.connect([this](const KesDriver::SequenceEvent& event) {
-            record.write((event.isComplete ? "complete at " : "incomplete at ") +
-                         std::to_string(event.time.count()));
-        });
-        kesto.signalAvary.connect([this](KesDriver::KesAvary& avary) {
-            record.write("avary " + std::to_string(avary.serialNumber) + ' ' +
-                         KesDriver::describeFaults(avary));
+        kesto.signalReport.connect([this](const KesDriver::Report& report) {
+            std::visit([this](const auto& content) { write(content); }, report);
         });
         kesto.signalNotice.connect([this](const char* text) { record.write(std::string("notice ") + text); });
     }
 
+    void write(const KesDriver::InputEvent& event)
+    {
+        record.write("input " + std::to_string(event.input) + " at " + std::to_string(event.time.count()));
+    }
+    void write(const KesDriver::StepEvent& event) { record.write("step " + std::to_string(event.step)); }
+    void write(const KesDriver::SequenceEvent& event)
+    {
+        record.write((event.isComplete ? "complete at " : "incomplete at ") +
+                     std::to_string(event.time.count()));
+    }
+    void write(const KesDriver::KesAvary& avary)
+    {
+        record.write("avary " + std::to_string(avary.serialNumber) + ' ' + KesDriver::describeFaults(avary));
+    }
+    void write(const KesDriver::ConnectionLost&) { record.write("lost"); }
+
     FakeKesto fake;
-    Kesto kesto{address(2), fake.createLink()};
+    const std::shared_ptr<Kesto> owned = Kesto::create(address(2), fake.createLink());
+    Kesto& kesto = *owned;
     Record record;
 };
 
@@ -76,9 +82,9 @@ TEST_F(KestoTest, DisconnectingDuringAnAttemptHasTheLastWord)
     std::thread connecting([&] { result = kesto.connect(); });
     ASSERT_TRUE(fake.waitForCall(LinkCall::Identify));
     kesto.disconnect();
-    fake.release(LinkCall::Identify);
     connecting.join();
-    EXPECT_EQ(message(result), "KESTO-3 No. 00017 (192.168.1.2) has been disconnected.");
+    fake.release(LinkCall::Identify);
+    EXPECT_EQ(message(result), "KESTO (192.168.1.2) has been disconnected.");
     EXPECT_FALSE(kesto.isConnected());
     EXPECT_FALSE(kesto.getOperationError()) << "what was found out before is history";
 }
@@ -97,43 +103,100 @@ TEST_F(KestoTest, RefusesValuesBeforeTheyAreSent)
     EXPECT_EQ(fake.countCalls(LinkCall::SetOutputs), 0U);
 }
 
-TEST_F(KestoTest, PassesPlausibleEventsOnAndDropsTheOthers)
+TEST_F(KestoTest, PassesPlausibleEventsOn)
 {
     ASSERT_TRUE(kesto.connect());
     ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}, {{}, 1ms, {}}}));
     record.take();
-    fake.reportStep(0, 100us);
-    fake.reportInput(8, true, 100us);
-    fake.reportSequenceFinished(true, 300us).wait();
+    fake.report(KesDriver::StepEvent{0, 100us});
+    fake.report(KesDriver::InputEvent{8, true, 100us, 0});
+    fake.report(KesDriver::SequenceEvent{true, 300us}).wait();
     EXPECT_THAT(record.take(), ElementsAre("step 0", "input 8 at 100", "complete at 300"));
-
-    fake.reportInput(9, true, 400us);
-    fake.reportStep(2, 400us);
-    fake.reportInput(1, true, 399us); // goes back
-    fake.reportInput(1, true, KesDriver::DeviceTime::max());
-    fake.reportInput(2, true, 400us); // sane again
-    fake.reportSequenceFinished(true, -1us).wait();
-    const std::string nonsense = "KESTO-3 No. 00017 (192.168.1.2) sends data that make no sense.";
-    EXPECT_THAT(record.take(), ElementsAre("state [" + nonsense + "]", "notice " + nonsense, "input 2 at 400",
-                                           "incomplete at 400"));
 }
 
-TEST_F(KestoTest, ReportsFaultsAndLostConnections)
+TEST_F(KestoTest, StopsAndLetsGoOfADeviceThatTalksNonsense)
+{
+    using namespace KesDriver;
+    const std::string nonsense = "KESTO-3 No. 00017 (192.168.1.2) sends data that make no sense.";
+    const Report reports[] = {InputEvent{9, true, 400us, {}}, InputEvent{0, true, 400us, {}},
+                              InputEvent{1, true, 400us, 2},  StepEvent{2, 400us},
+                              InputEvent{1, true, 99us, {}},  InputEvent{1, true, DeviceTime::max(), {}},
+                              SequenceEvent{true, -1us}};
+    for (const auto& report : reports) {
+        ASSERT_TRUE(kesto.connect());
+        ASSERT_TRUE(kesto.startWorkingMode());
+        ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}, {{}, 1ms, {}}}));
+        fake.report(StepEvent{0, 100us}).wait();
+        record.take();
+        const auto stops = fake.countCalls(LinkCall::StopOutputs);
+        fake.report(report);
+        fake.report(StepEvent{1, 500us}).wait();
+        EXPECT_EQ(fake.countCalls(LinkCall::StopOutputs), stops + 1);
+        EXPECT_FALSE(fake.isConnected());
+        EXPECT_EQ(kesto.getState(), DeviceState::Faulty);
+        EXPECT_THAT(record.take(), ElementsAre("state [" + nonsense + "]", "notice " + nonsense,
+                                               testing::StartsWith("incomplete at ")));
+    }
+}
+
+TEST_F(KestoTest, ARefusedSequenceDoesNotMakeTheOneBeforeNonsense)
 {
     ASSERT_TRUE(kesto.connect());
+    ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}, {{}, 1ms, {}}, {{}, 1ms, {}}}));
+    fake.report(KesDriver::StepEvent{0, 100us}).wait();
+    fake.fail(LinkCall::RunSequence, "A sequence is running.");
+    EXPECT_FALSE(kesto.runSequence({{{}, 1ms, {}}}));
+    record.take();
+    fake.report(KesDriver::StepEvent{2, 200us}).wait();
+    EXPECT_THAT(record.take(), ElementsAre("step 2"));
+}
+
+TEST_F(KestoTest, SendsASequenceWhenTheEndOfTheOneBeforeHasBeenTold)
+{
+    ASSERT_TRUE(kesto.connect());
+    ASSERT_TRUE(kesto.runSequence({{{}, 1h, {}}}));
+    ASSERT_TRUE(kesto.stopOutputs());
+    std::promise<void> isTelling;
+    std::size_t sentMeanwhile = 0;
+    kesto.signalReport.connect([&](const KesDriver::Report& report) {
+        if (!std::holds_alternative<KesDriver::SequenceEvent>(report))
+            return;
+        isTelling.set_value();
+        const auto end = std::chrono::steady_clock::now() + 100ms;
+        while (fake.countCalls(LinkCall::RunSequence) < 2 && std::chrono::steady_clock::now() < end)
+            std::this_thread::yield();
+        sentMeanwhile = fake.countCalls(LinkCall::RunSequence) - 1;
+    });
+    const auto told = fake.report(KesDriver::SequenceEvent{false, 100us});
+    isTelling.get_future().wait();
+    EXPECT_TRUE(kesto.runSequence({{{}, 1h, {}}}));
+    EXPECT_EQ(sentMeanwhile, 0U);
+    told.wait();
+}
+
+TEST_F(KestoTest, TellsAFaultOnceAndALossWithTheEndOfTheSequence)
+{
+    ASSERT_TRUE(kesto.connect());
+    ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}}));
+    fake.report(KesDriver::StepEvent{0, 100us}).wait();
     record.take();
     KesDriver::KesAvary avary{999, 999, false, false, {{"IA", false, false, true}}};
     avary.channels.resize(1000, {std::string(100000, '\xFF') + "\n", false, false, false});
-    kesto.signalAvary.connect([](KesDriver::KesAvary&) { throw std::runtime_error("thrown by a receiver"); });
-    fake.reportAvary(avary);
-    fake.reportAvary(avary).wait();
+    kesto.signalReport.connect(
+        [](const KesDriver::Report&) { throw std::runtime_error("thrown by a receiver"); });
+    fake.report(avary);
+    fake.report(avary).wait();
     EXPECT_THAT(record.take(), ElementsAre("state [Fault: IA - overload]", "avary 17 IA - overload",
-                                           "avary 17 IA - overload"));
+                                           "notice thrown by a receiver"));
+    avary.channels[0].isOverheat = true;
+    fake.report(avary).wait();
+    EXPECT_THAT(record.take(), testing::Contains("avary 17 IA - overheat; IA - overload"));
     fake.reportConnectionLost().wait();
     EXPECT_THAT(record.take(),
-                ElementsAre("state [KESTO-3 No. 00017 (192.168.1.2): the connection was lost.]",
-                            "avary 17 connection error"));
-    EXPECT_FALSE(kesto.isConnected());
+                ElementsAre("state [KESTO-3 No. 00017 (192.168.1.2): the connection was lost.]", "lost",
+                            "notice thrown by a receiver", "incomplete at 100",
+                            "notice thrown by a receiver"));
+    EXPECT_EQ(kesto.getState(), DeviceState::Lost);
 }
 
 TEST_F(KestoTest, RefusesNonsensicalAnswers)
@@ -156,14 +219,14 @@ TEST(KestoLifeTime, MayDieInsideItsOwnSignalAndWhileItsDeviceTalks)
 {
     for (int round = 0; round < 50; ++round) {
         FakeKesto fake;
-        auto kesto = std::make_unique<Kesto>(address(3), fake.createLink());
+        auto kesto = Kesto::create(address(3), fake.createLink());
         ASSERT_TRUE(kesto->connect());
         const bool inside = round % 2 == 0;
         kesto->signalOperationErrorChanged.connect([&](const Kes::Nullable<std::string>&) {
             if (inside)
                 kesto.reset();
         });
-        fake.reportAvary({3, 17, false, true, {}});
+        fake.report(KesDriver::KesAvary{3, 17, false, true, {}});
         auto last = fake.reportConnectionLost();
         if (!inside)
             kesto.reset();

@@ -31,9 +31,8 @@ inline std::string message(const Kes::Result& result)
 /// Puts a device with the fake's link into the configuration.
 inline Kesto* add(HardwareManager& hardware, FakeKesto& fake, std::uint8_t last)
 {
-    auto kesto = std::make_unique<Kesto>(address(last), fake.createLink());
-    auto* added = kesto.get();
-    return hardware.getKestos().addKesto(std::move(kesto)) ? added : nullptr;
+    const auto kesto = Kesto::create(address(last), fake.createLink());
+    return hardware.getKestos().addKesto(kesto) ? kesto.get() : nullptr;
 }
 
 /// For states that come about on other threads without an announcement; false after ten seconds.

@@ -10,11 +10,7 @@ using KesDevice::Kesto;
 /// One device, at 10.0.0.1.
 class HardwareDraftTest : public testing::Test {
 protected:
-    HardwareDraftTest()
-    {
-        EXPECT_TRUE(
-            hardware->getKestos().addKesto(std::make_unique<Kesto>(*Kesto::Address::parse("10.0.0.1"))));
-    }
+    HardwareDraftTest() { EXPECT_TRUE(hardware->addKesto(*Kesto::Address::parse("10.0.0.1"))); }
 
     const std::unique_ptr<KesDevice::HardwareManager> hardware = KesDevice::HardwareManager::create();
 };

@@ -3,7 +3,7 @@
 
 #include <KesDevice/HardwareControl.h>
 #include <KesDevice/view/HardwareManagerPresenter.h>
-#include <KesDriver/SimulatedNetwork.h>
+#include <KesDriver/simulated/SimulatedNetwork.h>
 
 #include <stdexcept>
 
@@ -26,12 +26,12 @@ public:
     ~NetworkDevices()
     {
         for (const auto& text : _addresses)
-            KesDriver::SimulatedNetwork::getInstance().remove(address(text));
+            KesDriver::SimulatedNetwork::getEmbedded()->remove(address(text));
     }
     KesDriver::SimulatedKesto& add(const std::string& text, KesDriver::KestoIdentifer identifer)
     {
         auto device = std::make_shared<KesDriver::SimulatedKesto>(identifer);
-        EXPECT_TRUE(KesDriver::SimulatedNetwork::getInstance().add(address(text), device));
+        EXPECT_TRUE(KesDriver::SimulatedNetwork::getEmbedded()->add(address(text), device));
         _addresses.push_back(text);
         return *device;
     }
@@ -89,10 +89,7 @@ protected:
                 return true;
         return false;
     }
-    void addHardware(const char* text)
-    {
-        ASSERT_TRUE(hardware->getKestos().addKesto(std::make_unique<Kesto>(address(text))));
-    }
+    void addHardware(const char* text) { ASSERT_TRUE(hardware->addKesto(address(text))); }
 
     NetworkDevices network;
     std::unique_ptr<HardwareManager> hardware = HardwareManager::create();
@@ -272,7 +269,7 @@ TEST_F(HardwareManagerPresenterTest, FollowsTheGlobalConfigurationWhenItIsReplac
 
     KesTest::FakeKesto fake;
     auto other = HardwareManager::create();
-    ASSERT_TRUE(other->getKestos().addKesto(std::make_unique<Kesto>(address("10.1.0.1"), fake.createLink())));
+    ASSERT_TRUE(other->getKestos().addKesto(Kesto::create(address("10.1.0.1"), fake.createLink())));
     ASSERT_TRUE(other->prepare());
     ASSERT_TRUE(other->startWorkingMode());
     KesDevice::HardwareControl::setGlobalInstance(std::move(other), true);

@@ -1,7 +1,7 @@
 // Linked into a test program, gives its simulated devices a fault from outside: on SIGUSR1 an overload of the
 // first channel, which the devices report again and again for a while.
 
-#include <KesDriver/SimulatedNetwork.h>
+#include <KesDriver/simulated/SimulatedNetwork.h>
 
 #include <glib-unix.h>
 
@@ -17,9 +17,9 @@ constexpr guint duration = 400; // milliseconds
 
 void forEachDevice(const std::function<void(KesDriver::SimulatedKesto&)>& action)
 {
-    auto& network = KesDriver::SimulatedNetwork::getInstance();
-    for (const auto& address : network.search())
-        if (const auto device = network.find(address))
+    const auto network = KesDriver::SimulatedNetwork::getEmbedded();
+    for (const auto& address : network->find())
+        if (const auto device = network->get(address))
             action(*device);
 }
 

@@ -1,6 +1,6 @@
 #include <Overcurrent/model/OvercurrentModel.h>
 
-#include <KesDriver/SimulatedNetwork.h>
+#include <KesDriver/simulated/SimulatedNetwork.h>
 
 #include <support/GuiTest.h>
 #include <support/TemporaryHome.h>
@@ -50,7 +50,7 @@ protected:
     std::shared_ptr<KesDriver::SimulatedKesto> getDevice()
     {
         const auto kestos = model.getHardware()->getKestos().getItems();
-        return KesDriver::SimulatedNetwork::getInstance().find(kestos.front()->getAddress());
+        return KesDriver::SimulatedNetwork::getEmbedded()->get(kestos.front()->getAddress());
     }
     bool isOutputZero() { return getDevice()->getOutputs().currents[0].magnitude == 0.0; }
 

@@ -1,6 +1,6 @@
 #include <Overcurrent/run/TestRun.h>
 
-#include <KesDriver/SimulatedKesto.h>
+#include <KesDriver/simulated/SimulatedKesto.h>
 
 #include <support/SimulatedRelay.h>
 
@@ -59,7 +59,6 @@ private:
 class TestRunTest : public testing::Test {
 protected:
     TestRunTest()
-        : kesto(KesDevice::Kesto::Address({10, 0, 0, 1}), KesDriver::SimulatedKesto::createLink(device))
     {
         EXPECT_TRUE(device->setSpeed(5000));
         plan.multiples = {2.0, 5.0};
@@ -79,7 +78,9 @@ protected:
 
     std::shared_ptr<KesDriver::SimulatedKesto> device =
         std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 7));
-    KesDevice::Kesto kesto;
+    const std::shared_ptr<KesDevice::Kesto> owned = KesDevice::Kesto::create(
+        KesDevice::Kesto::Address({10, 0, 0, 1}), KesDriver::SimulatedKesto::createLink(device));
+    KesDevice::Kesto& kesto = *owned;
     RelaySettings settings;
     TestPlan plan;
     RunControl control;

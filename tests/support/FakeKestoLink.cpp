@@ -1,36 +1,42 @@
 #include "FakeKestoLink.h"
 
-#include <KesCommon/ThreadHelper.h>
-#include <KesDriver/ServingWait.h>
+#include <KesDriver/ConnectionError.h>
 
 namespace KesTest {
 
 using namespace KesDriver;
+
+Kes::Result FakeKesto::State::connect(ConnectionNumber& number)
+{
+    std::unique_lock lock(mutex);
+    ++calls[LinkCall::Connect];
+    changed.notify_all();
+    const auto before = connections;
+    changed.wait(lock, [&] { return !held.contains(LinkCall::Connect) || connections != before; });
+    if (const auto& failure = failures[LinkCall::Connect]; !failure.empty() || connections != before)
+        return ConnectionError::failure(failure);
+    number = connection = ++connections;
+    return true;
+}
 
 Kes::Result FakeKesto::State::call(LinkCall call, const std::function<void()>& effect)
 {
     std::unique_lock lock(mutex);
     ++calls[call];
     changed.notify_all();
-    changed.wait(lock, [&] { return !held.contains(call); });
+    const auto begun = connection;
+    changed.wait(lock, [&] { return !held.contains(call) || connection != begun; });
+    if (dropping.erase(call) > 0)
+        end();
+    if (connection == 0 || connection != begun)
+        return ConnectionError::failure("The fake is not connected.");
     if (!failures[call].empty())
         return Kes::Result::failure(failures[call]);
     effect();
+    changed.wait(lock, [&] { return !heldAnswers.contains(call) || connection != begun; });
+    if (connection != begun)
+        return ConnectionError::failure("The fake is not connected.");
     return true;
-}
-
-void FakeKesto::State::deliver(const Report& report)
-{
-    std::unique_lock lock(mutex);
-    auto* receiver = listener;
-    if (!receiver)
-        return;
-    deliverer = std::this_thread::get_id();
-    lock.unlock();
-    report(*receiver);
-    lock.lock();
-    deliverer = std::thread::id();
-    changed.notify_all();
 }
 
 void FakeKesto::State::run()
@@ -44,6 +50,7 @@ void FakeKesto::State::run()
         reports.pop();
         lock.unlock();
         next();
+        next = {};
         lock.lock();
     }
 }
@@ -51,27 +58,31 @@ void FakeKesto::State::run()
 class FakeKesto::Link : public IKestoLink {
 public:
     explicit Link(std::shared_ptr<State> state) : _state(std::move(state)) {}
-    ~Link() override { setListener(nullptr); }
+    ~Link() override { disconnect(); }
 
-    bool isSimulated() const override { return false; }
-    Kes::Result connect() override
+    void setReceiver(std::weak_ptr<IReportReceiver> receiver) override
     {
-        return _state->call(LinkCall::Connect, [this] { _state->isConnected = true; });
+        _state->set([&] { _state->receiver = std::move(receiver); });
     }
+    Kes::Result connect(ConnectionNumber& connection) override { return _state->connect(connection); }
     void disconnect() override
     {
-        _state->set([this] { _state->isConnected = _state->isWorking = false; });
+        // Also ends an attempt under way.
+        _state->set([this] {
+            _state->end();
+            ++_state->connections;
+        });
     }
-    bool isConnected() const override { return _state->get(_state->isConnected); }
-    Kes::Result identify(KestoIdentifer& identifer) override
+    Kes::Result identify(KestoIdentity& identity) override
     {
-        return _state->call(LinkCall::Identify, [&] { identifer = _state->identifer; });
+        return _state->call(LinkCall::Identify, [&] { identity = _state->identity; });
     }
     Kes::Result readState(KestoState& state) override
     {
         return _state->call(LinkCall::ReadState, [&] { state = _state->state; });
     }
-    OutputLimits getLimits() const override { return {}; }
+    Kes::Result readLimits(OutputLimits&) override { return true; }
+    Kes::Result readTime(DeviceTime&) override { return true; }
     Kes::Result setAuxDC(bool enable, double volts) override
     {
         return _state->call(LinkCall::SetAuxDC, [&] {
@@ -91,21 +102,17 @@ public:
     {
         return _state->call(LinkCall::SetOutputs, [] {});
     }
-    Kes::Result runSequence(const OutputSequence&) override { return true; }
+    Kes::Result runSequence(const OutputSequence&) override
+    {
+        return _state->call(LinkCall::RunSequence, [] {});
+    }
     Kes::Result stopOutputs() override
     {
         return _state->call(LinkCall::StopOutputs, [] {});
     }
-    DeviceTime getTime() const override { return DeviceTime(0); }
-
-    void setListener(IKestoLinkListener* listener) override
-    {
-        std::unique_lock lock(_state->mutex);
-        _state->listener = listener;
-        servingWait(lock, _state->changed, [this] {
-            return _state->deliverer == std::thread::id() || _state->deliverer == std::this_thread::get_id();
-        });
-    }
+    Kes::Result armSequence(const OutputSequence&) override { return true; }
+    Kes::Result startArmed(const StartMoment&) override { return true; }
+    Kes::Result readClock(ClockReading&) override { return true; }
 
 private:
     const std::shared_ptr<State> _state;
@@ -116,8 +123,9 @@ FakeKesto::~FakeKesto()
     _state->set([this] {
         _state->stopping = true;
         _state->held.clear();
+        _state->heldAnswers.clear();
     });
-    Kes::ThreadHelper::join(_thread);
+    _thread.join();
 }
 
 std::unique_ptr<IKestoLink> FakeKesto::createLink()
@@ -140,8 +148,15 @@ bool FakeKesto::waitForCall(LinkCall call, std::size_t count) const
 
 std::future<void> FakeKesto::report(Report report)
 {
-    std::packaged_task<void()> task(
-        [state = _state.get(), report = std::move(report)] { state->deliver(report); });
+    return _report(_state->get(_state->connection), std::move(report));
+}
+
+std::future<void> FakeKesto::_report(ConnectionNumber connection, Report report)
+{
+    std::packaged_task<void()> task([state = _state.get(), connection, report = std::move(report)] {
+        if (const auto receiver = state->get(state->receiver).lock())
+            receiver->receive(connection, report);
+    });
     auto done = task.get_future();
     _state->set([&] { _state->reports.push(std::move(task)); });
     return done;

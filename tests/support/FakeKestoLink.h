@@ -24,6 +24,7 @@ enum class LinkCall {
     StartWorkingMode,
     StopWorkingMode,
     SetOutputs,
+    RunSequence,
     StopOutputs
 };
 
@@ -34,7 +35,7 @@ enum class LinkCall {
 /// thread.
 ///
 ///     KesTest::FakeKesto fake;
-///     KesDevice::Kesto kesto(address, fake.createLink());
+///     const auto kesto = KesDevice::Kesto::create(address, fake.createLink());
 class FakeKesto {
 public:
     FakeKesto() = default;
@@ -48,25 +49,40 @@ public:
 
     void setIdentifer(KesDriver::KestoIdentifer identifer)
     {
-        _state->set([&] { _state->identifer = identifer; });
+        _state->set([&] { _state->identity.identifer = identifer; });
     }
     void setState(KesDriver::KestoState state)
     {
         _state->set([&] { _state->state = std::move(state); });
     }
-    /// The call fails with the text from now on; an empty text makes it succeed again.
+    /// The device refuses the call with the text from now on; an empty text makes it succeed again.
     void fail(LinkCall call, const std::string& text)
     {
         _state->set([&] { _state->failures[call] = text; });
     }
-    /// The call stands still from now on until `release` (before anything else happens).
+    /// The connection is lost in the next such call, before the device has heard of it.
+    void dropIn(LinkCall call)
+    {
+        _state->set([&] { _state->dropping.insert(call); });
+    }
+    /// The call stands still from now on until `release`, or until the connection ends (before anything else
+    /// happens).
     void hold(LinkCall call)
     {
         _state->set([&] { _state->held.insert(call); });
     }
+    /// The call is carried out at once, and its answer stands still until `release`, or until the connection
+    /// ends.
+    void holdAnswer(LinkCall call)
+    {
+        _state->set([&] { _state->heldAnswers.insert(call); });
+    }
     void release(LinkCall call)
     {
-        _state->set([&] { _state->held.erase(call); });
+        _state->set([&] {
+            _state->held.erase(call);
+            _state->heldAnswers.erase(call);
+        });
     }
 
     // What it was asked.
@@ -74,59 +90,49 @@ public:
     std::size_t countCalls(LinkCall call) const;
     /// Waits until the call has begun that often; false after ten seconds.
     bool waitForCall(LinkCall call, std::size_t count = 1) const;
-    bool isConnected() const { return _state->get(_state->isConnected); }
+    bool isConnected() const { return _state->get(_state->connection) != 0; }
     bool isWorking() const { return _state->get(_state->isWorking); }
 
     // What it reports by itself, on its own thread and in the order of the calls. The result is ready when
-    // the listener has returned; without a listener the report is dropped.
+    // the receiver has returned; without a receiver the report is dropped.
 
-    using Report = std::function<void(KesDriver::IKestoLinkListener&)>;
-    std::future<void> report(Report report);
-    std::future<void> reportInput(unsigned input, bool isClosed, KesDriver::DeviceTime time)
-    {
-        return report([=](auto& listener) { listener.onInput({input, isClosed, time}); });
-    }
-    std::future<void> reportStep(std::size_t step, KesDriver::DeviceTime time)
-    {
-        return report([=](auto& listener) { listener.onStep({step, time}); });
-    }
-    std::future<void> reportSequenceFinished(bool isComplete, KesDriver::DeviceTime time)
-    {
-        return report([=](auto& listener) { listener.onSequenceFinished({isComplete, time}); });
-    }
-    std::future<void> reportAvary(const KesDriver::KesAvary& avary)
-    {
-        return report([avary](auto& listener) { listener.onAvary(avary); });
-    }
+    std::future<void> report(KesDriver::Report report);
     /// Drops the connection and reports its loss.
     std::future<void> reportConnectionLost()
     {
-        _state->set([this] { _state->isConnected = _state->isWorking = false; });
-        return report([](auto& listener) { listener.onConnectionLost(); });
+        const auto connection = _state->get(_state->connection);
+        _state->set([this] { _state->end(); });
+        return _report(connection, KesDriver::ConnectionLost{});
     }
 
 private:
     class Link;
+    std::future<void> _report(KesDriver::ConnectionNumber connection, KesDriver::Report report);
+
     struct State {
         mutable std::mutex mutex;
         mutable std::condition_variable changed;
 
-        KesDriver::KestoIdentifer identifer{3, 17};
+        KesDriver::KestoIdentity identity{{3, 17}, "1.0", "2026-01-31"};
         KesDriver::KestoState state{true, false, 0.0, {}};
         std::map<LinkCall, std::string> failures;
         std::set<LinkCall> held;
+        std::set<LinkCall> heldAnswers;
+        std::set<LinkCall> dropping;
 
         std::map<LinkCall, std::size_t> calls;
-        bool isConnected = false;
+        /// The present connection; 0 without one.
+        KesDriver::ConnectionNumber connection = 0;
+        KesDriver::ConnectionNumber connections = 0;
         bool isWorking = false;
 
-        KesDriver::IKestoLinkListener* listener = nullptr;
+        std::weak_ptr<KesDriver::IReportReceiver> receiver;
         std::queue<std::packaged_task<void()>> reports;
-        std::thread::id deliverer;
         bool stopping = false;
 
+        Kes::Result connect(KesDriver::ConnectionNumber& number);
         Kes::Result call(LinkCall call, const std::function<void()>& effect);
-        void deliver(const Report& report);
+        void end() { connection = 0, isWorking = false; }
         void run();
 
         template <typename Field>

@@ -2,6 +2,7 @@
 
 #include <KesCommon/Language.h>
 #include <KesCommonView/ApplicationDispatcher.h>
+#include <KesDevice/HardwareControl.h>
 
 #include <gtk/gtk.h>
 #include <gtkmm/main.h>
@@ -35,6 +36,8 @@ GuiTest::GuiTest()
 GuiTest::~GuiTest()
 {
     runPendingEvents();
+    // What a test has replaced ends on threads of its own, which speak in this language.
+    KesDevice::HardwareControl::waitForRetired();
     lng::language = lng::English;
 }
 

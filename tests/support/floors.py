@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Fails when an #include runs upward: each library may use only what stands below it.
+"""Fails when an #include runs upward, or into the private folder of another library: each one may use only what
+stands below it, and nobody else's folder `detail`.
 
 usage: floors.py SOURCE_DIR
 """
@@ -41,6 +42,17 @@ def folder_of(path, names):
     return max(fitting, key=len) if fitting else None
 
 
+def is_private_of_another(target, own, names):
+    """Whether the header lies in a folder `detail` of another library than the including file's."""
+    folders = target.split("/")[:-1]
+    return "detail" in folders and library_of(folder_of(target, names) or folders[0]) != library_of(own)
+
+
+def library_of(folder):
+    """KesProgram is one library of many floors; elsewhere each floor is a library."""
+    return "KesProgram" if folder.startswith("KesProgram/") else folder
+
+
 def check(root):
     names = list(FLOORS)
     problems, files = [], 0
@@ -58,7 +70,9 @@ def check(root):
                 continue
             target = match.group(1)
             used = folder_of(target, names)
-            if (used and used not in allowed) or re.match(r"programs/|\.\./", target):
+            if is_private_of_another(target, own, names):
+                problems.append(f"{relative}:{number}: {own} must not include <{target}>, which is private")
+            elif (used and used not in allowed) or re.match(r"programs/|\.\./", target):
                 if not (relative.startswith("programs/") and target.startswith("programs/")):
                     problems.append(f"{relative}:{number}: {own} must not include <{target}>")
             elif re.match(FORBIDDEN.get(own, r"(?!)"), target):

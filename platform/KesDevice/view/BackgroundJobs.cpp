@@ -1,7 +1,5 @@
 #include <KesDevice/view/BackgroundJobs.h>
 
-#include <KesCommon/ThreadHelper.h>
-
 #include <utility>
 
 namespace KesDevice {
@@ -10,23 +8,20 @@ BackgroundJobs::BackgroundJobs() : _guard(std::make_unique<Kes::UpdateViewGuard>
 
 BackgroundJobs::~BackgroundJobs()
 {
-    // Joining serves the queue, where completions of these very threads may stand.
-    auto threads = std::exchange(_threads, {});
-    for (auto& thread : threads)
-        Kes::ThreadHelper::join(thread);
+    // The end of a worker is waited for with the queue being served, where completions of these very
+    // workers may stand.
+    const auto workers = std::exchange(_workers, {});
 }
 
 void BackgroundJobs::run(const std::string& threadName, std::weak_ptr<Kes::LifetimeToken> owner, Work work)
 {
-    const auto place = _threads.emplace(_threads.end());
-    *place = std::thread([this, place, threadName, owner = std::move(owner), work = std::move(work)] {
-        Kes::ThreadHelper::setCurrentThreadName(threadName);
+    const auto place = _workers.emplace(_workers.end());
+    *place = Kes::Worker(threadName, [this, place, owner = std::move(owner), work = std::move(work)] {
         auto completion = work();
         _guard->safeBeginUpdateView([this, place, owner, completion = std::move(completion)] {
-            if (_threads.empty())
+            if (_workers.empty())
                 return;
-            Kes::ThreadHelper::join(*place);
-            _threads.erase(place);
+            _workers.erase(place);
             if (owner.lock() && completion)
                 completion();
         });

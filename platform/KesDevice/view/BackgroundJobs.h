@@ -1,13 +1,13 @@
 #pragma once
 
 #include <KesCommon/Export.h>
+#include <KesCommon/Worker.h>
 #include <KesCommonView/UpdateViewGuard.h>
 
 #include <functional>
 #include <list>
 #include <memory>
 #include <string>
-#include <thread>
 
 namespace KesDevice {
 
@@ -28,10 +28,10 @@ public:
     void run(const std::string& threadName, std::weak_ptr<Kes::LifetimeToken> owner, Work work);
 
     /// How many jobs are not completed yet.
-    std::size_t size() const { return _threads.size(); }
+    std::size_t size() const { return _workers.size(); }
 
 private:
-    std::list<std::thread> _threads;
+    std::list<Kes::Worker> _workers;
     std::unique_ptr<Kes::UpdateViewGuard> _guard;
 };
 

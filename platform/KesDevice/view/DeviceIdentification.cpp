@@ -1,7 +1,6 @@
 #include <KesDevice/view/DeviceIdentification.h>
 
 #include <KesCommon/ObjectErrorHelper.h>
-#include <KesDriver/SimulatedNetwork.h>
 
 #include <utility>
 
@@ -10,20 +9,10 @@ namespace KesDevice {
 namespace {
 
 struct Answer {
-    Kes::Result result;
-    KesDriver::KestoIdentifer identifer;
+    Kes::Result result = false;
+    KesDriver::KestoIdentity identity;
+    bool isSimulated = false;
 };
-
-/// By a link and not by a device object, which would also switch the auxiliary supply.
-Answer ask(const Kesto::Address& address)
-{
-    const auto link = KesDriver::SimulatedNetwork::getInstance().createLink(address);
-    Answer answer{link->connect(), {}};
-    if (answer.result)
-        answer.result = link->identify(answer.identifer);
-    link->disconnect();
-    return answer;
-}
 
 } // namespace
 
@@ -36,14 +25,14 @@ void DeviceIdentification::adoptKnown()
 {
     for (const auto& kesto : _edited()->getKestos().lease())
         if (kesto->getIdentifer() != KesDriver::KestoIdentifer())
-            _draft.setIdentifer(kesto->getAddress(), kesto->getIdentifer());
+            _draft.setIdentifer(kesto->getAddress(), kesto->getIdentifer(), kesto->isSimulated());
 }
 
 bool DeviceIdentification::_adopt(const Kesto::Address& address)
 {
     for (const auto& kesto : _edited()->getKestos().lease())
         if (kesto->getAddress() == address && kesto->isConnected()) {
-            _draft.setIdentifer(address, kesto->getIdentifer());
+            _draft.setIdentifer(address, kesto->getIdentifer(), kesto->isSimulated());
             return true;
         }
     return false;
@@ -54,10 +43,12 @@ void DeviceIdentification::identify(const Kesto::Address& address)
     if (_adopt(address))
         return;
     _draft.setAsking(address);
-    _jobs.run("KesIdentify", _token, [this, address] {
-        return [this, address, answer = ask(address)] {
+    _jobs.run("KesIdentify", _token, [this, address, network = _draft.getNetwork()] {
+        Answer answer;
+        answer.result = Kesto::identify(*network, address, answer.identity, answer.isSimulated);
+        return [this, address, answer] {
             if (answer.result)
-                _draft.setIdentifer(address, answer.identifer);
+                _draft.setIdentifer(address, answer.identity.identifer, answer.isSimulated);
             else
                 _draft.setIdentityError(address,
                                         Kes::ObjectErrorHelper::toDisplayString({answer.result.getError()}));

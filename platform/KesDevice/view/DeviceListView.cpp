@@ -1,7 +1,7 @@
 #include <KesDevice/view/DeviceListView.h>
 
 #include <KesCommonView/GtkWidgetHelper.h>
-#include <KesDevice/view/DeviceViewText.h>
+#include <KesDevice/view/detail/DeviceViewText.h>
 
 #include <algorithm>
 
@@ -63,7 +63,7 @@ void DeviceListView::_onSizeChanged()
     _isEndWanted = false;
 }
 
-void DeviceListView::setDevices(const std::vector<DeviceState>& devices)
+void DeviceListView::setDevices(const std::vector<DeviceEntry>& devices)
 {
     while (_rows.size() < devices.size())
         _addRow();

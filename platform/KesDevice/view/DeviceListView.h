@@ -17,7 +17,7 @@ public:
     DeviceListView();
     ~DeviceListView() override;
 
-    void setDevices(const std::vector<DeviceState>& devices) override;
+    void setDevices(const std::vector<DeviceEntry>& devices) override;
     void focusVolts(std::size_t index) override;
 
 private:

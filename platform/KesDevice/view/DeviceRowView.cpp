@@ -2,7 +2,7 @@
 
 #include <KesCommon/StringHelper.h>
 #include <KesCommonView/GtkWidgetHelper.h>
-#include <KesDevice/view/DeviceViewText.h>
+#include <KesDevice/view/detail/DeviceViewText.h>
 
 namespace KesDevice {
 
@@ -88,7 +88,7 @@ void DeviceRowView::_buildAuxDC()
     _volts.signal_changed().connect(sigc::mem_fun(*this, &DeviceRowView::_onAuxDC));
 }
 
-void DeviceRowView::setState(const DeviceState& state, std::size_t place, bool isLast)
+void DeviceRowView::setState(const DeviceEntry& state, std::size_t place, bool isLast)
 {
     _isSetting = true;
     _place.set_text(std::to_string(place + 1) + ".");
@@ -101,7 +101,7 @@ void DeviceRowView::setState(const DeviceState& state, std::size_t place, bool i
     _isSetting = false;
 }
 
-void DeviceRowView::_setIdentity(const DeviceState& state)
+void DeviceRowView::_setIdentity(const DeviceEntry& state)
 {
     const bool asking = state.identityState == IdentityState::Asking;
     const bool failed = state.identityState == IdentityState::Failed;
@@ -116,7 +116,7 @@ void DeviceRowView::_setIdentity(const DeviceState& state)
     _identify.set_sensitive(!asking);
 }
 
-void DeviceRowView::_setAuxDC(const DeviceState& state)
+void DeviceRowView::_setAuxDC(const DeviceEntry& state)
 {
     _auxDCEnabled.set_active(state.isAuxDCEnabled);
     if (_volts.get_text().raw() != state.volts)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <KesCommon/Export.h>
-#include <KesDevice/view/DeviceState.h>
+#include <KesDevice/view/DeviceEntry.h>
 #include <KesDevice/view/DeviceWidgets.h>
 
 #include <gtkmm/checkbutton.h>
@@ -23,7 +23,7 @@ public:
     sigc::signal<void(bool, const std::string&)> signalAuxDC;
 
     /// `place` counts from 0.
-    void setState(const DeviceState& state, std::size_t place, bool isLast);
+    void setState(const DeviceEntry& state, std::size_t place, bool isLast);
     void focusVolts();
     /// The button for the direction, or the other one where that way is closed.
     void focusMove(int by);
@@ -32,8 +32,8 @@ public:
 private:
     void _buildHead();
     void _buildAuxDC();
-    void _setIdentity(const DeviceState& state);
-    void _setAuxDC(const DeviceState& state);
+    void _setIdentity(const DeviceEntry& state);
+    void _setAuxDC(const DeviceEntry& state);
     void _nameControls(const std::string& address);
     void _onAuxDC();
 

@@ -1,8 +1,7 @@
 #include <KesDevice/view/DeviceSearchPresenter.h>
 
 #include <KesDevice/view/DeviceSearchView.h>
-#include <KesDevice/view/DeviceViewText.h>
-#include <KesDriver/SimulatedNetwork.h>
+#include <KesDevice/view/detail/DeviceViewText.h>
 
 #include <utility>
 
@@ -66,8 +65,8 @@ void DeviceSearchPresenter::_onSearch()
     if (std::exchange(_isSearching, true))
         return;
     _showSearch();
-    _jobs.run("KesSearch", _token, [this] {
-        return [this, found = KesDriver::SimulatedNetwork::getInstance().search()] { _onFound(found); };
+    _jobs.run("KesSearch", _token, [this, network = _draft.getNetwork()] {
+        return [this, found = network->find()] { _onFound(found); };
     });
 }
 

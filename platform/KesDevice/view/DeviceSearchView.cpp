@@ -2,7 +2,7 @@
 
 #include <KesCommon/StringHelper.h>
 #include <KesCommonView/GtkWidgetHelper.h>
-#include <KesDevice/view/DeviceViewText.h>
+#include <KesDevice/view/detail/DeviceViewText.h>
 
 namespace KesDevice {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <KesCommon/Export.h>
+
 #include <gtkmm/box.h>
 #include <gtkmm/button.h>
 #include <gtkmm/image.h>
@@ -14,13 +16,13 @@ inline constexpr int wideGap = 12;
 inline constexpr int smallGap = 6;
 
 /// The title of a part.
-class PartHeading : public Gtk::Label {
+class KES_EXPORT PartHeading : public Gtk::Label {
 public:
     explicit PartHeading(const std::string& text);
 };
 
 /// A button that shows an icon; its text is its tooltip and its accessible name.
-class IconButton : public Gtk::Button {
+class KES_EXPORT IconButton : public Gtk::Button {
 public:
     explicit IconButton(const std::string& icon);
 
@@ -28,7 +30,7 @@ public:
 };
 
 /// A line with a warning sign that is there only while it has a text.
-class ProblemLine : public Gtk::Box {
+class KES_EXPORT ProblemLine : public Gtk::Box {
 public:
     ProblemLine();
 
@@ -41,9 +43,9 @@ private:
 };
 
 /// A text that wraps between `narrowest` and `widest` characters.
-void wrapText(Gtk::Label& label, int narrowest, int widest);
+KES_EXPORT void wrapText(Gtk::Label& label, int narrowest, int widest);
 
 /// Adds or removes the style class.
-void setStyleClass(Gtk::Widget& widget, const char* styleClass, bool present);
+KES_EXPORT void setStyleClass(Gtk::Widget& widget, const char* styleClass, bool present);
 
 } // namespace KesDevice

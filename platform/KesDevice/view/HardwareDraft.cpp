@@ -3,7 +3,7 @@
 #include <KesCommon/NumberText.h>
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
-#include <KesDevice/view/DeviceViewText.h>
+#include <KesDevice/view/detail/DeviceViewText.h>
 #include <KesDriver/OutputCheck.h>
 
 #include <algorithm>
@@ -16,19 +16,13 @@ namespace {
 using Kes::StringHelper::format;
 using lng::DeviceView::get;
 
+constexpr double defaultVolts = 220.0;
+
 /// Neither "this network", nor a group of receivers, nor a broadcast.
 bool canBeDevice(const Kesto::Address& address)
 {
     const auto first = address.getBytes()[0];
     return first != 0 && first < 224;
-}
-
-std::unique_ptr<Kesto> copyOf(const Kesto& kesto)
-{
-    auto copy = std::make_unique<Kesto>(kesto.getAddress());
-    // The values come from a device that has accepted them.
-    (void)copy->auxDC().set(kesto.auxDC().getEnable(), kesto.auxDC().getVolts());
-    return copy;
 }
 
 std::string voltsProblem(const std::string& volts, const std::optional<double>& value)
@@ -47,25 +41,32 @@ std::string voltsProblem(const std::string& volts, const std::optional<double>& 
 HardwareDraft::HardwareDraft(const HardwareManager& edited) : _hardware(edited.clone())
 {
     for (const auto& kesto : _hardware->getKestos().lease())
-        _append(copyOf(*kesto));
+        _append(kesto->getAddress(), kesto->auxDC().getEnable(), kesto->auxDC().getVolts());
     (void)_hardware->getKestos().clear();
 }
 
-void HardwareDraft::_append(std::unique_ptr<Kesto> kesto)
+void HardwareDraft::_append(const Kesto::Address& address, bool isAuxDCEnabled, double volts)
 {
-    DeviceState state;
-    state.address = kesto->getAddress().to_string();
-    state.identity = get("Identity.unknown");
-    state.isAuxDCEnabled = kesto->auxDC().getEnable();
-    state.volts = Kes::NumberText::show(kesto->auxDC().getVolts());
-    _kestos.push_back(std::move(kesto));
-    _states.push_back(std::move(state));
+    Device device{address, volts, {}};
+    device.entry.address = address.to_string();
+    device.entry.identity = get("Identity.unknown");
+    device.entry.isAuxDCEnabled = isAuxDCEnabled;
+    device.entry.volts = Kes::NumberText::show(volts);
+    _devices.push_back(std::move(device));
+}
+
+std::vector<DeviceEntry> HardwareDraft::getDevices() const
+{
+    std::vector<DeviceEntry> entries;
+    for (const auto& device : _devices)
+        entries.push_back(device.entry);
+    return entries;
 }
 
 bool HardwareDraft::contains(const Kesto::Address& address) const
 {
-    return std::any_of(_kestos.begin(), _kestos.end(),
-                       [&](const auto& kesto) { return kesto->getAddress() == address; });
+    return std::any_of(_devices.begin(), _devices.end(),
+                       [&](const Device& device) { return device.address == address; });
 }
 
 Kes::Result HardwareDraft::checkAddress(const std::string& text, Kesto::Address& address) const
@@ -87,7 +88,7 @@ Kes::Result HardwareDraft::add(const std::string& address)
     Kesto::Address read;
     auto result = checkAddress(address, read);
     if (result) {
-        _append(std::make_unique<Kesto>(read));
+        _append(read, false, defaultVolts);
         signalChanged.emit();
     }
     return result;
@@ -95,45 +96,43 @@ Kes::Result HardwareDraft::add(const std::string& address)
 
 void HardwareDraft::remove(std::size_t index)
 {
-    if (index >= _kestos.size())
+    if (index >= _devices.size())
         return;
-    _kestos.erase(_kestos.begin() + static_cast<std::ptrdiff_t>(index));
-    _states.erase(_states.begin() + static_cast<std::ptrdiff_t>(index));
+    _devices.erase(_devices.begin() + static_cast<std::ptrdiff_t>(index));
     signalChanged.emit();
 }
 
 void HardwareDraft::move(std::size_t index, int by)
 {
     const auto target = static_cast<std::size_t>(static_cast<std::ptrdiff_t>(index) + by);
-    if (index >= _kestos.size() || target >= _kestos.size())
+    if (index >= _devices.size() || target >= _devices.size())
         return;
-    std::swap(_kestos[index], _kestos[target]);
-    std::swap(_states[index], _states[target]);
+    std::swap(_devices[index], _devices[target]);
     signalChanged.emit();
 }
 
 void HardwareDraft::setAuxDC(std::size_t index, bool enable, const std::string& volts)
 {
-    if (index >= _kestos.size())
+    if (index >= _devices.size())
         return;
-    auto& auxDC = _kestos[index]->auxDC();
-    auto& state = _states[index];
+    auto& device = _devices[index];
     const auto value = Kes::NumberText::read(volts);
     const auto problem = voltsProblem(volts, value);
     const bool isTakenBack = !enable && !problem.empty();
-    state.isAuxDCEnabled = enable;
-    state.volts = isTakenBack ? Kes::NumberText::show(auxDC.getVolts()) : volts;
-    state.voltsProblem = isTakenBack ? std::string() : problem;
-    (void)auxDC.set(enable, problem.empty() ? *value : auxDC.getVolts());
+    if (problem.empty())
+        device.volts = *value;
+    device.entry.isAuxDCEnabled = enable;
+    device.entry.volts = isTakenBack ? Kes::NumberText::show(device.volts) : volts;
+    device.entry.voltsProblem = isTakenBack ? std::string() : problem;
     signalChanged.emit();
 }
 
 std::optional<std::size_t> HardwareDraft::findProblem() const
 {
-    const auto found = std::find_if(_states.begin(), _states.end(),
-                                    [](const DeviceState& state) { return !state.voltsProblem.empty(); });
-    return found == _states.end() ? std::nullopt
-                                  : std::optional(static_cast<std::size_t>(found - _states.begin()));
+    const auto found = std::find_if(_devices.begin(), _devices.end(),
+                                    [](const Device& device) { return !device.entry.voltsProblem.empty(); });
+    return found == _devices.end() ? std::nullopt
+                                   : std::optional(static_cast<std::size_t>(found - _devices.begin()));
 }
 
 void HardwareDraft::setAsking(const Kesto::Address& address)
@@ -141,9 +140,11 @@ void HardwareDraft::setAsking(const Kesto::Address& address)
     _setIdentity(address, IdentityState::Asking, get("Identity.asking"));
 }
 
-void HardwareDraft::setIdentifer(const Kesto::Address& address, const KesDriver::KestoIdentifer& identifer)
+void HardwareDraft::setIdentifer(const Kesto::Address& address, const KesDriver::KestoIdentifer& identifer,
+                                 bool isSimulated)
 {
-    _setIdentity(address, IdentityState::Known, identifer.toDisplayString());
+    const auto name = identifer.toDisplayString();
+    _setIdentity(address, IdentityState::Known, isSimulated ? format(get("Identity.simulated"), name) : name);
 }
 
 void HardwareDraft::setIdentityError(const Kesto::Address& address, const std::string& error)
@@ -153,21 +154,25 @@ void HardwareDraft::setIdentityError(const Kesto::Address& address, const std::s
 
 void HardwareDraft::_setIdentity(const Kesto::Address& address, IdentityState state, const std::string& text)
 {
-    for (std::size_t i = 0; i < _kestos.size(); ++i)
-        if (_kestos[i]->getAddress() == address) {
-            const bool simulated = state == IdentityState::Known && _kestos[i]->isSimulated();
-            _states[i].identityState = state;
-            _states[i].identity = simulated ? format(get("Identity.simulated"), text) : text;
-            signalChanged.emit();
-            return;
-        }
+    const auto found = std::find_if(_devices.begin(), _devices.end(),
+                                    [&](const Device& device) { return device.address == address; });
+    if (found == _devices.end())
+        return;
+    found->entry.identityState = state;
+    found->entry.identity = text;
+    signalChanged.emit();
 }
 
 std::unique_ptr<HardwareManager> HardwareDraft::take()
 {
-    for (auto& kesto : std::exchange(_kestos, {}))
-        (void)_hardware->getKestos().addKesto(std::move(kesto));
-    _states.clear();
+    for (const auto& device : std::exchange(_devices, {})) {
+        (void)_hardware->addKesto(device.address);
+        // Not connected yet, so that nothing but the value itself is looked at.
+        (void)_hardware->getKestos()
+            .find(device.address)
+            ->auxDC()
+            .set(device.entry.isAuxDCEnabled, device.volts);
+    }
     return std::move(_hardware);
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <KesDevice/HardwareManager.h>
-#include <KesDevice/view/DeviceState.h>
+#include <KesDevice/view/DeviceEntry.h>
 #include <KesDriver/KestoIdentifer.h>
 
 #include <sigc++/sigc++.h>
@@ -25,7 +25,8 @@ public:
     /// The devices, their order or what is known of them have changed.
     sigc::signal<void()> signalChanged;
 
-    const std::vector<DeviceState>& getDevices() const { return _states; }
+    std::vector<DeviceEntry> getDevices() const;
+    const std::shared_ptr<KesDriver::IKestoNetwork>& getNetwork() const { return _hardware->getNetwork(); }
     bool contains(const Kesto::Address& address) const;
 
     /// Reads an address as the user types it; refuses what no device can have, and what is in the list
@@ -44,7 +45,8 @@ public:
 
     /// What is known of a device that may have been removed meanwhile.
     void setAsking(const Kesto::Address& address);
-    void setIdentifer(const Kesto::Address& address, const KesDriver::KestoIdentifer& identifer);
+    void setIdentifer(const Kesto::Address& address, const KesDriver::KestoIdentifer& identifer,
+                      bool isSimulated);
     void setIdentityError(const Kesto::Address& address, const std::string& error);
 
     const SyncMode& getSyncMode() const { return _hardware->getSyncManager().getActiveMode(); }
@@ -54,13 +56,19 @@ public:
     std::unique_ptr<HardwareManager> take();
 
 private:
-    void _append(std::unique_ptr<Kesto> kesto);
+    struct Device {
+        Kesto::Address address;
+        /// The last voltage that was accepted.
+        double volts;
+        DeviceEntry entry;
+    };
+
+    void _append(const Kesto::Address& address, bool isAuxDCEnabled, double volts);
     void _setIdentity(const Kesto::Address& address, IdentityState state, const std::string& text);
 
     /// The copy without its devices.
     std::unique_ptr<HardwareManager> _hardware;
-    std::vector<std::unique_ptr<Kesto>> _kestos;
-    std::vector<DeviceState> _states;
+    std::vector<Device> _devices;
 };
 
 } // namespace KesDevice

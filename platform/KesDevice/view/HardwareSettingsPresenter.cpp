@@ -1,8 +1,8 @@
 #include <KesDevice/view/HardwareSettingsPresenter.h>
 
 #include <KesCommon/EmitLast.h>
-#include <KesDevice/view/DeviceViewText.h>
 #include <KesDevice/view/HardwareSettingsView.h>
+#include <KesDevice/view/detail/DeviceViewText.h>
 
 #include <utility>
 

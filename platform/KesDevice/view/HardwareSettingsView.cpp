@@ -2,7 +2,7 @@
 
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesCommonView/Style.h>
-#include <KesDevice/view/DeviceViewText.h>
+#include <KesDevice/view/detail/DeviceViewText.h>
 
 #include <gtkmm/separator.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <KesCommonView/IView.h>
-#include <KesDevice/view/DeviceState.h>
+#include <KesDevice/view/DeviceEntry.h>
 
 #include <sigc++/sigc++.h>
 
@@ -21,7 +21,7 @@ public:
     /// The auxiliary supply is to be on or off, with the voltage as typed.
     sigc::signal<void(std::size_t, bool, const std::string&)> signalAuxDC;
 
-    virtual void setDevices(const std::vector<DeviceState>& devices) = 0;
+    virtual void setDevices(const std::vector<DeviceEntry>& devices) = 0;
     /// Puts the focus on the device's voltage.
     virtual void focusVolts(std::size_t index) = 0;
 };

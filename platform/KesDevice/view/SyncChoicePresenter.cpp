@@ -1,8 +1,8 @@
 #include <KesDevice/view/SyncChoicePresenter.h>
 
-#include <KesDevice/view/DeviceViewText.h>
 #include <KesDevice/view/SyncChoiceView.h>
-#include <KesDevice/view/SyncModeInfo.h>
+#include <KesDevice/view/detail/DeviceViewText.h>
+#include <KesDevice/view/detail/SyncModeInfo.h>
 
 namespace KesDevice {
 

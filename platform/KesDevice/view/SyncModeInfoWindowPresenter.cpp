@@ -1,6 +1,6 @@
 #include <KesDevice/view/SyncModeInfoWindowPresenter.h>
 
-#include <KesDevice/view/SyncModeInfo.h>
+#include <KesDevice/view/detail/SyncModeInfo.h>
 
 namespace KesDevice {
 

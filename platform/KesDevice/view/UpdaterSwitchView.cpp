@@ -1,7 +1,7 @@
 #include <KesDevice/view/UpdaterSwitchView.h>
 
 #include <KesCommonView/GtkWidgetHelper.h>
-#include <KesDevice/view/DeviceViewText.h>
+#include <KesDevice/view/detail/DeviceViewText.h>
 
 namespace KesDevice {
 

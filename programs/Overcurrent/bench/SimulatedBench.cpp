@@ -3,16 +3,17 @@
 #include <Overcurrent/bench/SimulatedRelay.h>
 
 #include <KesCommon/Log.h>
-#include <KesDriver/SimulatedNetwork.h>
+#include <KesDriver/simulated/SimulatedNetwork.h>
 
 namespace Overcurrent {
 
 void SimulatedBench::wire(const KesDevice::HardwareManager& hardware, const RelaySettings& settings) const
 {
-    for (const auto* kesto : hardware.getKestos().getItems()) {
+    const auto network = KesDriver::SimulatedNetwork::getEmbedded();
+    for (const auto& kesto : hardware.getKestos().lease()) {
         if (!kesto->isSimulated())
             continue;
-        const auto device = KesDriver::SimulatedNetwork::getInstance().find(kesto->getAddress());
+        const auto device = network->get(kesto->getAddress());
         if (!device)
             continue;
         device->connectTestObject(std::make_shared<SimulatedRelay>(settings));

@@ -105,7 +105,7 @@ void SimulatedRelay::_predictTrip()
 std::optional<KesDriver::InputEvent> SimulatedRelay::getNextChange() const
 {
     const auto change = [](unsigned input, const Contact& contact) {
-        return KesDriver::InputEvent{input, !contact.isClosed, *contact.changeAt};
+        return KesDriver::InputEvent{input, !contact.isClosed, *contact.changeAt, std::nullopt};
     };
     if (_start.changeAt && (!_trip.changeAt || *_start.changeAt <= *_trip.changeAt))
         return change(TestRun::startInput, _start);

@@ -2,7 +2,7 @@
 
 #include <Overcurrent/data/RelaySettings.h>
 
-#include <KesDriver/ISimulatedTestObject.h>
+#include <KesDriver/simulated/ISimulatedTestObject.h>
 
 #include <random>
 

@@ -94,7 +94,7 @@ private:
     /// The state text, with a warning when the device is simulated. Any thread.
     void _announce(const std::string& text, bool isSimulated);
     bool _hasUnsavedTest();
-    KesDevice::Kesto& _getKesto();
+    std::shared_ptr<KesDevice::Kesto> _getKesto();
     void _beginResults(const KesDevice::Kesto& kesto);
     void _endResults(RunEnd end);
     void _abandonRun();

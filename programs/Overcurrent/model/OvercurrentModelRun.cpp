@@ -74,7 +74,7 @@ bool OvercurrentModel::_onPrepareHardware()
         _bench.wire(*getHardware(), _runSettings);
     if (!ProgramModel::_onPrepareHardware())
         return false;
-    const auto result = _runPlan.check(_runSettings, _getKesto().getLimits());
+    const auto result = _runPlan.check(_runSettings, _getKesto()->getLimits());
     if (!result)
         signalMessage.emit(refusal(result));
     return static_cast<bool>(result);
@@ -82,18 +82,12 @@ bool OvercurrentModel::_onPrepareHardware()
 
 void OvercurrentModel::_onStart()
 {
-    auto& kesto = _getKesto();
-    std::atomic<bool> isFault = false;
-    const Kes::ScopedConnection faults =
-        getHardware()->signalAvary.connect([&](KesDriver::KesAvary&) { isFault = true; });
-    _beginResults(kesto);
-    TestRun run(_runSettings, _runPlan, kesto, _control, *this);
+    const auto kesto = _getKesto();
+    _beginResults(*kesto);
+    TestRun run(_runSettings, _runPlan, *kesto, _control, *this);
     auto end = run.execute();
-    {
-        // A fault stops the run before its own record is through; wait for the rest of it.
-        Kes::SignalGate::Guard gate;
-    }
-    if (isFault)
+    // What has become of the devices counts, and not who was told of it first.
+    if (!getHardware()->checkOutput())
         end = RunEnd::Fault;
     else if (end == RunEnd::Fault)
         signalMessage.emit(run.getError());
@@ -109,12 +103,12 @@ void OvercurrentModel::_onStop()
 
 /// The first device makes the test. The checks before a run have seen that there is one, but the
 /// configuration may have been replaced since.
-KesDevice::Kesto& OvercurrentModel::_getKesto()
+std::shared_ptr<KesDevice::Kesto> OvercurrentModel::_getKesto()
 {
-    const auto kestos = getHardware()->getKestos().getItems();
+    const auto kestos = getHardware()->getKestos().lease();
     if (kestos.empty())
         throw std::runtime_error(lng::Program::get("Message.noKestos"));
-    return *kestos.front();
+    return kestos.front();
 }
 
 void OvercurrentModel::_beginResults(const KesDevice::Kesto& kesto)

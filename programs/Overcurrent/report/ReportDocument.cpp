@@ -97,7 +97,9 @@ public:
         _element.set_attribute("width", coordinate(plotWidth));
         _element.set_attribute("height", coordinate(plotHeight));
         _element.set_attribute("description", _chart.describe());
-        const auto width = [](const std::string& label) { return label.size() * labelCharacter + labelGap; };
+        const auto width = [](const std::string& label) {
+            return static_cast<double>(label.size()) * labelCharacter + labelGap;
+        };
         const auto height = [](const std::string&) { return labelHeight; };
         for (const auto& tick : _chart.multiples.getTicks(plotWidth, width))
             _addTick("x", tick, _x(tick.value));

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <numeric>
+#include <variant>
 
 namespace Overcurrent {
 
@@ -36,10 +37,7 @@ std::string textOf(const Kes::Result& result)
 SequenceRecorder::SequenceRecorder(KesDevice::Kesto& kesto, RunControl& control)
     : _kesto(kesto), _control(control)
 {
-    _inputConnection = kesto.signalInput.connect([this](const auto& event) { _onInput(event); });
-    _stepConnection = kesto.signalStep.connect([this](const auto& event) { _onStep(event); });
-    _finishedConnection =
-        kesto.signalSequenceFinished.connect([this](const auto& event) { _onFinished(event); });
+    _reports = kesto.signalReport.connect([this](const KesDriver::Report& report) { _onReport(report); });
 }
 
 SequenceRecorder::Outcome SequenceRecorder::run(const KesDriver::OutputSequence& sequence)
@@ -51,10 +49,13 @@ SequenceRecorder::Outcome SequenceRecorder::run(const KesDriver::OutputSequence&
     _error.clear();
     if (_control.isStopped())
         return Outcome::Stopped;
-    const auto expectedEnd = _kesto.getTime() + durationOf(sequence);
-    if (const auto result = _kesto.runSequence(sequence); !result)
+    KesDriver::DeviceTime begin{0};
+    auto result = _kesto.readTime(begin);
+    if (result)
+        result = _kesto.runSequence(sequence);
+    if (!result)
         return _control.isStopped() ? Outcome::Stopped : _fail(textOf(result));
-    const auto outcome = _wait(expectedEnd);
+    const auto outcome = _wait(begin + durationOf(sequence));
     if (outcome != Outcome::Complete)
         _stopOutputs();
     return outcome;
@@ -79,11 +80,17 @@ SequenceRecorder::Outcome SequenceRecorder::_wait(KesDriver::DeviceTime expected
         if (isEnded)
             return _judgeEnd();
         const auto now = std::chrono::steady_clock::now();
-        if (!due && _kesto.getTime() >= expectedEnd)
+        if (!due && _isOver(expectedEnd))
             due = now;
         if (due && now - *due > grace)
             return _fail(lng::Overcurrent::get("Run.sequenceLost"));
     }
+}
+
+bool SequenceRecorder::_isOver(KesDriver::DeviceTime expectedEnd) const
+{
+    KesDriver::DeviceTime now{0};
+    return _kesto.readTime(now) && now >= expectedEnd;
 }
 
 SequenceRecorder::Outcome SequenceRecorder::_judgeEnd()
@@ -107,25 +114,16 @@ SequenceRecord SequenceRecorder::getRecord() const
     return _record;
 }
 
-void SequenceRecorder::_onInput(const KesDriver::InputEvent& event)
-{
-    std::lock_guard lock(_control.getMutex());
-    // What comes before the first step belongs to the time before.
-    if (!_record.steps.empty())
-        _record.inputs.push_back({_record.steps.size() - 1, event});
-}
-
-void SequenceRecorder::_onStep(const KesDriver::StepEvent& event)
-{
-    std::lock_guard lock(_control.getMutex());
-    _record.steps.push_back(event.time);
-}
-
-void SequenceRecorder::_onFinished(const KesDriver::SequenceEvent& event)
+void SequenceRecorder::_onReport(const KesDriver::Report& report)
 {
     {
         std::lock_guard lock(_control.getMutex());
-        _record.end = event;
+        if (const auto* input = std::get_if<KesDriver::InputEvent>(&report); input && input->step)
+            _record.inputs.push_back(*input);
+        else if (const auto* step = std::get_if<KesDriver::StepEvent>(&report))
+            _record.steps.push_back(step->time);
+        else if (const auto* end = std::get_if<KesDriver::SequenceEvent>(&report))
+            _record.end = *end;
     }
     _control.notify();
 }

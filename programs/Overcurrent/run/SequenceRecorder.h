@@ -11,17 +11,12 @@
 
 namespace Overcurrent {
 
-/// A contact change, with the step of the sequence in which it came.
-struct RecordedInput {
-    std::size_t step = 0;
-    KesDriver::InputEvent event;
-};
-
 /// What a device has reported while it ran a sequence.
 struct SequenceRecord {
     /// When each step that has begun did so.
     std::vector<KesDriver::DeviceTime> steps;
-    std::vector<RecordedInput> inputs;
+    /// Contact changes within the sequence.
+    std::vector<KesDriver::InputEvent> inputs;
     std::optional<KesDriver::SequenceEvent> end;
 };
 
@@ -44,20 +39,17 @@ public:
 
 private:
     Outcome _wait(KesDriver::DeviceTime expectedEnd);
+    bool _isOver(KesDriver::DeviceTime expectedEnd) const;
     void _stopOutputs();
     Outcome _judgeEnd();
     Outcome _fail(std::string error);
-    void _onInput(const KesDriver::InputEvent& event);
-    void _onStep(const KesDriver::StepEvent& event);
-    void _onFinished(const KesDriver::SequenceEvent& event);
+    void _onReport(const KesDriver::Report& report);
 
     KesDevice::Kesto& _kesto;
     RunControl& _control;
     SequenceRecord _record;
     std::string _error;
-    Kes::ScopedConnection _inputConnection;
-    Kes::ScopedConnection _stepConnection;
-    Kes::ScopedConnection _finishedConnection;
+    Kes::ScopedConnection _reports;
 };
 
 } // namespace Overcurrent

@@ -14,6 +14,7 @@ namespace {
 
 using KesDriver::DeviceTime;
 using KesDriver::InputCondition;
+using KesDriver::InputEvent;
 using KesDriver::OutputSequence;
 using Seconds = std::chrono::duration<double>;
 
@@ -26,13 +27,13 @@ DeviceTime toDeviceTime(double seconds)
 }
 
 /// The first change of the input to that state from the given step on.
-std::optional<RecordedInput> firstChange(const SequenceRecord& record, InputCondition condition,
-                                         std::size_t fromStep = 0)
+std::optional<InputEvent> firstChange(const SequenceRecord& record, InputCondition condition,
+                                      std::size_t fromStep = 0)
 {
     const auto found =
-        std::find_if(record.inputs.begin(), record.inputs.end(), [&](const RecordedInput& input) {
-            return input.step >= fromStep && input.event.input == condition.input &&
-                   input.event.isClosed == condition.isClosed;
+        std::find_if(record.inputs.begin(), record.inputs.end(), [&](const InputEvent& change) {
+            return *change.step >= fromStep && *change.step < record.steps.size() &&
+                   change.input == condition.input && change.isClosed == condition.isClosed;
         });
     return found == record.inputs.end() ? std::nullopt : std::optional(*found);
 }
@@ -99,11 +100,11 @@ bool TestRun::_evaluatePoint(PointResult& result)
         result.state = stateWithoutChange(record, 1, _plan.timeout);
         return timeFrom(record, 1).count() >= 0;
     }
-    if (trip->step == 0) {
+    if (*trip->step == 0) {
         result.state = MeasureState::ContactEarly;
         return true;
     }
-    result.time = trip->event.time - record.steps[1];
+    result.time = trip->time - record.steps[1];
     return result.time.count() >= 0 && result.time <= toDeviceTime(_plan.timeout + 1.0);
 }
 
@@ -118,10 +119,10 @@ RunEnd TestRun::_measurePickUp()
     const auto started = firstChange(record, {startInput, true});
     if (!started)
         result.state = stateWithoutChange(record, 1, _plan.pickUp.dwell);
-    else if (started->step == 0)
+    else if (*started->step == 0)
         result.state = MeasureState::ContactEarly;
     else
-        result.multiple = _plan.pickUp.getMultiples()[started->step - 1];
+        result.multiple = _plan.pickUp.getMultiples()[*started->step - 1];
     _doneWeight += _rampWeight(_plan.pickUp);
     _listener.onPickUp(result);
     return RunEnd::Complete;
@@ -139,12 +140,12 @@ RunEnd TestRun::_measureDropOff()
     RampResult result;
     const auto started = firstChange(record, {startInput, true});
     const auto dropped = firstChange(record, {startInput, false}, 2);
-    if (started && started->step == 0)
+    if (started && *started->step == 0)
         result.state = MeasureState::ContactEarly;
     else if (!started || !dropped)
         result.state = MeasureState::NoOperation;
     else
-        result.multiple = _plan.dropOff.getMultiples()[dropped->step - 2];
+        result.multiple = _plan.dropOff.getMultiples()[*dropped->step - 2];
     _doneWeight += _rampWeight(_plan.dropOff);
     _listener.onDropOff(result);
     return RunEnd::Complete;

@@ -1,5 +1,6 @@
 #include "RecordingModel.h"
 
+#include "support/DefaultHardware.h"
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
@@ -57,23 +58,20 @@ protected:
 /// Puts a configuration of the test's own in place and a harmless one back at the end.
 class GlobalHardware {
 public:
-    GlobalHardware() { set(); }
-    ~GlobalHardware() { set(); }
+    GlobalHardware()
+    {
+        KesDevice::HardwareControl::setGlobalInstance(KesDevice::HardwareManager::create(), true);
+    }
     /// The simulated device.
     KesDevice::Kesto& addDevice()
     {
-        auto& kestos = KesDevice::HardwareControl::getInstance()->getKestos();
-        EXPECT_TRUE(kestos.addKesto(
-            std::make_unique<KesDevice::Kesto>(KesDevice::HardwareControl::getSimulatedAddress())));
-        return *kestos.getItems().front();
+        auto& hardware = *KesDevice::HardwareControl::getInstance();
+        EXPECT_TRUE(hardware.addKesto(KesDriver::embeddedAddress));
+        return *hardware.getKestos().getItems().front();
     }
 
 private:
-    static void set()
-    {
-        KesDevice::HardwareControl::getInstance(); // The simulated device comes with the first configuration.
-        KesDevice::HardwareControl::setGlobalInstance(KesDevice::HardwareManager::create(), true);
-    }
+    DefaultHardware _before;
 };
 
 TEST_F(ProgramModelTest, FinishOnAnIdleModelTellsOnlyThatItHasFinished)
@@ -163,11 +161,13 @@ TEST_F(ProgramModelTest, DeviceStateNamesTheDevice)
     RecordingModel model;
     model.init();
     model.take();
-    KesDevice::Kesto kesto(*KesDevice::Kesto::Address::parse("10.1.2.3"));
-    model.getHardware()->signalKestoState.emit(&kesto, "is warm");
+    auto& hardware = *model.getHardware();
+    const auto address = *KesDevice::Kesto::Address::parse("10.1.2.3");
+    const auto kesto = KesDevice::Kesto::create(address, hardware.getNetwork()->createLink(address));
+    hardware.signalKestoState.emit(kesto.get(), "is warm");
     model.getHardware()->signalKestoState.emit(nullptr, "all is warm");
     EXPECT_THAT(model.take(), ElementsAre("message: [KESTO: 10.1.2.3] is warm", "message: all is warm"));
-    EXPECT_THROW(model.getHardware()->signalKestoState.emit(nullptr, nullptr), std::logic_error);
+    EXPECT_THROW(model._onHardwareStatusChanged(nullptr), std::logic_error);
 }
 
 TEST_F(ProgramModelTest, ExceptionInTheTestBodySwitchesTheOutputOff)

@@ -60,6 +60,7 @@ public:
     std::function<bool()> prepareHardware;
 
     using ProgramModel::_finish;
+    using ProgramModel::_onHardwareStatusChanged;
     using ProgramModel::_setCanProgramStart;
     using ProgramModel::_setCanProgramStop;
 

@@ -1,8 +1,10 @@
 // Ten thousand starts, stops and closings on the simulated device, many at the worst moment, must leave no
 // thread, no connection and no memory behind.
 
+#include "support/DefaultHardware.h"
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
+#include "support/ThreadCount.h"
 
 #include <KesDevice/HardwareControl.h>
 #include <KesProgram/model/ProgramModel.h>
@@ -11,7 +13,6 @@
 
 #include <array>
 #include <condition_variable>
-#include <fstream>
 #include <random>
 #include <thread>
 
@@ -57,16 +58,6 @@ private:
     std::condition_variable _stopped;
 };
 
-int threadCount()
-{
-    std::ifstream status("/proc/self/status");
-    std::string line;
-    while (std::getline(status, line))
-        if (line.rfind("Threads:", 0) == 0)
-            return std::stoi(line.substr(8));
-    return -1;
-}
-
 std::array<std::size_t, 5> connections()
 {
     auto& hardware = *KesDevice::HardwareControl::getInstance();
@@ -82,6 +73,7 @@ protected:
     void close(OutputModel& model);
 
     TemporaryHome home;
+    DefaultHardware hardware;
     std::mt19937 random{20};
 };
 
@@ -92,14 +84,25 @@ void Stress::runOnce(OutputModel& model)
     ASSERT_TRUE(model.startTest());
     const auto hasEnded = [&] { return model.finished > before; };
     switch (random() % 4) {
-    case 0: ASSERT_TRUE(waitFor([&] { return model.isOutputStarted() || hasEnded(); })); break;
-    case 1: ASSERT_TRUE(waitFor([&] { return model.isRunning() || hasEnded(); })); break;
-    case 2: std::this_thread::sleep_for(std::chrono::microseconds(random() % 300)); break;
-    default: break;
+    case 0:
+        ASSERT_TRUE(waitFor([&] { return model.isOutputStarted() || hasEnded(); }));
+        break;
+    case 1:
+        ASSERT_TRUE(waitFor([&] { return model.isRunning() || hasEnded(); }));
+        break;
+    case 2:
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 300));
+        break;
+    default:
+        break;
     }
     switch (random() % 3) {
-    case 0: model.stopTest(); break;
-    case 1: model.beginDisconnect(); break;
+    case 0:
+        model.stopTest();
+        break;
+    case 1:
+        model.beginDisconnect();
+        break;
     default: {
         KesDriver::KesAvary avary;
         std::thread([&] { model.getHardware()->signalAvary.emit(avary); }).join();
@@ -136,11 +139,11 @@ TEST_F(Stress, TenThousandStartsStopsAndClosingsLeaveNothingBehind)
         }
     };
     live(rounds / 20);
-    const auto threads = threadCount();
+    const auto threads = countThreads();
     const auto connected = connections();
     const auto bytes = mallinfo2().uordblks;
     live(rounds - rounds / 20);
-    EXPECT_EQ(threadCount(), threads);
+    EXPECT_EQ(countThreads(), threads);
     EXPECT_EQ(connections(), connected);
     EXPECT_LT(mallinfo2().uordblks, bytes + 256 * 1024);
 }

@@ -33,7 +33,10 @@ TEST_F(AreasTest, InfoAreaShowsTheStateOfWhicheverThread)
 TEST_F(AreasTest, StateOfADeviceHasThreeVerdicts)
 {
     using State = Kes::Nullable<std::string>;
-    KesDevice::Kesto kesto(KesDevice::Kesto::Address({192, 168, 0, 17}));
+    const KesDevice::Kesto::Address address({192, 168, 0, 17});
+    const auto owned =
+        KesDevice::Kesto::create(address, KesDevice::HardwareControl::getNetwork()->createLink(address));
+    auto& kesto = *owned;
     KesProgram::StatusBarHardwareKestoStatePresenter presenter(kesto);
     auto& label = dynamic_cast<Gtk::Label&>(*presenter.getView());
     EXPECT_EQ(label.get_text(), "192.168.0.17");

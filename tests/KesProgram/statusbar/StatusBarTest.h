@@ -50,11 +50,9 @@ protected:
 
     static KesDevice::Kesto& addKesto(KesDevice::HardwareManager& hardware, unsigned number)
     {
-        auto kesto = std::make_unique<KesDevice::Kesto>(
-            KesDevice::Kesto::Address({10, 0, 0, static_cast<std::uint8_t>(number)}));
-        auto& added = *kesto;
-        EXPECT_TRUE(hardware.getKestos().addKesto(std::move(kesto)));
-        return added;
+        const KesDevice::Kesto::Address address({10, 0, 0, static_cast<std::uint8_t>(number)});
+        EXPECT_TRUE(hardware.addKesto(address));
+        return *hardware.getKestos().find(address);
     }
 
     static void setHardware(std::unique_ptr<KesDevice::HardwareManager> hardware)

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <KesDriver/KesAvary.h>
+
+#include <chrono>
+#include <optional>
+
+namespace KesDevice {
+
+/// The fault of a device that the user knows of. A device repeats its record about every second while the
+/// fault lasts; the user is told of it once. Not synchronised.
+class KnownFault {
+public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    /// Nothing is known: the device is well, or has been connected anew.
+    void clear() { *this = {}; }
+    /// Whether the device has told of it by itself.
+    bool hasRecord() const { return _record.has_value(); }
+    /// The result of an operation is telling of a fault whose record has not come yet.
+    void expectRecord(Time now)
+    {
+        _isRecordExpected = true;
+        _heardAt = now;
+    }
+    /// Takes the record; true when the user does not know of it.
+    bool isNews(const KesDriver::KesAvary& record, Time now);
+
+private:
+    std::optional<KesDriver::KesAvary> _record;
+    bool _isRecordExpected = false;
+    Time _heardAt;
+};
+
+} // namespace KesDevice

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+namespace KesDevice {
+
+enum class IdentityState { Unknown, Asking, Known, Failed };
+
+/// One device of a configuration that is being edited, as it is shown. A value.
+struct DeviceEntry {
+    std::string address;
+    IdentityState identityState = IdentityState::Unknown;
+    /// Type and serial number, or why the device could not be identified.
+    std::string identity;
+    bool isAuxDCEnabled = false;
+    /// As the user has typed it.
+    std::string volts;
+    /// Why the voltage is not accepted; empty when it is.
+    std::string voltsProblem;
+
+    bool operator==(const DeviceEntry&) const = default;
+};
+
+} // namespace KesDevice

@@ -1,0 +1,314 @@
+#include "ScheduleBench.h"
+
+#include <KesCommon/ObjectErrorHelper.h>
+#include <KesDevice/HardwareManagerText.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <future>
+#include <iostream>
+#include <thread>
+
+namespace KesTest {
+
+using namespace KesDriver;
+using namespace std::chrono_literals;
+using KesDevice::HardwareManager;
+using KesDevice::Kesto;
+
+namespace {
+
+constexpr unsigned firstSerialNumber = 101;
+
+/// The texts that concern the configuration as a whole.
+bool isAboutAll(const std::string& text)
+{
+    static const std::array keys = {"Errors.General.alreadyRunning", "Errors.General.noKestos",
+                                    "Errors.General.replaced",       "Errors.Sync.outputOff",
+                                    "Errors.Sync.noneForSeveral",    "Errors.Sync.nothingToRun"};
+    const auto isIn = [&](const char* part) { return text.find(part) != std::string::npos; };
+    return std::ranges::any_of(keys, [&](const char* key) { return isIn(lng::HardwareManager::get(key)); });
+}
+
+bool isNonsense(const std::string& text)
+{
+    return text.find("make no sense") != std::string::npos;
+}
+
+} // namespace
+
+void Dice::spin(std::chrono::microseconds longest)
+{
+    const auto end =
+        std::chrono::steady_clock::now() +
+        std::chrono::microseconds(scheduleSlowness * roll(static_cast<unsigned>(longest.count()) + 1));
+    while (std::chrono::steady_clock::now() < end)
+        std::this_thread::yield();
+}
+
+void runSchedules(unsigned count, const std::function<void(unsigned seed)>& schedule)
+{
+    const auto run = [&](unsigned seed) {
+        SCOPED_TRACE("KES_SCHEDULE=" + std::to_string(seed));
+        schedule(seed);
+    };
+    if (const char* only = std::getenv("KES_SCHEDULE")) {
+        run(static_cast<unsigned>(std::stoul(only)));
+        return;
+    }
+    for (unsigned seed = 1; seed <= count / scheduleShare && !testing::Test::HasFailure(); ++seed)
+        run(seed);
+}
+
+void awaitPart(const std::future<void>& part, unsigned seed)
+{
+    if (part.wait_for(60s) == std::future_status::ready)
+        return;
+    std::cerr << "KES_SCHEDULE=" << seed << " hangs.\n";
+    std::abort();
+}
+
+bool comesTrue(const std::function<bool()>& condition)
+{
+    const auto end = std::chrono::steady_clock::now() + 10s;
+    for (int looks = 0; !condition(); ++looks) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        // What is nearly there needs no sleep.
+        if (looks < 50)
+            std::this_thread::yield();
+        else
+            std::this_thread::sleep_for(200us);
+    }
+    return true;
+}
+
+// The devices
+
+ScheduleBench::Device::Device(std::uint8_t number, Dice& dice)
+    : address(Kesto::Address::Bytes{10, 1, 0, number}),
+      simulated(std::make_shared<SimulatedKesto>(KestoIdentifer(3, firstSerialNumber + number)))
+{
+    simulated->setTimeout(std::chrono::milliseconds(dice.isOneIn(4) ? 10 : 5));
+    if (dice.isOneIn(40))
+        simulated->setAnswerDelay(std::chrono::milliseconds(1 + dice.roll(3)));
+    if (dice.isOneIn(2))
+        simulated->setFaultRepeatInterval(2ms);
+}
+
+bool ScheduleBench::Device::isNamedIn(const Text& text) const
+{
+    return text.find(address.to_string()) != std::string::npos ||
+           text.find(simulated->getIdentifer().toDisplayString()) != std::string::npos;
+}
+
+std::shared_ptr<ScheduleBench> ScheduleBench::create(Dice& dice)
+{
+    std::shared_ptr<ScheduleBench> bench(new ScheduleBench());
+    const auto count = 2 + (dice.isOneIn(3) ? dice.roll(7) : dice.roll(2));
+    for (unsigned i = 1; i <= count; ++i) {
+        auto& device =
+            *bench->_devices.emplace_back(std::make_unique<Device>(static_cast<std::uint8_t>(i), dice));
+        bench->_network->add(device.address, device.simulated);
+    }
+    return bench;
+}
+
+std::vector<ScheduleBench::Address> ScheduleBench::getAddresses() const
+{
+    std::vector<Address> addresses;
+    for (const auto& device : _devices)
+        addresses.push_back(device->address);
+    return addresses;
+}
+
+std::unique_ptr<HardwareManager> ScheduleBench::createHardware(Dice& dice)
+{
+    auto hardware = HardwareManager::create(_network);
+    for (const auto& address : getAddresses())
+        (void)hardware->addKesto(address);
+    hardware->setIsStopOnFault(!dice.isOneIn(4));
+    hardware->setIsStatusReported(dice.isOneIn(2));
+    listenTo(*hardware);
+    return hardware;
+}
+
+void ScheduleBench::listenTo(HardwareManager& hardware)
+{
+    const auto self = shared_from_this();
+    hardware.signalAvary.connect([self](KesAvary& avary) { self->_onAvary(avary); });
+    hardware.signalKestoState.connect([self](Kesto* kesto, const char* text) {
+        self->hear(kesto ? kesto->toDisplayString() + ": " + text : Text(text));
+    });
+    const auto isOn = std::make_shared<std::atomic<bool>>(false);
+    hardware.signalRunningChanged.connect([self, isOn](bool running) {
+        if (isOn->exchange(running) == running)
+            self->complain("The output is said to run, or not to run, twice.");
+    });
+}
+
+// The hand at the bench
+
+void ScheduleBench::_silence(Device& device)
+{
+    ++device.losses;
+    device.simulated->setSilent(true);
+}
+
+void ScheduleBench::_setNonsense(Device& device, bool nonsense)
+{
+    if (nonsense)
+        device.hasTalkedNonsense = true;
+    device.simulated->setNonsense(nonsense);
+}
+
+void ScheduleBench::_lose(Device& device)
+{
+    ++device.losses;
+    device.simulated->simulateConnectionLoss();
+}
+
+void ScheduleBench::disturb(Dice& dice)
+{
+    auto& device = *dice.pick(_devices);
+    switch (dice.roll(12)) {
+    case 0:
+    case 1:
+        _lose(device);
+        break;
+    case 2:
+        device.simulated->simulateOverload(dice.roll(6));
+        break;
+    case 3:
+        device.simulated->simulateOverheat(dice.roll(6));
+        break;
+    case 4:
+        device.simulated->simulateQuickShutdown();
+        break;
+    case 5:
+        _silence(device);
+        break;
+    case 6:
+        _setNonsense(device, true);
+        break;
+    case 7:
+        device.simulated->setInput(1 + dice.roll(4), dice.isOneIn(2));
+        break;
+    default:
+        for (const auto& other : _devices) {
+            other->simulated->setSilent(false);
+            _setNonsense(*other, false);
+            other->simulated->clearFaults();
+        }
+    }
+}
+
+void ScheduleBench::causeOne(Dice& dice)
+{
+    auto& device = *dice.pick(_devices);
+    switch (dice.roll(4)) {
+    case 0:
+        _lose(device);
+        break;
+    case 1:
+        _silence(device);
+        break;
+    case 2:
+        _setNonsense(device, true);
+        break;
+    default:
+        device.simulated->simulateOverload(dice.roll(6));
+    }
+}
+
+// What is told
+
+void ScheduleBench::hear(const Kes::Result& result)
+{
+    if (result)
+        return;
+    if (!result.getError()) {
+        complain("A failure without a text.");
+        return;
+    }
+    ++_told;
+    _hearInner(*result.getError());
+}
+
+/// What has inner errors leaves it to them to name the devices.
+void ScheduleBench::_hearInner(const Kes::ObjectError& error)
+{
+    if (error.getInner().empty()) {
+        hear(error.getMessage());
+        --_told;
+    }
+    for (const auto& inner : error.getInner())
+        _hearInner(*inner);
+}
+
+void ScheduleBench::hear(const Text& text)
+{
+    ++_told;
+    bool isNamed = false;
+    bool isNonsenseTrue = !isNonsense(text);
+    for (const auto& device : _devices)
+        if (device->isNamedIn(text)) {
+            isNamed = true;
+            isNonsenseTrue = isNonsenseTrue || device->hasTalkedNonsense;
+        }
+    if (!isNamed && !isAboutAll(text))
+        complain("Which device? " + text);
+    if (!isNonsenseTrue)
+        complain("Wrongly accused: " + text);
+}
+
+void ScheduleBench::_onAvary(const KesAvary& avary)
+{
+    ++_told;
+    const auto number = avary.serialNumber - firstSerialNumber;
+    if (number == 0 || number > _devices.size())
+        complain("A fault of an unknown device.");
+    else if (avary.isConnectError)
+        ++_devices[number - 1]->lossesTold;
+    else if (describeFaults(avary).empty())
+        complain("A fault that says nothing.");
+}
+
+void ScheduleBench::checkLosses()
+{
+    for (const auto& device : _devices)
+        if (device->lossesTold > device->losses)
+            complain(device->address.to_string() + " is said to be lost too often.");
+}
+
+void ScheduleBench::complain(const Text& complaint)
+{
+    std::lock_guard lock(_mutex);
+    _complaints.push_back(complaint);
+}
+
+std::vector<ScheduleBench::Text> ScheduleBench::takeComplaints()
+{
+    std::lock_guard lock(_mutex);
+    return std::exchange(_complaints, {});
+}
+
+// What the devices say
+
+bool ScheduleBench::areAllOff() const
+{
+    return std::ranges::none_of(_devices, [](const auto& device) {
+        return device->simulated->isWorking() || device->simulated->getOutputs() != OutputState();
+    });
+}
+
+bool ScheduleBench::haveRun() const
+{
+    return std::ranges::any_of(_devices,
+                               [](const auto& device) { return device->simulated->getEnergisings() > 0; });
+}
+
+} // namespace KesTest
