@@ -173,6 +173,7 @@ bool ProgramModel::_onPrepareHardware()
     if (!_checkHardware())
         return false;
     auto& hardware = *getHardware();
+    const KesDevice::HardwareManager::ToldByResults told(hardware);
     auto result = hardware.prepare();
     if (result)
         result = hardware.startWorkingMode();

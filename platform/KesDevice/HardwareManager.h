@@ -34,9 +34,9 @@ class SyncedRun;
 /// no slot can make a step of an operation be skipped.
 ///
 /// A device that fails while the output runs is reported by `signalAvary` or `signalKestoState`, and
-/// `checkOutput` says so from then on; the output counts as running until `stopWorkingMode`. What an
-/// operation finds out is told by its result and by nothing else. Destroying a configuration switches its
-/// outputs off; never from inside its own operation.
+/// `checkOutput` says so from then on; the output counts as running until `stopWorkingMode`. What the
+/// preparation or the start finds out is told by its result and by nothing else; `ToldByResults` makes the two
+/// one. Destroying a configuration switches its outputs off; never from inside its own operation.
 class KES_EXPORT HardwareManager {
 public:
     /// A configuration without devices, on the network of `HardwareControl`.
@@ -92,6 +92,11 @@ public:
     /// Whether every device is still working. Fails from the moment on at which one has failed in a running
     /// output, with one inner error per device that says why; succeeds while no output runs.
     Kes::Result checkOutput() const;
+
+    /// While one lives, what goes wrong with the devices is told by the results of the operations that are
+    /// made meanwhile; what none of them has told is told at its end. For operations that are one to the user,
+    /// such as a preparation and the start after it. Lives on one thread, no longer than the configuration.
+    class ToldByResults;
 
     /// Connects and identifies every device, and asks for its state. Fails with one inner error per device
     /// that could not be reached; the others stay connected.
@@ -157,6 +162,23 @@ private:
     std::map<Kesto*, std::vector<Kes::ScopedConnection>> _connections;
     Kes::ScopedConnection _inserted;
     Kes::ScopedConnection _removed;
+};
+
+class KES_EXPORT HardwareManager::ToldByResults {
+public:
+    explicit ToldByResults(HardwareManager& hardware);
+    ~ToldByResults();
+    ToldByResults(const ToldByResults&) = delete;
+    ToldByResults& operator=(const ToldByResults&) = delete;
+
+private:
+    friend class HardwareManager;
+    explicit ToldByResults(const Kestos& kestos);
+    /// The result of the operation names the device, by its place in the configuration.
+    void _setTold(std::size_t number);
+    void _end();
+
+    std::vector<Kesto::ToldByResult> _devices;
 };
 
 } // namespace KesDevice

@@ -138,6 +138,29 @@ Kes::Result HardwareManager::_toResult(const char* key, const Kestos& kestos,
     return Kes::TextError::create(lng::HardwareManager::get(key), errors);
 }
 
+HardwareManager::ToldByResults::ToldByResults(HardwareManager& hardware)
+    : ToldByResults(hardware._kestos.lease())
+{
+}
+
+HardwareManager::ToldByResults::ToldByResults(const Kestos& kestos)
+{
+    for (const auto& kesto : kestos)
+        _devices.emplace_back(kesto);
+}
+
+HardwareManager::ToldByResults::~ToldByResults() = default;
+
+void HardwareManager::ToldByResults::_setTold(std::size_t number)
+{
+    _devices[number].setTold();
+}
+
+void HardwareManager::ToldByResults::_end()
+{
+    _devices.clear();
+}
+
 Kes::Result HardwareManager::prepare()
 {
     const OperationTurn::Hold turn(*_turn);
@@ -149,17 +172,14 @@ Kes::Result HardwareManager::prepare()
         addresses += (addresses.empty() ? "" : ", ") + kesto->getAddress().to_string();
     const Status status(*this,
                         Kes::StringHelper::format(lng::HardwareManager::get("Status.connecting"), addresses));
-    // Until all are there, what happens to one of them is the result of this preparation.
-    std::vector<Kesto::ToldByResult> told;
-    for (const auto& kesto : kestos)
-        told.emplace_back(kesto);
+    ToldByResults told(kestos);
     auto results = _onEach(kestos, status, prepareKesto);
     for (std::size_t i = 0; i < kestos.size(); ++i) {
         if (results[i] && !kestos[i]->isConnected())
             results[i] = kestos[i]->_refusal();
         // A device with a fault is connected; the start says why it refuses.
         if (!results[i] || (!_running && kestos[i]->getState() == DeviceState::Faulty))
-            told[i].setTold();
+            told._setTold(i);
     }
     return _toResult("Errors.General.prepare", kestos, results);
 }
@@ -185,13 +205,10 @@ Kes::Result HardwareManager::startWorkingMode()
     if (auto result = _checkStart(kestos); !result)
         return result;
     const Status status(*this, lng::HardwareManager::get("Status.starting"));
-    // Until all are on, what happens to one of them is the result of this start.
-    std::vector<Kesto::ToldByResult> told;
-    for (const auto& kesto : kestos)
-        told.emplace_back(kesto);
+    ToldByResults told(kestos);
     auto results = _onEach(kestos, status, [](Kesto& kesto) { return kesto.startWorkingMode(); });
     if (_enterRunning(kestos)) {
-        told.clear();
+        told._end();
         _emitRunning(true);
         return true;
     }
@@ -201,7 +218,7 @@ Kes::Result HardwareManager::startWorkingMode()
     (void)_onEach(kestos, status, [](Kesto& kesto) { return kesto.stopWorkingMode(); });
     for (std::size_t i = 0; i < kestos.size(); ++i)
         if (!results[i])
-            told[i].setTold();
+            told._setTold(i);
     auto result = _toResult("Errors.General.startWorkingMode", kestos, results);
     return result ? Kes::Result::failure(lng::HardwareManager::get("Errors.General.replaced")) : result;
 }

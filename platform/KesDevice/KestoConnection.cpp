@@ -73,6 +73,7 @@ Kes::Result Kesto::_attempt(unsigned epoch)
         result = _open(epoch, state);
     const auto disconnected = _failure("Errors.Kesto.disconnected");
     std::shared_ptr<Attempt> attempt;
+    ConnectionNumber connection = 0;
     {
         std::lock_guard lock(DeviceStateMachine::getMutex());
         attempt = _fields->attempt;
@@ -87,6 +88,7 @@ Kes::Result Kesto::_attempt(unsigned epoch)
                 _fields->knownFault.expectRecord(KnownFault::Time::clock::now());
             _fields->machine.change(state.isReady ? DeviceState::Ready : DeviceState::Faulty,
                                     state.isReady ? std::string() : getReason(state));
+            connection = _fields->connection;
         } else {
             _fields->connection = 0;
             if (_fields->machine.getEpoch() == epoch)
@@ -96,6 +98,8 @@ Kes::Result Kesto::_attempt(unsigned epoch)
     }
     if (!result)
         _link->disconnect();
+    else if (attempt->fault)
+        _onAvary(connection, *attempt->fault);
     hold.reset();
     {
         std::lock_guard lock(DeviceStateMachine::getMutex());
@@ -186,6 +190,11 @@ Kes::Result Kesto::_readLimits()
 
 Kes::Result Kesto::_readState(KestoState& state)
 {
+    {
+        // What it has told before is in the answer.
+        std::lock_guard lock(DeviceStateMachine::getMutex());
+        _fields->attempt->fault.reset();
+    }
     auto result = _link->readState(state);
     if (result && !KestoPlausibility::isPlausible(state))
         return _failure("Errors.Kesto.nonsense");

@@ -70,9 +70,12 @@ void Kesto::_onAvary(ConnectionNumber connection, const KesAvary& avary)
     {
         std::lock_guard lock(DeviceStateMachine::getMutex());
         auto& machine = _fields->machine;
-        // While it is being connected its state is asked for, and tells the same.
-        if (!_fields->isCurrent(connection) || machine.getState() == DeviceState::Connecting)
+        if (!_fields->isCurrent(connection))
             return;
+        if (machine.getState() == DeviceState::Connecting) {
+            _fields->attempt->fault = avary;
+            return;
+        }
         hasFailed = machine.getState() != DeviceState::Faulty;
         const bool isNews = _fields->knownFault.isNews(corrected, KnownFault::Time::clock::now());
         _fields->ends.beginEnd();

@@ -199,6 +199,23 @@ TEST_F(KestoTest, TellsAFaultOnceAndALossWithTheEndOfTheSequence)
     EXPECT_EQ(kesto.getState(), DeviceState::Lost);
 }
 
+TEST_F(KestoTest, BelievesTheLatestOfStateAndFaultWhileItConnects)
+{
+    const KesDriver::KesAvary overload{3, 17, false, false, {{"IA", false, false, true}}};
+    for (const auto call : {LinkCall::Identify, LinkCall::ReadState}) {
+        fake.holdAnswer(call);
+        const auto calls = fake.countCalls(call);
+        auto connecting = std::async(std::launch::async, [this] { return kesto.connect(); });
+        ASSERT_TRUE(fake.waitForCall(call, calls + 1));
+        fake.report(overload).wait();
+        fake.release(call);
+        EXPECT_TRUE(connecting.get());
+        EXPECT_EQ(kesto.getState(), call == LinkCall::Identify ? DeviceState::Ready : DeviceState::Faulty);
+        kesto.disconnect();
+    }
+    EXPECT_EQ(record.count("avary 17 IA - overload"), 1U);
+}
+
 TEST_F(KestoTest, RefusesNonsensicalAnswers)
 {
     const std::string nonsense = " sends data that make no sense.";

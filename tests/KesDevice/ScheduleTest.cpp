@@ -177,12 +177,7 @@ private:
             else
                 _begin([this](Dice& dice) { set(dice); }, 1 + _dice.roll(4));
         }
-        _begin(
-            [this](Dice& dice) {
-                dice.spin(600us);
-                _bench->disturb(dice);
-            },
-            _dice.roll(5));
+        _begin([this](Dice& dice) { _bench->disturb(dice); }, _dice.roll(5));
         _awaitAll();
     }
 
@@ -264,7 +259,7 @@ TEST(Schedules, OfDevicesEndWithAllOutputsOffAndTrueTexts)
     RecordProperty("schedules", static_cast<int>(all));
     RecordProperty("schedulesWithOutputs", static_cast<int>(ran));
     // Far more on an idle machine; a busy one stops many runs before they have begun.
-    EXPECT_GE(ran * 10, all) << "the outputs hardly ever run";
+    EXPECT_GE(ran * 3, all) << "the outputs hardly ever run";
     EXPECT_TRUE(comesTrue([&] { return countThreads() <= threads; })) << countThreads() - threads << " more";
 }
 

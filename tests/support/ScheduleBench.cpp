@@ -171,8 +171,19 @@ void ScheduleBench::_lose(Device& device)
     device.simulated->simulateConnectionLoss();
 }
 
+/// Not long: they may not come at all.
+void ScheduleBench::_awaitOutputs() const
+{
+    const auto end = std::chrono::steady_clock::now() + scheduleSlowness * 4ms;
+    while (!haveRun() && std::chrono::steady_clock::now() < end)
+        std::this_thread::yield();
+}
+
 void ScheduleBench::disturb(Dice& dice)
 {
+    if (dice.isOneIn(2))
+        _awaitOutputs();
+    dice.spin(600us);
     auto& device = *dice.pick(_devices);
     switch (dice.roll(12)) {
     case 0:

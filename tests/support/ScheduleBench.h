@@ -16,7 +16,10 @@
 namespace KesTest {
 
 /// One in how many schedules a build runs, and how much longer things take in it.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(__SANITIZE_ADDRESS__)
+constexpr unsigned scheduleShare = 20;
+constexpr unsigned scheduleSlowness = 12;
+#elif defined(__SANITIZE_THREAD__)
 constexpr unsigned scheduleShare = 20;
 constexpr unsigned scheduleSlowness = 4;
 #else
@@ -73,7 +76,7 @@ public:
     /// Hears what a configuration tells; the bench lives as long as it does.
     void listenTo(KesDevice::HardwareManager& hardware);
 
-    /// One thing that happens at the bench.
+    /// One thing that happens at the bench after a while, as often as not when the outputs have come on.
     void disturb(Dice& dice);
     /// One thing that lasts until the end of the schedule: a loss, silence, nonsense or a fault.
     void causeOne(Dice& dice);
@@ -111,6 +114,7 @@ private:
     };
 
     ScheduleBench() = default;
+    void _awaitOutputs() const;
     void _silence(Device& device);
     void _setNonsense(Device& device, bool nonsense);
     void _lose(Device& device);

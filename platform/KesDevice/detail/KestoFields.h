@@ -19,6 +19,8 @@ struct Kesto::Attempt {
     Kes::Result result = false;
     /// What the device has told meanwhile that makes the attempt fail.
     std::string failure;
+    /// A fault that it has told since it was asked for its state.
+    std::optional<KesDriver::KesAvary> fault;
 };
 
 /// What is known of a device and of its connection. Under the mutex of `DeviceStateMachine`.

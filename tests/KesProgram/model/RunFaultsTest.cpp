@@ -8,6 +8,7 @@
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
+#include <KesCommon/SignalGate.h>
 #include <KesDevice/HardwareControl.h>
 
 #include <glibmm/main.h>
@@ -138,6 +139,22 @@ TEST_F(FaultAtTheStart, AFaultBetweenThePreparationAndTheRunStopsTheRun)
     EXPECT_TRUE(waitForFinish(3s)) << "nothing stops the run";
     first->clearFaults();
     EXPECT_THAT(texts.take(), testing::SizeIs(1));
+}
+
+TEST_F(FaultAtTheStart, ALossBetweenTheTwoStepsOfThePreparationGivesOneText)
+{
+    hardware().setIsStatusReported(true);
+    Kes::ScopedConnection ended = hardware().signalStatusChanged.connect([&](const char* text) {
+        if (*text || !first.isReached() || first.countSwitchedOn() > 0)
+            return;
+        ended.disconnect();
+        first->simulateConnectionLoss();
+        const Kes::SignalGate::Release gate;
+        std::this_thread::sleep_for(100ms);
+    });
+    start();
+    EXPECT_TRUE(waitForFinish(3s));
+    EXPECT_THAT(texts.take(), ElementsAre(HasSubstr("10.0.7.1")));
 }
 
 using FaultInARun = RunFaults<RecordingModel>;

@@ -114,12 +114,7 @@ public:
         if (model.usesLocalHardware())
             model.replace(_dice);
         model.allowStart();
-        _begin(
-            [this](Dice& dice) {
-                dice.spin(600us);
-                _bench->disturb(dice);
-            },
-            _dice.roll(5));
+        _begin([this](Dice& dice) { _bench->disturb(dice); }, _dice.roll(5));
         if (_dice.isOneIn(3))
             _begin([this](Dice& dice) { _set(dice); }, 1 + _dice.roll(3));
         for (unsigned i = 3 + _dice.roll(5); i > 0; --i)
@@ -260,7 +255,7 @@ TEST_F(ModelSchedules, FinishEveryStartOnceAndEndWithAllOutputsOff)
     RecordProperty("schedules", static_cast<int>(all));
     RecordProperty("schedulesWithOutputs", static_cast<int>(ran));
     // Far more on an idle machine; a busy one stops many runs before they have begun.
-    EXPECT_GE(ran * 10, all) << "the outputs hardly ever run";
+    EXPECT_GE(ran * 3, all) << "the outputs hardly ever run";
     EXPECT_TRUE(comesTrue([&] { return countThreads() <= threads; })) << countThreads() - threads << " more";
 }
 
