@@ -41,7 +41,9 @@ ProgramModel::~ProgramModel()
     signalMessage.clear();
     _shutdownThread.wait();
     _startThread.wait();
-    _disconnectThread.wait();
+    for (const auto& thread : {_disconnectThread, _switchOffThread})
+        if (thread)
+            thread->wait();
     {
         std::lock_guard lock(_closedMutex);
         if (_closedSource)
@@ -169,12 +171,10 @@ const std::string& ProgramModel::getPackageVersion() const
 
 void ProgramModel::close()
 {
-    bool wasRunning = false;
-    {
-        std::lock_guard lock(_runMutex);
-        _closing = true;
-        wasRunning = _running.exchange(false);
-    }
+    const bool wasRunning = _changeRun([](Run& run) {
+        run.isClosing = true;
+        return run.setRunning(false);
+    });
     if (wasRunning) {
         _emitRunningChanged();
         _runHook(&ProgramModel::_onStop);
@@ -224,7 +224,8 @@ std::string ProgramModel::_getProgrammCacheDirectory() const
 void ProgramModel::_shutdown()
 {
     _startThread.wait();
-    _disconnectThread.wait();
+    if (_disconnectThread)
+        _disconnectThread->wait();
     std::lock_guard lock(_closedMutex);
     _closedSource = g_idle_add_full(
         G_PRIORITY_DEFAULT_IDLE,

@@ -3,6 +3,7 @@
 #include <KesCommon/Connection.h>
 #include <KesCommon/Export.h>
 #include <KesCommon/Signal.h>
+#include <KesCommon/WaitCondition.h>
 #include <KesCommon/Worker.h>
 #include <KesDevice/HardwareManager.h>
 #include <KesProgram/model/HelpName.h>
@@ -11,12 +12,13 @@
 #include <sigc++/sigc++.h>
 
 #include <array>
-#include <atomic>
 #include <functional>
 #include <istream>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 namespace KesTree {
@@ -42,7 +44,7 @@ class FileRecentManager;
 /// The flags and the state text may be read on any thread.
 ///
 /// No listener and no hook can make a step of the model be skipped: what they throw goes out as a message.
-/// Only what leaves `_onPrepareStart` reaches the caller of `startTest`.
+/// Only what leaves `getCanStart` and `_onPrepareStart` reaches the caller of `startTest`.
 /// The model shows nothing: texts for the user go out through `signalMessage`.
 class KES_EXPORT ProgramModel : public sigc::trackable {
 public:
@@ -141,11 +143,11 @@ public:
     /// thread asks again.
     const std::string& getState() const;
     /// Whether a run can be stopped. Any thread.
-    bool getCanStop() const { return _running; }
+    bool getCanStop() const { return isRunning(); }
     /// Whether a run is under way and has not been stopped. Any thread.
-    bool isRunning() const { return _running; }
+    bool isRunning() const { return _getRun().isRunning(); }
     /// Whether the output of the current run has been started. Any thread.
-    bool isOutputStarted() const { return _outputStarted; }
+    bool isOutputStarted() const { return _getRun().isOutputStarted(); }
 
     /// Null without archive logic and before `init`.
     ArchiveManager* getArchiveManager();
@@ -170,6 +172,10 @@ public:
     /// Stops a run whose output has started and disconnects the hardware at its end, or has it disconnected
     /// at once, on a thread of its own, when there is no such run.
     void beginDisconnect();
+    /// Has the outputs switched off at once, whatever the program does about it, because the program may have
+    /// no time left: stops a run, refuses one that is being prepared, and tells the devices on a thread of
+    /// its own, without waiting for them.
+    void switchOffAtOnce();
 
     /// Stops a run and begins the shutdown. To be called once.
     void close();
@@ -207,15 +213,57 @@ protected:
 private:
     enum HardwareConnection { RunningConnection, StatusConnection, AvaryConnection, KestoStateConnection };
 
+    /// What a run has got to.
+    enum class RunPhase {
+        Idle,
+        /// Told as running, with no output started.
+        Announced,
+        Running,
+        /// Its test body has not ended yet.
+        Stopped
+    };
+    /// All that decides about a run.
+    struct Run {
+        RunPhase phase = RunPhase::Idle;
+        bool canStart = false;
+        /// `startTest` is on the stack, maybe serving the GUI thread's queue.
+        bool isStarting = false;
+        /// The devices are to be disconnected at its end.
+        bool isDisconnecting = false;
+        /// What is being prepared must not become a run.
+        bool isRefused = false;
+        bool isClosing = false;
+
+        bool isRunning() const { return phase == RunPhase::Announced || phase == RunPhase::Running; }
+        bool isOutputStarted() const { return phase == RunPhase::Running || phase == RunPhase::Stopped; }
+        /// Each returns what was before.
+        bool setRunning(bool running);
+        bool setOutputStarted(bool started);
+    };
+
     using SharedHardware = std::shared_ptr<KesDevice::HardwareManager>;
 
+    Run _getRun() const;
+    /// Changes it in one step; returns what the function returns. Nothing is emitted or called meanwhile.
+    template <typename Change>
+    auto _changeRun(Change change)
+    {
+        std::lock_guard lock(_runMutex);
+        return change(_run);
+    }
+    SharedHardware _adoptLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware);
     SharedHardware _exchangeLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware);
+    void _offerLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware);
     SharedHardware _shareHardware();
     SharedHardware _shareLocalHardware() const;
     void _holdHardware();
     void _setIsHardwareHeld(bool held);
+    bool _beginStart();
+    void _waitForPreviousRun();
     bool _makeStartThread();
     bool _enterRunning();
+    bool _isHardwareStillOn();
+    void _finishRun();
     bool _prepareHardwareSafely();
     /// False, with the text as a message, when the hook has thrown: no hook may break a run off half-way or
     /// end the process from a thread.
@@ -223,26 +271,30 @@ private:
     bool _runSafely(const std::function<void()>& step);
     void _disconnectOnRequest();
     void _disconnectInBackground();
+    void _inBackground(std::shared_ptr<Kes::Worker>& thread, const char* name,
+                       Kes::Result (KesDevice::HardwareManager::*operation)());
     bool _stopRunning();
     bool _report(const Kes::Result& result);
     void _emitRunningChanged();
     void _onKestoState(KesDevice::Kesto* kesto, const char* text);
     void _onShutdown();
 
-    std::atomic<bool> _canStart{false};
-    std::atomic<bool> _running{false};
-    std::atomic<bool> _outputStarted{false};
-    std::atomic<bool> _stopRequested{false};
-    std::atomic<bool> _closing{false};
-    /// Orders closing against the moment at which a start becomes a run. Never held while emitting.
-    std::mutex _runMutex;
+    void _tellCurrentException() noexcept;
+
+    mutable std::mutex _runMutex;
+    Run _run;
+    /// The threads that are in `_finish`. What is left of it belongs to the run that has ended.
+    std::vector<std::thread::id> _finishing;
+    Kes::WaitCondition _finished;
 
     mutable std::mutex _stateMutex;
     std::shared_ptr<const std::string> _state;
 
     Kes::Worker _startThread;
     Kes::Worker _shutdownThread;
-    Kes::Worker _disconnectThread;
+    /// Shared: the next start waits for it on the start thread.
+    std::shared_ptr<Kes::Worker> _disconnectThread;
+    std::shared_ptr<Kes::Worker> _switchOffThread;
     std::mutex _closedMutex;
     unsigned _closedSource = 0;
 
@@ -256,6 +308,8 @@ private:
     /// What the present run may be using: the configuration that it began with, and those that came after.
     std::vector<SharedHardware> _heldHardware;
     bool _isHardwareHeld = false;
+    /// What the present run has switched on; null when the program prepares its runs by itself.
+    SharedHardware _runHardware;
     std::array<Kes::ScopedConnection, 4> _hardwareConnections;
     Kes::ScopedConnection _globalHardwareConnection;
 };

@@ -21,7 +21,8 @@ ProgramModel::SharedHardware ProgramModel::_shareHardware()
         return KesDevice::HardwareControl::share();
     if (auto hardware = _shareLocalHardware())
         return hardware;
-    _setLocalHardware(_createProgramHardwareManager());
+    // Not only one thread may find none.
+    _offerLocalHardware(_createProgramHardwareManager());
     return _shareLocalHardware();
 }
 
@@ -38,8 +39,15 @@ void ProgramModel::_holdHardware()
 
 void ProgramModel::_setIsHardwareHeld(bool held)
 {
+    std::vector<SharedHardware> released;
     std::lock_guard lock(_hardwareMutex);
     _isHardwareHeld = held;
+    if (held)
+        return;
+    released.swap(_heldHardware);
+    if (!released.empty())
+        _heldHardware.push_back(released.back());
+    released.push_back(std::move(_runHardware));
 }
 
 void ProgramModel::setHardware(std::unique_ptr<KesDevice::HardwareManager>& hardware, bool flag)
@@ -68,11 +76,19 @@ std::unique_ptr<KesDevice::HardwareManager> ProgramModel::_createProgramHardware
 
 void ProgramModel::_setLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware)
 {
-    _exchangeLocalHardware(std::move(hardware));
+    KesDevice::HardwareControl::retire(_exchangeLocalHardware(std::move(hardware)));
+}
+
+void ProgramModel::_offerLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware)
+{
+    auto shared = _adoptLocalHardware(std::move(hardware));
+    std::lock_guard lock(_hardwareMutex);
+    if (!_localHardware)
+        _localHardware.swap(shared);
 }
 
 ProgramModel::SharedHardware
-ProgramModel::_exchangeLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware)
+ProgramModel::_adoptLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware)
 {
     if (hardware) {
         hardware->setIsStopOnFault(true);
@@ -80,7 +96,13 @@ ProgramModel::_exchangeLocalHardware(std::unique_ptr<KesDevice::HardwareManager>
         hardware->getVirtualChannels().setIsControlGroupsEnabled(true);
         _report(hardware->getKestos().clear());
     }
-    auto shared = KesDevice::HardwareControl::adopt(std::move(hardware));
+    return KesDevice::HardwareControl::adopt(std::move(hardware));
+}
+
+ProgramModel::SharedHardware
+ProgramModel::_exchangeLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware)
+{
+    auto shared = _adoptLocalHardware(std::move(hardware));
     std::lock_guard lock(_hardwareMutex);
     _localHardware.swap(shared);
     return shared;
@@ -172,12 +194,16 @@ bool ProgramModel::_onPrepareHardware()
 {
     if (!_checkHardware())
         return false;
-    auto& hardware = *getHardware();
-    const KesDevice::HardwareManager::ToldByResults told(hardware);
-    auto result = hardware.prepare();
+    const auto hardware = _shareHardware();
+    const KesDevice::HardwareManager::ToldByResults told(*hardware);
+    auto result = hardware->prepare();
     if (result)
-        result = hardware.startWorkingMode();
-    return _report(result);
+        result = hardware->startWorkingMode();
+    if (!_report(result))
+        return false;
+    std::lock_guard lock(_hardwareMutex);
+    _runHardware = hardware;
+    return true;
 }
 
 void ProgramModel::_onFinishHardware()

@@ -3,45 +3,97 @@
 #include <KesProgram/model/ProgramModel.h>
 
 #include <KesCommon/ExceptionText.h>
+#include <KesCommon/Log.h>
 #include <KesDevice/HardwareManager.h>
+
+#include <algorithm>
 
 namespace KesProgram {
 
+bool ProgramModel::Run::setRunning(bool running)
+{
+    const bool wasRunning = isRunning();
+    if (isOutputStarted())
+        phase = running ? RunPhase::Running : RunPhase::Stopped;
+    else
+        phase = running ? RunPhase::Announced : RunPhase::Idle;
+    return wasRunning;
+}
+
+bool ProgramModel::Run::setOutputStarted(bool started)
+{
+    const bool wasStarted = isOutputStarted();
+    if (isRunning())
+        phase = started ? RunPhase::Running : RunPhase::Announced;
+    else
+        phase = started ? RunPhase::Stopped : RunPhase::Idle;
+    return wasStarted;
+}
+
+ProgramModel::Run ProgramModel::_getRun() const
+{
+    std::lock_guard lock(_runMutex);
+    return _run;
+}
+
 bool ProgramModel::getCanStart()
 {
-    return _canStart && !_shareHardware()->isOutputRunning();
+    return _getRun().canStart && !_shareHardware()->isOutputRunning();
 }
 
 bool ProgramModel::startTest()
 {
-    if (_closing || !getCanStart())
+    if (_getRun().isClosing || !getCanStart() ||
+        _changeRun([](Run& run) { return std::exchange(run.isStarting, true); }))
         return false;
-    _setCanProgramStart(false);
-    _setCanProgramStop(false);
-    // Taken out first: the wait serves the GUI thread's queue, and a function in it may close the program.
-    // The shutdown thread then looks at the start thread, so that no new one is made any more.
-    Kes::Worker previous = std::move(_startThread);
-    previous.wait();
     bool isStarted = false;
+    const auto end = [&] {
+        _changeRun([](Run& run) { run.isStarting = false; });
+        if (!isStarted)
+            _setCanProgramStart(true);
+    };
     try {
-        isStarted = _onPrepareStart() && !_closing && _makeStartThread();
+        isStarted = _beginStart();
     } catch (...) {
-        _setCanProgramStart(true);
+        end();
         throw;
     }
-    if (!isStarted)
-        _setCanProgramStart(true);
+    end();
     return isStarted;
+}
+
+bool ProgramModel::_beginStart()
+{
+    _changeRun([](Run& run) { run.isRefused = false; });
+    _setCanProgramStart(false);
+    _setCanProgramStop(false);
+    // The wait serves the GUI thread's queue, and a function in it may close the program.
+    _waitForPreviousRun();
+    return !_getRun().isClosing && _onPrepareStart() && !_getRun().isClosing && _makeStartThread();
+}
+
+void ProgramModel::_waitForPreviousRun()
+{
+    _startThread.wait();
+    const auto isEnded = [this, self = std::this_thread::get_id()] {
+        return std::all_of(_finishing.begin(), _finishing.end(), [&](auto id) { return id == self; });
+    };
+    std::unique_lock lock(_runMutex);
+    _finished.wait(lock, isEnded);
 }
 
 bool ProgramModel::_makeStartThread()
 {
     _holdHardware();
     _setIsHardwareHeld(true);
+    const auto start = [this, disconnecting = _disconnectThread] {
+        // It would end what begins here.
+        if (disconnecting)
+            disconnecting->wait();
+        _startWorkingModeAndStarted();
+    };
     // The system may have no thread to give.
-    return _runSafely([this] {
-        _startThread = Kes::Worker("KesProgram_Start", [this] { _startWorkingModeAndStarted(); });
-    });
+    return _runSafely([&] { _startThread = Kes::Worker("KesProgram_Start", start); });
 }
 
 void ProgramModel::stopTest()
@@ -51,34 +103,49 @@ void ProgramModel::stopTest()
 
 void ProgramModel::beginDisconnect()
 {
-    if (_outputStarted) {
-        _stopRequested = true;
+    const bool isAtEnd = _changeRun([](Run& run) {
+        run.isDisconnecting |= run.isOutputStarted();
+        return run.isOutputStarted();
+    });
+    if (isAtEnd)
         _stopRunning();
-        // The run may have ended meanwhile, past the place where it looks at the request.
-        if (!_outputStarted && _stopRequested.exchange(false))
-            _disconnectInBackground();
-        return;
-    }
-    _disconnectInBackground();
+    else
+        _disconnectInBackground();
 }
 
-/// The GUI thread does not wait for devices.
+void ProgramModel::switchOffAtOnce()
+{
+    _changeRun([](Run& run) { run.isRefused = true; });
+    // First the devices: the program's own way to stop may take its time.
+    _inBackground(_switchOffThread, "KesProgram_Off", &KesDevice::HardwareManager::stopWorkingMode);
+    _stopRunning();
+}
+
 void ProgramModel::_disconnectInBackground()
 {
     // The shutdown thread is looking at the thread.
-    if (_closing)
-        return;
-    const auto previous = std::make_shared<Kes::Worker>(std::move(_disconnectThread));
-    const auto disconnect = [this, previous, hardware = _shareHardware()] {
-        previous->wait();
-        _report(hardware->disconnect());
+    if (!_getRun().isClosing)
+        _inBackground(_disconnectThread, "KesProgram_Disc", &KesDevice::HardwareManager::disconnect);
+}
+
+/// The GUI thread does not wait for devices. One after the other.
+void ProgramModel::_inBackground(std::shared_ptr<Kes::Worker>& thread, const char* name,
+                                 Kes::Result (KesDevice::HardwareManager::*operation)())
+{
+    const auto ask = [this, operation, previous = thread, hardware = _shareHardware()] {
+        if (previous)
+            previous->wait();
+        _report((hardware.get()->*operation)());
+        // It may have become a run meanwhile.
+        if (isOutputStarted() && !_isHardwareStillOn())
+            _stopRunning();
     };
-    _runSafely([&] { _disconnectThread = Kes::Worker("KesProgram_Disc", disconnect); });
+    _runSafely([&] { thread = std::make_shared<Kes::Worker>(name, ask); });
 }
 
 void ProgramModel::_disconnectOnRequest()
 {
-    if (_stopRequested.exchange(false))
+    if (_changeRun([](Run& run) { return std::exchange(run.isDisconnecting, false); }))
         _report(_shareHardware()->disconnect());
 }
 
@@ -88,16 +155,27 @@ void ProgramModel::_startWorkingModeAndStarted()
         _finish();
         return;
     }
-    _outputStarted = true;
-    // A device may have failed after the preparation and before there was a run to be stopped. It has been
-    // told of then; the test body finds the run stopped.
-    if (!_shareHardware()->checkOutput())
+    _changeRun([](Run& run) { run.setOutputStarted(true); });
+    // A device may have failed, or the devices may have been switched off, after the preparation and before
+    // there was a run to be stopped. The test body finds the run stopped.
+    if (!_isHardwareStillOn())
         _stopRunning();
     // The outputs must not stay on because a test body failed.
-    if (!_runHook(&ProgramModel::_onStart) && _outputStarted) {
+    if (!_runHook(&ProgramModel::_onStart) && isOutputStarted()) {
         _stopRunning();
         _finish();
     }
+}
+
+bool ProgramModel::_isHardwareStillOn()
+{
+    const auto current = _shareHardware();
+    std::unique_lock lock(_hardwareMutex);
+    const auto switchedOn = _runHardware;
+    lock.unlock();
+    if (switchedOn && (switchedOn != current || !switchedOn->isOutputRunning()))
+        return false;
+    return static_cast<bool>(current->checkOutput());
 }
 
 bool ProgramModel::_prepareHardwareSafely()
@@ -108,16 +186,15 @@ bool ProgramModel::_prepareHardwareSafely()
 
 bool ProgramModel::_enterRunning()
 {
-    bool changed = false;
-    {
-        std::lock_guard lock(_runMutex);
-        if (_closing)
-            return false;
-        changed = !_running.exchange(true);
-    }
-    if (changed)
+    enum class Entry { Refused, Entered, WasAnnounced };
+    const auto entry = _changeRun([](Run& run) {
+        if (run.isClosing || run.isRefused)
+            return Entry::Refused;
+        return run.setRunning(true) ? Entry::WasAnnounced : Entry::Entered;
+    });
+    if (entry == Entry::Entered)
         _emitRunningChanged();
-    return true;
+    return entry != Entry::Refused;
 }
 
 bool ProgramModel::_runHook(void (ProgramModel::*hook)())
@@ -131,12 +208,33 @@ bool ProgramModel::_runSafely(const std::function<void()>& step)
         step();
         return true;
     } catch (...) {
-        signalMessage.emit(Kes::getCurrentExceptionText());
+        _tellCurrentException();
         return false;
     }
 }
 
+/// Without memory for the text the run still has to end.
+void ProgramModel::_tellCurrentException() noexcept
+{
+    try {
+        signalMessage.emit(Kes::getCurrentExceptionText());
+    } catch (...) {
+        KesLog::Log::writeError("out of memory");
+    }
+}
+
 void ProgramModel::_finish()
+{
+    const auto self = std::this_thread::get_id();
+    _changeRun([&](Run&) { _finishing.push_back(self); });
+    _finishRun();
+    _changeRun([&](Run&) {
+        _finishing.erase(std::find(_finishing.begin(), _finishing.end(), self));
+        _finished.notifyAll();
+    });
+}
+
+void ProgramModel::_finishRun()
 {
     // The outputs go off whatever the program's own step does.
     if (!_runHook(&ProgramModel::_onFinishHardware))
@@ -145,8 +243,8 @@ void ProgramModel::_finish()
     _setState({});
     _setCanProgramStart(true);
     _setCanProgramStop(false);
-    signalFinished.emit(_outputStarted);
-    _outputStarted = false;
+    signalFinished.emit(isOutputStarted());
+    _changeRun([](Run& run) { run.setOutputStarted(false); });
     _setIsHardwareHeld(false);
     // A request that came too late for the hook: it must not wait for the next run.
     _disconnectOnRequest();
@@ -154,20 +252,20 @@ void ProgramModel::_finish()
 
 void ProgramModel::_setCanProgramStart(bool canStart)
 {
-    if (_canStart.exchange(canStart) != canStart)
+    if (_changeRun([=](Run& run) { return std::exchange(run.canStart, canStart); }) != canStart)
         signalCanStartChanged.emit();
 }
 
 void ProgramModel::_setCanProgramStop(bool running)
 {
-    if (_running.exchange(running) != running)
+    if (_changeRun([=](Run& run) { return run.setRunning(running); }) != running)
         _emitRunningChanged();
 }
 
-/// Exactly one of the threads that want to stop a run gets past the exchange.
+/// Exactly one of the threads that want to stop a run finds it running.
 bool ProgramModel::_stopRunning()
 {
-    if (!_running.exchange(false))
+    if (!_changeRun([](Run& run) { return run.setRunning(false); }))
         return false;
     _emitRunningChanged();
     _runHook(&ProgramModel::_onStop);

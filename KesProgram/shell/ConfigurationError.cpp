@@ -1,6 +1,5 @@
 #include <KesProgram/shell/ConfigurationError.h>
 
-#include <KesCommon/ExceptionText.h>
 #include <KesCommon/StringHelper.h>
 #include <KesProgram/text/TextPair.h>
 
@@ -24,14 +23,5 @@ ConfigurationError::ConfigurationError(const std::string& path, const std::strin
 {}
 
 ConfigurationError::~ConfigurationError() = default;
-
-void ConfigurationError::translate(const std::string& path, const std::function<void()>& write)
-{
-    try {
-        write();
-    } catch (...) {
-        throw ConfigurationError(path, Kes::getCurrentExceptionText());
-    }
-}
 
 } // namespace KesProgram

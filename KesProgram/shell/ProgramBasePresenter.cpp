@@ -69,10 +69,22 @@ std::unique_ptr<Kes::IPresenter> ProgramBasePresenter::_createStatusBar()
 
 void ProgramBasePresenter::_init()
 {
+    if (_fields->openFailure)
+        std::rethrow_exception(_fields->openFailure);
     if (_fields->isInitialised)
         return;
     _onBeforeInit();
     _fields->isInitialised = true;
+    try {
+        _build();
+    } catch (...) {
+        _fields->openFailure = std::current_exception();
+        throw;
+    }
+}
+
+void ProgramBasePresenter::_build()
+{
     Kes::ApplicationDispatcherPresenter::getInstance().registerDispatcher();
     Kes::AccessibleActions::comeFromMainLoop();
     _loadXmlConfig();

@@ -51,6 +51,7 @@ public:
     ProgramBasePresenter& operator=(const ProgramBasePresenter&) = delete;
 
     /// Builds the window when it is called first, and shows it over the parent's window (null: anywhere).
+    /// When building has failed, every later call throws the same again.
     void open(Kes::IView* parent) override;
     void setPackageVersion(const std::string& version) override;
     /// The main window; null before the first `open`.
@@ -76,8 +77,14 @@ public:
     /// Builds the report and opens it with the desktop's application; a failure is shown.
     void requestReport();
     /// Closes the program as the window's close button does. Nothing before the first `open` and while
-    /// closing is under way; while a dialog of the shell is open, once that has been closed.
+    /// a question of the closing is open; while a dialog of the shell is open, once that has been closed;
+    /// while a test that was stopped still runs, asks once more. What a step throws reaches the caller, and
+    /// the program stays open.
     void requestClose();
+    /// Inside a catch block, at the top of the main loop or in a callback of the toolkit: shows the user what
+    /// the exception says. When the configuration could not be written while closing, the program then closes
+    /// without it.
+    void tellCurrentException();
 
     /// Runs a function that shows modal dialogs, at once; see above. An exception passes through.
     void runDialogs(const std::function<void()>& function);
@@ -103,8 +110,8 @@ protected:
 
     /// Reads the configuration file. Every failure is a warning in the log.
     virtual void _loadXmlConfig();
-    /// Writes the configuration file, making its folder when needed. A failure leaves as an exception, and
-    /// the program stays open: an override that catches it tells the user.
+    /// Writes the configuration file, making its folder when needed. A failure leaves as an exception; see
+    /// `tellCurrentException`.
     virtual void _saveXmlConfig();
     /// Takes recent files and window rectangle out of the file's root. An override calls it.
     virtual void _extractXmlConfig(xmlpp::Element* root);
@@ -139,14 +146,19 @@ protected:
 private:
     struct ImplFields;
 
+    void _build();
     void _connectModel(ProgramModel& model);
     void _createWindow();
     /// Any thread: runs a handler of a model signal on the GUI thread; at once when called there. What it
     /// throws leaves the main loop, not the emission.
     void _fromModel(std::function<void()> handler);
     void _showMessages();
+    bool _stopOnRequest(ProgramModel& model);
     void _waitForStop(ProgramModel& model);
     void _onRunningChangedOnClosing();
+    void _closeModel();
+    template <typename Window>
+    void _closeSafely(Window* window);
     void _onTestObjectClosed();
 
     std::unique_ptr<ImplFields> _fields;

@@ -1,9 +1,12 @@
 // The way from a request to close to the end of the program.
 
 #include <KesCommon/EmitLast.h>
+#include <KesCommon/ExceptionText.h>
+#include <KesCommon/Log.h>
 #include <KesCommonView/DialogPresenter.h>
 #include <KesCommonView/OpenDialogs.h>
 #include <KesProgram/model/ProgramModel.h>
+#include <KesProgram/shell/ConfigurationError.h>
 #include <KesProgram/shell/detail/ProgramBasePresenterFields.h>
 #include <KesProgram/text/Program.h>
 
@@ -11,24 +14,33 @@ namespace KesProgram {
 
 bool ProgramBasePresenter::_onClosingFromView()
 {
-    requestClose();
+    // The toolkit takes an exception for the permission to hide the window.
+    try {
+        requestClose();
+    } catch (...) {
+        tellCurrentException();
+    }
     return true;
 }
 
 void ProgramBasePresenter::requestClose()
 {
     auto& closing = _fields->closing;
-    if (!_fields->view || closing.isDeciding || closing.isWaiting || closing.isUnderWay())
+    const bool isUnderWay = closing == ClosingPhase::Waiting || closing == ClosingPhase::Deciding ||
+                            closing == ClosingPhase::Asking || closing == ClosingPhase::Saving;
+    if (!_fields->view || isUnderWay || closing == ClosingPhase::Closed)
         return;
     if (Kes::OpenDialogs::any()) {
-        closing.isWaiting = true;
+        closing = ClosingPhase::Waiting;
         _fields->dialogs.whenClosed([this] {
-            _fields->closing.isWaiting = false;
+            if (_fields->closing != ClosingPhase::Waiting)
+                return;
+            _fields->closing = ClosingPhase::Open;
             requestClose();
         });
         return;
     }
-    const FlagScope deciding(closing.isDeciding);
+    const ClosingScope deciding(closing, ClosingPhase::Deciding);
     _onClosing();
 }
 
@@ -36,26 +48,30 @@ void ProgramBasePresenter::_onClosing()
 {
     auto& closing = _fields->closing;
     auto& model = *_getModel();
-    if (closing.isUnderWay())
+    if (closing == ClosingPhase::Asking || closing == ClosingPhase::Saving || closing == ClosingPhase::Closed)
         return;
-    if (model.isRunning()) {
-        const FlagScope asking(closing.isAsking);
-        const auto answer =
-            Kes::DialogPresenter::show(getView(), lng::Program::get("Message.closeConfirmation"),
-                                       model.getProgramName(), Kes::DialogResult::YesNo);
-        if (answer != Kes::DialogResult::Yes)
-            return;
-        model.stopTest();
-    }
+    if (model.isRunning() && !_stopOnRequest(model))
+        return;
     if (model.isRunning())
         _waitForStop(model);
     else
         _saveOnClosing();
 }
 
+/// False: the user wants the test to go on.
+bool ProgramBasePresenter::_stopOnRequest(ProgramModel& model)
+{
+    const ClosingScope asking(_fields->closing, ClosingPhase::Asking);
+    const auto answer = Kes::DialogPresenter::show(getView(), lng::Program::get("Message.closeConfirmation"),
+                                                   model.getProgramName(), Kes::DialogResult::YesNo);
+    if (answer == Kes::DialogResult::Yes)
+        model.stopTest();
+    return answer == Kes::DialogResult::Yes;
+}
+
 void ProgramBasePresenter::_waitForStop(ProgramModel& model)
 {
-    _fields->closing.isStopping = true;
+    _fields->closing = ClosingPhase::Stopping;
     // Left in place: when the user cancels the archive question, the next end of a run asks it again.
     if (!_fields->runningConnection.connected())
         _fields->runningConnection = model.signalRunningChanged.connect([this, &model] {
@@ -69,53 +85,95 @@ void ProgramBasePresenter::_waitForStop(ProgramModel& model)
 
 void ProgramBasePresenter::_onRunningChangedOnClosing()
 {
+    auto& closing = _fields->closing;
     // While the question is open, `_onClosing` itself goes on when it has been answered.
-    if (_fields->closing.isAsking)
+    if (closing == ClosingPhase::Asking)
         return;
-    _fields->closing.isStopping = false;
+    if (closing == ClosingPhase::Stopping)
+        closing = ClosingPhase::Open;
     // Another run may have begun meanwhile: about that one the next request asks.
-    if (!_getModel()->isRunning())
+    if (_getModel()->isRunning())
+        return;
+    try {
         _saveOnClosing();
+    } catch (...) {
+        tellCurrentException();
+    }
 }
 
 void ProgramBasePresenter::_saveOnClosing()
 {
     auto& closing = _fields->closing;
-    if (closing.isSaving || closing.isClosed)
+    if (closing == ClosingPhase::Saving || closing == ClosingPhase::Closed)
         return;
-    const FlagScope saving(closing.isSaving);
+    const ClosingScope saving(closing, ClosingPhase::Saving);
     const Kes::OpenDialogs::Scope dialogs;
     if (_getModel()->hasArchiveLogic() && !_fields->archive->close())
         return;
     // Before the model is closed, and the window with it: a hidden window no longer knows its place.
-    _saveXmlConfig();
-    closing.isClosed = true;
     try {
-        _getModel()->close();
+        _saveXmlConfig();
     } catch (...) {
-        // As long as the window is there, it can be closed once more.
-        closing.isClosed = !_fields->closingFromView.connected();
+        _fields->configurationFailure = std::current_exception();
         throw;
     }
+    _closeModel();
+}
+
+void ProgramBasePresenter::_closeModel()
+{
+    if (std::exchange(_fields->closing, ClosingPhase::Closed) != ClosingPhase::Closed)
+        _getModel()->close();
+}
+
+void ProgramBasePresenter::tellCurrentException()
+{
+    const bool isConfiguration = std::current_exception() == _fields->configurationFailure;
+    const auto text = isConfiguration
+                          ? ConfigurationError(_getXmlConfigFullPath(), Kes::getCurrentExceptionText()).what()
+                          : Kes::getCurrentExceptionText();
+    KesLog::Log::writeError(text);
+    runDialogs([&] {
+        Kes::DialogPresenter::show(getView(), text, _getModel()->getProgramName(), Kes::DialogResult::Ok);
+    });
+    // The user has answered all questions; the file is not worth another one.
+    if (isConfiguration)
+        _closeModel();
 }
 
 void ProgramBasePresenter::_onUnloadingFromModel()
 {
     // The closing connection is cut first: the window's own delete event arrives later, from the main loop.
-    _fields->closing.isClosed = true;
+    _fields->closing = ClosingPhase::Closed;
     _fields->closingFromView.disconnect();
     // What is changed from now on would be lost without a question. The window behind a modal one cannot
     // close.
-    if (_fields->testObject)
-        _fields->testObject->close();
-    if (_fields->hardwareSettings)
-        _fields->hardwareSettings->close();
-    _fields->view->close();
+    _closeSafely(_fields->testObject.get());
+    _closeSafely(_fields->hardwareSettings.get());
+    _closeSafely(_fields->view.get());
+}
+
+/// One window that fails does not keep the others open.
+template <typename Window>
+void ProgramBasePresenter::_closeSafely(Window* window)
+{
+    try {
+        if (window)
+            window->close();
+    } catch (...) {
+        _onMessageFromModel(Kes::getCurrentExceptionText());
+    }
 }
 
 void ProgramBasePresenter::_onClosedFromModel()
 {
-    _fields->dialogs.whenClosed([this] { Kes::emitLast(signalClosed); });
+    _fields->dialogs.whenClosed([this] {
+        try {
+            Kes::emitLast(signalClosed);
+        } catch (...) {
+            KesLog::Log::writeError(Kes::getCurrentExceptionText());
+        }
+    });
 }
 
 } // namespace KesProgram

@@ -12,36 +12,46 @@
 #include <KesProgram/shell/detail/ModalDialogs.h>
 #include <KesProgram/views/IProgramView.h>
 
+#include <exception>
+
 namespace KesProgram {
 
-/// How far a request to close has got; each is set while it lasts.
-struct ClosingState {
-    /// `requestClose` is on the stack.
-    bool isDeciding = false;
-    /// The question about the running test is open, or the test is being stopped.
-    bool isAsking = false;
-    /// The test has been asked to stop and still runs.
-    bool isStopping = false;
-    /// The archive question is open, or the configuration is being written.
-    bool isSaving = false;
-    /// The model has been closed; for ever.
-    bool isClosed = false;
+/// How far the program has got with being closed.
+enum class ClosingPhase {
+    Open,
     /// A request waits for a dialog to be closed.
-    bool isWaiting = false;
-
-    bool isUnderWay() const { return isAsking || isStopping || isSaving || isClosed; }
+    Waiting,
+    /// The program's own `_onClosing` is deciding.
+    Deciding,
+    /// The question about the running test is open, or the test is being stopped.
+    Asking,
+    /// The test has been asked to stop and still runs.
+    Stopping,
+    /// The archive question is open, or the configuration is being written.
+    Saving,
+    /// The model has been closed; for ever.
+    Closed
 };
 
-/// Sets a flag for a scope.
-class FlagScope {
+/// A phase for a scope; leaves alone what has come after it.
+class ClosingScope {
 public:
-    explicit FlagScope(bool& flag) : _flag(flag) { _flag = true; }
-    ~FlagScope() { _flag = false; }
-    FlagScope(const FlagScope&) = delete;
-    FlagScope& operator=(const FlagScope&) = delete;
+    ClosingScope(ClosingPhase& phase, ClosingPhase during) : _phase(phase), _before(phase), _during(during)
+    {
+        _phase = during;
+    }
+    ~ClosingScope()
+    {
+        if (_phase == _during)
+            _phase = _before;
+    }
+    ClosingScope(const ClosingScope&) = delete;
+    ClosingScope& operator=(const ClosingScope&) = delete;
 
 private:
-    bool& _flag;
+    ClosingPhase& _phase;
+    const ClosingPhase _before;
+    const ClosingPhase _during;
 };
 
 struct ProgramBasePresenter::ImplFields : sigc::trackable {
@@ -55,7 +65,11 @@ struct ProgramBasePresenter::ImplFields : sigc::trackable {
     sigc::connection closingFromView;
     std::unique_ptr<Kes::RectangleF> savedRectangle;
 
-    ClosingState closing;
+    /// What the first `open` has thrown: half a window cannot be shown.
+    std::exception_ptr openFailure;
+    /// Why the configuration could not be written when the program was to close.
+    std::exception_ptr configurationFailure;
+    ClosingPhase closing = ClosingPhase::Open;
     ModalDialogs dialogs;
     MessageQueue messages;
     Kes::UpdateViewGuard guard;

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "RecordingModel.h"
+
+#include "support/Bench.h"
+#include "support/DefaultHardware.h"
+#include "support/GuiTest.h"
+#include "support/TemporaryHome.h"
+
+#include <KesCommon/SignalGate.h>
+#include <KesDevice/HardwareControl.h>
+
+namespace KesTest {
+
+using namespace std::chrono_literals;
+
+/// A bench with one device; the model's run lasts until it is stopped.
+template <typename Model>
+class RunFaults : public GuiTest {
+protected:
+    RunFaults()
+    {
+        // The simulated device that every program finds comes with the first configuration.
+        KesDevice::HardwareControl::getInstance();
+        auto configuration = KesDevice::HardwareManager::create();
+        first.addTo(*configuration);
+        KesDevice::HardwareControl::setGlobalInstance(std::move(configuration), true);
+        model.signalMessage.connect([this](const std::string& text) { texts.write(text); });
+        model.prepareHardware = [this] { return model.prepareRealHardware(); };
+        model.body = [](RecordingModel& self) {
+            self.bodyDoor.waitUntilOpenOr([&] { return !self.isRunning(); });
+            self._finish();
+        };
+        model.bodyDoor.close();
+        model.init();
+        model._setCanProgramStart(true);
+    }
+    ~RunFaults() override
+    {
+        for (auto* device : {&first, &second}) {
+            (*device)->setSilent(false);
+            (*device)->setAnswerDelay(0ms);
+        }
+        model.stopTest();
+        EXPECT_TRUE(!isStarted || waitForFinish());
+        (void)hardware().stopWorkingMode();
+        KesDevice::HardwareControl::setGlobalInstance(DefaultHardware::create(), true);
+    }
+
+    KesDevice::HardwareManager& hardware() { return *model.getHardware(); }
+    void switchOn()
+    {
+        ASSERT_TRUE(hardware().prepare());
+        ASSERT_TRUE(hardware().startWorkingMode());
+        ASSERT_TRUE(first.putOut(1.0));
+    }
+    void start()
+    {
+        isStarted = true;
+        ASSERT_TRUE(model.startTest());
+    }
+    void startAndRun()
+    {
+        start();
+        ASSERT_TRUE(waitFor([this] { return model.has("onStart"); }));
+        ASSERT_TRUE(first.putOut(1.0));
+    }
+    std::size_t countFinishes() const
+    {
+        return model.count("finished(true)") + model.count("finished(false)");
+    }
+    bool waitForFinish(std::chrono::milliseconds limit = 10s)
+    {
+        return waitFor([this] { return countFinishes() > 0; }, limit);
+    }
+
+    TemporaryHome home;
+    BenchDevice first{1};
+    BenchDevice second{2};
+    Record texts;
+    Model model;
+    bool isStarted = false;
+};
+
+} // namespace KesTest
