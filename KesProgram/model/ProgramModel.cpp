@@ -171,7 +171,7 @@ const std::string& ProgramModel::getPackageVersion() const
 
 void ProgramModel::close()
 {
-    const bool wasRunning = _changeRun([](Run& run) {
+    const bool wasRunning = _changeRun([](ModelRunState& run) {
         run.isClosing = true;
         return run.setRunning(false);
     });

@@ -213,18 +213,17 @@ protected:
 private:
     enum HardwareConnection { RunningConnection, StatusConnection, AvaryConnection, KestoStateConnection };
 
-    /// What a run has got to.
-    enum class RunPhase {
-        Idle,
-        /// Told as running, with no output started.
-        Announced,
-        Running,
-        /// Its test body has not ended yet.
-        Stopped
-    };
     /// All that decides about a run.
-    struct Run {
-        RunPhase phase = RunPhase::Idle;
+    struct ModelRunState {
+        enum class Phase {
+            Idle,
+            /// Told as running, with no output started.
+            Announced,
+            Running,
+            /// Its test body has not ended yet.
+            Stopped
+        };
+        Phase phase = Phase::Idle;
         bool canStart = false;
         /// `startTest` is on the stack, maybe serving the GUI thread's queue.
         bool isStarting = false;
@@ -234,8 +233,8 @@ private:
         bool isRefused = false;
         bool isClosing = false;
 
-        bool isRunning() const { return phase == RunPhase::Announced || phase == RunPhase::Running; }
-        bool isOutputStarted() const { return phase == RunPhase::Running || phase == RunPhase::Stopped; }
+        bool isRunning() const { return phase == Phase::Announced || phase == Phase::Running; }
+        bool isOutputStarted() const { return phase == Phase::Running || phase == Phase::Stopped; }
         /// Each returns what was before.
         bool setRunning(bool running);
         bool setOutputStarted(bool started);
@@ -243,7 +242,7 @@ private:
 
     using SharedHardware = std::shared_ptr<KesDevice::HardwareManager>;
 
-    Run _getRun() const;
+    ModelRunState _getRun() const;
     /// Changes it in one step; returns what the function returns. Nothing is emitted or called meanwhile.
     template <typename Change>
     auto _changeRun(Change change)
@@ -282,7 +281,7 @@ private:
     void _tellCurrentException() noexcept;
 
     mutable std::mutex _runMutex;
-    Run _run;
+    ModelRunState _run;
     /// The threads that are in `_finish`. What is left of it belongs to the run that has ended.
     std::vector<std::thread::id> _finishing;
     Kes::WaitCondition _finished;

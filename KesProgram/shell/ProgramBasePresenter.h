@@ -81,6 +81,11 @@ public:
     /// while a test that was stopped still runs, asks once more. What a step throws reaches the caller, and
     /// the program stays open.
     void requestClose();
+    /// Whether a request to close is being decided about, waits, or has been carried out.
+    bool isClosing() const;
+    /// Closes the program without asking anybody anything; what has not been saved is not. To be called when
+    /// no dialog is open.
+    void closeWithoutQuestions();
     /// Inside a catch block, at the top of the main loop or in a callback of the toolkit: shows the user what
     /// the exception says. When the configuration could not be written while closing, the program then closes
     /// without it.

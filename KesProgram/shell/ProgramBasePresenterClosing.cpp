@@ -120,6 +120,23 @@ void ProgramBasePresenter::_saveOnClosing()
     _closeModel();
 }
 
+bool ProgramBasePresenter::isClosing() const
+{
+    return _fields->closing != ClosingPhase::Open;
+}
+
+void ProgramBasePresenter::closeWithoutQuestions()
+{
+    if (_fields->closing == ClosingPhase::Closed)
+        return;
+    try {
+        _saveXmlConfig();
+    } catch (...) {
+        KesLog::Log::writeError(Kes::getCurrentExceptionText());
+    }
+    _closeModel();
+}
+
 void ProgramBasePresenter::_closeModel()
 {
     if (std::exchange(_fields->closing, ClosingPhase::Closed) != ClosingPhase::Closed)
