@@ -175,10 +175,8 @@ void ProgramModel::close()
         run.isClosing = true;
         return run.setRunning(false);
     });
-    if (wasRunning) {
-        _emitRunningChanged();
-        _runHook(&ProgramModel::_onStop);
-    }
+    if (wasRunning)
+        _tellStopped();
     _runHook(&ProgramModel::_onClosing);
     signalClosing.emit();
     // Without a thread for it the shutdown happens here: the program ends in any case.

@@ -149,6 +149,9 @@ public:
     /// Whether the output of the current run has been started. Any thread.
     bool isOutputStarted() const { return _getRun().isOutputStarted(); }
 
+    /// Whether a step of the last run has thrown: it shows nothing then, whatever its verdict. Any thread.
+    bool hasRunFailed() const { return _getRun().hasFailed; }
+
     /// Null without archive logic and before `init`.
     ArchiveManager* getArchiveManager();
     /// Made on first use, for ten files.
@@ -231,6 +234,7 @@ private:
         bool isDisconnecting = false;
         /// What is being prepared must not become a run.
         bool isRefused = false;
+        bool hasFailed = false;
         bool isClosing = false;
 
         bool isRunning() const { return phase == Phase::Announced || phase == Phase::Running; }
@@ -273,6 +277,7 @@ private:
     void _inBackground(std::shared_ptr<Kes::Worker>& thread, const char* name,
                        Kes::Result (KesDevice::HardwareManager::*operation)());
     bool _stopRunning();
+    void _tellStopped();
     bool _report(const Kes::Result& result);
     void _emitRunningChanged();
     void _onKestoState(KesDevice::Kesto* kesto, const char* text);

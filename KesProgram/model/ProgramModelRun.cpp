@@ -64,7 +64,7 @@ bool ProgramModel::startTest()
 
 bool ProgramModel::_beginStart()
 {
-    _changeRun([](ModelRunState& run) { run.isRefused = false; });
+    _changeRun([](ModelRunState& run) { run.isRefused = run.hasFailed = false; });
     _setCanProgramStart(false);
     _setCanProgramStop(false);
     // The wait serves the GUI thread's queue, and a function in it may close the program.
@@ -115,10 +115,14 @@ void ProgramModel::beginDisconnect()
 
 void ProgramModel::switchOffAtOnce()
 {
-    _changeRun([](ModelRunState& run) { run.isRefused = true; });
-    // First the devices: the program's own way to stop may take its time.
+    const bool wasRunning = _changeRun([](ModelRunState& run) {
+        run.isRefused = true;
+        return run.setRunning(false);
+    });
+    // Before the words: the program's own way to stop may take its time.
     _inBackground(_switchOffThread, "KesProgram_Off", &KesDevice::HardwareManager::stopWorkingMode);
-    _stopRunning();
+    if (wasRunning)
+        _tellStopped();
 }
 
 void ProgramModel::_disconnectInBackground()
@@ -208,6 +212,7 @@ bool ProgramModel::_runSafely(const std::function<void()>& step)
         step();
         return true;
     } catch (...) {
+        _changeRun([](ModelRunState& run) { run.hasFailed = true; });
         _tellCurrentException();
         return false;
     }
@@ -265,11 +270,16 @@ void ProgramModel::_setCanProgramStop(bool running)
 /// Exactly one of the threads that want to stop a run finds it running.
 bool ProgramModel::_stopRunning()
 {
-    if (!_changeRun([](ModelRunState& run) { return run.setRunning(false); }))
-        return false;
+    const bool wasRunning = _changeRun([](ModelRunState& run) { return run.setRunning(false); });
+    if (wasRunning)
+        _tellStopped();
+    return wasRunning;
+}
+
+void ProgramModel::_tellStopped()
+{
     _emitRunningChanged();
     _runHook(&ProgramModel::_onStop);
-    return true;
 }
 
 void ProgramModel::_emitRunningChanged()

@@ -85,7 +85,7 @@ private:
     void _onException()
     {
         if (_unattended)
-            _unattended->reportFileError();
+            _unattended->reportFailure();
         _parts.presenter->tellCurrentException();
     }
 

@@ -120,9 +120,12 @@ void UnattendedRun::_run(Step step)
         (this->*step)();
         return;
     } catch (...) {
-        tellCurrentException();
+        _addFailure();
+        if (_phase == Phase::Closing)
+            _presenter.tellCurrentException();
+        else
+            tellCurrentException();
     }
-    _addFileError();
     try {
         _goOnAfterFailure();
     } catch (...) {
@@ -170,7 +173,7 @@ bool UnattendedRun::_lookForEnd()
 void UnattendedRun::_onWindowShown()
 {
     if (!_openFile()) {
-        _addFileError();
+        _addFailure();
         _complete();
     } else if (_commandLine.run && !_isTerminating) {
         _startTest();
@@ -220,6 +223,8 @@ void UnattendedRun::_onFinished()
     // Should there be no verdict at all.
     _status = Failure;
     _status = toStatus(_model.getRunVerdict(), _isTerminating);
+    if (_model.hasRunFailed())
+        _addFailure();
     _writeFiles();
 }
 
@@ -306,7 +311,7 @@ void UnattendedRun::_write(const std::string& path, Kes::Result (UnattendedRun::
     } catch (...) {
         tellCurrentException();
     }
-    _addFileError();
+    _addFailure();
 }
 
 Kes::Result UnattendedRun::_save()
@@ -335,7 +340,7 @@ Kes::Result UnattendedRun::_screenshot()
     return window ? WindowPicture::save(*window, _commandLine.screenshot) : Kes::Result(false);
 }
 
-void UnattendedRun::_addFileError()
+void UnattendedRun::_addFailure()
 {
     if (_status == Success || _status == OutOfTolerance)
         _status = Failure;

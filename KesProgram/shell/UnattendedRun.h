@@ -67,8 +67,8 @@ public:
     bool isDone() const { return _phase == Phase::Done; }
     /// The program's exit status; meaningful once all is done or the window has been closed.
     Status getStatus() const { return _status; }
-    /// A file error that happened elsewhere.
-    void reportFileError() { _addFileError(); }
+    /// Something that failed elsewhere.
+    void reportFailure() { _addFailure(); }
 
 private:
     using Step = void (UnattendedRun::*)();
@@ -103,7 +103,7 @@ private:
     Kes::Result _save();
     Kes::Result _report();
     Kes::Result _screenshot();
-    void _addFileError();
+    void _addFailure();
     void _notStarted();
 
     const CommandLine _commandLine;
