@@ -27,10 +27,6 @@ constexpr Kes::TextTable table({
      "Конфигурация аппаратных средств не содержит КЕСТО."},
     {"Errors.General.replaced", "The hardware configuration has been replaced.",
      "Конфигурация аппаратных средств заменена."},
-    {"Errors.General.stopOnFault",
-     "The outputs could not be switched off after a fault of another device: %s",
-     "Не удалось отключить выходы после аварии другого устройства: %s"},
-
     {"Errors.General.outputFailed", "The outputs do not work any more.", "Выходы больше не работают."},
 
     {"Errors.Sync.start", "Error on starting the sequences.", "Ошибка пуска последовательностей."},

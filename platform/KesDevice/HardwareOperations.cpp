@@ -140,8 +140,7 @@ Kes::Result HardwareManager::_toResult(const char* key, const Kestos& kestos,
 
 HardwareManager::ToldByResults::ToldByResults(HardwareManager& hardware)
     : ToldByResults(hardware._kestos.lease())
-{
-}
+{}
 
 HardwareManager::ToldByResults::ToldByResults(const Kestos& kestos)
 {
@@ -215,10 +214,13 @@ Kes::Result HardwareManager::startWorkingMode()
     for (std::size_t i = 0; i < kestos.size(); ++i)
         if (results[i])
             results[i] = getFailure(*kestos[i]);
-    (void)_onEach(kestos, status, [](Kesto& kesto) { return kesto.stopWorkingMode(); });
-    for (std::size_t i = 0; i < kestos.size(); ++i)
+    const auto stops = _onEach(kestos, status, [](Kesto& kesto) { return kesto.stopWorkingMode(); });
+    for (std::size_t i = 0; i < kestos.size(); ++i) {
+        if (results[i])
+            results[i] = stops[i];
         if (!results[i])
             told._setTold(i);
+    }
     auto result = _toResult("Errors.General.startWorkingMode", kestos, results);
     return result ? Kes::Result::failure(lng::HardwareManager::get("Errors.General.replaced")) : result;
 }

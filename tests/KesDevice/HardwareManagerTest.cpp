@@ -1,5 +1,7 @@
 #include "TestBench.h"
 
+#include <support/Record.h>
+
 #include <KesDevice/HardwareIsRunningComponent.h>
 
 #include <future>
@@ -13,6 +15,9 @@ protected:
     HardwareManagerTest()
     {
         hardware->signalRunningChanged.connect([this](bool isRunning) { running.push_back(isRunning); });
+        hardware->signalKestoState.connect([this](Kesto* kesto, const char* text) {
+            notices.write((kesto == secondKesto ? "second: " : "?: ") + std::string(text));
+        });
     }
 
     std::unique_ptr<HardwareManager> hardware = HardwareManager::create();
@@ -21,6 +26,7 @@ protected:
     Kesto* firstKesto = add(*hardware, first, 1);
     Kesto* secondKesto = add(*hardware, second, 2);
     std::vector<bool> running;
+    Record notices;
 };
 
 TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
@@ -64,20 +70,30 @@ TEST_F(HardwareManagerTest, AFaultStopsTheOthersWhenWanted)
 {
     ASSERT_TRUE(hardware->prepare());
     ASSERT_TRUE(hardware->startWorkingMode());
-    std::promise<std::string> notice;
-    hardware->signalKestoState.connect([&](Kesto* kesto, const char* text) {
-        notice.set_value((kesto == secondKesto ? "second: " : "?: ") + std::string(text));
-    });
     first.report(KesDriver::KesAvary{3, 17, false, true, {}}).wait();
     EXPECT_EQ(second.countCalls(LinkCall::StopOutputs), 0U);
     hardware->setIsStopOnFault(true);
     second.fail(LinkCall::StopOutputs, "stuck");
     first.reportConnectionLost().wait();
-    EXPECT_EQ(notice.get_future().get(),
-              "second: The outputs could not be switched off after a fault of another device: stuck");
+    const std::string disobedience =
+        "second: KESTO-3 No. 00017 (192.168.1.2) does not obey, and was disconnected.";
+    EXPECT_TRUE(waitUntil([&] { return notices.has(disobedience); }));
     EXPECT_EQ(second.countCalls(LinkCall::StopOutputs), 1U);
     EXPECT_TRUE(hardware->isOutputRunning()) << "until it is stopped";
     EXPECT_TRUE(hardware->stopWorkingMode()) << "a lost device has switched off by itself";
+    EXPECT_THAT(notices.take(), ElementsAre(disobedience));
+}
+
+TEST_F(HardwareManagerTest, AStartThatFailsNamesWhoDoesNotSwitchOffAgain)
+{
+    ASSERT_TRUE(hardware->prepare());
+    first.fail(LinkCall::StopWorkingMode, "stuck");
+    second.fail(LinkCall::StartWorkingMode, "Fault: IA - overload");
+    EXPECT_EQ(message(hardware->startWorkingMode()),
+              "Error on starting working mode.\n"
+              "  KESTO-3 No. 00017 (192.168.1.1): stuck\n"
+              "  KESTO-3 No. 00017 (192.168.1.2): Fault: IA - overload");
+    EXPECT_THAT(notices.take(), testing::IsEmpty()) << "one cause, one text";
 }
 
 TEST_F(HardwareManagerTest, OneSilentDeviceKeepsNoOtherOneWaiting)

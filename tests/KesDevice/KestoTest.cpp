@@ -139,6 +139,17 @@ TEST_F(KestoTest, StopsAndLetsGoOfADeviceThatTalksNonsense)
     }
 }
 
+TEST_F(KestoTest, TellsOnceThatItsOutputsCouldNotBeStopped)
+{
+    ASSERT_TRUE(kesto.connect());
+    record.take();
+    fake.fail(LinkCall::StopOutputs, "stuck");
+    EXPECT_EQ(message(kesto.stopOutputs()), "stuck");
+    const std::string disobedience = "KESTO-3 No. 00017 (192.168.1.2) does not obey, and was disconnected.";
+    EXPECT_THAT(record.take(), ElementsAre("state [" + disobedience + "]", "notice " + disobedience));
+    EXPECT_FALSE(fake.isConnected());
+}
+
 TEST_F(KestoTest, ARefusedSequenceDoesNotMakeTheOneBeforeNonsense)
 {
     ASSERT_TRUE(kesto.connect());

@@ -1,10 +1,6 @@
 #include <KesDevice/detail/FaultStopper.h>
 
 #include <KesCommon/Log.h>
-#include <KesCommon/ObjectErrorHelper.h>
-#include <KesCommon/StringHelper.h>
-#include <KesDevice/HardwareManagerText.h>
-#include <KesDriver/ConnectionError.h>
 
 #include <system_error>
 #include <utility>
@@ -41,7 +37,8 @@ void FaultStopper::stopOthers(const Kesto& failed)
                 continue;
             ended.push_back(std::move(device.stopping));
             try {
-                device.stopping = std::make_shared<Kes::Worker>("KesDevice_Stop", [kesto] { _stop(*kesto); });
+                device.stopping =
+                    std::make_shared<Kes::Worker>("KesDevice_Stop", [kesto] { (void)kesto->stopOutputs(); });
             } catch (const std::system_error& error) {
                 KesLog::Log::writeError(error.what());
                 untold.push_back(kesto);
@@ -50,19 +47,7 @@ void FaultStopper::stopOthers(const Kesto& failed)
     }
     // Without a thread for it, here.
     for (const auto& kesto : untold)
-        _stop(*kesto);
-}
-
-void FaultStopper::_stop(Kesto& kesto)
-{
-    const auto result = kesto.stopOutputs();
-    // A lost connection is told as such.
-    if (result || KesDriver::isConnectionError(result))
-        return;
-    kesto.signalNotice.emit(
-        Kes::StringHelper::format(lng::HardwareManager::get("Errors.General.stopOnFault"),
-                                  Kes::ObjectErrorHelper::toDisplayString({result.getError()}))
-            .c_str());
+        (void)kesto->stopOutputs();
 }
 
 void FaultStopper::wait()
