@@ -24,11 +24,7 @@ namespace KesDevice {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using StateLock = std::lock_guard<std::mutex>;
-
-/// An operation that takes longer is told even where single steps are not.
-constexpr std::chrono::milliseconds moment{150};
 
 /// The error with the device's name in front, unless it names the device already.
 std::shared_ptr<Kes::ObjectError> nameKesto(const Kesto& kesto, const Kes::Result& result)
@@ -48,6 +44,12 @@ Kes::Result getFailure(const Kesto& kesto)
     const auto reason = kesto.getStateReason();
     return Kes::Result::failure(reason.empty() ? lng::HardwareManager::get("Errors.Kesto.outputEnded")
                                                : reason);
+}
+
+/// Or is about to have one.
+bool hasConnection(const std::shared_ptr<Kesto>& kesto)
+{
+    return kesto->isConnected() || kesto->getState() == DeviceState::Connecting;
 }
 
 Kes::Result prepareKesto(Kesto& kesto)
@@ -79,10 +81,10 @@ public:
         }
     }
 
-    bool wait(std::chrono::milliseconds time)
+    bool waitUntil(Kes::WaitCondition::TimePoint time)
     {
         std::unique_lock lock(_mutex);
-        return _answered.waitUntil(lock, Clock::now() + time, [this] { return _pending == 0; });
+        return _answered.waitUntil(lock, time, [this] { return _pending == 0; });
     }
 
     /// One for each device, in their order.
@@ -120,7 +122,7 @@ std::vector<Kes::Result> HardwareManager::_onEach(const Kestos& kestos, const St
                                                   const Operation& operation)
 {
     Results results(kestos, operation);
-    if (!results.wait(moment))
+    if (!results.waitUntil(status.getDue()))
         status.show();
     return results.take();
 }
@@ -269,12 +271,15 @@ Kes::Result HardwareManager::_stop()
 
 Kes::Result HardwareManager::disconnect()
 {
+    const Status status(*this, lng::HardwareManager::get("Status.disconnecting"));
+    const auto kestos = _kestos.lease();
+    if (std::any_of(kestos.begin(), kestos.end(), hasConnection))
+        status.show();
     // Who waits for a device that does not answer goes on at once, and gives the turn free.
     if (!_running)
-        for (const auto& kesto : _kestos.lease())
+        for (const auto& kesto : kestos)
             kesto->disconnect();
     const OperationTurn::Hold turn(*_turn);
-    const Status status(*this, lng::HardwareManager::get("Status.disconnecting"));
     auto result = _stop();
     for (const auto& kesto : _kestos.lease())
         kesto->disconnect();
@@ -284,6 +289,7 @@ Kes::Result HardwareManager::disconnect()
 void HardwareManager::refuse()
 {
     _isRetired = true;
+    Status::endAll(*this);
     for (const auto& kesto : _kestos.lease())
         kesto->_refuse();
 }

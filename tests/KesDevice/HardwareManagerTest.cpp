@@ -4,6 +4,7 @@
 
 #include <KesDevice/HardwareIsRunningComponent.h>
 
+#include <algorithm>
 #include <future>
 
 using namespace KesTest;
@@ -134,6 +135,73 @@ TEST_F(HardwareManagerTest, OperationsTakeTurnsAndSlotsMayCallThem)
         [this](const Kes::Nullable<std::string>&) { EXPECT_TRUE(hardware->stopWorkingMode()); });
     first.setState({false, false, 0.0, "not ready"});
     EXPECT_TRUE(hardware->prepare());
+}
+
+class HardwareStatusTest : public HardwareManagerTest {
+protected:
+    HardwareStatusTest()
+    {
+        hardware->signalStatusChanged.connect([this](const char* text) { statuses.write(text); });
+    }
+
+    static constexpr const char* disconnecting = "Disconnecting from the devices";
+    static constexpr const char* stopping = "Switching off the outputs";
+    Record statuses;
+};
+
+TEST_F(HardwareStatusTest, TellsEveryStepWhenWanted)
+{
+    hardware->setIsStatusReported(true);
+    ASSERT_TRUE(hardware->prepare());
+    ASSERT_TRUE(hardware->startWorkingMode());
+    ASSERT_TRUE(hardware->disconnect());
+    EXPECT_THAT(statuses.take(),
+                ElementsAre("Connecting to KESTO 192.168.1.1, 192.168.1.2", "", "Switching on the outputs",
+                            "", disconnecting, stopping, disconnecting, ""));
+}
+
+TEST_F(HardwareStatusTest, OtherwiseTellsDisconnectingAndWhatTakesLong)
+{
+    ASSERT_TRUE(hardware->disconnect()) << "from nothing";
+    ASSERT_TRUE(hardware->prepare());
+    ASSERT_TRUE(hardware->startWorkingMode());
+    EXPECT_THAT(statuses.take(), testing::IsEmpty());
+    second.hold(LinkCall::StopWorkingMode);
+    auto ending = std::async(std::launch::async, [this] { return hardware->disconnect(); });
+    EXPECT_TRUE(waitUntil([this] { return statuses.has(stopping); }));
+    second.release(LinkCall::StopWorkingMode);
+    EXPECT_TRUE(ending.get());
+    EXPECT_THAT(statuses.take(), ElementsAre(disconnecting, stopping, disconnecting, ""));
+}
+
+TEST_F(HardwareStatusTest, TellsDisconnectingWhileAnotherOperationIsStillEnding)
+{
+    ASSERT_TRUE(hardware->prepare());
+    ASSERT_TRUE(hardware->startWorkingMode());
+    second.hold(LinkCall::StopWorkingMode);
+    auto stop = std::async(std::launch::async, [this] { return hardware->stopWorkingMode(); });
+    ASSERT_TRUE(second.waitForCall(LinkCall::StopWorkingMode));
+    auto ending = std::async(std::launch::async, [this] { return hardware->disconnect(); });
+    EXPECT_TRUE(waitUntil([this] { return statuses.has(disconnecting); }));
+    second.release(LinkCall::StopWorkingMode);
+    EXPECT_TRUE(stop.get() && ending.get());
+    const auto told = statuses.take();
+    EXPECT_EQ(std::ranges::count(told, ""), 1) << "at the end of both";
+    EXPECT_EQ(told.back(), "");
+}
+
+TEST_F(HardwareStatusTest, AReplacedConfigurationLeavesNoTextBehind)
+{
+    ASSERT_TRUE(hardware->prepare());
+    second.hold(LinkCall::StartWorkingMode);
+    auto starting = std::async(std::launch::async, [this] { return hardware->startWorkingMode(); });
+    ASSERT_TRUE(waitUntil([this] { return statuses.has("Switching on the outputs"); }));
+    hardware->refuse();
+    EXPECT_THAT(statuses.take(), ElementsAre("Switching on the outputs", ""));
+    second.release(LinkCall::StartWorkingMode);
+    EXPECT_FALSE(starting.get());
+    hardware->retire();
+    EXPECT_THAT(statuses.take(), testing::IsEmpty()) << "nobody would hear its end";
 }
 
 TEST_F(HardwareManagerTest, ADestroyedRunningConfigurationSwitchesOff)
