@@ -3,7 +3,6 @@
 #include <KesDevice/HardwareManager.h>
 
 #include <KesCommon/ExceptionText.h>
-#include <KesCommon/Log.h>
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
 #include <KesCommon/WaitCondition.h>
@@ -17,7 +16,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <system_error>
 #include <utility>
 
 namespace KesDevice {
@@ -71,13 +69,10 @@ public:
     {
         for (std::size_t i = 0; i < kestos.size(); ++i) {
             auto ask = [this, i, kesto = kestos[i], operation] { _ask(i, *kesto, operation); };
-            try {
-                _workers.emplace_back("KesDevice_Op", ask);
-            } catch (const std::system_error& error) {
-                // Late is better than never: it may be the one that switches off.
-                KesLog::Log::writeError(error.what());
+            if (auto worker = Kes::Worker::tryStart("KesDevice_Op", ask))
+                _workers.push_back(std::move(*worker));
+            else // Late is better than never: it may be the one that switches off.
                 ask();
-            }
         }
     }
 

@@ -1,8 +1,5 @@
 #include <KesDevice/detail/FaultStopper.h>
 
-#include <KesCommon/Log.h>
-
-#include <system_error>
 #include <utility>
 
 namespace KesDevice {
@@ -36,13 +33,11 @@ void FaultStopper::stopOthers(const Kesto& failed)
                 (device.stopping && device.stopping->isRunning()))
                 continue;
             ended.push_back(std::move(device.stopping));
-            try {
-                device.stopping =
-                    std::make_shared<Kes::Worker>("KesDevice_Stop", [kesto] { (void)kesto->stopOutputs(); });
-            } catch (const std::system_error& error) {
-                KesLog::Log::writeError(error.what());
+            const auto stop = [kesto] { (void)kesto->stopOutputs(); };
+            if (auto worker = Kes::Worker::tryStart("KesDevice_Stop", stop))
+                device.stopping = std::make_shared<Kes::Worker>(std::move(*worker));
+            else
                 untold.push_back(kesto);
-            }
         }
     }
     // Without a thread for it, here.
