@@ -65,6 +65,9 @@ constexpr Kes::TextTable table({
     {"Errors.Kesto.sequenceEnded", "The device has ended its sequence early",
      "Устройство завершило последовательность раньше времени"},
     {"Errors.Kesto.nonsense", "%s sends data that make no sense.", "%s: передаёт недостоверные данные."},
+    {"Errors.Kesto.slowRelease",
+     "%s leaves its outputs on for %s ms when it has lost its controller; no more than %s ms is safe.",
+     "%s: при потере связи с программой выходы остаются включёнными %s мс; безопасно не более %s мс."},
     {"Errors.Kesto.notReady", "Not ready for operation", "Не готово к работе"},
     {"Errors.Kesto.fault", "Fault: %s", "Авария: %s"},
 

@@ -243,6 +243,21 @@ TEST_F(KestoTest, RefusesNonsensicalAnswers)
     EXPECT_EQ(kesto.getOperationError(), "KESTO-5 No. 00005 (192.168.1.2)" + nonsense);
 }
 
+TEST_F(KestoTest, RefusesADeviceWhoseWatchdogIsTooSlow)
+{
+    KesDriver::OutputLimits limits;
+    limits.releaseTime = 750ms;
+    fake.setLimits(limits);
+    EXPECT_TRUE(kesto.connect());
+    kesto.disconnect();
+    limits.releaseTime = 751ms;
+    fake.setLimits(limits);
+    EXPECT_EQ(message(kesto.connect()),
+              "KESTO-3 No. 00017 (192.168.1.2) leaves its outputs on for 751 ms when it has lost its "
+              "controller; no more than 750 ms is safe.");
+    EXPECT_FALSE(fake.isConnected());
+}
+
 TEST(KestoLifeTime, MayDieInsideItsOwnSignalAndWhileItsDeviceTalks)
 {
     for (int round = 0; round < 50; ++round) {
