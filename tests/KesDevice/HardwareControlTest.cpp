@@ -6,6 +6,7 @@
 #include <KesDevice/detail/HardwareFile.h>
 
 #include <support/DefaultHardware.h>
+#include <support/NoThreads.h>
 #include <support/TemporaryHome.h>
 
 #include <cstdlib>
@@ -184,6 +185,29 @@ TEST_F(HardwareControlTest, SwitchingTheUpdaterOffWaitsForTheUpdate)
     updater.setUpdating(true);
     EXPECT_TRUE(waitUntil([&] { return !updater.isUpdating(); }));
     updater.setUpdating(false);
+}
+
+/// In a process of its own, where the updater has no thread yet.
+[[noreturn]] void switchTheUpdaterOnWithoutThreads()
+{
+    auto& updater = KestoStateGlobalUpdater::getInstance();
+    int told = 0;
+    updater.signalUpdatingChanged.connect([&](bool) { ++told; });
+    {
+        const NoThreads noThreads;
+        updater.setUpdating(true);
+    }
+    const bool isOff = !updater.isUpdating() && told == 0;
+    updater.setUpdating(true);
+    const bool isAsking = waitUntil(
+        [] { return HardwareControl::getInstance()->getKestos().getItems()[0]->getOperationError() == ""; });
+    std::exit(isOff && isAsking && told == 1 ? 0 : 1);
+}
+
+TEST(UpdaterDeathTest, StaysOffWithoutAThreadAndCanBeSwitchedOnLater)
+{
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(switchTheUpdaterOnWithoutThreads(), testing::ExitedWithCode(0), "");
 }
 
 /// Everything on, and nobody tidies up: the end of the process still comes, and comes cleanly.
