@@ -283,8 +283,8 @@ Kes::Result HardwareManager::disconnect()
 
 void HardwareManager::refuse()
 {
-    _isRetired = true;
-    Status::endAll(*this);
+    if (!_isRetired.exchange(true))
+        Status::endAll(*this);
     for (const auto& kesto : _kestos.lease())
         kesto->_refuse();
 }

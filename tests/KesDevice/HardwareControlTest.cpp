@@ -150,7 +150,7 @@ TEST_F(HardwareControlTest, UpdaterFollowsTheCurrentConfiguration)
     fake.release(LinkCall::ReadState);
     EXPECT_TRUE(waitUntil(
         [] { return HardwareControl::getInstance()->getKestos().getItems()[0]->getOperationError() == ""; }));
-    EXPECT_FALSE(fake.isConnected());
+    EXPECT_TRUE(waitUntil([&] { return !fake.isConnected(); })) << "on a thread of its own";
 
     updater.setUpdating(false);
 }

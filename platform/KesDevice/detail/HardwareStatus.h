@@ -36,11 +36,13 @@ public:
 
     void show() const
     {
-        if (std::exchange(_isShown, true))
+        // Asked before the gate as well: what is replaced is switched off before its listeners are done.
+        if (_isShown || _hardware._isRetired)
             return;
         const Kes::SignalGate::Guard gate;
         if (_hardware._isRetired)
             return;
+        _isShown = true;
         _hardware._statuses.push_back(this);
         _hardware.signalStatusChanged.emit(_text.c_str());
     }
