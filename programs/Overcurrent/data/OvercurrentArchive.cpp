@@ -4,12 +4,14 @@
 #include <Overcurrent/data/ResultsXml.h>
 #include <Overcurrent/data/XmlAttributes.h>
 
+#include <KesCommon/FileStream.h>
 #include <KesProgram/archive/ArchiveHelper.h>
 
 #include <libxml++/libxml++.h>
 
-#include <iterator>
+#include <cstdint>
 #include <sstream>
+#include <utility>
 
 namespace Overcurrent {
 
@@ -20,6 +22,9 @@ namespace ArchiveHelper = KesProgram::ArchiveHelper;
 constexpr const char* program = "kes-overcurrent";
 constexpr const char* form = "2";
 
+/// Above every archive of this program by far.
+constexpr ArchiveHelper::ContentLimits limits{std::uint64_t{4} << 20, std::uint64_t{16} << 20};
+
 constexpr const char* infoName = "info.xml";
 constexpr const char* settingsName = "settings.xml";
 constexpr const char* planName = "plan.xml";
@@ -27,6 +32,9 @@ constexpr const char* planName = "plan.xml";
 // cut short still has its settings.
 constexpr const char* resultsName = "test-results.xml";
 constexpr const char* outdatedResultsName = "results.xml";
+
+constexpr std::pair<const char*, Origin> origins[] = {
+    {"false", Origin::Device}, {"true", Origin::Simulated}, {"unknown", Origin::Unknown}};
 
 std::string writeInfo(const std::optional<TestResults>& results)
 {
@@ -36,7 +44,7 @@ std::string writeInfo(const std::optional<TestResults>& results)
         if (!results)
             return;
         auto& test = *root.add_child("test");
-        setAttribute(test, "simulated", std::string(results->isSimulated ? "true" : "false"));
+        setAttribute(test, "simulated", wordOf(results->origin, origins));
         setAttribute(test, "device", results->device);
         setAttribute(test, "startedAt", results->startedAt);
     });
@@ -48,10 +56,15 @@ bool readTestInfo(const xmlpp::Element& root, std::optional<TestResults>& result
     if (!test || !results)
         return !test && !results;
     XmlAttributes attributes(*test);
-    results->isSimulated = attributes.boolean("simulated");
-    results->device = attributes.text("device");
-    results->startedAt = attributes.text("startedAt");
-    return attributes.isGood();
+    const auto origin = attributes.choice("simulated", origins);
+    const auto device = attributes.text("device");
+    const auto startedAt = attributes.text("startedAt");
+    if (!attributes.isGood())
+        return false;
+    results->origin = origin;
+    results->device = device;
+    results->startedAt = startedAt;
+    return true;
 }
 
 bool readInfo(const std::string& text, std::optional<TestResults>& results)
@@ -86,9 +99,7 @@ bool readResults(const std::string& text, std::optional<TestResults>& results)
 std::optional<std::string> entryText(const ArchiveHelper::DataMap& data, const char* name)
 {
     const auto found = data.find(name);
-    if (found == data.end())
-        return std::nullopt;
-    return std::string(std::istreambuf_iterator<char>(*found->second), std::istreambuf_iterator<char>());
+    return found == data.end() ? std::nullopt : Kes::readAtMost(*found->second, limits.entry);
 }
 
 void replaceAll(std::string& text, const std::string& what, const std::string& with)
@@ -100,14 +111,11 @@ void replaceAll(std::string& text, const std::string& what, const std::string& w
 std::optional<OvercurrentArchive> convertOutdated(std::istream& stream)
 {
     ArchiveHelper::DataMap data;
-    if (!ArchiveHelper::unpackStreamToData(stream, data, ArchiveHelper::OUTDATED_PREFIX))
+    if (!ArchiveHelper::recoverStreamToData(stream, data, ArchiveHelper::OUTDATED_PREFIX, limits))
         return std::nullopt;
-    auto settings = entryText(data, settingsName);
-    if (!settings)
-        return std::nullopt;
-    replaceAll(*settings, "id=\"pickupCurrent\"", "id=\"settingCurrent\"");
     OvercurrentArchive archive;
-    archive.settings = *settings;
+    archive.settings = entryText(data, settingsName).value_or("");
+    replaceAll(archive.settings, "id=\"pickupCurrent\"", "id=\"settingCurrent\"");
     archive.isPlanLost = !readPlan(entryText(data, planName).value_or(""), archive.plan);
     const bool isNoTest = readXml(entryText(data, outdatedResultsName).value_or(""), "results",
                                   [](const xmlpp::Element& root) { return root.get_children().empty(); });
@@ -131,14 +139,14 @@ std::unique_ptr<std::istream> OvercurrentArchive::pack() const
                 ResultsXml::write(root, *results);
         }));
     auto stream = std::make_unique<std::stringstream>();
-    ArchiveHelper::packDataToStream(*stream, data, ArchiveHelper::PREFIX);
+    ArchiveHelper::packDataToStream(*stream, data, ArchiveHelper::PREFIX, limits);
     return stream;
 }
 
 std::optional<OvercurrentArchive> OvercurrentArchive::read(std::istream& stream)
 {
     ArchiveHelper::DataMap data;
-    if (!ArchiveHelper::unpackStreamToData(stream, data, ArchiveHelper::PREFIX))
+    if (!ArchiveHelper::unpackStreamToData(stream, data, ArchiveHelper::PREFIX, limits))
         return std::nullopt;
     const auto info = entryText(data, infoName);
     const auto settings = entryText(data, settingsName);
@@ -157,19 +165,20 @@ std::optional<OvercurrentArchive> OvercurrentArchive::read(std::istream& stream)
 std::optional<OvercurrentArchive> OvercurrentArchive::repair(std::istream& stream)
 {
     ArchiveHelper::DataMap data;
-    if (!ArchiveHelper::unpackStreamToData(stream, data, ArchiveHelper::PREFIX))
+    if (!ArchiveHelper::recoverStreamToData(stream, data, ArchiveHelper::PREFIX, limits))
         return convertOutdated(stream);
-    const auto settings = entryText(data, settingsName);
-    if (!settings)
-        return std::nullopt;
+    const auto text = [&data](const char* name) { return entryText(data, name).value_or(""); };
     OvercurrentArchive archive;
-    archive.settings = *settings;
-    archive.isPlanLost = !readPlan(entryText(data, planName).value_or(""), archive.plan);
-    archive.areResultsLost = !readResults(entryText(data, resultsName).value_or(""), archive.results);
-    // Results without their circumstances could pass for those of a real device.
-    if (archive.results && !readInfo(entryText(data, infoName).value_or(""), archive.results)) {
-        archive.results.reset();
-        archive.areResultsLost = true;
+    archive.settings = text(settingsName);
+    archive.isPlanLost = !readPlan(text(planName), archive.plan);
+    archive.areResultsLost = !readResults(text(resultsName), archive.results);
+    if (archive.results) {
+        // Results without their circumstances must not pass for those of a real device.
+        archive.isOriginLost = !readInfo(text(infoName), archive.results);
+        if (archive.isOriginLost)
+            archive.results->origin = Origin::Unknown;
+        if (archive.isPlanLost)
+            archive.plan = archive.results->plan;
     }
     return archive;
 }
