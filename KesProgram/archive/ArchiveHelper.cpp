@@ -134,7 +134,7 @@ void readByHeaders(std::istream& in, std::streamoff start, const ContentLimits& 
     for (const auto header : findHeaders(in, start)) {
         ZipReader reader(in, header, end, budget, ZipReader::Search::Headers);
         readEntry(reader, take);
-        if (budget.isExceeded())
+        if (budget.isUsedUp())
             return;
     }
 }

@@ -19,26 +19,24 @@ public:
     bool takeEntry(const std::string& name)
     {
         _leftOfEntry = _limits.entry;
-        return _take(512 + name.size());
+        return _take(512 + name.size(), _left);
     }
-    /// False when the bytes of the entry are too much; from then on nothing fits.
-    bool take(std::uint64_t bytes)
-    {
-        _isExceeded = _isExceeded || bytes > _leftOfEntry;
-        _leftOfEntry -= _isExceeded ? _leftOfEntry : bytes;
-        return _take(bytes);
-    }
+    /// False when the bytes are too much; from then on nothing fits into the entry, or into the archive.
+    bool take(std::uint64_t bytes) { return _take(bytes, _leftOfEntry) && _take(bytes, _left); }
 
     /// How many bytes the present entry may still have.
     std::uint64_t getLeft() const { return std::min(_left, _leftOfEntry); }
     bool isExceeded() const { return _isExceeded; }
+    /// Whether there is no room for another entry.
+    bool isUsedUp() const { return _left == 0; }
 
 private:
-    bool _take(std::uint64_t bytes)
+    bool _take(std::uint64_t bytes, std::uint64_t& left)
     {
-        _isExceeded = _isExceeded || bytes > _left;
-        _left -= _isExceeded ? _left : bytes;
-        return !_isExceeded;
+        const bool fits = bytes <= left;
+        _isExceeded = _isExceeded || !fits;
+        left = fits ? left - bytes : 0;
+        return fits;
     }
 
     const ArchiveHelper::ContentLimits _limits;

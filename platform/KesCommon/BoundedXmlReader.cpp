@@ -8,6 +8,7 @@
 #include <libxml/parserInternals.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace Kes {
 
@@ -101,9 +102,8 @@ private:
                 xmlSAX2CDataBlock(context, text, length);
         };
         handler.serror = [](void* context, xmlErrorPtr error) {
-            auto& self = _of(context);
-            if (self._error.empty() && error->level >= XML_ERR_ERROR && error->message)
-                self._error = "line " + std::to_string(error->line) + ": " + error->message;
+            if (error->level >= XML_ERR_ERROR && error->message)
+                _of(context)._fail("line " + std::to_string(error->line) + ": " + error->message);
         };
     }
 
@@ -146,10 +146,19 @@ private:
 
     void _refuse(const char* reason)
     {
-        if (_error.empty())
-            _error = reason;
-        _isRefused = true;
+        _isRefused = _isRefused || _error.empty();
+        _fail(reason);
         xmlStopParser(_context);
+    }
+
+    /// The first failure counts.
+    void _fail(std::string reason)
+    {
+        if (!_error.empty())
+            return;
+        if (reason.ends_with('\n'))
+            reason.pop_back();
+        _error = std::move(reason);
     }
 
     const BoundedXmlReader::Limits& _limits;

@@ -106,7 +106,7 @@ Document loadData(const std::string& path, xmlDictPtr dictionary)
     reader.setDictionary(dictionary);
     auto document = reader.readFile(path);
     if (!document)
-        xsltTransformError(nullptr, nullptr, nullptr, "%s: %s\n", path.c_str(), reader.getError().c_str());
+        xsltGenericError(xsltGenericErrorContext, "%s: %s\n", path.c_str(), reader.getError().c_str());
     return Document(document.release());
 }
 

@@ -152,8 +152,8 @@ TEST(BoundedXmlReaderTest, ReadsRegularFilesOnly)
     BoundedXmlReader reader;
     EXPECT_EQ(textOf(reader.readFile(home.file("a.xml"))), "text");
     ASSERT_EQ(mkfifo(home.file("pipe").c_str(), 0600), 0);
-    for (const auto& path : {home.file("missing"), home.file("pipe"), home.getPath().string(), std::string("-"),
-                             std::string("/dev/zero")}) {
+    for (const auto& path : {home.file("missing"), home.file("pipe"), home.getPath().string(),
+                             std::string("-"), std::string("/dev/zero")}) {
         EXPECT_FALSE(reader.readFile(path)) << path;
         EXPECT_THAT(reader.getError(), HasSubstr("cannot open")) << path;
     }

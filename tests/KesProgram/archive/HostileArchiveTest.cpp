@@ -114,6 +114,14 @@ TEST(HostileArchive, ANameThatCannotBeConvertedDoesNotEndTheProcessAfterAFailedA
     EXPECT_EQ(Archives::unpack(bytes).count("good"), 1u);
 }
 
+TEST(HostileArchive, RecoveringLeavesOutWhatIsTooLong)
+{
+    std::istringstream in(Archives::pack({{"a", "text"}, {"b", std::string(2000, 'x')}, {"c", "end"}}));
+    ArchiveHelper::DataMap data;
+    EXPECT_TRUE(ArchiveHelper::recoverStreamToData(in, data, ArchiveHelper::PREFIX, {1000, 5000}));
+    EXPECT_TRUE(data.size() == 2 && data.contains("a") && data.contains("c"));
+}
+
 TEST(HostileArchive, RecoveringFindsEveryEntryButTheOneThatAFlippedByteHits)
 {
     const Contents contents{
