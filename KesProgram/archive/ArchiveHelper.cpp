@@ -67,7 +67,8 @@ using TakeEntry = std::function<void(Entry)>;
 
 /// Where the ZIP begins with its fifth byte, when the stream has the signature and something behind it.
 /// Leaves the stream at its beginning for another signature.
-std::optional<std::streamoff> findZip(std::istream& in, const std::string& header)
+std::optional<std::streamoff> findZip(std::istream& in, const std::string& header,
+                                      const ContentLimits& limits)
 {
     in.clear();
     in.seekg(0);
@@ -78,7 +79,11 @@ std::optional<std::streamoff> findZip(std::istream& in, const std::string& heade
     const auto start = static_cast<std::streamoff>(header.size());
     // The four bytes put back open as a ZIP archive even with nothing behind them. A signature that ends in
     // zeros matches a stream shorter than itself.
-    return sizeOf(in) > start ? std::optional(start) : std::nullopt;
+    const std::streamoff size = sizeOf(in) - start;
+    // What fits into the limits is not made twice as long by its headers and the filling; a longer directory
+    // would fill the memory before its first entry is read.
+    const bool isTooLong = size > 65536 && static_cast<std::uint64_t>(size - 65536) / 2 > limits.total;
+    return size > 0 && !isTooLong ? std::optional(start) : std::nullopt;
 }
 
 bool readEntry(ZipReader& reader, const TakeEntry& take)
@@ -164,7 +169,7 @@ bool packDataToStream(std::ostream& out, DataMap& data, const std::string& heade
 bool unpackStreamToData(std::istream& in, DataMap& data, const std::string& header,
                         const ContentLimits& limits)
 {
-    const auto start = findZip(in, header);
+    const auto start = findZip(in, header, limits);
     return start && readByDirectory(in, *start, limits, [&data](Entry entry) {
                data[entry.name] = std::make_unique<std::stringstream>(std::move(entry.content));
            });
@@ -173,7 +178,7 @@ bool unpackStreamToData(std::istream& in, DataMap& data, const std::string& head
 bool recoverStreamToData(std::istream& in, DataMap& data, const std::string& header,
                          const ContentLimits& limits)
 {
-    const auto start = findZip(in, header);
+    const auto start = findZip(in, header, limits);
     if (!start)
         return false;
     std::set<std::string> whole;

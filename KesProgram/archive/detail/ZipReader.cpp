@@ -65,6 +65,8 @@ private:
             return ARCHIVE_FATAL;
         try {
             const auto count = _fill(wanted);
+            // Nothing of the stream's is left for the library to find; see NameLocale.
+            errno = 0;
             _position += count;
             return count;
         } catch (...) {

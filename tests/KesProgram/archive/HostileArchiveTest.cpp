@@ -60,6 +60,8 @@ TEST(HostileArchive, BombsAreUnpackedUpToTheLimitAndThenRefused)
         bomb += "PK\3\4" + entry;
     }
     Archives::unpack(bomb, false);
+    EXPECT_TRUE(Archives::unpack(zeros + std::string(129 * mebibyte, '\0'), false).empty())
+        << "not read at all";
     EXPECT_EQ(Archives::pack({{"zeros", std::string(32 * mebibyte + 1, '\0')}}), "");
 }
 
@@ -106,12 +108,32 @@ TEST(HostileArchive, EntriesOfOtherMethodsAreEmptyAndTheOthersWhole)
     }
 }
 
+/// A stream whose reading leaves behind that an allocation has failed.
+class FailedAllocations : public std::stringbuf {
+public:
+    using std::stringbuf::stringbuf;
+
+protected:
+    std::streamsize xsgetn(char* bytes, std::streamsize count) override
+    {
+        const auto read = std::stringbuf::xsgetn(bytes, count);
+        errno = ENOMEM;
+        return read;
+    }
+};
+
 TEST(HostileArchive, ANameThatCannotBeConvertedDoesNotEndTheProcessAfterAFailedAllocation)
 {
-    const auto bytes =
-        ArchiveHelper::PREFIX + rawEntry(0, 0, "good", "") + "PK\3\4" + rawEntry(0, 0x800, "cut \xd0", "");
-    errno = ENOMEM;
-    EXPECT_EQ(Archives::unpack(bytes).count("good"), 1u);
+    // Long enough to be read just before the header behind it.
+    const std::string first(200000, 'x');
+    for (const auto* name : {"\xd0", "cut \xd0", "x\xe2\x82", "x\xf0\x90", "\xff"}) {
+        FailedAllocations bytes(ArchiveHelper::PREFIX + rawEntry(0, 0, "first", first) + "PK\3\4" +
+                                rawEntry(0, 0, name, ""));
+        std::istream in(&bytes);
+        ArchiveHelper::DataMap data;
+        EXPECT_TRUE(ArchiveHelper::unpackStreamToData(in, data, ArchiveHelper::PREFIX));
+        EXPECT_EQ(data.count("first"), 1u);
+    }
 }
 
 TEST(HostileArchive, RecoveringLeavesOutWhatIsTooLong)
