@@ -10,6 +10,8 @@
 #include <libxml++/libxml++.h>
 
 #include <cstdint>
+#include <functional>
+#include <numeric>
 #include <sstream>
 #include <utility>
 
@@ -108,11 +110,29 @@ void replaceAll(std::string& text, const std::string& what, const std::string& w
         text.replace(at, what.size(), with);
 }
 
-std::optional<OvercurrentArchive> convertOutdated(std::istream& stream)
+/// What stands in place of the signature, when it is one of the two but for a few damaged bytes.
+std::optional<std::string> readSignature(std::istream& stream)
 {
-    ArchiveHelper::DataMap data;
-    if (!ArchiveHelper::recoverStreamToData(stream, data, ArchiveHelper::OUTDATED_PREFIX, limits))
-        return std::nullopt;
+    constexpr std::size_t mostDamaged = 3;
+    const std::string& expected = ArchiveHelper::PREFIX;
+    std::string found(expected.size(), '\0');
+    stream.clear();
+    stream.seekg(0);
+    stream.read(found.data(), static_cast<std::streamsize>(found.size()));
+    const auto same = std::inner_product(found.begin(), found.end(), expected.begin(), std::size_t{0},
+                                         std::plus<>(), std::equal_to<>());
+    return same + mostDamaged >= expected.size() ? std::optional(found) : std::nullopt;
+}
+
+/// The signatures of both forms differ in a byte that may be a damaged one, so the entries have a say.
+bool isOutdated(const ArchiveHelper::DataMap& data, const std::string& signature)
+{
+    return !data.contains(infoName) && !data.contains(resultsName) &&
+           (data.contains(outdatedResultsName) || signature == ArchiveHelper::OUTDATED_PREFIX);
+}
+
+OvercurrentArchive convertOutdated(const ArchiveHelper::DataMap& data)
+{
     OvercurrentArchive archive;
     archive.settings = entryText(data, settingsName).value_or("");
     replaceAll(archive.settings, "id=\"pickupCurrent\"", "id=\"settingCurrent\"");
@@ -120,6 +140,24 @@ std::optional<OvercurrentArchive> convertOutdated(std::istream& stream)
     const bool isNoTest = readXml(entryText(data, outdatedResultsName).value_or(""), "results",
                                   [](const xmlpp::Element& root) { return root.get_children().empty(); });
     archive.areResultsLost = !isNoTest;
+    return archive;
+}
+
+OvercurrentArchive takeIntactParts(const ArchiveHelper::DataMap& data)
+{
+    const auto text = [&data](const char* name) { return entryText(data, name).value_or(""); };
+    OvercurrentArchive archive;
+    archive.settings = text(settingsName);
+    archive.isPlanLost = !readPlan(text(planName), archive.plan);
+    archive.areResultsLost = !readResults(text(resultsName), archive.results);
+    if (archive.results) {
+        // Results without their circumstances must not pass for those of a real device.
+        archive.isOriginLost = !readInfo(text(infoName), archive.results);
+        if (archive.isOriginLost)
+            archive.results->origin = Origin::Unknown;
+        if (archive.isPlanLost)
+            archive.plan = archive.results->plan;
+    }
     return archive;
 }
 
@@ -164,23 +202,11 @@ std::optional<OvercurrentArchive> OvercurrentArchive::read(std::istream& stream)
 
 std::optional<OvercurrentArchive> OvercurrentArchive::repair(std::istream& stream)
 {
+    const auto signature = readSignature(stream);
     ArchiveHelper::DataMap data;
-    if (!ArchiveHelper::recoverStreamToData(stream, data, ArchiveHelper::PREFIX, limits))
-        return convertOutdated(stream);
-    const auto text = [&data](const char* name) { return entryText(data, name).value_or(""); };
-    OvercurrentArchive archive;
-    archive.settings = text(settingsName);
-    archive.isPlanLost = !readPlan(text(planName), archive.plan);
-    archive.areResultsLost = !readResults(text(resultsName), archive.results);
-    if (archive.results) {
-        // Results without their circumstances must not pass for those of a real device.
-        archive.isOriginLost = !readInfo(text(infoName), archive.results);
-        if (archive.isOriginLost)
-            archive.results->origin = Origin::Unknown;
-        if (archive.isPlanLost)
-            archive.plan = archive.results->plan;
-    }
-    return archive;
+    if (!signature || !ArchiveHelper::recoverStreamToData(stream, data, *signature, limits))
+        return std::nullopt;
+    return isOutdated(data, *signature) ? convertOutdated(data) : takeIntactParts(data);
 }
 
 } // namespace Overcurrent

@@ -35,9 +35,10 @@ struct OvercurrentArchive {
 
     /// Nothing when the stream holds anything but a complete archive that makes sense.
     static std::optional<OvercurrentArchive> read(std::istream& stream);
-    /// What can be read of a damaged archive or of one in the older form; nothing when the stream is neither.
-    /// A plan that cannot be read becomes that of the results or else the default one, results that cannot be
-    /// read are left out, and results whose circumstances cannot be read are of unknown origin.
+    /// What can be read of a damaged archive or of one in the older form; nothing when the stream is neither
+    /// (a signature with up to three damaged bytes counts as one). A plan that cannot be read becomes that of
+    /// the results or else the default one, results that cannot be read are left out, and results whose
+    /// circumstances cannot be read are of unknown origin.
     static std::optional<OvercurrentArchive> repair(std::istream& stream);
 };
 
