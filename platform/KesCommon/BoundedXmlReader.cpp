@@ -25,8 +25,10 @@ class Parse {
 public:
     Parse(const BoundedXmlReader::Limits& limits, int options, xmlDict* dictionary, std::string_view start,
           const char* path)
-        : _limits(limits)
+        : _limits(limits), _oldFunction(xmlStructuredError), _oldContext(xmlStructuredErrorContext)
     {
+        // That of the thread, not that of the parser: errors of encodings only reach this one.
+        xmlSetStructuredErrorFunc(this, &_onError);
         xmlSAXHandler handler{};
         xmlSAXVersion(&handler, 2);
         _setHandlers(handler);
@@ -44,10 +46,11 @@ public:
     }
     ~Parse()
     {
-        if (!_context)
-            return;
-        xmlFreeDoc(_context->myDoc);
-        xmlFreeParserCtxt(_context);
+        if (_context) {
+            xmlFreeDoc(_context->myDoc);
+            xmlFreeParserCtxt(_context);
+        }
+        xmlSetStructuredErrorFunc(_oldContext, _oldFunction);
     }
     Parse(const Parse&) = delete;
     Parse& operator=(const Parse&) = delete;
@@ -55,9 +58,9 @@ public:
     /// Whether to go on.
     bool feed(std::string_view piece, bool isLast)
     {
-        if (_context)
-            xmlParseChunk(_context, piece.data(), static_cast<int>(piece.size()), isLast ? 1 : 0);
-        if (!_context || !_error.empty() || !_context->wellFormed)
+        if (!_context ||
+            xmlParseChunk(_context, piece.data(), static_cast<int>(piece.size()), isLast ? 1 : 0) != 0 ||
+            !_error.empty() || !_context->wellFormed)
             return false;
         const auto waiting = static_cast<std::size_t>(_context->input->end - _context->input->cur);
         if (waiting > _limits.markup)
@@ -65,8 +68,11 @@ public:
         return _error.empty();
     }
 
+    /// Null when the text was not even enough for an error.
     BoundedXmlReader::Document takeDocument()
     {
+        if (!xmlDocGetRootElement(_context->myDoc))
+            return nullptr;
         BoundedXmlReader::Document document(_context->myDoc);
         _context->myDoc = nullptr;
         return document;
@@ -101,10 +107,12 @@ private:
             if (_of(context)._count(1))
                 xmlSAX2CDataBlock(context, text, length);
         };
-        handler.serror = [](void* context, xmlErrorPtr error) {
-            if (error->level >= XML_ERR_ERROR && error->message)
-                _of(context)._fail("line " + std::to_string(error->line) + ": " + error->message);
-        };
+    }
+
+    static void _onError(void* self, xmlErrorPtr error)
+    {
+        if (error->level >= XML_ERR_ERROR && error->message)
+            static_cast<Parse*>(self)->_fail("line " + std::to_string(error->line) + ": " + error->message);
     }
 
     static void _onStart(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri,
@@ -162,6 +170,8 @@ private:
     }
 
     const BoundedXmlReader::Limits& _limits;
+    const xmlStructuredErrorFunc _oldFunction;
+    void* const _oldContext;
     xmlParserCtxtPtr _context = nullptr;
     std::size_t _nodes = 0;
     std::size_t _depth = 0;
@@ -202,11 +212,12 @@ BoundedXmlReader::Document BoundedXmlReader::_read(std::string_view text, const 
     bool isGood = true;
     for (; isGood && !text.empty(); text.remove_prefix(std::min(pieceSize, text.size())))
         isGood = parse.feed(text.substr(0, pieceSize), false);
-    if (!isGood || !parse.feed({}, true))
+    auto document = isGood && parse.feed({}, true) ? parse.takeDocument() : nullptr;
+    if (!document)
         return _fail(parse.getError(), parse.isRefused());
     _error.clear();
     _isRefused = false;
-    return parse.takeDocument();
+    return document;
 }
 
 BoundedXmlReader::Document BoundedXmlReader::_fail(const std::string& error, bool isRefused)

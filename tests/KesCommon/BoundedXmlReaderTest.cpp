@@ -127,6 +127,10 @@ TEST(BoundedXmlReaderTest, BrokenTextIsNoXmlAndSaysWhy)
         EXPECT_FALSE(reader.isRefused()) << text;
         EXPECT_NE(reader.getError(), "") << text;
     }
+    // Looks like an encoding of four bytes.
+    BoundedXmlReader reader;
+    EXPECT_FALSE(reader.read(std::string("<\0\0\0/r1", 7)));
+    EXPECT_NE(reader.getError(), "");
 }
 
 TEST(BoundedXmlReaderTest, HostileTextsTakeAMoment)
