@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -199,6 +200,28 @@ TEST(OvercurrentArchiveTest, NoTruncationIsTakenForAWholeArchive)
         repaired += OvercurrentArchive::repair(stream).has_value();
     }
     EXPECT_GT(repaired, 0u);
+}
+
+TEST(OvercurrentModelArchiveTest, HostileEntriesAreRefusedAndRepairedInAMoment)
+{
+    std::string attributes;
+    for (int i = 0; i < 40000; ++i)
+        attributes += " a" + std::to_string(i) + "=\"\"";
+    std::string elements;
+    for (int i = 0; i < 1000000; ++i)
+        elements += "<a/>";
+    OvercurrentModel model;
+    for (const auto& hostile : {"<plan" + attributes + "/>", "<plan>" + elements + "</plan>"}) {
+        auto entries = entriesOf(someArchive());
+        entries["plan.xml"] = hostile;
+        auto stream = packed(entries, ArchiveHelper::PREFIX);
+        for (const bool repair : {false, true}) {
+            const auto start = std::chrono::steady_clock::now();
+            EXPECT_EQ(model.setDataStream(stream, repair), repair);
+            EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+        }
+        EXPECT_EQ(model.getResults(), someResults());
+    }
 }
 
 TEST(OvercurrentModelArchiveTest, RepairSaysWhatWasLost)
