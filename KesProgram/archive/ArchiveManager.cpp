@@ -99,7 +99,7 @@ bool ArchiveManager::isFileChanged() const
 {
     if (!_isInited)
         return false;
-    std::ifstream file(_fileName);
+    auto file = Kes::openInputFileUTF8Name(_fileName);
     if (!file.is_open())
         return true;
     // Only the bytes count, here as in saving: what is left of the stream's state does not.

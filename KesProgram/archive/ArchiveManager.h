@@ -62,8 +62,8 @@ public:
     /// `saveAs` with the current path, which fails for a new file.
     bool save();
 
-    /// Whether the data differs from the bytes of the current file. Always true for a new file and for one
-    /// that cannot be opened, always false before `init`.
+    /// Whether the data differs from the bytes of the current file. Always true for a new file, for one that
+    /// cannot be opened and for what is no regular file; always false before `init`.
     bool isFileChanged() const;
 
 protected:

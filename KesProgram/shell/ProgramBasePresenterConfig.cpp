@@ -1,5 +1,6 @@
 // The configuration file of a program.
 
+#include <KesCommon/BoundedXmlReader.h>
 #include <KesCommon/Directories.h>
 #include <KesCommon/FileStream.h>
 #include <KesCommon/FileSystem.h>
@@ -15,7 +16,6 @@
 #include <libxml++/libxml++.h>
 #include <libxml/parser.h>
 
-#include <iterator>
 #include <stdexcept>
 
 namespace KesProgram {
@@ -30,16 +30,6 @@ const xmlpp::TextNode* findText(const xmlpp::Element& root, const char* name)
 {
     const auto* element = dynamic_cast<const xmlpp::Element*>(root.get_first_child(name));
     return element ? element->get_child_text() : nullptr;
-}
-
-/// Not left to the XML library, which takes a path for a URI and tells standard error of a missing file.
-std::string readFile(const std::string& path)
-{
-    auto stream = Kes::openInputFileUTF8Name(path, std::ios::in | std::ios::binary);
-    std::string text(std::istreambuf_iterator<char>(stream), {});
-    if (!stream.is_open())
-        throw std::runtime_error("cannot open " + path);
-    return text;
 }
 
 } // namespace
@@ -59,12 +49,14 @@ void ProgramBasePresenter::_loadXmlConfig()
 {
     const std::string failure = lng::Program::get("Error.configLoad");
     try {
-        xmlpp::DomParser parser;
-        parser.set_parser_options(XML_PARSE_NOBLANKS, 0);
-        parser.parse_memory(readFile(_getXmlConfigFullPath()));
-        if (const auto* document = parser.get_document())
-            if (auto* root = document->get_root_node())
-                _extractXmlConfig(root);
+        Kes::BoundedXmlReader reader;
+        reader.setOptions(XML_PARSE_NOBLANKS);
+        auto read = reader.readFile(_getXmlConfigFullPath());
+        if (!read)
+            throw std::runtime_error(reader.getError());
+        xmlpp::Document document(read.release());
+        if (auto* root = document.get_root_node())
+            _extractXmlConfig(root);
     } catch (const std::exception& error) {
         KesLog::Log::writeWarn(failure + ":\n" + error.what());
     } catch (...) {

@@ -64,6 +64,11 @@ for option in save report screenshot; do
     [ ! -e missing ] || fail "--$option has made a folder"
 done
 expect 3 "$overcurrent" --language en --run --speed 5000 --save /dev/full --quit
+mkfifo pipe
+for option in save report screenshot; do
+    expect 3 "$overcurrent" --language en a.kovc --$option pipe --quit
+    holds err "$work/pipe"
+done
 
 echo "Arguments that cannot be understood"
 expect 2 "$overcurrent" --language xx

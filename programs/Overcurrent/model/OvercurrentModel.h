@@ -91,8 +91,8 @@ private:
     void onPickUp(const RampResult& result) override;
     void onDropOff(const RampResult& result) override;
 
-    /// The state text, with a warning when the device is simulated. Any thread.
-    void _announce(const std::string& text, bool isSimulated);
+    /// The state text, with a warning unless the device is known to be a real one. Any thread.
+    void _announce(const std::string& text, Origin origin);
     bool _hasUnsavedTest();
     std::shared_ptr<KesDevice::Kesto> _getKesto();
     void _beginResults(const KesDevice::Kesto& kesto);
@@ -100,7 +100,9 @@ private:
     void _abandonRun();
     void _replaceData(const OvercurrentArchive& archive);
     void _changeRunResults(const std::function<void(TestResults&)>& change);
-    bool _load(const OvercurrentArchive& archive, bool complete);
+    void _load(const OvercurrentArchive& archive);
+    /// Puts the best settings that there are into the test object. Null, or the text about what was lost.
+    const char* _repairSettings(const OvercurrentArchive& archive);
 
     std::unique_ptr<KesTree::Node> _testObject;
     std::string _defaultSettings;

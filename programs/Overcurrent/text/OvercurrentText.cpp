@@ -17,6 +17,14 @@ constexpr Kes::TextTable table({
      "ИМИТИРУЕМОЕ УСТРОЙСТВО: результаты получены на имитируемом стенде и ничего не говорят о реальном "
      "реле."},
 
+    {"Unknown.title", "ORIGIN UNKNOWN", "ПРОИСХОЖДЕНИЕ НЕИЗВЕСТНО"},
+    {"Unknown.notice",
+     "ORIGIN UNKNOWN: the file was damaged where it tells which device made these results. They may come "
+     "from "
+     "a simulated bench.",
+     "ПРОИСХОЖДЕНИЕ НЕИЗВЕСТНО: файл повреждён там, где указано, каким устройством получены эти результаты. "
+     "Возможно, они получены на имитируемом стенде."},
+
     {"State.point", "Point %zu of %zu: %s x Is", "Точка %zu из %zu: %s x Is"},
     {"State.pickUp", "Pick-up value", "Ток срабатывания"},
     {"State.dropOff", "Drop-off value", "Ток возврата"},
@@ -46,6 +54,16 @@ constexpr Kes::TextTable table({
 
     {"Repair.planLost", "The plan could not be read; the default one is used.",
      "План проверки прочитать не удалось; используется план по умолчанию."},
+    {"Repair.planOfTest", "The plan could not be read; that of the test is used.",
+     "План проверки прочитать не удалось; используется план выполненной проверки."},
+    {"Repair.settingsLost", "The settings could not be read; the default ones are used.",
+     "Уставки прочитать не удалось; используются уставки по умолчанию."},
+    {"Repair.settingsOfTest", "The settings could not be read; those of the test are used.",
+     "Уставки прочитать не удалось; используются уставки выполненной проверки."},
+    {"Repair.settingsPartly", "Some settings are missing in the file; check them all.",
+     "В файле нет некоторых уставок; проверьте их все."},
+    {"Repair.originLost", "Which device made the results, and when, could not be read.",
+     "Каким устройством и когда получены результаты, прочитать не удалось."},
     {"Repair.resultsLost", "The results could not be read.", "Результаты прочитать не удалось."},
 
     {"Plan.refused", "The test cannot be started: %s", "Невозможно начать проверку: %s"},

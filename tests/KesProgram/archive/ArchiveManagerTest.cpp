@@ -111,6 +111,9 @@ TEST_F(ArchiveManagerTest, SaveWritesTheBytesAndKeepsTheNameWhenItCannotOpen)
     EXPECT_FALSE(_manager->saveAs(_home.file("missing/a.abc")));
     EXPECT_EQ(_takeEvents(), Texts{"name=" + path});
     EXPECT_TRUE(_manager->saveAs("/dev/full")) << "only opening is checked";
+    const auto pipe = _home.file("pipe.abc");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_FALSE(_manager->saveAs(pipe)) << "nobody reads it";
 }
 
 TEST_F(ArchiveManagerTest, ChangedMeansOtherBytesThanInTheFile)
@@ -133,6 +136,8 @@ TEST_F(ArchiveManagerTest, ChangedMeansOtherBytesThanInTheFile)
     _data = saved;
     std::filesystem::remove(path);
     EXPECT_TRUE(_manager->isFileChanged());
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    EXPECT_TRUE(_manager->isFileChanged()) << "what is no file is not waited for";
 }
 
 class ArchiveManagerPresenterTest : public ArchiveManagerTest {
