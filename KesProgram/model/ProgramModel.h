@@ -137,6 +137,10 @@ public:
     /// What the last run showed; tells an unattended run how it ended. GUI thread, after `signalFinished`.
     virtual RunVerdict getRunVerdict() = 0;
 
+    /// What the data holds, in few words such as "8 results of 2026-11-20 14:05", for the question about work
+    /// that was not saved; empty. GUI thread.
+    virtual std::string getDataSummary();
+
     /// What the program is doing, for the status bar. Any thread; the reference is valid until the same
     /// thread asks again.
     const std::string& getState() const;

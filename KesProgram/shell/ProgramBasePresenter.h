@@ -6,6 +6,7 @@
 
 #include <sigc++/sigc++.h>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -22,6 +23,7 @@ namespace KesProgram {
 class ArchiveManagerPresenter;
 class FileRecentManager;
 class IProgramView;
+class LostWork;
 class ProgramModel;
 class ProgramMainMenuPresenter;
 
@@ -49,6 +51,17 @@ public:
     ~ProgramBasePresenter() override;
     ProgramBasePresenter(const ProgramBasePresenter&) = delete;
     ProgramBasePresenter& operator=(const ProgramBasePresenter&) = delete;
+
+    /// Whether a user is there.
+    enum class Attendance {
+        User,
+        /// Not while the program does what the command line asks for: nothing is offered.
+        Later,
+        /// To the end: recent files, last file and window place stay the user's own.
+        Never
+    };
+    /// Before the first `open`.
+    void setAttendance(Attendance attendance);
 
     /// Builds the window when it is called first, and shows it over the parent's window (null: anywhere).
     void open(Kes::IView* parent) override;
@@ -78,6 +91,11 @@ public:
     /// Closes the program as the window's close button does. Nothing before the first `open` and while
     /// closing is under way; while a dialog of the shell is open, once that has been closed.
     void requestClose();
+
+    /// Writes the recovery copy of what is not saved at once, for a process that is about to end; returns
+    /// when it is on the disk or the time is over. True when there was nothing to write, too. Any thread, on
+    /// which an exception may be under way: it throws none. See `RecoveryKeeper::writeNow`.
+    bool writeRecoveryCopy(std::chrono::milliseconds time) noexcept;
 
     /// Runs a function that shows modal dialogs, at once; see above. An exception passes through.
     void runDialogs(const std::function<void()>& function);
@@ -148,6 +166,9 @@ private:
     void _waitForStop(ProgramModel& model);
     void _onRunningChangedOnClosing();
     void _onTestObjectClosed();
+    void _createRecovery();
+    void _offerLostWork();
+    bool _openLostWork(LostWork& work);
 
     std::unique_ptr<ImplFields> _fields;
 };

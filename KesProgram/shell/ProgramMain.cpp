@@ -72,6 +72,9 @@ public:
         Glib::set_application_name(_parts.model->getProgramName());
         presenter.setPackageVersion(version);
         presenter.signalClosed.connect([this] { _loop->quit(); });
+        if (_unattended)
+            presenter.setAttendance(_commandLine.quit ? ProgramBasePresenter::Attendance::Never
+                                                      : ProgramBasePresenter::Attendance::Later);
         presenter.open(nullptr);
         if (_unattended)
             _unattended->begin();
