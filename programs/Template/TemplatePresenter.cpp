@@ -1,6 +1,5 @@
 #include "TemplatePresenter.h"
 
-#include <KesProgram/shell/ConfigurationError.h>
 #include <KesProgram/shell/ProgramMainMenuPresenter.h>
 #include <KesProgram/text/TextPair.h>
 #include <KesProgram/views/IProgramView.h>
@@ -30,10 +29,4 @@ void TemplatePresenter::_onInit()
     _getMenuBar()->addMenu(_help->getView());
     _getMenuBar()->addToolbar(_control->getView());
     _getProgramView()->setContent(*_content);
-}
-
-void TemplatePresenter::_saveXmlConfig()
-{
-    KesProgram::ConfigurationError::translate(_getXmlConfigFullPath(),
-                                              [this] { ProgramBasePresenter::_saveXmlConfig(); });
 }

@@ -17,7 +17,6 @@ public:
 protected:
     KesProgram::ProgramModel* _getModel() override { return &_model; }
     void _onInit() override;
-    void _saveXmlConfig() override;
 
 private:
     TemplateModel& _model;

@@ -106,13 +106,12 @@ wait $child
 status=$?
 [ $status -eq 4 ] || fail "status $status instead of 4 after SIGINT ($(cat err))"
 
-echo "A configuration that cannot be written"
-mkdir -p "$XDG_CACHE_HOME/kes"
-rm -rf "$XDG_CACHE_HOME/kes/OvercurrentModel.cfg"
-mkdir -p "$XDG_CACHE_HOME/kes/OvercurrentModel.cfg"
-expect 3 "$overcurrent" --language en --quit
-holds err "configuration could not be saved"
-rmdir "$XDG_CACHE_HOME/kes/OvercurrentModel.cfg"
+echo "What belongs to a user is left alone"
+rm -rf "$XDG_CACHE_HOME/kes"
+expect 0 "$overcurrent" --language en a.kovc --quit
+[ ! -e "$XDG_CACHE_HOME/kes/OvercurrentModel.cfg" ] || fail "a configuration without a user"
+[ -z "$(find "${XDG_STATE_HOME:-$HOME/.local/state}" -name "*.work" -o -name "*.former" 2>/dev/null)" ] ||
+    fail "copies of work are left over"
 
 [ $failures -eq 0 ] && echo "All is well"
 exit $((failures > 0))

@@ -9,7 +9,6 @@
 #include <KesCommonView/Style.h>
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
 #include <KesProgram/archive/FileRecentManager.h>
-#include <KesProgram/shell/ConfigurationError.h>
 #include <KesProgram/shell/FileMenuPresenter.h>
 #include <KesProgram/shell/FileRecentMenuPresenter.h>
 #include <KesProgram/shell/FileToolbarPresenter.h>
@@ -131,12 +130,6 @@ void OvercurrentPresenter::_updateRecentFiles()
 void OvercurrentPresenter::_onFinishedFromModel(bool)
 {
     _model.announceOutcome();
-}
-
-void OvercurrentPresenter::_saveXmlConfig()
-{
-    KesProgram::ConfigurationError::translate(_getXmlConfigFullPath(),
-                                              [this] { ProgramBasePresenter::_saveXmlConfig(); });
 }
 
 } // namespace Overcurrent

@@ -24,7 +24,6 @@ protected:
     KesProgram::ProgramModel* _getModel() override { return &_model; }
     void _onInit() override;
     void _onFinishedFromModel(bool outputStarted) override;
-    void _saveXmlConfig() override;
 
 private:
     struct Menus;
