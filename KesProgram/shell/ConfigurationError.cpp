@@ -1,6 +1,5 @@
 #include <KesProgram/shell/ConfigurationError.h>
 
-#include <KesCommon/ExceptionText.h>
 #include <KesCommon/StringHelper.h>
 #include <KesProgram/text/TextPair.h>
 
@@ -11,9 +10,9 @@ namespace {
 std::string describe(const std::string& path, const std::string& reason)
 {
     static constexpr lng::TextPair text{"The program's configuration could not be saved: recent files and "
-                                        "window place are lost.\n%s\n\nPath:\n%s",
+                                        "window place are lost.\n\nReason: %s\n\nPath:\n%s",
                                         "Не удалось сохранить конфигурацию программы: недавние файлы и "
-                                        "положение окна потеряны.\n%s\n\nПуть:\n%s"};
+                                        "положение окна потеряны.\n\nПричина: %s\n\nПуть:\n%s"};
     return Kes::StringHelper::format(lng::choose(text), reason, path);
 }
 
@@ -24,14 +23,5 @@ ConfigurationError::ConfigurationError(const std::string& path, const std::strin
 {}
 
 ConfigurationError::~ConfigurationError() = default;
-
-void ConfigurationError::translate(const std::string& path, const std::function<void()>& write)
-{
-    try {
-        write();
-    } catch (...) {
-        throw ConfigurationError(path, Kes::getCurrentExceptionText());
-    }
-}
 
 } // namespace KesProgram

@@ -21,6 +21,7 @@ class Element;
 namespace KesProgram {
 
 class ArchiveManagerPresenter;
+class ConfigurationFile;
 class FileRecentManager;
 class IProgramView;
 class LostWork;
@@ -121,8 +122,10 @@ protected:
 
     /// Reads the configuration file. Every failure is a warning in the log.
     virtual void _loadXmlConfig();
-    /// Writes the configuration file, making its folder when needed. A failure leaves as an exception, and
-    /// the program stays open: an override that catches it tells the user.
+    /// Writes the configuration file, making its folder when needed, with the recent files of other instances
+    /// that were written meanwhile. Nothing when no user is there. A failure leaves as a
+    /// `ConfigurationError`; the former file is then kept beside it, and read by the next start if the
+    /// present one is in pieces.
     virtual void _saveXmlConfig();
     /// Takes recent files and window rectangle out of the file's root. An override calls it.
     virtual void _extractXmlConfig(xmlpp::Element* root);
@@ -169,6 +172,8 @@ private:
     void _createRecovery();
     void _offerLostWork();
     bool _openLostWork(LostWork& work);
+    void _replaceBy(LostWork& work);
+    void _mergeRecentFiles(const ConfigurationFile& file);
 
     std::unique_ptr<ImplFields> _fields;
 };

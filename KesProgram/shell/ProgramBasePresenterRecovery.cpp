@@ -95,9 +95,7 @@ bool ProgramBasePresenter::_openLostWork(LostWork& work)
     const auto question =
         Kes::StringHelper::format(Text::question(), name, localTime(copy.time, "%Y-%m-%d %H:%M"), copy.holds);
     if (confirm(getView(), question)) {
-        std::istringstream data(copy.bytes);
-        if (_fields->archive->close() && _fields->archive->restore(data, copy.fileName))
-            _fields->recovery->adopt(std::move(work));
+        _replaceBy(work);
         return true;
     }
     const std::int64_t lastDay =
@@ -106,6 +104,18 @@ bool ProgramBasePresenter::_openLostWork(LostWork& work)
                 Kes::StringHelper::format(Text::throwAway(), localTime(lastDay, "%Y-%m-%d"), name)))
         work.throwAway();
     return false;
+}
+
+void ProgramBasePresenter::_replaceBy(LostWork& work)
+{
+    auto& recovery = *_fields->recovery;
+    auto& archive = *_fields->archive;
+    // About a new document nobody is asked who has just started the program.
+    if (recovery.hasUnsavedWork() && !archive.close())
+        return;
+    std::istringstream data(work.getCopy().bytes);
+    if (archive.restore(data, work.getCopy().fileName))
+        recovery.adopt(std::move(work));
 }
 
 } // namespace KesProgram

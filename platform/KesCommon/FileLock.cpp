@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <thread>
 #include <utility>
 
@@ -46,26 +47,35 @@ FileLock::~FileLock()
 
 std::optional<FileLock> FileLock::tryTake(const std::string& path)
 {
-    for (;;) {
-        const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, onlyOwner);
-        if (file < 0)
-            return std::nullopt;
-        FileLock lock(path, file);
-        if (flock(file, LOCK_EX | LOCK_NB) != 0)
-            return std::nullopt;
-        if (isStillAt(path, file))
-            return lock;
-    }
+    bool isHeld = false;
+    return _take(path, isHeld);
 }
 
 std::optional<FileLock> FileLock::takeWithin(const std::string& path, std::chrono::milliseconds time)
 {
     const auto end = std::chrono::steady_clock::now() + time;
     for (;;) {
-        auto lock = tryTake(path);
-        if (lock || std::chrono::steady_clock::now() >= end)
+        bool isHeld = false;
+        auto lock = _take(path, isHeld);
+        if (!isHeld || std::chrono::steady_clock::now() >= end)
             return lock;
         std::this_thread::sleep_for(betweenTries);
+    }
+}
+
+std::optional<FileLock> FileLock::_take(const std::string& path, bool& isHeld)
+{
+    for (;;) {
+        const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, onlyOwner);
+        if (file < 0)
+            return std::nullopt;
+        FileLock lock(path, file);
+        if (flock(file, LOCK_EX | LOCK_NB) != 0) {
+            isHeld = errno == EWOULDBLOCK;
+            return std::nullopt;
+        }
+        if (isStillAt(path, file))
+            return lock;
     }
 }
 

@@ -17,7 +17,7 @@ public:
     /// Makes the file when it is missing; its folder must exist. Nothing when another has the lock, or when
     /// the file cannot be made or locked.
     static std::optional<FileLock> tryTake(const std::string& path);
-    /// As `tryTake`, asked again until the time is over.
+    /// As `tryTake`; while another has the lock it is asked again until the time is over.
     static std::optional<FileLock> takeWithin(const std::string& path, std::chrono::milliseconds time);
 
     ~FileLock();
@@ -29,6 +29,7 @@ public:
 
 private:
     FileLock(std::string path, int file);
+    static std::optional<FileLock> _take(const std::string& path, bool& isHeld);
     void _release();
 
     std::string _path;
