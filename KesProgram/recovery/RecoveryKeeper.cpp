@@ -129,11 +129,16 @@ void RecoveryKeeper::end()
     if (_isEnded)
         return;
     // Unless the user has decided, what is not saved stays for the next start.
-    _onTick();
+    writeNow(longestWrite);
     _timer.disconnect();
     _isEnded = true;
     if (_fate == Fate::GivenUp)
         _remove();
+}
+
+bool RecoveryKeeper::hasUnsavedWork() const
+{
+    return !_saved || _manager.takeSnapshot() != *_saved;
 }
 
 void RecoveryKeeper::adopt(LostWork work)

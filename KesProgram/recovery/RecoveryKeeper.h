@@ -48,6 +48,8 @@ public:
     /// The program closes: what the user has given up goes, nothing is written any more.
     void end();
 
+    /// Whether the document holds what is in no file, and more than a new one does.
+    bool hasUnsavedWork() const;
     RecoveryStore& getStore() { return _store; }
     /// The present data is that of the lost work, and its copies are this keeper's.
     void adopt(LostWork work);
