@@ -213,7 +213,7 @@ void RecoveryKeeper::onSaved(const std::string& fileName, SaveEnd end)
 
 void RecoveryKeeper::onReleased(bool isUnsaved)
 {
-    if (isUnsaved || (_isUnattended && _hasSaveFailed)) {
+    if (isUnsaved || (_isUnattended && _hasSaveFailed && hasUnsavedWork())) {
         writeNow(longestWrite);
         _fate = Fate::Kept;
         return;
