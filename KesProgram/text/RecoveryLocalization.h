@@ -16,9 +16,9 @@ inline const char* title()
 inline const char* question()
 {
     static constexpr lng::TextPair text{
-        "The program did not end in an orderly way and has kept what was not saved. Open it?\n\n"
+        "Work of an earlier session has not been saved. Open it?\n\n"
         "File: %s\nTime: %s\nContents: %s",
-        "Программа завершилась аварийно и сохранила копию незаписанной работы. Открыть её?\n\n"
+        "Работа предыдущего сеанса не была сохранена. Открыть её?\n\n"
         "Файл: %s\nВремя: %s\nСодержимое: %s"};
     return lng::choose(text);
 }
