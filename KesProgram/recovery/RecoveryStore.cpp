@@ -222,8 +222,11 @@ void RecoveryStore::_release()
 
 bool RecoveryStore::_begin()
 {
-    if (_lock)
+    std::error_code error;
+    // Somebody may have cleared the folder meanwhile.
+    if (_lock && fs::exists(_lockPath(_session), error))
         return true;
+    _lock.reset();
     if (g_mkdir_with_parents(_folder.c_str(), static_cast<int>(onlyOwnersFolder)) != 0)
         return false;
     const std::string session = makeUuid();

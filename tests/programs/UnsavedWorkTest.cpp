@@ -96,6 +96,7 @@ TEST_F(UnsavedWorkTest, ALookAtThePlansLargestResultsIsShort)
     OvercurrentArchive archive;
     archive.settings = model.getTestObject()->serialize();
     archive.results.emplace();
+    archive.results->end = RunEnd::Stopped;
     archive.results->startedAt = "2026-11-20 14:05:09";
     archive.plan.multiples.clear();
     for (std::size_t i = 0; i < TestPlan::maximumPoints; ++i) {

@@ -145,6 +145,16 @@ TEST_F(RecoveryStoreTest, BrokenAndForeignFilesAreNoCopies)
     EXPECT_THAT(_lost(), IsEmpty());
 }
 
+TEST_F(RecoveryStoreTest, AFolderThatSomebodyHasClearedIsMadeAnew)
+{
+    const auto store = _open();
+    ASSERT_TRUE(store->write(Kind::Work, _copy("older")));
+    fs::remove_all(_folder);
+    ASSERT_TRUE(store->write(Kind::Work, _copy("bytes")));
+    EXPECT_THAT(_lost(), IsEmpty()) << "and its owner lives";
+    EXPECT_EQ(store->read(Kind::Work), _copy("bytes"));
+}
+
 TEST_F(RecoveryStoreTest, AFolderThatCannotBeMadeIsAnError)
 {
     writeFile(_home.file("state"), "");
