@@ -82,16 +82,12 @@ void RecoveryKeeper::_look()
         return;
     _last = snapshot;
     if (_saved && snapshot == *_saved)
-        _remove();
+        _writer->remove();
     else
-        _hand(snapshot);
+        _writer->write(snapshot, _describe(_manager.getFileName()));
 }
 
-void RecoveryKeeper::_hand(const DataSnapshot& snapshot)
-{
-    _writer->write(snapshot, _describe(_manager.getFileName()));
-}
-
+/// At once: the user has decided. May wait for a disk.
 void RecoveryKeeper::_remove()
 {
     _writer->cancel();

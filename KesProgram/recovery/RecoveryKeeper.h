@@ -66,7 +66,6 @@ private:
 
     bool _onTick();
     void _look();
-    void _hand(const DataSnapshot& snapshot);
     void _remove();
     void _keepFormer(const std::string& fileName, const std::string& bytes);
     RecoveryCopy _describe(const std::string& fileName) const;

@@ -4,12 +4,20 @@
 #include <KesCommon/Log.h>
 #include <KesCommon/ObjectErrorHelper.h>
 
+#include <system_error>
 #include <utility>
 
 namespace KesProgram {
 
-CopyWriter::CopyWriter(RecoveryStore& store) : _store(store), _thread("KesProgram_Copy", [this] { _run(); })
-{}
+CopyWriter::CopyWriter(RecoveryStore& store) : _store(store)
+{
+    try {
+        _thread = Kes::Worker("KesProgram_Copy", [this] { _run(); });
+        _hasThread = true;
+    } catch (const std::system_error& error) {
+        KesLog::Log::writeWarn(std::string("recovery copies hold up the window: ") + error.what());
+    }
+}
 
 CopyWriter::~CopyWriter()
 {
@@ -23,9 +31,23 @@ CopyWriter::~CopyWriter()
 
 void CopyWriter::write(DataSnapshot snapshot, RecoveryCopy description)
 {
+    _hand({std::move(snapshot), std::move(description)});
+}
+
+void CopyWriter::remove()
+{
+    _hand({});
+}
+
+void CopyWriter::_hand(Task task)
+{
+    if (!_hasThread) {
+        _isGood = _write(std::move(task));
+        return;
+    }
     {
         std::lock_guard lock(_mutex);
-        _waiting = Task{std::move(snapshot), std::move(description)};
+        _waiting = std::move(task);
     }
     _changed.notify_all();
 }
@@ -66,6 +88,10 @@ bool CopyWriter::_write(Task task)
 {
     std::string reason;
     try {
+        if (task.snapshot.isEmpty()) {
+            _store.remove(RecoveryStore::Kind::Work);
+            return true;
+        }
         task.copy.bytes = task.snapshot.pack();
         const auto result = _store.write(RecoveryStore::Kind::Work, task.copy);
         if (result)

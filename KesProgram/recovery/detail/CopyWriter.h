@@ -24,6 +24,8 @@ public:
 
     /// `description`: the copy without its bytes.
     void write(DataSnapshot snapshot, RecoveryCopy description);
+    /// Has the copy removed in its turn.
+    void remove();
     /// Nothing waits any more; returns when nothing is being written either.
     void cancel();
     /// Waits until all is written. False when the time is over or the last copy could not be written.
@@ -33,10 +35,12 @@ public:
 
 private:
     struct Task {
+        /// Without data: the copy is to be removed.
         DataSnapshot snapshot;
         RecoveryCopy copy;
     };
 
+    void _hand(Task task);
     void _run();
     bool _write(Task task);
 
@@ -47,6 +51,7 @@ private:
     bool _isWriting = false;
     std::atomic<bool> _isGood{true};
     bool _isEnding = false;
+    bool _hasThread = false;
     Kes::Worker _thread;
 };
 
