@@ -2,6 +2,7 @@
 
 #include <KesCommon/FileStream.h>
 #include <KesProgram/archive/detail/ChunkedBuffer.h>
+#include <KesProgram/archive/detail/DeferredPacking.h>
 #include <KesProgram/archive/detail/ZipReader.h>
 #include <KesProgram/archive/detail/ZipWriter.h>
 
@@ -159,6 +160,8 @@ std::set<std::string> listRegularFiles(const std::string& folder)
 bool packDataToStream(std::ostream& out, DataMap& data, const std::string& header,
                       const ContentLimits& limits)
 {
+    if (auto* deferred = DeferredPacking::getActive())
+        return deferred->take(out, data, header, limits);
     return pack(out, header, limits, [&data](ZipWriter& writer) {
         return std::all_of(data.begin(), data.end(), [&writer](const auto& entry) {
             return entry.second && writer.add(entry.first, *entry.second);

@@ -41,6 +41,8 @@ struct ContentLimits {
     std::uint64_t entry = std::uint64_t{32} << 20;
     /// All contents, the names and 512 bytes for each entry.
     std::uint64_t total = std::uint64_t{64} << 20;
+
+    bool operator==(const ContentLimits&) const = default;
 };
 
 /// Writes the archive of all entries, in the order of their names. The streams are read to their end: make

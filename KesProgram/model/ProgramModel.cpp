@@ -125,6 +125,11 @@ std::string ProgramModel::createReport()
     return {};
 }
 
+std::string ProgramModel::getDataSummary()
+{
+    return {};
+}
+
 void ProgramModel::_onHardwareChanged(KesDevice::HardwareManager*) {}
 
 bool ProgramModel::_onPrepareStart()

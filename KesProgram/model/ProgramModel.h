@@ -88,8 +88,8 @@ public:
     /// Begin an empty data set; nothing.
     virtual void newData(const std::string& fileName);
     /// The content of the archive file as it would be saved now, positioned at its beginning; null. A program
-    /// with archive logic has to return a stream, the same bytes for the same data. Must not throw: the file
-    /// to be saved is empty by then.
+    /// with archive logic has to return a stream, the same bytes for the same data. What it throws leaves the
+    /// file to be saved as it is. Called once a second, too, for the recovery copy, also while a test runs.
     virtual std::unique_ptr<std::istream> getDataStream();
     /// Load the content of an archive file; true. `flag`: repair, that is, take from damaged or outdated
     /// content what can be taken. False refuses the content; the program's data is then replaced by
@@ -138,6 +138,10 @@ protected:
 public:
     /// What the last run showed; tells an unattended run how it ended. GUI thread, after `signalFinished`.
     virtual RunVerdict getRunVerdict() = 0;
+
+    /// What the data holds, in few words such as "8 results of 2026-11-20 14:05", for the question about work
+    /// that was not saved; empty. GUI thread.
+    virtual std::string getDataSummary();
 
     /// What the program is doing, for the status bar. Any thread; the reference is valid until the same
     /// thread asks again.

@@ -2,21 +2,21 @@
 
 #include <KesCommon/BoundedXmlReader.h>
 #include <KesCommon/Directories.h>
-#include <KesCommon/FileStream.h>
-#include <KesCommon/FileSystem.h>
 #include <KesCommon/Log.h>
 #include <KesCommon/TypeHelper.h>
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/model/ProgramModel.h>
+#include <KesProgram/shell/detail/ConfigurationFile.h>
 #include <KesProgram/shell/detail/ProgramBasePresenterFields.h>
 #include <KesProgram/text/Conversion.h>
 #include <KesProgram/text/Program.h>
 
-#include <glibmm/miscutils.h>
 #include <libxml++/libxml++.h>
 #include <libxml/parser.h>
 
+#include <algorithm>
 #include <stdexcept>
+#include <vector>
 
 namespace KesProgram {
 
@@ -30,6 +30,22 @@ const xmlpp::TextNode* findText(const xmlpp::Element& root, const char* name)
 {
     const auto* element = dynamic_cast<const xmlpp::Element*>(root.get_first_child(name));
     return element ? element->get_child_text() : nullptr;
+}
+
+/// Which of the files have been opened or saved since the list was loaded, oldest first: those went to its
+/// end, and the others kept their order.
+std::vector<std::string> findUsed(const std::vector<std::string>& loaded,
+                                  const std::vector<std::string>& present)
+{
+    auto next = loaded.begin();
+    auto used = present.begin();
+    for (; used != present.end(); ++used) {
+        const auto found = std::find(next, loaded.end(), *used);
+        if (found == loaded.end())
+            break;
+        next = found + 1;
+    }
+    return {used, present.end()};
 }
 
 } // namespace
@@ -49,9 +65,11 @@ void ProgramBasePresenter::_loadXmlConfig()
 {
     const std::string failure = lng::Program::get("Error.configLoad");
     try {
+        const ConfigurationFile file(_getXmlConfigFullPath());
+        const auto lock = file.lock();
         Kes::BoundedXmlReader reader;
         reader.setOptions(XML_PARSE_NOBLANKS);
-        auto read = reader.readFile(_getXmlConfigFullPath());
+        auto read = reader.read(file.read());
         if (!read)
             throw std::runtime_error(reader.getError());
         xmlpp::Document document(read.release());
@@ -70,6 +88,8 @@ void ProgramBasePresenter::_extractXmlConfig(xmlpp::Element* root)
     if (model.hasArchiveLogic())
         if (const auto* text = findText(*root, recentFilesName))
             model.getFileRecentManager()->deserialize(text->get_content());
+    if (model.hasArchiveLogic())
+        _fields->loadedRecentFiles = model.getFileRecentManager()->getCollection();
 
     const auto* text = findText(*root, rectangleName);
     Kes::RectangleF rectangle;
@@ -80,17 +100,37 @@ void ProgramBasePresenter::_extractXmlConfig(xmlpp::Element* root)
 
 void ProgramBasePresenter::_saveXmlConfig()
 {
+    if (_fields->attendance == Attendance::Never)
+        return;
+    ConfigurationFile file(_getXmlConfigFullPath());
+    file.makeFolder();
+    const auto lock = file.lock();
+    if (_getModel()->hasArchiveLogic())
+        _mergeRecentFiles(file);
     xmlpp::Document document("1.0");
     _fillXmlConfig(document.create_root_node(rootName));
-    const std::string path = _getXmlConfigFullPath();
-    Kes::mkdir_with_parents(Glib::path_get_dirname(path));
-    document.write_to_file_formatted(path);
-    // Once more as the very bytes of the name: the XML library takes the path for a URI.
-    auto stream = Kes::openOutputFileUTF8Name(path, std::ios::out);
-    document.write_to_stream_formatted(stream);
-    stream.close();
-    if (!stream)
-        throw std::runtime_error("cannot write " + path);
+    file.write(document);
+}
+
+/// Another instance may have written its own meanwhile.
+void ProgramBasePresenter::_mergeRecentFiles(const ConfigurationFile& file)
+{
+    auto& recentFiles = *_getModel()->getFileRecentManager();
+    try {
+        xmlpp::DomParser parser;
+        parser.parse_memory(file.read());
+        const auto* root = parser.get_document()->get_root_node();
+        if (const auto* text = root ? findText(*root, recentFilesName) : nullptr) {
+            FileRecentManager merged(recentFiles.getCapacity());
+            merged.deserialize(text->get_content());
+            for (const auto& path : findUsed(_fields->loadedRecentFiles, recentFiles.getCollection()))
+                merged.tryAdd(path);
+            recentFiles.deserialize(merged.serialize());
+        }
+    } catch (const std::exception&) {
+        // There is none yet, or none that can be read: its own are all there are.
+    }
+    _fields->loadedRecentFiles = recentFiles.getCollection();
 }
 
 void ProgramBasePresenter::_fillXmlConfig(xmlpp::Element* root)

@@ -65,6 +65,9 @@ public:
         presenter.setPackageVersion(version);
         // In front of all others: one that throws does not keep the program from ending.
         presenter.signalClosed.slots().push_front([this] { _loop->quit(); });
+        if (_unattended)
+            presenter.setAttendance(_commandLine.quit ? ProgramBasePresenter::Attendance::Never
+                                                      : ProgramBasePresenter::Attendance::Later);
         presenter.open(nullptr);
         if (_unattended)
             _unattended->begin();

@@ -28,6 +28,7 @@ TEST(Directories, followTheUsersEnvironmentAtEachCall)
     const KesTest::TemporaryHome home;
     EXPECT_EQ(Kes::getKesCrossDocDir(), home.file("Documents/kes/"));
     EXPECT_EQ(Kes::getKesCrossAppConfigDir(), home.file(".config/kes/"));
+    EXPECT_EQ(Kes::getKesCrossAppStateDir(), home.file(".local/state/kes/"));
     setenv("XDG_CONFIG_HOME", "/configs/", 1);
     EXPECT_EQ(Kes::getKesCrossAppConfigDir(), "/configs/kes/");
     for (const char* unusable : {"relative", ""}) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Overcurrent/bench/SimulatedBench.h>
+#include <Overcurrent/data/DataSummary.h>
 #include <Overcurrent/data/TestPlan.h>
 #include <Overcurrent/data/TestResults.h>
 #include <Overcurrent/run/RunControl.h>
@@ -34,8 +35,8 @@ public:
     /// The plan or a setting of the test object has changed. GUI thread.
     sigc::signal<void()> signalPlanChanged;
 
-    /// Asked before a test replaces a complete one that is in no file; false: it does not start. Without it
-    /// nobody is asked. GUI thread.
+    /// Asked before a test replaces results that are in no file, however their test ended; false: it does not
+    /// start. Without it nobody is asked. GUI thread.
     std::function<bool()> confirmReplacing;
 
     OvercurrentModel();
@@ -78,6 +79,7 @@ public:
     KesTree::Node* getTestObject() override;
     std::string createReport() override;
     KesProgram::RunVerdict getRunVerdict() override;
+    std::string getDataSummary() override { return DataSummary::text(getResults()); }
 
 protected:
     bool _onPrepareStart() override;

@@ -65,7 +65,7 @@ bool OvercurrentModel::_onPrepareStart()
 bool OvercurrentModel::_hasUnsavedTest()
 {
     const auto results = getResults();
-    return results && results->end == RunEnd::Complete && getArchiveManager()->isFileChanged();
+    return results && DataSummary::countMeasured(*results) > 0 && getArchiveManager()->isFileChanged();
 }
 
 bool OvercurrentModel::_onPrepareHardware()

@@ -10,6 +10,11 @@ constexpr Kes::TextTable table({
     {"Program.summary", "Tests an inverse-time overcurrent relay with a KESTO device.",
      "Проверка реле максимального тока с зависимой выдержкой времени с помощью устройства КЕСТО."},
 
+    {"Summary.noResults", "settings and plan", "уставки и план проверки"},
+    {"Summary.one", "%zu result of %s", "%zu результат от %s"},
+    {"Summary.few", "%zu results of %s", "%zu результата от %s"},
+    {"Summary.many", "%zu results of %s", "%zu результатов от %s"},
+
     {"Simulated.title", "SIMULATED DEVICE", "ИМИТИРУЕМОЕ УСТРОЙСТВО"},
     {"Simulated.state", "%s - %s", "%s — %s"},
     {"Simulated.notice",
