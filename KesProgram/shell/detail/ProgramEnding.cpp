@@ -25,6 +25,8 @@ namespace {
 constexpr unsigned patience = 10;
 /// A device that does not obey switches itself off in this time.
 constexpr auto switchOffTime = 3s;
+/// A disk that does not answer must not keep the question from the user.
+constexpr auto copyTime = 1s;
 
 } // namespace
 
@@ -49,6 +51,7 @@ void ProgramEnding::_request()
     }
     _stage = Stage::Asked;
     _model.switchOffAtOnce();
+    _presenter.writeRecoveryCopy(copyTime);
     if (_unattended && !_unattended->isDone()) {
         _unattended->terminate();
         return;
@@ -110,6 +113,7 @@ void ProgramEnding::_endWithoutDisplay()
     try {
         KesLog::Log::writeError("The connection to the display has been lost.");
         _switchOffAndWait();
+        _presenter.writeRecoveryCopy(copyTime);
         if (_unattended && !_unattended->isDone())
             status = _unattended->endWithoutDisplay();
     } catch (...) {
