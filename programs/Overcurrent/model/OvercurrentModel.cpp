@@ -97,10 +97,9 @@ void OvercurrentModel::_announce(const std::string& text, Origin origin)
 
 Kes::Result OvercurrentModel::writeReport(const std::string& path)
 {
-    const ReportFile file(_getProgrammCacheDirectory());
     const auto results = getResults();
-    return results ? file.write(path, results->settings, results->plan, &*results)
-                   : file.write(path, getSettings(), _plan, nullptr, _areResultsLost);
+    return results ? ReportFile::write(path, results->settings, results->plan, &*results)
+                   : ReportFile::write(path, getSettings(), _plan, nullptr, _areResultsLost);
 }
 
 std::string OvercurrentModel::getProgramName()
