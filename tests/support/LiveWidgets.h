@@ -1,0 +1,58 @@
+#pragma once
+
+#include <gtk/gtk.h>
+
+namespace KesTest {
+
+/// Counts the widgets that were placed in another one or shown since the object was made, and that have not
+/// been freed. For counting, not for asking which: what GTK keeps for itself (styles, tooltips) counts too.
+/// One at a time. GUI thread, after GTK has been initialised.
+class LiveWidgets {
+public:
+    LiveWidgets()
+    {
+        for (auto& hook : _hooks)
+            hook.id = g_signal_add_emission_hook(_signalOf(hook.name), 0, &_onPlaced, &_count, nullptr);
+    }
+    ~LiveWidgets()
+    {
+        for (const auto& hook : _hooks)
+            g_signal_remove_emission_hook(_signalOf(hook.name), hook.id);
+    }
+    LiveWidgets(const LiveWidgets&) = delete;
+    LiveWidgets& operator=(const LiveWidgets&) = delete;
+
+    int getCount() const { return _count; }
+
+private:
+    struct Hook {
+        const char* name;
+        gulong id;
+    };
+
+    static guint _signalOf(const char* name)
+    {
+        // Signals come with the class.
+        g_type_class_unref(g_type_class_ref(GTK_TYPE_WIDGET));
+        return g_signal_lookup(name, GTK_TYPE_WIDGET);
+    }
+
+    static gboolean _onPlaced(GSignalInvocationHint*, guint, const GValue* values, gpointer count)
+    {
+        auto* widget = G_OBJECT(g_value_get_object(values));
+        constexpr const char* mark = "kes-test-counted";
+        if (!g_object_get_data(widget, mark)) {
+            ++*static_cast<int*>(count);
+            // Freed data tells of the end of the widget itself; a weak reference already ends when it is
+            // destroyed while somebody still keeps it.
+            g_object_set_data_full(widget, mark, count, [](gpointer left) { --*static_cast<int*>(left); });
+        }
+        return TRUE;
+    }
+
+    Hook _hooks[2]{{"parent-set", 0}, {"show", 0}};
+    // Widgets may be freed after the count has been given up.
+    int& _count = *new int(0);
+};
+
+} // namespace KesTest
