@@ -23,6 +23,19 @@ void shorten(Gtk::MenuItem& item, const Glib::ustring& path)
 
 } // namespace
 
+FileRecentMenuView::FileRecentMenuView()
+{
+    // The item above may die first. It takes the toolkit's part of a menu that nobody else refers to with it,
+    // and then nobody frees what the menu holds.
+    reference();
+}
+
+FileRecentMenuView::~FileRecentMenuView()
+{
+    Kes::GtkWidgetHelper::removeChildren(*this);
+    unreference();
+}
+
 void FileRecentMenuView::setFileCollection(const std::vector<std::string>& paths)
 {
     Kes::GtkWidgetHelper::removeChildren(*this);

@@ -10,6 +10,9 @@ namespace KesProgram {
 /// in the middle; its tooltip has it whole. GUI thread.
 class KES_EXPORT FileRecentMenuView : public Gtk::Menu, public IFileRecentMenuView {
 public:
+    FileRecentMenuView();
+    ~FileRecentMenuView() override;
+
     void setFileCollection(const std::vector<std::string>& paths) override;
 
 private:
