@@ -25,15 +25,7 @@ void shorten(Gtk::MenuItem& item, const Glib::ustring& path)
 
 FileRecentMenuView::FileRecentMenuView()
 {
-    // The item above may die first. It takes the toolkit's part of a menu that nobody else refers to with it,
-    // and then nobody frees what the menu holds.
-    reference();
-}
-
-FileRecentMenuView::~FileRecentMenuView()
-{
-    Kes::GtkWidgetHelper::removeChildren(*this);
-    unreference();
+    _keep(*this);
 }
 
 void FileRecentMenuView::setFileCollection(const std::vector<std::string>& paths)

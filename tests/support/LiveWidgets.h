@@ -5,8 +5,8 @@
 namespace KesTest {
 
 /// Counts the widgets that were placed in another one or shown since the object was made, and that have not
-/// been freed. For counting, not for asking which: what GTK keeps for itself (styles, tooltips) counts too.
-/// One at a time. GUI thread, after GTK has been initialised.
+/// been freed; windows that were never shown are left to `countWindows`. For counting, not for asking which: what GTK
+/// keeps for itself (styles, tooltips) counts too. One at a time. GUI thread, after GTK has been initialised.
 class LiveWidgets {
 public:
     LiveWidgets()
@@ -54,5 +54,14 @@ private:
     // Widgets may be freed after the count has been given up.
     int& _count = *new int(0);
 };
+
+/// The windows there are, shown or not, those of menus included. GUI thread.
+inline unsigned countWindows()
+{
+    GList* windows = gtk_window_list_toplevels();
+    const unsigned count = g_list_length(windows);
+    g_list_free(windows);
+    return count;
+}
 
 } // namespace KesTest

@@ -53,6 +53,7 @@ TEST_F(MenuViewsTest, RecentFilesThatHaveLeftTheMenuAreFreed)
 TEST_F(MenuViewsTest, RecentFilesAreFreedInWhicheverOrderTheMenuAndItsItemDie)
 {
     for (const bool itemFirst : {true, false}) {
+        const auto windows = countWindows();
         LiveWidgets live;
         auto view = std::make_unique<KesProgram::FileRecentMenuView>();
         auto item = std::make_unique<Gtk::MenuItem>("Recent files");
@@ -63,6 +64,7 @@ TEST_F(MenuViewsTest, RecentFilesAreFreedInWhicheverOrderTheMenuAndItsItemDie)
         view.reset();
         runPendingEvents();
         EXPECT_EQ(live.getCount(), 0) << (itemFirst ? "item first" : "menu first");
+        EXPECT_EQ(countWindows(), windows) << (itemFirst ? "item first" : "menu first");
     }
 }
 
