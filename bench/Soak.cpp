@@ -120,8 +120,15 @@ public:
         if (!std::filesystem::exists(_path))
             throw std::runtime_error("nothing was saved");
         _presenter.requestReport();
-        _openAndClose("hardware settings", [this] { _presenter.requestHardware(); });
-        _openAndClose("test object", [this] { _presenter.requestTestObject(); });
+        const auto cancel = [](Gtk::Window& window) { window.close(); };
+        // Confirmed settings are a new configuration with new devices.
+        const auto confirm = [](Gtk::Window& window) { window.activate_default(); };
+        _openAndClose(
+            "hardware settings", [this] { _presenter.requestHardware(); }, cancel);
+        _openAndClose(
+            "hardware settings", [this] { _presenter.requestHardware(); }, confirm);
+        _openAndClose(
+            "test object", [this] { _presenter.requestTestObject(); }, cancel);
         _presenter.requestClose();
         await("the end", [this] { return _isClosed; });
     }
@@ -158,11 +165,12 @@ private:
         return nullptr;
     }
 
-    void _openAndClose(const char* what, const std::function<void()>& open)
+    void _openAndClose(const char* what, const std::function<void()>& open,
+                       const std::function<void(Gtk::Window&)>& close)
     {
         open();
         await(what, [this] { return _other() != nullptr; });
-        _other()->close();
+        close(*_other());
         await(what, [this] { return _other() == nullptr; });
     }
 
