@@ -2,11 +2,14 @@
 
 #include <gtk/gtk.h>
 
+#include <memory>
+
 namespace KesTest {
 
-/// Counts the widgets that were placed in another one or shown since the object was made, and that have not
-/// been freed; windows that were never shown are left to `countWindows`. For counting, not for asking which: what GTK
-/// keeps for itself (styles, tooltips) counts too. One at a time. GUI thread, after GTK has been initialised.
+/// Counts the widgets that were first placed in another one or shown since the object was made, and that have
+/// not been freed; windows that were never shown are left to `countWindows`. For counting, not for asking
+/// which: what GTK keeps for itself (styles, tooltips) counts too. GUI thread, after GTK has been
+/// initialised.
 class LiveWidgets {
 public:
     LiveWidgets()
@@ -22,9 +25,12 @@ public:
     LiveWidgets(const LiveWidgets&) = delete;
     LiveWidgets& operator=(const LiveWidgets&) = delete;
 
-    int getCount() const { return _count; }
+    int getCount() const { return *_count; }
 
 private:
+    /// Widgets may outlive the counting.
+    using Count = std::shared_ptr<int>;
+
     struct Hook {
         const char* name;
         gulong id;
@@ -42,17 +48,23 @@ private:
         auto* widget = G_OBJECT(g_value_get_object(values));
         constexpr const char* mark = "kes-test-counted";
         if (!g_object_get_data(widget, mark)) {
-            ++*static_cast<int*>(count);
+            auto* shared = new Count(*static_cast<Count*>(count));
+            ++**shared;
             // Freed data tells of the end of the widget itself; a weak reference already ends when it is
             // destroyed while somebody still keeps it.
-            g_object_set_data_full(widget, mark, count, [](gpointer left) { --*static_cast<int*>(left); });
+            g_object_set_data_full(widget, mark, shared, &_onFreed);
         }
         return TRUE;
     }
 
+    static void _onFreed(gpointer count)
+    {
+        const std::unique_ptr<Count> shared(static_cast<Count*>(count));
+        --**shared;
+    }
+
     Hook _hooks[2]{{"parent-set", 0}, {"show", 0}};
-    // Widgets may be freed after the count has been given up.
-    int& _count = *new int(0);
+    Count _count = std::make_shared<int>(0);
 };
 
 /// The windows there are, shown or not, those of menus included. GUI thread.
