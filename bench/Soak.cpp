@@ -13,6 +13,7 @@
 #include <KesCommonView/ApplicationDispatcher.h>
 #include <KesCommonView/DialogBackend.h>
 #include <KesDevice/HardwareControl.h>
+#include <KesProgram/text/Program.h>
 #include <Overcurrent/presenter/OvercurrentPresenter.h>
 
 #include <gtkmm.h>
@@ -30,6 +31,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -40,7 +42,7 @@ constexpr double speed = 1e5;
 /// More than the recent files hold, so that their menu changes in every round.
 constexpr int archives = 12;
 /// In bytes: caches of the toolkit fill up for long.
-constexpr std::size_t heapPerRound = 256;
+constexpr std::size_t heapPerRound = 512;
 
 void await(const char* what, const std::function<bool()>& condition)
 {
@@ -95,6 +97,36 @@ struct Figures {
     }
 };
 
+/// The widgets below one that are of a type, menus not included.
+void collect(GtkWidget* widget, GType type, std::vector<GtkWidget*>& found)
+{
+    if (g_type_is_a(G_OBJECT_TYPE(widget), type))
+        found.push_back(widget);
+    if (!GTK_IS_CONTAINER(widget))
+        return;
+    GList* children = gtk_container_get_children(GTK_CONTAINER(widget));
+    for (GList* child = children; child; child = child->next)
+        collect(GTK_WIDGET(child->data), type, found);
+    g_list_free(children);
+}
+
+/// Chooses the item as the user does; menus are windows of their own.
+void activateMenuItem(const std::string& label)
+{
+    std::vector<GtkWidget*> items;
+    GList* windows = gtk_window_list_toplevels();
+    for (GList* window = windows; window; window = window->next)
+        collect(GTK_WIDGET(window->data), GTK_TYPE_MENU_ITEM, items);
+    g_list_free(windows);
+    const auto found = std::find_if(items.begin(), items.end(), [&](GtkWidget* item) {
+        const char* text = gtk_menu_item_get_label(GTK_MENU_ITEM(item));
+        return text && label == text;
+    });
+    if (found == items.end())
+        throw std::runtime_error("no menu item " + label);
+    gtk_menu_item_activate(GTK_MENU_ITEM(*found));
+}
+
 /// The program, opened and closed once.
 class Round {
 public:
@@ -111,7 +143,7 @@ public:
     void run(int round)
     {
         if (round > 0)
-            _presenter.openFile(_path);
+            activateMenuItem(_path);
         if (!_model.startTest())
             throw std::runtime_error("the test does not start");
         await("the results", [this] { return _model.getResults() && _model.getCanStart(); });
@@ -129,6 +161,8 @@ public:
             "hardware settings", [this] { _presenter.requestHardware(); }, confirm);
         _openAndClose(
             "test object", [this] { _presenter.requestTestObject(); }, cancel);
+        _openAndClose(
+            "about", [] { activateMenuItem(lng::Program::get("Menu.about")); }, cancel);
         _presenter.requestClose();
         await("the end", [this] { return _isClosed; });
     }
@@ -143,17 +177,9 @@ private:
 
     bool _hasContent()
     {
-        bool found = false;
-        gtk_container_forall(GTK_CONTAINER(_window().gobj()), &_findTree, &found);
-        return found;
-    }
-
-    static void _findTree(GtkWidget* widget, gpointer found)
-    {
-        if (GTK_IS_TREE_VIEW(widget))
-            *static_cast<bool*>(found) = true;
-        else if (GTK_IS_CONTAINER(widget))
-            gtk_container_forall(GTK_CONTAINER(widget), &_findTree, found);
+        std::vector<GtkWidget*> tables;
+        collect(GTK_WIDGET(_window().gobj()), GTK_TYPE_TREE_VIEW, tables);
+        return !tables.empty();
     }
 
     Gtk::Window* _other()
