@@ -33,34 +33,54 @@ static const std::string PREFIX = "qє3?1‰P™d7";
 /// The signature of the version before it; only the last byte differs.
 static const std::string OUTDATED_PREFIX = "qє3?1‰P™d6";
 
-/// How many bytes one archive may hold unpacked: its contents, its names and 512 bytes for each entry.
-/// Packing refuses more, so that what was saved can be opened; unpacking refuses more, so that a small
-/// hostile file cannot fill the memory.
-inline constexpr std::uint64_t maxContentSize = std::uint64_t{1} << 30;
+/// How many bytes an archive may hold unpacked. Packing refuses more, so that what was saved can be opened;
+/// unpacking refuses more, so that a small hostile file cannot fill the memory. A program hands in what it
+/// can use, the same for both; the defaults are far above test settings and results.
+struct ContentLimits {
+    /// The content of one entry.
+    std::uint64_t entry = std::uint64_t{32} << 20;
+    /// All contents, the names and 512 bytes for each entry.
+    std::uint64_t total = std::uint64_t{64} << 20;
+
+    bool operator==(const ContentLimits&) const = default;
+};
 
 /// Writes the archive of all entries, in the order of their names. The streams are read to their end: make
 /// fresh ones for the next call. A stream that has failed gives an empty entry.
 /// False, with `out` untouched, for an empty map, a null stream, an impossible name or too much data;
 /// false, with part of the archive written, when `out` fails.
-KES_EXPORT bool packDataToStream(std::ostream& out, DataMap& data, const std::string& header);
+KES_EXPORT bool packDataToStream(std::ostream& out, DataMap& data, const std::string& header,
+                                 const ContentLimits& limits = {});
 
 /// Reads the archive from the beginning of `in`, which must be able to seek, into streams positioned at
 /// their beginning; an entry replaces what the map holds under its name.
 /// False for another signature (`in` then stands at its beginning, ready for a further attempt), for
-/// a signature with nothing behind it and for more than `maxContentSize`. A damaged archive is no failure:
-/// the map then holds what could be read, the last entry perhaps in part.
-KES_EXPORT bool unpackStreamToData(std::istream& in, DataMap& data, const std::string& header);
+/// a signature with nothing behind it and for more than the limits. A damaged archive is no failure: the map
+/// then holds what could be read, the last entry perhaps in part. An entry that is neither stored nor
+/// deflated is damaged as well, and empty.
+KES_EXPORT bool unpackStreamToData(std::istream& in, DataMap& data, const std::string& header,
+                                   const ContentLimits& limits = {});
+
+/// Reads an archive that is known to be damaged: once by its directory and once by the header of each entry
+/// alone, wherever one is found. Takes each entry from a reading in which it is whole; one that is whole
+/// in neither is there as far as it could be read. A changed byte so costs one entry at most.
+/// False for another signature and for a signature with nothing behind it. What is beyond the limits is left
+/// out.
+KES_EXPORT bool recoverStreamToData(std::istream& in, DataMap& data, const std::string& header,
+                                    const ContentLimits& limits = {});
 
 /// Writes the archive of the regular files directly inside the folder (links to files included), each
 /// under its bare name. A file that cannot be read becomes an empty entry. False as in `packDataToStream`
 /// and when the folder cannot be listed.
-KES_EXPORT bool packFolderToStream(std::ostream& out, const std::string& folder, const std::string& header);
+KES_EXPORT bool packFolderToStream(std::ostream& out, const std::string& folder, const std::string& header,
+                                   const ContentLimits& limits = {});
 
 /// Writes every entry to a file of its name inside the folder, which must exist. Names are joined to the
 /// folder as they stand, "../" included: use it for archives of one's own only.
 /// False as in `unpackStreamToData` and when a file cannot be opened; files written before stay. An error
 /// while writing an opened file goes unnoticed.
-KES_EXPORT bool unpackStreamToFolder(std::istream& in, const std::string& folder, const std::string& header);
+KES_EXPORT bool unpackStreamToFolder(std::istream& in, const std::string& folder, const std::string& header,
+                                     const ContentLimits& limits = {});
 
 /// libarchive's write callback on a `std::ostream*`: the byte count, or -1 when the stream has failed.
 KES_EXPORT ssize_t ostream_write_callback(archive* writer, void* stream, const void* bytes,

@@ -5,9 +5,19 @@
 #include <KesCommon/Log.h>
 #include <KesProgram/archive/DataFormatError.h>
 #include <KesProgram/archive/FileAccessError.h>
+#include <KesProgram/archive/IWorkKeeper.h>
+#include <KesProgram/archive/detail/FileIdentity.h>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <array>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <sstream>
 #include <string_view>
 #include <utility>
 
@@ -35,6 +45,39 @@ bool haveSameBytes(std::istream& one, std::istream& other)
     }
 }
 
+/// What is larger is no archive of the family: it cannot be opened either.
+constexpr std::uintmax_t maxFormerSize = std::uintmax_t{256} << 20;
+
+std::string readFormer(const std::string& path)
+{
+    std::error_code error;
+    if (const auto size = std::filesystem::file_size(path, error); !error && size > maxFormerSize) {
+        KesLog::Log::writeWarn("saving " + path + ": the former file is too large to be kept meanwhile");
+        return {};
+    }
+    auto file = Kes::openInputFileUTF8Name(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Whether the file holds the bytes, and the disk as well: a full one may show only now.
+bool isOnDisk(const std::string& path, const std::string& bytes)
+{
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0)
+        return false;
+    const bool isSynced = fsync(file) == 0;
+    close(file);
+    auto written = Kes::openInputFileUTF8Name(path, std::ios::binary);
+    std::istringstream expected(bytes);
+    return isSynced && written.is_open() && haveSameBytes(written, expected);
+}
+
+std::unique_ptr<FileIdentity> identify(const std::string& path)
+{
+    const auto identity = FileIdentity::of(path);
+    return identity ? std::make_unique<FileIdentity>(*identity) : nullptr;
+}
+
 } // namespace
 
 ArchiveManager::ArchiveManager(NewData newData, DataProvider getDataStream, DataConsumer setDataStream)
@@ -44,6 +87,8 @@ ArchiveManager::ArchiveManager(NewData newData, DataProvider getDataStream, Data
 {}
 
 ArchiveManager::~ArchiveManager() = default;
+
+IWorkKeeper::~IWorkKeeper() = default;
 
 void ArchiveManager::init(const std::string& fileName)
 {
@@ -59,6 +104,8 @@ void ArchiveManager::init(const std::string& fileName)
 void ArchiveManager::create(const std::string& name)
 {
     _newData(name);
+    _identity.reset();
+    _tellKeeper([](IWorkKeeper& keeper) { keeper.onReplaced(); });
     _setActualFileName("");
 }
 
@@ -67,25 +114,53 @@ Kes::Result ArchiveManager::open(const std::string& fileName, bool repair)
     auto file = Kes::openInputFileUTF8Name(fileName, std::ios::binary);
     if (!file.is_open())
         return FileAccessError::get();
+    _identity = identify(fileName);
     _setActualFileName(fileName);
+    return _load(file, repair, fileName);
+}
+
+Kes::Result ArchiveManager::restore(std::istream& data, const std::string& fileName)
+{
+    _identity = identify(fileName);
+    _setActualFileName(fileName);
+    return _load(data, false, fileName);
+}
+
+Kes::Result ArchiveManager::_load(std::istream& data, bool repair, const std::string& what)
+{
     if (!_setDataStream)
         throw std::bad_function_call();
     try {
-        if (_setDataStream(file, repair))
+        if (_setDataStream(data, repair)) {
+            _tellKeeper([](IWorkKeeper& keeper) { keeper.onReplaced(); });
             return true;
+        }
     } catch (...) {
         // Data that makes its reader throw is as unusable as data that it refuses.
-        KesLog::Log::writeError(fileName + ": " + Kes::getCurrentExceptionText());
+        KesLog::Log::writeError(what + ": " + Kes::getCurrentExceptionText());
     }
     return DataFormatError::get();
 }
 
 bool ArchiveManager::saveAs(const std::string& fileName)
 {
+    using SaveEnd = IWorkKeeper::SaveEnd;
+    // Before the file is touched.
+    const std::string bytes = takeSnapshot().pack();
+    _tellKeeper([&](IWorkKeeper& keeper) { keeper.onSaving(fileName, readFormer(fileName), bytes); });
     auto file = Kes::openOutputFileUTF8Name(fileName, std::ios::binary);
-    if (!file.is_open())
+    if (!file.is_open()) {
+        KesLog::Log::writeError("saving " + fileName + ": " + std::strerror(errno));
+        _tellKeeper([&](IWorkKeeper& keeper) { keeper.onSaved(fileName, SaveEnd::Untouched); });
         return false;
-    file << _getDataStream()->rdbuf();
+    }
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    const auto end = file && isOnDisk(fileName, bytes) ? SaveEnd::Whole : SaveEnd::Broken;
+    if (end == SaveEnd::Broken)
+        KesLog::Log::writeError("saving " + fileName + ": the file does not hold what it should");
+    _identity = identify(fileName);
+    _tellKeeper([&](IWorkKeeper& keeper) { keeper.onSaved(fileName, end); });
     _setActualFileName(fileName);
     return true;
 }
@@ -99,13 +174,46 @@ bool ArchiveManager::isFileChanged() const
 {
     if (!_isInited)
         return false;
-    std::ifstream file(_fileName);
+    auto file = Kes::openInputFileUTF8Name(_fileName);
     if (!file.is_open())
         return true;
     // Only the bytes count, here as in saving: what is left of the stream's state does not.
     const auto data = _getDataStream();
     data->clear();
     return !haveSameBytes(file, *data);
+}
+
+bool ArchiveManager::isFileReplaced() const
+{
+    const auto present = FileIdentity::of(_fileName);
+    return _identity && present && *present != *_identity;
+}
+
+DataSnapshot ArchiveManager::takeSnapshot() const
+{
+    return DataSnapshot::take(_getDataStream);
+}
+
+void ArchiveManager::setWorkKeeper(IWorkKeeper* keeper)
+{
+    _keeper = keeper;
+}
+
+void ArchiveManager::release(bool isUnsaved)
+{
+    _tellKeeper([isUnsaved](IWorkKeeper& keeper) { keeper.onReleased(isUnsaved); });
+}
+
+/// Neither an opened nor a saved file may depend on whether a copy could be kept.
+void ArchiveManager::_tellKeeper(const std::function<void(IWorkKeeper&)>& tell) const
+{
+    if (!_keeper)
+        return;
+    try {
+        tell(*_keeper);
+    } catch (...) {
+        KesLog::Log::writeError("keeping a recovery copy: " + Kes::getCurrentExceptionText());
+    }
 }
 
 void ArchiveManager::_setActualFileName(const std::string& fileName)

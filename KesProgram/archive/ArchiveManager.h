@@ -2,6 +2,7 @@
 
 #include <KesCommon/Export.h>
 #include <KesCommon/Result.h>
+#include <KesProgram/archive/DataSnapshot.h>
 
 #include <sigc++/sigc++.h>
 
@@ -12,10 +13,16 @@
 
 namespace KesProgram {
 
+class IWorkKeeper;
+struct FileIdentity;
+
 /// The current archive file of a program: its path, and moving its bytes between the disk and the model.
 ///
 /// Owned by the model, one per program. What the bytes mean is the model's business, through the three
 /// functions given at construction. The manager shows nothing; `ArchiveManagerPresenter` does.
+///
+/// A file is overwritten in place, so a full disk or a power cut can leave it in pieces: an `IWorkKeeper` is
+/// given the bytes before and after, and the log tells of a file that came out wrong.
 /// GUI thread.
 class KES_EXPORT ArchiveManager {
 public:
@@ -54,28 +61,49 @@ public:
     /// `create`.
     Kes::Result open(const std::string& fileName, bool repair);
 
+    /// Loads data that is in no file, such as a recovery copy; the path, which may be empty, is the one that
+    /// the data would be saved to. Fails as `open` does when the data is unusable.
+    Kes::Result restore(std::istream& data, const std::string& fileName);
+
     /// Writes the data to the file and makes it the current one. False, the path unchanged, when the file
-    /// cannot be opened. An error while writing goes unnoticed. The file is empty when the data are asked
-    /// for: a provider that throws then loses what was in it.
+    /// cannot be opened. An error while writing is told in the log and to the keeper only; the data then
+    /// counts as changed. A provider that throws leaves the file as it is, and the exception passes through.
     bool saveAs(const std::string& fileName);
 
     /// `saveAs` with the current path, which fails for a new file.
     bool save();
 
-    /// Whether the data differs from the bytes of the current file. Always true for a new file and for one
-    /// that cannot be opened, always false before `init`.
+    /// Whether the data differs from the bytes of the current file. Always true for a new file, for one that
+    /// cannot be opened and for what is no regular file; always false before `init`.
     bool isFileChanged() const;
+
+    /// Whether somebody else has written or replaced the current file since it was opened or saved here.
+    bool isFileReplaced() const;
+
+    /// The data as it is now, quickly; see there.
+    DataSnapshot takeSnapshot() const;
+
+    /// Null: none. The manager tells it what happens to the work, in this order: `onSaving`, `onSaved`.
+    void setWorkKeeper(IWorkKeeper* keeper);
+    /// Tells the keeper that the user has decided about the data; see `IWorkKeeper::onReleased`.
+    void release(bool isUnsaved);
 
 protected:
     /// Changes the path; the signal only tells of a real change.
     void _setActualFileName(const std::string& fileName);
 
 private:
+    Kes::Result _load(std::istream& data, bool repair, const std::string& what);
+    void _tellKeeper(const std::function<void(IWorkKeeper&)>& tell) const;
+
     NewData _newData;
     DataProvider _getDataStream;
     DataConsumer _setDataStream;
     std::string _fileName;
     bool _isInited = false;
+    IWorkKeeper* _keeper = nullptr;
+    /// Of the current file as it was opened or saved last; null when it was neither.
+    std::unique_ptr<FileIdentity> _identity;
 };
 
 } // namespace KesProgram

@@ -111,31 +111,58 @@ bool ArchiveManagerPresenter::_tryRepair(const std::string& path)
     return result;
 }
 
+bool ArchiveManagerPresenter::restore(std::istream& data, const std::string& fileName)
+{
+    if (_manager->restore(data, fileName))
+        return true;
+    _showFileInvalidDataErrorDialog(fileName.empty() ? getDisplayFileName() : fileName);
+    _manager->create("");
+    return false;
+}
+
 void ArchiveManagerPresenter::save()
 {
     if (_manager->isNew())
         saveAs();
-    else if (!_manager->save())
-        _showSaveErrorDialog(_manager->getFileName());
+    else
+        _saveTo(_manager->getFileName());
 }
 
 void ArchiveManagerPresenter::saveAs()
 {
     const auto path =
         Kes::FileDialogPresenter().show(_getParentView(), Text::title(), _getSaveExtensionMap(), true);
-    if (!path.empty() && !_manager->saveAs(path))
+    if (!path.empty())
+        _saveTo(path);
+}
+
+void ArchiveManagerPresenter::_saveTo(const std::string& path)
+{
+    if (path == _manager->getFileName() && _manager->isFileReplaced() && !_confirmOverwriting(path))
+        return;
+    if (!_manager->saveAs(path))
         _showSaveErrorDialog(_manager->getFileName());
+}
+
+bool ArchiveManagerPresenter::_confirmOverwriting(const std::string& path)
+{
+    return Kes::DialogPresenter::show(_getParentView(), withPath(Text::fileReplaced(), path), Text::title(),
+                                      Kes::DialogResult::YesNo) == Kes::DialogResult::Yes;
 }
 
 bool ArchiveManagerPresenter::close()
 {
-    if (!_manager->isFileChanged())
+    if (!_manager->isFileChanged()) {
+        _manager->release(false);
         return true;
+    }
     const auto answer =
         Kes::DialogPresenter::show(_getParentView(), withPath(Text::saveDialog(), getDisplayFileName()),
                                    Text::title(), Kes::DialogResult::YesNoCancel);
     if (answer == Kes::DialogResult::Yes)
         saveAs();
+    if (answer != Kes::DialogResult::Cancel)
+        _manager->release(answer == Kes::DialogResult::Yes && _manager->isFileChanged());
     return answer != Kes::DialogResult::Cancel;
 }
 

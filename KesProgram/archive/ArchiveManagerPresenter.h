@@ -3,6 +3,7 @@
 #include <KesCommon/Export.h>
 #include <KesCommonView/IPresenter.h>
 
+#include <istream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -42,7 +43,12 @@ public:
     /// As `open`, but the present document is given up unasked: for one that has never been touched.
     void replace(const std::string& fileName);
 
-    /// Saves the current file; a new one as `saveAs` does.
+    /// Loads data that is in no file, in place of the present document, which is given up unasked. False
+    /// after a message: the program then has a new, empty document.
+    bool restore(std::istream& data, const std::string& fileName);
+
+    /// Saves the current file; a new one as `saveAs` does. Asks first when somebody else has written or
+    /// replaced the file meanwhile.
     void save();
 
     /// Saves under the path chosen in a dialog. The message of a failure names the path before it.
@@ -72,6 +78,8 @@ protected:
 private:
     bool _tryOpen(const std::string& path);
     bool _tryRepair(const std::string& path);
+    void _saveTo(const std::string& path);
+    bool _confirmOverwriting(const std::string& path);
 
     ArchiveManager* _manager;
     Kes::IPresenter* _parent;

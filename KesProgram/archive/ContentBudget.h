@@ -2,30 +2,46 @@
 
 #include <KesProgram/archive/ArchiveHelper.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 
 namespace KesProgram {
 
-/// Counts what one archive holds against `ArchiveHelper::maxContentSize`, alike for packing and unpacking.
+/// Counts what one archive holds against its limits, alike for packing and unpacking.
 /// Internal to archives. One thread at a time.
 class ContentBudget {
 public:
-    /// False when the entry itself, without its content, is too much.
-    bool takeEntry(const std::string& name) { return take(512 + name.size()); }
-    /// False when the bytes are too much; from then on nothing fits.
-    bool take(std::uint64_t bytes)
-    {
-        _isExceeded = _isExceeded || bytes > _left;
-        _left = _isExceeded ? 0 : _left - bytes;
-        return !_isExceeded;
-    }
+    explicit ContentBudget(const ArchiveHelper::ContentLimits& limits) : _limits(limits), _left(limits.total)
+    {}
 
-    std::uint64_t getLeft() const { return _left; }
+    /// Begins an entry. False when the entry itself, without its content, is too much.
+    bool takeEntry(const std::string& name)
+    {
+        _leftOfEntry = _limits.entry;
+        return _take(512 + name.size(), _left);
+    }
+    /// False when the bytes are too much; from then on nothing fits into the entry, or into the archive.
+    bool take(std::uint64_t bytes) { return _take(bytes, _leftOfEntry) && _take(bytes, _left); }
+
+    /// How many bytes the present entry may still have.
+    std::uint64_t getLeft() const { return std::min(_left, _leftOfEntry); }
     bool isExceeded() const { return _isExceeded; }
+    /// Whether there is no room for another entry.
+    bool isUsedUp() const { return _left == 0; }
 
 private:
-    std::uint64_t _left = ArchiveHelper::maxContentSize;
+    bool _take(std::uint64_t bytes, std::uint64_t& left)
+    {
+        const bool fits = bytes <= left;
+        _isExceeded = _isExceeded || !fits;
+        left = fits ? left - bytes : 0;
+        return fits;
+    }
+
+    const ArchiveHelper::ContentLimits _limits;
+    std::uint64_t _left;
+    std::uint64_t _leftOfEntry = 0;
     bool _isExceeded = false;
 };
 

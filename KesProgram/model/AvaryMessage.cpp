@@ -12,6 +12,12 @@ namespace KesProgram {
 
 namespace {
 
+/// A text that a table does not have: a stream that is given a null pointer writes nothing any more.
+const char* orNothing(const char* text)
+{
+    return text ? text : "";
+}
+
 void writeChannel(std::ostream& out, const KesDriver::KesAvaryChannel& channel)
 {
     const std::array<std::pair<bool, const char*>, 3> kinds{{
@@ -22,7 +28,7 @@ void writeChannel(std::ostream& out, const KesDriver::KesAvaryChannel& channel)
     const std::string name = channel.name.empty() ? "???" : channel.name;
     for (const auto& [isSet, text] : kinds)
         if (isSet)
-            out << '\n' << name << " - " << text;
+            out << '\n' << name << " - " << orNothing(text);
 }
 
 } // namespace
@@ -31,11 +37,11 @@ std::string _createAvaryMessage(KesDriver::KesAvary& avary)
 {
     std::ostringstream out;
     const KesDriver::KestoIdentifer identifer(avary.kestoType, avary.serialNumber);
-    out << lng::Program::get("Message.hardwareFault") << ' ' << identifer.toDisplayString();
+    out << orNothing(lng::Program::get("Message.hardwareFault")) << ' ' << identifer.toDisplayString();
     if (avary.isConnectError)
-        out << '\n' << lng::Fault::AvaryConnect();
+        out << '\n' << orNothing(lng::Fault::AvaryConnect());
     if (avary.isQuickShutdown)
-        out << '\n' << lng::Fault::AvaryButtonOperate();
+        out << '\n' << orNothing(lng::Fault::AvaryButtonOperate());
     for (const auto& channel : avary.channels)
         writeChannel(out, channel);
     return out.str();

@@ -125,6 +125,11 @@ std::string ProgramModel::createReport()
     return {};
 }
 
+std::string ProgramModel::getDataSummary()
+{
+    return {};
+}
+
 void ProgramModel::_onHardwareChanged(KesDevice::HardwareManager*) {}
 
 bool ProgramModel::_onPrepareStart()
@@ -171,14 +176,12 @@ const std::string& ProgramModel::getPackageVersion() const
 
 void ProgramModel::close()
 {
-    const bool wasRunning = _changeRun([](Run& run) {
+    const bool wasRunning = _changeRun([](ModelRunState& run) {
         run.isClosing = true;
         return run.setRunning(false);
     });
-    if (wasRunning) {
-        _emitRunningChanged();
-        _runHook(&ProgramModel::_onStop);
-    }
+    if (wasRunning)
+        _tellStopped();
     _runHook(&ProgramModel::_onClosing);
     signalClosing.emit();
     // Without a thread for it the shutdown happens here: the program ends in any case.

@@ -88,8 +88,8 @@ public:
     /// Begin an empty data set; nothing.
     virtual void newData(const std::string& fileName);
     /// The content of the archive file as it would be saved now, positioned at its beginning; null. A program
-    /// with archive logic has to return a stream, the same bytes for the same data. Must not throw: the file
-    /// to be saved is empty by then.
+    /// with archive logic has to return a stream, the same bytes for the same data. What it throws leaves the
+    /// file to be saved as it is. Called once a second, too, for the recovery copy, also while a test runs.
     virtual std::unique_ptr<std::istream> getDataStream();
     /// Load the content of an archive file; true. `flag`: repair, that is, take from damaged or outdated
     /// content what can be taken. False refuses the content; the program's data is then replaced by
@@ -139,6 +139,10 @@ public:
     /// What the last run showed; tells an unattended run how it ended. GUI thread, after `signalFinished`.
     virtual RunVerdict getRunVerdict() = 0;
 
+    /// What the data holds, in few words such as "8 results of 2026-11-20 14:05", for the question about work
+    /// that was not saved; empty. GUI thread.
+    virtual std::string getDataSummary();
+
     /// What the program is doing, for the status bar. Any thread; the reference is valid until the same
     /// thread asks again.
     const std::string& getState() const;
@@ -148,6 +152,9 @@ public:
     bool isRunning() const { return _getRun().isRunning(); }
     /// Whether the output of the current run has been started. Any thread.
     bool isOutputStarted() const { return _getRun().isOutputStarted(); }
+
+    /// Whether a step of the last run has thrown: it shows nothing then, whatever its verdict. Any thread.
+    bool hasRunFailed() const { return _getRun().hasFailed; }
 
     /// Null without archive logic and before `init`.
     ArchiveManager* getArchiveManager();
@@ -213,18 +220,17 @@ protected:
 private:
     enum HardwareConnection { RunningConnection, StatusConnection, AvaryConnection, KestoStateConnection };
 
-    /// What a run has got to.
-    enum class RunPhase {
-        Idle,
-        /// Told as running, with no output started.
-        Announced,
-        Running,
-        /// Its test body has not ended yet.
-        Stopped
-    };
     /// All that decides about a run.
-    struct Run {
-        RunPhase phase = RunPhase::Idle;
+    struct ModelRunState {
+        enum class Phase {
+            Idle,
+            /// Told as running, with no output started.
+            Announced,
+            Running,
+            /// Its test body has not ended yet.
+            Stopped
+        };
+        Phase phase = Phase::Idle;
         bool canStart = false;
         /// `startTest` is on the stack, maybe serving the GUI thread's queue.
         bool isStarting = false;
@@ -232,10 +238,11 @@ private:
         bool isDisconnecting = false;
         /// What is being prepared must not become a run.
         bool isRefused = false;
+        bool hasFailed = false;
         bool isClosing = false;
 
-        bool isRunning() const { return phase == RunPhase::Announced || phase == RunPhase::Running; }
-        bool isOutputStarted() const { return phase == RunPhase::Running || phase == RunPhase::Stopped; }
+        bool isRunning() const { return phase == Phase::Announced || phase == Phase::Running; }
+        bool isOutputStarted() const { return phase == Phase::Running || phase == Phase::Stopped; }
         /// Each returns what was before.
         bool setRunning(bool running);
         bool setOutputStarted(bool started);
@@ -243,7 +250,7 @@ private:
 
     using SharedHardware = std::shared_ptr<KesDevice::HardwareManager>;
 
-    Run _getRun() const;
+    ModelRunState _getRun() const;
     /// Changes it in one step; returns what the function returns. Nothing is emitted or called meanwhile.
     template <typename Change>
     auto _changeRun(Change change)
@@ -274,6 +281,7 @@ private:
     void _inBackground(std::shared_ptr<Kes::Worker>& thread, const char* name,
                        Kes::Result (KesDevice::HardwareManager::*operation)());
     bool _stopRunning();
+    void _tellStopped();
     bool _report(const Kes::Result& result);
     void _emitRunningChanged();
     void _onKestoState(KesDevice::Kesto* kesto, const char* text);
@@ -282,7 +290,7 @@ private:
     void _tellCurrentException() noexcept;
 
     mutable std::mutex _runMutex;
-    Run _run;
+    ModelRunState _run;
     /// The threads that are in `_finish`. What is left of it belongs to the run that has ended.
     std::vector<std::thread::id> _finishing;
     Kes::WaitCondition _finished;

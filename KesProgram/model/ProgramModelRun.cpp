@@ -10,27 +10,27 @@
 
 namespace KesProgram {
 
-bool ProgramModel::Run::setRunning(bool running)
+bool ProgramModel::ModelRunState::setRunning(bool running)
 {
     const bool wasRunning = isRunning();
     if (isOutputStarted())
-        phase = running ? RunPhase::Running : RunPhase::Stopped;
+        phase = running ? Phase::Running : Phase::Stopped;
     else
-        phase = running ? RunPhase::Announced : RunPhase::Idle;
+        phase = running ? Phase::Announced : Phase::Idle;
     return wasRunning;
 }
 
-bool ProgramModel::Run::setOutputStarted(bool started)
+bool ProgramModel::ModelRunState::setOutputStarted(bool started)
 {
     const bool wasStarted = isOutputStarted();
     if (isRunning())
-        phase = started ? RunPhase::Running : RunPhase::Announced;
+        phase = started ? Phase::Running : Phase::Announced;
     else
-        phase = started ? RunPhase::Stopped : RunPhase::Idle;
+        phase = started ? Phase::Stopped : Phase::Idle;
     return wasStarted;
 }
 
-ProgramModel::Run ProgramModel::_getRun() const
+ProgramModel::ModelRunState ProgramModel::_getRun() const
 {
     std::lock_guard lock(_runMutex);
     return _run;
@@ -44,11 +44,11 @@ bool ProgramModel::getCanStart()
 bool ProgramModel::startTest()
 {
     if (_getRun().isClosing || !getCanStart() ||
-        _changeRun([](Run& run) { return std::exchange(run.isStarting, true); }))
+        _changeRun([](ModelRunState& run) { return std::exchange(run.isStarting, true); }))
         return false;
     bool isStarted = false;
     const auto end = [&] {
-        _changeRun([](Run& run) { run.isStarting = false; });
+        _changeRun([](ModelRunState& run) { run.isStarting = false; });
         if (!isStarted)
             _setCanProgramStart(true);
     };
@@ -64,7 +64,7 @@ bool ProgramModel::startTest()
 
 bool ProgramModel::_beginStart()
 {
-    _changeRun([](Run& run) { run.isRefused = false; });
+    _changeRun([](ModelRunState& run) { run.isRefused = run.hasFailed = false; });
     _setCanProgramStart(false);
     _setCanProgramStop(false);
     // The wait serves the GUI thread's queue, and a function in it may close the program.
@@ -103,7 +103,7 @@ void ProgramModel::stopTest()
 
 void ProgramModel::beginDisconnect()
 {
-    const bool isAtEnd = _changeRun([](Run& run) {
+    const bool isAtEnd = _changeRun([](ModelRunState& run) {
         run.isDisconnecting |= run.isOutputStarted();
         return run.isOutputStarted();
     });
@@ -115,10 +115,14 @@ void ProgramModel::beginDisconnect()
 
 void ProgramModel::switchOffAtOnce()
 {
-    _changeRun([](Run& run) { run.isRefused = true; });
-    // First the devices: the program's own way to stop may take its time.
+    const bool wasRunning = _changeRun([](ModelRunState& run) {
+        run.isRefused = true;
+        return run.setRunning(false);
+    });
+    // Before the words: the program's own way to stop may take its time.
     _inBackground(_switchOffThread, "KesProgram_Off", &KesDevice::HardwareManager::stopWorkingMode);
-    _stopRunning();
+    if (wasRunning)
+        _tellStopped();
 }
 
 void ProgramModel::_disconnectInBackground()
@@ -145,7 +149,7 @@ void ProgramModel::_inBackground(std::shared_ptr<Kes::Worker>& thread, const cha
 
 void ProgramModel::_disconnectOnRequest()
 {
-    if (_changeRun([](Run& run) { return std::exchange(run.isDisconnecting, false); }))
+    if (_changeRun([](ModelRunState& run) { return std::exchange(run.isDisconnecting, false); }))
         _report(_shareHardware()->disconnect());
 }
 
@@ -155,7 +159,7 @@ void ProgramModel::_startWorkingModeAndStarted()
         _finish();
         return;
     }
-    _changeRun([](Run& run) { run.setOutputStarted(true); });
+    _changeRun([](ModelRunState& run) { run.setOutputStarted(true); });
     // A device may have failed, or the devices may have been switched off, after the preparation and before
     // there was a run to be stopped. The test body finds the run stopped.
     if (!_isHardwareStillOn())
@@ -187,7 +191,7 @@ bool ProgramModel::_prepareHardwareSafely()
 bool ProgramModel::_enterRunning()
 {
     enum class Entry { Refused, Entered, WasAnnounced };
-    const auto entry = _changeRun([](Run& run) {
+    const auto entry = _changeRun([](ModelRunState& run) {
         if (run.isClosing || run.isRefused)
             return Entry::Refused;
         return run.setRunning(true) ? Entry::WasAnnounced : Entry::Entered;
@@ -208,6 +212,7 @@ bool ProgramModel::_runSafely(const std::function<void()>& step)
         step();
         return true;
     } catch (...) {
+        _changeRun([](ModelRunState& run) { run.hasFailed = true; });
         _tellCurrentException();
         return false;
     }
@@ -226,9 +231,9 @@ void ProgramModel::_tellCurrentException() noexcept
 void ProgramModel::_finish()
 {
     const auto self = std::this_thread::get_id();
-    _changeRun([&](Run&) { _finishing.push_back(self); });
+    _changeRun([&](ModelRunState&) { _finishing.push_back(self); });
     _finishRun();
-    _changeRun([&](Run&) {
+    _changeRun([&](ModelRunState&) {
         _finishing.erase(std::find(_finishing.begin(), _finishing.end(), self));
         _finished.notifyAll();
     });
@@ -240,36 +245,41 @@ void ProgramModel::_finishRun()
     if (!_runHook(&ProgramModel::_onFinishHardware))
         _runSafely([this] { ProgramModel::_onFinishHardware(); });
     _runHook(&ProgramModel::_onFinished);
-    _setState({});
-    _setCanProgramStart(true);
-    _setCanProgramStop(false);
-    signalFinished.emit(isOutputStarted());
-    _changeRun([](Run& run) { run.setOutputStarted(false); });
+    _runSafely([this] { _setState({}); });
+    _runSafely([this] { _setCanProgramStart(true); });
+    _runSafely([this] { _setCanProgramStop(false); });
+    _runSafely([this] { signalFinished.emit(isOutputStarted()); });
+    _changeRun([](ModelRunState& run) { run.setOutputStarted(false); });
     _setIsHardwareHeld(false);
     // A request that came too late for the hook: it must not wait for the next run.
-    _disconnectOnRequest();
+    _runSafely([this] { _disconnectOnRequest(); });
 }
 
 void ProgramModel::_setCanProgramStart(bool canStart)
 {
-    if (_changeRun([=](Run& run) { return std::exchange(run.canStart, canStart); }) != canStart)
+    if (_changeRun([=](ModelRunState& run) { return std::exchange(run.canStart, canStart); }) != canStart)
         signalCanStartChanged.emit();
 }
 
 void ProgramModel::_setCanProgramStop(bool running)
 {
-    if (_changeRun([=](Run& run) { return run.setRunning(running); }) != running)
+    if (_changeRun([=](ModelRunState& run) { return run.setRunning(running); }) != running)
         _emitRunningChanged();
 }
 
 /// Exactly one of the threads that want to stop a run finds it running.
 bool ProgramModel::_stopRunning()
 {
-    if (!_changeRun([](Run& run) { return run.setRunning(false); }))
-        return false;
+    const bool wasRunning = _changeRun([](ModelRunState& run) { return run.setRunning(false); });
+    if (wasRunning)
+        _tellStopped();
+    return wasRunning;
+}
+
+void ProgramModel::_tellStopped()
+{
     _emitRunningChanged();
     _runHook(&ProgramModel::_onStop);
-    return true;
 }
 
 void ProgramModel::_emitRunningChanged()

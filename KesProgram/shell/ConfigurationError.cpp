@@ -10,9 +10,9 @@ namespace {
 std::string describe(const std::string& path, const std::string& reason)
 {
     static constexpr lng::TextPair text{"The program's configuration could not be saved: recent files and "
-                                        "window place are lost.\n%s\n\nPath:\n%s",
+                                        "window place are lost.\n\nReason: %s\n\nPath:\n%s",
                                         "Не удалось сохранить конфигурацию программы: недавние файлы и "
-                                        "положение окна потеряны.\n%s\n\nПуть:\n%s"};
+                                        "положение окна потеряны.\n\nПричина: %s\n\nПуть:\n%s"};
     return Kes::StringHelper::format(lng::choose(text), reason, path);
 }
 

@@ -10,10 +10,11 @@ namespace KesProgram {
 /// The configuration file could not be written while the program was closing. The text can be shown to the
 /// user.
 ///
-/// The base presenter tells it in place of what `_saveXmlConfig` has thrown. GUI thread.
+/// The shell's `_saveXmlConfig` throws it; the presenter tells the user, and closes the program all the same.
+/// GUI thread.
 class KES_EXPORT ConfigurationError : public std::runtime_error {
 public:
-    /// `path`: that of the file; `reason`: why.
+    /// `path`: that of the file; `reason`: why, in words for a user.
     ConfigurationError(const std::string& path, const std::string& reason);
     ~ConfigurationError() override;
 };

@@ -94,6 +94,7 @@ void ProgramBasePresenter::_build()
     if (model.hasArchiveLogic())
         _fields->archive = std::make_unique<ArchiveManagerPresenter>(
             model.getArchiveManager(), this, model.getExtension(), model.getSupportedExtension());
+    _createRecovery();
     _fields->menuBar = std::make_unique<ProgramMainMenuPresenter>();
     _fields->statusBar = _createStatusBar();
     _createWindow();

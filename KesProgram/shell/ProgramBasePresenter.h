@@ -6,6 +6,7 @@
 
 #include <sigc++/sigc++.h>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -20,8 +21,10 @@ class Element;
 namespace KesProgram {
 
 class ArchiveManagerPresenter;
+class ConfigurationFile;
 class FileRecentManager;
 class IProgramView;
+class LostWork;
 class ProgramModel;
 class ProgramMainMenuPresenter;
 
@@ -49,6 +52,17 @@ public:
     ~ProgramBasePresenter() override;
     ProgramBasePresenter(const ProgramBasePresenter&) = delete;
     ProgramBasePresenter& operator=(const ProgramBasePresenter&) = delete;
+
+    /// Whether a user is there.
+    enum class Attendance {
+        User,
+        /// Not while the program does what the command line asks for: nothing is offered.
+        Later,
+        /// To the end: recent files, last file and window place stay the user's own.
+        Never
+    };
+    /// Before the first `open`.
+    void setAttendance(Attendance attendance);
 
     /// Builds the window when it is called first, and shows it over the parent's window (null: anywhere).
     /// When building has failed, every later call throws the same again.
@@ -81,10 +95,20 @@ public:
     /// while a test that was stopped still runs, asks once more. What a step throws reaches the caller, and
     /// the program stays open.
     void requestClose();
+    /// Whether a request to close is being decided about, waits, or has been carried out.
+    bool isClosing() const;
+    /// Closes the program without asking anybody anything; what has not been saved is not. To be called when
+    /// no dialog is open.
+    void closeWithoutQuestions();
     /// Inside a catch block, at the top of the main loop or in a callback of the toolkit: shows the user what
     /// the exception says. When the configuration could not be written while closing, the program then closes
     /// without it.
     void tellCurrentException();
+
+    /// Writes the recovery copy of what is not saved at once, for a process that is about to end; returns
+    /// when it is on the disk or the time is over. True when there was nothing to write, too. Any thread, on
+    /// which an exception may be under way: it throws none. See `RecoveryKeeper::writeNow`.
+    bool writeRecoveryCopy(std::chrono::milliseconds time) noexcept;
 
     /// Runs a function that shows modal dialogs, at once; see above. An exception passes through.
     void runDialogs(const std::function<void()>& function);
@@ -110,8 +134,10 @@ protected:
 
     /// Reads the configuration file. Every failure is a warning in the log.
     virtual void _loadXmlConfig();
-    /// Writes the configuration file, making its folder when needed. A failure leaves as an exception; see
-    /// `tellCurrentException`.
+    /// Writes the configuration file, making its folder when needed, with the recent files of other instances
+    /// that were written meanwhile. Nothing when no user is there. A failure leaves as a
+    /// `ConfigurationError` (see `tellCurrentException`); the former file is then kept beside it, and read by
+    /// the next start if the present one is in pieces.
     virtual void _saveXmlConfig();
     /// Takes recent files and window rectangle out of the file's root. An override calls it.
     virtual void _extractXmlConfig(xmlpp::Element* root);
@@ -160,6 +186,11 @@ private:
     template <typename Window>
     void _closeSafely(Window* window);
     void _onTestObjectClosed();
+    void _createRecovery();
+    void _offerLostWork();
+    bool _openLostWork(LostWork& work);
+    void _replaceBy(LostWork& work);
+    void _mergeRecentFiles(const ConfigurationFile& file);
 
     std::unique_ptr<ImplFields> _fields;
 };

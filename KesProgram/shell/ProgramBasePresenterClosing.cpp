@@ -120,6 +120,23 @@ void ProgramBasePresenter::_saveOnClosing()
     _closeModel();
 }
 
+bool ProgramBasePresenter::isClosing() const
+{
+    return _fields->closing != ClosingPhase::Open;
+}
+
+void ProgramBasePresenter::closeWithoutQuestions()
+{
+    if (_fields->closing == ClosingPhase::Closed)
+        return;
+    try {
+        _saveXmlConfig();
+    } catch (...) {
+        KesLog::Log::writeError(Kes::getCurrentExceptionText());
+    }
+    _closeModel();
+}
+
 void ProgramBasePresenter::_closeModel()
 {
     if (std::exchange(_fields->closing, ClosingPhase::Closed) != ClosingPhase::Closed)
@@ -129,9 +146,15 @@ void ProgramBasePresenter::_closeModel()
 void ProgramBasePresenter::tellCurrentException()
 {
     const bool isConfiguration = std::current_exception() == _fields->configurationFailure;
-    const auto text = isConfiguration
-                          ? ConfigurationError(_getXmlConfigFullPath(), Kes::getCurrentExceptionText()).what()
-                          : Kes::getCurrentExceptionText();
+    auto text = Kes::getCurrentExceptionText();
+    try {
+        throw;
+    } catch (const ConfigurationError&) {
+        // It says all that there is to say.
+    } catch (...) {
+        if (isConfiguration)
+            text = ConfigurationError(_getXmlConfigFullPath(), text).what();
+    }
     KesLog::Log::writeError(text);
     runDialogs([&] {
         Kes::DialogPresenter::show(getView(), text, _getModel()->getProgramName(), Kes::DialogResult::Ok);

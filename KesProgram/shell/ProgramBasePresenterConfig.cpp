@@ -1,22 +1,22 @@
 // The configuration file of a program.
 
+#include <KesCommon/BoundedXmlReader.h>
 #include <KesCommon/Directories.h>
-#include <KesCommon/FileStream.h>
-#include <KesCommon/FileSystem.h>
 #include <KesCommon/Log.h>
 #include <KesCommon/TypeHelper.h>
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/model/ProgramModel.h>
+#include <KesProgram/shell/detail/ConfigurationFile.h>
 #include <KesProgram/shell/detail/ProgramBasePresenterFields.h>
 #include <KesProgram/text/Conversion.h>
 #include <KesProgram/text/Program.h>
 
-#include <glibmm/miscutils.h>
 #include <libxml++/libxml++.h>
 #include <libxml/parser.h>
 
-#include <iterator>
+#include <algorithm>
 #include <stdexcept>
+#include <vector>
 
 namespace KesProgram {
 
@@ -32,14 +32,20 @@ const xmlpp::TextNode* findText(const xmlpp::Element& root, const char* name)
     return element ? element->get_child_text() : nullptr;
 }
 
-/// Not left to the XML library, which takes a path for a URI and tells standard error of a missing file.
-std::string readFile(const std::string& path)
+/// Which of the files have been opened or saved since the list was loaded, oldest first: those went to its
+/// end, and the others kept their order.
+std::vector<std::string> findUsed(const std::vector<std::string>& loaded,
+                                  const std::vector<std::string>& present)
 {
-    auto stream = Kes::openInputFileUTF8Name(path, std::ios::in | std::ios::binary);
-    std::string text(std::istreambuf_iterator<char>(stream), {});
-    if (!stream.is_open())
-        throw std::runtime_error("cannot open " + path);
-    return text;
+    auto next = loaded.begin();
+    auto used = present.begin();
+    for (; used != present.end(); ++used) {
+        const auto found = std::find(next, loaded.end(), *used);
+        if (found == loaded.end())
+            break;
+        next = found + 1;
+    }
+    return {used, present.end()};
 }
 
 } // namespace
@@ -59,12 +65,16 @@ void ProgramBasePresenter::_loadXmlConfig()
 {
     const std::string failure = lng::Program::get("Error.configLoad");
     try {
-        xmlpp::DomParser parser;
-        parser.set_parser_options(XML_PARSE_NOBLANKS, 0);
-        parser.parse_memory(readFile(_getXmlConfigFullPath()));
-        if (const auto* document = parser.get_document())
-            if (auto* root = document->get_root_node())
-                _extractXmlConfig(root);
+        const ConfigurationFile file(_getXmlConfigFullPath());
+        const auto lock = file.lock();
+        Kes::BoundedXmlReader reader;
+        reader.setOptions(XML_PARSE_NOBLANKS);
+        auto read = reader.read(file.read());
+        if (!read)
+            throw std::runtime_error(reader.getError());
+        xmlpp::Document document(read.release());
+        if (auto* root = document.get_root_node())
+            _extractXmlConfig(root);
     } catch (const std::exception& error) {
         KesLog::Log::writeWarn(failure + ":\n" + error.what());
     } catch (...) {
@@ -78,6 +88,8 @@ void ProgramBasePresenter::_extractXmlConfig(xmlpp::Element* root)
     if (model.hasArchiveLogic())
         if (const auto* text = findText(*root, recentFilesName))
             model.getFileRecentManager()->deserialize(text->get_content());
+    if (model.hasArchiveLogic())
+        _fields->loadedRecentFiles = model.getFileRecentManager()->getCollection();
 
     const auto* text = findText(*root, rectangleName);
     Kes::RectangleF rectangle;
@@ -88,17 +100,37 @@ void ProgramBasePresenter::_extractXmlConfig(xmlpp::Element* root)
 
 void ProgramBasePresenter::_saveXmlConfig()
 {
+    if (_fields->attendance == Attendance::Never)
+        return;
+    ConfigurationFile file(_getXmlConfigFullPath());
+    file.makeFolder();
+    const auto lock = file.lock();
+    if (_getModel()->hasArchiveLogic())
+        _mergeRecentFiles(file);
     xmlpp::Document document("1.0");
     _fillXmlConfig(document.create_root_node(rootName));
-    const std::string path = _getXmlConfigFullPath();
-    Kes::mkdir_with_parents(Glib::path_get_dirname(path));
-    document.write_to_file_formatted(path);
-    // Once more as the very bytes of the name: the XML library takes the path for a URI.
-    auto stream = Kes::openOutputFileUTF8Name(path, std::ios::out);
-    document.write_to_stream_formatted(stream);
-    stream.close();
-    if (!stream)
-        throw std::runtime_error("cannot write " + path);
+    file.write(document);
+}
+
+/// Another instance may have written its own meanwhile.
+void ProgramBasePresenter::_mergeRecentFiles(const ConfigurationFile& file)
+{
+    auto& recentFiles = *_getModel()->getFileRecentManager();
+    try {
+        xmlpp::DomParser parser;
+        parser.parse_memory(file.read());
+        const auto* root = parser.get_document()->get_root_node();
+        if (const auto* text = root ? findText(*root, recentFilesName) : nullptr) {
+            FileRecentManager merged(recentFiles.getCapacity());
+            merged.deserialize(text->get_content());
+            for (const auto& path : findUsed(_fields->loadedRecentFiles, recentFiles.getCollection()))
+                merged.tryAdd(path);
+            recentFiles.deserialize(merged.serialize());
+        }
+    } catch (const std::exception&) {
+        // There is none yet, or none that can be read: its own are all there are.
+    }
+    _fields->loadedRecentFiles = recentFiles.getCollection();
 }
 
 void ProgramBasePresenter::_fillXmlConfig(xmlpp::Element* root)

@@ -1,25 +1,20 @@
 #include <KesProgram/shell/ProgramMain.h>
 
 #include <KesCommon/ExceptionText.h>
-#include <KesCommon/Log.h>
 #include <KesCommonView/ApplicationDispatcher.h>
-#include <KesCommonView/DialogPresenter.h>
 #include <KesCommonView/EarlyLoading.h>
 #include <KesProgram/model/ProgramModel.h>
-#include <KesProgram/shell/ConfigurationError.h>
 #include <KesProgram/shell/ProgramBasePresenter.h>
+#include <KesProgram/shell/detail/ProgramEnding.h>
 #include <KesProgram/text/TextPair.h>
 
-#include <glib-unix.h>
 #include <glibmm/exceptionhandler.h>
 #include <glibmm/main.h>
 #include <glibmm/miscutils.h>
 #include <gtk/gtk.h>
 #include <gtkmm/main.h>
 
-#include <array>
 #include <clocale>
-#include <csignal>
 #include <cstdio>
 
 namespace KesProgram {
@@ -49,14 +44,11 @@ public:
             _unattended = std::make_unique<UnattendedRun>(commandLine, *_parts.model, *_parts.presenter,
                                                           _parts.writeReport);
         _handlerConnection = Glib::add_exception_handler(sigc::mem_fun(*this, &RunningProgram::_onException));
-        for (std::size_t i = 0; i < _signalSources.size(); ++i)
-            _signalSources[i] =
-                g_unix_signal_add(i == 0 ? SIGINT : SIGTERM, &RunningProgram::_onUnixSignal, this);
+        _ending = std::make_unique<ProgramEnding>(*_parts.model, *_parts.presenter, _unattended.get());
     }
     ~RunningProgram()
     {
-        for (const auto source : _signalSources)
-            g_source_remove(source);
+        _ending.reset();
         _handlerConnection.disconnect();
         _unattended.reset();
         _parts.presenter.reset();
@@ -71,7 +63,11 @@ public:
         auto& presenter = *_parts.presenter;
         Glib::set_application_name(_parts.model->getProgramName());
         presenter.setPackageVersion(version);
-        presenter.signalClosed.connect([this] { _loop->quit(); });
+        // In front of all others: one that throws does not keep the program from ending.
+        presenter.signalClosed.slots().push_front([this] { _loop->quit(); });
+        if (_unattended)
+            presenter.setAttendance(_commandLine.quit ? ProgramBasePresenter::Attendance::Never
+                                                      : ProgramBasePresenter::Attendance::Later);
         presenter.open(nullptr);
         if (_unattended)
             _unattended->begin();
@@ -88,51 +84,20 @@ private:
         Glib::signal_idle().connect_once(sigc::track_obj(std::move(function), *this), Glib::PRIORITY_LOW);
     }
 
-    static gboolean _onUnixSignal(gpointer program)
-    {
-        auto& self = *static_cast<RunningProgram*>(program);
-        self._later([&self] { self._terminate(); });
-        return G_SOURCE_CONTINUE;
-    }
-    void _terminate()
-    {
-        if (_unattended && !_unattended->isDone())
-            _unattended->terminate();
-        else
-            _parts.presenter->requestClose();
-    }
-
     /// Called inside a catch block.
     void _onException()
     {
-        try {
-            throw;
-        } catch (const ConfigurationError& error) {
-            _show(error.what());
-            if (_unattended)
-                _unattended->reportFileError();
-            if (!std::exchange(_isModelClosed, true))
-                _parts.model->close();
-        } catch (...) {
-            _show(Kes::getCurrentExceptionText());
-        }
-    }
-    void _show(const std::string& text)
-    {
-        KesLog::Log::writeError(text);
-        _parts.presenter->runDialogs([&] {
-            Kes::DialogPresenter::show(_parts.presenter->getView(), text, _parts.model->getProgramName(),
-                                       Kes::DialogResult::Ok);
-        });
+        if (_unattended)
+            _unattended->reportFailure();
+        _parts.presenter->tellCurrentException();
     }
 
     const CommandLine _commandLine;
     ProgramMain::Parts _parts;
     Glib::RefPtr<Glib::MainLoop> _loop;
     std::unique_ptr<UnattendedRun> _unattended;
+    std::unique_ptr<ProgramEnding> _ending;
     sigc::connection _handlerConnection;
-    std::array<guint, 2> _signalSources{};
-    bool _isModelClosed = false;
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 #include <KesProgram/shell/UnattendedRun.h>
 
+#include <KesCommon/ExceptionText.h>
 #include <KesCommon/FileStream.h>
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/ObjectErrorHelper.h>
@@ -33,6 +34,32 @@ void tell(const std::string& text)
     std::fprintf(stderr, "%s\n", text.c_str());
 }
 
+void tellCurrentException() noexcept
+{
+    try {
+        tell(Kes::getCurrentExceptionText());
+    } catch (...) {
+        std::fputs("out of memory\n", stderr);
+    }
+}
+
+UnattendedRun::Status toStatus(RunVerdict verdict, bool isTerminating)
+{
+    switch (verdict) {
+    case RunVerdict::Passed:
+        return UnattendedRun::Success;
+    case RunVerdict::Failed:
+        return UnattendedRun::OutOfTolerance;
+    case RunVerdict::Stopped:
+        return UnattendedRun::Stopped;
+    case RunVerdict::Fault:
+    // Its own failure has ended the test before it had a verdict.
+    case RunVerdict::None:
+        break;
+    }
+    return isTerminating ? UnattendedRun::Stopped : UnattendedRun::Failure;
+}
+
 std::string contentsOf(const std::string& path)
 {
     auto stream = Kes::openInputFileUTF8Name(path, std::ios::in | std::ios::binary);
@@ -61,39 +88,92 @@ UnattendedRun::UnattendedRun(const CommandLine& commandLine, ProgramModel& model
       _writeReport(std::move(writeReport)),
       _userDialogs(Kes::DialogBackend::install(std::make_unique<Kes::UnattendedDialogs>()))
 {
-    _finishedConnection = model.signalFinished.connect([this](bool outputStarted) {
-        // After everything that the run has queued before, its messages above all.
-        _guard.safeBeginUpdateView([this, outputStarted] {
-            Glib::signal_idle().connect_once(
-                sigc::bind(sigc::mem_fun(*this, &UnattendedRun::_onFinished), outputStarted),
-                Glib::PRIORITY_LOW);
-        });
-    });
+    _finishedConnection =
+        model.signalFinished.connect([this](bool outputStarted) { _hearEnd(outputStarted); });
     _runningConnection =
         model.signalRunningChanged.connect([this] { _guard.safeBeginUpdateView([this] { _stopWanted(); }); });
 }
 
 UnattendedRun::~UnattendedRun()
 {
+    _endWatch.disconnect();
     _drawConnection.disconnect();
-    if (!_isDone)
+    if (!isDone())
         Kes::DialogBackend::install(std::move(_userDialogs));
 }
 
 void UnattendedRun::begin()
 {
+    _endWatch = Glib::signal_timeout().connect_seconds(sigc::mem_fun(*this, &UnattendedRun::_lookForEnd), 1);
     _later(&UnattendedRun::_onWindowShown);
 }
 
-void UnattendedRun::_later(void (UnattendedRun::*step)())
+void UnattendedRun::_later(Step step)
 {
-    Glib::signal_idle().connect_once(sigc::mem_fun(*this, step), Glib::PRIORITY_LOW);
+    const auto run = sigc::bind(sigc::mem_fun(*this, &UnattendedRun::_run), step);
+    Glib::signal_idle().connect_once(run, Glib::PRIORITY_LOW);
+}
+
+void UnattendedRun::_run(Step step)
+{
+    try {
+        (this->*step)();
+        return;
+    } catch (...) {
+        _addFailure();
+        if (_phase == Phase::Closing)
+            _presenter.tellCurrentException();
+        else
+            tellCurrentException();
+    }
+    try {
+        _goOnAfterFailure();
+    } catch (...) {
+        tellCurrentException();
+        _presenter.closeWithoutQuestions();
+    }
+}
+
+void UnattendedRun::_goOnAfterFailure()
+{
+    switch (_phase) {
+    case Phase::Testing:
+        _phase = Phase::Writing;
+        _later(&UnattendedRun::_writeFiles);
+        break;
+    case Phase::Opening:
+    case Phase::Writing:
+        _later(&UnattendedRun::_complete);
+        break;
+    case Phase::Closing:
+    case Phase::Done:
+        _presenter.closeWithoutQuestions();
+        break;
+    }
+}
+
+/// On the thread that has ended the run.
+void UnattendedRun::_hearEnd(bool outputStarted)
+{
+    _end = outputStarted ? End::Finished : End::Failed;
+    // After everything that the run has queued before, its messages above all.
+    _guard.safeBeginUpdateView([this] { _later(&UnattendedRun::_onFinished); });
+}
+
+/// For an end that could not be queued: the run would never go on.
+bool UnattendedRun::_lookForEnd()
+{
+    const bool isThere = _end != End::None && _phase == Phase::Testing;
+    if (isThere && _isEndLate)
+        _run(&UnattendedRun::_onFinished);
+    _isEndLate = isThere;
+    return true;
 }
 
 void UnattendedRun::_onWindowShown()
 {
     if (!_openFile()) {
-        _addFileError();
+        _addFailure();
         _complete();
     } else if (_commandLine.run && !_isTerminating) {
         _startTest();
@@ -116,85 +196,82 @@ bool UnattendedRun::_openFile()
 
 void UnattendedRun::_startTest()
 {
-    _isTestUnderWay = true;
-    if (_model.startTest())
-        return;
-    _notStarted();
+    _phase = Phase::Testing;
+    if (!_model.startTest())
+        _notStarted();
 }
 
 void UnattendedRun::_notStarted()
 {
     static constexpr lng::TextPair text{"The test was not started.", "Проверка не начата."};
-    _isTestUnderWay = false;
+    _phase = Phase::Writing;
     _status = NotStarted;
     // The reasons, which come first, may still be on their way.
     Glib::signal_idle().connect_once([] { tell(lng::choose(text)); }, Glib::PRIORITY_LOW);
     _later(&UnattendedRun::_complete);
 }
 
-void UnattendedRun::_onFinished(bool outputStarted)
+void UnattendedRun::_onFinished()
 {
-    if (!_isTestUnderWay)
+    const auto end = _end.exchange(End::None);
+    if (_phase != Phase::Testing || end == End::None)
         return;
-    if (!outputStarted && !_isTerminating) {
+    if (end == End::Failed && !_isTerminating) {
         _notStarted();
         return;
     }
-    _isTestUnderWay = false;
-    switch (_model.getRunVerdict()) {
-    case RunVerdict::Passed:
-        _status = Success;
-        break;
-    case RunVerdict::Failed:
-        _status = OutOfTolerance;
-        break;
-    case RunVerdict::Stopped:
-        _status = Stopped;
-        break;
-    case RunVerdict::Fault:
-    // Its own failure has ended the test before it had a verdict.
-    case RunVerdict::None:
-        _status = _isTerminating ? Stopped : Failure;
-        break;
-    }
-    _later(&UnattendedRun::_writeFiles);
+    // Should there be no verdict at all.
+    _status = Failure;
+    _status = toStatus(_model.getRunVerdict(), _isTerminating);
+    if (_model.hasRunFailed())
+        _addFailure();
+    _writeFiles();
 }
 
 void UnattendedRun::terminate()
 {
     _isTerminating = true;
-    if (_isTestUnderWay) {
-        // A test that is just being started is stopped once it runs.
-        _stopWanted();
-        return;
-    }
-    if (_isDone)
+    // A test that is just being started is stopped once it runs.
+    _stopWanted();
+    if (isDone())
         _close();
 }
 
 void UnattendedRun::_stopWanted()
 {
-    if (_isTerminating && _isTestUnderWay)
+    if (_isTerminating && _phase == Phase::Testing)
         _model.stopTest();
 }
 
 void UnattendedRun::_writeFiles()
 {
-    _write(_commandLine.save, [this] { return _save(); });
-    _write(_commandLine.report, [this] { return _report(); });
+    _phase = Phase::Writing;
+    _write(_commandLine.save, &UnattendedRun::_save);
+    _write(_commandLine.report, &UnattendedRun::_report);
     if (_commandLine.screenshot.empty())
         _complete();
     else
         _whenDrawn(&UnattendedRun::_takeScreenshot);
 }
 
+UnattendedRun::Status UnattendedRun::endWithoutDisplay()
+{
+    if (_phase == Phase::Testing)
+        _status = Stopped;
+    if (_phase == Phase::Testing || _phase == Phase::Writing) {
+        _write(_commandLine.save, &UnattendedRun::_save);
+        _write(_commandLine.report, &UnattendedRun::_report);
+    }
+    return _status == Success ? Failure : _status;
+}
+
 void UnattendedRun::_takeScreenshot()
 {
-    _write(_commandLine.screenshot, [this] { return _screenshot(); });
+    _write(_commandLine.screenshot, &UnattendedRun::_screenshot);
     _complete();
 }
 
-void UnattendedRun::_whenDrawn(void (UnattendedRun::*step)())
+void UnattendedRun::_whenDrawn(Step step)
 {
     auto* window = Kes::GtkWidgetHelper::getParentWindow(_presenter.getView());
     if (!window) {
@@ -220,16 +297,21 @@ void UnattendedRun::_whenDrawn(void (UnattendedRun::*step)())
     Glib::signal_timeout().connect_once(sigc::track_obj(goOn, *this), longestWait);
 }
 
-void UnattendedRun::_write(const std::string& path, const std::function<Kes::Result()>& write)
+/// A file that cannot be written keeps no other one from being written.
+void UnattendedRun::_write(const std::string& path, Kes::Result (UnattendedRun::*write)())
 {
     if (path.empty())
         return;
-    const auto result = write();
-    if (result)
-        return;
-    tell(result.getError() ? Kes::ObjectErrorHelper::toDisplayString({result.getError()})
-                           : format(FileManagerLocalization::saveError(), path));
-    _addFileError();
+    try {
+        const auto result = (this->*write)();
+        if (result)
+            return;
+        tell(result.getError() ? Kes::ObjectErrorHelper::toDisplayString({result.getError()})
+                               : format(FileManagerLocalization::saveError(), path));
+    } catch (...) {
+        tellCurrentException();
+    }
+    _addFailure();
 }
 
 Kes::Result UnattendedRun::_save()
@@ -258,7 +340,7 @@ Kes::Result UnattendedRun::_screenshot()
     return window ? WindowPicture::save(*window, _commandLine.screenshot) : Kes::Result(false);
 }
 
-void UnattendedRun::_addFileError()
+void UnattendedRun::_addFailure()
 {
     if (_status == Success || _status == OutOfTolerance)
         _status = Failure;
@@ -267,17 +349,17 @@ void UnattendedRun::_addFileError()
 void UnattendedRun::_complete()
 {
     if (_commandLine.quit || _isTerminating) {
+        Kes::DialogBackend::install(std::make_unique<QuittingDialogs>());
         _close();
         return;
     }
-    _isDone = true;
+    _phase = Phase::Done;
     Kes::DialogBackend::install(std::move(_userDialogs));
 }
 
 void UnattendedRun::_close()
 {
-    if (!_isDone)
-        Kes::DialogBackend::install(std::make_unique<QuittingDialogs>());
+    _phase = isDone() ? Phase::Done : Phase::Closing;
     _presenter.requestClose();
 }
 

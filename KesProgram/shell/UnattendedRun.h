@@ -10,6 +10,7 @@
 
 #include <sigc++/sigc++.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
@@ -25,7 +26,8 @@ class ProgramModel;
 /// Without a file it begins with a new document, whatever was open last. Until all is done, messages go to
 /// standard error and questions get their declining answer; afterwards, without "--quit", the window is the
 /// user's. A test that was not started writes no files; one that was stopped or ended by a fault writes what
-/// it has measured.
+/// it has measured. Whatever fails, throws or ends the program meanwhile, the run comes to its end with a
+/// status that says so.
 ///
 /// Owned by `ProgramMain`; lives while the window does. GUI thread.
 class KES_EXPORT UnattendedRun : public sigc::trackable {
@@ -57,31 +59,51 @@ public:
     void begin();
     /// The process is to end: stops the test, writes the files, and closes the program.
     void terminate();
+    /// The display has gone, and the main loop does not turn any more: writes archive and report at once, and
+    /// tells the status to end with. Touches no widget.
+    Status endWithoutDisplay();
 
-    bool isDone() const { return _isDone; }
+    /// Whether the window is the user's.
+    bool isDone() const { return _phase == Phase::Done; }
     /// The program's exit status; meaningful once all is done or the window has been closed.
     Status getStatus() const { return _status; }
-    /// A file error that happened elsewhere.
-    void reportFileError() { _addFileError(); }
+    /// Something that failed elsewhere.
+    void reportFailure() { _addFailure(); }
 
 private:
-    void _later(void (UnattendedRun::*step)());
+    using Step = void (UnattendedRun::*)();
+    enum class Phase {
+        Opening,
+        /// From the request to start until the end of the test has been heard.
+        Testing,
+        Writing,
+        Closing,
+        /// The window is the user's.
+        Done
+    };
+
+    void _later(Step step);
+    /// What a step throws is told and makes the status a failure; the run goes on behind the step.
+    void _run(Step step);
+    void _goOnAfterFailure();
+    void _hearEnd(bool outputStarted);
+    bool _lookForEnd();
     void _onWindowShown();
     bool _openFile();
     void _startTest();
-    void _onFinished(bool outputStarted);
+    void _onFinished();
     void _stopWanted();
     void _writeFiles();
     void _takeScreenshot();
-    void _whenDrawn(void (UnattendedRun::*step)());
+    void _whenDrawn(Step step);
     void _complete();
     void _close();
 
-    void _write(const std::string& path, const std::function<Kes::Result()>& write);
+    void _write(const std::string& path, Kes::Result (UnattendedRun::*write)());
     Kes::Result _save();
     Kes::Result _report();
     Kes::Result _screenshot();
-    void _addFileError();
+    void _addFailure();
     void _notStarted();
 
     const CommandLine _commandLine;
@@ -90,11 +112,15 @@ private:
     const WriteReport _writeReport;
     std::unique_ptr<Kes::DialogBackend> _userDialogs;
     Status _status = Success;
-    bool _isTestUnderWay = false;
+    Phase _phase = Phase::Opening;
     bool _isTerminating = false;
-    bool _isDone = false;
     int _drawnFrames = 0;
     sigc::connection _drawConnection;
+    /// What `signalFinished` has told on another thread and has not been heard yet.
+    enum class End { None, Failed, Finished };
+    std::atomic<End> _end{End::None};
+    bool _isEndLate = false;
+    sigc::connection _endWatch;
     Kes::UpdateViewGuard _guard;
     Kes::ScopedConnection _finishedConnection;
     Kes::ScopedConnection _runningConnection;

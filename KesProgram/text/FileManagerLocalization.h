@@ -58,6 +58,15 @@ inline const char* fileDataSuccessRepaired()
     return lng::choose(text);
 }
 
+/// The question before a file is overwritten that somebody else has written meanwhile.
+inline const char* fileReplaced()
+{
+    static constexpr lng::TextPair text{
+        "The file has been changed by another program since it was opened. Overwrite it?\n\nPath:\n%s",
+        "Файл был изменён другой программой после открытия. Перезаписать его?\n\nПуть:\n%s"};
+    return lng::choose(text);
+}
+
 /// The label of the program's own files in the file dialogs.
 inline const char* archiveFile()
 {

@@ -11,6 +11,9 @@
   <t:text key="simulated" en="SIMULATED DEVICE" ru="ИМИТИРУЕМОЕ УСТРОЙСТВО"/>
   <t:text key="simulatedNotice" en="The results come from a simulated bench. They say nothing about a real relay."
           ru="Результаты получены на имитируемом стенде. Они ничего не говорят о реальном реле."/>
+  <t:text key="unknown" en="ORIGIN UNKNOWN" ru="ПРОИСХОЖДЕНИЕ НЕИЗВЕСТНО"/>
+  <t:text key="unknownNotice" en="The file was damaged where it tells which device made the results. They may come from a simulated bench."
+          ru="Файл повреждён там, где указано, каким устройством получены результаты. Возможно, они получены на имитируемом стенде."/>
   <t:text key="device" en="Test device" ru="Испытательное устройство"/>
   <t:text key="startedAt" en="Beginning of the test" ru="Начало проверки"/>
   <t:text key="settings" en="Test object" ru="Объект испытаний"/>
@@ -112,12 +115,14 @@
         <p class="subtitle">
           <xsl:call-template name="text"><xsl:with-param name="key" select="'subtitle'"/></xsl:call-template>
         </p>
-        <xsl:if test="@simulated = 'true'">
+        <xsl:if test="@origin != 'device'">
           <div class="simulated" role="note">
             <strong>
-              <xsl:call-template name="text"><xsl:with-param name="key" select="'simulated'"/></xsl:call-template>
+              <xsl:call-template name="text"><xsl:with-param name="key" select="@origin"/></xsl:call-template>
             </strong>
-            <xsl:call-template name="text"><xsl:with-param name="key" select="'simulatedNotice'"/></xsl:call-template>
+            <xsl:call-template name="text">
+              <xsl:with-param name="key" select="concat(@origin, 'Notice')"/>
+            </xsl:call-template>
           </div>
         </xsl:if>
         <xsl:call-template name="outcome"/>

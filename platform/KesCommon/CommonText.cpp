@@ -13,6 +13,15 @@ constexpr Kes::TextTable table({
      "Не удалось запустить приложение для файла: %s\n\nПуть:\n%s"},
     {"error.Unknown", "An unknown error occurred.", "Произошла неизвестная ошибка."},
     {"error.FileWrite", "Error writing file: %s\n\nPath:\n%s", "Ошибка записи файла: %s\n\nПуть:\n%s"},
+    {"system.Access", "no permission", "нет прав доступа"},
+    {"system.ReadOnlyDisk", "the disk can only be read", "диск доступен только для чтения"},
+    {"system.Full", "the disk is full", "на диске нет места"},
+    {"system.Quota", "no space is left to this user", "исчерпана дисковая квота пользователя"},
+    {"system.Missing", "the file or its folder does not exist", "файл или его папка не существует"},
+    {"system.Folder", "there is a folder of this name", "имя занято папкой"},
+    {"system.NoFolder", "there is a file where the folder has to be", "на месте папки находится файл"},
+    {"system.Disk", "the disk reports an error", "ошибка диска"},
+    {"system.TooLarge", "the file would become too large", "файл стал бы слишком большим"},
 });
 
 } // namespace

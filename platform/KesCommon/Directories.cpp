@@ -49,6 +49,11 @@ std::string getKesCrossAppConfigDir()
     return userFolder("XDG_CONFIG_HOME", ".config/") + family;
 }
 
+std::string getKesCrossAppStateDir()
+{
+    return userFolder("XDG_STATE_HOME", ".local/state/") + family;
+}
+
 std::string getKesCrossDocDir()
 {
     const auto named = folderFrom("XDG_DOCUMENTS_DIR");

@@ -14,6 +14,10 @@ KES_EXPORT std::string getKesCrossAppCacheDir();
 /// Settings, per user: "$XDG_CONFIG_HOME/kes/", by default "~/.config/kes/".
 KES_EXPORT std::string getKesCrossAppConfigDir();
 
+/// What belongs to one user on one machine and must outlive the process, such as copies of unsaved work:
+/// "$XDG_STATE_HOME/kes/", by default "~/.local/state/kes/".
+KES_EXPORT std::string getKesCrossAppStateDir();
+
 /// Reports and the like: the folder "kes" in the user's documents folder. That is $XDG_DOCUMENTS_DIR or
 /// the one configured for the desktop, by default "~/Documents". A folder of the family's own keeps
 /// a "report.html" from replacing a file that the user has made.

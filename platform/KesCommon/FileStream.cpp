@@ -1,6 +1,8 @@
 #include <KesCommon/FileStream.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <utility>
 
 namespace Kes {
 
@@ -16,9 +18,28 @@ std::ifstream openInputFileUTF8Name(const std::string& path, std::ios_base::open
     return stream;
 }
 
+std::optional<std::string> readAtMost(std::istream& stream, std::size_t bytes)
+{
+    constexpr std::size_t blockSize = 65536;
+    std::string text;
+    while (stream && text.size() <= bytes) {
+        const auto used = text.size();
+        text.resize(used + std::min(blockSize, bytes + 1 - used));
+        stream.read(text.data() + used, static_cast<std::streamsize>(text.size() - used));
+        text.resize(used + static_cast<std::size_t>(stream.gcount()));
+    }
+    return text.size() <= bytes ? std::optional(std::move(text)) : std::nullopt;
+}
+
 std::ofstream openOutputFileUTF8Name(const std::string& path, std::ios_base::openmode mode)
 {
-    return std::ofstream(path, mode);
+    std::ofstream stream;
+    std::error_code error;
+    if (std::filesystem::is_fifo(path, error))
+        stream.setstate(std::ios::failbit);
+    else
+        stream.open(path, mode);
+    return stream;
 }
 
 } // namespace Kes

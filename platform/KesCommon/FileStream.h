@@ -2,8 +2,11 @@
 
 #include <KesCommon/Export.h>
 
+#include <cstddef>
 #include <fstream>
 #include <ios>
+#include <istream>
+#include <optional>
 #include <string>
 
 /// Opens files whose name is UTF-8 (or any other bytes). A failure shows in the stream's state. Any thread.
@@ -13,7 +16,11 @@ namespace Kes {
 KES_EXPORT std::ifstream openInputFileUTF8Name(const std::string& path,
                                                std::ios_base::openmode mode = std::ios::in);
 
-/// Truncates an existing file unless the mode says otherwise.
+/// What is left in the stream; nothing when that is more than so many bytes.
+KES_EXPORT std::optional<std::string> readAtMost(std::istream& stream, std::size_t bytes);
+
+/// Truncates an existing file unless the mode says otherwise. A pipe fails: opening one would wait for
+/// somebody to read it.
 KES_EXPORT std::ofstream openOutputFileUTF8Name(const std::string& path,
                                                 std::ios_base::openmode mode = std::ios::out);
 

@@ -1,15 +1,17 @@
 #include <KesCommon/FileSystem.h>
 
 #include <KesCommon/CommonText.h>
-#include <KesCommon/FileStream.h>
 #include <KesCommon/StringHelper.h>
 
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <glib.h>
 #include <glib/gstdio.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace Kes {
 
@@ -32,9 +34,32 @@ std::string followLinks(std::filesystem::path path)
     return path.string();
 }
 
+/// Opened at this end as long as it lives. Without a reader at the other end that fails; a stream would wait.
+class PipeEnd {
+public:
+    explicit PipeEnd(const std::string& path)
+        : _descriptor(::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC))
+    {}
+    ~PipeEnd()
+    {
+        if (isOpen())
+            ::close(_descriptor);
+    }
+    PipeEnd(const PipeEnd&) = delete;
+    PipeEnd& operator=(const PipeEnd&) = delete;
+
+    bool isOpen() const { return _descriptor >= 0; }
+
+private:
+    const int _descriptor;
+};
+
 Result writeInPlace(const std::string& path, std::string_view contents)
 {
-    auto stream = openOutputFileUTF8Name(path, std::ios::out | std::ios::binary);
+    const PipeEnd pipe(path);
+    if (!pipe.isOpen())
+        return writeError(path, std::strerror(errno));
+    std::ofstream stream(path, std::ios::out | std::ios::binary);
     stream.write(contents.data(), static_cast<std::streamsize>(contents.size()));
     stream.close();
     return stream ? Result(true) : writeError(path, std::strerror(errno));

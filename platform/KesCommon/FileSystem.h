@@ -17,7 +17,7 @@ KES_EXPORT bool fileExist(const std::string& path);
 
 /// Gives the file new contents, whole or not at all: after a failure the old contents are still there.
 /// A link keeps pointing to the file, which keeps its permissions. What is not a regular file (a device,
-/// a pipe) is simply written to.
+/// a pipe) is simply written to; a pipe that nobody reads is an error.
 KES_EXPORT Result writeWholeFile(const std::string& path, std::string_view contents);
 
 } // namespace Kes

@@ -7,6 +7,7 @@
 #include <KesCommon/WaitCondition.h>
 
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -83,6 +84,16 @@ Worker::Worker(const std::string& threadName, std::function<void()> work)
     : _thread(std::make_shared<Thread>())
 {
     _thread->start(threadName, std::move(work));
+}
+
+std::optional<Worker> Worker::tryStart(const std::string& threadName, std::function<void()> work)
+{
+    try {
+        return Worker(threadName, std::move(work));
+    } catch (const std::system_error& error) {
+        KesLog::Log::writeError("There is no thread for " + threadName + ": " + error.what());
+        return std::nullopt;
+    }
 }
 
 Worker::~Worker()

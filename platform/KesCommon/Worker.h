@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace Kes {
@@ -23,6 +24,9 @@ public:
     /// Starts the work on a thread of this name (see ThreadHelper::setCurrentThreadName).
     /// Throws std::system_error when the system has no thread to give.
     Worker(const std::string& threadName, std::function<void()> work);
+    /// The same, but for a system without a thread to give: that is written to the log, and there is no
+    /// worker.
+    static std::optional<Worker> tryStart(const std::string& threadName, std::function<void()> work);
     /// Waits for the work. From inside it: lets the thread go on by itself.
     ~Worker();
     Worker(Worker&& other) noexcept;

@@ -1,9 +1,11 @@
 #include <KesCommon/XslTransformer.h>
 
+#include <KesCommon/BoundedXmlReader.h>
 #include <KesCommon/ClassicLocale.h>
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/Log.h>
 
+#include <glib.h>
 #include <libexslt/exslt.h>
 #include <libxml/parser.h>
 #include <libxml/xmlerror.h>
@@ -96,10 +98,34 @@ private:
     std::string _text;
 };
 
-/// Loads every file of a transformation: libxslt's own loader replaces entities in stylesheets. All share
-/// the dictionary of the transformation, by whose pointers libxslt compares names.
-xmlDocPtr load(const xmlChar* path, xmlDictPtr dictionary, int, void*, xsltLoadType)
+/// A document that is data and may be anybody's.
+Document loadData(const std::string& path, xmlDictPtr dictionary)
 {
+    BoundedXmlReader reader;
+    reader.setOptions(parserOptions);
+    reader.setDictionary(dictionary);
+    auto document = reader.readFile(path);
+    if (!document)
+        xsltGenericError(xsltGenericErrorContext, "%s: %s\n", path.c_str(), reader.getError().c_str());
+    return Document(document.release());
+}
+
+/// The path that the XML library has made a reference of, with escapes as in a URI.
+std::string toPath(const xmlChar* reference)
+{
+    const std::string path = reinterpret_cast<const char*>(reference);
+    if (fileExist(path))
+        return path;
+    const std::unique_ptr<char, Freer<&g_free>> unescaped(g_uri_unescape_string(path.c_str(), nullptr));
+    return unescaped ? unescaped.get() : path;
+}
+
+/// Loads every file of a transformation but the first: libxslt's own loader replaces entities in stylesheets.
+/// All share the dictionary of the transformation, by whose pointers libxslt compares names.
+xmlDocPtr load(const xmlChar* path, xmlDictPtr dictionary, int, void*, xsltLoadType type)
+{
+    if (type == XSLT_LOAD_DOCUMENT)
+        return loadData(toPath(path), dictionary).release();
     const Parser parser(xmlNewParserCtxt());
     if (!parser)
         return nullptr;
@@ -136,15 +162,10 @@ void initialize()
     (void)done;
 }
 
-Document parse(const std::string& path)
-{
-    return Document(
-        load(reinterpret_cast<const xmlChar*>(path.c_str()), nullptr, 0, nullptr, XSLT_LOAD_START));
-}
-
 Stylesheet parseStylesheet(const std::string& path)
 {
-    auto document = parse(path);
+    Document document(
+        load(reinterpret_cast<const xmlChar*>(path.c_str()), nullptr, 0, nullptr, XSLT_LOAD_START));
     Stylesheet stylesheet(document ? xsltParseStylesheetDoc(document.get()) : nullptr);
     if (!stylesheet)
         return nullptr;
@@ -202,7 +223,7 @@ bool XslTransformer::transform()
         const ClassicLocale locale;
         initialize();
         const ErrorText errorText;
-        const auto source = parse(_xml);
+        const auto source = loadData(_xml, nullptr);
         const auto stylesheet = source ? parseStylesheet(_xsl) : nullptr;
         const bool success = stylesheet && run(*stylesheet, *source, _parameters, output);
         errors = errorText.get();

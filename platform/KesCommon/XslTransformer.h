@@ -10,8 +10,9 @@ namespace Kes {
 /// One XSLT 1.0 transformation from an XML file and a stylesheet file to an output file.
 ///
 /// The stylesheet may use the EXSLT functions for nodes, sets, numbers and strings and may read local files;
-/// it reaches no network and writes and creates nothing but the output. Entities are not replaced in the XML
-/// file or the stylesheet. Any thread; transformations run one at a time.
+/// it reaches no network and writes and creates nothing but the output. The XML file, and those that the
+/// stylesheet takes data from, are read within the limits of `BoundedXmlReader`. Entities are not replaced in
+/// the stylesheet. Any thread; transformations run one at a time.
 class KES_EXPORT XslTransformer {
 public:
     /// Paths of the three files; none is touched before `transform`.

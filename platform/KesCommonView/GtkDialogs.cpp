@@ -9,6 +9,7 @@
 #include <glibmm/fileutils.h>
 #include <glibmm/miscutils.h>
 #include <gtkmm/button.h>
+#include <gtkmm/dialog.h>
 #include <gtkmm/filechoosernative.h>
 #include <gtkmm/label.h>
 #include <gtkmm/messagedialog.h>
@@ -178,6 +179,13 @@ std::string GtkDialogs::chooseFile(const FileRequest& request)
         path = ask(chooser, filters, request);
     }
     return path;
+}
+
+void GtkDialogs::dismissAll()
+{
+    for (auto* window : Gtk::Window::list_toplevels())
+        if (auto* dialog = dynamic_cast<Gtk::Dialog*>(window); dialog && dialog->get_visible())
+            dialog->response(Gtk::RESPONSE_DELETE_EVENT);
 }
 
 } // namespace Kes

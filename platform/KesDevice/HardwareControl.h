@@ -13,7 +13,8 @@ namespace KesDevice {
 ///
 /// In embedded mode (the program runs inside another one that lends its devices) the embedded
 /// configuration stands in for the global one. The first global configuration is the one that was kept last,
-/// or else one with a single simulated device; that device exists in every process, in the embedded network.
+/// or else one with a single device, the one at 127.0.0.1. In the embedded network that is a simulated one
+/// which exists in every process; in a network of the program's own, whatever serves on the same computer.
 ///
 /// A configuration that is replaced refuses from then on to begin anything, and is switched off and
 /// disconnected on a thread of its own; it is destroyed there when nobody shares it any more. Whoever

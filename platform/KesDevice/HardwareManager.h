@@ -35,8 +35,8 @@ class SyncedRun;
 ///
 /// A device that fails while the output runs is reported by `signalAvary` or `signalKestoState`, and
 /// `checkOutput` says so from then on; the output counts as running until `stopWorkingMode`. What the
-/// preparation or the start finds out is told by its result and by nothing else; `ToldByResults` makes the two
-/// one. Destroying a configuration switches its outputs off; never from inside its own operation.
+/// preparation or the start finds out is told by its result and by nothing else; `ToldByResults` makes the
+/// two one. Destroying a configuration switches its outputs off; never from inside its own operation.
 class KES_EXPORT HardwareManager {
 public:
     /// A configuration without devices, on the network of `HardwareControl`.
@@ -50,7 +50,8 @@ public:
     /// The output has been started or stopped; the argument is the new `isOutputRunning()`.
     Kes::Signal<void(bool)> signalRunningChanged;
     /// What the configuration is doing, for the status bar; never null, empty when idle. With
-    /// `isStatusReported` every step of the operations, else what takes longer than a moment.
+    /// `isStatusReported` every step of the operations, else every end of connections and what takes longer
+    /// than a moment. An inner step gives back the text of the outer one at its end.
     Kes::Signal<void(const char*)> signalStatusChanged;
     /// A device has reported a fault, or was lost. The record lives during the emission. With `isStopOnFault`
     /// the others are already being told to set their outputs to zero.
@@ -94,8 +95,9 @@ public:
     Kes::Result checkOutput() const;
 
     /// While one lives, what goes wrong with the devices is told by the results of the operations that are
-    /// made meanwhile; what none of them has told is told at its end. For operations that are one to the user,
-    /// such as a preparation and the start after it. Lives on one thread, no longer than the configuration.
+    /// made meanwhile; what none of them has told is told at its end. For operations that are one to the
+    /// user, such as a preparation and the start after it. Lives on one thread, no longer than the
+    /// configuration.
     class ToldByResults;
 
     /// Connects and identifies every device, and asks for its state. Fails with one inner error per device
@@ -158,6 +160,8 @@ private:
     std::atomic<bool> _running{false};
     std::atomic<bool> _isRetired{false};
 
+    /// What `signalStatusChanged` has told and is not over, the newest last; used under the signal gate.
+    std::vector<const Status*> _statuses;
     /// By device; used under the signal gate.
     std::map<Kesto*, std::vector<Kes::ScopedConnection>> _connections;
     Kes::ScopedConnection _inserted;

@@ -27,10 +27,6 @@ constexpr Kes::TextTable table({
      "Конфигурация аппаратных средств не содержит КЕСТО."},
     {"Errors.General.replaced", "The hardware configuration has been replaced.",
      "Конфигурация аппаратных средств заменена."},
-    {"Errors.General.stopOnFault",
-     "The outputs could not be switched off after a fault of another device: %s",
-     "Не удалось отключить выходы после аварии другого устройства: %s"},
-
     {"Errors.General.outputFailed", "The outputs do not work any more.", "Выходы больше не работают."},
 
     {"Errors.Sync.start", "Error on starting the sequences.", "Ошибка пуска последовательностей."},
@@ -69,6 +65,9 @@ constexpr Kes::TextTable table({
     {"Errors.Kesto.sequenceEnded", "The device has ended its sequence early",
      "Устройство завершило последовательность раньше времени"},
     {"Errors.Kesto.nonsense", "%s sends data that make no sense.", "%s: передаёт недостоверные данные."},
+    {"Errors.Kesto.slowRelease",
+     "%s leaves its outputs on for %s ms when it has lost its controller; no more than %s ms is safe.",
+     "%s: при потере связи с программой выходы остаются включёнными %s мс; безопасно не более %s мс."},
     {"Errors.Kesto.notReady", "Not ready for operation", "Не готово к работе"},
     {"Errors.Kesto.fault", "Fault: %s", "Авария: %s"},
 

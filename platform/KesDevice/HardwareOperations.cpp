@@ -3,7 +3,6 @@
 #include <KesDevice/HardwareManager.h>
 
 #include <KesCommon/ExceptionText.h>
-#include <KesCommon/Log.h>
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
 #include <KesCommon/WaitCondition.h>
@@ -17,18 +16,13 @@
 
 #include <algorithm>
 #include <chrono>
-#include <system_error>
 #include <utility>
 
 namespace KesDevice {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using StateLock = std::lock_guard<std::mutex>;
-
-/// An operation that takes longer is told even where single steps are not.
-constexpr std::chrono::milliseconds moment{150};
 
 /// The error with the device's name in front, unless it names the device already.
 std::shared_ptr<Kes::ObjectError> nameKesto(const Kesto& kesto, const Kes::Result& result)
@@ -50,6 +44,12 @@ Kes::Result getFailure(const Kesto& kesto)
                                                : reason);
 }
 
+/// Or is about to have one.
+bool hasConnection(const std::shared_ptr<Kesto>& kesto)
+{
+    return kesto->isConnected() || kesto->getState() == DeviceState::Connecting;
+}
+
 Kes::Result prepareKesto(Kesto& kesto)
 {
     const bool wasConnected = kesto.isConnected();
@@ -69,20 +69,17 @@ public:
     {
         for (std::size_t i = 0; i < kestos.size(); ++i) {
             auto ask = [this, i, kesto = kestos[i], operation] { _ask(i, *kesto, operation); };
-            try {
-                _workers.emplace_back("KesDevice_Op", ask);
-            } catch (const std::system_error& error) {
-                // Late is better than never: it may be the one that switches off.
-                KesLog::Log::writeError(error.what());
+            if (auto worker = Kes::Worker::tryStart("KesDevice_Op", ask))
+                _workers.push_back(std::move(*worker));
+            else // Late is better than never: it may be the one that switches off.
                 ask();
-            }
         }
     }
 
-    bool wait(std::chrono::milliseconds time)
+    bool waitUntil(Kes::WaitCondition::TimePoint time)
     {
         std::unique_lock lock(_mutex);
-        return _answered.waitUntil(lock, Clock::now() + time, [this] { return _pending == 0; });
+        return _answered.waitUntil(lock, time, [this] { return _pending == 0; });
     }
 
     /// One for each device, in their order.
@@ -120,7 +117,7 @@ std::vector<Kes::Result> HardwareManager::_onEach(const Kestos& kestos, const St
                                                   const Operation& operation)
 {
     Results results(kestos, operation);
-    if (!results.wait(moment))
+    if (!results.waitUntil(status.getDue()))
         status.show();
     return results.take();
 }
@@ -140,8 +137,7 @@ Kes::Result HardwareManager::_toResult(const char* key, const Kestos& kestos,
 
 HardwareManager::ToldByResults::ToldByResults(HardwareManager& hardware)
     : ToldByResults(hardware._kestos.lease())
-{
-}
+{}
 
 HardwareManager::ToldByResults::ToldByResults(const Kestos& kestos)
 {
@@ -215,10 +211,13 @@ Kes::Result HardwareManager::startWorkingMode()
     for (std::size_t i = 0; i < kestos.size(); ++i)
         if (results[i])
             results[i] = getFailure(*kestos[i]);
-    (void)_onEach(kestos, status, [](Kesto& kesto) { return kesto.stopWorkingMode(); });
-    for (std::size_t i = 0; i < kestos.size(); ++i)
+    const auto stops = _onEach(kestos, status, [](Kesto& kesto) { return kesto.stopWorkingMode(); });
+    for (std::size_t i = 0; i < kestos.size(); ++i) {
+        if (results[i])
+            results[i] = stops[i];
         if (!results[i])
             told._setTold(i);
+    }
     auto result = _toResult("Errors.General.startWorkingMode", kestos, results);
     return result ? Kes::Result::failure(lng::HardwareManager::get("Errors.General.replaced")) : result;
 }
@@ -267,12 +266,15 @@ Kes::Result HardwareManager::_stop()
 
 Kes::Result HardwareManager::disconnect()
 {
+    const Status status(*this, lng::HardwareManager::get("Status.disconnecting"));
+    const auto kestos = _kestos.lease();
+    if (std::any_of(kestos.begin(), kestos.end(), hasConnection))
+        status.show();
     // Who waits for a device that does not answer goes on at once, and gives the turn free.
     if (!_running)
-        for (const auto& kesto : _kestos.lease())
+        for (const auto& kesto : kestos)
             kesto->disconnect();
     const OperationTurn::Hold turn(*_turn);
-    const Status status(*this, lng::HardwareManager::get("Status.disconnecting"));
     auto result = _stop();
     for (const auto& kesto : _kestos.lease())
         kesto->disconnect();
@@ -281,7 +283,8 @@ Kes::Result HardwareManager::disconnect()
 
 void HardwareManager::refuse()
 {
-    _isRetired = true;
+    if (!_isRetired.exchange(true))
+        Status::endAll(*this);
     for (const auto& kesto : _kestos.lease())
         kesto->_refuse();
 }

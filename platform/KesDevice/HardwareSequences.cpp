@@ -72,8 +72,7 @@ Kes::Result HardwareManager::startSequences(const std::vector<OutputSequence>& s
                       return kesto.armSequence(start.sequences[start.numberOf(kesto)]);
                   }));
     // Not earlier: until a device has armed its sequence it may still tell the end of the one before.
-    for (std::size_t i = 0; i < start.kestos.size(); ++i)
-        made->_add(start.kestos[i], start.numbers[i]);
+    made->_begin(start.kestos, start.numbers);
     if (result)
         result = _trigger(start, status);
     if (!result) {

@@ -247,7 +247,6 @@ Kes::Result Kesto::startArmed(const StartMoment& moment)
 
 Kes::Result Kesto::stopOutputs()
 {
-    ToldByResult told(shared_from_this());
     unsigned epoch = 0;
     {
         const StateLock lock(DeviceStateMachine::getMutex());
@@ -257,10 +256,8 @@ Kes::Result Kesto::stopOutputs()
         epoch = _fields->machine.getEpoch();
     }
     auto result = _ask([](IKestoLink& link) { return link.stopOutputs(); });
-    if (result || isConnectionError(result))
-        return result;
-    told.setTold();
-    _distrust(epoch, _getText("Errors.Kesto.disobeys"), LetGo::AtOnce);
+    if (!result && !isConnectionError(result))
+        _distrust(epoch, _getText("Errors.Kesto.disobeys"), LetGo::AtOnce);
     return result;
 }
 

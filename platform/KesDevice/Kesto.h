@@ -102,6 +102,8 @@ public:
     /// limit.
     Kes::Result setOutputs(const KesDriver::OutputState& outputs);
     Kes::Result runSequence(const KesDriver::OutputSequence& sequence);
+    /// A device that does not obey is let go of, and `signalNotice` tells so: who stops outputs in a hurry
+    /// need not look at the result.
     Kes::Result stopOutputs();
     Kes::Result armSequence(const KesDriver::OutputSequence& sequence);
     Kes::Result startArmed(const KesDriver::StartMoment& moment);

@@ -183,6 +183,11 @@ Kes::Result Kesto::_readLimits()
     OutputLimits limits;
     if (auto result = _link->readLimits(limits); !result)
         return result;
+    if (limits.releaseTime > KestoPlausibility::longestReleaseTime)
+        return Kes::Result::failure(
+            Kes::StringHelper::format(lng::HardwareManager::get("Errors.Kesto.slowRelease"),
+                                      toDisplayString(), std::to_string(limits.releaseTime.count()),
+                                      std::to_string(KestoPlausibility::longestReleaseTime.count())));
     std::lock_guard lock(DeviceStateMachine::getMutex());
     _fields->limits = KestoPlausibility::correct(limits);
     return true;

@@ -7,6 +7,7 @@
 
 #include <mutex>
 #include <thread>
+#include <utility>
 
 namespace KesDevice {
 
@@ -53,9 +54,9 @@ void KestoStateGlobalUpdater::setUpdating(bool updating)
         if (isUpdating() != updating) {
             {
                 std::lock_guard lock(_fields->mutex);
+                if (updating && !_startThread())
+                    return;
                 _fields->isUpdating = updating;
-                if (updating && !_fields->worker.isRunning())
-                    _fields->worker = Kes::Worker("KesDevice_State", [this] { _run(); });
                 _fields->changed.notifyAll();
             }
             signalUpdatingChanged.emit(updating);
@@ -68,6 +69,17 @@ void KestoStateGlobalUpdater::setUpdating(bool updating)
         return _fields->isUpdating || _fields->asking == std::thread::id() ||
                _fields->asking == std::this_thread::get_id();
     });
+}
+
+/// With the lock. True also when it goes already.
+bool KestoStateGlobalUpdater::_startThread()
+{
+    if (_fields->worker.isRunning())
+        return true;
+    auto worker = Kes::Worker::tryStart("KesDevice_State", [this] { _run(); });
+    if (worker)
+        _fields->worker = std::move(*worker);
+    return worker.has_value();
 }
 
 void KestoStateGlobalUpdater::setInterval(std::chrono::milliseconds interval)

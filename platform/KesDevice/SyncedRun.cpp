@@ -19,6 +19,8 @@ struct SyncedRun::Device {
     std::optional<DeviceTime> start;
     bool isEnded = false;
     bool isComplete = false;
+    /// The system had no thread to give for stopping it.
+    bool isWithoutThread = false;
     /// Last: no report comes any more when the rest goes.
     Kes::ScopedConnection reports;
 };
@@ -32,13 +34,18 @@ SyncedRun::~SyncedRun()
     stop();
 }
 
-void SyncedRun::_add(const std::shared_ptr<Kesto>& kesto, std::size_t number)
+void SyncedRun::_begin(const std::vector<std::shared_ptr<Kesto>>& kestos,
+                       const std::vector<std::size_t>& numbers)
 {
-    auto& device = *_devices.emplace_back(std::make_unique<Device>());
-    device.kesto = kesto;
-    device.number = number;
-    device.reports =
-        kesto->signalReport.connect([this, &device](const Report& report) { _onReport(device, report); });
+    // All are known before the first report, which may be a failure that stops all.
+    for (std::size_t i = 0; i < kestos.size(); ++i) {
+        auto& device = *_devices.emplace_back(std::make_unique<Device>());
+        device.kesto = kestos[i];
+        device.number = numbers[i];
+    }
+    for (const auto& device : _devices)
+        device->reports = device->kesto->signalReport.connect(
+            [this, &listening = *device](const Report& report) { _onReport(listening, report); });
 }
 
 void SyncedRun::_onReport(Device& device, const Report& report)
@@ -89,26 +96,49 @@ bool SyncedRun::_fail(Device& device, const std::string& reason)
 /// The device's part is over; an error ends the others' part as well. False when it was over before.
 bool SyncedRun::_end(Device& device, const std::string& error)
 {
-    std::lock_guard lock(_mutex);
-    if (std::exchange(device.isEnded, true))
-        return false;
-    device.isComplete = error.empty();
-    if (!error.empty())
-        _stopAll(device.kesto->toDisplayString() + ": " + error);
-    _ended.notifyAll();
+    bool isStopping = false;
+    {
+        std::lock_guard lock(_mutex);
+        if (std::exchange(device.isEnded, true))
+            return false;
+        device.isComplete = error.empty();
+        isStopping = !error.empty() && _stopAll(device.kesto->toDisplayString() + ": " + error);
+        _ended.notifyAll();
+    }
+    if (isStopping)
+        _stopRest();
     return true;
 }
 
-/// Each on a thread of its own: one that does not answer keeps no other one waiting. With the lock.
-void SyncedRun::_stopAll(const std::string& error)
+/// Each on a thread of its own: one that does not answer keeps no other one waiting. With the lock. True
+/// for the first call, whose caller goes on with `_stopRest`.
+bool SyncedRun::_stopAll(const std::string& error)
 {
     if (_error.empty())
         _error = error;
-    if (!_stops.empty())
-        return;
+    if (std::exchange(_isStopping, true))
+        return false;
     for (const auto& device : _devices) {
         const auto stop = [kesto = device->kesto] { (void)kesto->stopOutputs(); };
-        _stops.push_back(std::make_shared<Kes::Worker>("KesDevice_Stop", stop));
+        if (auto worker = Kes::Worker::tryStart("KesDevice_Stop", stop))
+            _stops.push_back(std::make_shared<Kes::Worker>(std::move(*worker)));
+        else
+            device->isWithoutThread = true;
+    }
+    return true;
+}
+
+/// Those for which there was no thread, here. Without the lock. One that has ended may be in the
+/// next run already.
+void SyncedRun::_stopRest()
+{
+    for (const auto& device : _devices) {
+        {
+            std::lock_guard lock(_mutex);
+            if (!device->isWithoutThread || device->isEnded)
+                continue;
+        }
+        (void)device->kesto->stopOutputs();
     }
 }
 
@@ -118,9 +148,10 @@ void SyncedRun::stop()
     {
         std::lock_guard lock(_mutex);
         if (!_isEndedNow())
-            _stopAll(lng::HardwareManager::get("Errors.Sync.stopped"));
+            (void)_stopAll(lng::HardwareManager::get("Errors.Sync.stopped"));
         stops = _stops;
     }
+    _stopRest();
     for (const auto& stop : stops)
         stop->wait();
 }

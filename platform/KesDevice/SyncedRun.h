@@ -63,21 +63,24 @@ private:
     struct Device;
 
     explicit SyncedRun(std::chrono::microseconds uncertainty);
-    /// Before the start: the device takes part, as which one of its configuration.
-    void _add(const std::shared_ptr<Kesto>& kesto, std::size_t number);
+    /// Before the start: the devices that take part, and which of their configuration's they are.
+    void _begin(const std::vector<std::shared_ptr<Kesto>>& kestos, const std::vector<std::size_t>& numbers);
     void _onReport(Device& device, const KesDriver::Report& report);
     bool _collect(Device& device, const KesDriver::Report& report, KesDriver::DeviceTime time);
     bool _fail(Device& device, const std::string& reason);
     bool _end(Device& device, const std::string& error);
-    void _stopAll(const std::string& error);
+    bool _stopAll(const std::string& error);
+    void _stopRest();
     bool _isEndedNow() const;
 
     const std::chrono::microseconds _uncertainty;
     mutable std::mutex _mutex;
     Kes::WaitCondition _ended;
+    /// The same from the beginning on.
     std::vector<std::unique_ptr<Device>> _devices;
     std::vector<Event> _events;
     std::string _error;
+    bool _isStopping = false;
     /// Tell the devices to stop; made once.
     std::vector<std::shared_ptr<Kes::Worker>> _stops;
 };

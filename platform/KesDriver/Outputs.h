@@ -135,8 +135,10 @@ struct OutputLimits {
     DeviceTime overloadDuration = std::chrono::seconds(10);
     /// Steps of a sequence.
     std::size_t maximumSteps = 10000;
-    /// After this time without its controller the device has switched everything off by itself.
-    std::chrono::milliseconds releaseTime{1000};
+    /// After this time without its controller the device has switched everything off by itself. At most
+    /// 750 ms are accepted: it is noticed after up to two seconds that a device does not answer, and nothing
+    /// may be on after three.
+    std::chrono::milliseconds releaseTime{500};
 
     bool operator==(const OutputLimits&) const = default;
 };

@@ -8,8 +8,12 @@
 
 #include <gmock/gmock.h>
 
+#include <fcntl.h>
 #include <filesystem>
+#include <sstream>
+#include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 using KesTest::readFile;
@@ -24,6 +28,7 @@ TEST(Directories, followTheUsersEnvironmentAtEachCall)
     const KesTest::TemporaryHome home;
     EXPECT_EQ(Kes::getKesCrossDocDir(), home.file("Documents/kes/"));
     EXPECT_EQ(Kes::getKesCrossAppConfigDir(), home.file(".config/kes/"));
+    EXPECT_EQ(Kes::getKesCrossAppStateDir(), home.file(".local/state/kes/"));
     setenv("XDG_CONFIG_HOME", "/configs/", 1);
     EXPECT_EQ(Kes::getKesCrossAppConfigDir(), "/configs/kes/");
     for (const char* unusable : {"relative", ""}) {
@@ -70,6 +75,31 @@ TEST(FileSystem, writesWholeFilesThroughLinksAndKeepsPermissions)
         EXPECT_THAT(result.getError()->getMessage(), HasSubstr("Path:\n" + path));
     }
     EXPECT_TRUE(fs::is_character_file("/dev/full"));
+}
+
+TEST(FileSystem, aPipeIsWrittenWhenSomebodyReadsItAndIsNeverWaitedFor)
+{
+    const KesTest::TemporaryHome home;
+    const auto pipe = home.file("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_FALSE(Kes::openOutputFileUTF8Name(pipe).is_open());
+    EXPECT_FALSE(Kes::writeWholeFile(pipe, "nobody"));
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    EXPECT_TRUE(Kes::writeWholeFile(pipe, "report"));
+    char bytes[8]{};
+    EXPECT_EQ(read(reader, bytes, sizeof bytes), 6);
+    EXPECT_STREQ(bytes, "report");
+    close(reader);
+}
+
+TEST(FileStream, readsNoMoreThanItMay)
+{
+    for (const std::size_t size : {0, 1, 65535, 65536, 65537, 200000}) {
+        std::istringstream exact(std::string(size, 'x'));
+        EXPECT_EQ(Kes::readAtMost(exact, size), std::string(size, 'x'));
+        std::istringstream longer(std::string(size + 1, 'x'));
+        EXPECT_FALSE(Kes::readAtMost(longer, size)) << size;
+    }
 }
 
 TEST(DesktopOpener, asksTheBackendOnlyForExistingFiles)

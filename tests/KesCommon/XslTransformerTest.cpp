@@ -116,6 +116,24 @@ TEST_F(XslTransformerTest, anEntityBombNeitherHangsNorFillsTheMemory)
     EXPECT_FALSE(std::filesystem::exists(output));
 }
 
+TEST_F(XslTransformerTest, dataAreReadFromRegularFilesWithinLimits)
+{
+    writeFile(home.file("part & more.xml"), "<p>part</p>");
+    const auto copyOf = [this](const std::string& file) {
+        return "<xsl:copy-of select=\"document('" + home.file(file) + "')\"/>";
+    };
+    EXPECT_TRUE(transform("<r/>", copyOf("part%20%26%20more.xml")));
+    EXPECT_EQ(readFile(output), "part");
+    std::string attributes = "<r";
+    for (int i = 0; i < 40000; ++i)
+        attributes += " a" + std::to_string(i) + "=''";
+    EXPECT_FALSE(transform(attributes + "/>", ""));
+    EXPECT_THAT(std::exchange(log, ""), HasSubstr("too long"));
+    // The name stands for a file, not for standard input.
+    EXPECT_FALSE(Kes::XslTransformer("-", home.file("style.xsl").c_str(), output.c_str()).transform());
+    EXPECT_THAT(log, HasSubstr("cannot open -"));
+}
+
 TEST_F(XslTransformerTest, nothingIsFetchedFromTheNetwork)
 {
     Gio::init();

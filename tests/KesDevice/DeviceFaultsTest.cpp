@@ -136,6 +136,25 @@ TEST_F(StartBesideAnAttempt, IsNotCutInSilenceWhenTheAttemptFails)
     EXPECT_TRUE(waitFor([this] { return first.isPuttingOut() || record.has("fault"); }, 1s));
 }
 
+// Devices that are not heard of in time
+
+TEST_F(DeviceFaultsTest, OutputsOfSilentAndLateDevicesAreOffWithinThreeSeconds)
+{
+    first.addTo(*hardware);
+    second.addTo(*hardware);
+    ASSERT_TRUE(hardware->prepare());
+    ASSERT_TRUE(hardware->startWorkingMode());
+    ASSERT_TRUE(first.putOut(1.0) && second.putOut(1.0));
+    const auto releaseTime = hardware->getKestos().getItems()[0]->getLimits().releaseTime;
+    const auto begin = std::chrono::steady_clock::now();
+    first->setSilent(true);
+    second->setAnswerDelay(3s);
+    (void)second.putOut(2.0);
+    ASSERT_TRUE(waitFor([this] { return !first.isPuttingOut() && !second.isPuttingOut(); }, 10s));
+    // As late as a device may do it that is not simulated.
+    EXPECT_LT(std::chrono::steady_clock::now() - begin + releaseTime, 2900ms);
+}
+
 // Signals and threads
 
 TEST_F(DeviceFaultsTest, DisconnectingWaitsForASlotThatIsInsideAnOperation)

@@ -6,6 +6,7 @@
 #include <KesDevice/detail/HardwareFile.h>
 
 #include <support/DefaultHardware.h>
+#include <support/NoThreads.h>
 #include <support/TemporaryHome.h>
 
 #include <cstdlib>
@@ -149,7 +150,7 @@ TEST_F(HardwareControlTest, UpdaterFollowsTheCurrentConfiguration)
     fake.release(LinkCall::ReadState);
     EXPECT_TRUE(waitUntil(
         [] { return HardwareControl::getInstance()->getKestos().getItems()[0]->getOperationError() == ""; }));
-    EXPECT_FALSE(fake.isConnected());
+    EXPECT_TRUE(waitUntil([&] { return !fake.isConnected(); })) << "on a thread of its own";
 
     updater.setUpdating(false);
 }
@@ -184,6 +185,29 @@ TEST_F(HardwareControlTest, SwitchingTheUpdaterOffWaitsForTheUpdate)
     updater.setUpdating(true);
     EXPECT_TRUE(waitUntil([&] { return !updater.isUpdating(); }));
     updater.setUpdating(false);
+}
+
+/// In a process of its own, where the updater has no thread yet.
+[[noreturn]] void switchTheUpdaterOnWithoutThreads()
+{
+    auto& updater = KestoStateGlobalUpdater::getInstance();
+    int told = 0;
+    updater.signalUpdatingChanged.connect([&](bool) { ++told; });
+    {
+        const NoThreads noThreads;
+        updater.setUpdating(true);
+    }
+    const bool isOff = !updater.isUpdating() && told == 0;
+    updater.setUpdating(true);
+    const bool isAsking = waitUntil(
+        [] { return HardwareControl::getInstance()->getKestos().getItems()[0]->getOperationError() == ""; });
+    std::exit(isOff && isAsking && told == 1 ? 0 : 1);
+}
+
+TEST(UpdaterDeathTest, StaysOffWithoutAThreadAndCanBeSwitchedOnLater)
+{
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(switchTheUpdaterOnWithoutThreads(), testing::ExitedWithCode(0), "");
 }
 
 /// Everything on, and nobody tidies up: the end of the process still comes, and comes cleanly.

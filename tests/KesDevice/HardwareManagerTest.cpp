@@ -1,7 +1,10 @@
 #include "TestBench.h"
 
+#include <support/Record.h>
+
 #include <KesDevice/HardwareIsRunningComponent.h>
 
+#include <algorithm>
 #include <future>
 
 using namespace KesTest;
@@ -13,6 +16,9 @@ protected:
     HardwareManagerTest()
     {
         hardware->signalRunningChanged.connect([this](bool isRunning) { running.push_back(isRunning); });
+        hardware->signalKestoState.connect([this](Kesto* kesto, const char* text) {
+            notices.write((kesto == secondKesto ? "second: " : "?: ") + std::string(text));
+        });
     }
 
     std::unique_ptr<HardwareManager> hardware = HardwareManager::create();
@@ -21,6 +27,7 @@ protected:
     Kesto* firstKesto = add(*hardware, first, 1);
     Kesto* secondKesto = add(*hardware, second, 2);
     std::vector<bool> running;
+    Record notices;
 };
 
 TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
@@ -64,20 +71,30 @@ TEST_F(HardwareManagerTest, AFaultStopsTheOthersWhenWanted)
 {
     ASSERT_TRUE(hardware->prepare());
     ASSERT_TRUE(hardware->startWorkingMode());
-    std::promise<std::string> notice;
-    hardware->signalKestoState.connect([&](Kesto* kesto, const char* text) {
-        notice.set_value((kesto == secondKesto ? "second: " : "?: ") + std::string(text));
-    });
     first.report(KesDriver::KesAvary{3, 17, false, true, {}}).wait();
     EXPECT_EQ(second.countCalls(LinkCall::StopOutputs), 0U);
     hardware->setIsStopOnFault(true);
     second.fail(LinkCall::StopOutputs, "stuck");
     first.reportConnectionLost().wait();
-    EXPECT_EQ(notice.get_future().get(),
-              "second: The outputs could not be switched off after a fault of another device: stuck");
+    const std::string disobedience =
+        "second: KESTO-3 No. 00017 (192.168.1.2) does not obey, and was disconnected.";
+    EXPECT_TRUE(waitUntil([&] { return notices.has(disobedience); }));
     EXPECT_EQ(second.countCalls(LinkCall::StopOutputs), 1U);
     EXPECT_TRUE(hardware->isOutputRunning()) << "until it is stopped";
     EXPECT_TRUE(hardware->stopWorkingMode()) << "a lost device has switched off by itself";
+    EXPECT_THAT(notices.take(), ElementsAre(disobedience));
+}
+
+TEST_F(HardwareManagerTest, AStartThatFailsNamesWhoDoesNotSwitchOffAgain)
+{
+    ASSERT_TRUE(hardware->prepare());
+    first.fail(LinkCall::StopWorkingMode, "stuck");
+    second.fail(LinkCall::StartWorkingMode, "Fault: IA - overload");
+    EXPECT_EQ(message(hardware->startWorkingMode()),
+              "Error on starting working mode.\n"
+              "  KESTO-3 No. 00017 (192.168.1.1): stuck\n"
+              "  KESTO-3 No. 00017 (192.168.1.2): Fault: IA - overload");
+    EXPECT_THAT(notices.take(), testing::IsEmpty()) << "one cause, one text";
 }
 
 TEST_F(HardwareManagerTest, OneSilentDeviceKeepsNoOtherOneWaiting)
@@ -118,6 +135,73 @@ TEST_F(HardwareManagerTest, OperationsTakeTurnsAndSlotsMayCallThem)
         [this](const Kes::Nullable<std::string>&) { EXPECT_TRUE(hardware->stopWorkingMode()); });
     first.setState({false, false, 0.0, "not ready"});
     EXPECT_TRUE(hardware->prepare());
+}
+
+class HardwareStatusTest : public HardwareManagerTest {
+protected:
+    HardwareStatusTest()
+    {
+        hardware->signalStatusChanged.connect([this](const char* text) { statuses.write(text); });
+    }
+
+    static constexpr const char* disconnecting = "Disconnecting from the devices";
+    static constexpr const char* stopping = "Switching off the outputs";
+    Record statuses;
+};
+
+TEST_F(HardwareStatusTest, TellsEveryStepWhenWanted)
+{
+    hardware->setIsStatusReported(true);
+    ASSERT_TRUE(hardware->prepare());
+    ASSERT_TRUE(hardware->startWorkingMode());
+    ASSERT_TRUE(hardware->disconnect());
+    EXPECT_THAT(statuses.take(),
+                ElementsAre("Connecting to KESTO 192.168.1.1, 192.168.1.2", "", "Switching on the outputs",
+                            "", disconnecting, stopping, disconnecting, ""));
+}
+
+TEST_F(HardwareStatusTest, OtherwiseTellsDisconnectingAndWhatTakesLong)
+{
+    ASSERT_TRUE(hardware->disconnect()) << "from nothing";
+    ASSERT_TRUE(hardware->prepare());
+    ASSERT_TRUE(hardware->startWorkingMode());
+    EXPECT_THAT(statuses.take(), testing::IsEmpty());
+    second.hold(LinkCall::StopWorkingMode);
+    auto ending = std::async(std::launch::async, [this] { return hardware->disconnect(); });
+    EXPECT_TRUE(waitUntil([this] { return statuses.has(stopping); }));
+    second.release(LinkCall::StopWorkingMode);
+    EXPECT_TRUE(ending.get());
+    EXPECT_THAT(statuses.take(), ElementsAre(disconnecting, stopping, disconnecting, ""));
+}
+
+TEST_F(HardwareStatusTest, TellsDisconnectingWhileAnotherOperationIsStillEnding)
+{
+    ASSERT_TRUE(hardware->prepare());
+    ASSERT_TRUE(hardware->startWorkingMode());
+    second.hold(LinkCall::StopWorkingMode);
+    auto stop = std::async(std::launch::async, [this] { return hardware->stopWorkingMode(); });
+    ASSERT_TRUE(second.waitForCall(LinkCall::StopWorkingMode));
+    auto ending = std::async(std::launch::async, [this] { return hardware->disconnect(); });
+    EXPECT_TRUE(waitUntil([this] { return statuses.has(disconnecting); }));
+    second.release(LinkCall::StopWorkingMode);
+    EXPECT_TRUE(stop.get() && ending.get());
+    const auto told = statuses.take();
+    EXPECT_EQ(std::ranges::count(told, ""), 1) << "at the end of both";
+    EXPECT_EQ(told.back(), "");
+}
+
+TEST_F(HardwareStatusTest, AReplacedConfigurationLeavesNoTextBehind)
+{
+    ASSERT_TRUE(hardware->prepare());
+    second.hold(LinkCall::StartWorkingMode);
+    auto starting = std::async(std::launch::async, [this] { return hardware->startWorkingMode(); });
+    ASSERT_TRUE(waitUntil([this] { return statuses.has("Switching on the outputs"); }));
+    hardware->refuse();
+    EXPECT_THAT(statuses.take(), ElementsAre("Switching on the outputs", ""));
+    second.release(LinkCall::StartWorkingMode);
+    EXPECT_FALSE(starting.get());
+    hardware->retire();
+    EXPECT_THAT(statuses.take(), testing::IsEmpty()) << "nobody would hear its end";
 }
 
 TEST_F(HardwareManagerTest, ADestroyedRunningConfigurationSwitchesOff)

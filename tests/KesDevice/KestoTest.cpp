@@ -139,6 +139,17 @@ TEST_F(KestoTest, StopsAndLetsGoOfADeviceThatTalksNonsense)
     }
 }
 
+TEST_F(KestoTest, TellsOnceThatItsOutputsCouldNotBeStopped)
+{
+    ASSERT_TRUE(kesto.connect());
+    record.take();
+    fake.fail(LinkCall::StopOutputs, "stuck");
+    EXPECT_EQ(message(kesto.stopOutputs()), "stuck");
+    const std::string disobedience = "KESTO-3 No. 00017 (192.168.1.2) does not obey, and was disconnected.";
+    EXPECT_THAT(record.take(), ElementsAre("state [" + disobedience + "]", "notice " + disobedience));
+    EXPECT_FALSE(fake.isConnected());
+}
+
 TEST_F(KestoTest, ARefusedSequenceDoesNotMakeTheOneBeforeNonsense)
 {
     ASSERT_TRUE(kesto.connect());
@@ -230,6 +241,21 @@ TEST_F(KestoTest, RefusesNonsensicalAnswers)
     fake.setState({true, true, std::numeric_limits<double>::quiet_NaN(), ""});
     EXPECT_FALSE(kesto.updateState());
     EXPECT_EQ(kesto.getOperationError(), "KESTO-5 No. 00005 (192.168.1.2)" + nonsense);
+}
+
+TEST_F(KestoTest, RefusesADeviceWhoseWatchdogIsTooSlow)
+{
+    KesDriver::OutputLimits limits;
+    limits.releaseTime = 750ms;
+    fake.setLimits(limits);
+    EXPECT_TRUE(kesto.connect());
+    kesto.disconnect();
+    limits.releaseTime = 751ms;
+    fake.setLimits(limits);
+    EXPECT_EQ(message(kesto.connect()),
+              "KESTO-3 No. 00017 (192.168.1.2) leaves its outputs on for 751 ms when it has lost its "
+              "controller; no more than 750 ms is safe.");
+    EXPECT_FALSE(fake.isConnected());
 }
 
 TEST(KestoLifeTime, MayDieInsideItsOwnSignalAndWhileItsDeviceTalks)

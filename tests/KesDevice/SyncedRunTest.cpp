@@ -2,6 +2,8 @@
 
 #include "TestBench.h"
 
+#include <support/NoThreads.h>
+
 #include <KesDevice/SyncedRun.h>
 #include <KesDriver/simulated/SimulatedNetwork.h>
 
@@ -127,6 +129,23 @@ TEST_F(SyncedRunTest, OneThatFailsStopsAll)
     EXPECT_FALSE(run->isComplete());
     EXPECT_EQ(run->getError(), "KESTO-3 No. 00002 (192.168.1.2): IA - overload");
     EXPECT_FALSE(isPuttingOut(0) || isPuttingOut(1) || isPuttingOut(2));
+}
+
+TEST_F(SyncedRunTest, AllAreStoppedAlsoWithoutThreadsForIt)
+{
+    for (const bool hasOneFailed : {true, false}) {
+        ASSERT_EQ(message(hardware->startSequences(three(1h), run)), "");
+        ASSERT_TRUE(waitUntil([&] { return isPuttingOut(0) && isPuttingOut(1) && isPuttingOut(2); }));
+        const NoThreads noThreads;
+        if (hasOneFailed)
+            devices[1]->simulateOverload(0);
+        else
+            run->stop();
+        ASSERT_TRUE(waitForEnd());
+        EXPECT_FALSE(isPuttingOut(0) || isPuttingOut(1) || isPuttingOut(2)) << hasOneFailed;
+        devices[1]->clearFaults();
+        ASSERT_TRUE(hardware->stopWorkingMode() && hardware->prepare() && hardware->startWorkingMode());
+    }
 }
 
 TEST_F(SyncedRunTest, OneThatIsLetGoOfBeforeTheStartEndsTheWaitOfAll)

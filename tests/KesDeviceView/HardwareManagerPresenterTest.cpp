@@ -1,5 +1,6 @@
 #include "support/FakeKestoLink.h"
 #include "support/GuiTest.h"
+#include "support/NoThreads.h"
 
 #include <KesDevice/HardwareControl.h>
 #include <KesDevice/view/HardwareManagerPresenter.h>
@@ -184,6 +185,23 @@ TEST_F(HardwareManagerPresenterTest, RefusedAddressesAreExplainedInPlace)
     click("OK");
     ASSERT_EQ(confirmations, 1);
     EXPECT_EQ(confirmed->getKestos().size(), 2U);
+}
+
+TEST_F(HardwareManagerPresenterTest, SaysThatThereIsNoThreadForItsWork)
+{
+    open();
+    const std::string refusal = "The computer is too busy for this.";
+    {
+        const KesTest::NoThreads noThreads;
+        click("Search");
+        EXPECT_TRUE(reads(refusal));
+        add("10.1.0.1");
+    }
+    click("Search");
+    EXPECT_TRUE(waitFor([this] { return reads("Found in the network:"); }));
+    EXPECT_TRUE(reads(refusal)) << "beside the address";
+    click("Identify 10.1.0.1");
+    EXPECT_TRUE(waitFor([&] { return !reads(refusal); }));
 }
 
 TEST_F(HardwareManagerPresenterTest, SearchListsWhatIsInTheNetwork)

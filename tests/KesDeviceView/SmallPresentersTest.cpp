@@ -1,4 +1,5 @@
 #include "support/GuiTest.h"
+#include "support/NoThreads.h"
 
 #include <KesDevice/KestoStateGlobalUpdater.h>
 #include <KesDevice/view/KestoStateUpdaterSwitchPresenter.h>
@@ -29,6 +30,20 @@ TEST_F(SmallPresentersTest, TheSwitchTurnsUpdatesOnAndOff)
     EXPECT_FALSE(check.get_active());
     KesTest::runPendingEvents();
     EXPECT_FALSE(updater.isUpdating());
+}
+
+TEST_F(SmallPresentersTest, TheSwitchStaysAliveWhenThereIsNoThreadForItsWork)
+{
+    KesDevice::KestoStateUpdaterSwitchPresenter presenter;
+    auto& check = dynamic_cast<Gtk::CheckButton&>(*presenter.getView());
+    {
+        const KesTest::NoThreads noThreads;
+        check.clicked();
+        EXPECT_FALSE(check.get_active());
+    }
+    check.clicked();
+    EXPECT_TRUE(waitFor([this] { return updater.isUpdating(); }));
+    EXPECT_TRUE(check.get_active());
 }
 
 TEST_F(SmallPresentersTest, TheSwitchFollowsOtherThreadsAndDiesInPeace)

@@ -49,6 +49,8 @@ protected:
         receiver->onLine = std::move(action);
         return Scope(*this);
     }
+    /// What the link says when the device refuses.
+    static std::string refusal(const std::string& text) { return "KESTO-3 No. 00017: " + text; }
     /// The lines of a sequence up to its end.
     std::vector<std::string> run(const KesDriver::OutputSequence& sequence)
     {

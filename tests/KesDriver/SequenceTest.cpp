@@ -286,7 +286,7 @@ TEST_F(WeakDeviceTest, BinaryOutputsFollowTheSteps)
     ASSERT_TRUE(link->stopOutputs());
     EXPECT_EQ(device->getOutputs().binaryOutputs, 0U);
     EXPECT_EQ(message(link->runSequence({{{}, 1s, InputCondition{3}}})),
-              "Step 1. Binary input 3 does not exist: the device has 2.");
+              refusal("Step 1. Binary input 3 does not exist: the device has 2."));
 }
 
 TEST_F(WeakDeviceTest, HandAndContactCloseAnInputTogether)

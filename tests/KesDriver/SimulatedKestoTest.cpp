@@ -27,16 +27,16 @@ protected:
 TEST_F(SimulatedKestoTest, OutputsNeedWorkingModeAndSaneValues)
 {
     ASSERT_TRUE(link->connect(connection));
-    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), "The outputs are not switched on.");
+    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), refusal("The outputs are not switched on."));
     EXPECT_FALSE(link->runSequence({{amperes(1.0), 1s}}));
     ASSERT_TRUE(link->startWorkingMode());
     EXPECT_TRUE(device->isWorking());
     const auto refused = link->setOutputs(amperes(33.0));
-    EXPECT_EQ(message(refused), "IA: 33 A is above the limit of 32 A.");
+    EXPECT_EQ(message(refused), refusal("IA: 33 A is above the limit of 32 A."));
     EXPECT_FALSE(isConnectionError(refused));
     EXPECT_TRUE(link->setOutputs(amperes(2.0)));
     EXPECT_TRUE(link->runSequence({{amperes(3.0), 1h}}));
-    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), "A sequence is running.");
+    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), refusal("A sequence is running."));
     EXPECT_TRUE(link->stopWorkingMode());
     EXPECT_EQ(device->getOutputs(), OutputState{});
     EXPECT_EQ(device->getEnergisings(), 1U);
@@ -166,7 +166,7 @@ TEST_F(SimulatedKestoTest, FaultEndsTheOutputAndIsRepeated)
     EXPECT_EQ(lines[1], "fault IAl");
     EXPECT_TRUE(lines[2].starts_with("finished incomplete")) << lines[2];
 
-    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), "Fault: IA - overload");
+    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), refusal("Fault: IA - overload"));
     device->simulateOverload(6);
     KestoState state;
     ASSERT_TRUE(link->readState(state));

@@ -199,20 +199,22 @@ protected:
 
 TEST_F(ArmedTest, WaitsWithTheOutputsOff)
 {
-    EXPECT_EQ(message(link->startArmed({})), "There is no sequence that waits for its start.");
+    EXPECT_EQ(message(link->startArmed({})), refusal("There is no sequence that waits for its start."));
     ASSERT_TRUE(link->setOutputs(amperes(1.0)));
-    EXPECT_EQ(message(link->armSequence({})), "The sequence has no steps.");
+    EXPECT_EQ(message(link->armSequence({})), refusal("The sequence has no steps."));
     ASSERT_TRUE(link->armSequence(sequence));
     EXPECT_EQ(device->getOutputs(), OutputState{});
     for (const auto& result :
          {link->setOutputs(amperes(1.0)), link->runSequence(sequence), link->armSequence(sequence)})
-        EXPECT_EQ(message(result), "A sequence waits for its start.");
+        EXPECT_EQ(message(result), refusal("A sequence waits for its start."));
     EXPECT_FALSE(device->connectTestObject(nullptr));
 
     ClockReading clock;
     ASSERT_TRUE(link->readClock(clock));
-    EXPECT_EQ(message(link->startArmed({.at = clock.common - 1us})), "The moment of the start has passed.");
-    EXPECT_EQ(message(link->startArmed({.input = 9})), "Binary input 9 does not exist: the device has 8.");
+    EXPECT_EQ(message(link->startArmed({.at = clock.common - 1us})),
+              refusal("The moment of the start has passed."));
+    EXPECT_EQ(message(link->startArmed({.input = 9})),
+              refusal("Binary input 9 does not exist: the device has 8."));
     ASSERT_TRUE(link->startArmed({}));
     ASSERT_TRUE(receiver->waitFor("step 0"));
     EXPECT_EQ(device->getOutputs(), amperes(1.0));

@@ -8,6 +8,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -31,7 +33,7 @@ TestResults someResults()
     results.dropOff = RampResult{MeasureState::NoOperation, 0.0};
     results.end = RunEnd::Complete;
     results.device = "KESTO-3 No. 00017 <&\">";
-    results.isSimulated = true;
+    results.origin = Origin::Simulated;
     results.startedAt = "2024-03-01 14:05:09";
     return results;
 }
@@ -146,12 +148,44 @@ TEST(OvercurrentArchiveTest, RepairKeepsWhatCanBeRead)
         auto stream = packed(entries, ArchiveHelper::PREFIX);
         return OvercurrentArchive::repair(stream);
     };
-    EXPECT_EQ(repairedWithout("plan.xml")->plan, TestPlan());
+    EXPECT_EQ(repairedWithout("plan.xml")->plan, someResults().plan);
     EXPECT_EQ(repairedWithout("plan.xml")->results, someResults());
     EXPECT_FALSE(repairedWithout("test-results.xml")->results);
     EXPECT_EQ(repairedWithout("test-results.xml")->plan, someArchive().plan);
-    // Whether they come from a simulated device is not known any more.
-    EXPECT_FALSE(repairedWithout("info.xml")->results);
+    EXPECT_EQ(repairedWithout("settings.xml")->results, someResults());
+    // Whether they come from a simulated device is not known any more, then and after saving.
+    auto unknown = someResults();
+    unknown.origin = Origin::Unknown;
+    unknown.device.clear();
+    unknown.startedAt.clear();
+    EXPECT_EQ(repairedWithout("info.xml")->results, unknown);
+    EXPECT_EQ(OvercurrentArchive::read(*repairedWithout("info.xml")->pack())->results, unknown);
+}
+
+TEST(OvercurrentModelArchiveTest, AChangedByteCostsOnePartAtMostAndThatIsNamed)
+{
+    const std::string whole = textOf(*someArchive().pack());
+    const auto end = whole.rfind("PK\5\6") + 22;
+    OvercurrentModel model;
+    std::string said;
+    model.signalMessage.connect([&](const std::string& text) { said += text + "\n"; });
+    for (std::size_t at = 0; at < end; at += at < 100 ? 1 : 3) {
+        auto damaged = whole;
+        damaged[at] = static_cast<char>(damaged[at] ^ (at < 100 ? 0x01 : 0x55));
+        std::stringstream stream(damaged);
+        said.clear();
+        ASSERT_TRUE(model.setDataStream(stream, true)) << at;
+        const bool areSettingsWhole = model.getSettings().settingCurrent == 0.9;
+        const bool isPlanWhole = model.getPlan() == someArchive().plan;
+        const auto results = model.getResults();
+        const bool isOriginWhole = results && results->origin == Origin::Simulated;
+        EXPECT_GE(areSettingsWhole + isPlanWhole + results.has_value() + (isOriginWhole || !results), 3)
+            << at;
+        EXPECT_EQ(std::count(said.begin(), said.end(), '\n'),
+                  !areSettingsWhole + !isPlanWhole + !results + (results && !isOriginWhole))
+            << at << ": " << said;
+        EXPECT_TRUE(areSettingsWhole || model.getSettings() == someResults().settings) << at;
+    }
 }
 
 TEST(OvercurrentArchiveTest, NoTruncationIsTakenForAWholeArchive)
@@ -168,10 +202,34 @@ TEST(OvercurrentArchiveTest, NoTruncationIsTakenForAWholeArchive)
     EXPECT_GT(repaired, 0u);
 }
 
+TEST(OvercurrentModelArchiveTest, HostileEntriesAreRefusedAndRepairedInAMoment)
+{
+    std::string attributes;
+    for (int i = 0; i < 40000; ++i)
+        attributes += " a" + std::to_string(i) + "=\"\"";
+    std::string elements;
+    for (int i = 0; i < 1000000; ++i)
+        elements += "<a/>";
+    OvercurrentModel model;
+    for (const auto& hostile : {"<plan" + attributes + "/>", "<plan>" + elements + "</plan>"}) {
+        auto entries = entriesOf(someArchive());
+        entries["plan.xml"] = hostile;
+        auto stream = packed(entries, ArchiveHelper::PREFIX);
+        for (const bool repair : {false, true}) {
+            const auto start = std::chrono::steady_clock::now();
+            EXPECT_EQ(model.setDataStream(stream, repair), repair);
+            EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+        }
+        EXPECT_EQ(model.getResults(), someResults());
+    }
+}
+
 TEST(OvercurrentModelArchiveTest, RepairSaysWhatWasLost)
 {
     const std::string results = "The results could not be read.";
     const std::string plan = "The plan could not be read; the default one is used.";
+    const std::string planOfTest = "The plan could not be read; that of the test is used.";
+    const std::string origin = "Which device made the results, and when, could not be read.";
     auto untested = someArchive();
     untested.results.reset();
     OvercurrentModel model;
@@ -187,13 +245,27 @@ TEST(OvercurrentModelArchiveTest, RepairSaysWhatWasLost)
     auto entries = entriesOf(someArchive());
     EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX), "");
     entries["plan.xml"] = "<broken";
-    EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX), plan);
+    EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX), planOfTest);
+    EXPECT_EQ(model.getPlan(), someResults().plan);
     entries["info.xml"] = "<broken";
+    EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX), origin + "\n" + planOfTest);
+    EXPECT_THAT(model.getState(), testing::HasSubstr("ORIGIN UNKNOWN"));
+    entries["test-results.xml"] = "<broken";
     EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX), results + "\n" + plan);
     EXPECT_EQ(Outcome::create(nullptr, true).text, "The results of this file could not be read.");
     entries = entriesOf(untested);
     entries["info.xml"] = "<broken";
     EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX), "");
+    entries["settings.xml"] = "<broken";
+    EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX),
+              "The settings could not be read; the default ones are used.");
+    entries = entriesOf(untested);
+    replace(entries.at("settings.xml"), "<value id=\"settingCurrent\">0.9</value>", "");
+    EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX),
+              "Some settings are missing in the file; check them all.");
+    entries = entriesOf(untested);
+    entries.erase("info.xml");
+    entries.erase("test-results.xml");
     entries["results.xml"] = "<results end=\"complete\"><point/></results>";
     EXPECT_EQ(repair(entries, ArchiveHelper::OUTDATED_PREFIX), results);
     model.newData("");
@@ -232,8 +304,13 @@ TEST(OvercurrentModelArchiveTest, LoadsAllOrNothing)
     const std::string before = textOf(*model.getDataStream());
     EXPECT_FALSE(model.setDataStream(stream, false));
     EXPECT_EQ(textOf(*model.getDataStream()), before);
+    for (const auto& name : {"settings.xml", "plan.xml", "test-results.xml"})
+        entries[name] = "<broken";
+    auto intactInfo = packed(entries, ArchiveHelper::PREFIX);
+    EXPECT_FALSE(model.setDataStream(intactInfo, true));
     std::stringstream nothing("anything else");
     EXPECT_FALSE(model.setDataStream(nothing, true));
+    EXPECT_EQ(textOf(*model.getDataStream()), before);
 }
 
 TEST(OvercurrentModelArchiveTest, ResultsOfOtherSettingsAreNotTakenForThoseOfTheFile)

@@ -76,7 +76,7 @@ TEST_F(ModelRunTest, MeasuresTheSameAtAnySpeed)
     EXPECT_THAT(getTexts(), IsEmpty());
     auto slow = *model.getResults();
     EXPECT_EQ(slow.points.size(), 8u);
-    EXPECT_TRUE(slow.isSimulated);
+    EXPECT_EQ(slow.origin, Origin::Simulated);
     model.announceOutcome();
     EXPECT_THAT(model.getState(), HasSubstr("SIMULATED DEVICE"));
     finishes = 0;

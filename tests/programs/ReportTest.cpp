@@ -27,7 +27,7 @@ TestResults someResults()
                       {5.0, MeasureState::NoOperation, {}}};
     results.end = RunEnd::Stopped;
     results.device = "KESTO-3 <b>No.</b> 00017";
-    results.isSimulated = true;
+    results.origin = Origin::Simulated;
     return results;
 }
 
@@ -78,8 +78,12 @@ TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)
 TEST_F(ReportTest, ARealDeviceHasNoWarningAndNoTestNoResults)
 {
     auto results = someResults();
-    results.isSimulated = false;
-    EXPECT_THAT(make(&results), Not(HasSubstr("SIMULATED")));
+    results.origin = Origin::Unknown;
+    EXPECT_THAT(make(&results),
+                AllOf(HasSubstr("ORIGIN UNKNOWN"), HasSubstr("may come from a simulated bench"),
+                      Not(HasSubstr("SIMULATED DEVICE"))));
+    results.origin = Origin::Device;
+    EXPECT_THAT(make(&results), AllOf(Not(HasSubstr("SIMULATED")), Not(HasSubstr("UNKNOWN"))));
     EXPECT_EQ(make(&results), make(&results));
     EXPECT_THAT(make(nullptr), AllOf(HasSubstr("No test has been made"), Not(HasSubstr("Operate times"))));
 }

@@ -63,7 +63,19 @@ for option in save report screenshot; do
     holds err "missing/file"
     [ ! -e missing ] || fail "--$option has made a folder"
 done
+none() {
+    [ -z "$(find "$state" -name "*.work" -o -name "*.former" 2>/dev/null)" ] || fail "copies of work are left over: $*"
+}
+state=${XDG_STATE_HOME:-$HOME/.local/state}
+none "nothing has been measured"
 expect 3 "$overcurrent" --language en --run --speed 5000 --save /dev/full --quit
+[ "$(find "$state" -name "*.work" | wc -l)" -eq 1 ] || fail "what could not be saved is lost"
+mkfifo pipe
+for option in save report screenshot; do
+    expect 3 "$overcurrent" --language en a.kovc --$option pipe --quit
+    holds err "$work/pipe"
+done
+rm -rf "$state/kes"
 
 echo "Arguments that cannot be understood"
 expect 2 "$overcurrent" --language xx
@@ -106,13 +118,11 @@ wait $child
 status=$?
 [ $status -eq 4 ] || fail "status $status instead of 4 after SIGINT ($(cat err))"
 
-echo "A configuration that cannot be written"
-mkdir -p "$XDG_CACHE_HOME/kes"
-rm -rf "$XDG_CACHE_HOME/kes/OvercurrentModel.cfg"
-mkdir -p "$XDG_CACHE_HOME/kes/OvercurrentModel.cfg"
-expect 3 "$overcurrent" --language en --quit
-holds err "configuration could not be saved"
-rmdir "$XDG_CACHE_HOME/kes/OvercurrentModel.cfg"
+echo "What belongs to a user is left alone"
+rm -rf "$XDG_CACHE_HOME/kes"
+expect 0 "$overcurrent" --language en a.kovc --quit
+[ ! -e "$XDG_CACHE_HOME/kes/OvercurrentModel.cfg" ] || fail "a configuration without a user"
+none "at the end"
 
 [ $failures -eq 0 ] && echo "All is well"
 exit $((failures > 0))

@@ -81,7 +81,11 @@ public:
     {
         return _state->call(LinkCall::ReadState, [&] { state = _state->state; });
     }
-    Kes::Result readLimits(OutputLimits&) override { return true; }
+    Kes::Result readLimits(OutputLimits& limits) override
+    {
+        limits = _state->get(_state->limits);
+        return true;
+    }
     Kes::Result readTime(DeviceTime&) override { return true; }
     Kes::Result setAuxDC(bool enable, double volts) override
     {

@@ -51,6 +51,10 @@ public:
     {
         _state->set([&] { _state->identity.identifer = identifer; });
     }
+    void setLimits(const KesDriver::OutputLimits& limits)
+    {
+        _state->set([&] { _state->limits = limits; });
+    }
     void setState(KesDriver::KestoState state)
     {
         _state->set([&] { _state->state = std::move(state); });
@@ -115,6 +119,7 @@ private:
 
         KesDriver::KestoIdentity identity{{3, 17}, "1.0", "2026-01-31"};
         KesDriver::KestoState state{true, false, 0.0, {}};
+        KesDriver::OutputLimits limits;
         std::map<LinkCall, std::string> failures;
         std::set<LinkCall> held;
         std::set<LinkCall> heldAnswers;

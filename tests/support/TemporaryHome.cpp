@@ -16,6 +16,7 @@ TemporaryHome::TemporaryHome()
     _set("HOME", _path);
     _set("XDG_CACHE_HOME", _path / ".cache");
     _set("XDG_CONFIG_HOME", _path / ".config");
+    _set("XDG_STATE_HOME", _path / ".local/state");
     _set("XDG_DATA_HOME", _path / ".local/share");
     _set("XDG_DOCUMENTS_DIR", _path / "Documents");
 }

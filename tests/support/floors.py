@@ -20,7 +20,7 @@ FLOORS = {
 }
 FLOORS["KesDevice/view"] = ["KesDevice", "KesDriver", "KesCommonView", "KesCommon"]
 PROGRAMS = list(FLOORS)
-for floor in (("text",), ("archive",), ("views", "model"), ("statusbar",), ("shell",)):
+for floor in (("text",), ("archive",), ("recovery",), ("views", "model"), ("statusbar",), ("shell",)):
     folders = [f"KesProgram/{name}" for name in floor]
     FLOORS.update({folder: list(PROGRAMS) for folder in folders})
     PROGRAMS += folders
@@ -31,6 +31,7 @@ FORBIDDEN = {
     "KesDriver": r"gtk|gdk",
     "KesDevice": r"gtk|gdk",
     "KesTree": r"gtk|gdk",
+    "KesProgram/recovery": r"gtk|gdk|KesCommonView/|KesDevice/",
     "KesProgram/model": r"gtk|gdk|KesDevice/view/|KesTreeManager/|KesTreeRelay/",
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]')

@@ -8,7 +8,7 @@ fi
 home=$(mktemp -d "${TMPDIR:-/tmp}/kes-home.XXXXXX") || exit 1
 trap 'rm -rf "$home"' EXIT
 export KES_HEADLESS=1 HOME="$home" XDG_CACHE_HOME="$home/.cache" XDG_CONFIG_HOME="$home/.config" \
-    XDG_DATA_HOME="$home/.local/share" XDG_DOCUMENTS_DIR="$home/Documents" GDK_BACKEND=x11
+    XDG_STATE_HOME="$home/.local/state" XDG_DATA_HOME="$home/.local/share" XDG_DOCUMENTS_DIR="$home/Documents" GDK_BACKEND=x11
 # What the session bus and its services say is of no interest; the command keeps its own output.
 xvfb-run -a -s "-screen 0 ${KES_SCREEN:-1280x1024x24} -noreset" sh -c '
     exec dbus-run-session -- "$@" 3>&2 4>&1 >/dev/null 2>&1' session sh -c '

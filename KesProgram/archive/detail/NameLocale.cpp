@@ -1,5 +1,7 @@
 #include <KesProgram/archive/detail/NameLocale.h>
 
+#include <cerrno>
+
 namespace KesProgram {
 
 namespace {
@@ -15,7 +17,10 @@ locale_t findLocale(NameLocale::Encoding encoding)
 
 } // namespace
 
-NameLocale::NameLocale(Encoding encoding) : _previous(uselocale(findLocale(encoding))) {}
+NameLocale::NameLocale(Encoding encoding) : _previous(uselocale(findLocale(encoding)))
+{
+    errno = 0;
+}
 
 NameLocale::~NameLocale()
 {

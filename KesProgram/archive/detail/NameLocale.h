@@ -6,6 +6,9 @@ namespace KesProgram {
 
 /// Fixes for its life time how libarchive understands entry names on this thread, whatever the locale of
 /// the process. Internal to archives.
+///
+/// Also clears `errno`: libarchive ends the process when a name cannot be converted and `errno` tells of an
+/// allocation that has failed, even if that was long before and somebody else's.
 class NameLocale {
 public:
     enum class Encoding {

@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdio>
+#include <string_view>
 #include <utility>
 
 namespace KesProgram {
@@ -63,6 +65,8 @@ private:
             return ARCHIVE_FATAL;
         try {
             const auto count = _fill(wanted);
+            // Nothing of the stream's is left for the library to find; see NameLocale.
+            errno = 0;
             _position += count;
             return count;
         } catch (...) {
@@ -112,14 +116,22 @@ private:
     std::array<char, 65536> _block;
 };
 
-ZipReader::ZipReader(std::istream& in, std::streamoff begin, std::streamoff end)
-    : _in(in), _source(std::make_unique<Source>(*in.rdbuf(), begin, end)), _reader(archive_read_new())
+ZipReader::ZipReader(std::istream& in, std::streamoff begin, std::streamoff end, ContentBudget& budget,
+                     Search search)
+    : _in(in),
+      _budget(budget),
+      _source(std::make_unique<Source>(*in.rdbuf(), begin, end)),
+      _reader(archive_read_new())
 {
     if (!_reader)
         return;
     const NameLocale locale(NameLocale::Encoding::Utf8);
-    archive_read_support_filter_all(_reader.get());
-    archive_read_support_format_all(_reader.get());
+    // No other format: one can only be made to begin like a ZIP by somebody who wants to reach its reader,
+    // and the memory of those has no bounds.
+    if (search == Search::Directory)
+        archive_read_support_format_zip(_reader.get());
+    else
+        archive_read_support_format_zip_streamable(_reader.get());
     _isOpen = _source->open(_reader.get());
 }
 
@@ -140,6 +152,8 @@ std::optional<std::string> ZipReader::next()
     const NameLocale locale(NameLocale::Encoding::Utf8);
     if (archive_read_next_header(_reader.get(), &_entry) != ARCHIVE_OK)
         return std::nullopt;
+    // Reading the header may have left an error behind that is over; see NameLocale.
+    errno = 0;
     const char* const name = archive_entry_pathname(_entry);
     if (!name)
         return std::nullopt;
@@ -153,12 +167,16 @@ std::optional<std::string> ZipReader::readContent()
 {
     const NameLocale locale(NameLocale::Encoding::Utf8);
     std::string content;
+    _isContentWhole = false;
+    if (!_isReadable())
+        return content;
     content.reserve(_expectedSize());
     for (;;) {
         const auto used = content.size();
         content.resize(used + blockSize);
         const auto count = archive_read_data(_reader.get(), content.data() + used, blockSize);
         content.resize(used + static_cast<std::size_t>(std::max<la_ssize_t>(count, 0)));
+        _isContentWhole = count == 0;
         if (count <= 0)
             break;
         if (!_budget.take(static_cast<std::uint64_t>(count)))
@@ -167,6 +185,14 @@ std::optional<std::string> ZipReader::readContent()
     if (content.capacity() / 2 > content.size())
         content.shrink_to_fit();
     return content;
+}
+
+// The library tells the method of an entry in the name of the format only.
+bool ZipReader::_isReadable() const
+{
+    const char* const format = archive_format_name(_reader.get());
+    const std::string_view method = format ? format : "";
+    return method.ends_with("(uncompressed)") || method.ends_with("(deflation)");
 }
 
 // The directory's word for the size saves moving the content while it grows. It may be a lie: deflate

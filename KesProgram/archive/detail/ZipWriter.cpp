@@ -39,7 +39,8 @@ NameLocale::Encoding encodingOf(const std::string& name)
 
 } // namespace
 
-ZipWriter::ZipWriter(std::ostream& zip) : _writer(archive_write_new()), _isOpen(false)
+ZipWriter::ZipWriter(std::ostream& zip, const ArchiveHelper::ContentLimits& limits)
+    : _writer(archive_write_new()), _isOpen(false), _budget(limits)
 {
     if (!_writer)
         return;

@@ -21,7 +21,7 @@ inline constexpr std::string_view zipSignature{"PK\3\4", 4};
 class ZipWriter {
 public:
     /// Writes to `zip`, which must live as long as the writer.
-    explicit ZipWriter(std::ostream& zip);
+    ZipWriter(std::ostream& zip, const ArchiveHelper::ContentLimits& limits);
     ~ZipWriter();
 
     bool isOpen() const { return _isOpen; }

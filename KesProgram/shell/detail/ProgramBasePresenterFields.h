@@ -5,6 +5,7 @@
 #include <KesCommonView/UpdateViewGuard.h>
 #include <KesDevice/view/HardwareManagerPresenter.h>
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
+#include <KesProgram/recovery/RecoveryKeeper.h>
 #include <KesProgram/shell/ProgramBasePresenter.h>
 #include <KesProgram/shell/ProgramMainMenuPresenter.h>
 #include <KesProgram/shell/TestObjectWindowPresenter.h>
@@ -60,10 +61,16 @@ struct ProgramBasePresenter::ImplFields : sigc::trackable {
     std::unique_ptr<KesDevice::HardwareManagerPresenter> hardwareSettings;
     std::unique_ptr<TestObjectWindowPresenter> testObject;
     std::unique_ptr<ArchiveManagerPresenter> archive;
+    /// After the model has been initialised; null without archive logic.
+    std::unique_ptr<RecoveryKeeper> recovery;
     std::unique_ptr<ProgramMainMenuPresenter> menuBar;
     std::unique_ptr<Kes::IPresenter> statusBar;
     sigc::connection closingFromView;
     std::unique_ptr<Kes::RectangleF> savedRectangle;
+
+    Attendance attendance = Attendance::User;
+    /// The recent files as they were read.
+    std::vector<std::string> loadedRecentFiles;
 
     /// What the first `open` has thrown: half a window cannot be shown.
     std::exception_ptr openFailure;
@@ -78,6 +85,7 @@ struct ProgramBasePresenter::ImplFields : sigc::trackable {
     Kes::ScopedConnection closedConnection;
     Kes::ScopedConnection messageConnection;
     Kes::ScopedConnection testObjectConnection;
+    Kes::ScopedConnection recoveryConnection;
     /// Made by the first close request that has to wait for a test, and then left in place.
     Kes::ScopedConnection runningConnection;
 };

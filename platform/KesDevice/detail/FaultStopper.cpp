@@ -1,12 +1,5 @@
 #include <KesDevice/detail/FaultStopper.h>
 
-#include <KesCommon/Log.h>
-#include <KesCommon/ObjectErrorHelper.h>
-#include <KesCommon/StringHelper.h>
-#include <KesDevice/HardwareManagerText.h>
-#include <KesDriver/ConnectionError.h>
-
-#include <system_error>
 #include <utility>
 
 namespace KesDevice {
@@ -40,29 +33,16 @@ void FaultStopper::stopOthers(const Kesto& failed)
                 (device.stopping && device.stopping->isRunning()))
                 continue;
             ended.push_back(std::move(device.stopping));
-            try {
-                device.stopping = std::make_shared<Kes::Worker>("KesDevice_Stop", [kesto] { _stop(*kesto); });
-            } catch (const std::system_error& error) {
-                KesLog::Log::writeError(error.what());
+            const auto stop = [kesto] { (void)kesto->stopOutputs(); };
+            if (auto worker = Kes::Worker::tryStart("KesDevice_Stop", stop))
+                device.stopping = std::make_shared<Kes::Worker>(std::move(*worker));
+            else
                 untold.push_back(kesto);
-            }
         }
     }
     // Without a thread for it, here.
     for (const auto& kesto : untold)
-        _stop(*kesto);
-}
-
-void FaultStopper::_stop(Kesto& kesto)
-{
-    const auto result = kesto.stopOutputs();
-    // A lost connection is told as such.
-    if (result || KesDriver::isConnectionError(result))
-        return;
-    kesto.signalNotice.emit(
-        Kes::StringHelper::format(lng::HardwareManager::get("Errors.General.stopOnFault"),
-                                  Kes::ObjectErrorHelper::toDisplayString({result.getError()}))
-            .c_str());
+        (void)kesto->stopOutputs();
 }
 
 void FaultStopper::wait()

@@ -38,8 +38,6 @@ private:
         std::shared_ptr<Kes::Worker> stopping;
     };
 
-    static void _stop(Kesto& kesto);
-
     std::atomic<bool> _isEnabled{false};
     std::mutex _mutex;
     std::map<const Kesto*, Device> _devices;

@@ -22,7 +22,6 @@ constexpr DeviceTime longestUptime = std::chrono::hours(24 * 366 * 10);
 constexpr CommonTime furthestDate = std::chrono::hours(24L * 366 * 10000);
 constexpr unsigned mostBinaryOutputs = 32;
 constexpr std::size_t longestIdentityText = 32;
-constexpr auto longestReleaseTime = std::chrono::seconds(10);
 
 bool isRange(double minimum, double maximum)
 {
@@ -68,8 +67,7 @@ OutputLimits correct(const OutputLimits& limits)
         isRange(limits.minimumHertz, limits.maximumHertz) && isRange(0.0, limits.maximumVoltAmperes) &&
         isRange(0.0, limits.continuousAmperes) && limits.overloadDuration >= DeviceTime(0) &&
         limits.binaryInputs <= mostBinaryInputs && limits.binaryOutputs <= mostBinaryOutputs &&
-        limits.maximumSteps > 0 && limits.releaseTime.count() >= 0 &&
-        limits.releaseTime <= longestReleaseTime;
+        limits.maximumSteps > 0 && limits.releaseTime.count() >= 0;
     return isPlausible ? limits : OutputLimits{};
 }
 

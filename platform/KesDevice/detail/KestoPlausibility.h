@@ -2,6 +2,7 @@
 
 #include <KesDriver/IKestoLink.h>
 
+#include <chrono>
 #include <string>
 
 /// What a device says is data from outside: these functions tell what can be believed. Any thread.
@@ -15,6 +16,10 @@ bool isPlausible(const KesDriver::ClockReading& reading);
 
 /// Texts made presentable.
 KesDriver::KestoIdentity correct(KesDriver::KestoIdentity identity);
+
+/// With the link's time-out before it, outputs are off within three seconds whatever happens, with a margin
+/// for a busy computer.
+inline constexpr std::chrono::milliseconds longestReleaseTime{750};
 
 /// The limits, or those of an ordinary device when they make no sense.
 KesDriver::OutputLimits correct(const KesDriver::OutputLimits& limits);

@@ -1,13 +1,11 @@
 #include <KesDevice/detail/Retirement.h>
 
-#include <KesCommon/Log.h>
 #include <KesCommon/Worker.h>
 #include <KesDevice/detail/AddressHold.h>
 
 #include <functional>
 #include <list>
 #include <mutex>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -36,11 +34,9 @@ void run(std::function<void()> work)
         // Those that have ended are destroyed at once.
         all.running.remove_if([](const auto& worker) { return !worker->isRunning(); });
         if (!all.isFinished) {
-            try {
-                all.running.push_back(std::make_shared<Kes::Worker>("KesDevice_End", work));
+            if (auto worker = Kes::Worker::tryStart("KesDevice_End", work)) {
+                all.running.push_back(std::make_shared<Kes::Worker>(std::move(*worker)));
                 return;
-            } catch (const std::system_error& error) {
-                KesLog::Log::writeError(error.what());
             }
         }
     }

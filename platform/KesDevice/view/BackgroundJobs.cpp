@@ -13,19 +13,27 @@ BackgroundJobs::~BackgroundJobs()
     const auto workers = std::exchange(_workers, {});
 }
 
-void BackgroundJobs::run(const std::string& threadName, std::weak_ptr<Kes::LifetimeToken> owner, Work work)
+bool BackgroundJobs::run(const std::string& threadName, std::weak_ptr<Kes::LifetimeToken> owner, Work work)
 {
     const auto place = _workers.emplace(_workers.end());
-    *place = Kes::Worker(threadName, [this, place, owner = std::move(owner), work = std::move(work)] {
-        auto completion = work();
-        _guard->safeBeginUpdateView([this, place, owner, completion = std::move(completion)] {
-            if (_workers.empty())
-                return;
-            _workers.erase(place);
-            if (owner.lock() && completion)
-                completion();
+    auto worker =
+        Kes::Worker::tryStart(threadName, [this, place, owner = std::move(owner), work = std::move(work)] {
+            auto completion = work();
+            _guard->safeBeginUpdateView([this, place, owner, completion = std::move(completion)] {
+                if (_workers.empty())
+                    return;
+                _workers.erase(place);
+                if (owner.lock() && completion)
+                    completion();
+            });
         });
-    });
+    if (!worker) {
+        _workers.erase(place);
+        return false;
+    }
+    // What the job has completed meanwhile comes later: it needs this thread.
+    *place = std::move(*worker);
+    return true;
 }
 
 } // namespace KesDevice

@@ -24,8 +24,8 @@ public:
     ~BackgroundJobs();
 
     /// Runs the work, and then its completion unless the owner has died meanwhile. The owner keeps the token
-    /// and dies on the GUI thread.
-    void run(const std::string& threadName, std::weak_ptr<Kes::LifetimeToken> owner, Work work);
+    /// and dies on the GUI thread. False, and neither is run, when the system has no thread to give.
+    [[nodiscard]] bool run(const std::string& threadName, std::weak_ptr<Kes::LifetimeToken> owner, Work work);
 
     /// How many jobs are not completed yet.
     std::size_t size() const { return _workers.size(); }

@@ -1,6 +1,7 @@
 #include <KesDevice/view/DeviceIdentification.h>
 
 #include <KesCommon/ObjectErrorHelper.h>
+#include <KesDevice/view/detail/DeviceViewText.h>
 
 #include <utility>
 
@@ -43,7 +44,7 @@ void DeviceIdentification::identify(const Kesto::Address& address)
     if (_adopt(address))
         return;
     _draft.setAsking(address);
-    _jobs.run("KesIdentify", _token, [this, address, network = _draft.getNetwork()] {
+    const bool isBegun = _jobs.run("KesIdentify", _token, [this, address, network = _draft.getNetwork()] {
         Answer answer;
         answer.result = Kesto::identify(*network, address, answer.identity, answer.isSimulated);
         return [this, address, answer] {
@@ -54,6 +55,8 @@ void DeviceIdentification::identify(const Kesto::Address& address)
                                         Kes::ObjectErrorHelper::toDisplayString({answer.result.getError()}));
         };
     });
+    if (!isBegun)
+        _draft.setIdentityError(address, lng::DeviceView::get("Jobs.refused"));
 }
 
 } // namespace KesDevice

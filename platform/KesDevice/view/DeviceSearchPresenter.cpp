@@ -64,17 +64,22 @@ void DeviceSearchPresenter::_onSearch()
 {
     if (std::exchange(_isSearching, true))
         return;
-    _showSearch();
-    _jobs.run("KesSearch", _token, [this, network = _draft.getNetwork()] {
+    _status = "Search.running";
+    const bool isBegun = _jobs.run("KesSearch", _token, [this, network = _draft.getNetwork()] {
         return [this, found = network->find()] { _onFound(found); };
     });
+    if (!isBegun) {
+        _isSearching = false;
+        _status = "Jobs.refused";
+    }
+    _showSearch();
 }
 
 void DeviceSearchPresenter::_onFound(std::vector<Kesto::Address> found)
 {
     _found = std::move(found);
     _isSearching = false;
-    _hasSearched = true;
+    _status = _found.empty() ? "Search.nothing" : "Search.found";
     _showSearch();
 }
 
@@ -84,10 +89,8 @@ void DeviceSearchPresenter::_showSearch()
     state.isRunning = _isSearching;
     for (const auto& address : _found)
         state.found.push_back({address.to_string(), _draft.contains(address)});
-    if (_isSearching)
-        state.status = lng::DeviceView::get("Search.running");
-    else if (_hasSearched)
-        state.status = lng::DeviceView::get(_found.empty() ? "Search.nothing" : "Search.found");
+    if (!_status.empty())
+        state.status = lng::DeviceView::get(_status);
     _view->setSearch(state);
 }
 

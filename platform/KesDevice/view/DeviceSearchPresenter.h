@@ -38,7 +38,8 @@ private:
     std::unique_ptr<IDeviceSearchView> _view;
     std::vector<Kesto::Address> _found;
     bool _isSearching = false;
-    bool _hasSearched = false;
+    /// The key of the text about the search; empty before the first one.
+    std::string _status;
     std::shared_ptr<Kes::LifetimeToken> _token = std::make_shared<Kes::LifetimeToken>();
 };
 

@@ -38,7 +38,7 @@ private:
     /// On a thread of its own: switching off waits for the device that is just being asked.
     void _carryOut()
     {
-        _jobs.run("KesUpdateSwitch", _token, [this, on = _wanted] {
+        const bool isBegun = _jobs.run("KesUpdateSwitch", _token, [this, on = _wanted] {
             _updater.setUpdating(on);
             return [this, on] {
                 if (_wanted != on)
@@ -47,6 +47,8 @@ private:
                     _show();
             };
         });
+        if (!isBegun)
+            _show();
     }
 
     KestoStateGlobalUpdater& _updater = KestoStateGlobalUpdater::getInstance();

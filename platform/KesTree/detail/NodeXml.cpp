@@ -1,11 +1,11 @@
 #include <KesTree/detail/NodeXml.h>
 
+#include <KesCommon/BoundedXmlReader.h>
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
 #include <KesTree/TreeText.h>
 
 #include <libxml++/libxml++.h>
-#include <libxml/parser.h>
 
 #include <algorithm>
 #include <optional>
@@ -19,8 +19,6 @@ using Kes::StringHelper::format;
 using lng::Tree;
 
 constexpr const char* version = "1";
-/// Far above any test object; keeps a hostile file from filling the memory with nodes.
-constexpr std::size_t maximumBytes = std::size_t{16} << 20;
 
 std::string valueText(const Node& node)
 {
@@ -113,14 +111,6 @@ std::optional<std::string> elementText(const xmlpp::Element& element)
     return text;
 }
 
-void prepareParser(xmlpp::DomParser& parser)
-{
-    parser.set_substitute_entities(false);
-    parser.set_validate(false);
-    parser.set_parser_options(XML_PARSE_NONET);
-    parser.set_throw_messages(true);
-}
-
 } // namespace
 
 std::string NodeXmlWriter::write(const Node& root)
@@ -146,20 +136,14 @@ Kes::Result NodeXmlReader::read(const std::string& xml, bool complete)
 
 Kes::Result NodeXmlReader::_collect(const std::string& xml)
 {
-    // What is written here has no document type; one could only define entities.
-    if (xml.size() > maximumBytes || xml.find("<!DOCTYPE") != std::string::npos)
+    Kes::BoundedXmlReader reader;
+    auto read = reader.read(xml);
+    if (reader.isRefused())
         return formError();
-    xmlpp::DomParser parser;
-    prepareParser(parser);
-    try {
-        parser.parse_memory_raw(reinterpret_cast<const unsigned char*>(xml.data()),
-                                static_cast<xmlpp::Parser::size_type>(xml.size()));
-    } catch (const std::exception& error) {
+    if (!read)
         return Kes::Result(
-            Kes::TextError::create(Tree::get("Error.xml"), {Kes::TextError::create(error.what())}));
-    }
-    const auto* document = parser.get_document();
-    return document && !document->get_internal_subset() ? _readDocument(*document) : formError();
+            Kes::TextError::create(Tree::get("Error.xml"), {Kes::TextError::create(reader.getError())}));
+    return _readDocument(xmlpp::Document(read.release()));
 }
 
 Kes::Result NodeXmlReader::_readDocument(const xmlpp::Document& document)

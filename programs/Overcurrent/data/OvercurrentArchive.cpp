@@ -4,12 +4,16 @@
 #include <Overcurrent/data/ResultsXml.h>
 #include <Overcurrent/data/XmlAttributes.h>
 
+#include <KesCommon/FileStream.h>
 #include <KesProgram/archive/ArchiveHelper.h>
 
 #include <libxml++/libxml++.h>
 
-#include <iterator>
+#include <cstdint>
+#include <functional>
+#include <numeric>
 #include <sstream>
+#include <utility>
 
 namespace Overcurrent {
 
@@ -20,6 +24,9 @@ namespace ArchiveHelper = KesProgram::ArchiveHelper;
 constexpr const char* program = "kes-overcurrent";
 constexpr const char* form = "2";
 
+/// Above every archive of this program by far.
+constexpr ArchiveHelper::ContentLimits limits{std::uint64_t{4} << 20, std::uint64_t{16} << 20};
+
 constexpr const char* infoName = "info.xml";
 constexpr const char* settingsName = "settings.xml";
 constexpr const char* planName = "plan.xml";
@@ -27,6 +34,9 @@ constexpr const char* planName = "plan.xml";
 // cut short still has its settings.
 constexpr const char* resultsName = "test-results.xml";
 constexpr const char* outdatedResultsName = "results.xml";
+
+constexpr std::pair<const char*, Origin> origins[] = {
+    {"false", Origin::Device}, {"true", Origin::Simulated}, {"unknown", Origin::Unknown}};
 
 std::string writeInfo(const std::optional<TestResults>& results)
 {
@@ -36,7 +46,7 @@ std::string writeInfo(const std::optional<TestResults>& results)
         if (!results)
             return;
         auto& test = *root.add_child("test");
-        setAttribute(test, "simulated", std::string(results->isSimulated ? "true" : "false"));
+        setAttribute(test, "simulated", wordOf(results->origin, origins));
         setAttribute(test, "device", results->device);
         setAttribute(test, "startedAt", results->startedAt);
     });
@@ -48,10 +58,15 @@ bool readTestInfo(const xmlpp::Element& root, std::optional<TestResults>& result
     if (!test || !results)
         return !test && !results;
     XmlAttributes attributes(*test);
-    results->isSimulated = attributes.boolean("simulated");
-    results->device = attributes.text("device");
-    results->startedAt = attributes.text("startedAt");
-    return attributes.isGood();
+    const auto origin = attributes.choice("simulated", origins);
+    const auto device = attributes.text("device");
+    const auto startedAt = attributes.text("startedAt");
+    if (!attributes.isGood())
+        return false;
+    results->origin = origin;
+    results->device = device;
+    results->startedAt = startedAt;
+    return true;
 }
 
 bool readInfo(const std::string& text, std::optional<TestResults>& results)
@@ -86,9 +101,7 @@ bool readResults(const std::string& text, std::optional<TestResults>& results)
 std::optional<std::string> entryText(const ArchiveHelper::DataMap& data, const char* name)
 {
     const auto found = data.find(name);
-    if (found == data.end())
-        return std::nullopt;
-    return std::string(std::istreambuf_iterator<char>(*found->second), std::istreambuf_iterator<char>());
+    return found == data.end() ? std::nullopt : Kes::readAtMost(*found->second, limits.entry);
 }
 
 void replaceAll(std::string& text, const std::string& what, const std::string& with)
@@ -97,21 +110,54 @@ void replaceAll(std::string& text, const std::string& what, const std::string& w
         text.replace(at, what.size(), with);
 }
 
-std::optional<OvercurrentArchive> convertOutdated(std::istream& stream)
+/// What stands in place of the signature, when it is one of the two but for a few damaged bytes.
+std::optional<std::string> readSignature(std::istream& stream)
 {
-    ArchiveHelper::DataMap data;
-    if (!ArchiveHelper::unpackStreamToData(stream, data, ArchiveHelper::OUTDATED_PREFIX))
-        return std::nullopt;
-    auto settings = entryText(data, settingsName);
-    if (!settings)
-        return std::nullopt;
-    replaceAll(*settings, "id=\"pickupCurrent\"", "id=\"settingCurrent\"");
+    constexpr std::size_t mostDamaged = 3;
+    const std::string& expected = ArchiveHelper::PREFIX;
+    std::string found(expected.size(), '\0');
+    stream.clear();
+    stream.seekg(0);
+    stream.read(found.data(), static_cast<std::streamsize>(found.size()));
+    const auto same = std::inner_product(found.begin(), found.end(), expected.begin(), std::size_t{0},
+                                         std::plus<>(), std::equal_to<>());
+    return same + mostDamaged >= expected.size() ? std::optional(found) : std::nullopt;
+}
+
+/// The signatures of both forms differ in a byte that may be a damaged one, so the entries have a say.
+bool isOutdated(const ArchiveHelper::DataMap& data, const std::string& signature)
+{
+    return !data.contains(infoName) && !data.contains(resultsName) &&
+           (data.contains(outdatedResultsName) || signature == ArchiveHelper::OUTDATED_PREFIX);
+}
+
+OvercurrentArchive convertOutdated(const ArchiveHelper::DataMap& data)
+{
     OvercurrentArchive archive;
-    archive.settings = *settings;
+    archive.settings = entryText(data, settingsName).value_or("");
+    replaceAll(archive.settings, "id=\"pickupCurrent\"", "id=\"settingCurrent\"");
     archive.isPlanLost = !readPlan(entryText(data, planName).value_or(""), archive.plan);
     const bool isNoTest = readXml(entryText(data, outdatedResultsName).value_or(""), "results",
                                   [](const xmlpp::Element& root) { return root.get_children().empty(); });
     archive.areResultsLost = !isNoTest;
+    return archive;
+}
+
+OvercurrentArchive takeIntactParts(const ArchiveHelper::DataMap& data)
+{
+    const auto text = [&data](const char* name) { return entryText(data, name).value_or(""); };
+    OvercurrentArchive archive;
+    archive.settings = text(settingsName);
+    archive.isPlanLost = !readPlan(text(planName), archive.plan);
+    archive.areResultsLost = !readResults(text(resultsName), archive.results);
+    if (archive.results) {
+        // Results without their circumstances must not pass for those of a real device.
+        archive.isOriginLost = !readInfo(text(infoName), archive.results);
+        if (archive.isOriginLost)
+            archive.results->origin = Origin::Unknown;
+        if (archive.isPlanLost)
+            archive.plan = archive.results->plan;
+    }
     return archive;
 }
 
@@ -131,14 +177,14 @@ std::unique_ptr<std::istream> OvercurrentArchive::pack() const
                 ResultsXml::write(root, *results);
         }));
     auto stream = std::make_unique<std::stringstream>();
-    ArchiveHelper::packDataToStream(*stream, data, ArchiveHelper::PREFIX);
+    ArchiveHelper::packDataToStream(*stream, data, ArchiveHelper::PREFIX, limits);
     return stream;
 }
 
 std::optional<OvercurrentArchive> OvercurrentArchive::read(std::istream& stream)
 {
     ArchiveHelper::DataMap data;
-    if (!ArchiveHelper::unpackStreamToData(stream, data, ArchiveHelper::PREFIX))
+    if (!ArchiveHelper::unpackStreamToData(stream, data, ArchiveHelper::PREFIX, limits))
         return std::nullopt;
     const auto info = entryText(data, infoName);
     const auto settings = entryText(data, settingsName);
@@ -156,22 +202,11 @@ std::optional<OvercurrentArchive> OvercurrentArchive::read(std::istream& stream)
 
 std::optional<OvercurrentArchive> OvercurrentArchive::repair(std::istream& stream)
 {
+    const auto signature = readSignature(stream);
     ArchiveHelper::DataMap data;
-    if (!ArchiveHelper::unpackStreamToData(stream, data, ArchiveHelper::PREFIX))
-        return convertOutdated(stream);
-    const auto settings = entryText(data, settingsName);
-    if (!settings)
+    if (!signature || !ArchiveHelper::recoverStreamToData(stream, data, *signature, limits))
         return std::nullopt;
-    OvercurrentArchive archive;
-    archive.settings = *settings;
-    archive.isPlanLost = !readPlan(entryText(data, planName).value_or(""), archive.plan);
-    archive.areResultsLost = !readResults(entryText(data, resultsName).value_or(""), archive.results);
-    // Results without their circumstances could pass for those of a real device.
-    if (archive.results && !readInfo(entryText(data, infoName).value_or(""), archive.results)) {
-        archive.results.reset();
-        archive.areResultsLost = true;
-    }
-    return archive;
+    return isOutdated(data, *signature) ? convertOutdated(data) : takeIntactParts(data);
 }
 
 } // namespace Overcurrent

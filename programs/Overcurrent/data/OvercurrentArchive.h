@@ -21,21 +21,24 @@ namespace Overcurrent {
 /// "settings.xml". It is read in repair mode only, and without its results: nothing in it tells whether they
 /// come from a real device.
 struct OvercurrentArchive {
-    /// As `KesTree::Node::serialize` writes it; for the test object to accept or refuse.
+    /// As `KesTree::Node::serialize` writes it; for the test object to accept or refuse. Empty when lost.
     std::string settings;
     TestPlan plan;
     std::optional<TestResults> results;
     /// What `repair` could not read.
     bool isPlanLost = false;
     bool areResultsLost = false;
+    bool isOriginLost = false;
 
     /// Never null. Positioned at the beginning.
     std::unique_ptr<std::istream> pack() const;
 
     /// Nothing when the stream holds anything but a complete archive that makes sense.
     static std::optional<OvercurrentArchive> read(std::istream& stream);
-    /// What can be read of a damaged archive or of one in the older form: the settings at least, else
-    /// nothing. A plan that cannot be read becomes the default one, results that cannot be read are left out.
+    /// What can be read of a damaged archive or of one in the older form; nothing when the stream is neither
+    /// (a signature with up to three damaged bytes counts as one). A plan that cannot be read becomes that of
+    /// the results or else the default one, results that cannot be read are left out, and results whose
+    /// circumstances cannot be read are of unknown origin.
     static std::optional<OvercurrentArchive> repair(std::istream& stream);
 };
 

@@ -24,6 +24,8 @@ struct RelaySettings {
 
     /// What an overcurrent stage (`RelayNodes::overcurrentStage`) holds. GUI thread.
     static RelaySettings fromNode(const KesTree::Node& stage);
+    /// Puts the settings into such a stage. False when it refuses one of them; it is to be filled anew then.
+    bool putInto(KesTree::Node& stage) const;
 
     bool operator==(const RelaySettings&) const = default;
 };

@@ -45,6 +45,9 @@ struct RampResult {
 /// How far a test has come.
 enum class RunEnd { Running, Complete, Stopped, Fault };
 
+/// What kind of device made results. Unknown when the file that held them was damaged there.
+enum class Origin { Device, Simulated, Unknown };
+
 /// What a test has measured, with the settings and the plan that it was made with: they may be edited
 /// afterwards. A value. Everything that can be calculated from the measured values is in `Evaluation`.
 struct TestResults {
@@ -54,9 +57,10 @@ struct TestResults {
     std::optional<RampResult> pickUp;
     std::optional<RampResult> dropOff;
     RunEnd end = RunEnd::Running;
-    /// The device of the test, as it calls itself, and whether it exists in this process only.
+    /// The device of the test, as it calls itself, and whether it exists in this process only. The name is
+    /// empty when it is not known.
     std::string device;
-    bool isSimulated = false;
+    Origin origin = Origin::Device;
     /// When the test began, as "2024-03-01 14:05:09" in local time; empty when it is not known.
     std::string startedAt;
 

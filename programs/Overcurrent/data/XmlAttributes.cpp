@@ -1,35 +1,21 @@
 #include <Overcurrent/data/XmlAttributes.h>
 
+#include <KesCommon/BoundedXmlReader.h>
 #include <KesCommon/NumberText.h>
 
 #include <libxml++/libxml++.h>
-#include <libxml/parser.h>
 
 namespace Overcurrent {
-
-namespace {
-
-/// Far above what is written here; keeps a hostile file from filling the memory with nodes.
-constexpr std::size_t maximumBytes = std::size_t{4} << 20;
-
-} // namespace
 
 bool readXml(const std::string& text, const char* rootName,
              const std::function<bool(const xmlpp::Element&)>& read)
 {
-    // What is written here has no document type; one could only define entities.
-    if (text.size() > maximumBytes || text.find("<!DOCTYPE") != std::string::npos)
+    auto parsed = Kes::BoundedXmlReader().read(text);
+    if (!parsed)
         return false;
     try {
-        xmlpp::DomParser parser;
-        parser.set_substitute_entities(false);
-        parser.set_validate(false);
-        parser.set_throw_messages(true);
-        parser.set_parser_options(XML_PARSE_NONET);
-        parser.parse_memory_raw(reinterpret_cast<const unsigned char*>(text.data()),
-                                static_cast<xmlpp::Parser::size_type>(text.size()));
-        const auto* document = parser.get_document();
-        const auto* root = document ? document->get_root_node() : nullptr;
+        const xmlpp::Document document(parsed.release());
+        const auto* root = document.get_root_node();
         return root && root->get_name() == rootName && read(*root);
     } catch (const std::exception&) {
         return false;

@@ -11,7 +11,7 @@ class Element;
 
 namespace Overcurrent {
 
-/// Reads a document without document type, entities and network, and hands its root to the function.
+/// Reads a document within the limits of `Kes::BoundedXmlReader`, and hands its root to the function.
 /// False when the text is no such document, its root has another name, or the function says so or throws.
 bool readXml(const std::string& text, const char* rootName,
              const std::function<bool(const xmlpp::Element&)>& read);

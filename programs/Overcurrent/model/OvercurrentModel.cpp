@@ -17,12 +17,19 @@ namespace {
 using KesProgram::RunVerdict;
 namespace Nodes = KesTree::RelayNodes;
 
+constexpr const char* settingsLostKey = "Repair.settingsLost";
+
+/// What `OvercurrentArchive::repair` could not read, a line for each.
 std::string lossText(const OvercurrentArchive& archive)
 {
-    using lng::Overcurrent::get;
-    std::string text = archive.areResultsLost ? get("Repair.resultsLost") : "";
-    if (archive.isPlanLost)
-        text += (text.empty() ? "" : "\n") + std::string(get("Repair.planLost"));
+    std::string text;
+    const auto tell = [&text](bool isLost, const char* key) {
+        if (isLost)
+            text += (text.empty() ? "" : "\n") + std::string(lng::Overcurrent::get(key));
+    };
+    tell(archive.areResultsLost, "Repair.resultsLost");
+    tell(archive.isOriginLost, "Repair.originLost");
+    tell(archive.isPlanLost, archive.results ? "Repair.planOfTest" : "Repair.planLost");
     return text;
 }
 
@@ -75,15 +82,17 @@ void OvercurrentModel::announceOutcome()
     if (isRunning())
         return;
     const auto results = getResults();
-    _announce(results ? Outcome::create(&*results).text : std::string(), results && results->isSimulated);
+    _announce(results ? Outcome::create(&*results).text : std::string(),
+              results ? results->origin : Origin::Device);
 }
 
-void OvercurrentModel::_announce(const std::string& text, bool isSimulated)
+void OvercurrentModel::_announce(const std::string& text, Origin origin)
 {
     using lng::Overcurrent::get;
-    _setState(isSimulated ? Kes::StringHelper::format(get("Simulated.state"), text,
-                                                      std::string(get("Simulated.title")))
-                          : text);
+    const char* const title = get(origin == Origin::Unknown ? "Unknown.title" : "Simulated.title");
+    _setState(origin == Origin::Device
+                  ? text
+                  : Kes::StringHelper::format(get("Simulated.state"), text, std::string(title)));
 }
 
 Kes::Result OvercurrentModel::writeReport(const std::string& path)
@@ -139,7 +148,10 @@ bool OvercurrentModel::setDataStream(std::istream& stream, bool flag)
     if (flag)
         return setRepairDataStream(stream);
     const auto archive = OvercurrentArchive::read(stream);
-    return archive && _load(*archive, true);
+    if (!archive || !_testObject->deserialize(archive->settings))
+        return false;
+    _load(*archive);
+    return true;
 }
 
 bool OvercurrentModel::setRepairDataStream(std::istream& stream)
@@ -147,22 +159,40 @@ bool OvercurrentModel::setRepairDataStream(std::istream& stream)
     const auto archive = OvercurrentArchive::repair(stream);
     if (!archive)
         return false;
-    // What the file does not hold becomes the default, not what the last file held.
-    (void)_testObject->deserialize(_defaultSettings);
-    if (!_load(*archive, false))
+    const std::string former = _testObject->serialize();
+    const char* const settingsKey = _repairSettings(*archive);
+    if (settingsKey == settingsLostKey && archive->isPlanLost && !archive->results) {
+        // Nothing is left of the file.
+        (void)_testObject->deserialize(former);
         return false;
-    if (archive->isPlanLost || archive->areResultsLost)
-        signalMessage.emit(lossText(*archive));
+    }
+    _load(*archive);
+    std::string text = lossText(*archive);
+    if (settingsKey)
+        text += (text.empty() ? "" : "\n") + std::string(lng::Overcurrent::get(settingsKey));
+    if (!text.empty())
+        signalMessage.emit(text);
     return true;
 }
 
-bool OvercurrentModel::_load(const OvercurrentArchive& archive, bool complete)
+const char* OvercurrentModel::_repairSettings(const OvercurrentArchive& archive)
 {
-    if (!_testObject->deserialize(archive.settings, complete))
-        return false;
+    // What the file does not hold becomes that of its test or the default, not what the last file held.
+    (void)_testObject->deserialize(_defaultSettings);
+    const bool isOfTest = archive.results && archive.results->settings.putInto(*_testObject);
+    if (archive.results && !isOfTest)
+        (void)_testObject->deserialize(_defaultSettings);
+    if (_testObject->deserialize(archive.settings))
+        return nullptr;
+    if (_testObject->deserialize(archive.settings, false))
+        return "Repair.settingsPartly";
+    return isOfTest ? "Repair.settingsOfTest" : settingsLostKey;
+}
+
+void OvercurrentModel::_load(const OvercurrentArchive& archive)
+{
     _abandonRun();
     _replaceData(archive);
-    return true;
 }
 
 void OvercurrentModel::_abandonRun()

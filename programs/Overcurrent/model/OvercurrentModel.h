@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Overcurrent/bench/SimulatedBench.h>
+#include <Overcurrent/data/DataSummary.h>
 #include <Overcurrent/data/TestPlan.h>
 #include <Overcurrent/data/TestResults.h>
 #include <Overcurrent/run/RunControl.h>
@@ -34,8 +35,8 @@ public:
     /// The plan or a setting of the test object has changed. GUI thread.
     sigc::signal<void()> signalPlanChanged;
 
-    /// Asked before a test replaces a complete one that is in no file; false: it does not start. Without it
-    /// nobody is asked. GUI thread.
+    /// Asked before a test replaces results that are in no file, however their test ended; false: it does not
+    /// start. Without it nobody is asked. GUI thread.
     std::function<bool()> confirmReplacing;
 
     OvercurrentModel();
@@ -78,6 +79,7 @@ public:
     KesTree::Node* getTestObject() override;
     std::string createReport() override;
     KesProgram::RunVerdict getRunVerdict() override;
+    std::string getDataSummary() override { return DataSummary::text(getResults()); }
 
 protected:
     bool _onPrepareStart() override;
@@ -91,8 +93,8 @@ private:
     void onPickUp(const RampResult& result) override;
     void onDropOff(const RampResult& result) override;
 
-    /// The state text, with a warning when the device is simulated. Any thread.
-    void _announce(const std::string& text, bool isSimulated);
+    /// The state text, with a warning unless the device is known to be a real one. Any thread.
+    void _announce(const std::string& text, Origin origin);
     bool _hasUnsavedTest();
     std::shared_ptr<KesDevice::Kesto> _getKesto();
     void _beginResults(const KesDevice::Kesto& kesto);
@@ -100,7 +102,9 @@ private:
     void _abandonRun();
     void _replaceData(const OvercurrentArchive& archive);
     void _changeRunResults(const std::function<void(TestResults&)>& change);
-    bool _load(const OvercurrentArchive& archive, bool complete);
+    void _load(const OvercurrentArchive& archive);
+    /// Puts the best settings that there are into the test object. Null, or the text about what was lost.
+    const char* _repairSettings(const OvercurrentArchive& archive);
 
     std::unique_ptr<KesTree::Node> _testObject;
     std::string _defaultSettings;

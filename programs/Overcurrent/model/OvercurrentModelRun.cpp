@@ -65,7 +65,7 @@ bool OvercurrentModel::_onPrepareStart()
 bool OvercurrentModel::_hasUnsavedTest()
 {
     const auto results = getResults();
-    return results && results->end == RunEnd::Complete && getArchiveManager()->isFileChanged();
+    return results && DataSummary::countMeasured(*results) > 0 && getArchiveManager()->isFileChanged();
 }
 
 bool OvercurrentModel::_onPrepareHardware()
@@ -117,7 +117,7 @@ void OvercurrentModel::_beginResults(const KesDevice::Kesto& kesto)
     results.settings = _runSettings;
     results.plan = _runPlan;
     results.device = kesto.getIdentifer().toDisplayString();
-    results.isSimulated = kesto.isSimulated();
+    results.origin = kesto.isSimulated() ? Origin::Simulated : Origin::Device;
     results.startedAt = Glib::DateTime::create_now_local().format("%Y-%m-%d %H:%M:%S");
     {
         std::lock_guard lock(_resultsMutex);
@@ -154,7 +154,7 @@ void OvercurrentModel::onPhase(const RunPhase& phase)
 {
     _progress = phase.progress;
     const auto results = getResults();
-    _announce(phaseText(phase), results && results->isSimulated);
+    _announce(phaseText(phase), results ? results->origin : Origin::Device);
     signalProgressChanged.emit();
 }
 

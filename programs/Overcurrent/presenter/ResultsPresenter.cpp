@@ -53,7 +53,7 @@ void ResultsPresenter::_updateOutcome(const TestResults* results)
 {
     const auto outcome = Outcome::create(results, _model.areResultsLost());
     _outcome->setOutcome(outcome.text, outcome.mark);
-    _outcome->setSimulated(results && results->isSimulated);
+    _outcome->setOrigin(results ? results->origin : Origin::Device);
     _outcome->setStale(_model.isResultStale());
 }
 

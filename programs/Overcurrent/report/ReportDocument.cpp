@@ -50,6 +50,12 @@ const char* verdictWord(const TestResults* results)
     return results ? words[static_cast<std::size_t>(Evaluation::verdict(*results))] : words[0];
 }
 
+const char* originWord(Origin origin)
+{
+    static constexpr const char* words[] = {"device", "simulated", "unknown"};
+    return words[static_cast<std::size_t>(origin)];
+}
+
 void addLines(xmlpp::Element& parent, const char* name, const std::vector<SettingsSummary::Line>& lines)
 {
     auto& group = *parent.add_child(name);
@@ -156,7 +162,7 @@ std::string ReportDocument::create(const RelaySettings& settings, const TestPlan
         root.set_attribute("language", lng::languageName());
         root.set_attribute("verdict", verdictWord(results));
         root.set_attribute("outcome", Outcome::create(results, areResultsLost).text);
-        root.set_attribute("simulated", results && results->isSimulated ? "true" : "false");
+        root.set_attribute("origin", originWord(results ? results->origin : Origin::Device));
         if (results) {
             root.set_attribute("device", results->device);
             root.set_attribute("startedAt", results->startedAt);

@@ -97,7 +97,8 @@ SequenceRecorder::Outcome SequenceRecorder::_judgeEnd()
 {
     if (getRecord().end->isComplete)
         return Outcome::Complete;
-    // The fault that has ended the sequence is reported next, and stops the run with its own text.
+    // A fault of this device has been told before and has stopped the run. One of another device, for which
+    // this one was told to stop, may still be on its way, and stops the run with its own text.
     _control.waitFor(faultDelay, [] { return false; });
     return _control.isStopped() ? Outcome::Stopped : _fail(lng::Overcurrent::get("Run.sequenceEnded"));
 }

@@ -10,12 +10,25 @@ constexpr Kes::TextTable table({
     {"Program.summary", "Tests an inverse-time overcurrent relay with a KESTO device.",
      "Проверка реле максимального тока с зависимой выдержкой времени с помощью устройства КЕСТО."},
 
+    {"Summary.noResults", "settings and plan", "уставки и план проверки"},
+    {"Summary.one", "%zu result of %s", "%zu результат от %s"},
+    {"Summary.few", "%zu results of %s", "%zu результата от %s"},
+    {"Summary.many", "%zu results of %s", "%zu результатов от %s"},
+
     {"Simulated.title", "SIMULATED DEVICE", "ИМИТИРУЕМОЕ УСТРОЙСТВО"},
     {"Simulated.state", "%s - %s", "%s — %s"},
     {"Simulated.notice",
      "SIMULATED DEVICE: these results come from a simulated bench and say nothing about a real relay.",
      "ИМИТИРУЕМОЕ УСТРОЙСТВО: результаты получены на имитируемом стенде и ничего не говорят о реальном "
      "реле."},
+
+    {"Unknown.title", "ORIGIN UNKNOWN", "ПРОИСХОЖДЕНИЕ НЕИЗВЕСТНО"},
+    {"Unknown.notice",
+     "ORIGIN UNKNOWN: the file was damaged where it tells which device made these results. They may come "
+     "from "
+     "a simulated bench.",
+     "ПРОИСХОЖДЕНИЕ НЕИЗВЕСТНО: файл повреждён там, где указано, каким устройством получены эти результаты. "
+     "Возможно, они получены на имитируемом стенде."},
 
     {"State.point", "Point %zu of %zu: %s x Is", "Точка %zu из %zu: %s x Is"},
     {"State.pickUp", "Pick-up value", "Ток срабатывания"},
@@ -46,6 +59,16 @@ constexpr Kes::TextTable table({
 
     {"Repair.planLost", "The plan could not be read; the default one is used.",
      "План проверки прочитать не удалось; используется план по умолчанию."},
+    {"Repair.planOfTest", "The plan could not be read; that of the test is used.",
+     "План проверки прочитать не удалось; используется план выполненной проверки."},
+    {"Repair.settingsLost", "The settings could not be read; the default ones are used.",
+     "Уставки прочитать не удалось; используются уставки по умолчанию."},
+    {"Repair.settingsOfTest", "The settings could not be read; those of the test are used.",
+     "Уставки прочитать не удалось; используются уставки выполненной проверки."},
+    {"Repair.settingsPartly", "Some settings are missing in the file; check them all.",
+     "В файле нет некоторых уставок; проверьте их все."},
+    {"Repair.originLost", "Which device made the results, and when, could not be read.",
+     "Каким устройством и когда получены результаты, прочитать не удалось."},
     {"Repair.resultsLost", "The results could not be read.", "Результаты прочитать не удалось."},
 
     {"Plan.refused", "The test cannot be started: %s", "Невозможно начать проверку: %s"},

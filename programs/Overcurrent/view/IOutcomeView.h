@@ -12,8 +12,8 @@ namespace Overcurrent {
 class IOutcomeView : public Kes::IView {
 public:
     virtual void setOutcome(const std::string& text, Mark mark) = 0;
-    /// Whether the results come from a simulated device.
-    virtual void setSimulated(bool simulated) = 0;
+    /// Where the results come from; a warning is shown unless that is a real device.
+    virtual void setOrigin(Origin origin) = 0;
     /// Whether the results belong to other settings than those shown.
     virtual void setStale(bool stale) = 0;
     /// From 0 to 1.

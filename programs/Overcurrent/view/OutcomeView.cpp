@@ -13,9 +13,8 @@ namespace {
 
 using lng::Overcurrent::get;
 
-void prepareNotice(Gtk::Label& label, const char* textKey, const char* styleClass)
+void prepareNotice(Gtk::Label& label, const char* styleClass)
 {
-    label.set_text(get(textKey));
     label.set_xalign(0.0f);
     label.set_line_wrap(true);
     label.set_no_show_all(true);
@@ -39,12 +38,13 @@ OutcomeView::OutcomeView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _line(Gtk::ORI
     _progress.set_size_request(220, -1);
     _progress.set_no_show_all(true);
     Kes::GtkWidgetHelper::setAccessibleName(_progress, get("Results.progress"));
-    prepareNotice(_simulated, "Simulated.notice", "notice-simulated");
-    prepareNotice(_stale, "Settings.stale", "notice-stale");
+    prepareNotice(_origin, "notice-simulated");
+    prepareNotice(_stale, "notice-stale");
+    _stale.set_text(get("Settings.stale"));
     _line.pack_start(_outcome, Gtk::PACK_EXPAND_WIDGET);
     _line.pack_end(_progress, Gtk::PACK_SHRINK);
     pack_start(_line, Gtk::PACK_SHRINK);
-    pack_start(_simulated, Gtk::PACK_SHRINK);
+    pack_start(_origin, Gtk::PACK_SHRINK);
     pack_start(_stale, Gtk::PACK_SHRINK);
 }
 
@@ -59,9 +59,10 @@ void OutcomeView::setOutcome(const std::string& text, Mark mark)
     style->add_class(styleClass(mark));
 }
 
-void OutcomeView::setSimulated(bool simulated)
+void OutcomeView::setOrigin(Origin origin)
 {
-    _simulated.set_visible(simulated);
+    _origin.set_text(get(origin == Origin::Unknown ? "Unknown.notice" : "Simulated.notice"));
+    _origin.set_visible(origin != Origin::Device);
 }
 
 void OutcomeView::setStale(bool stale)

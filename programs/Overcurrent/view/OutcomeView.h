@@ -14,7 +14,7 @@ public:
     OutcomeView();
 
     void setOutcome(const std::string& text, Mark mark) override;
-    void setSimulated(bool simulated) override;
+    void setOrigin(Origin origin) override;
     void setStale(bool stale) override;
     void setProgress(double share) override;
     void setRunning(bool running) override;
@@ -23,7 +23,7 @@ private:
     Gtk::Box _line;
     Gtk::Label _outcome;
     Gtk::ProgressBar _progress;
-    Gtk::Label _simulated;
+    Gtk::Label _origin;
     Gtk::Label _stale;
 };
 

@@ -111,6 +111,9 @@ TEST_F(ArchiveManagerTest, SaveWritesTheBytesAndKeepsTheNameWhenItCannotOpen)
     EXPECT_FALSE(_manager->saveAs(_home.file("missing/a.abc")));
     EXPECT_EQ(_takeEvents(), Texts{"name=" + path});
     EXPECT_TRUE(_manager->saveAs("/dev/full")) << "only opening is checked";
+    const auto pipe = _home.file("pipe.abc");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_FALSE(_manager->saveAs(pipe)) << "nobody reads it";
 }
 
 TEST_F(ArchiveManagerTest, ChangedMeansOtherBytesThanInTheFile)
@@ -133,6 +136,8 @@ TEST_F(ArchiveManagerTest, ChangedMeansOtherBytesThanInTheFile)
     _data = saved;
     std::filesystem::remove(path);
     EXPECT_TRUE(_manager->isFileChanged());
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    EXPECT_TRUE(_manager->isFileChanged()) << "what is no file is not waited for";
 }
 
 class ArchiveManagerPresenterTest : public ArchiveManagerTest {
@@ -184,6 +189,39 @@ TEST_F(ArchiveManagerPresenterTest, ANamedDocumentIsAskedAboutByPathAndAFailedSa
     EXPECT_EQ(dialogs.getTexts(),
               (Texts{"Save changes to the file " + path + " ?", "Error saving file.\n\nPath:\n" + path}));
     EXPECT_EQ(_presenter.getDisplayFileName(), path);
+}
+
+TEST_F(ArchiveManagerPresenterTest, AFileThatSomebodyElseHasWrittenIsOverwrittenOnlyWhenTheUserWantsIt)
+{
+    const auto path = _saveDocument();
+    const auto question =
+        "The file has been changed by another program since it was opened. Overwrite it?\n\nPath:\n" + path;
+    const std::function<void()> changes[] = {
+        [&] { writeFile(path, "another size"); },
+        [&] {
+            // The same size and time, another file.
+            const auto time = std::filesystem::last_write_time(path);
+            writeFile(path + ".new", std::string(std::filesystem::file_size(path), 'x'));
+            std::filesystem::last_write_time(path + ".new", time);
+            std::filesystem::rename(path + ".new", path);
+        }};
+    for (const auto& change : changes) {
+        _presenter.save();
+        EXPECT_THAT(dialogs.getTexts(), testing::IsEmpty()) << "it is its own file";
+        change();
+        const auto theirs = readFile(path);
+        dialogs.answer(DialogResult::No);
+        _presenter.save();
+        EXPECT_EQ(readFile(path), theirs);
+        dialogs.answer(DialogResult::Yes);
+        _presenter.save();
+        EXPECT_EQ(readFile(path), _data);
+        EXPECT_EQ(dialogs.getTexts(), (Texts{question, question}));
+        dialogs.clear();
+    }
+    std::filesystem::remove(path);
+    _presenter.save();
+    EXPECT_EQ(readFile(path), _data) << "nothing is overwritten";
 }
 
 TEST_F(ArchiveManagerPresenterTest, CreateAndOpenReplaceADocumentOnlyWhenItMayClose)

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <stdexcept>
 #include <thread>
 
 namespace KesTest {
@@ -43,6 +44,14 @@ public:
         signalStateChanged.connect([this] { write("state"); });
         signalClosing.connect([this] { write("closing"); });
         signalClosed.connect([this] { write("closed"); });
+    }
+    /// The hook or listener that writes this entry throws.
+    std::string throwing;
+    void write(const std::string& entry)
+    {
+        Record::write(entry);
+        if (entry == throwing)
+            throw std::runtime_error("thrown by " + entry);
     }
     ~RecordingModel() override
     {

@@ -4,7 +4,9 @@
 
 #include "support/ScheduleBench.h"
 
+#include <atomic>
 #include <thread>
+#include <tuple>
 
 namespace KesTest {
 namespace {
@@ -74,6 +76,44 @@ TEST_F(RunEnds, TheNextRunWaitsForWhatIsLeftOfTheOneBefore)
     EXPECT_TRUE(model.isRunning() && model.isOutputStarted());
     model.stopTest();
     model._finish();
+}
+
+/// Something that throws whenever it is called from the start of a run on, and whether the run is ended by
+/// its own stop or by that of closing.
+class ThrowingEnds : public RunFaults<RecordingModel>,
+                     public testing::WithParamInterface<std::tuple<const char*, bool>> {
+protected:
+    std::atomic<bool> isClosed{false};
+    Kes::ScopedConnection closed = model.signalClosed.connect([this] { isClosed = true; });
+};
+
+INSTANTIATE_TEST_SUITE_P(Everywhere, ThrowingEnds,
+                         testing::Combine(testing::Values("onPrepareHardware", "onStart", "onStop",
+                                                          "onFinishHardware", "onFinished", "onClosing",
+                                                          "hardwareChanged", "canStart", "canStop", "running",
+                                                          "finished(true)", "finished(false)", "state",
+                                                          "message: told", "closing", "closed"),
+                                          testing::Bool()));
+
+TEST_P(ThrowingEnds, LeaveTheOutputsOffAndTheProgramClosed)
+{
+    const auto [throwing, isStoppedFirst] = GetParam();
+    model.throwing = throwing;
+    start();
+    // It may have ended by what it throws.
+    ASSERT_TRUE(waitFor([this] { return model.isOutputStarted() || countFinishes() > 0; }));
+    (void)first.putOut(1.0);
+    model.signalMessage.emit("told");
+    if (isStoppedFirst) {
+        model.stopTest();
+        EXPECT_TRUE(waitForFinish());
+        EXPECT_TRUE(waitFor([this] { return !first.isPuttingOut(); }, 1s));
+    }
+    model.close();
+    EXPECT_TRUE(waitFor([this] { return isClosed.load(); }));
+    EXPECT_FALSE(first.isPuttingOut() || first->isWorking());
+    EXPECT_FALSE(model.isRunning() || model.isOutputStarted());
+    EXPECT_EQ(countFinishes(), 1U);
 }
 
 } // namespace

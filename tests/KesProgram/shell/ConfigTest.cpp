@@ -97,7 +97,9 @@ INSTANTIATE_TEST_SUITE_P(
         ReadCase{"<root><Rectangle>50;60;640</Rectangle><RecentFiles>@</RecentFiles></root>", true, false},
         ReadCase{"<root><RecentFiles>/no/such/file</RecentFiles><Rectangle/></root>", false, false},
         ReadCase{"", false, false, true}, ReadCase{"<root><Rectangle>", false, false, true},
-        ReadCase{"<root>\xff</root>", false, false, true}));
+        ReadCase{"<root>\xff</root>", false, false, true},
+        ReadCase{"<!DOCTYPE root [<!ENTITY r '50;60;640;480'>]><root><Rectangle>&r;</Rectangle></root>",
+                 false, false, true}));
 
 TEST_F(ConfigTest, FailureToWriteLeavesTheProgramOpen)
 {

@@ -12,6 +12,7 @@
 
 #include <atomic>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -60,6 +61,11 @@ public:
     std::unique_ptr<std::istream> getDataStream() override
     {
         return std::make_unique<std::istringstream>(data);
+    }
+    bool setDataStream(std::istream& stream, bool) override
+    {
+        data.assign(std::istreambuf_iterator<char>(stream), {});
+        return true;
     }
     bool usesLocalHardware() override { return true; }
     KesTree::Node* getTestObject() override { return testObject.get(); }
@@ -120,6 +126,7 @@ public:
     using ProgramBasePresenter::_onClosing;
     using ProgramBasePresenter::_saveXmlConfig;
 
+    void loadXmlConfig() { ProgramBasePresenter::_loadXmlConfig(); }
     void openFile(const std::string&) override {}
     Gtk::Window& getWindow() { return dynamic_cast<Gtk::Window&>(*getView()); }
     /// Presses the window's close button, as far as the window is concerned.

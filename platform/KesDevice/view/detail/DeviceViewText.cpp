@@ -46,6 +46,9 @@ constexpr Kes::TextTable table({
     {"Add.noDevice", "%s cannot be the address of a device.", "%s не может быть адресом устройства."},
     {"Add.taken", "%s is in the list already.", "%s уже есть в списке."},
     {"Add.inList", "in the list", "в списке"},
+    {"Jobs.refused", "The computer is too busy for this. Try again later.",
+     "Компьютер слишком занят. Повторите попытку позже."},
+
     {"Search.start", "Search", "Поиск"},
     {"Search.running", "Searching the network…", "Поиск в сети…"},
     {"Search.found", "Found in the network:", "Найдено в сети:"},

@@ -2,6 +2,7 @@
 
 #include <KesDriver/simulated/detail/SimulatedHost.h>
 
+#include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
 #include <KesDriver/ConnectionError.h>
 #include <KesDriver/DriverText.h>
@@ -17,6 +18,13 @@ using State = SimulatedConnection::State;
 Kes::Result failure(const char* key, const SimulatedConnection& connection)
 {
     return ConnectionError::failure(Kes::StringHelper::format(lng::Driver::get(key), connection.name));
+}
+
+/// The device's own words, with what stands for the device in front.
+Kes::Result refusal(const Kes::Result& result, const SimulatedConnection& connection)
+{
+    return Kes::Result::failure(connection.name + ": " +
+                                Kes::ObjectErrorHelper::toDisplayString({result.getError()}));
 }
 
 } // namespace
@@ -83,9 +91,11 @@ Kes::Result SimulatedHost::_call(Lock& lock, const Connection& connection, const
             _loseConnection();
         return _getFailure(connection);
     }
-    auto result = request(_device);
+    const auto result = request(_device);
     _passOnReports();
-    return _waitForAnswer(lock, connection) ? result : _getFailure(connection);
+    if (!_waitForAnswer(lock, connection))
+        return _getFailure(connection);
+    return result ? result : refusal(result, *connection);
 }
 
 /// False when the device has not become able to hear within the time-out, or the connection has ended.

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesProgram/archive/ArchiveHelper.h>
+
+#include <functional>
+#include <istream>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace KesProgram {
+
+/// A program's data at one moment, taken quickly and packed later on another thread: a provider that packs
+/// with `ArchiveHelper::packDataToStream` is spared the packing, which takes most of the time. A value that
+/// is cheap to copy; any thread.
+class KES_EXPORT DataSnapshot {
+public:
+    using Provider = std::function<std::unique_ptr<std::istream>()>;
+
+    /// Without data.
+    DataSnapshot();
+    /// Asks the provider, on the calling thread. Without data when that gives no stream. What it throws
+    /// passes through.
+    static DataSnapshot take(const Provider& provider);
+
+    bool isEmpty() const { return !_data; }
+    /// Whether the archives would be the same, bytes for bytes.
+    bool operator==(const DataSnapshot& other) const;
+
+    /// The bytes that the provider's stream would have given; empty without data.
+    std::string pack() const;
+
+private:
+    struct Data {
+        /// Of a program that makes its bytes in another way than packing them once.
+        std::string bytes;
+        std::string header;
+        std::map<std::string, std::string> entries;
+        ArchiveHelper::ContentLimits limits;
+
+        bool operator==(const Data&) const = default;
+    };
+
+    explicit DataSnapshot(Data data);
+
+    std::shared_ptr<const Data> _data;
+};
+
+} // namespace KesProgram

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommon/FileLock.h>
+#include <KesProgram/recovery/RecoveryCopy.h>
+
+#include <string>
+
+namespace KesProgram {
+
+/// A copy that an instance of the program has left behind when it ended, with the lock that its owner had:
+/// as long as this object lives, no other instance offers or deletes the copy. It stays where it is unless it
+/// is thrown away. Made by `RecoveryStore`. GUI thread.
+class KES_EXPORT LostWork {
+public:
+    LostWork(Kes::FileLock lock, std::string session, std::string file, RecoveryCopy copy);
+    ~LostWork();
+    LostWork(LostWork&&) noexcept;
+    LostWork& operator=(LostWork&&) noexcept;
+
+    const RecoveryCopy& getCopy() const { return _copy; }
+    /// For good, by the user's own answer.
+    void throwAway();
+
+private:
+    friend class RecoveryStore;
+
+    Kes::FileLock _lock;
+    std::string _session;
+    std::string _file;
+    RecoveryCopy _copy;
+};
+
+} // namespace KesProgram

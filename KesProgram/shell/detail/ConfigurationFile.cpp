@@ -1,0 +1,135 @@
+#include <KesProgram/shell/detail/ConfigurationFile.h>
+
+#include <KesCommon/BoundedXmlReader.h>
+#include <KesCommon/FileStream.h>
+#include <KesCommon/FileSystem.h>
+#include <KesCommon/SystemError.h>
+#include <KesProgram/shell/ConfigurationError.h>
+
+#include <fcntl.h>
+#include <glibmm/miscutils.h>
+#include <libxml++/libxml++.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <stdexcept>
+#include <utility>
+
+namespace KesProgram {
+
+namespace {
+
+constexpr std::chrono::seconds longestWait{2};
+constexpr mode_t newFileMode = 0666;
+
+/// Not left to the XML library, which takes a path for a URI and tells standard error of a missing file.
+std::optional<std::string> readFile(const std::string& path)
+{
+    auto stream = Kes::openInputFileUTF8Name(path, std::ios::in | std::ios::binary);
+    if (!stream.is_open())
+        return std::nullopt;
+    // A longer one is refused by its reader.
+    std::string text(Kes::BoundedXmlReader::Limits().bytes + 1, '\0');
+    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(stream.gcount()));
+    return text;
+}
+
+bool isWhole(const std::optional<std::string>& text)
+{
+    if (!text || text->empty())
+        return false;
+    return Kes::BoundedXmlReader().read(*text) != nullptr;
+}
+
+} // namespace
+
+ConfigurationFile::ConfigurationFile(std::string path)
+    : _path(std::move(path)), _formerPath(_path + ".former")
+{}
+
+void ConfigurationFile::makeFolder() const
+{
+    Kes::mkdir_with_parents(Glib::path_get_dirname(_path));
+}
+
+std::optional<Kes::FileLock> ConfigurationFile::lock() const
+{
+    return Kes::FileLock::takeWithin(_path + ".lock", longestWait);
+}
+
+std::string ConfigurationFile::read() const
+{
+    auto text = readFile(_path);
+    if (!isWhole(text))
+        if (auto former = readFile(_formerPath); isWhole(former))
+            return std::move(*former);
+    if (!text)
+        throw std::runtime_error("cannot open " + _path);
+    return std::move(*text);
+}
+
+void ConfigurationFile::write(xmlpp::Document& document) const
+{
+    _probe();
+    _keepFormer();
+    _writeTwice(document);
+    _sync();
+    std::error_code ignored;
+    std::filesystem::remove(_formerPath, ignored);
+}
+
+/// The XML library has no words for a user.
+void ConfigurationFile::_probe() const
+{
+    const int file = open(_path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, newFileMode);
+    if (file < 0)
+        _fail(errno);
+    close(file);
+}
+
+void ConfigurationFile::_keepFormer() const
+{
+    const auto text = readFile(_path);
+    if (!isWhole(text))
+        return;
+    errno = 0;
+    if (!Kes::writeWholeFile(_formerPath, *text))
+        _fail(errno);
+}
+
+void ConfigurationFile::_writeTwice(xmlpp::Document& document) const
+{
+    errno = 0;
+    try {
+        document.write_to_file_formatted(_path);
+        // Once more as the very bytes of the name: the XML library takes the path for a URI.
+        auto stream = Kes::openOutputFileUTF8Name(_path, std::ios::out);
+        document.write_to_stream_formatted(stream);
+        stream.close();
+        if (stream)
+            return;
+    } catch (const std::exception&) {
+        // Its reason is in errno.
+    }
+    _fail(errno);
+}
+
+void ConfigurationFile::_sync() const
+{
+    const int file = open(_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    const bool isSynced = file >= 0 && fsync(file) == 0;
+    const int error = errno;
+    if (file >= 0)
+        close(file);
+    if (!isSynced || !isWhole(readFile(_path)))
+        _fail(isSynced ? EIO : error);
+}
+
+void ConfigurationFile::_fail(int error) const
+{
+    throw ConfigurationError(_path, Kes::getSystemErrorText(error ? error : EIO));
+}
+
+} // namespace KesProgram

@@ -1,0 +1,120 @@
+#include <KesProgram/shell/detail/ProgramEnding.h>
+
+#include <KesCommon/Log.h>
+#include <KesCommonView/DisplayLoss.h>
+#include <KesCommonView/GtkDialogs.h>
+#include <KesCommonView/OpenDialogs.h>
+#include <KesProgram/model/ProgramModel.h>
+#include <KesProgram/shell/ProgramBasePresenter.h>
+#include <KesProgram/shell/UnattendedRun.h>
+
+#include <glibmm/main.h>
+
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <thread>
+
+namespace KesProgram {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr unsigned patience = 10;
+/// A device that does not obey switches itself off in this time.
+constexpr auto switchOffTime = 3s;
+
+} // namespace
+
+ProgramEnding::ProgramEnding(ProgramModel& model, ProgramBasePresenter& presenter, UnattendedRun* unattended)
+    : _model(model), _presenter(presenter), _unattended(unattended), _requests([this] { _request(); })
+{
+    Kes::DisplayLoss::setHandler([this] { _endWithoutDisplay(); });
+}
+
+ProgramEnding::~ProgramEnding()
+{
+    Kes::DisplayLoss::setHandler(nullptr);
+    _patience.disconnect();
+    alarm(0);
+}
+
+void ProgramEnding::_request()
+{
+    if (_stage != Stage::NotAsked) {
+        _force();
+        return;
+    }
+    _stage = Stage::Asked;
+    _model.switchOffAtOnce();
+    if (_unattended && !_unattended->isDone()) {
+        _unattended->terminate();
+        return;
+    }
+    _patience = Glib::signal_timeout().connect_seconds(sigc::mem_fun(*this, &ProgramEnding::_force), patience);
+    // Not from the source that brought the request: the next one would not be heard under a question.
+    Glib::signal_idle().connect_once(sigc::mem_fun(*this, &ProgramEnding::_ask));
+}
+
+void ProgramEnding::_ask()
+{
+    _presenter.requestClose();
+    if (_stage != Stage::Asked || _presenter.isClosing())
+        return;
+    // The user wants to go on.
+    _patience.disconnect();
+    _stage = Stage::NotAsked;
+}
+
+/// True, as a time-out, as long as it has not been carried out.
+bool ProgramEnding::_force()
+{
+    if (_stage == Stage::Forced)
+        return false;
+    _stage = Stage::Forced;
+    _patience.disconnect();
+    // Whatever holds up the main loop from here on.
+    alarm(patience);
+    Kes::GtkDialogs::dismissAll();
+    Glib::signal_timeout().connect(sigc::mem_fun(*this, &ProgramEnding::_closeWithoutQuestions), 20);
+    return false;
+}
+
+/// From the main loop itself: the functions that have shown a dialog have to return before.
+bool ProgramEnding::_closeWithoutQuestions()
+{
+    if (Kes::OpenDialogs::any()) {
+        Kes::GtkDialogs::dismissAll();
+        return true;
+    }
+    _presenter.closeWithoutQuestions();
+    return false;
+}
+
+void ProgramEnding::_switchOffAndWait()
+{
+    // The listeners on this thread would touch the display.
+    std::thread([this] { _model.switchOffAtOnce(); }).detach();
+    const auto end = std::chrono::steady_clock::now() + switchOffTime;
+    auto* hardware = _model.getHardware();
+    while ((_model.isRunning() || hardware->isOutputRunning()) && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(1ms);
+}
+
+/// Not by `exit`: other threads still use what that destroys.
+void ProgramEnding::_endWithoutDisplay()
+{
+    auto status = UnattendedRun::Stopped;
+    try {
+        KesLog::Log::writeError("The connection to the display has been lost.");
+        _switchOffAndWait();
+        if (_unattended && !_unattended->isDone())
+            status = _unattended->endWithoutDisplay();
+    } catch (...) {
+    }
+    std::_Exit(status);
+}
+
+} // namespace KesProgram

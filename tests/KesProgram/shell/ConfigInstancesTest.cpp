@@ -1,0 +1,179 @@
+#include "ShellTest.h"
+
+#include <KesProgram/archive/FileRecentManager.h>
+#include <KesProgram/shell/ConfigurationError.h>
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <random>
+
+namespace KesTest {
+
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+/// Several instances of one program, without windows, with one configuration file.
+class ConfigInstancesTest : public GuiTest {
+protected:
+    struct Instance {
+        Instance()
+        {
+            model.extension = "abc";
+            shell.loadXmlConfig();
+        }
+        std::vector<std::string> getRecentFiles() { return model.getFileRecentManager()->getCollection(); }
+        void use(const std::string& file) { ASSERT_TRUE(model.getFileRecentManager()->tryAdd(file)); }
+
+        Record record;
+        ShellModel model{record};
+        ShellPresenter shell{model, record};
+    };
+
+    std::string makeFile(int number)
+    {
+        const std::string file = home.file("file" + std::to_string(number) + ".abc");
+        writeFile(file, "x");
+        return file;
+    }
+    std::string path() { return Instance().shell._getXmlConfigFullPath(); }
+
+    /// Runs the function in a process of its own.
+    static pid_t start(const std::function<void()>& function)
+    {
+        const auto child = fork();
+        if (child != 0)
+            return child;
+        function();
+        _exit(0);
+    }
+    static bool hasEnded(pid_t child)
+    {
+        int status = 0;
+        return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    }
+
+    TemporaryHome home;
+};
+
+TEST_F(ConfigInstancesTest, TheLastOneToCloseKeepsWhatTheOthersHaveOpened)
+{
+    std::vector<std::string> files;
+    for (int i = 0; i < 13; ++i)
+        files.push_back(makeFile(i));
+    Instance first;
+    for (int i = 0; i < 10; ++i)
+        first.use(files[static_cast<std::size_t>(i)]);
+    first.shell._saveXmlConfig();
+    Instance one, other;
+    one.use(files[10]);
+    one.use(files[3]);
+    other.use(files[11]);
+    one.shell._saveXmlConfig();
+    other.shell._saveXmlConfig();
+    other.shell._saveXmlConfig();
+    std::vector<std::string> expected(files.begin() + 2, files.begin() + 10);
+    std::erase(expected, files[3]);
+    expected.insert(expected.end(), {files[10], files[3], files[11]});
+    EXPECT_EQ(Instance().getRecentFiles(), expected);
+}
+
+TEST_F(ConfigInstancesTest, PairsThatCloseAtTheSameTimeLeaveAWholeFileWithBothRecentFiles)
+{
+    for (int i = 0; i < 80; ++i) {
+        Instance one, other;
+        one.use(makeFile(2 * i));
+        other.use(makeFile(2 * i + 1));
+        const auto first = start([&] { one.shell._saveXmlConfig(); });
+        const auto second = start([&] { other.shell._saveXmlConfig(); });
+        ASSERT_TRUE(hasEnded(first) && hasEnded(second));
+        ASSERT_THAT(Instance().getRecentFiles(),
+                    AllOf(Contains(home.file("file" + std::to_string(2 * i) + ".abc")),
+                          Contains(home.file("file" + std::to_string(2 * i + 1) + ".abc"))))
+            << i;
+    }
+}
+
+TEST_F(ConfigInstancesTest, AKillWhileWritingForgetsNothing)
+{
+    Instance first;
+    const auto file = makeFile(0);
+    first.use(file);
+    first.shell._saveXmlConfig();
+    std::mt19937 random(3);
+    for (int i = 0; i < 60; ++i) {
+        Instance instance;
+        const auto child = start([&] {
+            for (;;)
+                instance.shell._saveXmlConfig();
+        });
+        usleep(static_cast<useconds_t>(random() % 20000));
+        kill(child, SIGKILL);
+        int status = 0;
+        waitpid(child, &status, 0);
+        ASSERT_THAT(Instance().getRecentFiles(), ElementsAre(file)) << i;
+    }
+}
+
+TEST_F(ConfigInstancesTest, ATornFileIsReadFromTheFormerOne)
+{
+    const auto file = makeFile(0), later = makeFile(1);
+    const std::string config = path();
+    for (const std::string torn : {"", "<root><Recent"}) {
+        std::filesystem::remove(config);
+        Instance first;
+        first.use(file);
+        first.shell._saveXmlConfig();
+        EXPECT_FALSE(std::filesystem::exists(config + ".former"));
+        std::filesystem::rename(config, config + ".former");
+        writeFile(config, torn);
+        Instance second;
+        EXPECT_THAT(second.getRecentFiles(), ElementsAre(file));
+        second.use(later);
+        second.shell._saveXmlConfig();
+        EXPECT_THAT(Instance().getRecentFiles(), ElementsAre(file, later));
+        EXPECT_FALSE(std::filesystem::exists(config + ".former"));
+    }
+}
+
+TEST_F(ConfigInstancesTest, AFailureTellsFileAndReasonInWordsForAUserAndKeepsTheFormerFile)
+{
+    const auto file = makeFile(0);
+    const std::string config = path();
+    const auto failure = [] {
+        Instance instance;
+        try {
+            instance.shell._saveXmlConfig();
+        } catch (const KesProgram::ConfigurationError& error) {
+            return std::string(error.what());
+        }
+        return std::string("nothing");
+    };
+    std::filesystem::create_directories(config);
+    EXPECT_THAT(failure(),
+                AllOf(HasSubstr("Reason: there is a folder of this name\n"), HasSubstr("Path:\n" + config)));
+    std::filesystem::remove(config);
+    std::filesystem::create_symlink("/dev/full", config);
+    EXPECT_THAT(failure(), AllOf(HasSubstr("Reason: the disk is full\n"), Not(HasSubstr("rror"))));
+    std::filesystem::remove(config);
+    // A disk that fills up half-way.
+    Instance first;
+    first.use(file);
+    first.shell._saveXmlConfig();
+    std::filesystem::rename(config, config + ".former");
+    std::filesystem::create_symlink("/dev/full", config);
+    EXPECT_THAT(failure(), HasSubstr("the disk is full"));
+    EXPECT_THAT(Instance().getRecentFiles(), ElementsAre(file));
+}
+
+} // namespace
+
+} // namespace KesTest

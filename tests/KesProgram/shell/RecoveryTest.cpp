@@ -1,0 +1,162 @@
+#include "ShellTest.h"
+
+#include <KesCommon/Directories.h>
+#include <KesProgram/archive/ArchiveManager.h>
+#include <KesProgram/recovery/RecoveryStore.h>
+
+#include <filesystem>
+
+namespace KesTest {
+
+namespace {
+
+using Kes::DialogResult;
+using KesProgram::RecoveryCopy;
+using KesProgram::RecoveryStore;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using Attendance = KesProgram::ProgramBasePresenter::Attendance;
+
+/// A program with a document that is one string, started after another instance has been killed.
+class RecoveryTest : public ShellTest {
+protected:
+    RecoveryTest() { model.extension = "abc"; }
+    ~RecoveryTest() override { runPendingEvents(); }
+
+    void leave(const std::string& bytes, const std::string& fileName, std::int64_t time)
+    {
+        RecoveryStore store(folder);
+        ASSERT_TRUE(store.write(RecoveryStore::Kind::Work,
+                                {"Shell test", fileName, "8 results, not saved", time, bytes}));
+    }
+    std::vector<std::string> lost()
+    {
+        std::vector<std::string> bytes;
+        for (const auto& work : RecoveryStore(folder).findLost())
+            bytes.push_back(work.getCopy().bytes);
+        return bytes;
+    }
+    /// Opens the program and waits for its questions.
+    void openAndAnswer(std::vector<DialogResult> answers)
+    {
+        for (const auto answer : answers)
+            dialogs.answer(answer);
+        open();
+        EXPECT_TRUE(waitFor([&] { return dialogs.getMessages().size() >= answers.size(); }));
+        runPendingEvents();
+        EXPECT_EQ(dialogs.getMessages().size(), answers.size());
+    }
+    void close(DialogResult answer)
+    {
+        dialogs.answer(answer);
+        shell.requestClose();
+        EXPECT_TRUE(waitFor([this] { return isClosed; }));
+    }
+
+    const std::string folder = Kes::getKesCrossAppStateDir() + "ShellModel/recovery/";
+};
+
+TEST_F(RecoveryTest, NothingLostNothingAsked)
+{
+    openAndAnswer({});
+    EXPECT_FALSE(std::filesystem::exists(folder)) << "nor has anything been written";
+}
+
+TEST_F(RecoveryTest, TheQuestionTellsFileTimeAndContentsAndTheNextOneThrowsAway)
+{
+    const std::string path = home.file("old.abc");
+    writeFile(path, "former");
+    leave("lost", path, 1700000000);
+    openAndAnswer({DialogResult::No, DialogResult::Yes});
+    const auto texts = dialogs.getTexts();
+    EXPECT_THAT(texts.front(), AllOf(HasSubstr("File: " + path + "\nTime: 2023-11-1"),
+                                     HasSubstr("Contents: 8 results, not saved")));
+    EXPECT_THAT(texts.back(), AllOf(HasSubstr("kept until 2023-12-1"), HasSubstr(path)));
+    EXPECT_THAT(lost(), IsEmpty()) << "thrown away";
+}
+
+TEST_F(RecoveryTest, ARestoredDocumentIsChangedAndItsCopyStaysUntilItIsSaved)
+{
+    const std::string path = home.file("old.abc");
+    writeFile(path, "former");
+    leave("lost", path, 2);
+    leave("older", path, 1);
+    openAndAnswer({DialogResult::Yes});
+    EXPECT_EQ(model.data, "lost");
+    auto& archive = *model.getArchiveManager();
+    EXPECT_EQ(archive.getFileName(), path);
+    EXPECT_TRUE(archive.isFileChanged());
+    EXPECT_EQ(readFile(path), "former");
+    EXPECT_THAT(lost(), ElementsAre("older")) << "the other one is in the window";
+    shell.saveArchive();
+    EXPECT_EQ(readFile(path), "lost");
+    shell.requestClose();
+    EXPECT_TRUE(waitFor([this] { return isClosed; }));
+    EXPECT_THAT(lost(), ElementsAre("older"));
+}
+
+TEST_F(RecoveryTest, WorkThatIsNotWantedNowIsKept)
+{
+    leave("lost", "", 1);
+    openAndAnswer({DialogResult::No, DialogResult::No});
+    EXPECT_THAT(dialogs.getTexts().front(), HasSubstr("File: [New].abc"));
+    EXPECT_THAT(lost(), ElementsAre("lost"));
+    close(DialogResult::No);
+    EXPECT_THAT(lost(), ElementsAre("lost"));
+}
+
+TEST_F(RecoveryTest, ACancelledReplacementLosesNothing)
+{
+    leave("lost", "", 1);
+    dialogs.answer(DialogResult::Yes, [this] { model.data = "edited"; });
+    dialogs.answer(DialogResult::Cancel);
+    open();
+    EXPECT_TRUE(waitFor([this] { return dialogs.getMessages().size() == 2; }));
+    runPendingEvents();
+    EXPECT_EQ(model.data, "edited");
+    EXPECT_THAT(lost(), ElementsAre("lost"));
+}
+
+TEST_F(RecoveryTest, WithoutAUserNobodyIsAskedAndCopiesOfOthersAreLeftAlone)
+{
+    leave("lost", "", 1);
+    shell.setAttendance(Attendance::Never);
+    openAndAnswer({});
+    model.data = "measured";
+    EXPECT_TRUE(shell.writeRecoveryCopy(std::chrono::seconds(5)));
+    EXPECT_THAT(lost(), ElementsAre("lost"));
+    close(DialogResult::No);
+    EXPECT_FALSE(std::filesystem::exists(shell._getXmlConfigFullPath()));
+    EXPECT_THAT(lost(), ElementsAre("lost"));
+}
+
+TEST_F(RecoveryTest, ACloseThatNobodyAnswersKeepsTheWork)
+{
+    openAndAnswer({});
+    model.data = "edited";
+    model.close();
+    EXPECT_TRUE(waitFor([this] { return isClosed; }));
+    // Until the presenter dies the lock is its own.
+    std::filesystem::copy(folder, home.file("copies/"));
+    EXPECT_EQ(RecoveryStore(home.file("copies/")).findLost().size(), 1U);
+}
+
+/// Another folder stands for the next start: nobody there has the lock.
+TEST_F(RecoveryTest, AKilledInstanceLeavesExactlyWhatItHadNotSaved)
+{
+    openAndAnswer({});
+    for (const bool isSaved : {true, false}) {
+        model.data = "edited" + std::to_string(isSaved);
+        EXPECT_TRUE(shell.writeRecoveryCopy(std::chrono::seconds(5)));
+        EXPECT_TRUE(!isSaved || model.getArchiveManager()->saveAs(home.file("a.abc")));
+        const std::string copies = home.file("copies" + std::to_string(isSaved) + "/");
+        std::filesystem::copy(folder, copies);
+        EXPECT_EQ(RecoveryStore(copies).findLost().size(), isSaved ? 0U : 1U);
+    }
+}
+
+} // namespace
+
+} // namespace KesTest

@@ -1,0 +1,116 @@
+#include "ShellTest.h"
+
+#include <KesCommonView/UnattendedDialogs.h>
+#include <KesProgram/shell/UnattendedRun.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace KesTest {
+
+namespace {
+
+using KesProgram::UnattendedRun;
+
+/// A step of an unattended run, and what the run makes of its failure.
+struct Step {
+    const char* name;
+    UnattendedRun::Status status;
+    /// The report is written all the same.
+    bool isReported;
+};
+
+class FailingModel : public ShellModel {
+public:
+    using ShellModel::ShellModel;
+
+    std::string failing;
+    void failIn(const std::string& step) const
+    {
+        if (step == failing)
+            throw std::runtime_error("thrown by " + step);
+    }
+    KesProgram::RunVerdict getRunVerdict() override
+    {
+        failIn("verdict");
+        return KesProgram::RunVerdict::Passed;
+    }
+    std::unique_ptr<std::istream> getDataStream() override
+    {
+        failIn("data");
+        return ShellModel::getDataStream();
+    }
+    void newData(const std::string&) override { failIn("new data"); }
+
+protected:
+    bool _onPrepareStart() override
+    {
+        failIn("start");
+        return true;
+    }
+    bool _onPrepareHardware() override
+    {
+        failIn("hardware");
+        return ShellModel::_onPrepareHardware();
+    }
+    void _onStart() override
+    {
+        endRun();
+        failIn("body");
+        ShellModel::_onStart();
+    }
+    void _onFinished() override { failIn("end"); }
+};
+
+class UnattendedRunTest : public GuiTest, public testing::WithParamInterface<Step> {
+protected:
+    TemporaryHome home;
+    Record record;
+    FailingModel model{record};
+    ShellPresenter shell{model, record};
+    bool isClosed = false;
+};
+
+INSTANTIATE_TEST_SUITE_P(Steps, UnattendedRunTest,
+                         testing::Values(Step{"nowhere", UnattendedRun::Success, true},
+                                         Step{"new data", UnattendedRun::Failure, false},
+                                         Step{"start", UnattendedRun::Failure, true},
+                                         Step{"hardware", UnattendedRun::NotStarted, false},
+                                         Step{"body", UnattendedRun::Failure, true},
+                                         Step{"end", UnattendedRun::Failure, true},
+                                         Step{"verdict", UnattendedRun::Failure, true},
+                                         Step{"data", UnattendedRun::Failure, true},
+                                         Step{"report", UnattendedRun::Failure, false},
+                                         Step{"fill config", UnattendedRun::Failure, true}),
+                         [](const auto& step) {
+                             std::string name = step.param.name;
+                             std::erase(name, ' ');
+                             return name;
+                         });
+
+TEST_P(UnattendedRunTest, EndsWithAStatusWhateverFails)
+{
+    KesProgram::CommandLine line;
+    line.run = line.quit = true;
+    line.save = home.file("kept.abc");
+    line.report = home.file("kept.html");
+    model.extension = "abc";
+    model._setCanProgramStart(true);
+    shell.signalClosed.connect([this] { isClosed = true; });
+    shell.onHook = [this](const std::string& hook) { model.failIn(hook); };
+    shell.open(nullptr);
+    model.failing = GetParam().name;
+    UnattendedRun run(line, model, shell, [this](const std::string& path) {
+        model.failIn("report");
+        writeFile(path, "report");
+        return Kes::Result(true);
+    });
+    run.begin();
+    EXPECT_TRUE(waitFor([this] { return isClosed; }));
+    EXPECT_EQ(run.getStatus(), GetParam().status);
+    EXPECT_EQ(std::filesystem::exists(line.report), GetParam().isReported);
+}
+
+} // namespace
+
+} // namespace KesTest

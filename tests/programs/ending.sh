@@ -1,0 +1,92 @@
+#!/bin/bash
+# Ends programs from outside, in every way in which a system does, and looks what is left.
+# usage: ending.sh FOLDER-OF-THE-PROGRAMS; on an X server with a session bus, with a home to fill.
+set -u
+overcurrent=$1/kes-overcurrent
+tests=$(cd "$(dirname "$0")" && pwd)
+work=$(mktemp -d) || exit 1
+trap 'rm -rf "$work"' EXIT
+cd "$work" || exit 1
+failures=0
+
+fail() {
+    echo "FAILED: $*"
+    failures=$((failures + 1))
+}
+
+# begin ARGUMENT...: the program in the background, with its window on the screen and, with --run, its test
+# under way.
+begin() {
+    rm -f kept.kovc kept.html
+    "$overcurrent" --language en "$@" >out 2>err &
+    child=$!
+    until [ -n "$(xwininfo -root -children 2>/dev/null | grep -i overcurrent)" ] || ! kill -0 $child; do
+        sleep 0.1
+    done
+    case " $* " in *" --run "*)
+        until grep -q "KesProgram_Star" /proc/$child/task/*/comm 2>/dev/null || ! kill -0 $child; do :; done
+        sleep 2 ;;
+    esac
+}
+
+# ended STATUS SECONDS: the program ends by itself with the status, no later than that.
+ended() {
+    local begun=$SECONDS status
+    timeout 30 tail --pid=$child -f /dev/null || kill -KILL $child
+    wait $child
+    status=$?
+    [ $status -eq "$1" ] || fail "status $status instead of $1 ($(cat err))"
+    [ $((SECONDS - begun)) -le "$2" ] || fail "it has taken $((SECONDS - begun)) s instead of $2"
+}
+
+unattended() { begin --run --speed 0.5 --save kept.kovc --report kept.html --quit; }
+
+keptFiles() {
+    [ -s kept.kovc ] || fail "no archive"
+    grep -q "Test stopped before its end" kept.html 2>/dev/null || fail "no report of a stopped test"
+}
+
+for signal in HUP TERM INT; do
+    echo "SIG$signal in an unattended run"
+    unattended
+    kill -$signal $child
+    ended 4 5
+    keptFiles
+done
+
+echo "A lost display in an unattended run"
+number=$((90 + $$ % 400))
+Xvfb :$number >/dev/null 2>&1 &
+server=$!
+until DISPLAY=:$number xdpyinfo >/dev/null 2>&1; do sleep 0.1; done
+(export DISPLAY=:$number; unset KES_HEADLESS
+unattended
+kill -KILL $server
+ended 4 5
+keptFiles
+exit $failures) || fail "without its display"
+wait $server 2>/dev/null
+
+echo "SIGTERM that nobody answers, and one that comes twice"
+begin
+kill -TERM $child
+sleep 0.5
+kill -0 $child || fail "it has not asked"
+kill -TERM $child
+ended 0 3
+begin
+kill -HUP $child
+ended 0 12
+
+echo "The end of the session"
+/usr/bin/python3 "$tests/session.py" >session &
+manager=$!
+until grep -q ready session; do kill -0 $manager || break; sleep 0.1; done
+begin
+wait $manager || fail "the session manager: $(cat session)"
+kill -0 $child || fail "it has not asked"
+kill -TERM $child
+ended 0 3
+
+[ $failures -eq 0 ] && echo "All is well"
+exit $((failures > 0))
