@@ -14,13 +14,17 @@ add_compile_options($<$<CONFIG:Release>:-Wno-array-bounds>
     $<$<CONFIG:Release>:-Wno-stringop-overflow> $<$<CONFIG:Release>:-Wno-restrict>)
 add_compile_definitions($<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 # Own functions are found when linking, not looked up through all libraries at every start.
-add_link_options(-Wl,--as-needed -Wl,-z,defs -Wl,-Bsymbolic-functions)
+add_link_options(-Wl,--as-needed -Wl,-Bsymbolic-functions)
+# With clang the sanitizers' functions are in the programs only; a library finds them when it is loaded.
+if(NOT (KES_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES Clang))
+    add_link_options(-Wl,-z,defs)
+endif()
 
 if(KES_SANITIZE)
     add_compile_options(-fsanitize=${KES_SANITIZE} -fno-omit-frame-pointer -g1 -O1)
     add_link_options(-fsanitize=${KES_SANITIZE})
     # GCC warns falsely of optional values that it has instrumented; the release preset still warns.
-    add_compile_options(-Wno-maybe-uninitialized)
+    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     if(KES_SANITIZE MATCHES undefined)
         add_compile_options(-fno-sanitize-recover=undefined)
     endif()

@@ -2,6 +2,8 @@
 // whole archive laid out in memory, but for entries that are neither stored nor deflated. Recovering loses
 // nothing of it.
 
+#include "Require.h"
+
 #include <KesProgram/archive/ArchiveHelper.h>
 
 #include <archive.h>
@@ -12,8 +14,6 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <sstream>
 #include <string>
@@ -52,14 +52,6 @@ Contents readFromMemory(const std::string& zip)
     return contents;
 }
 
-void require(bool condition, const char* what)
-{
-    if (!condition) {
-        std::fprintf(stderr, "UnpackFuzz: %s\n", what);
-        std::abort();
-    }
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
@@ -68,21 +60,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     std::istringstream in(ArchiveHelper::PREFIX + tail);
     ArchiveHelper::DataMap data;
     const bool success = ArchiveHelper::unpackStreamToData(in, data, ArchiveHelper::PREFIX);
-    require(!success || size > 0, "a signature alone was accepted");
+    require(!success || size > 0, "a signature alone is refused");
     ArchiveHelper::DataMap recovered;
     errno = ENOMEM;
     const bool isRecovered = ArchiveHelper::recoverStreamToData(in, recovered, ArchiveHelper::PREFIX);
-    require(isRecovered == (size > 0), "recovering has another condition");
+    require(isRecovered == (size > 0), "recovering needs a signature with something behind it");
     if (!success)
         return 0;
     Contents contents;
     for (const auto& [name, stream] : data) {
-        require(stream && stream->tellg() == 0, "a stream is missing or not at its beginning");
+        require(stream && stream->tellg() == 0, "every stream is at its beginning");
         std::ostringstream content;
         content << stream->rdbuf();
         contents[name] = content.str();
-        require(recovered.count(name) == 1, "recovering has lost an entry");
+        require(recovered.count(name) == 1, "recovering loses no entry");
     }
-    require(contents == readFromMemory("PK\3\4" + tail), "the content is not the archive's");
+    require(contents == readFromMemory("PK\3\4" + tail), "the content is the archive's");
     return 0;
 }

@@ -1,27 +1,19 @@
 // Any bytes end in a tree within the limits and without a document type, or in an error; a tree reads the
 // same after writing it.
 
+#include "Require.h"
+
 #include <KesCommon/BoundedXmlReader.h>
 
 #include <libxml/tree.h>
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 
 namespace {
 
 using Limits = Kes::BoundedXmlReader::Limits;
-
-void require(bool condition, const char* what)
-{
-    if (!condition) {
-        std::fprintf(stderr, "XmlFuzz: %s\n", what);
-        std::abort();
-    }
-}
 
 struct Size {
     std::size_t elements = 0;
@@ -67,17 +59,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     limits.nodes = 200;
     Kes::BoundedXmlReader reader(limits);
     const auto document = reader.read({reinterpret_cast<const char*>(bytes), size});
-    require(document ? reader.getError().empty() : !reader.getError().empty(), "result and error differ");
+    require(document ? reader.getError().empty() : !reader.getError().empty(), "there is a tree or an error");
     if (!document)
         return 0;
-    require(!document->intSubset && !document->extSubset, "a document type was accepted");
+    require(!document->intSubset && !document->extSubset, "a tree has no document type");
     Size found;
     measure(document->children, 1, found);
     require(found.elements >= 1 && found.elements <= limits.nodes && found.depth <= limits.depth &&
                 found.attributes <= limits.attributes,
-            "the tree is larger than allowed");
+            "the tree keeps to the limits");
     const std::string written = write(document.get());
     const auto again = Kes::BoundedXmlReader().read(written);
-    require(again && write(again.get()) == written, "the tree changes by writing and reading");
+    require(again && write(again.get()) == written, "the tree stays the same by writing and reading");
     return 0;
 }

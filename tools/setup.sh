@@ -6,6 +6,7 @@ run_packages="librsvg2-common adwaita-icon-theme fonts-dejavu-core at-spi2-core"
 headless_packages="xvfb xauth x11-utils openbox dbus-daemon"
 test_packages="libgtest-dev libgmock-dev libbenchmark-dev xdotool imagemagick python3-gi locales
     unzip"
+fuzz_packages="clang libclang-rt-14-dev"
 
 # ensure_packages PACKAGE...: installs those that are missing, as root or with sudo; else says which and ends.
 ensure_packages() {

@@ -23,6 +23,11 @@ void shorten(Gtk::MenuItem& item, const Glib::ustring& path)
 
 } // namespace
 
+FileRecentMenuView::FileRecentMenuView()
+{
+    _keep(*this);
+}
+
 void FileRecentMenuView::setFileCollection(const std::vector<std::string>& paths)
 {
     Kes::GtkWidgetHelper::removeChildren(*this);

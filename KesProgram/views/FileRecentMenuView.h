@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KesProgram/views/IFileRecentMenuView.h>
+#include <KesProgram/views/MenuKeeper.h>
 
 #include <gtkmm/menu.h>
 
@@ -8,8 +9,10 @@ namespace KesProgram {
 
 /// The recent files as a menu, which a program hangs below an item of its own. A long path is shortened
 /// in the middle; its tooltip has it whole. GUI thread.
-class KES_EXPORT FileRecentMenuView : public Gtk::Menu, public IFileRecentMenuView {
+class KES_EXPORT FileRecentMenuView : private MenuKeeper, public Gtk::Menu, public IFileRecentMenuView {
 public:
+    FileRecentMenuView();
+
     void setFileCollection(const std::vector<std::string>& paths) override;
 
 private:

@@ -50,7 +50,7 @@ void ProgramView::setHeader(Kes::IView& view)
 {
     // The header so far may have died since; the grid knows.
     if (_header && _layout.get_child_at(0, 0) == _header)
-        _layout.remove(*_header);
+        Kes::GtkWidgetHelper::removeChild(_layout, *_header);
     _header = dynamic_cast<Gtk::Widget*>(&view);
     if (_header)
         _layout.attach(*_header, 0, 0, 1, 1);
@@ -58,8 +58,7 @@ void ProgramView::setHeader(Kes::IView& view)
 
 void ProgramView::setContent(Kes::IView& view)
 {
-    if (_content.get_child())
-        _content.remove();
+    Kes::GtkWidgetHelper::removeChildren(_content);
     _content.add(dynamic_cast<Gtk::Widget&>(view));
     _content.show_all();
 }

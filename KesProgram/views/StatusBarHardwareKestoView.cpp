@@ -1,5 +1,6 @@
 #include <KesProgram/views/StatusBarHardwareKestoView.h>
 
+#include <KesCommonView/GtkWidgetHelper.h>
 #include <KesProgram/views/SharedKestoPixbuf.h>
 
 namespace KesProgram {
@@ -8,8 +9,7 @@ namespace {
 
 void replaceContent(Kes::SharedSizeGroup& column, Kes::IView* view)
 {
-    if (column.get_child())
-        column.remove();
+    Kes::GtkWidgetHelper::removeChildren(column);
     if (auto* widget = dynamic_cast<Gtk::Widget*>(view))
         column.add(*widget);
 }

@@ -47,6 +47,9 @@ int digitValue(char c)
 
 std::optional<std::string> unescape(std::string_view text)
 {
+    // No path holds a zero, escaped or not.
+    if (text.find('\0') != std::string_view::npos)
+        return std::nullopt;
     std::string path;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] != '%') {

@@ -1,5 +1,7 @@
 #include <KesCommonView/CollectionBoxView.h>
 
+#include <KesCommonView/GtkWidgetHelper.h>
+
 namespace Kes {
 
 CollectionBoxView::CollectionBoxView(Gtk::Orientation orientation) : Gtk::Box(orientation) {}
@@ -18,7 +20,7 @@ void CollectionBoxView::removeView(IView* view)
 {
     auto* widget = dynamic_cast<Gtk::Widget*>(view);
     if (widget && widget->get_parent() == this)
-        remove(*widget);
+        GtkWidgetHelper::removeChild(*this, *widget);
 }
 
 } // namespace Kes

@@ -80,7 +80,7 @@ void makeScrollable(Gtk::Label& label, Gtk::Box& area)
     scrolled->set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
     scrolled->set_min_content_height(scrolledHeight);
     label.reference();
-    area.remove(label);
+    GtkWidgetHelper::removeChild(area, label);
     scrolled->add(label);
     label.unreference();
     label.set_width_chars(textWidthInCharacters);

@@ -48,10 +48,16 @@ void setAccessibleName(Gtk::Widget& widget, const std::string& name)
         item->get_child()->get_accessible()->set_name(name);
 }
 
+void removeChild(Gtk::Container& container, Gtk::Widget& child)
+{
+    // gtkmm's own function takes a reference to a managed child that nobody gives back.
+    gtk_container_remove(container.gobj(), child.gobj());
+}
+
 void removeChildren(Gtk::Container& container)
 {
     for (auto* child : container.get_children())
-        container.remove(*child);
+        removeChild(container, *child);
 }
 
 } // namespace Kes::GtkWidgetHelper

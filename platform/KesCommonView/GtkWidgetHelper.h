@@ -17,7 +17,12 @@ KES_EXPORT Gtk::Window* getParentWindow(IView* view);
 /// The name under which assistive technology knows the widget. A combo box is named once.
 KES_EXPORT void setAccessibleName(Gtk::Widget& widget, const std::string& name);
 
-/// Takes every child out of a container; the children are not destroyed when somebody else owns them.
+/// Takes a child out of its container, in place of `Gtk::Container::remove`, which keeps a managed child
+/// alive for ever: here one that nobody else refers to is freed, and one in whose own signal handler this
+/// happens when that has ended. A child that is not managed stays with its owner.
+KES_EXPORT void removeChild(Gtk::Container& container, Gtk::Widget& child);
+
+/// Empties a container, child by child as `removeChild` does.
 KES_EXPORT void removeChildren(Gtk::Container& container);
 
 } // namespace Kes::GtkWidgetHelper

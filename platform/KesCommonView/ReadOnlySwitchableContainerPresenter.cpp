@@ -1,5 +1,7 @@
 #include <KesCommonView/ReadOnlySwitchableContainerPresenter.h>
 
+#include <KesCommonView/GtkWidgetHelper.h>
+
 #include <gtkmm/box.h>
 
 namespace Kes {
@@ -8,11 +10,7 @@ class ReadOnlySwitchableContainerPresenter::View : public Gtk::Box, public IView
 public:
     View() : Gtk::Box(Gtk::ORIENTATION_VERTICAL) {}
 
-    ~View() override
-    {
-        for (auto* child : get_children())
-            remove(*child);
-    }
+    ~View() override { GtkWidgetHelper::removeChildren(*this); }
 
     bool isReadOnly() const { return _readOnly; }
 

@@ -12,7 +12,9 @@ Pango::FontMetrics RoomyBox::_getMetrics() const
 {
     // The context is the widget's own and stays as it is.
     const auto context = const_cast<RoomyBox*>(this)->get_pango_context();
-    return context->get_metrics(context->get_font_description());
+    // pangomm's own function never gives the metrics back.
+    return Pango::FontMetrics(
+        pango_context_get_metrics(context->gobj(), context->get_font_description().gobj(), nullptr), false);
 }
 
 int RoomyBox::_getRoomyHeight() const

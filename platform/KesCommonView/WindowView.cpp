@@ -104,8 +104,8 @@ void WindowView::_removeContent()
 {
     // A content that cannot scroll by itself stands in a viewport of GTK's.
     if (auto* viewport = dynamic_cast<Gtk::Viewport*>(_scrolled.get_child()))
-        viewport->remove();
-    _scrolled.remove();
+        GtkWidgetHelper::removeChildren(*viewport);
+    GtkWidgetHelper::removeChildren(_scrolled);
 }
 
 void WindowView::_setFirstSize(Gtk::Window* parent)

@@ -1,4 +1,5 @@
 #include "support/GuiTest.h"
+#include "support/LiveWidgets.h"
 #include "support/TemporaryHome.h"
 
 #include <KesCommon/DesktopOpener.h>
@@ -44,6 +45,50 @@ TEST_F(WidgetsTest, whatHasTheFocusOfAComboBoxTellsItsNameAndChoice)
     EXPECT_EQ(name(), "Mode");
     combo.set_active(0);
     EXPECT_EQ(name(), "Mode: GPS");
+}
+
+TEST_F(WidgetsTest, anEmptiedContainerFreesWhatIsManagedAndNothingElse)
+{
+    KesTest::LiveWidgets live;
+    Gtk::Window window;
+    Gtk::Grid grid;
+    Gtk::Label own("own");
+    window.add(grid);
+    window.show_all();
+    const int before = live.getCount();
+    grid.add(own);
+    auto* row = Gtk::make_managed<Gtk::Box>();
+    row->add(*Gtk::make_managed<Gtk::Label>("managed"));
+    grid.add(*row);
+    EXPECT_EQ(live.getCount(), before + 3);
+    Kes::GtkWidgetHelper::removeChildren(grid);
+    EXPECT_EQ(live.getCount(), before + 1);
+    EXPECT_EQ(own.get_parent(), nullptr);
+    EXPECT_EQ(own.get_text(), "own");
+    EXPECT_TRUE(grid.get_children().empty());
+}
+
+TEST_F(WidgetsTest, aButtonThatEmptiesItsOwnContainerLivesUntilItsHandlersHaveEnded)
+{
+    KesTest::LiveWidgets live;
+    Gtk::Window window;
+    Gtk::Box box;
+    window.add(box);
+    window.show_all();
+    const int before = live.getCount();
+    auto* button = Gtk::make_managed<Gtk::Button>();
+    box.add(*button);
+    std::string seen;
+    button->signal_clicked().connect([&, text = std::string("the handler's own")] {
+        Kes::GtkWidgetHelper::removeChildren(box);
+        KesTest::runPendingEvents();
+        EXPECT_GT(live.getCount(), before);
+        seen = text;
+    });
+    button->signal_clicked().connect([&] { seen += ", and the next one"; });
+    button->clicked();
+    EXPECT_EQ(seen, "the handler's own, and the next one");
+    EXPECT_EQ(live.getCount(), before);
 }
 
 } // namespace

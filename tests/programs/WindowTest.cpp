@@ -1,9 +1,11 @@
 #include <Overcurrent/presenter/OvercurrentPresenter.h>
 #include <Overcurrent/view/ResultsView.h>
+#include <Overcurrent/view/SettingsView.h>
 
 #include <KesProgram/archive/ArchiveManager.h>
 
 #include <support/GuiTest.h>
+#include <support/LiveWidgets.h>
 #include <support/TemporaryHome.h>
 
 #include <atkmm/object.h>
@@ -150,4 +152,23 @@ TEST_F(ResultsViewTest, ShowsTheBeginningOfOtherResultsAndFollowsThoseOfATest)
     EXPECT_TRUE(waitFor([&] { return place.get_value() == place.get_upper() - place.get_page_size(); }));
     show(rows(60, "2"));
     EXPECT_EQ(place.get_value(), 0.0);
+}
+
+TEST_F(ResultsViewTest, FreesWhatItShowedWhenItIsFilledAgainAsTheSettingsDo)
+{
+    KesTest::LiveWidgets live;
+    Gtk::Box box;
+    ResultsView results;
+    SettingsView settings;
+    box.add(results);
+    box.add(settings);
+    const auto fill = [&] {
+        results.setValues(ResultValue::create(nullptr));
+        settings.setLines(SettingsSummary::describe(RelaySettings()));
+        return live.getCount();
+    };
+    const int filled = fill();
+    EXPECT_EQ(fill(), filled);
+    settings.setLines({});
+    EXPECT_LT(live.getCount(), filled);
 }

@@ -107,8 +107,7 @@ void ResultsView::setRows(const std::vector<ResultRow>& rows)
 
 void ResultsView::setValues(const std::vector<ResultValue>& values)
 {
-    for (auto* child : _values.get_children())
-        _values.remove(*child);
+    Kes::GtkWidgetHelper::removeChildren(_values);
     for (const auto& value : values) {
         auto& box = *Gtk::manage(new Gtk::Box(Gtk::ORIENTATION_VERTICAL));
         auto& name = *Gtk::manage(new Gtk::Label(value.name, Gtk::ALIGN_START));

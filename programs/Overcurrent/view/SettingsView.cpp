@@ -2,6 +2,8 @@
 
 #include <Overcurrent/text/OvercurrentText.h>
 
+#include <KesCommonView/GtkWidgetHelper.h>
+
 namespace Overcurrent {
 
 SettingsView::SettingsView()
@@ -22,8 +24,7 @@ SettingsView::SettingsView()
 
 void SettingsView::setLines(const std::vector<SettingsSummary::Line>& lines)
 {
-    for (auto* child : _lines.get_children())
-        _lines.remove(*child);
+    Kes::GtkWidgetHelper::removeChildren(_lines);
     int row = 0;
     for (const auto& line : lines) {
         auto& name = *Gtk::manage(new Gtk::Label(line.name, Gtk::ALIGN_START));

@@ -1,4 +1,5 @@
 #include "support/GuiTest.h"
+#include "support/LiveWidgets.h"
 
 #include <KesProgram/views/FileRecentMenuView.h>
 
@@ -33,6 +34,38 @@ TEST_F(MenuViewsTest, RecentFilesOfAnyNameAreListedAndMayChangeWhileOneIsChosen)
     EXPECT_EQ(chosen, broken);
     ASSERT_EQ(items().size(), 1u);
     EXPECT_TRUE(items()[0]->get_label().validate());
+}
+
+TEST_F(MenuViewsTest, RecentFilesThatHaveLeftTheMenuAreFreed)
+{
+    LiveWidgets live;
+    KesProgram::FileRecentMenuView view;
+    view.setFileCollection({"/tmp/a", "/tmp/b"});
+    const int filled = live.getCount();
+    view.signalFile.connect([&](const std::string& path) { view.setFileCollection({"/tmp/a", path}); });
+    for (int round = 0; round < 3; ++round)
+        findWidgets<Gtk::MenuItem>(view).front()->activate();
+    EXPECT_EQ(live.getCount(), filled);
+    view.setFileCollection({});
+    EXPECT_LT(live.getCount(), filled);
+}
+
+TEST_F(MenuViewsTest, RecentFilesAreFreedInWhicheverOrderTheMenuAndItsItemDie)
+{
+    for (const bool itemFirst : {true, false}) {
+        const auto windows = countWindows();
+        LiveWidgets live;
+        auto view = std::make_unique<KesProgram::FileRecentMenuView>();
+        auto item = std::make_unique<Gtk::MenuItem>("Recent files");
+        item->set_submenu(*view);
+        view->setFileCollection({"/tmp/a", "/tmp/b"});
+        itemFirst ? item.reset() : view.reset();
+        item.reset();
+        view.reset();
+        runPendingEvents();
+        EXPECT_EQ(live.getCount(), 0) << (itemFirst ? "item first" : "menu first");
+        EXPECT_EQ(countWindows(), windows) << (itemFirst ? "item first" : "menu first");
+    }
 }
 
 } // namespace
