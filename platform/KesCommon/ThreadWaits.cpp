@@ -35,6 +35,12 @@ public:
         _waits.erase(std::remove(_waits.begin(), _waits.end(), &wait), _waits.end());
     }
 
+    void removeAllFor(std::thread::id awaited)
+    {
+        std::lock_guard lock(_mutex);
+        std::erase_if(_waits, [=](const auto* wait) { return wait->_awaited == awaited; });
+    }
+
     /// Whether the declaration is there afterwards, and whether that is new.
     struct Outcome {
         bool isDeclared;
@@ -109,6 +115,11 @@ ThreadWaits::Registry& ThreadWaits::_registry()
 bool ThreadWaits::isWaitingFor(std::thread::id waiting, std::thread::id awaited)
 {
     return _registry().isWaitingFor(waiting, awaited);
+}
+
+void ThreadWaits::endThread()
+{
+    _registry().removeAllFor(std::this_thread::get_id());
 }
 
 WaitCondition& ThreadWaits::getCondition()

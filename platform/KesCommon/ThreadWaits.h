@@ -23,6 +23,10 @@ public:
     /// here, with a lock of its own, and what else the predicate depends on notifies it too.
     static WaitCondition& getCondition();
 
+    /// The calling thread is about to end: nobody waits for it any more. The system may give its id to a new
+    /// thread before those who have waited for it go on.
+    static void endThread();
+
     /// Declares for its scope that a thread waits for another one.
     ///
     /// For a wait that gives way when it would close a circle:

@@ -44,8 +44,10 @@ public:
     void wait()
     {
         std::unique_lock lock(_mutex);
-        const ThreadWaits::WaitingFor waiting(_id);
-        _ended.wait(lock, [this] { return !_isRunning; });
+        if (_isRunning) {
+            const ThreadWaits::WaitingFor waiting(_id);
+            _ended.wait(lock, [this] { return !_isRunning; });
+        }
         // Several may have waited. What is left of the thread takes no lock.
         if (_thread.joinable())
             _thread.join();
@@ -68,6 +70,7 @@ private:
         work = nullptr;
         std::lock_guard lock(_mutex);
         _isRunning = false;
+        ThreadWaits::endThread();
         _ended.notifyAll();
     }
 

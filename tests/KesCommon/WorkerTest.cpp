@@ -2,6 +2,8 @@
 
 #include <KesCommon/Log.h>
 #include <KesCommon/Signal.h>
+#include <KesCommon/SignalGate.h>
+#include <KesCommon/ThreadWaits.h>
 #include <KesCommon/Worker.h>
 
 #include <gmock/gmock.h>
@@ -104,6 +106,33 @@ TEST(Worker, aServedFunctionMayWaitForItAndReplaceIt)
     });
     worker->wait();
     EXPECT_EQ(worker, nullptr);
+}
+
+/// A thread that has been waited for may be followed by another one with its id.
+TEST(Worker, whenItHasEndedNobodyCountsAsWaitingForItsThread)
+{
+    std::promise<void> leave;
+    std::promise<std::thread::id> begun;
+    Worker worker("Kes_Worker", [&] {
+        begun.set_value(std::this_thread::get_id());
+        leave.get_future().wait();
+    });
+    const auto id = begun.get_future().get();
+    std::thread waiter([&] {
+        const Kes::SignalGate::Guard gate;
+        worker.wait();
+    });
+    while (!Kes::ThreadWaits::isWaitingFor(waiter.get_id(), id))
+        std::this_thread::yield();
+    {
+        // Without the gate the waiter does not go on.
+        const Kes::SignalGate::Guard gate;
+        leave.set_value();
+        while (worker.isRunning())
+            std::this_thread::yield();
+        EXPECT_FALSE(Kes::ThreadWaits::isWaitingFor(waiter.get_id(), id));
+    }
+    waiter.join();
 }
 
 TEST(Worker, severalThreadsMayWaitForIt)
