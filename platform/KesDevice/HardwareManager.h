@@ -118,7 +118,9 @@ public:
     /// Arms one sequence on each device (the first on the first, ...; an empty one leaves its device out) and
     /// starts them at one moment, as the synchronisation mode in use gives it. Refused out of working mode,
     /// in a mode that does not support sequences, for several devices without synchronisation, and when a
-    /// device refuses its sequence; none has started then. See `SyncedRun` for what comes after.
+    /// device refuses its sequence; none has started then. A device that fails meanwhile is told of by the
+    /// signals too, as at any time in a running output: the run has to end. See `SyncedRun` for what comes
+    /// after.
     Kes::Result startSequences(const std::vector<KesDriver::OutputSequence>& sequences,
                                std::shared_ptr<SyncedRun>& run);
 
