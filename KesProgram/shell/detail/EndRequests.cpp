@@ -10,6 +10,8 @@ namespace KesProgram {
 namespace {
 
 constexpr std::array<int, 3> endSignals{SIGHUP, SIGINT, SIGTERM};
+/// In milliseconds.
+constexpr guint delayOfJoining = 500;
 
 } // namespace
 
@@ -18,7 +20,7 @@ EndRequests::EndRequests(std::function<void()> onRequest) : _onRequest(std::move
     for (std::size_t i = 0; i < endSignals.size(); ++i)
         _signalSources[i] = g_unix_signal_add(endSignals[i], &EndRequests::_onUnixSignal, this);
     // It takes some milliseconds, which the first frame does not wait for.
-    _joining = g_idle_add_full(G_PRIORITY_LOW, &EndRequests::_onIdle, this, nullptr);
+    _joining = g_timeout_add(delayOfJoining, &EndRequests::_onShown, this);
 }
 
 EndRequests::~EndRequests()
@@ -43,7 +45,7 @@ gboolean EndRequests::_onUnixSignal(gpointer requests)
     return G_SOURCE_CONTINUE;
 }
 
-gboolean EndRequests::_onIdle(gpointer requests)
+gboolean EndRequests::_onShown(gpointer requests)
 {
     auto& self = *static_cast<EndRequests*>(requests);
     self._joining = 0;

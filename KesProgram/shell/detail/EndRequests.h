@@ -20,7 +20,7 @@ public:
 
 private:
     static gboolean _onUnixSignal(gpointer requests);
-    static gboolean _onIdle(gpointer requests);
+    static gboolean _onShown(gpointer requests);
     static void _onQueryEnd(GtkApplication* application, gpointer requests);
     void _joinSession();
 
