@@ -4,14 +4,12 @@
 #include <Overcurrent/text/OvercurrentText.h>
 
 #include <KesCommon/Directories.h>
-#include <KesCommon/FileStream.h>
 #include <KesCommon/FileSystem.h>
 #include <KesProgram/archive/XslReportManager.h>
 
 #include <unistd.h>
 
 #include <cstdio>
-#include <iterator>
 
 namespace Overcurrent {
 
@@ -26,12 +24,6 @@ struct TemporaryFile {
 
     const std::string path;
 };
-
-std::string contentsOf(const std::string& path)
-{
-    auto stream = Kes::openInputFileUTF8Name(path, std::ios::in | std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-}
 
 } // namespace
 
@@ -48,7 +40,7 @@ Kes::Result ReportFile::write(const std::string& path, const RelaySettings& sett
         !written)
         return written;
     KesProgram::XslReportManager manager(Kes::getDataDir() + "report/overcurrent.xsl");
-    const std::string report = contentsOf(manager.createReport(data.path, made.path));
+    const std::string report = Kes::readWholeFile(manager.createReport(data.path, made.path));
     // The transformation tells of a failure only by writing nothing.
     if (report.empty())
         return Kes::Result::failure(lng::Overcurrent::get("Report.failed"));
