@@ -172,7 +172,8 @@ def problem(session, killedAt, binary, home, archive):
             if name.endswith((".work", ".former")) and bytesOfCopy(readFile(os.path.join(folder, name))) is None:
                 return f"the copy {name} is not whole", []
     inFile, isOffered, final = nextStart(binary, home, archive)
-    happened = [name for name, has in (("offered", isOffered), ("with results", any(rows for _, (_, rows) in session.shown)),
+    hasResults = any(rows for _, (_, rows) in session.shown)
+    happened = [name for name, has in (("offered", isOffered), ("with results", hasResults),
                                        ("saved before", session.saved), ("file broken", inFile is None)) if has]
     states = [state for _, state in session.shown]
     due = [index for index, (when, _) in enumerate(session.shown) if when <= killedAt - LATE]
