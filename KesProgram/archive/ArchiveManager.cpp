@@ -7,6 +7,7 @@
 #include <KesProgram/archive/FileAccessError.h>
 #include <KesProgram/archive/IWorkKeeper.h>
 #include <KesProgram/archive/detail/FileIdentity.h>
+#include <KesProgram/archive/detail/FormerFile.h>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -45,20 +46,6 @@ bool haveSameBytes(std::istream& one, std::istream& other)
     }
 }
 
-/// What is larger is no archive of the family: it cannot be opened either.
-constexpr std::uintmax_t maxFormerSize = std::uintmax_t{256} << 20;
-
-std::string readFormer(const std::string& path)
-{
-    std::error_code error;
-    if (const auto size = std::filesystem::file_size(path, error); !error && size > maxFormerSize) {
-        KesLog::Log::writeWarn("saving " + path + ": the former file is too large to be kept meanwhile");
-        return {};
-    }
-    auto file = Kes::openInputFileUTF8Name(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// Whether the file holds the bytes, and the disk as well: a full one may show only now.
 bool isOnDisk(const std::string& path, const std::string& bytes)
 {
@@ -70,6 +57,13 @@ bool isOnDisk(const std::string& path, const std::string& bytes)
     auto written = Kes::openInputFileUTF8Name(path, std::ios::binary);
     std::istringstream expected(bytes);
     return isSynced && written.is_open() && haveSameBytes(written, expected);
+}
+
+void removeFile(const std::string& path)
+{
+    std::error_code ignored;
+    if (!path.empty())
+        std::filesystem::remove(path, ignored);
 }
 
 std::unique_ptr<FileIdentity> identify(const std::string& path)
@@ -147,10 +141,43 @@ bool ArchiveManager::saveAs(const std::string& fileName)
     using SaveEnd = IWorkKeeper::SaveEnd;
     // Before the file is touched.
     const std::string bytes = takeSnapshot().pack();
-    _tellKeeper([&](IWorkKeeper& keeper) { keeper.onSaving(fileName, readFormer(fileName), bytes); });
+    std::string beside;
+    if (!_keepWork(fileName, bytes, beside)) {
+        KesLog::Log::writeError("saving " + fileName + ": what it holds can be kept nowhere meanwhile");
+        _tellKeeper([&](IWorkKeeper& keeper) { keeper.onSaved(fileName, SaveEnd::Untouched); });
+        return false;
+    }
+    const bool isSaved = _overwrite(fileName, bytes, beside);
+    if (isSaved)
+        _setActualFileName(fileName);
+    return isSaved;
+}
+
+/// Before a file is overwritten either its bytes or the new ones are in a second place. `beside`: the path of
+/// that place when it is no recovery copy.
+bool ArchiveManager::_keepWork(const std::string& fileName, const std::string& bytes,
+                               std::string& beside) const
+{
+    if (!_keeper)
+        return true;
+    const std::string former = FormerFile::read(fileName);
+    bool isKept = former.empty();
+    _tellKeeper([&](IWorkKeeper& keeper) { isKept = keeper.onSaving(fileName, former, bytes) || isKept; });
+    if (isKept)
+        return true;
+    beside = FormerFile::keepBeside(fileName, former);
+    return !beside.empty();
+}
+
+/// False when the file could not be opened.
+bool ArchiveManager::_overwrite(const std::string& fileName, const std::string& bytes,
+                                const std::string& beside)
+{
+    using SaveEnd = IWorkKeeper::SaveEnd;
     auto file = Kes::openOutputFileUTF8Name(fileName, std::ios::binary);
     if (!file.is_open()) {
         KesLog::Log::writeError("saving " + fileName + ": " + std::strerror(errno));
+        removeFile(beside);
         _tellKeeper([&](IWorkKeeper& keeper) { keeper.onSaved(fileName, SaveEnd::Untouched); });
         return false;
     }
@@ -158,10 +185,12 @@ bool ArchiveManager::saveAs(const std::string& fileName)
     file.close();
     const auto end = file && isOnDisk(fileName, bytes) ? SaveEnd::Whole : SaveEnd::Broken;
     if (end == SaveEnd::Broken)
-        KesLog::Log::writeError("saving " + fileName + ": the file does not hold what it should");
+        KesLog::Log::writeError("saving " + fileName + ": the file does not hold what it should" +
+                                (beside.empty() ? "" : "; what it held is in " + beside));
+    else
+        removeFile(beside);
     _identity = identify(fileName);
     _tellKeeper([&](IWorkKeeper& keeper) { keeper.onSaved(fileName, end); });
-    _setActualFileName(fileName);
     return true;
 }
 

@@ -66,7 +66,8 @@ public:
     Kes::Result restore(std::istream& data, const std::string& fileName);
 
     /// Writes the data to the file and makes it the current one. False, the path unchanged, when the file
-    /// cannot be opened. An error while writing is told in the log and to the keeper only; the data then
+    /// cannot be opened, or when there is a keeper and neither what the file holds nor the new bytes can be
+    /// written to any second place first. An error while writing is told in the log and to the keeper only; the data then
     /// counts as changed. A provider that throws leaves the file as it is, and the exception passes through.
     bool saveAs(const std::string& fileName);
 
@@ -93,6 +94,8 @@ protected:
     void _setActualFileName(const std::string& fileName);
 
 private:
+    bool _keepWork(const std::string& fileName, const std::string& bytes, std::string& beside) const;
+    bool _overwrite(const std::string& fileName, const std::string& bytes, const std::string& beside);
     Kes::Result _load(std::istream& data, bool repair, const std::string& what);
     void _tellKeeper(const std::function<void(IWorkKeeper&)>& tell) const;
 

@@ -24,8 +24,9 @@ public:
 
     /// The data has been replaced by that of a file, or by that of a new document.
     virtual void onReplaced() = 0;
-    /// The file is to be overwritten. `former`: its bytes, empty when there are none.
-    virtual void onSaving(const std::string& fileName, const std::string& former,
+    /// The file is to be overwritten. `former`: its bytes, empty when there are none. Returns whether one of
+    /// the two can be had back, whatever becomes of the file.
+    virtual bool onSaving(const std::string& fileName, const std::string& former,
                           const std::string& present) = 0;
     virtual void onSaved(const std::string& fileName, SaveEnd end) = 0;
     /// The data may be replaced from now on, or the program closed. `isUnsaved`: the user wanted it saved,

@@ -155,17 +155,20 @@ void ProgramModel::_disconnectOnRequest()
 
 void ProgramModel::_startWorkingModeAndStarted()
 {
-    if (!_prepareHardwareSafely() || !_enterRunning()) {
+    bool isEntered = false;
+    if (!_prepareHardwareSafely() || !_runSafely([&] { isEntered = _enterRunning(); }) || !isEntered) {
         _finish();
         return;
     }
     _changeRun([](ModelRunState& run) { run.setOutputStarted(true); });
     // A device may have failed, or the devices may have been switched off, after the preparation and before
     // there was a run to be stopped. The test body finds the run stopped.
-    if (!_isHardwareStillOn())
-        _stopRunning();
+    const auto stopIfOff = [this] {
+        if (!_isHardwareStillOn())
+            _stopRunning();
+    };
     // The outputs must not stay on because a test body failed.
-    if (!_runHook(&ProgramModel::_onStart) && isOutputStarted()) {
+    if (!(_runSafely(stopIfOff) && _runHook(&ProgramModel::_onStart)) && isOutputStarted()) {
         _stopRunning();
         _finish();
     }
@@ -231,10 +234,10 @@ void ProgramModel::_tellCurrentException() noexcept
 void ProgramModel::_finish()
 {
     const auto self = std::this_thread::get_id();
-    _changeRun([&](ModelRunState&) { _finishing.push_back(self); });
+    _runSafely([&] { _changeRun([&](ModelRunState&) { _finishing.push_back(self); }); });
     _finishRun();
     _changeRun([&](ModelRunState&) {
-        _finishing.erase(std::find(_finishing.begin(), _finishing.end(), self));
+        std::erase(_finishing, self);
         _finished.notifyAll();
     });
 }
@@ -278,7 +281,7 @@ bool ProgramModel::_stopRunning()
 
 void ProgramModel::_tellStopped()
 {
-    _emitRunningChanged();
+    _runSafely([this] { _emitRunningChanged(); });
     _runHook(&ProgramModel::_onStop);
 }
 

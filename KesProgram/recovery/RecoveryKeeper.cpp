@@ -27,11 +27,13 @@ std::int64_t now()
     return std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
 }
 
-void logFailure(const Kes::Result& result)
+/// Returns whether there is none.
+bool logFailure(const Kes::Result& result)
 {
     if (!result)
         KesLog::Log::writeError("keeping a recovery copy: " +
                                 Kes::ObjectErrorHelper::toDisplayString({result.getError()}));
+    return static_cast<bool>(result);
 }
 
 } // namespace
@@ -164,28 +166,30 @@ void RecoveryKeeper::onReplaced()
     _saved = _last;
 }
 
-void RecoveryKeeper::onSaving(const std::string& fileName, const std::string& former,
+bool RecoveryKeeper::onSaving(const std::string& fileName, const std::string& former,
                               const std::string& present)
 {
     _writer->cancel();
-    _keepFormer(fileName, former);
+    const bool isFormerKept = _keepFormer(fileName, former);
     auto copy = _describe(fileName);
     copy.bytes = present;
-    logFailure(_store.write(Kind::Work, copy));
+    const bool isPresentKept = logFailure(_store.write(Kind::Work, copy));
     _last = _manager.takeSnapshot();
+    return isFormerKept || isPresentKept;
 }
 
-void RecoveryKeeper::_keepFormer(const std::string& fileName, const std::string& bytes)
+/// Whether nothing that the file holds can be lost.
+bool RecoveryKeeper::_keepFormer(const std::string& fileName, const std::string& bytes)
 {
     // What the broken file holds now is of no use to anyone.
     if (_brokenFile == fileName)
-        return;
+        return true;
     if (_brokenFile)
         _store.setAside(Kind::Former);
     _brokenFile.reset();
-    if (!bytes.empty())
-        logFailure(_store.write(Kind::Former,
-                                {_program, fileName, RecoveryLocalization::formerFile(), now(), bytes}));
+    return bytes.empty() ||
+           logFailure(_store.write(Kind::Former,
+                                   {_program, fileName, RecoveryLocalization::formerFile(), now(), bytes}));
 }
 
 void RecoveryKeeper::onSaved(const std::string& fileName, SaveEnd end)

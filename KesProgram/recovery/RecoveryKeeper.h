@@ -55,7 +55,7 @@ public:
     void adopt(LostWork work);
 
     void onReplaced() override;
-    void onSaving(const std::string& fileName, const std::string& former,
+    bool onSaving(const std::string& fileName, const std::string& former,
                   const std::string& present) override;
     void onSaved(const std::string& fileName, SaveEnd end) override;
     void onReleased(bool isUnsaved) override;
@@ -67,7 +67,7 @@ private:
     bool _onTick();
     void _look();
     void _remove();
-    void _keepFormer(const std::string& fileName, const std::string& bytes);
+    bool _keepFormer(const std::string& fileName, const std::string& bytes);
     RecoveryCopy _describe(const std::string& fileName) const;
 
     ArchiveManager& _manager;

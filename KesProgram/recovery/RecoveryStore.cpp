@@ -1,12 +1,11 @@
 #include <KesProgram/recovery/RecoveryStore.h>
 
-#include <KesCommon/FileStream.h>
+#include <KesCommon/FileSystem.h>
 
 #include <glib.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <iterator>
 #include <memory>
 #include <set>
 #include <utility>
@@ -29,12 +28,6 @@ std::string makeUuid()
     return text.get();
 }
 
-std::string readFile(const std::string& path)
-{
-    auto stream = Kes::openInputFileUTF8Name(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 Kes::Result writeDurably(const std::string& path, const std::string& content)
 {
     GError* error = nullptr;
@@ -52,7 +45,7 @@ bool isSaved(const RecoveryCopy& copy)
 {
     std::error_code error;
     return !copy.fileName.empty() && fs::file_size(copy.fileName, error) == copy.bytes.size() &&
-           readFile(copy.fileName) == copy.bytes;
+           Kes::readWholeFile(copy.fileName) == copy.bytes;
 }
 
 void removeFile(const std::string& path)
@@ -89,7 +82,7 @@ void RecoveryStore::remove(Kind kind)
 std::optional<RecoveryCopy> RecoveryStore::read(Kind kind) const
 {
     std::lock_guard lock(_mutex);
-    return _lock ? RecoveryCopy::fromFile(readFile(_path(_session, kind))) : std::nullopt;
+    return _lock ? RecoveryCopy::fromFile(Kes::readWholeFile(_path(_session, kind))) : std::nullopt;
 }
 
 void RecoveryStore::setAside(Kind kind)
@@ -108,8 +101,8 @@ std::vector<LostWork> RecoveryStore::findLost()
         auto lock = _tryTake(session);
         if (!lock)
             continue;
-        const auto work = RecoveryCopy::fromFile(readFile(_path(session, Kind::Work)));
-        const auto former = RecoveryCopy::fromFile(readFile(_path(session, Kind::Former)));
+        const auto work = RecoveryCopy::fromFile(Kes::readWholeFile(_path(session, Kind::Work)));
+        const auto former = RecoveryCopy::fromFile(Kes::readWholeFile(_path(session, Kind::Former)));
         if (work && isSaved(*work)) {
             for (const auto kind : kinds)
                 removeFile(_path(session, kind));

@@ -1,7 +1,6 @@
 #include <KesProgram/shell/UnattendedRun.h>
 
 #include <KesCommon/ExceptionText.h>
-#include <KesCommon/FileStream.h>
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
@@ -16,7 +15,6 @@
 #include <glibmm/main.h>
 
 #include <cstdio>
-#include <iterator>
 
 namespace KesProgram {
 
@@ -58,12 +56,6 @@ UnattendedRun::Status toStatus(RunVerdict verdict, bool isTerminating)
         break;
     }
     return isTerminating ? UnattendedRun::Stopped : UnattendedRun::Failure;
-}
-
-std::string contentsOf(const std::string& path)
-{
-    auto stream = Kes::openInputFileUTF8Name(path, std::ios::in | std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
 }
 
 /// Whoever asks for the end of the program without saving does not want to be kept from it.
@@ -328,7 +320,7 @@ Kes::Result UnattendedRun::_report()
     if (_writeReport)
         return _writeReport(_commandLine.report);
     const std::string made = _model.createReport();
-    const std::string contents = made.empty() ? std::string() : contentsOf(made);
+    const std::string contents = made.empty() ? std::string() : Kes::readWholeFile(made);
     if (contents.empty())
         return Kes::Result::failure(FileManagerLocalization::fileCreateError());
     return Kes::writeWholeFile(_commandLine.report, contents);

@@ -1,6 +1,7 @@
 #include <KesCommon/FileSystem.h>
 
 #include <KesCommon/CommonText.h>
+#include <KesCommon/FileStream.h>
 #include <KesCommon/StringHelper.h>
 
 #include <cerrno>
@@ -10,6 +11,7 @@
 #include <fstream>
 #include <glib.h>
 #include <glib/gstdio.h>
+#include <iterator>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -76,6 +78,16 @@ bool fileExist(const std::string& path)
 {
     struct stat status;
     return ::stat(path.c_str(), &status) == 0;
+}
+
+std::string readWholeFile(const std::string& path)
+{
+    auto stream = openInputFileUTF8Name(path, std::ios::in | std::ios::binary);
+    try {
+        return {std::istreambuf_iterator<char>(stream), {}};
+    } catch (const std::ios_base::failure&) {
+        return {};
+    }
 }
 
 Result writeWholeFile(const std::string& path, std::string_view contents)

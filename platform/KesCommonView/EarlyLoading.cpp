@@ -1,7 +1,5 @@
 #include <KesCommonView/EarlyLoading.h>
 
-#include <KesCommon/ThreadHelper.h>
-
 #include <dlfcn.h>
 #include <fontconfig/fontconfig.h>
 
@@ -15,7 +13,6 @@ namespace {
 /// and a class that GTK initialises at the same time wait for each other's locks for ever.
 void load()
 {
-    ThreadHelper::setCurrentThreadName("Kes_Early");
     FcInit();
     // The library behind GTK's loader of pictures, by far the largest that is loaded after the start.
     dlopen("librsvg-2.so.2", RTLD_LAZY);
@@ -23,13 +20,8 @@ void load()
 
 } // namespace
 
-EarlyLoading::EarlyLoading() : _thread(load)
-{
-}
+EarlyLoading::EarlyLoading() : _thread(Worker::tryStart("Kes_Early", load)) {}
 
-EarlyLoading::~EarlyLoading()
-{
-    _thread.join();
-}
+EarlyLoading::~EarlyLoading() = default;
 
 } // namespace Kes

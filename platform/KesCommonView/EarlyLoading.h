@@ -1,8 +1,9 @@
 #pragma once
 
 #include <KesCommon/Export.h>
+#include <KesCommon/Worker.h>
 
-#include <thread>
+#include <optional>
 
 namespace Kes {
 
@@ -19,7 +20,7 @@ public:
     EarlyLoading& operator=(const EarlyLoading&) = delete;
 
 private:
-    std::thread _thread;
+    std::optional<Worker> _thread;
 };
 
 } // namespace Kes

@@ -145,7 +145,8 @@ class Home:
         for name in ("NO_AT_BRIDGE", "LANGUAGE", "GTK_MODULES", "DESKTOP_STARTUP_ID"):
             values.pop(name, None)
         values.update(HOME=self.path, XDG_CACHE_HOME=self.file(".cache"), XDG_CONFIG_HOME=self.file(".config"),
-                      XDG_DATA_HOME=self.file(".local/share"), XDG_DOCUMENTS_DIR=self.file("Documents"),
+                      XDG_DATA_HOME=self.file(".local/share"), XDG_STATE_HOME=self.file(".local/state"),
+                      XDG_DOCUMENTS_DIR=self.file("Documents"),
                       LC_ALL=LOCALES[language], GDK_BACKEND="x11", GIO_USE_VFS="local", GSETTINGS_BACKEND="keyfile")
         if language == "ru":
             values["LOCPATH"] = russianLocale()

@@ -218,7 +218,8 @@ TEST(OvercurrentModelArchiveTest, HostileEntriesAreRefusedAndRepairedInAMoment)
         for (const bool repair : {false, true}) {
             const auto start = std::chrono::steady_clock::now();
             EXPECT_EQ(model.setDataStream(stream, repair), repair);
-            EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+            // Hundredths of a second; without the limits of the reader it takes longer in every build.
+            EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4));
         }
         EXPECT_EQ(model.getResults(), someResults());
     }

@@ -20,7 +20,7 @@ begin() {
     rm -f kept.kovc kept.html
     "$overcurrent" --language en "$@" >out 2>err &
     child=$!
-    until [ -n "$(xwininfo -root -children 2>/dev/null | grep -i overcurrent)" ] || ! kill -0 $child; do
+    until xdotool search --onlyvisible --name '^Overcurrent$' >/dev/null 2>&1 || ! kill -0 $child; do
         sleep 0.1
     done
     case " $* " in *" --run "*)

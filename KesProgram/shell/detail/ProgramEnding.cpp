@@ -14,6 +14,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <system_error>
 #include <thread>
 
 namespace KesProgram {
@@ -99,7 +100,11 @@ bool ProgramEnding::_closeWithoutQuestions()
 void ProgramEnding::_switchOffAndWait()
 {
     // The listeners on this thread would touch the display.
-    std::thread([this] { _model.switchOffAtOnce(); }).detach();
+    try {
+        std::thread([this] { _model.switchOffAtOnce(); }).detach();
+    } catch (const std::system_error&) {
+        // The device's watchdog is left, and the files can still be written.
+    }
     const auto end = std::chrono::steady_clock::now() + switchOffTime;
     auto* hardware = _model.getHardware();
     while ((_model.isRunning() || hardware->isOutputRunning()) && std::chrono::steady_clock::now() < end)

@@ -4,7 +4,6 @@
 #include <Overcurrent/text/OvercurrentText.h>
 
 #include <KesCommon/Directories.h>
-#include <KesCommon/FileStream.h>
 #include <KesCommon/FileSystem.h>
 #include <KesProgram/archive/XslReportManager.h>
 
@@ -13,7 +12,6 @@
 #include <glibmm/utility.h>
 
 #include <filesystem>
-#include <iterator>
 #include <system_error>
 
 namespace Overcurrent {
@@ -44,12 +42,6 @@ private:
     std::string _path;
 };
 
-std::string contentsOf(const std::string& path)
-{
-    auto stream = Kes::openInputFileUTF8Name(path, std::ios::in | std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-}
-
 } // namespace
 
 Kes::Result ReportFile::write(const std::string& path, const RelaySettings& settings, const TestPlan& plan,
@@ -62,7 +54,11 @@ try {
         !written)
         return written;
     KesProgram::XslReportManager manager(Kes::getDataDir() + "report/overcurrent.xsl");
+<<<<<<< HEAD
     const std::string report = contentsOf(manager.createReport(data, folder.getFile("report.html")));
+=======
+    const std::string report = Kes::readWholeFile(manager.createReport(data.path, made.path));
+>>>>>>> proof
     // The transformation tells of a failure only by writing nothing.
     if (report.empty())
         return Kes::Result::failure(lng::Overcurrent::get("Report.failed"));

@@ -42,7 +42,8 @@ protected:
             (*device)->setAnswerDelay(0ms);
         }
         model.stopTest();
-        EXPECT_TRUE(!isStarted || waitForFinish());
+        // Each of its runs: they write into the model's record.
+        EXPECT_TRUE(waitFor([this] { return countFinishes() == model.count("onPrepareStart"); }, 10s));
         (void)hardware().stopWorkingMode();
         KesDevice::HardwareControl::setGlobalInstance(DefaultHardware::create(), true);
     }
@@ -56,7 +57,6 @@ protected:
     }
     void start()
     {
-        isStarted = true;
         ASSERT_TRUE(model.startTest());
     }
     void startAndRun()
@@ -79,7 +79,6 @@ protected:
     BenchDevice second{2};
     Record texts;
     Model model;
-    bool isStarted = false;
 };
 
 } // namespace KesTest

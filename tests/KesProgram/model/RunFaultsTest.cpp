@@ -169,7 +169,6 @@ protected:
     }
     void begin()
     {
-        isStarted = true;
         check(model.startTest(), "the run begins");
         check(waitFor([this] { return model.has("onStart") || countFinishes() > 0; }, 5s), "the body runs");
     }

@@ -1,10 +1,21 @@
 #include <KesDriver/simulated/detail/SimulatedHost.h>
 
+#include <KesCommon/ExceptionText.h>
+#include <KesCommon/Log.h>
+
 #include <algorithm>
+#include <chrono>
 #include <string>
 #include <utility>
 
 namespace KesDriver {
+
+namespace {
+
+/// There may be memory again then.
+constexpr std::chrono::milliseconds betweenFailures{10};
+
+} // namespace
 
 std::shared_ptr<SimulatedHost> SimulatedHost::start(KestoIdentity identity, const OutputLimits& limits)
 {
@@ -46,17 +57,40 @@ void SimulatedHost::_run()
 {
     Lock lock(_mutex);
     _threadId = std::this_thread::get_id();
-    while (true) {
-        if (!_startSignals.empty())
-            _giveStartSignal(lock);
-        else if (!_deliveries.empty())
-            _deliverNext(lock);
-        else if (_stopping)
-            return;
-        else if (const auto now = SimulatedClock::now(); _work(now))
-            _letOthersIn(lock);
-        else
-            _changed.wait_until(lock, _getNextWake(now));
+    while (!_stopping || !_startSignals.empty() || !_deliveries.empty()) {
+        try {
+            _step(lock);
+        } catch (...) {
+            _fail(lock);
+        }
+    }
+}
+
+void SimulatedHost::_step(Lock& lock)
+{
+    if (!_startSignals.empty())
+        _giveStartSignal(lock);
+    else if (!_deliveries.empty())
+        _deliverNext(lock);
+    else if (const auto now = SimulatedClock::now(); _work(now))
+        _letOthersIn(lock);
+    else
+        _changed.wait_until(lock, _getNextWake(now));
+}
+
+/// Without memory, or when a receiver throws: the device must not be gone without a word, or whoever measures
+/// waits for it. Called inside a catch block.
+void SimulatedHost::_fail(Lock& lock)
+{
+    if (!lock.owns_lock())
+        lock.lock();
+    _isDelivering = false;
+    _changed.notify_all();
+    try {
+        KesLog::Log::writeError("A simulated device has failed: " + Kes::getCurrentExceptionText());
+        _loseConnection();
+    } catch (...) {
+        _changed.wait_for(lock, betweenFailures);
     }
 }
 

@@ -84,6 +84,8 @@ private:
     };
 
     void _run();
+    void _step(Lock& lock);
+    void _fail(Lock& lock);
     void _giveStartSignal(Lock& lock);
     void _deliverNext(Lock& lock);
     void _letOthersIn(Lock& lock);
