@@ -54,11 +54,8 @@ try {
         !written)
         return written;
     KesProgram::XslReportManager manager(Kes::getDataDir() + "report/overcurrent.xsl");
-<<<<<<< HEAD
-    const std::string report = contentsOf(manager.createReport(data, folder.getFile("report.html")));
-=======
-    const std::string report = Kes::readWholeFile(manager.createReport(data.path, made.path));
->>>>>>> proof
+    const std::string report =
+        Kes::readWholeFile(manager.createReport(data, folder.getFile("report.html")));
     // The transformation tells of a failure only by writing nothing.
     if (report.empty())
         return Kes::Result::failure(lng::Overcurrent::get("Report.failed"));
