@@ -26,16 +26,26 @@ MANAGER = "/org/gnome/SessionManager"
 CLIENT = MANAGER + "/Client1"
 
 
+isAsked = False
+
+
+def askClient(bus):
+    global isAsked
+    isAsked = True
+    bus.emit_signal(None, CLIENT, INTERFACES[1].name, "QueryEndSession", GLib.Variant("(u)", (0,)))
+    return False
+
+
 def onCall(bus, _sender, _path, _interface, method, _arguments, invocation):
-    if method != "RegisterClient":
-        invocation.return_value(None)
+    if method == "RegisterClient":
+        invocation.return_value(GLib.Variant("(o)", (CLIENT,)))
+        # The client subscribes when it has the answer.
+        GLib.timeout_add(300, askClient, bus)
+        return
+    invocation.return_value(None)
+    if isAsked:
         print("answered", flush=True)
         loop.quit()
-        return
-    invocation.return_value(GLib.Variant("(o)", (CLIENT,)))
-    # The client subscribes when it has the answer.
-    GLib.timeout_add(300, lambda: bus.emit_signal(None, CLIENT, INTERFACES[1].name, "QueryEndSession",
-                                                  GLib.Variant("(u)", (0,))) and False)
 
 
 def onBus(bus, _name):
