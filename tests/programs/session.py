@@ -36,11 +36,14 @@ def askClient(bus):
     return False
 
 
-def onCall(bus, _sender, _path, _interface, method, _arguments, invocation):
+def onCall(bus, _sender, _path, _interface, method, arguments, invocation):
     if method == "RegisterClient":
-        invocation.return_value(GLib.Variant("(o)", (CLIENT,)))
-        # The client subscribes when it has the answer.
-        GLib.timeout_add(300, askClient, bus)
+        # The desktop's own services are clients too.
+        isProgram = arguments[0] == "kes.Program"
+        invocation.return_value(GLib.Variant("(o)", (CLIENT if isProgram else MANAGER + "/Other",)))
+        if isProgram:
+            # It subscribes when it has the answer.
+            GLib.timeout_add(300, askClient, bus)
         return
     invocation.return_value(None)
     if isAsked:
