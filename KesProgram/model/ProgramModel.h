@@ -279,7 +279,7 @@ private:
     void _disconnectOnRequest();
     void _disconnectInBackground();
     void _inBackground(std::shared_ptr<Kes::Worker>& thread, const char* name,
-                       Kes::Result (KesDevice::HardwareManager::*operation)());
+                       const std::function<Kes::Result(KesDevice::HardwareManager&)>& operation);
     bool _stopRunning();
     void _tellStopped();
     bool _report(const Kes::Result& result);

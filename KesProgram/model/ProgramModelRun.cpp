@@ -7,8 +7,16 @@
 #include <KesDevice/HardwareManager.h>
 
 #include <algorithm>
+#include <future>
 
 namespace KesProgram {
+
+namespace {
+
+/// The outputs do not wait longer for a program's own way to stop.
+constexpr std::chrono::milliseconds longestTelling{50};
+
+} // namespace
 
 bool ProgramModel::ModelRunState::setRunning(bool running)
 {
@@ -119,10 +127,16 @@ void ProgramModel::switchOffAtOnce()
         run.isRefused = true;
         return run.setRunning(false);
     });
-    // Before the words: the program's own way to stop may take its time.
-    _inBackground(_switchOffThread, "KesProgram_Off", &KesDevice::HardwareManager::stopWorkingMode);
+    std::promise<void> isTold;
+    _inBackground(_switchOffThread, "KesProgram_Off",
+                  [told = isTold.get_future().share()](KesDevice::HardwareManager& hardware) {
+                      // A test body that has not heard of its stop takes what it meets for a fault.
+                      told.wait_for(longestTelling);
+                      return hardware.stopWorkingMode();
+                  });
     if (wasRunning)
         _tellStopped();
+    isTold.set_value();
 }
 
 void ProgramModel::_disconnectInBackground()
@@ -134,12 +148,12 @@ void ProgramModel::_disconnectInBackground()
 
 /// The GUI thread does not wait for devices. One after the other.
 void ProgramModel::_inBackground(std::shared_ptr<Kes::Worker>& thread, const char* name,
-                                 Kes::Result (KesDevice::HardwareManager::*operation)())
+                                 const std::function<Kes::Result(KesDevice::HardwareManager&)>& operation)
 {
     const auto ask = [this, operation, previous = thread, hardware = _shareHardware()] {
         if (previous)
             previous->wait();
-        _report((hardware.get()->*operation)());
+        _report(operation(*hardware));
         // It may have become a run meanwhile.
         if (isOutputStarted() && !_isHardwareStillOn())
             _stopRunning();

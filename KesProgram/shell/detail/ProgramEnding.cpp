@@ -107,7 +107,8 @@ void ProgramEnding::_switchOffAndWait()
     }
     const auto end = std::chrono::steady_clock::now() + switchOffTime;
     auto* hardware = _model.getHardware();
-    while ((_model.isRunning() || hardware->isOutputRunning()) && std::chrono::steady_clock::now() < end)
+    // The results of the run are whole at its end.
+    while ((_model.isOutputStarted() || hardware->isOutputRunning()) && std::chrono::steady_clock::now() < end)
         std::this_thread::sleep_for(1ms);
 }
 
