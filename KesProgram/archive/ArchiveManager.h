@@ -67,8 +67,9 @@ public:
 
     /// Writes the data to the file and makes it the current one. False, the path unchanged, when the file
     /// cannot be opened, or when there is a keeper and neither what the file holds nor the new bytes can be
-    /// written to any second place first. An error while writing is told in the log and to the keeper only; the data then
-    /// counts as changed. A provider that throws leaves the file as it is, and the exception passes through.
+    /// written to any second place first. An error while writing is told in the log and to the keeper only;
+    /// the data then counts as changed. A provider that throws leaves the file as it is, and the exception
+    /// passes through.
     bool saveAs(const std::string& fileName);
 
     /// `saveAs` with the current path, which fails for a new file.

@@ -15,11 +15,10 @@ inline const char* title()
 /// File, time, and what the copy holds.
 inline const char* question()
 {
-    static constexpr lng::TextPair text{
-        "Work of an earlier session has not been saved. Open it?\n\n"
-        "File: %s\nTime: %s\nContents: %s",
-        "Работа предыдущего сеанса не была сохранена. Открыть её?\n\n"
-        "Файл: %s\nВремя: %s\nСодержимое: %s"};
+    static constexpr lng::TextPair text{"Work of an earlier session has not been saved. Open it?\n\n"
+                                        "File: %s\nTime: %s\nContents: %s",
+                                        "Работа предыдущего сеанса не была сохранена. Открыть её?\n\n"
+                                        "Файл: %s\nВремя: %s\nСодержимое: %s"};
     return lng::choose(text);
 }
 

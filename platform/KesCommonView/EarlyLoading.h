@@ -7,11 +7,11 @@
 
 namespace Kes {
 
-/// Gets the fonts' configuration and the library that draws pictures ready on a thread of its own while the GUI thread
-/// connects to the display; both are needed for the first frame and take their time.
+/// Gets the fonts' configuration and the library that draws pictures ready on a thread of its own while the
+/// GUI thread connects to the display; both are needed for the first frame and take their time.
 ///
-/// Made by `main` before GTK is initialised, when the process's locale is set; nothing depends on its success.
-/// The destructor waits for the thread.
+/// Made by `main` before GTK is initialised, when the process's locale is set; nothing depends on its
+/// success. The destructor waits for the thread.
 class KES_EXPORT EarlyLoading {
 public:
     EarlyLoading();

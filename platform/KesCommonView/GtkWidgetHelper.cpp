@@ -16,8 +16,8 @@ void nameToggleButtons(GtkWidget* widget, void* name)
         gtk_container_forall(GTK_CONTAINER(widget), &nameToggleButtons, name);
 }
 
-/// GTK gives the focus of a combo box to a button inside, which is no part of the box for assistive technology
-/// but is read out all the same: with the name and, after it, the present choice.
+/// GTK gives the focus of a combo box to a button inside, which is no part of the box for assistive
+/// technology but is read out all the same: with the name and, after it, the present choice.
 void nameFocusOf(Gtk::ComboBoxText& combo, const std::string& name)
 {
     const auto update = [&combo, name] {

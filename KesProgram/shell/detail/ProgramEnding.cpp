@@ -57,7 +57,8 @@ void ProgramEnding::_request()
         _unattended->terminate();
         return;
     }
-    _patience = Glib::signal_timeout().connect_seconds(sigc::mem_fun(*this, &ProgramEnding::_force), patience);
+    _patience =
+        Glib::signal_timeout().connect_seconds(sigc::mem_fun(*this, &ProgramEnding::_force), patience);
     // Not from the source that brought the request: the next one would not be heard under a question.
     Glib::signal_idle().connect_once(sigc::mem_fun(*this, &ProgramEnding::_ask));
 }
@@ -108,7 +109,8 @@ void ProgramEnding::_switchOffAndWait()
     const auto end = std::chrono::steady_clock::now() + switchOffTime;
     auto* hardware = _model.getHardware();
     // The results of the run are whole at its end.
-    while ((_model.isOutputStarted() || hardware->isOutputRunning()) && std::chrono::steady_clock::now() < end)
+    while ((_model.isOutputStarted() || hardware->isOutputRunning()) &&
+           std::chrono::steady_clock::now() < end)
         std::this_thread::sleep_for(1ms);
 }
 

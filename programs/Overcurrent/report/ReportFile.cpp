@@ -18,7 +18,8 @@ namespace Overcurrent {
 
 namespace {
 
-/// A folder of its own, gone after its use. Not one of the program's: a report needs none that can be written.
+/// A folder of its own, gone after its use. Not one of the program's: a report needs none that can be
+/// written.
 class TemporaryFolder {
 public:
     TemporaryFolder()
@@ -54,8 +55,7 @@ try {
         !written)
         return written;
     KesProgram::XslReportManager manager(Kes::getDataDir() + "report/overcurrent.xsl");
-    const std::string report =
-        Kes::readWholeFile(manager.createReport(data, folder.getFile("report.html")));
+    const std::string report = Kes::readWholeFile(manager.createReport(data, folder.getFile("report.html")));
     // The transformation tells of a failure only by writing nothing.
     if (report.empty())
         return Kes::Result::failure(lng::Overcurrent::get("Report.failed"));

@@ -55,10 +55,7 @@ protected:
         ASSERT_TRUE(hardware().startWorkingMode());
         ASSERT_TRUE(first.putOut(1.0));
     }
-    void start()
-    {
-        ASSERT_TRUE(model.startTest());
-    }
+    void start() { ASSERT_TRUE(model.startTest()); }
     void startAndRun()
     {
         start();
