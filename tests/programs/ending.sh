@@ -91,6 +91,17 @@ begin
 kill -HUP $child
 ended 0 12
 
+echo "SIGTERM whose question is answered: choosing a file may take its time"
+begin
+kill -TERM $child
+until xdotool search --onlyvisible --name '^File manager$' >/dev/null 2>&1 || ! kill -0 $child; do sleep 0.1; done
+sleep 0.5
+xdotool key --clearmodifiers alt+y
+sleep 12
+kill -0 $child || fail "it has ended under the user's hands"
+kill -TERM $child
+ended 0 3
+
 echo "The end of the session"
 /usr/bin/python3 "$tests/session.py" >session &
 manager=$!

@@ -1,6 +1,7 @@
 #include <KesProgram/shell/detail/ProgramEnding.h>
 
 #include <KesCommon/Log.h>
+#include <KesCommonView/DialogBackend.h>
 #include <KesCommonView/DisplayLoss.h>
 #include <KesCommonView/GtkDialogs.h>
 #include <KesCommonView/OpenDialogs.h>
@@ -14,8 +15,10 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <functional>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace KesProgram {
 
@@ -28,6 +31,48 @@ constexpr unsigned patience = 10;
 constexpr auto switchOffTime = 3s;
 /// A disk that does not answer must not keep the question from the user.
 constexpr auto copyTime = 1s;
+
+/// The dialogs in use until now, and a word of each answer.
+class AnsweredDialogs : public Kes::DialogBackend {
+public:
+    /// For its life they are the ones in use.
+    class Scope {
+    public:
+        explicit Scope(const std::function<void()>& onAnswer)
+        {
+            auto dialogs = std::make_unique<AnsweredDialogs>(onAnswer);
+            _dialogs = dialogs.get();
+            _dialogs->_former = install(std::move(dialogs));
+        }
+        ~Scope()
+        {
+            auto former = std::move(_dialogs->_former);
+            install(std::move(former));
+        }
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+
+    private:
+        AnsweredDialogs* _dialogs;
+    };
+
+    explicit AnsweredDialogs(std::function<void()> onAnswer) : _onAnswer(std::move(onAnswer)) {}
+
+    Kes::DialogResult showMessage(const Kes::MessageRequest& request) override
+    {
+        const auto answer = _get().showMessage(request);
+        _onAnswer();
+        return answer;
+    }
+    std::string chooseFile(const Kes::FileRequest& request) override { return _get().chooseFile(request); }
+
+private:
+    Kes::DialogBackend& _get() { return _former ? *_former : _boxes; }
+
+    const std::function<void()> _onAnswer;
+    std::unique_ptr<Kes::DialogBackend> _former;
+    Kes::GtkDialogs _boxes;
+};
 
 } // namespace
 
@@ -65,7 +110,11 @@ void ProgramEnding::_request()
 
 void ProgramEnding::_ask()
 {
-    _presenter.requestClose();
+    {
+        // Somebody is there: what follows, such as choosing a file, may take its time.
+        const AnsweredDialogs::Scope dialogs([this] { _patience.disconnect(); });
+        _presenter.requestClose();
+    }
     if (_stage != Stage::Asked || _presenter.isClosing())
         return;
     // The user wants to go on.
