@@ -29,11 +29,8 @@ std::optional<std::string> readFile(const std::string& path)
     auto stream = Kes::openInputFileUTF8Name(path, std::ios::in | std::ios::binary);
     if (!stream.is_open())
         return std::nullopt;
-    // A longer one is refused by its reader.
-    std::string text(Kes::BoundedXmlReader::Limits().bytes + 1, '\0');
-    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(stream.gcount()));
-    return text;
+    // One that is too long is no configuration, like an empty one.
+    return Kes::readAtMost(stream, Kes::BoundedXmlReader::Limits().bytes).value_or(std::string());
 }
 
 bool isWhole(const std::optional<std::string>& text)
