@@ -1,5 +1,6 @@
 #include <KesCommonView/AccessibleActions.h>
 #include <KesCommonView/ApplicationDispatcher.h>
+#include <KesCommonView/FirstFrame.h>
 #include <KesProgram/model/ProgramModel.h>
 #include <KesProgram/shell/detail/ProgramBasePresenterFields.h>
 #include <KesProgram/statusbar/ProgramStatusBarPresenter.h>
@@ -17,7 +18,11 @@ ProgramBasePresenter::ProgramBasePresenter() : _fields(std::make_unique<ImplFiel
     KesTreeRelayTreeResources::Integrate();
 }
 
-ProgramBasePresenter::~ProgramBasePresenter() = default;
+ProgramBasePresenter::~ProgramBasePresenter()
+{
+    // A window that was never drawn keeps no other one's picture waiting.
+    Kes::FirstFrame::tellDrawn();
+}
 
 void ProgramBasePresenter::open(Kes::IView* parent)
 {
@@ -87,6 +92,7 @@ void ProgramBasePresenter::_build()
 {
     Kes::ApplicationDispatcherPresenter::getInstance().registerDispatcher();
     Kes::AccessibleActions::comeFromMainLoop();
+    Kes::FirstFrame::expect();
     _loadXmlConfig();
     auto& model = *_getModel();
     model.init();

@@ -2,7 +2,6 @@
 
 #include <KesCommon/ExceptionText.h>
 #include <KesCommonView/ApplicationDispatcher.h>
-#include <KesCommonView/EarlyLoading.h>
 #include <KesProgram/model/ProgramModel.h>
 #include <KesProgram/shell/ProgramBasePresenter.h>
 #include <KesProgram/shell/detail/ProgramEnding.h>
@@ -14,7 +13,6 @@
 #include <gtk/gtk.h>
 #include <gtkmm/main.h>
 
-#include <clocale>
 #include <cstdio>
 
 namespace KesProgram {
@@ -117,10 +115,6 @@ int ProgramMain::run(int argc, char** argv, const std::function<std::string()>& 
         std::printf("%s\n", version.c_str());
         return UnattendedRun::Success;
     }
-    // GTK would set the locale while the early loading reads it.
-    std::setlocale(LC_ALL, "");
-    gtk_disable_setlocale();
-    const Kes::EarlyLoading earlyLoading;
     if (!initialiseGtk()) {
         tell(lng::choose(noDisplay));
         return UnattendedRun::NotStarted;

@@ -1,6 +1,7 @@
 #include <KesProgram/views/ProgramView.h>
 
 #include <KesCommonView/DialogView.h>
+#include <KesCommonView/FirstFrame.h>
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesCommonView/Style.h>
 #include <KesCommonView/StyleZoomHelper.h>
@@ -15,7 +16,10 @@ ProgramView::ProgramView() : _rectangle(*this)
 {
     for (const char* sheet : {"style.css", "KesTreeManager/KesTree.css", "KesTreeRelay/KesTreeRelay.css"})
         KesView::Style::setStyle(sheet);
-    afterFirstFrame([] { KesView::Style::setStyle("Icons.css"); });
+    afterFirstFrame([] {
+        KesView::Style::setStyle("Icons.css");
+        Kes::FirstFrame::tellDrawn();
+    });
 
     signal_key_press_event().connect(sigc::mem_fun(*this, &ProgramView::_onKeyPress), false);
     get_style_context()->add_class("Window");

@@ -1,11 +1,14 @@
 #include <KesProgram/views/StatusBarHardwareKestoView.h>
 
+#include <KesCommonView/FirstFrame.h>
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesProgram/views/SharedKestoPixbuf.h>
 
 namespace KesProgram {
 
 namespace {
+
+constexpr int pictureSize = 16; // pixels
 
 void replaceContent(Kes::SharedSizeGroup& column, Kes::IView* view)
 {
@@ -17,13 +20,12 @@ void replaceContent(Kes::SharedSizeGroup& column, Kes::IView* view)
 } // namespace
 
 StatusBarHardwareKestoView::StatusBarHardwareKestoView()
-    : Gtk::HBox(false, 0),
-      _picture(getSharedKestoPixbuf()),
-      _typeColumn("ssgType"),
-      _stateColumn("ssgState"),
-      _iconsColumn("ssgIcons")
+    : Gtk::HBox(false, 0), _typeColumn("ssgType"), _stateColumn("ssgState"), _iconsColumn("ssgIcons")
 {
     get_style_context()->add_class("innerContentMargin");
+    // The room of the picture that comes.
+    _picture.set_size_request(pictureSize, pictureSize);
+    Kes::FirstFrame::call(sigc::mem_fun(*this, &StatusBarHardwareKestoView::_showPicture));
     _picture.get_style_context()->add_class("icon");
     _picture.get_style_context()->add_class("innerContentMargin");
     _type.get_style_context()->add_class("blockMargin");
@@ -34,6 +36,12 @@ StatusBarHardwareKestoView::StatusBarHardwareKestoView()
     pack_start(_picture, Gtk::PACK_SHRINK);
     for (auto* column : {&_typeColumn, &_stateColumn, &_iconsColumn})
         pack_start(*column, Gtk::PACK_SHRINK);
+}
+
+void StatusBarHardwareKestoView::_showPicture()
+{
+    _picture.set_size_request(-1, -1);
+    _picture.set(getSharedKestoPixbuf());
 }
 
 void StatusBarHardwareKestoView::setKestoType(const std::string& type)

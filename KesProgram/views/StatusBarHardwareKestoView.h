@@ -20,6 +20,8 @@ public:
     void setIcons(Kes::IView* view) override;
 
 private:
+    void _showPicture();
+
     Gtk::Image _picture;
     Kes::SharedSizeGroup _typeColumn;
     Kes::SharedSizeGroup _stateColumn;

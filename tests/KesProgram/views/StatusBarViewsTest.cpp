@@ -1,6 +1,8 @@
 #include "support/GuiTest.h"
 
 #include <KesCommonView/CollectionBoxView.h>
+#include <KesCommonView/FirstFrame.h>
+#include <KesProgram/views/SharedKestoPixbuf.h>
 #include <KesProgram/views/StatusBarFileView.h>
 #include <KesProgram/views/StatusBarHardwareKestoIconsView.h>
 #include <KesProgram/views/StatusBarHardwareKestoStateView.h>
@@ -62,6 +64,32 @@ TEST_F(StatusBarViewsTest, ALongPathDoesNotMakeTheWindowWider)
     EXPECT_LT(window.get_width(), 600);
     view.setFileName("");
     EXPECT_FALSE(isSeen(*all[0]));
+}
+
+TEST_F(StatusBarViewsTest, APictureThatWaitsForTheFirstFrameHasItsRoom)
+{
+    const auto pictureOf = [](KesProgram::StatusBarHardwareKestoView& row) {
+        return findWidgets<Gtk::Image>(row).at(0)->get_pixbuf();
+    };
+    const auto widthOf = [](Gtk::Widget& row) {
+        int least = 0, natural = 0;
+        row.get_preferred_width(least, natural);
+        return least;
+    };
+    KesProgram::StatusBarHardwareKestoView atOnce;
+    EXPECT_EQ(pictureOf(atOnce), KesProgram::getSharedKestoPixbuf());
+
+    Kes::FirstFrame::expect();
+    auto gone = std::make_unique<KesProgram::StatusBarHardwareKestoView>();
+    KesProgram::StatusBarHardwareKestoView waiting;
+    atOnce.show_all();
+    waiting.show_all();
+    EXPECT_FALSE(pictureOf(waiting));
+    EXPECT_EQ(widthOf(waiting), widthOf(atOnce));
+    gone.reset();
+    Kes::FirstFrame::tellDrawn();
+    EXPECT_EQ(pictureOf(waiting), KesProgram::getSharedKestoPixbuf());
+    EXPECT_EQ(widthOf(waiting), widthOf(atOnce));
 }
 
 TEST_F(StatusBarViewsTest, ColumnsOfDeviceRowsLineUp)
