@@ -119,6 +119,7 @@ void ProgramBasePresenter::_connectModel(ProgramModel& model)
     _fields->closedConnection = model.signalClosed.connect([this] { _onClosedFromModel(); });
     _fields->messageConnection =
         model.signalMessage.connect([this](const std::string& text) { _onMessageFromModel(text); });
+    _fields->standstillGuard.emplace(model);
 }
 
 void ProgramBasePresenter::_createWindow()

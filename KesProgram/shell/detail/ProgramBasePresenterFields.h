@@ -11,9 +11,11 @@
 #include <KesProgram/shell/TestObjectWindowPresenter.h>
 #include <KesProgram/shell/detail/MessageQueue.h>
 #include <KesProgram/shell/detail/ModalDialogs.h>
+#include <KesProgram/shell/detail/StandstillGuard.h>
 #include <KesProgram/views/IProgramView.h>
 
 #include <exception>
+#include <optional>
 
 namespace KesProgram {
 
@@ -88,6 +90,7 @@ struct ProgramBasePresenter::ImplFields : sigc::trackable {
     Kes::ScopedConnection recoveryConnection;
     /// Made by the first close request that has to wait for a test, and then left in place.
     Kes::ScopedConnection runningConnection;
+    std::optional<StandstillGuard> standstillGuard;
 };
 
 } // namespace KesProgram

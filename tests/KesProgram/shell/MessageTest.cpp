@@ -116,6 +116,21 @@ TEST_F(MessageTest, QueuedMessagesDieWithThePresenter)
     ownModel->signalMessage.emit("nobody listens");
 }
 
+/// A function of the GUI thread that does not return, in the middle of a test.
+TEST_F(MessageTest, AWindowThatDoesNotAnswerEndsTheTestAndSaysSo)
+{
+    model.startRun();
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(6);
+    while (model.isRunning() && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_FALSE(model.isRunning());
+    dialogs.answer(DialogResult::Ok);
+    EXPECT_TRUE(hasShown(1));
+    EXPECT_THAT(dialogs.getTexts(),
+                ElementsAre("The window did not answer for more than 3 s during the test. The outputs were "
+                            "switched off."));
+}
+
 } // namespace
 
 } // namespace KesTest

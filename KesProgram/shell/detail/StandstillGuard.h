@@ -1,0 +1,22 @@
+#pragma once
+
+#include <KesCommon/Connection.h>
+#include <KesCommonView/MainLoopWatch.h>
+
+namespace KesProgram {
+
+class ProgramModel;
+
+/// Switches the outputs off when the window does not answer for three seconds while a test runs, because
+/// nobody could stop it then, and has the user told when it answers again. The model outlives it. GUI thread.
+class StandstillGuard {
+public:
+    explicit StandstillGuard(ProgramModel& model);
+
+private:
+    ProgramModel& _model;
+    Kes::MainLoopWatch _watch;
+    const Kes::ScopedConnection _connection;
+};
+
+} // namespace KesProgram
