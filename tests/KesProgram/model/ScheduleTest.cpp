@@ -14,6 +14,7 @@
 #include <KesDevice/KestoStateGlobalUpdater.h>
 #include <KesProgram/model/ProgramModel.h>
 
+#include <array>
 #include <condition_variable>
 #include <future>
 #include <stdexcept>
@@ -227,6 +228,14 @@ private:
     unsigned _starts = 0;
 };
 
+/// Listeners at what outlives a model.
+std::array<std::size_t, 4> countListeners()
+{
+    const auto control = HardwareControl::share();
+    return {HardwareControl::signalHardwareChanged.size(), control->signalRunningChanged.size(),
+            control->signalStatusChanged.size(), control->signalAvary.size()};
+}
+
 class ModelSchedules : public GuiTest {
 protected:
     TemporaryHome home;
@@ -241,6 +250,7 @@ TEST_F(ModelSchedules, FinishEveryStartOnceAndEndWithAllOutputsOff)
     updater.setUpdating(false);
     updater.setInterval(1ms);
     const auto threads = countThreads();
+    const auto listeners = countListeners();
     const auto defects = KesDevice::countTransitionDefects();
     unsigned ran = 0;
     unsigned all = 0;
@@ -257,6 +267,7 @@ TEST_F(ModelSchedules, FinishEveryStartOnceAndEndWithAllOutputsOff)
     // Far more on an idle machine; a busy one stops many runs before they have begun.
     EXPECT_GE(ran * 3, all) << "the outputs hardly ever run";
     EXPECT_TRUE(comesTrue([&] { return countThreads() <= threads; })) << countThreads() - threads << " more";
+    EXPECT_EQ(countListeners(), listeners);
 }
 
 } // namespace
