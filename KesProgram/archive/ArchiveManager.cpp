@@ -140,9 +140,10 @@ bool ArchiveManager::saveAs(const std::string& fileName)
 {
     using SaveEnd = IWorkKeeper::SaveEnd;
     // Before the file is touched.
-    const std::string bytes = takeSnapshot().pack();
+    const auto snapshot = takeSnapshot();
+    const std::string bytes = snapshot.pack();
     std::string beside;
-    if (!_keepWork(fileName, bytes, beside)) {
+    if (!_keepWork(fileName, snapshot, bytes, beside)) {
         KesLog::Log::writeError("saving " + fileName + ": what it holds can be kept nowhere meanwhile");
         _tellKeeper([&](IWorkKeeper& keeper) { keeper.onSaved(fileName, SaveEnd::Untouched); });
         return false;
@@ -155,14 +156,15 @@ bool ArchiveManager::saveAs(const std::string& fileName)
 
 /// Before a file is overwritten either its bytes or the new ones are in a second place. `beside`: the path of
 /// that place when it is no recovery copy.
-bool ArchiveManager::_keepWork(const std::string& fileName, const std::string& bytes,
-                               std::string& beside) const
+bool ArchiveManager::_keepWork(const std::string& fileName, const DataSnapshot& snapshot,
+                               const std::string& bytes, std::string& beside) const
 {
     if (!_keeper)
         return true;
     const std::string former = FormerFile::read(fileName);
     bool isKept = former.empty();
-    _tellKeeper([&](IWorkKeeper& keeper) { isKept = keeper.onSaving(fileName, former, bytes) || isKept; });
+    _tellKeeper(
+        [&](IWorkKeeper& keeper) { isKept = keeper.onSaving(fileName, former, snapshot, bytes) || isKept; });
     if (isKept)
         return true;
     beside = FormerFile::keepBeside(fileName, former);

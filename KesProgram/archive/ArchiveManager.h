@@ -95,7 +95,8 @@ protected:
     void _setActualFileName(const std::string& fileName);
 
 private:
-    bool _keepWork(const std::string& fileName, const std::string& bytes, std::string& beside) const;
+    bool _keepWork(const std::string& fileName, const DataSnapshot& snapshot, const std::string& bytes,
+                   std::string& beside) const;
     bool _overwrite(const std::string& fileName, const std::string& bytes, const std::string& beside);
     Kes::Result _load(std::istream& data, bool repair, const std::string& what);
     void _tellKeeper(const std::function<void(IWorkKeeper&)>& tell) const;

@@ -13,10 +13,13 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <functional>
 #include <iterator>
+#include <map>
 #include <random>
 #include <sstream>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -73,11 +76,16 @@ protected:
     std::string _folder = _home.file("state/");
     std::string _data = "new";
     bool _isThrowing = false;
+    /// Called once, when the data has been taken.
+    std::function<void()> _onData;
     ArchiveManager _manager{[this](const std::string&) { _data = "new"; },
                             [this] {
                                 if (_isThrowing)
                                     throw std::runtime_error("no data");
-                                return std::make_unique<std::istringstream>(_data);
+                                auto stream = std::make_unique<std::istringstream>(_data);
+                                if (const auto onData = std::exchange(_onData, nullptr))
+                                    onData();
+                                return stream;
                             },
                             [this](std::istream& stream, bool) {
                                 _data.assign(std::istreambuf_iterator<char>(stream), {});
@@ -185,7 +193,7 @@ TEST_F(RecoveryKeeperTest, TheFormerFileComesBackWhenASaveHasBrokenIt)
     const auto path = _saved("former");
     _begin();
     _data = "edited";
-    _keeper->onSaving(path, "former", "edited");
+    _keeper->onSaving(path, "former", _manager.takeSnapshot(), "edited");
     writeFile(path, "edi");
     EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
     _keeper->onSaved(path, IWorkKeeper::SaveEnd::Broken);
@@ -295,6 +303,27 @@ TEST_F(RecoveryKeeperTest, AProviderThatThrowsLeavesFileAndCopyAlone)
     _isThrowing = false;
 }
 
+TEST_F(RecoveryKeeperTest, ASaveThatCouldNotOpenItsFileLeavesTheCopyWithTheNameOfTheDocument)
+{
+    const auto path = _saved("former");
+    _begin();
+    _data = "edited";
+    EXPECT_FALSE(_manager.saveAs(_home.file("missing/other.abc")));
+    EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
+    EXPECT_EQ(_keeper->getStore().read(RecoveryStore::Kind::Work)->fileName, path);
+}
+
+/// A run goes on while the file is written.
+TEST_F(RecoveryKeeperTest, WhatIsMeasuredDuringASaveIsNotTakenForSaved)
+{
+    const auto path = _saved("first result");
+    _begin();
+    _onData = [this] { _data += ", another"; };
+    EXPECT_TRUE(_manager.save());
+    EXPECT_NE(readFile(path), _data);
+    EXPECT_THAT(_lostAfterKill(), ElementsAre(_data));
+}
+
 TEST_F(RecoveryKeeperTest, OnAnotherThreadTheLastSnapshotIsWritten)
 {
     _begin();
@@ -370,6 +399,46 @@ TEST_F(RecoveryKeeperTest, ASnapshotOfAProgramThatDoesMoreThanPackingIsExact)
                   std::string(std::istreambuf_iterator<char>(*stream), {}));
     }
     EXPECT_TRUE(DataSnapshot::take([] { return nullptr; }).isEmpty());
+}
+
+/// The data of a save must not pass for an archive when there is none.
+TEST_F(RecoveryKeeperTest, ASnapshotOfWhatCannotBePackedIsAFailureToItsProgramAsThePackingIs)
+{
+    using Contents = std::map<std::string, std::string>;
+    ArchiveHelper::ContentLimits limits;
+    limits.entry = 100;
+    limits.total = 2000;
+    const Contents impossible[] = {{{"long", std::string(101, 'x')}},
+                                   {{"1", "x"}, {"2", "x"}, {"3", "x"}, {"4", "x"}},
+                                   {{"folder/", ""}},
+                                   {{std::string(65536, 'n'), ""}},
+                                   {}};
+    for (const auto& contents : impossible)
+        EXPECT_THROW(DataSnapshot::take([&]() -> std::unique_ptr<std::istream> {
+                         ArchiveHelper::DataMap data;
+                         for (const auto& [name, content] : contents)
+                             data[name] = std::make_unique<std::istringstream>(content);
+                         auto stream = std::make_unique<std::stringstream>();
+                         if (!ArchiveHelper::packDataToStream(*stream, data, "program", limits))
+                             throw std::runtime_error("too much");
+                         return stream;
+                     }),
+                     std::runtime_error);
+}
+
+TEST_F(RecoveryKeeperTest, ASnapshotOfAProgramThatReadsItsArchiveBackIsExact)
+{
+    const auto provider = [] {
+        ArchiveHelper::DataMap data, back;
+        data["a"] = std::make_unique<std::istringstream>("content");
+        auto stream = std::make_unique<std::stringstream>();
+        if (!ArchiveHelper::packDataToStream(*stream, data, "program") ||
+            !ArchiveHelper::unpackStreamToData(*stream, back, "program"))
+            throw std::runtime_error("no archive");
+        stream->seekg(0);
+        return stream;
+    };
+    EXPECT_EQ(DataSnapshot::take(provider).pack(), provider()->str());
 }
 
 } // namespace
