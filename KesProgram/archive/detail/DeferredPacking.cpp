@@ -1,5 +1,8 @@
 #include <KesProgram/archive/detail/DeferredPacking.h>
 
+#include <KesProgram/archive/ContentBudget.h>
+#include <KesProgram/archive/detail/ZipWriter.h>
+
 #include <sstream>
 #include <utility>
 
@@ -41,10 +44,13 @@ bool DeferredPacking::take(std::ostream& out, ArchiveHelper::DataMap& data, cons
     _header = header;
     _limits = limits;
     _entries.clear();
+    ContentBudget budget(limits);
     for (const auto& [name, stream] : data) {
-        if (!stream)
+        if (!stream || !ZipWriter::canStore(name) || !budget.takeEntry(name))
             return false;
-        _entries[name] = rest(*stream);
+        const auto& content = _entries[name] = rest(*stream);
+        if (!budget.take(content.size()))
+            return false;
     }
     return !data.empty() && out.write(mark.data(), static_cast<std::streamsize>(mark.size()));
 }
