@@ -208,10 +208,24 @@ bool ArchiveManager::isFileChanged() const
     auto file = Kes::openInputFileUTF8Name(_fileName);
     if (!file.is_open())
         return true;
-    // Only the bytes count, here as in saving: what is left of the stream's state does not.
-    const auto data = _getDataStream();
-    data->clear();
-    return !haveSameBytes(file, *data);
+    const auto data = _getPresentData();
+    return !data || !haveSameBytes(file, *data);
+}
+
+/// Null when the provider throws.
+std::unique_ptr<std::istream> ArchiveManager::_getPresentData() const
+{
+    if (!_getDataStream)
+        throw std::bad_function_call();
+    try {
+        auto data = _getDataStream();
+        // Only the bytes count, here as in saving: what is left of the stream's state does not.
+        data->clear();
+        return data;
+    } catch (...) {
+        KesLog::Log::writeError(_fileName + ": " + Kes::getCurrentExceptionText());
+        return nullptr;
+    }
 }
 
 bool ArchiveManager::isFileReplaced() const

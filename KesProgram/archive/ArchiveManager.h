@@ -76,7 +76,8 @@ public:
     bool save();
 
     /// Whether the data differs from the bytes of the current file. Always true for a new file, for one that
-    /// cannot be opened and for what is no regular file; always false before `init`.
+    /// cannot be opened, for what is no regular file and when the provider throws; always false before
+    /// `init`.
     bool isFileChanged() const;
 
     /// Whether somebody else has written or replaced the current file since it was opened or saved here.
@@ -98,6 +99,7 @@ private:
     bool _keepWork(const std::string& fileName, const DataSnapshot& snapshot, const std::string& bytes,
                    std::string& beside) const;
     bool _overwrite(const std::string& fileName, const std::string& bytes, const std::string& beside);
+    std::unique_ptr<std::istream> _getPresentData() const;
     Kes::Result _load(std::istream& data, bool repair, const std::string& what);
     void _tellKeeper(const std::function<void(IWorkKeeper&)>& tell) const;
 

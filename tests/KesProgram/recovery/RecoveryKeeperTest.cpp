@@ -300,6 +300,10 @@ TEST_F(RecoveryKeeperTest, AProviderThatThrowsLeavesFileAndCopyAlone)
     EXPECT_THROW(_manager.save(), std::runtime_error);
     EXPECT_EQ(readFile(path), "former");
     EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
+    // It must not lock the user in.
+    dialogs.answer(DialogResult::No);
+    EXPECT_TRUE(_presenter.close());
+    EXPECT_THAT(dialogs.getTexts(), ElementsAre("Save changes to the file " + path + " ?"));
     _isThrowing = false;
 }
 
