@@ -113,9 +113,10 @@ Kes::Result ArchiveManager::open(const std::string& fileName, bool repair)
     return _load(file, repair, fileName);
 }
 
-Kes::Result ArchiveManager::restore(std::istream& data, const std::string& fileName)
+Kes::Result ArchiveManager::restore(std::istream& data, const std::string& fileName, bool isFileNewer)
 {
-    _identity = identify(fileName);
+    // Another file than any.
+    _identity = isFileNewer ? std::make_unique<FileIdentity>() : identify(fileName);
     _setActualFileName(fileName);
     return _load(data, false, fileName);
 }

@@ -62,8 +62,9 @@ public:
     Kes::Result open(const std::string& fileName, bool repair);
 
     /// Loads data that is in no file, such as a recovery copy; the path, which may be empty, is the one that
-    /// the data would be saved to. Fails as `open` does when the data is unusable.
-    Kes::Result restore(std::istream& data, const std::string& fileName);
+    /// the data would be saved to. `isFileNewer`: somebody else has written that file since the data was
+    /// made. Fails as `open` does when the data is unusable.
+    Kes::Result restore(std::istream& data, const std::string& fileName, bool isFileNewer);
 
     /// Writes the data to the file and makes it the current one. False, the path unchanged, when the file
     /// cannot be opened, or when there is a keeper and neither what the file holds nor the new bytes can be

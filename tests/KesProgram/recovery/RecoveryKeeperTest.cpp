@@ -205,7 +205,7 @@ TEST_F(RecoveryKeeperTest, TheFormerFileComesBackWhenASaveHasBrokenIt)
     auto lost = _keeper->getStore().findLost();
     EXPECT_EQ(lost.front().getCopy().fileName, path);
     std::istringstream data(lost.front().getCopy().bytes);
-    EXPECT_TRUE(_presenter.restore(data, path));
+    EXPECT_TRUE(_presenter.restore(data, path, lost.front().isFileNewer()));
     _keeper->adopt(std::move(lost.front()));
     EXPECT_TRUE(_manager.isFileChanged());
     EXPECT_TRUE(_manager.save());
@@ -269,7 +269,7 @@ TEST_F(RecoveryKeeperTest, RestoredWorkIsChangedAndStaysUntilItIsSaved)
     _begin();
     auto lost = std::move(_keeper->getStore().findLost().front());
     std::istringstream data(lost.getCopy().bytes);
-    EXPECT_TRUE(_presenter.restore(data, lost.getCopy().fileName));
+    EXPECT_TRUE(_presenter.restore(data, lost.getCopy().fileName, lost.isFileNewer()));
     _keeper->adopt(std::move(lost));
     EXPECT_EQ(_manager.getFileName(), path);
     EXPECT_EQ(_data, "edited");
