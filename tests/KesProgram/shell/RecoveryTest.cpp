@@ -6,6 +6,7 @@
 
 #include <ctime>
 #include <filesystem>
+#include <limits>
 
 namespace KesTest {
 
@@ -139,6 +140,16 @@ TEST_F(RecoveryTest, WorkThatIsNotWantedNowIsKept)
     EXPECT_THAT(lost(), ElementsAre("lost"));
     close(DialogResult::No);
     EXPECT_THAT(lost(), ElementsAre("lost"));
+}
+
+TEST_F(RecoveryTest, ATimeThatNoCalendarHasKeepsNoWorkFromItsUser)
+{
+    constexpr std::int64_t times[] = {std::numeric_limits<std::int64_t>::max(),
+                                      std::numeric_limits<std::int64_t>::min()};
+    leave("late", "", times[0]);
+    leave("early", "", times[1]);
+    openAndAnswer({DialogResult::No, DialogResult::No, DialogResult::Yes});
+    EXPECT_EQ(model.data, "early");
 }
 
 TEST_F(RecoveryTest, ACancelledReplacementLosesNothing)
