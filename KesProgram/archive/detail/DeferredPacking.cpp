@@ -1,9 +1,9 @@
 #include <KesProgram/archive/detail/DeferredPacking.h>
 
+#include <KesCommon/FileStream.h>
 #include <KesProgram/archive/ContentBudget.h>
 #include <KesProgram/archive/detail/ZipWriter.h>
 
-#include <sstream>
 #include <utility>
 
 namespace KesProgram {
@@ -11,14 +11,6 @@ namespace KesProgram {
 namespace {
 
 thread_local DeferredPacking* active = nullptr;
-
-std::string rest(std::istream& stream)
-{
-    std::ostringstream bytes;
-    if (stream.peek() != std::istream::traits_type::eof())
-        bytes << stream.rdbuf();
-    return std::move(bytes).str();
-}
 
 } // namespace
 
@@ -48,9 +40,10 @@ bool DeferredPacking::take(std::ostream& out, ArchiveHelper::DataMap& data, cons
     for (const auto& [name, stream] : data) {
         if (!stream || !ZipWriter::canStore(name) || !budget.takeEntry(name))
             return false;
-        const auto& content = _entries[name] = rest(*stream);
-        if (!budget.take(content.size()))
+        auto content = Kes::readAtMost(*stream, budget.getLeft());
+        if (!content || !budget.take(content->size()))
             return false;
+        _entries[name] = std::move(*content);
     }
     return !data.empty() && out.write(mark.data(), static_cast<std::streamsize>(mark.size()));
 }

@@ -13,6 +13,7 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <iterator>
 #include <map>
@@ -403,6 +404,20 @@ TEST_F(RecoveryKeeperTest, ASnapshotOfAProgramThatDoesMoreThanPackingIsExact)
                   std::string(std::istreambuf_iterator<char>(*stream), {}));
     }
     EXPECT_TRUE(DataSnapshot::take([] { return nullptr; }).isEmpty());
+}
+
+TEST_F(RecoveryKeeperTest, ASnapshotOfAnEndlessStreamEnds)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    const auto bytes = DataSnapshot::take([] {
+                           ArchiveHelper::DataMap data;
+                           data["endless"] = std::make_unique<std::ifstream>("/dev/zero");
+                           auto stream = std::make_unique<std::stringstream>();
+                           EXPECT_FALSE(ArchiveHelper::packDataToStream(*stream, data, "program"));
+                           return stream;
+                       }).pack();
+    EXPECT_EQ(bytes, "");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s) << "it fills the memory";
 }
 
 /// The data of a save must not pass for an archive when there is none.
