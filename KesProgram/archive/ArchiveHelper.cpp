@@ -108,10 +108,13 @@ bool readByDirectory(std::istream& in, std::streamoff start, const ContentLimits
 }
 
 /// The places behind the marks with which headers of entries begin, from the first one on, whose mark is
-/// missing. No more than any archive needs that is worth recovering: noise may be full of them.
+/// missing. No more than an archive of this size can have, or is worth seconds: noise may be full of them.
 std::vector<std::streamoff> findHeaders(std::istream& in, std::streamoff start)
 {
-    constexpr std::size_t most = 4096;
+    // A header, a name, an empty content and its sizes.
+    constexpr std::streamoff smallestEntry = 48;
+    const auto most =
+        static_cast<std::size_t>(std::min<std::streamoff>(1 + (sizeOf(in) - start) / smallestEntry, 65536));
     std::vector<std::streamoff> found{start};
     in.clear();
     in.seekg(start);

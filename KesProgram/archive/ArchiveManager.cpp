@@ -113,9 +113,10 @@ Kes::Result ArchiveManager::open(const std::string& fileName, bool repair)
     return _load(file, repair, fileName);
 }
 
-Kes::Result ArchiveManager::restore(std::istream& data, const std::string& fileName)
+Kes::Result ArchiveManager::restore(std::istream& data, const std::string& fileName, bool isFileNewer)
 {
-    _identity = identify(fileName);
+    // Another file than any.
+    _identity = isFileNewer ? std::make_unique<FileIdentity>() : identify(fileName);
     _setActualFileName(fileName);
     return _load(data, false, fileName);
 }
@@ -140,9 +141,10 @@ bool ArchiveManager::saveAs(const std::string& fileName)
 {
     using SaveEnd = IWorkKeeper::SaveEnd;
     // Before the file is touched.
-    const std::string bytes = takeSnapshot().pack();
+    const auto snapshot = takeSnapshot();
+    const std::string bytes = snapshot.pack();
     std::string beside;
-    if (!_keepWork(fileName, bytes, beside)) {
+    if (!_keepWork(fileName, snapshot, bytes, beside)) {
         KesLog::Log::writeError("saving " + fileName + ": what it holds can be kept nowhere meanwhile");
         _tellKeeper([&](IWorkKeeper& keeper) { keeper.onSaved(fileName, SaveEnd::Untouched); });
         return false;
@@ -155,14 +157,15 @@ bool ArchiveManager::saveAs(const std::string& fileName)
 
 /// Before a file is overwritten either its bytes or the new ones are in a second place. `beside`: the path of
 /// that place when it is no recovery copy.
-bool ArchiveManager::_keepWork(const std::string& fileName, const std::string& bytes,
-                               std::string& beside) const
+bool ArchiveManager::_keepWork(const std::string& fileName, const DataSnapshot& snapshot,
+                               const std::string& bytes, std::string& beside) const
 {
     if (!_keeper)
         return true;
     const std::string former = FormerFile::read(fileName);
     bool isKept = former.empty();
-    _tellKeeper([&](IWorkKeeper& keeper) { isKept = keeper.onSaving(fileName, former, bytes) || isKept; });
+    _tellKeeper(
+        [&](IWorkKeeper& keeper) { isKept = keeper.onSaving(fileName, former, snapshot, bytes) || isKept; });
     if (isKept)
         return true;
     beside = FormerFile::keepBeside(fileName, former);
@@ -206,10 +209,24 @@ bool ArchiveManager::isFileChanged() const
     auto file = Kes::openInputFileUTF8Name(_fileName);
     if (!file.is_open())
         return true;
-    // Only the bytes count, here as in saving: what is left of the stream's state does not.
-    const auto data = _getDataStream();
-    data->clear();
-    return !haveSameBytes(file, *data);
+    const auto data = _getPresentData();
+    return !data || !haveSameBytes(file, *data);
+}
+
+/// Null when the provider throws.
+std::unique_ptr<std::istream> ArchiveManager::_getPresentData() const
+{
+    if (!_getDataStream)
+        throw std::bad_function_call();
+    try {
+        auto data = _getDataStream();
+        // Only the bytes count, here as in saving: what is left of the stream's state does not.
+        data->clear();
+        return data;
+    } catch (...) {
+        KesLog::Log::writeError(_fileName + ": " + Kes::getCurrentExceptionText());
+        return nullptr;
+    }
 }
 
 bool ArchiveManager::isFileReplaced() const

@@ -62,8 +62,9 @@ public:
     Kes::Result open(const std::string& fileName, bool repair);
 
     /// Loads data that is in no file, such as a recovery copy; the path, which may be empty, is the one that
-    /// the data would be saved to. Fails as `open` does when the data is unusable.
-    Kes::Result restore(std::istream& data, const std::string& fileName);
+    /// the data would be saved to. `isFileNewer`: somebody else has written that file since the data was
+    /// made. Fails as `open` does when the data is unusable.
+    Kes::Result restore(std::istream& data, const std::string& fileName, bool isFileNewer);
 
     /// Writes the data to the file and makes it the current one. False, the path unchanged, when the file
     /// cannot be opened, or when there is a keeper and neither what the file holds nor the new bytes can be
@@ -76,7 +77,8 @@ public:
     bool save();
 
     /// Whether the data differs from the bytes of the current file. Always true for a new file, for one that
-    /// cannot be opened and for what is no regular file; always false before `init`.
+    /// cannot be opened, for what is no regular file and when the provider throws; always false before
+    /// `init`.
     bool isFileChanged() const;
 
     /// Whether somebody else has written or replaced the current file since it was opened or saved here.
@@ -95,8 +97,10 @@ protected:
     void _setActualFileName(const std::string& fileName);
 
 private:
-    bool _keepWork(const std::string& fileName, const std::string& bytes, std::string& beside) const;
+    bool _keepWork(const std::string& fileName, const DataSnapshot& snapshot, const std::string& bytes,
+                   std::string& beside) const;
     bool _overwrite(const std::string& fileName, const std::string& bytes, const std::string& beside);
+    std::unique_ptr<std::istream> _getPresentData() const;
     Kes::Result _load(std::istream& data, bool repair, const std::string& what);
     void _tellKeeper(const std::function<void(IWorkKeeper&)>& tell) const;
 

@@ -111,9 +111,9 @@ bool ArchiveManagerPresenter::_tryRepair(const std::string& path)
     return result;
 }
 
-bool ArchiveManagerPresenter::restore(std::istream& data, const std::string& fileName)
+bool ArchiveManagerPresenter::restore(std::istream& data, const std::string& fileName, bool isFileNewer)
 {
-    if (_manager->restore(data, fileName))
+    if (_manager->restore(data, fileName, isFileNewer))
         return true;
     _showFileInvalidDataErrorDialog(fileName.empty() ? getDisplayFileName() : fileName);
     _manager->create("");

@@ -43,9 +43,9 @@ public:
     /// As `open`, but the present document is given up unasked: for one that has never been touched.
     void replace(const std::string& fileName);
 
-    /// Loads data that is in no file, in place of the present document, which is given up unasked. False
-    /// after a message: the program then has a new, empty document.
-    bool restore(std::istream& data, const std::string& fileName);
+    /// Loads data that is in no file, in place of the present document, which is given up unasked; see
+    /// `ArchiveManager::restore`. False after a message: the program then has a new, empty document.
+    bool restore(std::istream& data, const std::string& fileName, bool isFileNewer);
 
     /// Saves the current file; a new one as `saveAs` does. Asks first when somebody else has written or
     /// replaced the file meanwhile.

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <optional>
 #include <sstream>
+#include <stdexcept>
 #include <utility>
 
 namespace KesProgram {
@@ -34,10 +35,17 @@ DataSnapshot DataSnapshot::take(const Provider& provider)
 {
     {
         DeferredPacking deferred;
-        auto bytes = readAll(provider);
-        if (!bytes)
+        std::optional<std::string> bytes;
+        try {
+            bytes = readAll(provider);
+        } catch (...) {
+            // It may have looked at the archive, and found none.
+            if (deferred.getCount() == 0)
+                throw;
+        }
+        if (!bytes && deferred.getCount() == 0)
             return {};
-        if (deferred.getCount() == 1 && *bytes == DeferredPacking::mark)
+        if (deferred.getCount() == 1 && bytes == DeferredPacking::mark)
             return DataSnapshot({{},
                                  std::move(deferred.getHeader()),
                                  std::move(deferred.getEntries()),
@@ -63,8 +71,9 @@ std::string DataSnapshot::pack() const
     for (const auto& [name, content] : _data->entries)
         data[name] = std::make_unique<std::istringstream>(content);
     std::ostringstream out;
-    // What cannot be packed leaves no bytes, as it would have left none in the provider's stream.
-    (void)ArchiveHelper::packDataToStream(out, data, _data->header, _data->limits);
+    // The program has been told that its data can be packed.
+    if (!ArchiveHelper::packDataToStream(out, data, _data->header, _data->limits))
+        throw std::runtime_error("the archive cannot be packed");
     return std::move(out).str();
 }
 

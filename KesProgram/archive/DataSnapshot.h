@@ -28,7 +28,8 @@ public:
     /// Whether the archives would be the same, bytes for bytes.
     bool operator==(const DataSnapshot& other) const;
 
-    /// The bytes that the provider's stream would have given; empty without data.
+    /// The bytes that the provider's stream would have given; empty without data. Throws when an archive
+    /// cannot be packed after all, for want of memory.
     std::string pack() const;
 
 private:

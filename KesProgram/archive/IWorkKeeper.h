@@ -6,6 +6,8 @@
 
 namespace KesProgram {
 
+class DataSnapshot;
+
 /// Keeps work from being lost beside the archive's file; told of it by `ArchiveManager`, which it must not
 /// outlive without leaving it. GUI thread.
 class KES_EXPORT IWorkKeeper {
@@ -24,10 +26,11 @@ public:
 
     /// The data has been replaced by that of a file, or by that of a new document.
     virtual void onReplaced() = 0;
-    /// The file is to be overwritten. `former`: its bytes, empty when there are none. Returns whether one of
-    /// the two can be had back, whatever becomes of the file.
+    /// The file is to be overwritten. `former`: its bytes, empty when there are none. `present`: those of the
+    /// snapshot, which are to be its bytes. Returns whether one of the two can be had back, whatever becomes
+    /// of the file.
     virtual bool onSaving(const std::string& fileName, const std::string& former,
-                          const std::string& present) = 0;
+                          const DataSnapshot& snapshot, const std::string& present) = 0;
     virtual void onSaved(const std::string& fileName, SaveEnd end) = 0;
     /// The data may be replaced from now on, or the program closed. `isUnsaved`: the user wanted it saved,
     /// and it could not be.

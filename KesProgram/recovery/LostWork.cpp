@@ -1,5 +1,9 @@
 #include <KesProgram/recovery/LostWork.h>
 
+#include <KesCommon/FileSystem.h>
+
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <utility>
 
@@ -12,6 +16,13 @@ LostWork::LostWork(Kes::FileLock lock, std::string session, std::string file, Re
 LostWork::~LostWork() = default;
 LostWork::LostWork(LostWork&&) noexcept = default;
 LostWork& LostWork::operator=(LostWork&&) noexcept = default;
+
+bool LostWork::isFileNewer() const
+{
+    struct stat status;
+    return stat(_copy.fileName.c_str(), &status) == 0 && status.st_mtim.tv_sec > _copy.time &&
+           !Kes::fileExist(std::filesystem::path(_file).replace_extension(".former").string());
+}
 
 void LostWork::throwAway()
 {

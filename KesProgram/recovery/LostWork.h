@@ -19,6 +19,9 @@ public:
     LostWork& operator=(LostWork&&) noexcept;
 
     const RecoveryCopy& getCopy() const { return _copy; }
+    /// Whether the file that the work belongs to has been written since, and not by the owner of the copy,
+    /// who would have left what was in it before.
+    bool isFileNewer() const;
     /// For good, by the user's own answer.
     void throwAway();
 

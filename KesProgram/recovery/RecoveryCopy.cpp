@@ -4,6 +4,7 @@
 #include <glibmm/keyfile.h>
 #include <glibmm/uriutils.h>
 
+#include <algorithm>
 #include <sstream>
 
 namespace KesProgram {
@@ -12,6 +13,8 @@ namespace {
 
 constexpr const char* magic = "kes-recovery-copy-1";
 constexpr const char* group = "Copy";
+/// In the year 9000.
+constexpr std::int64_t latestTime = 221876841600;
 
 std::string checksum(const std::string& bytes)
 {
@@ -41,7 +44,9 @@ RecoveryCopy readDescription(const std::string& text)
     const auto value = [&](const char* key) {
         return Glib::uri_unescape_string(description.get_string(group, key));
     };
-    return {value("Program"), value("File"), value("Holds"), description.get_int64(group, "Time"), {}};
+    // A date that can be shown, whatever the clock said.
+    const auto time = std::clamp<std::int64_t>(description.get_int64(group, "Time"), 0, latestTime);
+    return {value("Program"), value("File"), value("Holds"), time, {}};
 }
 
 } // namespace

@@ -167,14 +167,14 @@ void RecoveryKeeper::onReplaced()
 }
 
 bool RecoveryKeeper::onSaving(const std::string& fileName, const std::string& former,
-                              const std::string& present)
+                              const DataSnapshot& snapshot, const std::string& present)
 {
     _writer->cancel();
     const bool isFormerKept = _keepFormer(fileName, former);
     auto copy = _describe(fileName);
     copy.bytes = present;
     const bool isPresentKept = logFailure(_store.write(Kind::Work, copy));
-    _last = _manager.takeSnapshot();
+    _saving = snapshot;
     return isFormerKept || isPresentKept;
 }
 
@@ -195,6 +195,8 @@ bool RecoveryKeeper::_keepFormer(const std::string& fileName, const std::string&
 void RecoveryKeeper::onSaved(const std::string& fileName, SaveEnd end)
 {
     _hasSaveFailed = end != SaveEnd::Whole;
+    // The copy bears the name of a file that the document may not have got, or could not be written.
+    _last = _hasSaveFailed ? DataSnapshot() : _saving;
     if (end == SaveEnd::Broken) {
         _brokenFile = fileName;
         _saved.reset();
@@ -202,12 +204,12 @@ void RecoveryKeeper::onSaved(const std::string& fileName, SaveEnd end)
     }
     if (end == SaveEnd::Whole) {
         _brokenFile.reset();
-        _saved = _last;
+        _saved = _saving;
         _fate = Fate::Undecided;
     }
     if (!_brokenFile)
         _store.remove(Kind::Former);
-    if (_saved && *_saved == _last)
+    if (_saved && *_saved == _saving)
         _remove();
 }
 

@@ -55,7 +55,7 @@ public:
     void adopt(LostWork work);
 
     void onReplaced() override;
-    bool onSaving(const std::string& fileName, const std::string& former,
+    bool onSaving(const std::string& fileName, const std::string& former, const DataSnapshot& snapshot,
                   const std::string& present) override;
     void onSaved(const std::string& fileName, SaveEnd end) override;
     void onReleased(bool isUnsaved) override;
@@ -77,7 +77,10 @@ private:
     std::unique_ptr<CopyWriter> _writer;
     /// What is in the file, or was in the document when it was new; nothing when that is not known.
     std::optional<DataSnapshot> _saved;
+    /// What has been handed to the writer; without data: it has to be handed over whatever it is.
     DataSnapshot _last;
+    /// What is being saved. A run that goes on may have changed the data since.
+    DataSnapshot _saving;
     Fate _fate = Fate::Undecided;
     /// What the user has given up; edits made since are not part of it.
     DataSnapshot _givenUp;

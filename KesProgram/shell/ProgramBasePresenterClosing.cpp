@@ -40,8 +40,13 @@ void ProgramBasePresenter::requestClose()
         });
         return;
     }
-    const ClosingScope deciding(closing, ClosingPhase::Deciding);
-    _onClosing();
+    {
+        const ClosingScope deciding(closing, ClosingPhase::Deciding);
+        _onClosing();
+    }
+    // What was awaited may have come under the question, and been left to it.
+    if (_fields->isStopAwaited && !_getModel()->isRunning())
+        _onRunningChangedOnClosing();
 }
 
 void ProgramBasePresenter::_onClosing()
@@ -71,12 +76,17 @@ bool ProgramBasePresenter::_stopOnRequest(ProgramModel& model)
 
 void ProgramBasePresenter::_waitForStop(ProgramModel& model)
 {
-    _fields->closing = ClosingPhase::Stopping;
+    _fields->isStopAwaited = true;
     // Left in place: when the user cancels the archive question, the next end of a run asks it again.
     if (!_fields->runningConnection.connected())
         _fields->runningConnection = model.signalRunningChanged.connect([this, &model] {
-            if (!model.isRunning())
-                _fromModel([this] { _onRunningChangedOnClosing(); });
+            if (model.isRunning())
+                return;
+            const unsigned stop = ++_fields->stops;
+            _fromModel([this, stop] {
+                if (stop > _fields->stopsDone)
+                    _onRunningChangedOnClosing();
+            });
         });
     // It may have stopped before there was a slot to tell.
     if (!model.isRunning())
@@ -85,12 +95,10 @@ void ProgramBasePresenter::_waitForStop(ProgramModel& model)
 
 void ProgramBasePresenter::_onRunningChangedOnClosing()
 {
-    auto& closing = _fields->closing;
     // While the question is open, `_onClosing` itself goes on when it has been answered.
-    if (closing == ClosingPhase::Asking)
+    if (_fields->closing == ClosingPhase::Asking)
         return;
-    if (closing == ClosingPhase::Stopping)
-        closing = ClosingPhase::Open;
+    _fields->isStopAwaited = false;
     // Another run may have begun meanwhile: about that one the next request asks.
     if (_getModel()->isRunning())
         return;
@@ -106,6 +114,8 @@ void ProgramBasePresenter::_saveOnClosing()
     auto& closing = _fields->closing;
     if (closing == ClosingPhase::Saving || closing == ClosingPhase::Closed)
         return;
+    _fields->isStopAwaited = false;
+    _fields->stopsDone = _fields->stops;
     const ClosingScope saving(closing, ClosingPhase::Saving);
     const Kes::OpenDialogs::Scope dialogs;
     if (_getModel()->hasArchiveLogic() && !_fields->archive->close())
@@ -122,7 +132,7 @@ void ProgramBasePresenter::_saveOnClosing()
 
 bool ProgramBasePresenter::isClosing() const
 {
-    return _fields->closing != ClosingPhase::Open;
+    return _fields->closing != ClosingPhase::Open || _fields->isStopAwaited;
 }
 
 void ProgramBasePresenter::closeWithoutQuestions()

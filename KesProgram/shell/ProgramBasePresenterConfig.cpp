@@ -1,6 +1,5 @@
 // The configuration file of a program.
 
-#include <KesCommon/BoundedXmlReader.h>
 #include <KesCommon/Directories.h>
 #include <KesCommon/Log.h>
 #include <KesCommon/TypeHelper.h>
@@ -12,10 +11,8 @@
 #include <KesProgram/text/Program.h>
 
 #include <libxml++/libxml++.h>
-#include <libxml/parser.h>
 
 #include <algorithm>
-#include <stdexcept>
 #include <vector>
 
 namespace KesProgram {
@@ -67,12 +64,7 @@ void ProgramBasePresenter::_loadXmlConfig()
     try {
         const ConfigurationFile file(_getXmlConfigFullPath());
         const auto lock = file.lock();
-        Kes::BoundedXmlReader reader;
-        reader.setOptions(XML_PARSE_NOBLANKS);
-        auto read = reader.read(file.read());
-        if (!read)
-            throw std::runtime_error(reader.getError());
-        xmlpp::Document document(read.release());
+        xmlpp::Document document(file.read().release());
         if (auto* root = document.get_root_node())
             _extractXmlConfig(root);
     } catch (const std::exception& error) {
@@ -117,9 +109,8 @@ void ProgramBasePresenter::_mergeRecentFiles(const ConfigurationFile& file)
 {
     auto& recentFiles = *_getModel()->getFileRecentManager();
     try {
-        xmlpp::DomParser parser;
-        parser.parse_memory(file.read());
-        const auto* root = parser.get_document()->get_root_node();
+        const xmlpp::Document document(file.read().release());
+        const auto* root = document.get_root_node();
         if (const auto* text = root ? findText(*root, recentFilesName) : nullptr) {
             FileRecentManager merged(recentFiles.getCapacity());
             merged.deserialize(text->get_content());

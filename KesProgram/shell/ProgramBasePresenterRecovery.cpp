@@ -114,7 +114,7 @@ void ProgramBasePresenter::_replaceBy(LostWork& work)
     if (recovery.hasUnsavedWork() && !archive.close())
         return;
     std::istringstream data(work.getCopy().bytes);
-    if (archive.restore(data, work.getCopy().fileName))
+    if (archive.restore(data, work.getCopy().fileName, work.isFileNewer()))
         recovery.adopt(std::move(work));
 }
 

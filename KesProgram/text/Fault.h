@@ -7,33 +7,28 @@ namespace lng::Fault {
 
 inline const char* AvaryConnect()
 {
-    static constexpr TextPair text{"Connection error", "Ошибка связи"};
-    return choose(text);
+    return choose({"Connection error", "Ошибка связи"});
 }
 
 inline const char* AvaryButtonOperate()
 {
-    static constexpr TextPair text{"Quick shutdown", "Оперативное отключение"};
-    return choose(text);
+    return choose({"Quick shutdown", "Оперативное отключение"});
 }
 
 /// The English text begins with the Cyrillic letter U+0421; it is searched for and compared as it is.
 inline const char* OffPower()
 {
-    static constexpr TextPair text{"\u0421hannel is disconnected", "Канал отключен"};
-    return choose(text);
+    return choose({"\u0421hannel is disconnected", "Канал отключен"});
 }
 
 inline const char* Overheat()
 {
-    static constexpr TextPair text{"Overheat", "Перегрев"};
-    return choose(text);
+    return choose({"Overheat", "Перегрев"});
 }
 
 inline const char* Overload()
 {
-    static constexpr TextPair text{"Overload", "Перегрузка"};
-    return choose(text);
+    return choose({"Overload", "Перегрузка"});
 }
 
 } // namespace lng::Fault

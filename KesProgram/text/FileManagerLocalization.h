@@ -9,83 +9,70 @@ namespace KesProgram::FileManagerLocalization {
 /// The title of every dialog.
 inline const char* title()
 {
-    static constexpr lng::TextPair text{"File manager", "Менеджер файлов"};
-    return lng::choose(text);
+    return lng::choose({"File manager", "Менеджер файлов"});
 }
 
 /// The question before unsaved changes are lost.
 inline const char* saveDialog()
 {
-    static constexpr lng::TextPair text{"Save changes to the file %s ?", "Сохранить изменения в файле %s ?"};
-    return lng::choose(text);
+    return lng::choose({"Save changes to the file %s ?", "Сохранить изменения в файле %s ?"});
 }
 
 inline const char* accessError()
 {
-    static constexpr lng::TextPair text{"Error accessing file.\n\nPath:\n%s",
-                                        "Ошибка доступа к файлу.\n\nПуть:\n%s"};
-    return lng::choose(text);
+    return lng::choose({"Error accessing file.\n\nPath:\n%s", "Ошибка доступа к файлу.\n\nПуть:\n%s"});
 }
 
 inline const char* saveError()
 {
-    static constexpr lng::TextPair text{"Error saving file.\n\nPath:\n%s",
-                                        "Ошибка сохранения файла.\n\nПуть:\n%s"};
-    return lng::choose(text);
+    return lng::choose({"Error saving file.\n\nPath:\n%s", "Ошибка сохранения файла.\n\nПуть:\n%s"});
 }
 
 /// The English sentence has no full stop.
 inline const char* fileInvalidData()
 {
-    static constexpr lng::TextPair text{"This file contains invalid data\n\nPath:\n%s",
-                                        "Файл содержит некорректные данные.\n\nПуть:\n%s"};
-    return lng::choose(text);
+    return lng::choose(
+        {"This file contains invalid data\n\nPath:\n%s", "Файл содержит некорректные данные.\n\nПуть:\n%s"});
 }
 
 inline const char* tryOpenAtRepairMode()
 {
-    static constexpr lng::TextPair text{
-        "File data error. Try opening in data recovery mode?\n\nPath:\n%s",
-        "Ошибка данных файла. Попробовать открыть в режиме восстановления данных?\n\nПуть:\n%s"};
-    return lng::choose(text);
+    return lng::choose(
+        {"File data error. Try opening in data recovery mode?\n\nPath:\n%s",
+         "Ошибка данных файла. Попробовать открыть в режиме восстановления данных?\n\nПуть:\n%s"});
 }
 
 inline const char* fileDataSuccessRepaired()
 {
-    static constexpr lng::TextPair text{
-        "Data converted. Prior to the inspection, check the correctness of the settings.\n\nPath:\n%s",
-        "Данные преобразованы. Перед проведением проверок проверьте корректность уставок.\n\nПуть:\n%s"};
-    return lng::choose(text);
+    return lng::choose(
+        {"Data converted. Prior to the inspection, check the correctness of the settings.\n\nPath:\n%s",
+         "Данные преобразованы. Перед проведением проверок проверьте корректность уставок.\n\nПуть:\n%s"});
 }
 
 /// The question before a file is overwritten that somebody else has written meanwhile.
 inline const char* fileReplaced()
 {
-    static constexpr lng::TextPair text{
-        "The file has been changed by another program since it was opened. Overwrite it?\n\nPath:\n%s",
-        "Файл был изменён другой программой после открытия. Перезаписать его?\n\nПуть:\n%s"};
-    return lng::choose(text);
+    return lng::choose(
+        {"The file has been changed by another program since it was opened. Overwrite it?\n\nPath:\n%s",
+         "Файл был изменён другой программой после открытия. Перезаписать его?\n\nПуть:\n%s"});
 }
 
 /// The label of the program's own files in the file dialogs.
 inline const char* archiveFile()
 {
-    static constexpr lng::TextPair text{"Archive", "Файл архива"};
-    return lng::choose(text);
+    return lng::choose({"Archive", "Файл архива"});
 }
 
 /// The label of the further files that can be opened.
 inline const char* supportedFile()
 {
-    static constexpr lng::TextPair text{"Archive \"Velmora\"", "Файл архива \"Вельмора\""};
-    return lng::choose(text);
+    return lng::choose({"Archive \"Velmora\"", "Файл архива \"Вельмора\""});
 }
 
 /// Shown when a report could not be created.
 inline const char* fileCreateError()
 {
-    static constexpr lng::TextPair text{"Error creating file.", "Ошибка создания файла."};
-    return lng::choose(text);
+    return lng::choose({"Error creating file.", "Ошибка создания файла."});
 }
 
 } // namespace KesProgram::FileManagerLocalization

@@ -8,8 +8,7 @@ namespace KesTree::TreePresentersLocalization {
 /// The title of the window of the test object.
 inline const char* testObjectWindowTitle()
 {
-    static constexpr lng::TextPair text{"Test object", "Объект испытаний"};
-    return lng::choose(text);
+    return lng::choose({"Test object", "Объект испытаний"});
 }
 
 } // namespace KesTree::TreePresentersLocalization

@@ -13,8 +13,10 @@ _STRING = r'"(?:[^"\\]|\\.)*"'
 _STRINGS = rf"{_STRING}(?:\s*{_STRING})*"
 # {"key", "English", "Russian"} or {"key", {"English", "Russian"}}
 _ENTRY = re.compile(rf"\{{\s*({_STRING})\s*,\s*\{{?\s*({_STRINGS})\s*,\s*({_STRINGS})\s*\}}")
-# inline const char* name() { static constexpr ... text{"English", "Russian"}
-_FUNCTION = re.compile(rf"const char\* (\w+)\(\)\s*\{{[^}}]*?text\{{\s*({_STRINGS})\s*,\s*({_STRINGS})\s*\}}")
+# inline const char* name() { return choose({"English", "Russian"});
+_FUNCTION = re.compile(
+    rf"const char\* (\w+)\(\)\s*\{{\s*return [\w:]*choose\(\s*\{{\s*({_STRINGS})\s*,\s*({_STRINGS})\s*\}}"
+)
 _ESCAPES = {"n": "\n", "t": "\t", '"': '"', "\\": "\\"}
 
 

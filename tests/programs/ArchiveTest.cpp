@@ -14,6 +14,7 @@
 #include <fstream>
 #include <iterator>
 #include <sstream>
+#include <stdexcept>
 
 using namespace Overcurrent;
 namespace ArchiveHelper = KesProgram::ArchiveHelper;
@@ -106,6 +107,13 @@ TEST(OvercurrentArchiveTest, ATestUnderWayIsKeptAsAStoppedOne)
     archive.results->end = RunEnd::Running;
     archive.results->dropOff.reset();
     EXPECT_EQ(OvercurrentArchive::read(*archive.pack())->results->end, RunEnd::Stopped);
+}
+
+TEST(OvercurrentArchiveTest, WhatCouldNotBeReadAgainIsNotPacked)
+{
+    auto archive = someArchive();
+    archive.results->device = std::string(std::size_t{5} << 20, 'x');
+    EXPECT_THROW(archive.pack(), std::runtime_error) << "an empty file would replace the former one";
 }
 
 TEST(OvercurrentArchiveTest, RefusesWhatIsMissingOrMakesNoSense)

@@ -2,17 +2,8 @@
 # Ends programs from outside, in every way in which a system does, and looks what is left.
 # usage: ending.sh FOLDER-OF-THE-PROGRAMS; on an X server with a session bus, with a home to fill.
 set -u
-overcurrent=$1/kes-overcurrent
 tests=$(cd "$(dirname "$0")" && pwd)
-work=$(mktemp -d) || exit 1
-trap 'rm -rf "$work"' EXIT
-cd "$work" || exit 1
-failures=0
-
-fail() {
-    echo "FAILED: $*"
-    failures=$((failures + 1))
-}
+. "$tests/../support/programs.sh"
 
 # begin ARGUMENT...: the program in the background, with its window on the screen and, with --run, its test
 # under way.
@@ -112,5 +103,4 @@ kill -0 $child || fail "it has not asked"
 kill -TERM $child
 ended 0 3
 
-[ $failures -eq 0 ] && echo "All is well"
-exit $((failures > 0))
+conclude

@@ -2,17 +2,8 @@
 # Runs programs as a user without a screen would and checks exit statuses, files and messages.
 # usage: unattended.sh FOLDER-OF-THE-PROGRAMS; on an X server, with a home to fill.
 set -u
-overcurrent=$1/kes-overcurrent
+. "$(dirname "$0")/../support/programs.sh"
 template=$1/kes-template
-work=$(mktemp -d) || exit 1
-trap 'rm -rf "$work"' EXIT
-cd "$work" || exit 1
-failures=0
-
-fail() {
-    echo "FAILED: $*"
-    failures=$((failures + 1))
-}
 
 # expect STATUS PROGRAM ARGUMENT...: standard error goes to the file err.
 expect() {
@@ -124,5 +115,4 @@ expect 0 "$overcurrent" --language en a.kovc --quit
 [ ! -e "$XDG_CACHE_HOME/kes/OvercurrentModel.cfg" ] || fail "a configuration without a user"
 none "at the end"
 
-[ $failures -eq 0 ] && echo "All is well"
-exit $((failures > 0))
+conclude

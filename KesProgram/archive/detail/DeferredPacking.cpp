@@ -1,6 +1,9 @@
 #include <KesProgram/archive/detail/DeferredPacking.h>
 
-#include <sstream>
+#include <KesCommon/FileStream.h>
+#include <KesProgram/archive/ContentBudget.h>
+#include <KesProgram/archive/detail/ZipWriter.h>
+
 #include <utility>
 
 namespace KesProgram {
@@ -8,14 +11,6 @@ namespace KesProgram {
 namespace {
 
 thread_local DeferredPacking* active = nullptr;
-
-std::string rest(std::istream& stream)
-{
-    std::ostringstream bytes;
-    if (stream.peek() != std::istream::traits_type::eof())
-        bytes << stream.rdbuf();
-    return std::move(bytes).str();
-}
 
 } // namespace
 
@@ -41,10 +36,14 @@ bool DeferredPacking::take(std::ostream& out, ArchiveHelper::DataMap& data, cons
     _header = header;
     _limits = limits;
     _entries.clear();
+    ContentBudget budget(limits);
     for (const auto& [name, stream] : data) {
-        if (!stream)
+        if (!stream || !ZipWriter::canStore(name) || !budget.takeEntry(name))
             return false;
-        _entries[name] = rest(*stream);
+        auto content = Kes::readAtMost(*stream, budget.getLeft());
+        if (!content || !budget.take(content->size()))
+            return false;
+        _entries[name] = std::move(*content);
     }
     return !data.empty() && out.write(mark.data(), static_cast<std::streamsize>(mark.size()));
 }

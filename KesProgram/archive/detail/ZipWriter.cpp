@@ -15,14 +15,6 @@ namespace {
 
 using EntryPointer = std::unique_ptr<archive_entry, decltype(&archive_entry_free)>;
 
-// The length field of a name has 16 bits, and libarchive overruns a buffer with a longer name. A NUL would
-// cut the name and could make two entries one. A name that ends like a folder's reads back without content.
-bool canStore(const std::string& name)
-{
-    return !name.empty() && name.size() <= 65535 && name.find('\0') == std::string::npos &&
-           name.back() != '/' && name.back() != '\\';
-}
-
 // A reader composes the characters of names marked as UTF-8 and stops at a malformed one. Names that would
 // not come back as they are get no mark.
 NameLocale::Encoding encodingOf(const std::string& name)
@@ -57,6 +49,14 @@ ZipWriter::~ZipWriter() = default;
 void ZipWriter::Deleter::operator()(archive* writer) const
 {
     archive_write_free(writer);
+}
+
+// The length field of a name has 16 bits, and libarchive overruns a buffer with a longer name. A NUL would
+// cut the name and could make two entries one. A name that ends like a folder's reads back without content.
+bool ZipWriter::canStore(const std::string& name)
+{
+    return !name.empty() && name.size() <= 65535 && name.find('\0') == std::string::npos &&
+           name.back() != '/' && name.back() != '\\';
 }
 
 bool ZipWriter::add(const std::string& name, std::istream& content)

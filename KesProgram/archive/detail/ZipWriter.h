@@ -24,6 +24,9 @@ public:
     ZipWriter(std::ostream& zip, const ArchiveHelper::ContentLimits& limits);
     ~ZipWriter();
 
+    /// Whether an entry of this name comes back as it is.
+    static bool canStore(const std::string& name);
+
     bool isOpen() const { return _isOpen; }
 
     /// Adds an entry with what is left to read in `content`. False for a name that cannot be stored, too

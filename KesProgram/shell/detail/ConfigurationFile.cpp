@@ -1,6 +1,5 @@
 #include <KesProgram/shell/detail/ConfigurationFile.h>
 
-#include <KesCommon/BoundedXmlReader.h>
 #include <KesCommon/FileStream.h>
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/SystemError.h>
@@ -9,6 +8,7 @@
 #include <fcntl.h>
 #include <glibmm/miscutils.h>
 #include <libxml++/libxml++.h>
+#include <libxml/parser.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -33,11 +33,20 @@ std::optional<std::string> readFile(const std::string& path)
     return Kes::readAtMost(stream, Kes::BoundedXmlReader::Limits().bytes).value_or(std::string());
 }
 
+/// `error`: why there is none.
+Kes::BoundedXmlReader::Document parse(const std::optional<std::string>& text, std::string& error)
+{
+    Kes::BoundedXmlReader reader;
+    reader.setOptions(XML_PARSE_NOBLANKS);
+    auto document = reader.read(text.value_or(std::string()));
+    error = reader.getError();
+    return document;
+}
+
 bool isWhole(const std::optional<std::string>& text)
 {
-    if (!text || text->empty())
-        return false;
-    return Kes::BoundedXmlReader().read(*text) != nullptr;
+    std::string ignored;
+    return parse(text, ignored) != nullptr;
 }
 
 } // namespace
@@ -56,15 +65,16 @@ std::optional<Kes::FileLock> ConfigurationFile::lock() const
     return Kes::FileLock::takeWithin(_path + ".lock", longestWait);
 }
 
-std::string ConfigurationFile::read() const
+Kes::BoundedXmlReader::Document ConfigurationFile::read() const
 {
-    auto text = readFile(_path);
-    if (!isWhole(text))
-        if (auto former = readFile(_formerPath); isWhole(former))
-            return std::move(*former);
-    if (!text)
-        throw std::runtime_error("cannot open " + _path);
-    return std::move(*text);
+    const auto text = readFile(_path);
+    std::string error, ignored;
+    auto document = parse(text, error);
+    if (!document)
+        document = parse(readFile(_formerPath), ignored);
+    if (!document)
+        throw std::runtime_error(text ? error : "cannot open " + _path);
+    return document;
 }
 
 void ConfigurationFile::write(xmlpp::Document& document) const

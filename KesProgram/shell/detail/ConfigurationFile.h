@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KesCommon/BoundedXmlReader.h>
 #include <KesCommon/FileLock.h>
 
 #include <optional>
@@ -23,9 +24,8 @@ public:
     /// Keeps other instances from reading and writing. Nothing, after a while, when one of them does not let
     /// go, and at once when there can be no lock.
     std::optional<Kes::FileLock> lock() const;
-    /// The text of the file, or of the former one when only that is whole. Throws std::runtime_error without
-    /// a file.
-    std::string read() const;
+    /// The file, or the former one when only that is whole. Throws std::runtime_error when neither is.
+    Kes::BoundedXmlReader::Document read() const;
     /// Twice in a row: by the XML library, and as the very bytes of the name. Throws `ConfigurationError`.
     void write(xmlpp::Document& document) const;
 

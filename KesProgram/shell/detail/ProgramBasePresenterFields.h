@@ -14,6 +14,7 @@
 #include <KesProgram/shell/detail/StandstillGuard.h>
 #include <KesProgram/views/IProgramView.h>
 
+#include <atomic>
 #include <exception>
 #include <optional>
 
@@ -28,8 +29,6 @@ enum class ClosingPhase {
     Deciding,
     /// The question about the running test is open, or the test is being stopped.
     Asking,
-    /// The test has been asked to stop and still runs.
-    Stopping,
     /// The archive question is open, or the configuration is being written.
     Saving,
     /// The model has been closed; for ever.
@@ -79,6 +78,12 @@ struct ProgramBasePresenter::ImplFields : sigc::trackable {
     /// Why the configuration could not be written when the program was to close.
     std::exception_ptr configurationFailure;
     ClosingPhase closing = ClosingPhase::Open;
+    /// The user wants the program closed when the test, which has been asked to stop, has stopped.
+    bool isStopAwaited = false;
+    /// How many ends of runs there have been since the first one was waited for, as any thread counts them,
+    /// and how many of them need nothing more.
+    std::atomic<unsigned> stops{0};
+    unsigned stopsDone = 0;
     ModalDialogs dialogs;
     MessageQueue messages;
     Kes::UpdateViewGuard guard;

@@ -3,6 +3,7 @@
 #include <Overcurrent/data/PlanXml.h>
 #include <Overcurrent/data/ResultsXml.h>
 #include <Overcurrent/data/XmlAttributes.h>
+#include <Overcurrent/text/OvercurrentText.h>
 
 #include <KesCommon/FileStream.h>
 #include <KesProgram/archive/ArchiveHelper.h>
@@ -13,6 +14,7 @@
 #include <functional>
 #include <numeric>
 #include <sstream>
+#include <stdexcept>
 #include <utility>
 
 namespace Overcurrent {
@@ -177,7 +179,8 @@ std::unique_ptr<std::istream> OvercurrentArchive::pack() const
                 ResultsXml::write(root, *results);
         }));
     auto stream = std::make_unique<std::stringstream>();
-    ArchiveHelper::packDataToStream(*stream, data, ArchiveHelper::PREFIX, limits);
+    if (!ArchiveHelper::packDataToStream(*stream, data, ArchiveHelper::PREFIX, limits))
+        throw std::runtime_error(lng::Overcurrent::get("Error.tooMuchData"));
     return stream;
 }
 

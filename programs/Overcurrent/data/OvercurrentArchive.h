@@ -30,7 +30,8 @@ struct OvercurrentArchive {
     bool areResultsLost = false;
     bool isOriginLost = false;
 
-    /// Never null. Positioned at the beginning.
+    /// Never null. Positioned at the beginning. Throws std::runtime_error with a text for the user when it is
+    /// more than could be read again.
     std::unique_ptr<std::istream> pack() const;
 
     /// Nothing when the stream holds anything but a complete archive that makes sense.

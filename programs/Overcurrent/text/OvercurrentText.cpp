@@ -57,6 +57,8 @@ constexpr Kes::TextTable table({
     {"Run.archiveReplaced", "The test was stopped: its archive was closed.",
      "Проверка остановлена: её архив закрыт."},
 
+    {"Error.tooMuchData", "The data is too large for an archive.", "Слишком много данных для архива."},
+
     {"Repair.planLost", "The plan could not be read; the default one is used.",
      "План проверки прочитать не удалось; используется план по умолчанию."},
     {"Repair.planOfTest", "The plan could not be read; that of the test is used.",

@@ -168,6 +168,22 @@ TEST(HostileArchive, RecoveringFindsEveryEntryButTheOneThatAFlippedByteHits)
     }
 }
 
+TEST(HostileArchive, RecoveringFindsEachOfVeryManyEntries)
+{
+    Contents contents;
+    for (int i = 0; i < 6000; ++i)
+        contents[std::to_string(i)];
+    const auto bytes = Archives::pack(contents);
+    ASSERT_LT(bytes.size(), mebibyte);
+    // Without its directory, and with a fault near the beginning.
+    auto damaged = bytes.substr(0, bytes.find("PK\1\2"));
+    damaged[damaged.find("PK\3\4", 100) + 26] = '\xff';
+    std::istringstream in(damaged);
+    ArchiveHelper::DataMap data;
+    EXPECT_TRUE(ArchiveHelper::recoverStreamToData(in, data, ArchiveHelper::PREFIX));
+    EXPECT_GE(data.size(), 5999u);
+}
+
 TEST(HostileArchive, NoiseAndArchivesWithNoiseInThemEndInAResult)
 {
     const auto whole = Archives::pack({{"a", noise(300, 1)}, {"b", "text"}}).substr(0, 900);

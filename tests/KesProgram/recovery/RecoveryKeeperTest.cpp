@@ -13,10 +13,14 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <iterator>
+#include <map>
 #include <random>
 #include <sstream>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -73,11 +77,16 @@ protected:
     std::string _folder = _home.file("state/");
     std::string _data = "new";
     bool _isThrowing = false;
+    /// Called once, when the data has been taken.
+    std::function<void()> _onData;
     ArchiveManager _manager{[this](const std::string&) { _data = "new"; },
                             [this] {
                                 if (_isThrowing)
                                     throw std::runtime_error("no data");
-                                return std::make_unique<std::istringstream>(_data);
+                                auto stream = std::make_unique<std::istringstream>(_data);
+                                if (const auto onData = std::exchange(_onData, nullptr))
+                                    onData();
+                                return stream;
                             },
                             [this](std::istream& stream, bool) {
                                 _data.assign(std::istreambuf_iterator<char>(stream), {});
@@ -185,7 +194,7 @@ TEST_F(RecoveryKeeperTest, TheFormerFileComesBackWhenASaveHasBrokenIt)
     const auto path = _saved("former");
     _begin();
     _data = "edited";
-    _keeper->onSaving(path, "former", "edited");
+    _keeper->onSaving(path, "former", _manager.takeSnapshot(), "edited");
     writeFile(path, "edi");
     EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
     _keeper->onSaved(path, IWorkKeeper::SaveEnd::Broken);
@@ -197,7 +206,7 @@ TEST_F(RecoveryKeeperTest, TheFormerFileComesBackWhenASaveHasBrokenIt)
     auto lost = _keeper->getStore().findLost();
     EXPECT_EQ(lost.front().getCopy().fileName, path);
     std::istringstream data(lost.front().getCopy().bytes);
-    EXPECT_TRUE(_presenter.restore(data, path));
+    EXPECT_TRUE(_presenter.restore(data, path, lost.front().isFileNewer()));
     _keeper->adopt(std::move(lost.front()));
     EXPECT_TRUE(_manager.isFileChanged());
     EXPECT_TRUE(_manager.save());
@@ -261,7 +270,7 @@ TEST_F(RecoveryKeeperTest, RestoredWorkIsChangedAndStaysUntilItIsSaved)
     _begin();
     auto lost = std::move(_keeper->getStore().findLost().front());
     std::istringstream data(lost.getCopy().bytes);
-    EXPECT_TRUE(_presenter.restore(data, lost.getCopy().fileName));
+    EXPECT_TRUE(_presenter.restore(data, lost.getCopy().fileName, lost.isFileNewer()));
     _keeper->adopt(std::move(lost));
     EXPECT_EQ(_manager.getFileName(), path);
     EXPECT_EQ(_data, "edited");
@@ -292,7 +301,32 @@ TEST_F(RecoveryKeeperTest, AProviderThatThrowsLeavesFileAndCopyAlone)
     EXPECT_THROW(_manager.save(), std::runtime_error);
     EXPECT_EQ(readFile(path), "former");
     EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
+    // It must not lock the user in.
+    dialogs.answer(DialogResult::No);
+    EXPECT_TRUE(_presenter.close());
+    EXPECT_THAT(dialogs.getTexts(), ElementsAre("Save changes to the file " + path + " ?"));
     _isThrowing = false;
+}
+
+TEST_F(RecoveryKeeperTest, ASaveThatCouldNotOpenItsFileLeavesTheCopyWithTheNameOfTheDocument)
+{
+    const auto path = _saved("former");
+    _begin();
+    _data = "edited";
+    EXPECT_FALSE(_manager.saveAs(_home.file("missing/other.abc")));
+    EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
+    EXPECT_EQ(_keeper->getStore().read(RecoveryStore::Kind::Work)->fileName, path);
+}
+
+/// A run goes on while the file is written.
+TEST_F(RecoveryKeeperTest, WhatIsMeasuredDuringASaveIsNotTakenForSaved)
+{
+    const auto path = _saved("first result");
+    _begin();
+    _onData = [this] { _data += ", another"; };
+    EXPECT_TRUE(_manager.save());
+    EXPECT_NE(readFile(path), _data);
+    EXPECT_THAT(_lostAfterKill(), ElementsAre(_data));
 }
 
 TEST_F(RecoveryKeeperTest, OnAnotherThreadTheLastSnapshotIsWritten)
@@ -370,6 +404,60 @@ TEST_F(RecoveryKeeperTest, ASnapshotOfAProgramThatDoesMoreThanPackingIsExact)
                   std::string(std::istreambuf_iterator<char>(*stream), {}));
     }
     EXPECT_TRUE(DataSnapshot::take([] { return nullptr; }).isEmpty());
+}
+
+TEST_F(RecoveryKeeperTest, ASnapshotOfAnEndlessStreamEnds)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    const auto bytes = DataSnapshot::take([] {
+                           ArchiveHelper::DataMap data;
+                           data["endless"] = std::make_unique<std::ifstream>("/dev/zero");
+                           auto stream = std::make_unique<std::stringstream>();
+                           EXPECT_FALSE(ArchiveHelper::packDataToStream(*stream, data, "program"));
+                           return stream;
+                       }).pack();
+    EXPECT_EQ(bytes, "");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s) << "it fills the memory";
+}
+
+/// The data of a save must not pass for an archive when there is none.
+TEST_F(RecoveryKeeperTest, ASnapshotOfWhatCannotBePackedIsAFailureToItsProgramAsThePackingIs)
+{
+    using Contents = std::map<std::string, std::string>;
+    ArchiveHelper::ContentLimits limits;
+    limits.entry = 100;
+    limits.total = 2000;
+    const Contents impossible[] = {{{"long", std::string(101, 'x')}},
+                                   {{"1", "x"}, {"2", "x"}, {"3", "x"}, {"4", "x"}},
+                                   {{"folder/", ""}},
+                                   {{std::string(65536, 'n'), ""}},
+                                   {}};
+    for (const auto& contents : impossible)
+        EXPECT_THROW(DataSnapshot::take([&]() -> std::unique_ptr<std::istream> {
+                         ArchiveHelper::DataMap data;
+                         for (const auto& [name, content] : contents)
+                             data[name] = std::make_unique<std::istringstream>(content);
+                         auto stream = std::make_unique<std::stringstream>();
+                         if (!ArchiveHelper::packDataToStream(*stream, data, "program", limits))
+                             throw std::runtime_error("too much");
+                         return stream;
+                     }),
+                     std::runtime_error);
+}
+
+TEST_F(RecoveryKeeperTest, ASnapshotOfAProgramThatReadsItsArchiveBackIsExact)
+{
+    const auto provider = [] {
+        ArchiveHelper::DataMap data, back;
+        data["a"] = std::make_unique<std::istringstream>("content");
+        auto stream = std::make_unique<std::stringstream>();
+        if (!ArchiveHelper::packDataToStream(*stream, data, "program") ||
+            !ArchiveHelper::unpackStreamToData(*stream, back, "program"))
+            throw std::runtime_error("no archive");
+        stream->seekg(0);
+        return stream;
+    };
+    EXPECT_EQ(DataSnapshot::take(provider).pack(), provider()->str());
 }
 
 } // namespace

@@ -121,6 +121,34 @@ TEST_P(ClosingTest, ClosingWaitsForTheEndOfTheRun)
     EXPECT_THAT(askedButtons(), ElementsAre(runQuestion, runQuestion));
 }
 
+/// What was answered first still holds, as it does for a run that ends after the second answer.
+TEST_P(ClosingTest, AnAwaitedStopThatComesUnderTheNextQuestionIsTakenUpAfterIt)
+{
+    for (const auto& [second, isHeardUnderIt] : {std::pair(DialogResult::No, false),
+                                                 {DialogResult::No, true},
+                                                 {DialogResult::Yes, false},
+                                                 {DialogResult::Yes, true}}) {
+        openWithArchive();
+        model.stopsLater = true;
+        model.startRun();
+        dialogs.answer(DialogResult::Yes);
+        close();
+        dialogs.answer(second, [this, isHeard = isHeardUnderIt] {
+            model.endRun();
+            EXPECT_TRUE(waitFor([this] { return !model.isRunning(); }));
+            if (isHeard)
+                runPendingEvents();
+        });
+        dialogs.answer(DialogResult::Cancel);
+        close();
+        runPendingEvents();
+        EXPECT_THAT(askedButtons(), ElementsAre(runQuestion, runQuestion, archiveQuestion));
+        EXPECT_TRUE(isOpen());
+        EXPECT_FALSE(shell.isClosing());
+        dialogs.clear();
+    }
+}
+
 TEST_P(ClosingTest, RunThatEndsUnderTheQuestionNeedsNoStop)
 {
     openWithArchive();

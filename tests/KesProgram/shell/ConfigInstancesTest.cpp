@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <random>
@@ -141,6 +142,24 @@ TEST_F(ConfigInstancesTest, ATornFileIsReadFromTheFormerOne)
         second.shell._saveXmlConfig();
         EXPECT_THAT(Instance().getRecentFiles(), ElementsAre(file, later));
         EXPECT_FALSE(std::filesystem::exists(config + ".former"));
+    }
+}
+
+TEST_F(ConfigInstancesTest, WhatTheStartWouldNotReadIsNotMergedEither)
+{
+    const auto file = makeFile(0), theirs = makeFile(1);
+    std::string attributes;
+    for (int i = 0; i < 40000; ++i)
+        attributes += " a" + std::to_string(i) + "=''";
+    const std::string config = path(), recent = "<RecentFiles>" + theirs + "</RecentFiles></root>";
+    for (const auto& text : {"<!DOCTYPE root><root>" + recent, "<root><a" + attributes + "/>" + recent}) {
+        Instance instance;
+        instance.use(file);
+        writeFile(config, text);
+        const auto begin = std::chrono::steady_clock::now();
+        instance.shell._saveXmlConfig();
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+        EXPECT_THAT(Instance().getRecentFiles(), ElementsAre(file));
     }
 }
 

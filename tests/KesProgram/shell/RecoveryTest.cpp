@@ -4,7 +4,9 @@
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesProgram/recovery/RecoveryStore.h>
 
+#include <ctime>
 #include <filesystem>
+#include <limits>
 
 namespace KesTest {
 
@@ -81,7 +83,7 @@ TEST_F(RecoveryTest, ARestoredDocumentIsChangedAndItsCopyStaysUntilItIsSaved)
 {
     const std::string path = home.file("old.abc");
     writeFile(path, "former");
-    leave("lost", path, 2);
+    leave("lost", path, time(nullptr) + 2);
     leave("older", path, 1);
     openAndAnswer({DialogResult::Yes});
     EXPECT_EQ(model.data, "lost");
@@ -97,6 +99,39 @@ TEST_F(RecoveryTest, ARestoredDocumentIsChangedAndItsCopyStaysUntilItIsSaved)
     EXPECT_THAT(lost(), ElementsAre("older"));
 }
 
+/// Since the kill somebody has opened the file itself.
+TEST_F(RecoveryTest, ARestoredDocumentDoesNotReplaceANewerFileUnasked)
+{
+    const std::string path = home.file("old.abc");
+    writeFile(path, "newer");
+    leave("lost", path, time(nullptr) - 10);
+    openAndAnswer({DialogResult::Yes});
+    dialogs.answer(DialogResult::No);
+    shell.saveArchive();
+    EXPECT_THAT(dialogs.getTexts().back(), HasSubstr("Overwrite it?\n\nPath:\n" + path));
+    EXPECT_EQ(readFile(path), "newer");
+    dialogs.answer(DialogResult::Yes);
+    shell.saveArchive();
+    EXPECT_EQ(readFile(path), "lost");
+    shell.saveArchive();
+    EXPECT_EQ(dialogs.getMessages().size(), 3U) << "it is its own now";
+}
+
+TEST_F(RecoveryTest, AFileThatTheKilledInstanceHasBrokenItselfIsReplacedUnasked)
+{
+    const std::string path = home.file("old.abc");
+    writeFile(path, "brok");
+    {
+        RecoveryStore store(folder);
+        const auto time = std::time(nullptr) - 10;
+        ASSERT_TRUE(store.write(RecoveryStore::Kind::Work, {"Shell test", path, "", time, "lost"}));
+        ASSERT_TRUE(store.write(RecoveryStore::Kind::Former, {"Shell test", path, "", time, "former"}));
+    }
+    openAndAnswer({DialogResult::Yes});
+    shell.saveArchive();
+    EXPECT_EQ(readFile(path), "lost");
+}
+
 TEST_F(RecoveryTest, WorkThatIsNotWantedNowIsKept)
 {
     leave("lost", "", 1);
@@ -105,6 +140,16 @@ TEST_F(RecoveryTest, WorkThatIsNotWantedNowIsKept)
     EXPECT_THAT(lost(), ElementsAre("lost"));
     close(DialogResult::No);
     EXPECT_THAT(lost(), ElementsAre("lost"));
+}
+
+TEST_F(RecoveryTest, ATimeThatNoCalendarHasKeepsNoWorkFromItsUser)
+{
+    constexpr std::int64_t times[] = {std::numeric_limits<std::int64_t>::max(),
+                                      std::numeric_limits<std::int64_t>::min()};
+    leave("late", "", times[0]);
+    leave("early", "", times[1]);
+    openAndAnswer({DialogResult::No, DialogResult::No, DialogResult::Yes});
+    EXPECT_EQ(model.data, "early");
 }
 
 TEST_F(RecoveryTest, ACancelledReplacementLosesNothing)
