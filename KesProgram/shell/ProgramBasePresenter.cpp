@@ -21,7 +21,7 @@ ProgramBasePresenter::ProgramBasePresenter() : _fields(std::make_unique<ImplFiel
 ProgramBasePresenter::~ProgramBasePresenter()
 {
     // A window that was never drawn keeps no other one's picture waiting.
-    Kes::FirstFrame::tellDrawn();
+    Kes::FirstFrame::forget();
 }
 
 void ProgramBasePresenter::open(Kes::IView* parent)
@@ -106,6 +106,7 @@ void ProgramBasePresenter::_build()
     _createWindow();
     _onInit();
     _onFinalizeInit();
+    _fields->standstillGuard.emplace(model);
     // What has come before there was a window.
     _fields->dialogs.later([this] { _showMessages(); });
 }
@@ -119,7 +120,6 @@ void ProgramBasePresenter::_connectModel(ProgramModel& model)
     _fields->closedConnection = model.signalClosed.connect([this] { _onClosedFromModel(); });
     _fields->messageConnection =
         model.signalMessage.connect([this](const std::string& text) { _onMessageFromModel(text); });
-    _fields->standstillGuard.emplace(model);
 }
 
 void ProgramBasePresenter::_createWindow()

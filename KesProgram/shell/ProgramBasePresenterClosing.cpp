@@ -80,11 +80,13 @@ void ProgramBasePresenter::_waitForStop(ProgramModel& model)
     // Left in place: when the user cancels the archive question, the next end of a run asks it again.
     if (!_fields->runningConnection.connected())
         _fields->runningConnection = model.signalRunningChanged.connect([this, &model] {
-            if (model.isRunning())
+            if (model.isRunning()) {
+                ++_fields->runs;
                 return;
-            const unsigned stop = ++_fields->stops;
-            _fromModel([this, stop] {
-                if (stop > _fields->stopsDone)
+            }
+            // The flag changes before it is told, and what closes may have seen it.
+            _fromModel([this, run = _fields->runs.load()] {
+                if (run != _fields->savedRun)
                     _onRunningChangedOnClosing();
             });
         });
@@ -115,7 +117,7 @@ void ProgramBasePresenter::_saveOnClosing()
     if (closing == ClosingPhase::Saving || closing == ClosingPhase::Closed)
         return;
     _fields->isStopAwaited = false;
-    _fields->stopsDone = _fields->stops;
+    _fields->savedRun = _fields->runs;
     const ClosingScope saving(closing, ClosingPhase::Saving);
     const Kes::OpenDialogs::Scope dialogs;
     if (_getModel()->hasArchiveLogic() && !_fields->archive->close())

@@ -29,6 +29,11 @@ void FirstFrame::tellDrawn()
         slots->emit();
 }
 
+void FirstFrame::forget()
+{
+    waiting().reset();
+}
+
 void FirstFrame::call(const sigc::slot<void()>& slot)
 {
     if (waiting())

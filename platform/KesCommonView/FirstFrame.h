@@ -14,6 +14,9 @@ KES_EXPORT void expect();
 /// Calls what waits, in its order.
 KES_EXPORT void tellDrawn();
 
+/// No first frame is expected any more; what waits is not called.
+KES_EXPORT void forget();
+
 /// Calls the slot: at once when no first frame is expected, else when it is told; never after the end of an
 /// object that the slot is bound to.
 KES_EXPORT void call(const sigc::slot<void()>& slot);

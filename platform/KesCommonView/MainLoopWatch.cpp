@@ -16,7 +16,7 @@ using namespace std::chrono;
 namespace {
 
 /// How often the main loop shows that it turns, within the longest standstill.
-constexpr int turnsWithin = 6;
+constexpr int turnsWithin = 3;
 
 } // namespace
 

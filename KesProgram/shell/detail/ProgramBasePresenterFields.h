@@ -80,10 +80,9 @@ struct ProgramBasePresenter::ImplFields : sigc::trackable {
     ClosingPhase closing = ClosingPhase::Open;
     /// The user wants the program closed when the test, which has been asked to stop, has stopped.
     bool isStopAwaited = false;
-    /// How many ends of runs there have been since the first one was waited for, as any thread counts them,
-    /// and how many of them need nothing more.
-    std::atomic<unsigned> stops{0};
-    unsigned stopsDone = 0;
+    /// The runs since the one whose end was waited for first, and the one whose end needs nothing more.
+    std::atomic<unsigned> runs{0};
+    std::optional<unsigned> savedRun;
     ModalDialogs dialogs;
     MessageQueue messages;
     Kes::UpdateViewGuard guard;

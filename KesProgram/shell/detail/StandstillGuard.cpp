@@ -34,9 +34,9 @@ void switchOff(ProgramModel& model)
 } // namespace
 
 StandstillGuard::StandstillGuard(ProgramModel& model)
-    : _model(model),
-      _watch(longestStandstill, [this] { switchOff(_model); }),
-      _connection(model.signalRunningChanged.connect([this] { _watch.watch(_model.isRunning()); }))
-{}
+    : _watch(longestStandstill, [&model] { switchOff(model); })
+{
+    _watch.watch(true);
+}
 
 } // namespace KesProgram

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <KesCommon/Connection.h>
 #include <KesCommonView/MainLoopWatch.h>
 
 namespace KesProgram {
@@ -14,9 +13,7 @@ public:
     explicit StandstillGuard(ProgramModel& model);
 
 private:
-    ProgramModel& _model;
     Kes::MainLoopWatch _watch;
-    const Kes::ScopedConnection _connection;
 };
 
 } // namespace KesProgram
