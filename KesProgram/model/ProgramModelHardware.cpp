@@ -155,7 +155,8 @@ void ProgramModel::_onHardwareAvary(KesDriver::KesAvary& avary)
 void ProgramModel::_onKestoState(KesDevice::Kesto* kesto, const char* text)
 {
     // Such as a device that talks nonsense, and was let go of for that.
-    if (!_shareHardware()->checkOutput())
+    bool isOn = false;
+    if (!_runSafely([&] { isOn = _shareHardware()->checkOutput(); }) || !isOn)
         _stopRunning();
     std::string message(text);
     if (kesto)
