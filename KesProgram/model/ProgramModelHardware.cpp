@@ -26,6 +26,16 @@ ProgramModel::SharedHardware ProgramModel::_shareHardware()
     return _shareLocalHardware();
 }
 
+ProgramModel::SharedHardware ProgramModel::_shareSwitchedOn()
+{
+    {
+        std::lock_guard lock(_hardwareMutex);
+        if (_runHardware)
+            return _runHardware;
+    }
+    return _shareHardware();
+}
+
 /// A run on another thread goes on with the configuration that it has just asked for, whoever replaces it.
 void ProgramModel::_holdHardware()
 {
