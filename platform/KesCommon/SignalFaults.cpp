@@ -9,11 +9,26 @@ namespace {
 
 /// A handler that is running, and the one inside which it has been begun.
 struct Running {
-    const SignalFaults::Handler* handler;
-    const Running* outer;
+    explicit Running(const SignalFaults::Handler& running);
+    ~Running();
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+    const SignalFaults::Handler* const handler;
+    const Running* const outer;
 };
 
 thread_local const Running* innermost = nullptr;
+
+Running::Running(const SignalFaults::Handler& running) : handler(&running), outer(innermost)
+{
+    innermost = this;
+}
+
+Running::~Running()
+{
+    innermost = outer;
+}
 
 bool isRunning(const SignalFaults::Handler& handler)
 {
@@ -23,29 +38,41 @@ bool isRunning(const SignalFaults::Handler& handler)
     return running != nullptr;
 }
 
+/// There may be no memory for it; what has been thrown is told all the same.
+std::string getText()
+{
+    try {
+        return getCurrentExceptionText();
+    } catch (...) {
+        return "out of memory";
+    }
+}
+
 void log(const std::string& text)
 {
-    KesLog::Log::writeError("A slot has thrown: " + text);
+    try {
+        KesLog::Log::writeError("A slot has thrown: " + text);
+    } catch (...) {
+        KesLog::Log::writeError("out of memory");
+    }
 }
 
 void handle(const SignalFaults::Handler& handler, const std::string& text)
 {
-    const Running running{&handler, innermost};
-    innermost = &running;
+    const Running running(handler);
     try {
         handler(text);
     } catch (...) {
         log(text);
-        log(getCurrentExceptionText());
+        log(getText());
     }
-    innermost = running.outer;
 }
 
 } // namespace
 
 void SignalFaults::handleCurrent(const std::shared_ptr<const Handler>& handler)
 {
-    const auto text = getCurrentExceptionText();
+    const auto text = getText();
     if (handler && *handler && !isRunning(*handler))
         handle(*handler, text);
     else

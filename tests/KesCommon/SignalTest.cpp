@@ -126,6 +126,22 @@ TEST_F(SignalFaultTest, aHandlerThatThrowsOrLeadsBackToItsFaultEndsInTheLog)
     EXPECT_THAT(calls, ElementsAre("after1", "after3", "after2"));
 }
 
+/// As one without memory for its text.
+TEST(SignalFaultsTest, AnExceptionWithoutATextDoesNotReachTheEmitter)
+{
+    struct Speechless : std::exception {
+        const char* what() const noexcept override { return nullptr; }
+    };
+    Kes::Signal<void()> signal;
+    int calls = 0;
+    signal.setExceptionHandler([](const std::string&) { throw Speechless(); });
+    signal.connect([] { throw Speechless(); });
+    signal.connect([&] { ++calls; });
+    for (int i = 0; i < 3; ++i)
+        EXPECT_NO_THROW(signal.emit());
+    EXPECT_EQ(calls, 3);
+}
+
 TEST_F(SignalFaultTest, aHandlerMayDestroyTheSignal)
 {
     auto owned = std::make_unique<Kes::Signal<void()>>();

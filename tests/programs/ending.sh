@@ -59,6 +59,8 @@ unattended
 kill -TERM $child
 kill -HUP $child
 ended 4 5
+# What it had no time to save.
+rm -rf "${XDG_STATE_HOME:-$HOME/.local/state}/kes"
 
 copies() { find "${XDG_STATE_HOME:-$HOME/.local/state}" -name "*.work" 2>/dev/null | wc -l; }
 

@@ -181,8 +181,8 @@ protected:
     bool hasRunThrown() const
     {
         const std::string hook = std::get<const char*>(GetParam());
-        return texts.has("thrown by " + hook) && (hook == "onStart" || hook == "onStop" ||
-                                                  hook == "onFinishHardware" || hook == "onFinished");
+        return texts.has("thrown by " + hook) &&
+               (hook == "onStart" || hook == "onStop" || hook == "onFinishHardware" || hook == "onFinished");
     }
 
     std::atomic<bool> isClosed{false};
@@ -195,12 +195,12 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(
     Everywhere, ThrowingEnds,
-    testing::Combine(testing::Values("getCanStart", "usesLocalHardware", "onPrepareStart", "onPrepareHardware",
-                                     "isSupportedHardwareSync", "onStart", "onStop", "onFinishHardware",
-                                     "onFinished", "onClosing", "onHardwareChanged", "hardwareChanged",
-                                     "canStart", "canStop", "running", "finished(true)", "finished(false)",
-                                     "state", "message: told", "closing", "closed", "status",
-                                     "hardwareRunning"),
+    testing::Combine(testing::Values("getCanStart", "usesLocalHardware", "onPrepareStart",
+                                     "onPrepareHardware", "isSupportedHardwareSync", "onStart", "onStop",
+                                     "onFinishHardware", "onFinished", "onClosing", "onHardwareChanged",
+                                     "hardwareChanged", "canStart", "canStop", "running", "finished(true)",
+                                     "finished(false)", "state", "message: told", "closing", "closed",
+                                     "status", "hardwareRunning"),
                      testing::Values(From::Announcing, From::Preparing, From::Running, From::Stopping,
                                      From::Finishing, From::ShuttingDown, From::Closing)));
 
