@@ -38,23 +38,9 @@ bool isRunning(const SignalFaults::Handler& handler)
     return running != nullptr;
 }
 
-/// There may be no memory for it; what has been thrown is told all the same.
-std::string getText()
-{
-    try {
-        return getCurrentExceptionText();
-    } catch (...) {
-        return "out of memory";
-    }
-}
-
 void log(const std::string& text)
 {
-    try {
-        KesLog::Log::writeError("A slot has thrown: " + text);
-    } catch (...) {
-        KesLog::Log::writeError("out of memory");
-    }
+    KesLog::Log::writeError("A slot has thrown: " + text);
 }
 
 void handle(const SignalFaults::Handler& handler, const std::string& text)
@@ -64,7 +50,7 @@ void handle(const SignalFaults::Handler& handler, const std::string& text)
         handler(text);
     } catch (...) {
         log(text);
-        log(getText());
+        log(getCurrentExceptionText());
     }
 }
 
@@ -72,7 +58,7 @@ void handle(const SignalFaults::Handler& handler, const std::string& text)
 
 void SignalFaults::handleCurrent(const std::shared_ptr<const Handler>& handler)
 {
-    const auto text = getText();
+    const auto text = getCurrentExceptionText();
     if (handler && *handler && !isRunning(*handler))
         handle(*handler, text);
     else
