@@ -170,13 +170,9 @@ void ProgramBasePresenter::tellCurrentException()
             text = ConfigurationError(_getXmlConfigFullPath(), text).what();
     }
     KesLog::Log::writeError(text);
-    // From an exception handler nothing can be thrown any more: the toolkit would end the process.
-    try {
-        const auto title = titleOf(*_getModel());
-        runDialogs([&] { Kes::DialogPresenter::show(getView(), text, title, Kes::DialogResult::Ok); });
-    } catch (...) {
-        KesLog::Log::writeError(Kes::getCurrentExceptionText());
-    }
+    // Without memory for the box the program ends here: it would go on and on with what it cannot do.
+    const auto title = titleOf(*_getModel());
+    runDialogs([&] { Kes::DialogPresenter::show(getView(), text, title, Kes::DialogResult::Ok); });
     // The user has answered all questions; the file is not worth another one.
     if (isConfiguration)
         _closeModel();
