@@ -181,7 +181,7 @@ public:
     void beginDisconnect();
     /// Has the outputs switched off at once, whatever the program does about it, because the program may have
     /// no time left: stops a run, refuses one that is being prepared, and tells the devices on a thread of
-    /// its own, without waiting for them.
+    /// its own, without waiting for them. When there is no thread to be had, the devices are asked here.
     void switchOffAtOnce();
 
     /// Stops a run and begins the shutdown. To be called once.
@@ -240,6 +240,8 @@ private:
         bool isRefused = false;
         bool hasFailed = false;
         bool isClosing = false;
+        /// By `switchOffAtOnce`.
+        bool isStopBeingTold = false;
 
         bool isRunning() const { return phase == Phase::Announced || phase == Phase::Running; }
         bool isOutputStarted() const { return phase == Phase::Running || phase == Phase::Stopped; }
@@ -263,6 +265,8 @@ private:
     void _offerLocalHardware(std::unique_ptr<KesDevice::HardwareManager> hardware);
     SharedHardware _shareHardware();
     SharedHardware _shareLocalHardware() const;
+    /// What the present run has switched on; without one the configuration in use.
+    SharedHardware _shareSwitchedOn();
     void _holdHardware();
     void _setIsHardwareHeld(bool held);
     bool _beginStart();
@@ -275,10 +279,22 @@ private:
     /// False, with the text as a message, when the hook has thrown: no hook may break a run off half-way or
     /// end the process from a thread.
     bool _runHook(void (ProgramModel::*hook)());
-    bool _runSafely(const std::function<void()>& step);
+    template <typename Step>
+    bool _runSafely(const Step& step)
+    {
+        try {
+            step();
+            return true;
+        } catch (...) {
+            _onStepThrown();
+            return false;
+        }
+    }
+    void _onStepThrown();
     void _disconnectOnRequest();
     void _disconnectInBackground();
-    void _inBackground(std::shared_ptr<Kes::Worker>& thread, const char* name,
+    bool _inBackground(std::shared_ptr<Kes::Worker>& thread, const char* name,
+                       SharedHardware (ProgramModel::*share)(),
                        const std::function<Kes::Result(KesDevice::HardwareManager&)>& operation);
     bool _stopRunning();
     void _tellStopped();
@@ -294,6 +310,7 @@ private:
     /// The threads that are in `_finish`. What is left of it belongs to the run that has ended.
     std::vector<std::thread::id> _finishing;
     Kes::WaitCondition _finished;
+    Kes::WaitCondition _stopTold;
 
     mutable std::mutex _stateMutex;
     std::shared_ptr<const std::string> _state;

@@ -26,6 +26,16 @@ ProgramModel::SharedHardware ProgramModel::_shareHardware()
     return _shareLocalHardware();
 }
 
+ProgramModel::SharedHardware ProgramModel::_shareSwitchedOn()
+{
+    {
+        std::lock_guard lock(_hardwareMutex);
+        if (_runHardware)
+            return _runHardware;
+    }
+    return _shareHardware();
+}
+
 /// A run on another thread goes on with the configuration that it has just asked for, whoever replaces it.
 void ProgramModel::_holdHardware()
 {
@@ -155,7 +165,8 @@ void ProgramModel::_onHardwareAvary(KesDriver::KesAvary& avary)
 void ProgramModel::_onKestoState(KesDevice::Kesto* kesto, const char* text)
 {
     // Such as a device that talks nonsense, and was let go of for that.
-    if (!_shareHardware()->checkOutput())
+    bool isOn = false;
+    if (!_runSafely([&] { isOn = _shareHardware()->checkOutput(); }) || !isOn)
         _stopRunning();
     std::string message(text);
     if (kesto)

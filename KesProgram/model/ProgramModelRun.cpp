@@ -7,7 +7,6 @@
 #include <KesDevice/HardwareManager.h>
 
 #include <algorithm>
-#include <future>
 
 namespace KesProgram {
 
@@ -124,41 +123,53 @@ void ProgramModel::beginDisconnect()
 void ProgramModel::switchOffAtOnce()
 {
     const bool wasRunning = _changeRun([](ModelRunState& run) {
-        run.isRefused = true;
+        run.isRefused = run.isStopBeingTold = true;
         return run.setRunning(false);
     });
-    std::promise<void> isTold;
-    _inBackground(_switchOffThread, "KesProgram_Off",
-                  [told = isTold.get_future().share()](KesDevice::HardwareManager& hardware) {
-                      // A test body that has not heard of its stop takes what it meets for a fault.
-                      told.wait_for(longestTelling);
-                      return hardware.stopWorkingMode();
-                  });
+    const auto switchOff = [this](KesDevice::HardwareManager& hardware) {
+        // A test body that has not heard of its stop takes what it meets for a fault.
+        std::unique_lock lock(_runMutex);
+        _stopTold.waitFor(lock, longestTelling, [this] { return !_run.isStopBeingTold; });
+        lock.unlock();
+        return hardware.stopWorkingMode();
+    };
+    const bool isAsked =
+        _inBackground(_switchOffThread, "KesProgram_Off", &ProgramModel::_shareSwitchedOn, switchOff);
     if (wasRunning)
         _tellStopped();
-    isTold.set_value();
+    _changeRun([this](ModelRunState& run) {
+        run.isStopBeingTold = false;
+        _stopTold.notifyAll();
+    });
+    // Without a thread for it here: a window that stands still is better than outputs that stay on.
+    if (!isAsked)
+        _runSafely([&] { _report(switchOff(*_shareSwitchedOn())); });
 }
 
 void ProgramModel::_disconnectInBackground()
 {
     // The shutdown thread is looking at the thread.
     if (!_getRun().isClosing)
-        _inBackground(_disconnectThread, "KesProgram_Disc", &KesDevice::HardwareManager::disconnect);
+        _inBackground(_disconnectThread, "KesProgram_Disc", &ProgramModel::_shareHardware,
+                      &KesDevice::HardwareManager::disconnect);
 }
 
-/// The GUI thread does not wait for devices. One after the other.
-void ProgramModel::_inBackground(std::shared_ptr<Kes::Worker>& thread, const char* name,
+/// The GUI thread does not wait for devices. One after the other. False without a thread for it.
+bool ProgramModel::_inBackground(std::shared_ptr<Kes::Worker>& thread, const char* name,
+                                 SharedHardware (ProgramModel::*share)(),
                                  const std::function<Kes::Result(KesDevice::HardwareManager&)>& operation)
 {
-    const auto ask = [this, operation, previous = thread, hardware = _shareHardware()] {
-        if (previous)
-            previous->wait();
-        _report(operation(*hardware));
-        // It may have become a run meanwhile.
-        if (isOutputStarted() && !_isHardwareStillOn())
-            _stopRunning();
-    };
-    _runSafely([&] { thread = std::make_shared<Kes::Worker>(name, ask); });
+    return _runSafely([&] {
+        const auto ask = [this, operation, previous = thread, hardware = (this->*share)()] {
+            if (previous)
+                previous->wait();
+            _report(operation(*hardware));
+            // It may have become a run meanwhile.
+            if (isOutputStarted() && !_isHardwareStillOn())
+                _stopRunning();
+        };
+        thread = std::make_shared<Kes::Worker>(name, ask);
+    });
 }
 
 void ProgramModel::_disconnectOnRequest()
@@ -223,16 +234,11 @@ bool ProgramModel::_runHook(void (ProgramModel::*hook)())
     return _runSafely([this, hook] { (this->*hook)(); });
 }
 
-bool ProgramModel::_runSafely(const std::function<void()>& step)
+/// Inside a catch block.
+void ProgramModel::_onStepThrown()
 {
-    try {
-        step();
-        return true;
-    } catch (...) {
-        _changeRun([](ModelRunState& run) { run.hasFailed = true; });
-        _tellCurrentException();
-        return false;
-    }
+    _changeRun([](ModelRunState& run) { run.hasFailed = true; });
+    _tellCurrentException();
 }
 
 /// Without memory for the text the run still has to end.
@@ -258,9 +264,10 @@ void ProgramModel::_finish()
 
 void ProgramModel::_finishRun()
 {
-    // The outputs go off whatever the program's own step does.
-    if (!_runHook(&ProgramModel::_onFinishHardware))
-        _runSafely([this] { ProgramModel::_onFinishHardware(); });
+    // The outputs go off whatever the program's own hooks do.
+    if (!_runHook(&ProgramModel::_onFinishHardware) &&
+        !_runSafely([this] { ProgramModel::_onFinishHardware(); }))
+        _runSafely([this] { _report(_shareSwitchedOn()->stopWorkingMode()); });
     _runHook(&ProgramModel::_onFinished);
     _runSafely([this] { _setState({}); });
     _runSafely([this] { _setCanProgramStart(true); });

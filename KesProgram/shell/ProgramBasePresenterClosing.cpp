@@ -12,6 +12,20 @@
 
 namespace KesProgram {
 
+namespace {
+
+/// A box without a title is better than none.
+std::string titleOf(ProgramModel& model)
+{
+    try {
+        return model.getProgramName();
+    } catch (...) {
+        return {};
+    }
+}
+
+} // namespace
+
 bool ProgramBasePresenter::_onClosingFromView()
 {
     // The toolkit takes an exception for the permission to hide the window.
@@ -168,9 +182,9 @@ void ProgramBasePresenter::tellCurrentException()
             text = ConfigurationError(_getXmlConfigFullPath(), text).what();
     }
     KesLog::Log::writeError(text);
-    runDialogs([&] {
-        Kes::DialogPresenter::show(getView(), text, _getModel()->getProgramName(), Kes::DialogResult::Ok);
-    });
+    // Without memory for the box the program ends here: it would go on and on with what it cannot do.
+    const auto title = titleOf(*_getModel());
+    runDialogs([&] { Kes::DialogPresenter::show(getView(), text, title, Kes::DialogResult::Ok); });
     // The user has answered all questions; the file is not worth another one.
     if (isConfiguration)
         _closeModel();

@@ -223,6 +223,9 @@ void UnattendedRun::_onFinished()
 void UnattendedRun::terminate()
 {
     _isTerminating = true;
+    // Should the program be ended before there is another one.
+    if (_commandLine.run && (_phase == Phase::Opening || _phase == Phase::Testing))
+        _status = Stopped;
     // A test that is just being started is stopped once it runs.
     _stopWanted();
     if (isDone())

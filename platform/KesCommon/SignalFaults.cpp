@@ -9,11 +9,26 @@ namespace {
 
 /// A handler that is running, and the one inside which it has been begun.
 struct Running {
-    const SignalFaults::Handler* handler;
-    const Running* outer;
+    explicit Running(const SignalFaults::Handler& running);
+    ~Running();
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+    const SignalFaults::Handler* const handler;
+    const Running* const outer;
 };
 
 thread_local const Running* innermost = nullptr;
+
+Running::Running(const SignalFaults::Handler& running) : handler(&running), outer(innermost)
+{
+    innermost = this;
+}
+
+Running::~Running()
+{
+    innermost = outer;
+}
 
 bool isRunning(const SignalFaults::Handler& handler)
 {
@@ -30,15 +45,13 @@ void log(const std::string& text)
 
 void handle(const SignalFaults::Handler& handler, const std::string& text)
 {
-    const Running running{&handler, innermost};
-    innermost = &running;
+    const Running running(handler);
     try {
         handler(text);
     } catch (...) {
         log(text);
         log(getCurrentExceptionText());
     }
-    innermost = running.outer;
 }
 
 } // namespace

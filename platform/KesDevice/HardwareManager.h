@@ -91,7 +91,8 @@ public:
     /// Whether the output runs or one of the operations below is under way.
     bool isBusy() const;
     /// Whether every device is still working. Fails from the moment on at which one has failed in a running
-    /// output, with one inner error per device that says why; succeeds while no output runs.
+    /// output, with one inner error per device that says why; succeeds while no output runs. That the
+    /// configuration itself is just switching them off is no failure.
     Kes::Result checkOutput() const;
 
     /// While one lives, what goes wrong with the devices is told by the results of the operations that are
@@ -160,6 +161,7 @@ private:
     const std::unique_ptr<OperationTurn> _turn;
     std::atomic<bool> _statusReported{false};
     std::atomic<bool> _running{false};
+    std::atomic<bool> _isStopping{false};
     std::atomic<bool> _isRetired{false};
 
     /// What `signalStatusChanged` has told and is not over, the newest last; used under the signal gate.

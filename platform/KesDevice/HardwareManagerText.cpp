@@ -64,6 +64,8 @@ constexpr Kes::TextTable table({
     {"Errors.Kesto.outputEnded", "The outputs were switched off", "Выходы отключены"},
     {"Errors.Kesto.sequenceEnded", "The device has ended its sequence early",
      "Устройство завершило последовательность раньше времени"},
+    {"Errors.Kesto.untold", "%s: what it has told could not be taken (%s); it was disconnected.",
+     "%s: сообщение не удалось обработать (%s), соединение закрыто."},
     {"Errors.Kesto.nonsense", "%s sends data that make no sense.", "%s: передаёт недостоверные данные."},
     {"Errors.Kesto.slowRelease",
      "%s leaves its outputs on for %s ms when it has lost its controller; no more than %s ms is safe.",

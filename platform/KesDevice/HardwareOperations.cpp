@@ -58,6 +58,18 @@ Kes::Result prepareKesto(Kesto& kesto)
     return !result && wasConnected ? kesto.connect() : result;
 }
 
+/// Set for its scope.
+class FlagScope {
+public:
+    explicit FlagScope(std::atomic<bool>& flag) : _flag(flag) { _flag = true; }
+    ~FlagScope() { _flag = false; }
+    FlagScope(const FlagScope&) = delete;
+    FlagScope& operator=(const FlagScope&) = delete;
+
+private:
+    std::atomic<bool>& _flag;
+};
+
 } // namespace
 
 /// What the devices answer, each asked on a thread of its own, so that one that does not answer keeps no
@@ -239,6 +251,10 @@ Kes::Result HardwareManager::checkOutput() const
     std::vector<Kes::Result> results;
     for (const auto& kesto : kestos)
         results.push_back(getFailure(*kesto));
+    // Asked behind the devices, which are ready before the output counts as not running.
+    for (std::size_t i = 0; i < kestos.size() && _isStopping; ++i)
+        if (kestos[i]->getState() == DeviceState::Ready)
+            results[i] = true;
     return _running ? _toResult("Errors.General.outputFailed", kestos, results) : Kes::Result(true);
 }
 
@@ -253,6 +269,7 @@ Kes::Result HardwareManager::_stop()
 {
     if (!_running)
         return true;
+    const FlagScope stopping(_isStopping);
     const auto kestos = _kestos.lease();
     std::vector<Kes::Result> results;
     {

@@ -33,9 +33,13 @@ std::shared_ptr<Kesto> Kesto::create(const Address& address, std::unique_ptr<IKe
 Kesto::Kesto(const Address& address, std::unique_ptr<IKestoLink> link)
     : _address(address), _auxDC(*this), _link(std::move(link)), _fields(std::make_unique<Fields>())
 {
-    const auto tellMessage = [this](const std::string& text) { signalNotice.emit(text.c_str()); };
-    signalReport.setExceptionHandler(tellMessage);
-    signalOperationErrorChanged.setExceptionHandler(tellMessage);
+    signalReport.setExceptionHandler([this](const std::string& text) {
+        const StateLock lock(DeviceStateMachine::getMutex());
+        _fields->isReportRefused = true;
+        _fields->refusal = text;
+    });
+    signalOperationErrorChanged.setExceptionHandler(
+        [this](const std::string& text) { signalNotice.emit(text.c_str()); });
 }
 
 Kesto::~Kesto() = default;
@@ -189,10 +193,9 @@ Kes::Result Kesto::_switchOff(IKestoLink& link, unsigned epoch)
         ++_fields->stopsBegun;
         ++_fields->stopsPending;
     }
+    const Fields::UnderWay stopping(*_fields, _fields->stopsPending);
     auto result = link.stopWorkingMode();
     const StateLock lock(DeviceStateMachine::getMutex());
-    --_fields->stopsPending;
-    _fields->changed.notifyAll();
     auto& machine = _fields->machine;
     if (!result || machine.getEpoch() != epoch)
         return result;

@@ -48,8 +48,10 @@ public:
     Kes::Signal<void(const Kes::Nullable<std::string>&)> signalOperationErrorChanged;
     /// The device has told something that can be believed. A fault is told once, and again when it has
     /// changed, has been away, or the device has been connected anew; a fault or a loss that an operation of
-    /// the configuration answers with is told by that operation's result alone. The reference is valid during
-    /// the emission.
+    /// the configuration answers with is told by that operation's result alone. A device whose event a
+    /// listener does not take, but throws, is let go of and counts as faulty: who measures would take a
+    /// contact that he has not heard of for one that has not moved. The reference is valid during the
+    /// emission.
     Kes::Signal<void(const KesDriver::Report&)> signalReport;
     /// Something else that the user should know, such as that the device sends nonsense. Never null.
     Kes::Signal<void(const char*)> signalNotice;
@@ -155,14 +157,24 @@ private:
 
     void receive(KesDriver::ConnectionNumber connection, const KesDriver::Report& report) override;
     void _onEvent(KesDriver::ConnectionNumber connection, KesDriver::Report event);
+    /// What the device has told is lost: nobody may go on as if it had not been told.
+    void _onUntold(KesDriver::ConnectionNumber connection) noexcept;
+    std::string _getUntoldText(const std::string& reason) const;
     void _onAvary(KesDriver::ConnectionNumber connection, const KesDriver::KesAvary& avary);
     void _onLost(KesDriver::ConnectionNumber connection);
     void _lose(unsigned epoch);
     /// Stops a device that cannot be trusted, lets go of it, and tells why.
     void _distrust(unsigned epoch, const std::string& reason, LetGo how);
     void _stopOthers();
+    /// No step of an ending keeps the next one from being made: what it throws goes to the log.
+    template <typename Step>
+    static void _safely(const Step& step) noexcept;
+    void _tellFailure(const std::optional<KesDriver::SequenceEvent>& end);
     void _tellAnnounced();
     void _emit(const News& news);
+    /// What the last listener has thrown that has not taken the report.
+    std::optional<std::string> _emitReport(const KesDriver::Report& report);
+    void _emitReportOrNotice(const KesDriver::Report& report);
     void _emitOperationError();
     /// The end of a sequence that the device will not tell any more: a program waits for it.
     void _emitEnd(const std::optional<KesDriver::SequenceEvent>& end);

@@ -280,12 +280,10 @@ void Kesto::disconnect()
 void Kesto::_endLink(LetGo how)
 {
     const Kes::SignalGate::Release gate;
+    const Fields::UnderWay ending(*_fields, _fields->endings);
     if (how == LetGo::StopFirst)
-        (void)_link->stopOutputs();
+        _safely([this] { (void)_link->stopOutputs(); });
     _link->disconnect();
-    std::lock_guard lock(DeviceStateMachine::getMutex());
-    --_fields->endings;
-    _fields->changed.notifyAll();
 }
 
 void Kesto::_refuse()

@@ -2,6 +2,7 @@
 
 #include <KesDevice/Kesto.h>
 
+#include <KesCommon/ExceptionText.h>
 #include <KesCommon/Log.h>
 #include <KesCommon/SignalGate.h>
 #include <KesCommon/StringHelper.h>
@@ -20,17 +21,20 @@ using namespace KesDriver;
 
 void Kesto::receive(ConnectionNumber connection, const Report& report)
 {
-    std::visit(
-        [&](const auto& content) {
-            using Content = std::decay_t<decltype(content)>;
-            if constexpr (std::is_same_v<Content, KesAvary>)
-                _onAvary(connection, content);
-            else if constexpr (std::is_same_v<Content, ConnectionLost>)
-                _onLost(connection);
-            else
-                _onEvent(connection, content);
-        },
-        report);
+    const auto hear = [&](const auto& content) {
+        using Content = std::decay_t<decltype(content)>;
+        if constexpr (std::is_same_v<Content, KesAvary>)
+            _onAvary(connection, content);
+        else if constexpr (std::is_same_v<Content, ConnectionLost>)
+            _onLost(connection);
+        else
+            _onEvent(connection, content);
+    };
+    try {
+        std::visit(hear, report);
+    } catch (...) {
+        _onUntold(connection);
+    }
 }
 
 void Kesto::_onEvent(ConnectionNumber connection, Report event)
@@ -38,6 +42,7 @@ void Kesto::_onEvent(ConnectionNumber connection, Report event)
     unsigned epoch = 0;
     bool isAccepted = false;
     bool isEnd = false;
+    std::optional<std::string> refusal;
     {
         std::lock_guard lock(DeviceStateMachine::getMutex());
         if (!_fields->isCurrent(connection))
@@ -49,14 +54,37 @@ void Kesto::_onEvent(ConnectionNumber connection, Report event)
             _fields->ends.beginTelling();
     }
     if (isAccepted)
-        signalReport.emit(event);
+        refusal = _emitReport(event);
     else
         _distrust(epoch, _getText("Errors.Kesto.nonsense"), LetGo::StopFirst);
-    if (!isEnd)
-        return;
-    std::lock_guard lock(DeviceStateMachine::getMutex());
-    _fields->ends.endTelling();
-    _fields->changed.notifyAll();
+    if (isEnd) {
+        std::lock_guard lock(DeviceStateMachine::getMutex());
+        _fields->ends.endTelling();
+        _fields->changed.notifyAll();
+    }
+    if (refusal)
+        _distrust(epoch, _getUntoldText(*refusal), LetGo::StopFirst);
+}
+
+/// Inside a catch block.
+void Kesto::_onUntold(ConnectionNumber connection) noexcept
+{
+    unsigned epoch = 0;
+    {
+        // First what needs no memory.
+        std::lock_guard lock(DeviceStateMachine::getMutex());
+        auto& machine = _fields->machine;
+        if (!_fields->isCurrent(connection))
+            return;
+        epoch = machine.getEpoch();
+        if (machine.getState() == DeviceState::Ready || machine.getState() == DeviceState::Working)
+            machine.change(DeviceState::Faulty);
+    }
+    try {
+        _distrust(epoch, _getUntoldText(Kes::getCurrentExceptionText()), LetGo::StopFirst);
+    } catch (...) {
+        _safely([this] { _link->disconnect(); });
+    }
 }
 
 void Kesto::_onAvary(ConnectionNumber connection, const KesAvary& avary)
@@ -85,9 +113,8 @@ void Kesto::_onAvary(ConnectionNumber connection, const KesAvary& avary)
         _fields->announce(Report(corrected));
     }
     if (hasFailed)
-        _stopOthers();
-    _emitOperationError();
-    _tellAnnounced();
+        _safely([this] { _stopOthers(); });
+    _tellFailure({});
 }
 
 void Kesto::_onLost(ConnectionNumber connection)
@@ -118,10 +145,8 @@ void Kesto::_lose(unsigned epoch)
         machine.change(DeviceState::Lost, text);
         _fields->announce(Report(ConnectionLost{}));
     }
-    _stopOthers();
-    _emitOperationError();
-    _tellAnnounced();
-    _emitEnd(end);
+    _safely([this] { _stopOthers(); });
+    _tellFailure(end);
 }
 
 void Kesto::_distrust(unsigned epoch, const std::string& reason, LetGo how)
@@ -146,14 +171,11 @@ void Kesto::_distrust(unsigned epoch, const std::string& reason, LetGo how)
     }
     KesLog::Log::writeWarn(reason);
     if (!isAttemptFailing)
-        _stopOthers();
+        _safely([this] { _stopOthers(); });
     // First the outputs, then the words.
-    _endLink(isAttemptFailing ? LetGo::AtOnce : how);
-    if (isAttemptFailing)
-        return;
-    _emitOperationError();
-    _tellAnnounced();
-    _emitEnd(end);
+    _safely([&] { _endLink(isAttemptFailing ? LetGo::AtOnce : how); });
+    if (!isAttemptFailing)
+        _tellFailure(end);
 }
 
 void Kesto::_stopOthers()
@@ -167,6 +189,19 @@ void Kesto::_stopOthers()
 }
 
 // Telling
+
+std::string Kesto::_getUntoldText(const std::string& reason) const
+{
+    return Kes::StringHelper::format(lng::HardwareManager::get("Errors.Kesto.untold"), toDisplayString(),
+                                     reason);
+}
+
+void Kesto::_tellFailure(const std::optional<SequenceEvent>& end)
+{
+    _safely([this] { _emitOperationError(); });
+    _safely([this] { _tellAnnounced(); });
+    _safely([&] { _emitEnd(end); });
+}
 
 void Kesto::_tellAnnounced()
 {
@@ -183,7 +218,7 @@ void Kesto::_tellAnnounced()
 void Kesto::_emit(const News& news)
 {
     if (const auto* report = std::get_if<Report>(&news))
-        signalReport.emit(*report);
+        _emitReportOrNotice(*report);
     else
         signalNotice.emit(std::get<std::string>(news).c_str());
 }
@@ -191,7 +226,23 @@ void Kesto::_emit(const News& news)
 void Kesto::_emitEnd(const std::optional<SequenceEvent>& end)
 {
     if (end)
-        signalReport.emit(*end);
+        _emitReportOrNotice(*end);
+}
+
+std::optional<std::string> Kesto::_emitReport(const Report& report)
+{
+    signalReport.emit(report);
+    std::lock_guard lock(DeviceStateMachine::getMutex());
+    if (!std::exchange(_fields->isReportRefused, false))
+        return std::nullopt;
+    return std::exchange(_fields->refusal, {});
+}
+
+/// Of a device that has failed already.
+void Kesto::_emitReportOrNotice(const Report& report)
+{
+    if (const auto refusal = _emitReport(report))
+        signalNotice.emit(refusal->c_str());
 }
 
 void Kesto::_emitOperationError()

@@ -126,6 +126,24 @@ TEST_F(SignalFaultTest, aHandlerThatThrowsOrLeadsBackToItsFaultEndsInTheLog)
     EXPECT_THAT(calls, ElementsAre("after1", "after3", "after2"));
 }
 
+/// As one without memory for its text. What cannot even be told leaves the emission, and nothing behind.
+TEST(SignalFaultsTest, AnExceptionWithoutATextLeavesTheHandlerInPlace)
+{
+    struct Speechless : std::exception {
+        const char* what() const noexcept override { return nullptr; }
+    };
+    Kes::Signal<void()> signal;
+    int handled = 0;
+    signal.setExceptionHandler([&](const std::string&) {
+        ++handled;
+        throw Speechless();
+    });
+    signal.connect([] { throw std::runtime_error("fault"); });
+    for (int i = 0; i < 3; ++i)
+        EXPECT_THROW(signal.emit(), std::logic_error);
+    EXPECT_EQ(handled, 3);
+}
+
 TEST_F(SignalFaultTest, aHandlerMayDestroyTheSignal)
 {
     auto owned = std::make_unique<Kes::Signal<void()>>();

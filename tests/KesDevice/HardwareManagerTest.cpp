@@ -45,6 +45,22 @@ TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
     EXPECT_THAT(running, ElementsAre(true, false, true, false));
 }
 
+/// Who looks at a run that is being stopped must not find a fault.
+TEST_F(HardwareManagerTest, SwitchingOffIsNoFailureOfTheOutput)
+{
+    ASSERT_TRUE(hardware->prepare());
+    ASSERT_TRUE(hardware->startWorkingMode());
+    second.hold(LinkCall::StopWorkingMode);
+    auto stopping = std::async(std::launch::async, [this] { return hardware->stopWorkingMode(); });
+    ASSERT_TRUE(waitUntil([this] { return firstKesto->getState() == DeviceState::Ready; }));
+    EXPECT_EQ(message(hardware->checkOutput()), "");
+    second.report(KesDriver::KesAvary{3, 17, false, false, {{"IA", false, false, true}}}).wait();
+    EXPECT_THAT(message(hardware->checkOutput()), testing::HasSubstr("Fault: IA - overload"));
+    second.release(LinkCall::StopWorkingMode);
+    EXPECT_TRUE(stopping.get());
+    EXPECT_TRUE(hardware->checkOutput());
+}
+
 TEST_F(HardwareManagerTest, FailuresNameEveryDeviceAndLeaveNothingOn)
 {
     second.fail(LinkCall::ReadState, "broken");

@@ -210,6 +210,28 @@ TEST_F(KestoTest, TellsAFaultOnceAndALossWithTheEndOfTheSequence)
     EXPECT_EQ(kesto.getState(), DeviceState::Lost);
 }
 
+/// What measures would take a contact that it has not heard of for one that did not move.
+TEST_F(KestoTest, LetsGoOfADeviceWhoseEventHasNotBeenTaken)
+{
+    ASSERT_TRUE(kesto.connect());
+    ASSERT_TRUE(kesto.startWorkingMode());
+    ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}}));
+    kesto.signalReport.connect([](const KesDriver::Report& report) {
+        if (std::holds_alternative<KesDriver::InputEvent>(report))
+            throw std::bad_alloc();
+    });
+    fake.report(KesDriver::StepEvent{0, 100us});
+    fake.report(KesDriver::InputEvent{1, true, 200us, 0});
+    fake.report(KesDriver::SequenceEvent{true, 300us}).wait();
+    EXPECT_TRUE(kesto.getState() == DeviceState::Faulty && !kesto.isConnected() && !fake.isConnected());
+    EXPECT_EQ(fake.countCalls(LinkCall::StopOutputs), 1U);
+    EXPECT_EQ(record.count("incomplete at 200"), 1U);
+    EXPECT_EQ(record.count("complete at 300"), 0U);
+    EXPECT_EQ(record.count("notice KESTO-3 No. 00017 (192.168.1.2): what it has told could not be taken "
+                           "(std::bad_alloc); it was disconnected."),
+              1U);
+}
+
 TEST_F(KestoTest, BelievesTheLatestOfStateAndFaultWhileItConnects)
 {
     const KesDriver::KesAvary overload{3, 17, false, false, {{"IA", false, false, true}}};

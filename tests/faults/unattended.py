@@ -17,6 +17,7 @@ import sys
 from trial import HUNG, Trial, readFile
 
 KINDS = ["open", "read", "write", "sync", "rename", "truncate", "close", "thread"]
+OUT_OF_TOLERANCE = 1
 Case = collections.namedtuple("Case", "kind at isFromThenOn hasFormer")
 
 
@@ -68,6 +69,8 @@ class Tester:
         isEnded = case.kind == "allocation" and status in (-signal.SIGABRT, -signal.SIGTRAP)
         if status < 0 and not isEnded:
             return "killed by a signal"
+        if status == OUT_OF_TOLERANCE:
+            return "a verdict that a healthy relay does not deserve"
         archive = readFile(trial.archive)
         if status == 0:
             if not trial.opens(archive):

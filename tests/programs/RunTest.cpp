@@ -120,6 +120,21 @@ TEST_F(TestRunTest, AContactThatIsClosedBeforeTheCurrentIsNoOperateTime)
     EXPECT_EQ(recorder.pickUp->state, MeasureState::ContactEarly);
 }
 
+/// The recording among others: without the contact's change the relay would be found not to operate.
+TEST_F(TestRunTest, AnEventThatIsNotTakenIsAFaultAndNoVerdict)
+{
+    for (unsigned number = 1; number <= 3; ++number) {
+        recorder = {};
+        const Kes::ScopedConnection listener =
+            kesto.signalReport.connect([&, left = number](const KesDriver::Report& report) mutable {
+                if (std::holds_alternative<KesDriver::InputEvent>(report) && --left == 0)
+                    throw std::bad_alloc();
+            });
+        EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(1.5, 345678us, 10ms)), RunEnd::Fault);
+        EXPECT_LT(recorder.points.size(), 2U);
+    }
+}
+
 TEST_F(TestRunTest, NonsenseFromTheDeviceEndsTheRunWithoutResults)
 {
     device->connectTestObject(std::make_shared<KesTest::SimulatedRelay>(1.5, 1s, 10ms));

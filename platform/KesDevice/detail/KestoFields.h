@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KesCommon/Log.h>
 #include <KesCommon/WaitCondition.h>
 #include <KesDevice/Kesto.h>
 #include <KesDevice/detail/DeviceStateMachine.h>
@@ -83,6 +84,29 @@ struct Kesto::Fields {
         return KesDriver::SequenceEvent{false, filter.getLastTime()};
     }
 
+    /// Counts one thing of these under way for its scope, and tells its end to those who wait for it. The
+    /// count has been raised in the step in which it was decided.
+    class UnderWay {
+    public:
+        UnderWay(Fields& fields, unsigned& count) : _fields(fields), _count(count) {}
+        ~UnderWay()
+        {
+            std::lock_guard lock(DeviceStateMachine::getMutex());
+            --_count;
+            _fields.changed.notifyAll();
+        }
+        UnderWay(const UnderWay&) = delete;
+        UnderWay& operator=(const UnderWay&) = delete;
+
+    private:
+        Fields& _fields;
+        unsigned& _count;
+    };
+
+    /// Whether a listener has thrown instead of taking a report, and what.
+    bool isReportRefused = false;
+    std::string refusal;
+
     bool isRetired = false;
     std::weak_ptr<FaultStopper> faultStopper;
 };
@@ -103,5 +127,16 @@ private:
     std::shared_ptr<Kesto> _kesto;
     bool _isTold = false;
 };
+
+template <typename Step>
+void Kesto::_safely(const Step& step) noexcept
+{
+    try {
+        step();
+    } catch (...) {
+        // The text of the exception may find no memory either.
+        KesLog::Log::writeError("out of memory");
+    }
+}
 
 } // namespace KesDevice

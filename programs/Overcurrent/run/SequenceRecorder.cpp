@@ -84,6 +84,9 @@ SequenceRecorder::Outcome SequenceRecorder::_wait(KesDriver::DeviceTime expected
             due = now;
         if (due && now - *due > grace)
             return _fail(lng::Overcurrent::get("Run.sequenceLost"));
+        // Nobody may have been able to say so.
+        if (!_kesto.isConnected())
+            return _judgeEarlyEnd();
     }
 }
 
@@ -95,8 +98,11 @@ bool SequenceRecorder::_isOver(KesDriver::DeviceTime expectedEnd) const
 
 SequenceRecorder::Outcome SequenceRecorder::_judgeEnd()
 {
-    if (getRecord().end->isComplete)
-        return Outcome::Complete;
+    return getRecord().end->isComplete ? Outcome::Complete : _judgeEarlyEnd();
+}
+
+SequenceRecorder::Outcome SequenceRecorder::_judgeEarlyEnd()
+{
     // A fault of this device has been told before and has stopped the run. One of another device, for which
     // this one was told to stop, may still be on its way, and stops the run with its own text.
     _control.waitFor(faultDelay, [] { return false; });

@@ -42,6 +42,7 @@ private:
     bool _isOver(KesDriver::DeviceTime expectedEnd) const;
     void _stopOutputs();
     Outcome _judgeEnd();
+    Outcome _judgeEarlyEnd();
     Outcome _fail(std::string error);
     void _onReport(const KesDriver::Report& report);
 

@@ -46,11 +46,15 @@ public:
         signalClosed.connect([this] { write("closed"); });
     }
     /// The hook or listener that writes this entry throws.
-    std::string throwing;
+    std::atomic<const char*> throwing{""};
     void write(const std::string& entry)
     {
         Record::write(entry);
-        if (entry == throwing)
+        failIn(entry);
+    }
+    void failIn(const std::string& entry)
+    {
+        if (entry == throwing.load())
             throw std::runtime_error("thrown by " + entry);
     }
     ~RecordingModel() override

@@ -2,6 +2,7 @@
 
 #include "RunFaults.h"
 
+#include "support/NoThreads.h"
 #include "support/ScheduleBench.h"
 
 #include <atomic>
@@ -28,6 +29,23 @@ TEST_F(RunEnds, OutputsAreOffAtOnceWhateverTheTestBodyDoes)
     model.bodyDoor.open();
     EXPECT_TRUE(waitForFinish());
     EXPECT_EQ(model.count("onStop"), 1U);
+}
+
+TEST_F(RunEnds, WithoutAThreadForItTheCallerSwitchesTheOutputsOff)
+{
+    model.body = [](RecordingModel& self) {
+        self.bodyDoor.waitUntilOpenOr();
+        self._finish();
+    };
+    startAndRun();
+    {
+        const NoThreads noThreads;
+        model.switchOffAtOnce();
+    }
+    EXPECT_FALSE(first.isPuttingOut() || first->isWorking());
+    EXPECT_EQ(model.count("onStop"), 1U);
+    model.bodyDoor.open();
+    EXPECT_TRUE(waitForFinish());
 }
 
 TEST_F(RunEnds, WhatIsBeingPreparedBecomesNoRunOnceAllIsToBeOff)
@@ -78,42 +96,133 @@ TEST_F(RunEnds, TheNextRunWaitsForWhatIsLeftOfTheOneBefore)
     model._finish();
 }
 
-/// Something that throws whenever it is called from the start of a run on, and whether the run is ended by
-/// its own stop or by that of closing.
-class ThrowingEnds : public RunFaults<RecordingModel>,
-                     public testing::WithParamInterface<std::tuple<const char*, bool>> {
+/// A model all of whose hooks can throw that have a part in a run.
+class ThrowingModel : public RecordingModel {
+public:
+    std::function<void()> onFinishing;
+
+    bool getCanStart() override
+    {
+        failIn("getCanStart");
+        return RecordingModel::getCanStart();
+    }
+    bool usesLocalHardware() override
+    {
+        failIn("usesLocalHardware");
+        return false;
+    }
+
 protected:
-    std::atomic<bool> isClosed{false};
-    Kes::ScopedConnection closed = model.signalClosed.connect([this] { isClosed = true; });
+    bool _isSupportedHardwareSync() override
+    {
+        failIn("isSupportedHardwareSync");
+        return RecordingModel::_isSupportedHardwareSync();
+    }
+    void _onHardwareChanged(KesDevice::HardwareManager*) override { failIn("onHardwareChanged"); }
+    void _onFinishHardware() override
+    {
+        if (onFinishing)
+            onFinishing();
+        RecordingModel::_onFinishHardware();
+    }
 };
 
-INSTANTIATE_TEST_SUITE_P(Everywhere, ThrowingEnds,
-                         testing::Combine(testing::Values("onPrepareHardware", "onStart", "onStop",
-                                                          "onFinishHardware", "onFinished", "onClosing",
-                                                          "hardwareChanged", "canStart", "canStop", "running",
-                                                          "finished(true)", "finished(false)", "state",
-                                                          "message: told", "closing", "closed"),
-                                          testing::Bool()));
+/// From when on something throws whenever it is called, and so whether the run is ended by its own stop or by
+/// that of closing.
+enum class From { Announcing, Preparing, Running, Stopping, Finishing, ShuttingDown, Closing };
 
-TEST_P(ThrowingEnds, LeaveTheOutputsOffAndTheProgramClosed)
-{
-    const auto [throwing, isStoppedFirst] = GetParam();
-    model.throwing = throwing;
-    start();
-    // It may have ended by what it throws.
-    ASSERT_TRUE(waitFor([this] { return model.isOutputStarted() || countFinishes() > 0; }));
-    (void)first.putOut(1.0);
-    model.signalMessage.emit("told");
-    if (isStoppedFirst) {
+class ThrowingEnds : public RunFaults<ThrowingModel>,
+                     public testing::WithParamInterface<std::tuple<const char*, From>> {
+protected:
+    ThrowingEnds()
+    {
+        hardware().setIsStatusReported(true);
+        model.prepareDoor.close();
+        model.body = [](RecordingModel& self) {
+            self.bodyDoor.waitUntilOpenOr();
+            self._finish();
+        };
+        model.onFinishing = [this] { reach(From::Finishing); };
+    }
+
+    void reach(From moment)
+    {
+        if (moment != std::get<From>(GetParam()))
+            return;
+        model.throwing = std::get<const char*>(GetParam());
+        // What may come at any time.
+        model.signalMessage.emit("told");
+        KesDevice::HardwareControl::signalHardwareChanged.emit(KesDevice::HardwareControl::getInstance());
+    }
+    bool startSafely()
+    {
+        try {
+            return model.startTest();
+        } catch (const std::runtime_error&) {
+            return false;
+        }
+    }
+    void run()
+    {
+        EXPECT_TRUE(waitFor([this] { return model.has("onPrepareHardware"); }));
+        reach(From::Preparing);
+        model.prepareDoor.open();
+        EXPECT_TRUE(waitFor([this] { return model.isOutputStarted() || countFinishes() > 0; }));
+        (void)first.putOut(1.0);
+        reach(From::Running);
+        if (std::get<From>(GetParam()) == From::Closing)
+            return;
         model.stopTest();
+        reach(From::Stopping);
+        model.bodyDoor.open();
         EXPECT_TRUE(waitForFinish());
         EXPECT_TRUE(waitFor([this] { return !first.isPuttingOut(); }, 1s));
     }
+    bool hasRunThrown() const
+    {
+        const std::string hook = std::get<const char*>(GetParam());
+        return texts.has("thrown by " + hook) &&
+               (hook == "onStart" || hook == "onStop" || hook == "onFinishHardware" || hook == "onFinished");
+    }
+
+    std::atomic<bool> isClosed{false};
+    Kes::ScopedConnection closed = model.signalClosed.connect([this] { isClosed = true; });
+    Kes::ScopedConnection status =
+        hardware().signalStatusChanged.connect([this](const char*) { model.failIn("status"); });
+    Kes::ScopedConnection running =
+        hardware().signalRunningChanged.connect([this](bool) { model.failIn("hardwareRunning"); });
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    Everywhere, ThrowingEnds,
+    testing::Combine(testing::Values("getCanStart", "usesLocalHardware", "onPrepareStart",
+                                     "onPrepareHardware", "isSupportedHardwareSync", "onStart", "onStop",
+                                     "onFinishHardware", "onFinished", "onClosing", "onHardwareChanged",
+                                     "hardwareChanged", "canStart", "canStop", "running", "finished(true)",
+                                     "finished(false)", "state", "message: told", "closing", "closed",
+                                     "status", "hardwareRunning"),
+                     testing::Values(From::Announcing, From::Preparing, From::Running, From::Stopping,
+                                     From::Finishing, From::ShuttingDown, From::Closing)));
+
+TEST_P(ThrowingEnds, LeaveTheOutputsOffAndTheProgramClosed)
+{
+    reach(From::Announcing);
+    const bool isStarted = startSafely();
+    if (isStarted)
+        run();
+    reach(From::Closing);
     model.close();
+    reach(From::ShuttingDown);
+    model.bodyDoor.open();
     EXPECT_TRUE(waitFor([this] { return isClosed.load(); }));
     EXPECT_FALSE(first.isPuttingOut() || first->isWorking());
     EXPECT_FALSE(model.isRunning() || model.isOutputStarted());
-    EXPECT_EQ(countFinishes(), 1U);
+    EXPECT_EQ(countFinishes(), isStarted ? 1U : 0U);
+    EXPECT_EQ(model.count("onStop"), model.has("onStart") ? 1U : 0U);
+    EXPECT_TRUE(model.hasRunFailed() || !hasRunThrown());
+    model.throwing = "";
+    EXPECT_TRUE(model.getCanStart());
+    model.take();
 }
 
 } // namespace

@@ -5,9 +5,7 @@
 
 #include <glibmm/main.h>
 
-#include <cstdlib>
 #include <future>
-#include <iostream>
 #include <stdexcept>
 
 namespace KesTest {
@@ -135,7 +133,7 @@ TEST_F(SilenceAtTheStart, BeforeTheIdentificationGivesOneText)
     expectOneTextWithTheAddress();
 }
 
-// Hooks and slots that throw
+// A hook that throws
 
 class ForgetfulRun : public RunFaults<ForgetfulModel> {};
 
@@ -146,137 +144,6 @@ TEST_F(ForgetfulRun, AnExceptionInTheFinishingHookLeavesNoOutputOn)
     ASSERT_TRUE(waitForFinish());
     EXPECT_TRUE(texts.has("thrown by the hook"));
     EXPECT_FALSE(hardware().isOutputRunning() || first.isPuttingOut());
-}
-
-/// An exception on the start thread ends the process, so each of these runs happens in one of its own.
-class ThrowingSlotDeathTest : public RunFaults<RecordingModel> {
-protected:
-    ThrowingSlotDeathTest()
-    {
-        testing::GTEST_FLAG(death_test_style) = "threadsafe";
-        hardware().setIsStatusReported(true);
-    }
-
-    static void fail() { throw std::runtime_error("thrown by a slot"); }
-
-    /// Expectations of a child process are not shown; this is.
-    void check(bool isTrue, const char* text)
-    {
-        if (isTrue)
-            return;
-        std::cerr << "Not so: " << text << '\n';
-        isInOrder = false;
-    }
-    void begin()
-    {
-        check(model.startTest(), "the run begins");
-        check(waitFor([this] { return model.has("onStart") || countFinishes() > 0; }, 5s), "the body runs");
-    }
-    void perform(const std::function<void()>& action)
-    {
-        try {
-            action();
-        } catch (const std::exception& error) {
-            check(false, "it keeps the exception of the slot");
-        }
-    }
-    void stop()
-    {
-        perform([this] { model.stopTest(); });
-    }
-    /// The child process tells by its end whether all was as it should be.
-    [[noreturn]] void endProcess()
-    {
-        check(waitForFinish(5s), "the run ends");
-        // What comes too often comes soon.
-        waitFor([this] { return countFinishes() > 1; }, 50ms);
-        check(countFinishes() == 1, "it ends once");
-        check(model.count("onStop") == 1, "it is stopped");
-        check(model.count("onFinished") == 1, "its end is told to the program");
-        check(!model.isRunning(), "it is not running any more");
-        check(!hardware().isOutputRunning() && !first.isPuttingOut(), "the outputs are off");
-        check(texts.has("thrown by a slot"), "the user is told");
-        std::_Exit(isInOrder ? 0 : 1);
-    }
-
-    [[noreturn]] void runWithRunningChanged()
-    {
-        model.signalRunningChanged.connect([] { fail(); });
-        begin();
-        stop();
-        endProcess();
-    }
-    [[noreturn]] void runWithFinished()
-    {
-        model.signalFinished.connect([](bool) { fail(); });
-        begin();
-        stop();
-        endProcess();
-    }
-    [[noreturn]] void stopWithCanStopChanged()
-    {
-        begin();
-        model.signalCanStopChanged.connect([] { fail(); });
-        stop();
-        endProcess();
-    }
-    [[noreturn]] void closeWithCanStopChanged()
-    {
-        begin();
-        model.signalCanStopChanged.connect([] { fail(); });
-        perform([this] { model.close(); });
-        check(model.count("onClosing") == 1, "the program hears of its closing");
-        check(waitFor([this] { return model.has("closed"); }, 5s), "it is closed");
-        endProcess();
-    }
-    [[noreturn]] void runWithStatusChanged()
-    {
-        hardware().signalStatusChanged.connect([](const char*) { fail(); });
-        begin();
-        stop();
-        endProcess();
-    }
-    [[noreturn]] void runWithHardwareRunningChanged()
-    {
-        hardware().signalRunningChanged.connect([](bool) { fail(); });
-        begin();
-        stop();
-        endProcess();
-    }
-
-    bool isInOrder = true;
-};
-
-const testing::ExitedWithCode inOrder(0);
-
-TEST_F(ThrowingSlotDeathTest, OfRunningChangedHindersNoRun)
-{
-    EXPECT_EXIT(runWithRunningChanged(), inOrder, "");
-}
-
-TEST_F(ThrowingSlotDeathTest, OfFinishedFinishesOnce)
-{
-    EXPECT_EXIT(runWithFinished(), inOrder, "");
-}
-
-TEST_F(ThrowingSlotDeathTest, OfCanStopChangedHindersNoStop)
-{
-    EXPECT_EXIT(stopWithCanStopChanged(), inOrder, "");
-}
-
-TEST_F(ThrowingSlotDeathTest, OfCanStopChangedHindersNoClosing)
-{
-    EXPECT_EXIT(closeWithCanStopChanged(), inOrder, "");
-}
-
-TEST_F(ThrowingSlotDeathTest, OfTheHardwaresStatusHindersNoRun)
-{
-    EXPECT_EXIT(runWithStatusChanged(), inOrder, "");
-}
-
-TEST_F(ThrowingSlotDeathTest, OfTheHardwaresRunningChangedHindersNoRun)
-{
-    EXPECT_EXIT(runWithHardwareRunningChanged(), inOrder, "");
 }
 
 // The GUI thread

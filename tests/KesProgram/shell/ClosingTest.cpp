@@ -306,24 +306,6 @@ TEST_P(ClosingTest, PresenterMayDieInItsClosedSignal)
     EXPECT_TRUE(waitFor([&] { return isGone; }));
 }
 
-TEST_F(ShellTest, AListenerThatThrowsDoesNotHinderTheClosing)
-{
-    model.signalClosing.connect([] { throw std::runtime_error("not yet"); });
-    open();
-    dialogs.answer(Kes::DialogResult::Ok);
-    shell.requestClose();
-    EXPECT_THAT(dialogs.getTexts(), ElementsAre("not yet"));
-    EXPECT_TRUE(waitFor([this] { return isClosed; }));
-}
-
-TEST_F(ShellTest, AListenerThatThrowsAtTheVeryEndEndsNothingElse)
-{
-    open();
-    shell.signalClosed.connect([] { throw std::runtime_error("too late"); });
-    shell.requestClose();
-    EXPECT_TRUE(waitFor([this] { return isClosed; }));
-}
-
 TEST_F(ShellTest, AProgramThatCouldNotBeBuiltSaysSoEachTime)
 {
     shell.onHook = [](const std::string& hook) {

@@ -111,6 +111,22 @@ TEST_P(UnattendedRunTest, EndsWithAStatusWhateverFails)
     EXPECT_EQ(std::filesystem::exists(line.report), GetParam().isReported);
 }
 
+/// As by a second signal, before the test has come to its end.
+TEST_F(ShellTest, AForcedEndOfATestIsNoSuccess)
+{
+    KesProgram::CommandLine line;
+    line.run = line.quit = true;
+    model._setCanProgramStart(true);
+    model.stopsLater = true;
+    open();
+    UnattendedRun run(line, model, shell, {});
+    run.begin();
+    ASSERT_TRUE(waitFor([this] { return model.isOutputStarted(); }));
+    run.terminate();
+    shell.closeWithoutQuestions();
+    EXPECT_EQ(run.getStatus(), UnattendedRun::Stopped);
+}
+
 } // namespace
 
 } // namespace KesTest

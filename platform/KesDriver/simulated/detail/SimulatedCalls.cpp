@@ -91,7 +91,7 @@ Kes::Result SimulatedHost::_call(Lock& lock, const Connection& connection, const
             _loseConnection();
         return _getFailure(connection);
     }
-    const auto result = request(_device);
+    const auto result = _noteFailure([&] { return request(_device); });
     _passOnReports();
     if (!_waitForAnswer(lock, connection))
         return _getFailure(connection);

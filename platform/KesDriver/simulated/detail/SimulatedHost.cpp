@@ -68,7 +68,9 @@ void SimulatedHost::_run()
 
 void SimulatedHost::_step(Lock& lock)
 {
-    if (!_startSignals.empty())
+    if (_hasFailed)
+        _loseAfterFailure();
+    else if (!_startSignals.empty())
         _giveStartSignal(lock);
     else if (!_deliveries.empty())
         _deliverNext(lock);
@@ -85,13 +87,26 @@ void SimulatedHost::_fail(Lock& lock)
     if (!lock.owns_lock())
         lock.lock();
     _isDelivering = false;
+    const bool hadFailed = std::exchange(_hasFailed, true);
     _changed.notify_all();
     try {
         KesLog::Log::writeError("A simulated device has failed: " + Kes::getCurrentExceptionText());
-        _loseConnection();
     } catch (...) {
-        _changed.wait_for(lock, betweenFailures);
+        KesLog::Log::writeError("out of memory");
     }
+    if (hadFailed)
+        _changed.wait_for(lock, betweenFailures);
+}
+
+/// Nothing more is told but that: who has missed a report must not take what follows for the whole.
+void SimulatedHost::_loseAfterFailure()
+{
+    std::erase_if(_deliveries, [](const Delivery& delivery) {
+        return !std::holds_alternative<ConnectionLost>(delivery.report);
+    });
+    _loseConnection();
+    _hasFailed = false;
+    _changed.notify_all();
 }
 
 void SimulatedHost::_giveStartSignal(Lock& lock)
@@ -161,7 +176,17 @@ SimulatedHost::RealTime SimulatedHost::_getNextWake(RealTime now) const
     return _connected && !_isReachable() ? std::min(wake, _unreachableSince + _timeout) : wake;
 }
 
-void SimulatedHost::_passOnReports()
+void SimulatedHost::_passOnReports() noexcept
+{
+    try {
+        _noteFailure([this] { _takeReports(); });
+    } catch (...) {
+        // Noted.
+    }
+    _changed.notify_all();
+}
+
+void SimulatedHost::_takeReports()
 {
     const auto sequence = _device.getSequenceCount();
     for (auto& report : _device.takeReports())
@@ -170,7 +195,6 @@ void SimulatedHost::_passOnReports()
     for (const auto& signal : _device.takeStartSignals())
         if (_startLine)
             _startSignals.push_back(signal);
-    _changed.notify_all();
 }
 
 void SimulatedHost::_loseConnection()
@@ -186,8 +210,9 @@ void SimulatedHost::_loseConnection()
 
 void SimulatedHost::_endConnection()
 {
-    _connected.reset();
+    // In this order: what throws is tried again as long as there is a connection.
     _device.release();
+    _connected.reset();
     _passOnReports();
 }
 

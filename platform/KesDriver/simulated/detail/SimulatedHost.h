@@ -51,7 +51,7 @@ public:
     auto use(Action&& action)
     {
         const Use use(*this);
-        return action(_device);
+        return _noteFailure([&] { return action(_device); });
     }
     void simulateConnectionLoss();
     void setTimeout(std::chrono::milliseconds timeout);
@@ -86,6 +86,19 @@ private:
     void _run();
     void _step(Lock& lock);
     void _fail(Lock& lock);
+    void _loseAfterFailure();
+    /// What is thrown may have cost a report.
+    template <typename Action>
+    auto _noteFailure(Action&& action)
+    {
+        try {
+            return action();
+        } catch (...) {
+            _hasFailed = true;
+            _changed.notify_all();
+            throw;
+        }
+    }
     void _giveStartSignal(Lock& lock);
     void _deliverNext(Lock& lock);
     void _letOthersIn(Lock& lock);
@@ -102,7 +115,8 @@ private:
 
     bool _isReachable() const { return !_silent && _answerDelay < _timeout; }
     void _noteReachability(bool wasReachable);
-    void _passOnReports();
+    void _passOnReports() noexcept;
+    void _takeReports();
     void _loseConnection();
     void _endConnection();
 
@@ -111,6 +125,8 @@ private:
     Kes::Worker _worker;
     std::thread::id _threadId;
     bool _stopping = false;
+    /// A report has been lost or was not taken: the connection is lost next.
+    bool _hasFailed = false;
 
     SimulatedDevice _device;
     Connection _connected;
