@@ -135,6 +135,7 @@ private:
     // Connecting, asking and ending (KestoConnection.cpp)
 
     Kes::Result _attempt(unsigned epoch);
+    void _giveUp(Attempt& attempt);
     Kes::Result _open(unsigned epoch, KesDriver::KestoState& state);
     Kes::Result _openLink(unsigned epoch);
     Kes::Result _identify();

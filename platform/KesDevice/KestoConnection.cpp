@@ -58,7 +58,32 @@ Kes::Result Kesto::connect()
             _fields->machine.change(DeviceState::Connecting, reason);
         }
     }
-    return attempt ? _attempt(epoch) : _failure("Errors.Kesto.disconnected");
+    if (!attempt)
+        return _failure("Errors.Kesto.disconnected");
+    try {
+        return _attempt(epoch);
+    } catch (...) {
+        _giveUp(*attempt);
+        throw;
+    }
+}
+
+/// An attempt that has thrown, for want of memory: nobody goes on waiting for it.
+void Kesto::_giveUp(Attempt& attempt)
+{
+    const auto isOver = [&] {
+        std::lock_guard lock(DeviceStateMachine::getMutex());
+        return attempt.isOver;
+    };
+    if (isOver())
+        return;
+    _link->disconnect();
+    std::lock_guard lock(DeviceStateMachine::getMutex());
+    attempt.isOver = true;
+    _fields->attempt.reset();
+    _fields->connection = 0;
+    _fields->machine.change(DeviceState::Absent, {});
+    _fields->changed.notifyAll();
 }
 
 /// The rest of an attempt that has the device for itself.

@@ -63,6 +63,20 @@ TEST_F(KestoTest, ConnectingTellsIdentityAndState)
     EXPECT_TRUE(kesto.updateState()) << "asking connects";
 }
 
+TEST_F(KestoTest, AnAttemptThatThrowsIsOverForAll)
+{
+    for (const auto call : {LinkCall::Connect, LinkCall::Identify, LinkCall::ReadState}) {
+        fake.throwIn(call);
+        EXPECT_THROW((void)kesto.connect(), std::bad_alloc);
+        EXPECT_EQ(kesto.getState(), DeviceState::Absent);
+        EXPECT_FALSE(fake.isConnected());
+        auto next = std::async(std::launch::async, [this] { return kesto.connect(); });
+        ASSERT_EQ(next.wait_for(2s), std::future_status::ready);
+        EXPECT_TRUE(next.get());
+        kesto.disconnect();
+    }
+}
+
 TEST_F(KestoTest, EveryStepOfConnectingMayFail)
 {
     for (const auto call : {LinkCall::Connect, LinkCall::Identify, LinkCall::SetAuxDC, LinkCall::ReadState}) {

@@ -2,6 +2,8 @@
 
 #include <KesDriver/ConnectionError.h>
 
+#include <new>
+
 namespace KesTest {
 
 using namespace KesDriver;
@@ -26,6 +28,8 @@ Kes::Result FakeKesto::State::call(LinkCall call, const std::function<void()>& e
     changed.notify_all();
     const auto begun = connection;
     changed.wait(lock, [&] { return !held.contains(call) || connection != begun; });
+    if (throwing.erase(call) > 0)
+        throw std::bad_alloc();
     if (dropping.erase(call) > 0)
         end();
     if (connection == 0 || connection != begun)

@@ -64,6 +64,11 @@ public:
     {
         _state->set([&] { _state->failures[call] = text; });
     }
+    /// The next call finds no memory.
+    void throwIn(LinkCall call)
+    {
+        _state->set([&] { _state->throwing.insert(call); });
+    }
     /// The connection is lost in the next such call, before the device has heard of it.
     void dropIn(LinkCall call)
     {
@@ -124,6 +129,7 @@ private:
         std::set<LinkCall> held;
         std::set<LinkCall> heldAnswers;
         std::set<LinkCall> dropping;
+        std::set<LinkCall> throwing;
 
         std::map<LinkCall, std::size_t> calls;
         /// The present connection; 0 without one.
