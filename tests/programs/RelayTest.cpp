@@ -1,4 +1,4 @@
-#include <Overcurrent/bench/SimulatedRelay.h>
+#include <Overcurrent/bench/SimulatedBench.h>
 #include <Overcurrent/data/OperateCurve.h>
 #include <Overcurrent/run/TestRun.h>
 
@@ -17,7 +17,7 @@ namespace {
 /// Plays currents to a relay as a device does, on a clock of its own.
 class Player {
 public:
-    explicit Player(SimulatedRelay& relay) : _relay(relay) { relay.reset(DeviceTime(0)); }
+    explicit Player(KesDriver::ISimulatedTestObject& relay) : _relay(relay) { relay.reset(DeviceTime(0)); }
 
     /// The changes that come while the current (in amperes) stands for the time.
     std::vector<InputEvent> play(double amperes, DeviceTime duration)
@@ -38,7 +38,7 @@ public:
     }
 
 private:
-    SimulatedRelay& _relay;
+    KesDriver::ISimulatedTestObject& _relay;
     DeviceTime _time{0};
 };
 
@@ -60,7 +60,7 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
             RelaySettings settings;
             settings.settingCurrent = 0.4;
             settings.curve = curve;
-            SimulatedRelay relay(settings);
+            const auto relay = SimulatedBench::makeRelay(settings);
             Player first(relay);
             const auto time = operateTime(first.play(multiple * 0.4, 400s), DeviceTime(0));
             const double ideal = *OperateCurve::operateTime(settings, multiple);
@@ -76,7 +76,7 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
 TEST(SimulatedRelayTest, AddsUpWhatItHasTravelledAndForgetsItAtDropOff)
 {
     const RelaySettings settings;
-    SimulatedRelay relay(settings);
+    const auto relay = SimulatedBench::makeRelay(settings);
     Player whole(relay);
     const auto alone = operateTime(whole.play(2.0, 30s), DeviceTime(0));
     // The same travel in two parts; the current in between is above drop-off, but does not move it.

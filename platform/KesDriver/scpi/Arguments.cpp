@@ -103,6 +103,11 @@ std::string Arguments::readWord()
     return _take(Parameter::Kind::Word).text;
 }
 
+std::string Arguments::readToken()
+{
+    return isWordNext() ? readWord() : _take(Parameter::Kind::Number).text;
+}
+
 std::size_t Arguments::readChoice(std::initializer_list<std::string_view> words)
 {
     const auto given = readWord();

@@ -33,6 +33,8 @@ public:
     std::string readText();
     /// In capitals.
     std::string readWord();
+    /// A word in capitals, or a number as it is written, such as "1C".
+    std::string readToken();
     /// Which of the words it is; each is written as in `Mnemonic`.
     std::size_t readChoice(std::initializer_list<std::string_view> words);
     /// The numbers of a channel list, each within 1 to `most`.

@@ -1,5 +1,6 @@
 #include <KesDriver/scpi/Error.h>
 
+#include <KesDriver/net/FieldText.h>
 #include <KesDriver/scpi/Text.h>
 
 #include <algorithm>
@@ -68,7 +69,7 @@ Error::~Error() = default;
 
 std::string Error::toAnswer() const
 {
-    return std::to_string(static_cast<int>(_code)) + ',' + quote(what());
+    return std::to_string(static_cast<int>(_code)) + ',' + FieldText::quote(what());
 }
 
 } // namespace KesDriver::Scpi

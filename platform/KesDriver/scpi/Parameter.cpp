@@ -75,7 +75,7 @@ Parameter parseNumber(std::string_view whole)
     if (first == digits.npos || first > 1 || !(isDigit(digits[first]) || digits[first] == '.') ||
         (text.front() == '+' && first > 0))
         fail(ErrorCode::InvalidCharacterInNumber, text);
-    Parameter parameter{Parameter::Kind::Number, {}, 0.0, {}};
+    Parameter parameter{Parameter::Kind::Number, std::string(text), 0.0, {}};
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), parameter.value);
     if (error == std::errc::result_out_of_range)
         fail(ErrorCode::ExponentTooLarge, text);

@@ -2,18 +2,6 @@
 
 namespace KesDriver::Scpi {
 
-std::string quote(std::string_view text)
-{
-    std::string quoted = "\"";
-    for (const char c : text) {
-        const bool isControl = static_cast<unsigned char>(c) < ' ' || c == 0x7f;
-        quoted += isControl ? ' ' : c;
-        if (c == '"')
-            quoted += c;
-    }
-    return quoted + '"';
-}
-
 std::string cut(std::string text, std::size_t length)
 {
     if (text.size() <= length)

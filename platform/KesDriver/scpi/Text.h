@@ -8,9 +8,6 @@
 /// Small things about texts in messages. Any thread.
 namespace KesDriver::Scpi {
 
-/// In double quotes, a quote inside doubled; control characters become blanks, so that it stays on its line.
-KES_EXPORT std::string quote(std::string_view text);
-
 /// A text of at most that many bytes that ends between two characters of UTF-8.
 KES_EXPORT std::string cut(std::string text, std::size_t length);
 
