@@ -61,14 +61,14 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
             settings.settingCurrent = 0.4;
             settings.curve = curve;
             const auto relay = SimulatedBench::makeRelay(settings);
-            Player first(relay);
+            Player first(*relay);
             const auto time = operateTime(first.play(multiple * 0.4, 400s), DeviceTime(0));
             const double ideal = *OperateCurve::operateTime(settings, multiple);
             const double measured = std::chrono::duration<double>(time).count();
             EXPECT_NE(measured, ideal);
             EXPECT_NEAR(measured, ideal, OperateCurve::tolerance(settings, ideal))
                 << curve << " at " << multiple;
-            Player second(relay);
+            Player second(*relay);
             EXPECT_EQ(operateTime(second.play(multiple * 0.4, 400s), DeviceTime(0)), time);
         }
 }
@@ -77,16 +77,16 @@ TEST(SimulatedRelayTest, AddsUpWhatItHasTravelledAndForgetsItAtDropOff)
 {
     const RelaySettings settings;
     const auto relay = SimulatedBench::makeRelay(settings);
-    Player whole(relay);
+    Player whole(*relay);
     const auto alone = operateTime(whole.play(2.0, 30s), DeviceTime(0));
     // The same travel in two parts; the current in between is above drop-off, but does not move it.
-    Player parts(relay);
+    Player parts(*relay);
     parts.play(2.0, 4s);
     parts.play(0.98, 10s);
     const auto difference = operateTime(parts.play(2.0, 30s), 14s) + 4s - alone;
     EXPECT_LE(std::abs(difference.count()), 2);
     // Below drop-off the travel is lost.
-    Player reset(relay);
+    Player reset(*relay);
     reset.play(2.0, 9s);
     reset.play(0.0, 1s);
     EXPECT_GT(operateTime(reset.play(2.0, 30s), 10s), 9s);

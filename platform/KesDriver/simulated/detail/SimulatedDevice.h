@@ -58,6 +58,9 @@ public:
     bool hasSequence() const { return _output.hasSequence(); }
     /// The closed inputs; bit 0 is input 1.
     std::uint32_t getInputs() const { return _output.getInputs(); }
+    bool isAuxDCEnabled() const { return _auxDCEnabled; }
+    /// As set last, also when it is off; 0 before that.
+    double getAuxDCVolts() const { return _auxDCVolts; }
     const SimulatedFaults& getFaults() const { return _faults; }
     const OutputLimits& getLimits() const { return _limits; }
     /// When the last current or voltage became zero.

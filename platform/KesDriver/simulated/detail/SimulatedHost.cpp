@@ -263,9 +263,11 @@ void SimulatedHost::setObserver(std::shared_ptr<ISimulatedObserver> observer)
     _changed.notify_all();
 }
 
-void SimulatedHost::goOn()
+void SimulatedHost::goOn(const std::function<bool()>& isAllowed)
 {
     std::lock_guard lock(_mutex);
+    if (!isAllowed())
+        return;
     _heldUntil.reset();
     _changed.notify_all();
 }

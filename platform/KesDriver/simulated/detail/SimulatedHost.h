@@ -65,8 +65,8 @@ public:
 
     /// One at a time; null for none. After the return the one before is not called any more.
     void setObserver(std::shared_ptr<ISimulatedObserver> observer);
-    /// What the observer has stopped goes on.
-    void goOn();
+    /// What the observer has stopped goes on if `isAllowed`, which is asked with the device locked.
+    void goOn(const std::function<bool()>& isAllowed);
 
 private:
     using Lock = std::unique_lock<std::mutex>;

@@ -41,7 +41,8 @@ Constants getConstants(OvercurrentRelay::Curve curve)
 
 DeviceTime toDeviceTime(double seconds)
 {
-    return DeviceTime(std::llround(seconds * 1e6));
+    constexpr double never = 1e9;
+    return DeviceTime(std::llround(std::min(seconds, never) * 1e6));
 }
 
 } // namespace

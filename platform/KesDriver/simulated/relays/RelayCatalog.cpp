@@ -50,10 +50,12 @@ Kes::Result readSettings(const Settings& texts, std::span<const Setting<Values>>
     return true;
 }
 
+constexpr double mostOfAnything = 1e6;
+
 bool setPositive(double& target, std::string_view text)
 {
     const auto value = FieldText::readNumber(text);
-    if (!value || *value <= 0.0)
+    if (!value || *value <= 0.0 || *value > mostOfAnything)
         return false;
     target = *value;
     return true;
