@@ -64,6 +64,13 @@ constexpr Kes::TextTable table({
     {"Sequence.noCondition", "The end condition names no binary input.",
      "В условии окончания нет ни одного дискретного входа."},
 
+    {"Wire.kind", "There is no test object of the kind \"%s\".", "Нет объекта проверки вида \"%s\"."},
+    {"Wire.setting", "The setting \"%s\" is not one of %s.", "Уставка \"%s\" не из числа: %s."},
+    {"Wire.value", "The setting \"%s\" cannot have this value.", "Недопустимое значение уставки: \"%s\"."},
+
+    {"Server.cannotListen", "There can be no listening at %s, port %u: %s",
+     "Нельзя принимать соединения по адресу %s, порт %u: %s"},
+
     {"Unit.ampere", "A", "А"},
     {"Unit.volt", "V", "В"},
     {"Unit.hertz", "Hz", "Гц"},
