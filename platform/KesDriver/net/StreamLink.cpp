@@ -10,6 +10,7 @@
 #include <KesDriver/net/ValueText.h>
 #include <KesDriver/net/detail/ReportQueue.h>
 #include <KesDriver/net/detail/StreamConnection.h>
+#include <KesDriver/scpi/Block.h>
 
 #include <glibmm/ustring.h>
 
@@ -23,25 +24,19 @@ using End = StreamConnection::End;
 
 constexpr std::size_t largestBlock = 8U << 20U;
 
-/// A definite-length block of IEEE 488.2.
-std::string writeBlock(const std::string& bytes)
-{
-    const auto length = std::to_string(bytes.size());
-    return '#' + std::to_string(length.size()) + length + bytes;
-}
-
-const char* getStateText(int code)
+/// What the program itself says for a refusal; null where the device's words tell more.
+const char* getStateText(RefusalCode code)
 {
     switch (code) {
-    case 102:
+    case RefusalCode::OutputsOff:
         return "State.outputOff";
-    case 103:
+    case RefusalCode::SequenceRuns:
         return "State.sequenceRuns";
-    case 104:
+    case RefusalCode::SequenceWaits:
         return "State.sequenceArmed";
-    case 105:
+    case RefusalCode::NothingWaits:
         return "State.notArmed";
-    case 106:
+    case RefusalCode::StartPassed:
         return "State.startPassed";
     default:
         return nullptr;
@@ -158,9 +153,14 @@ Kes::Result StreamLink::_fail(const char* key) const
     return ConnectionError::failure(Kes::StringHelper::format(lng::Driver::get(key), _getName()));
 }
 
-Kes::Result StreamLink::_refuse(const std::string& reason) const
+Kes::Result StreamLink::_refuse(RefusalCode code, const std::string& reason) const
 {
-    return Kes::Result::failure(_getName() + ": " + reason);
+    return Refusal::failure(code, _getName() + ": " + reason);
+}
+
+Kes::Result StreamLink::_refuse(const Kes::Result& reason) const
+{
+    return _refuse(getRefusalCode(reason).value_or(RefusalCode::OutOfRange), reason.getError()->getMessage());
 }
 
 Kes::Result StreamLink::_describeEnd(const StreamConnection& connection) const
@@ -171,23 +171,22 @@ Kes::Result StreamLink::_describeEnd(const StreamConnection& connection) const
 Kes::Result StreamLink::_describeRefusal(StreamConnection& connection, const Answer& answer) const
 {
     constexpr std::size_t longestText = 300;
-    constexpr int protectedCode = -203;
-    constexpr int faultCode = 101;
-    if (answer.code == protectedCode) {
+    const auto code = static_cast<RefusalCode>(answer.code);
+    if (code == RefusalCode::CommandProtected) {
         connection.end(End::Released);
         return _describeEnd(connection);
     }
-    if (const char* key = getStateText(answer.code))
-        return _refuse(lng::Driver::get(key));
+    if (const char* key = getStateText(code))
+        return _refuse(code, lng::Driver::get(key));
     const auto shown = Glib::ustring(answer.text).substr(0, longestText).raw();
-    if (answer.code != faultCode)
-        return _refuse(shown);
+    if (code != RefusalCode::Fault)
+        return _refuse(code, shown);
     const auto faults = connection.ask(":SYST:FAUL?", 1);
     if (!faults)
         return _describeEnd(connection);
     const auto avary = faults->code == 0 ? ValueText::readFaults(faults->fields[0]) : std::nullopt;
     const auto text = avary ? describeFaults(*avary) : shown;
-    return _refuse(Kes::StringHelper::format(lng::Driver::get("State.fault"), text));
+    return _refuse(code, Kes::StringHelper::format(lng::Driver::get("State.fault"), text));
 }
 
 Kes::Result StreamLink::identify(KestoIdentity& identity)
@@ -247,7 +246,7 @@ Kes::Result StreamLink::readClock(ClockReading& reading)
 Kes::Result StreamLink::setAuxDC(bool enable, double volts)
 {
     if (const auto result = checkAuxDC(volts); !result)
-        return _refuse(result.getError()->getMessage());
+        return _refuse(result);
     return _call(std::string(":OUTP:AUX ") + (enable ? "ON," : "OFF,") + Kes::NumberText::write(volts));
 }
 
@@ -265,7 +264,7 @@ Kes::Result StreamLink::setOutputs(const OutputState& outputs)
 {
     const auto limits = _getLimits();
     if (const auto result = limits ? checkOutputs(outputs, *limits) : Kes::Result(true); !result)
-        return _refuse(result.getError()->getMessage());
+        return _refuse(result);
     return _call(":APPL " + ValueText::write(outputs));
 }
 
@@ -292,13 +291,14 @@ Kes::Result StreamLink::_sendSequence(const OutputSequence& sequence, const char
         return _fail("Link.notConnected");
     const auto limits = _getLimits();
     if (const auto result = limits ? checkSequence(sequence, *limits) : Kes::Result(true); !result)
-        return _refuse(result.getError()->getMessage());
+        return _refuse(result);
     const auto lines = ValueText::write(sequence);
     if (lines.size() > largestBlock)
         return _refuse(
+            RefusalCode::TooManySteps,
             Kes::StringHelper::format(lng::Driver::get("Link.sequenceTooLarge"), lines.size(), largestBlock));
     const std::lock_guard sending(_sending);
-    auto result = _ask(*connection, ":SEQ:CLE;:SEQ:DATA " + writeBlock(lines));
+    auto result = _ask(*connection, ":SEQ:CLE;:SEQ:DATA " + Scpi::writeBlock(lines));
     if (!result)
         return result;
     return _judge(*connection, connection->askToTakeSequence(start), nullptr);
@@ -312,7 +312,7 @@ Kes::Result StreamLink::startArmed(const StartMoment& moment)
     if (!moment.input)
         return _call(":TRIG");
     if (const auto result = limits ? checkInput(*moment.input, *limits) : Kes::Result(true); !result)
-        return _refuse(result.getError()->getMessage());
+        return _refuse(result);
     return _call(":TRIG:INP " + std::to_string(*moment.input));
 }
 

@@ -2,6 +2,7 @@
 
 #include <KesCommon/Export.h>
 #include <KesDriver/IKestoLink.h>
+#include <KesDriver/Refusal.h>
 #include <KesDriver/net/StreamConnector.h>
 
 #include <atomic>
@@ -88,7 +89,8 @@ private:
     Kes::Result _sendSequence(const OutputSequence& sequence, const char* start);
 
     Kes::Result _fail(const char* key) const;
-    Kes::Result _refuse(const std::string& reason) const;
+    Kes::Result _refuse(RefusalCode code, const std::string& reason) const;
+    Kes::Result _refuse(const Kes::Result& reason) const;
     Kes::Result _describeEnd(const StreamConnection& connection) const;
     Kes::Result _describeRefusal(StreamConnection& connection, const Answer& answer) const;
 

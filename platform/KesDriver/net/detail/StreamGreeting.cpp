@@ -133,7 +133,6 @@ Kes::Result StreamLink::_takeControl(StreamConnection& connection)
 {
     constexpr std::chrono::milliseconds longestWait{300};
     constexpr std::chrono::milliseconds betweenTries{10};
-    constexpr int protectedCode = -203;
     const auto controller = _settings.controller.empty() ? getProgram() : _settings.controller;
     const auto end = std::chrono::steady_clock::now() + longestWait;
     while (true) {
@@ -142,7 +141,7 @@ Kes::Result StreamLink::_takeControl(StreamConnection& connection)
             return _describeEnd(connection);
         if (answer->code == 0)
             return true;
-        if (answer->code != protectedCode)
+        if (answer->code != static_cast<int>(RefusalCode::CommandProtected))
             return _describeRefusal(connection, *answer);
         Owner owner;
         auto result = _ask(connection, ":SYST:CONT:OWN?", 1,
@@ -151,7 +150,8 @@ Kes::Result StreamLink::_takeControl(StreamConnection& connection)
             return result;
         const bool mayEnd = owner.name == controller || owner.name.empty();
         if (!mayEnd || std::chrono::steady_clock::now() >= end)
-            return failure("Link.inUseBy", _getName(), owner.name, owner.address);
+            return owner.name.empty() ? failure("Link.inUse", _getName())
+                                      : failure("Link.inUseBy", _getName(), owner.name, owner.address);
         std::this_thread::sleep_for(betweenTries);
     }
 }
