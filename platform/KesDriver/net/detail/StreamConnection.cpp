@@ -187,7 +187,8 @@ void StreamConnection::_hear(const std::string& line)
             return;
         due = _events.take(std::string_view(line).substr(1));
         // The watch asks for what is missing.
-        _changed.notify_all();
+        if (_events.hasGap())
+            _changed.notify_all();
     }
     _hearEvents(due);
 }
