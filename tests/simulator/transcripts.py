@@ -21,7 +21,7 @@ STEP = "SEQ:STEP {},{},0,0,0,0,0,0,0,0,0,0,0,50,50,0"
 MEASUREMENT = (
     "*IDN?",
     "CURR 1;:SYST:ERR?",
-    'SYST:CONT:TAKE "PyVISA";CONT:OWN?',
+    'SYST:CONT:TAKE "PyVISA";OWN?',
     'SIM:WIRE "overcurrent","pickup=1.2","curve=DT","time=0.3";:SYST:ERR?',
     "OUTP ON;:SYST:STAT?",
     "SEQ:CLE;:" + STEP.format("0.2", "1 A"),
