@@ -1,0 +1,285 @@
+// Whatever happens to the cable or the device, at whatever moment: the outputs are off in time as the device
+// itself says, the user is told once, by the device's name or address, and the next run works. What comes of
+// each pair is the table of docs/faults.md.
+
+#include "NetworkRig.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <future>
+#include <iterator>
+#include <map>
+#include <semaphore>
+#include <sstream>
+
+namespace KesTest {
+namespace {
+
+using namespace std::chrono_literals;
+using Lines = std::vector<std::string>;
+
+/// Nothing may be on after it.
+constexpr auto longestOn = 3s;
+
+struct Fault {
+    const char* name;
+    std::function<void(NetworkRig&)> begin;
+    /// Besides `FaultyWire::mend`.
+    std::function<void(NetworkRig&)> end = [](NetworkRig&) {};
+};
+
+FaultyWire::Change onAnswers(const std::function<Lines(const std::string&)>& change)
+{
+    return [change](const std::string& line) { return line.starts_with('!') ? Lines{line} : change(line); };
+}
+
+/// The field of an event after its number, of an event of that kind; every line as it is otherwise.
+std::string replaceField(const std::string& line, unsigned field, const std::string& value)
+{
+    if (!line.starts_with('!'))
+        return line;
+    std::size_t begin = 0;
+    for (unsigned i = 0; i < field && begin != std::string::npos; ++i)
+        begin = line.find(',', begin) + 1;
+    return line.substr(0, begin) + value + line.substr(std::min(line.find(',', begin), line.size()));
+}
+
+/// An event that the fault can act upon.
+void touchInput(NetworkRig& rig)
+{
+    rig.device()->setInput(1, true);
+    rig.device()->setInput(1, false);
+}
+
+Fault onEvents(const char* name, FaultyWire::Change change)
+{
+    return {name, [change = std::move(change)](NetworkRig& rig) {
+                rig.wire().change(change);
+                touchInput(rig);
+            }};
+}
+
+FaultyWire::Change reorder()
+{
+    return [held = std::make_shared<std::string>()](const std::string& line) -> Lines {
+        if (!line.starts_with('!'))
+            return {line};
+        if (held->empty()) {
+            *held = line;
+            return {};
+        }
+        return {line, std::exchange(*held, {})};
+    };
+}
+
+std::vector<Fault> getFaults()
+{
+    return {
+        {"connection refused, cut off before",
+         [](NetworkRig& rig) { rig.wire().refuse(), rig.wire().drop(); }},
+        {"connect never answered, cut off before",
+         [](NetworkRig& rig) { rig.wire().ignore(), rig.wire().drop(); }},
+        {"connection dropped", [](NetworkRig& rig) { rig.wire().drop(); }},
+        {"half-open", [](NetworkRig& rig) { rig.wire().freeze(); }},
+        {"silent", [](NetworkRig& rig) { rig.device()->setSilent(true); },
+         [](NetworkRig& rig) { rig.device()->setSilent(false); }},
+        {"answers after the time-out", [](NetworkRig& rig) { rig.wire().delay(2500ms); }},
+        {"partial lines", [](NetworkRig& rig) { rig.wire().cutUp(); }},
+        {"slow, several lines at once", [](NetworkRig& rig) { rig.wire().delay(150ms); }},
+        {"garbage bytes", [](NetworkRig& rig) { rig.wire().insert("\x01\xFF\x80 nonsense \n"); }},
+        {"wrong answer",
+         [](NetworkRig& rig) {
+             rig.wire().change(onAnswers([](const std::string&) { return Lines{"1;0,\"No error\";7"}; }));
+         }},
+        {"every answer twice",
+         [](NetworkRig& rig) {
+             rig.wire().change(onAnswers([](const std::string& line) { return Lines{line, line}; }));
+         }},
+        onEvents("duplicated events",
+                 [](const std::string& line) -> Lines {
+                     return line.starts_with('!') ? Lines{line, line} : Lines{line};
+                 }),
+        onEvents("reordered events", reorder()),
+        onEvents("time that jumps back",
+                 [](const std::string& line) -> Lines { return {replaceField(line, 1, "1")}; }),
+        onEvents("values out of range",
+                 [](const std::string& line) -> Lines { return {replaceField(line, 3, "4000000000")}; }),
+        onEvents("values not finite",
+                 [](const std::string& line) -> Lines { return {replaceField(line, 1, "NAN")}; }),
+        {"device reboots", [](NetworkRig& rig) { rig.reboot(); }},
+        {"overload", [](NetworkRig& rig) { rig.device()->simulateOverload(0); },
+         [](NetworkRig& rig) { rig.device()->clearFaults(); }},
+        {"overheat", [](NetworkRig& rig) { rig.device()->simulateOverheat(1); },
+         [](NetworkRig& rig) { rig.device()->clearFaults(); }},
+        {"channel lost", [](NetworkRig& rig) { rig.device()->simulateChannelLost(2); },
+         [](NetworkRig& rig) { rig.device()->clearFaults(); }},
+        {"emergency button", [](NetworkRig& rig) { rig.device()->simulateQuickShutdown(); },
+         [](NetworkRig& rig) { rig.device()->clearFaults(); }},
+        {"taken over by another program", [](NetworkRig& rig) { rig.wire().drop(), rig.takeOver(); },
+         [](NetworkRig& rig) { rig.letGo(); }},
+        {"other protocol version",
+         [](NetworkRig& rig) {
+             rig.wire().drop();
+             rig.wire().change(onAnswers([](std::string line) {
+                 if (const auto at = line.find("1.0;"); at != std::string::npos)
+                     line.replace(at, 3, "2.0");
+                 return Lines{line};
+             }));
+         }},
+    };
+}
+
+/// What a moment makes of a fault: it begins at the moment, and this goes on until it has told.
+struct Moment {
+    const char* name;
+    std::function<bool(NetworkRig&, const std::function<void()>& begin)> run;
+    /// Whether the fault is noticed before the end of the moment is chance.
+    bool isRace = false;
+};
+
+std::vector<Moment> getMoments()
+{
+    using Begin = std::function<void()>;
+    constexpr auto length = 4s;
+    return {
+        {"connect", [](NetworkRig& rig, const Begin& begin) { return begin(), rig.run({}); }},
+        {"prepare",
+         [](NetworkRig& rig, const Begin& begin) {
+             (void)rig.hardware().prepare();
+             return rig.run({.beforePrepare = begin});
+         }},
+        {"start", [](NetworkRig& rig, const Begin& begin) { return rig.run({.beforeStart = begin}); }},
+        {"steady", [=](NetworkRig& rig,
+                       const Begin& begin) { return rig.run({.withOutputs = begin, .length = length}); }},
+        {"ramp",
+         [=](NetworkRig& rig, const Begin& begin) {
+             return rig.run({.withOutputs = begin, .isRamp = true, .length = length});
+         }},
+        {"stop", [](NetworkRig& rig, const Begin& begin) { return rig.run({.withOutputs = begin}); }},
+        {"disconnect",
+         [](NetworkRig& rig, const Begin& begin) {
+             const bool isWhole = rig.run({});
+             begin();
+             rig.disconnect();
+             return isWhole;
+         },
+         true},
+        {"idle",
+         [](NetworkRig& rig, const Begin& begin) {
+             (void)rig.hardware().prepare();
+             begin();
+             for (int i = 0; i < 30; ++i) {
+                 (void)rig.kesto().updateState();
+                 std::this_thread::sleep_for(100ms);
+             }
+             return true;
+         }},
+    };
+}
+
+struct Outcome {
+    std::string cell;
+    std::string defect;
+};
+
+Outcome tryPair(unsigned number, const Fault& fault, const Moment& moment)
+{
+    NetworkRig rig(number);
+    std::promise<void> hasBegun;
+    auto off = std::async(std::launch::async, [&, begun = hasBegun.get_future()] {
+        begun.wait();
+        return rig.waitForOutputsOff();
+    });
+    std::optional<std::chrono::milliseconds> offTime;
+    const bool isWhole = moment.run(rig, [&] {
+        fault.begin(rig);
+        hasBegun.set_value();
+    });
+    offTime = off.get();
+    std::this_thread::sleep_for(50ms);
+    const auto messages = rig.takeMessages();
+    Outcome outcome{moment.isRace ? "off" : messages.empty() ? "goes on" : "off, told", {}};
+    const auto complain = [&](const std::string& text) { outcome.defect += text + "; "; };
+    if (!messages.empty() && (!offTime || *offTime > longestOn))
+        complain("on after " + std::to_string(offTime ? offTime->count() : -1) + " ms");
+    if (messages.size() > 1)
+        complain(std::to_string(messages.size()) + " messages");
+    for (const auto& text : messages)
+        if (text.find(rig.getAddress()) == std::string::npos && text.find("No. 00001") == std::string::npos)
+            complain("nameless");
+    if (!isWhole && messages.empty())
+        complain("ended without a word");
+    if (rig.hardware().isOutputRunning())
+        complain("still running");
+    fault.end(rig);
+    rig.wire().mend();
+    // The device may have to notice first that nobody is there.
+    std::this_thread::sleep_for(1200ms);
+    rig.takeMessages();
+    if (!rig.run({.isRamp = true, .length = 50ms}))
+        complain("the next run fails");
+    for (const auto& text : messages)
+        if (!outcome.defect.empty())
+            outcome.defect += " [" + text + "]";
+    for (const auto& text : rig.takeMessages())
+        outcome.defect += " then [" + text + "]";
+    return outcome;
+}
+
+/// The page shows what came out; with KES_WRITE_DOCUMENTS set it is written.
+void expectInDocument(const std::string& table)
+{
+    const std::string begin = "<!-- network faults -->\n";
+    const std::string end = "<!-- end -->";
+    std::ifstream in(KES_DOCUMENTS "/faults.md");
+    std::string page{std::istreambuf_iterator<char>(in), {}};
+    const auto from = page.find(begin) + begin.size();
+    const auto to = page.find(end, from);
+    ASSERT_NE(to, std::string::npos);
+    if (std::getenv("KES_WRITE_DOCUMENTS"))
+        std::ofstream(KES_DOCUMENTS "/faults.md") << page.replace(from, to - from, table);
+    else
+        EXPECT_EQ(page.substr(from, to - from), table);
+}
+
+TEST(NetworkFaults, LeaveTheOutputsOffTheUserToldAndTheNextRunPossible)
+{
+    const auto faults = getFaults();
+    const auto moments = getMoments();
+    // They mostly wait.
+    std::counting_semaphore<> places(64);
+    std::vector<std::vector<std::future<Outcome>>> outcomes(faults.size());
+    unsigned number = 0;
+    for (std::size_t i = 0; i < faults.size(); ++i)
+        for (const auto& moment : moments) {
+            places.acquire();
+            outcomes[i].push_back(std::async(std::launch::async, [&, i, n = number++] {
+                auto outcome = tryPair(n, faults[i], moment);
+                places.release();
+                return outcome;
+            }));
+        }
+    std::ostringstream table;
+    table << "| fault |";
+    for (const auto& moment : moments)
+        table << ' ' << moment.name << " |";
+    table << "\n|---|";
+    for (std::size_t i = 0; i < moments.size(); ++i)
+        table << "---|";
+    table << '\n';
+    for (std::size_t i = 0; i < faults.size(); ++i) {
+        table << "| " << faults[i].name << " |";
+        for (std::size_t j = 0; j < moments.size(); ++j) {
+            const auto outcome = outcomes[i][j].get();
+            EXPECT_EQ(outcome.defect, "") << faults[i].name << ", " << moments[j].name;
+            table << ' ' << outcome.cell << " |";
+        }
+        table << '\n';
+    }
+    expectInDocument(table.str());
+}
+
+} // namespace
+} // namespace KesTest

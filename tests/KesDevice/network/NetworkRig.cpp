@@ -1,0 +1,152 @@
+#include "NetworkRig.h"
+
+#include <KesCommon/ObjectErrorHelper.h>
+#include <KesDriver/KesAvary.h>
+
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+namespace KesTest {
+
+using namespace std::chrono_literals;
+using std::chrono::steady_clock;
+
+namespace {
+
+constexpr std::uint16_t port = 5029;
+
+std::string loopback(unsigned network, unsigned number)
+{
+    return "127." + std::to_string(network) + "." + std::to_string(number / 250) + "." +
+           std::to_string(number % 250 + 1);
+}
+
+KesDriver::NetAddress toAddress(const std::string& text)
+{
+    return KesDriver::NetAddress::parse(text).value();
+}
+
+} // namespace
+
+NetworkRig::NetworkRig(unsigned number) : _address(loopback(9, number)), _deviceAddress(loopback(10, number))
+{
+    _serve();
+    _wire = std::make_unique<FaultyWire>(_address, _deviceAddress, port);
+    _hardware = KesDevice::HardwareManager::create(std::make_shared<KesDriver::TcpNetwork>(port));
+    _hardware->setIsStopOnFault(true);
+    _hardware->signalAvary.connect(
+        [this](KesDriver::KesAvary& avary) { _tell("No. 0000" + std::to_string(avary.serialNumber)); });
+    _hardware->signalKestoState.connect([this](KesDevice::Kesto*, const char* text) { _tell(text); });
+    (void)_hardware->addKesto(toAddress(_address));
+    _kesto = _hardware->getKestos().find(toAddress(_address));
+}
+
+NetworkRig::~NetworkRig()
+{
+    _rival.reset();
+    _kesto.reset();
+    _hardware.reset();
+    _wire.reset();
+}
+
+std::shared_ptr<KesDriver::SimulatedKesto> NetworkRig::device() const
+{
+    std::lock_guard lock(_mutex);
+    return _device;
+}
+
+void NetworkRig::_serve()
+{
+    auto device = std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 1));
+    _server = std::make_unique<KesDriver::DeviceServer>(device);
+    {
+        std::lock_guard lock(_mutex);
+        _device = std::move(device);
+    }
+    if (const auto result = _server->listen(_deviceAddress, port); !result)
+        throw std::runtime_error(Kes::ObjectErrorHelper::toDisplayString({result.getError()}));
+}
+
+void NetworkRig::reboot()
+{
+    _server.reset();
+    _serve();
+}
+
+void NetworkRig::takeOver()
+{
+    _rival = KesDriver::TcpNetwork(port).createLink(toAddress(_deviceAddress));
+    KesDriver::ConnectionNumber connection = 0;
+    for (const auto end = steady_clock::now() + 4s;
+         steady_clock::now() < end && !_rival->connect(connection);)
+        std::this_thread::sleep_for(10ms);
+}
+
+void NetworkRig::_tell(const std::string& text)
+{
+    std::lock_guard lock(_mutex);
+    _messages.push_back(text);
+}
+
+bool NetworkRig::_note(const Kes::Result& result)
+{
+    if (!result)
+        _tell(Kes::ObjectErrorHelper::toDisplayString({result.getError()}));
+    return static_cast<bool>(result);
+}
+
+bool NetworkRig::run(const Moments& moments)
+{
+    {
+        const KesDevice::HardwareManager::ToldByResults told(*_hardware);
+        moments.beforePrepare();
+        auto result = _hardware->prepare();
+        if (result) {
+            moments.beforeStart();
+            result = _hardware->startWorkingMode();
+        }
+        if (!_note(result))
+            return false;
+    }
+    KesDriver::OutputStep step;
+    step.outputs.currents[0].magnitude = 1.0;
+    step.duration = 1min;
+    if (moments.isRamp)
+        step.ramp.currents[0].magnitude = 0.01;
+    // What goes wrong with it is told as a fault of the device.
+    bool isWhole =
+        static_cast<bool>(moments.isRamp ? _kesto->runSequence({step}) : _kesto->setOutputs(step.outputs));
+    if (isWhole)
+        moments.withOutputs();
+    for (const auto end = steady_clock::now() + moments.length; isWhole && steady_clock::now() < end;) {
+        std::this_thread::sleep_for(2ms);
+        isWhole = static_cast<bool>(_hardware->checkOutput());
+    }
+    const bool isStopped = _note(_hardware->stopWorkingMode());
+    return isWhole && isStopped;
+}
+
+void NetworkRig::disconnect()
+{
+    _note(_hardware->disconnect());
+}
+
+std::optional<std::chrono::milliseconds> NetworkRig::waitForOutputsOff() const
+{
+    const auto begin = steady_clock::now();
+    while (steady_clock::now() < begin + 4s) {
+        if (device()->getOutputs() == KesDriver::OutputState())
+            return std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - begin);
+        std::this_thread::sleep_for(1ms);
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string> NetworkRig::takeMessages()
+{
+    std::lock_guard lock(_mutex);
+    return std::exchange(_messages, {});
+}
+
+} // namespace KesTest
