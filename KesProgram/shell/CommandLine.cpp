@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <clocale>
 #include <cstring>
+#include <optional>
+#include <sstream>
 #include <vector>
 
 namespace KesProgram {
@@ -82,6 +84,10 @@ public:
                  screenshot);
         _add("speed", {"Speed factor of the simulated bench", "Ускорение имитируемого стенда"}, {"N", "N"},
              speed);
+        _add("devices",
+             {"Test with the devices at these addresses, whatever is set up",
+              "Работать с устройствами по этим адресам независимо от настройки"},
+             {"ADDRESS,...", "АДРЕС,..."}, devices);
         _add("quit", {"Close the program when all that is done", "Закрыть программу, когда всё сделано"},
              quit);
         _add("version", {"Tell the version", "Сообщить версию"}, version);
@@ -93,6 +99,7 @@ public:
 
     Glib::ustring language;
     Glib::ustring speed;
+    Glib::ustring devices;
     /// The last one counts.
     std::vector<std::string> save;
     std::vector<std::string> report;
@@ -127,6 +134,20 @@ private:
     }
 };
 
+/// The part that is no address, one that comes twice, or one too many; nothing when all is well.
+std::optional<std::string> readDevices(const std::string& text, std::vector<KesDriver::NetAddress>& devices)
+{
+    std::istringstream parts(text);
+    for (std::string part; std::getline(parts, part, ',');) {
+        const auto address = KesDriver::NetAddress::parse(part);
+        if (!address || devices.size() == CommandLine::mostDevices ||
+            std::find(devices.begin(), devices.end(), *address) != devices.end())
+            return part;
+        devices.push_back(*address);
+    }
+    return std::nullopt;
+}
+
 std::variant<CommandLine, std::string> convert(const Options& options)
 {
     CommandLine line;
@@ -145,6 +166,10 @@ std::variant<CommandLine, std::string> convert(const Options& options)
                           options.speed.raw());
         line.speed = *speed;
     }
+    if (const auto wrong = readDevices(options.devices.raw(), line.devices))
+        return refuse({"\"%s\" is no address of a device, comes twice, or is one too many.",
+                       "\"%s\" - не адрес устройства, повторяется или лишний."},
+                      *wrong);
     line.file = absolute(options.files);
     line.run = options.run;
     line.save = absolute(options.save);

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <KesCommon/Export.h>
+#include <KesDriver/IKestoNetwork.h>
 
 #include <functional>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace KesProgram {
 
@@ -23,6 +25,9 @@ struct KES_EXPORT CommandLine {
     bool quit = false;
     /// Simulated seconds per real second.
     double speed = 1.0;
+    /// The devices to test with, in the place of those that are set up; none: those. At most `mostDevices`.
+    std::vector<KesDriver::NetAddress> devices;
+    static constexpr std::size_t mostDevices = 32;
     /// Only tell the version.
     bool version = false;
 

@@ -2,6 +2,7 @@
 
 #include <KesCommon/ExceptionText.h>
 #include <KesCommonView/ApplicationDispatcher.h>
+#include <KesDevice/HardwareControl.h>
 #include <KesProgram/model/ProgramModel.h>
 #include <KesProgram/shell/ProgramBasePresenter.h>
 #include <KesProgram/shell/detail/ProgramEnding.h>
@@ -30,6 +31,17 @@ bool initialiseGtk()
         return false;
     Gtk::Main::init_gtkmm_internals();
     return true;
+}
+
+/// For this process only.
+void useDevices(const std::vector<KesDriver::NetAddress>& addresses)
+{
+    if (addresses.empty())
+        return;
+    auto hardware = KesDevice::HardwareManager::create();
+    for (const auto& address : addresses)
+        (void)hardware->addKesto(address);
+    KesDevice::HardwareControl::setGlobalInstance(std::move(hardware), true);
 }
 
 /// The program while its main loop runs.
@@ -120,6 +132,7 @@ int ProgramMain::run(int argc, char** argv, const std::function<std::string()>& 
         return UnattendedRun::NotStarted;
     }
     try {
+        useDevices(commandLine.devices);
         return RunningProgram(commandLine, create(commandLine)).run(version);
     } catch (...) {
         tell(Kes::getCurrentExceptionText());
