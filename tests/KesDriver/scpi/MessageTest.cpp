@@ -107,9 +107,10 @@ TEST(UnitReaderTest, SplitsMessagesAndKeepsTheLevel)
 
 TEST(LineReaderTest, PutsMessagesTogetherHoweverTheyArrive)
 {
-    const std::string bytes = "*IDN?\r\nA #14\n\n\r\n,'x#19\nB \"#15\"\n\nC #12\r\r\r\n#15\nD #3005abcd\n\r\n";
-    const std::vector<std::string> messages = {"*IDN?", "A #14\n\n\r\n,'x#19", "B \"#15\"", "",
-                                               "C #12\r\r", "#15", "D #3005abcd\n"};
+    const std::string bytes =
+        "*IDN?\r\nA #14\n\n\r\n,'x#19\nB \"#15\"\n\nC #12\r\r\r\n#15\nD #3005abcd\n\r\n";
+    const std::vector<std::string> messages = {"*IDN?", "A #14\n\n\r\n,'x#19", "B \"#15\"", "", "C #12\r\r",
+                                               "#15",   "D #3005abcd\n"};
     for (const std::size_t part : {std::size_t{1}, std::size_t{2}, std::size_t{7}, bytes.size()}) {
         LineReader reader;
         EXPECT_EQ(readLines(bytes, part, reader), messages) << part;
@@ -127,7 +128,7 @@ TEST(LineReaderTest, GivesUpOnWhatIsTooLong)
     } cases[] = {
         {"0123456789\nnext\n", 2, false},
         {"ok\n01234567890", 1, true},
-        {"A #220"s + std::string(20, '\n') + "\nB\n", 2, false},
+        {std::string("A #220").append(20, '\n').append("\nB\n"), 2, false},
         {"A #221", 0, true},
         {"A #212xxxxxxxxxxxx,#19", 0, true},
         {"A #9999999999", 0, true},
@@ -142,9 +143,9 @@ TEST(LineReaderTest, GivesUpOnWhatIsTooLong)
 TEST(HeaderTreeTest, FindsShortAndLongFormsOptionalNodesAndSuffixes)
 {
     HeaderTree tree;
-    const char* patterns[] = {"SYSTem:ERRor[:NEXT]?", "SYSTem:ERRor:COUNt?",       "OUTPut[:STATe]",
-                              "OUTPut[:STATe]?",      "[SOURce:]CURRent<n>[:LEVel]", "[SOURce:]CURRent:FREQuency",
-                              "*IDN?"};
+    const char* patterns[] = {
+        "SYSTem:ERRor[:NEXT]?",        "SYSTem:ERRor:COUNt?",        "OUTPut[:STATe]", "OUTPut[:STATe]?",
+        "[SOURce:]CURRent<n>[:LEVel]", "[SOURce:]CURRent:FREQuency", "*IDN?"};
     for (std::size_t i = 0; i < std::size(patterns); ++i)
         tree.add(patterns[i], i);
     const auto find = [&](std::string header) {
@@ -206,11 +207,12 @@ TEST(ArgumentsTest, RefusesWhatItIsNot)
         void (*read)(Arguments&);
         int code;
     } cases[] = {
-        {"ON", number, -104},       {"1 V", number, -131},      {"1 A", integer, -138},   {"1.5", integer, -120},
-        {"11", integer, -222},      {"-1", integer, -222},      {"1e300", integer, -222}, {"2", boolean, -222},
-        {"YES", boolean, -224},     {"\"ON\"", boolean, -104},  {"OVERL", choice, -224},  {"(@0)", channels, -222},
-        {"(@4)", channels, -222},   {"(@1:x)", channels, -171}, {"(@)", channels, -171},  {"(@1,)", channels, -171},
-        {"(@-1)", channels, -171}, {"(@1:99999999999)", channels, -222},
+        {"ON", number, -104},      {"1 V", number, -131},      {"1 A", integer, -138},
+        {"1.5", integer, -120},    {"11", integer, -222},      {"-1", integer, -222},
+        {"1e300", integer, -222},  {"2", boolean, -222},       {"YES", boolean, -224},
+        {"\"ON\"", boolean, -104}, {"OVERL", choice, -224},    {"(@0)", channels, -222},
+        {"(@4)", channels, -222},  {"(@1:x)", channels, -171}, {"(@)", channels, -171},
+        {"(@1,)", channels, -171}, {"(@-1)", channels, -171},  {"(@1:99999999999)", channels, -222},
     };
     for (const auto& [text, read, code] : cases)
         EXPECT_EQ(codeOf([&, &run = read] {

@@ -17,7 +17,8 @@ TEST(ErrorQueueTest, TellsTheOldestFirstAndSaysWhenOthersAreLost)
     EXPECT_EQ(queue.take().toAnswer(), "-350,\"Queue overflow\"");
     EXPECT_EQ(queue.getCount(), 0U);
     // A text ends between two characters.
-    EXPECT_EQ(std::string(Error(ErrorCode{101}, "x" + std::string(300, 'a') + "\xD0\xB0").what()).size(), 255U);
+    EXPECT_EQ(std::string(Error(ErrorCode{101}, "x" + std::string(300, 'a') + "\xD0\xB0").what()).size(),
+              255U);
     const std::string russian = Error(ErrorCode{101}, std::string(241, 'a') + "\xD0\xB0").what();
     EXPECT_EQ(russian, "Device error;" + std::string(241, 'a'));
 }

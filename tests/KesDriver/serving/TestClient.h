@@ -85,8 +85,8 @@ public:
     }
     /// Carries a command out and tells what became of it.
     std::string tell(const std::string& command) { return ask(command + ";:SYST:ERR?"); }
-    /// The rest of the first event of the kind that comes, such as "1" for "!5,1200,SEQ,1"; the others before it are
-    /// set aside.
+    /// The rest of the first event of the kind that comes, such as "1" for "!5,1200,SEQ,1"; the others before
+    /// it are set aside.
     std::string awaitEvent(const std::string& kind)
     {
         for (;;) {
