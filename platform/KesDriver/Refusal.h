@@ -23,7 +23,8 @@ enum class RefusalCode : int {
     StartPassed = 106,
 };
 
-/// A refusal by a device that answers, as a text for the user and as a code. A value, as every error is; any thread.
+/// A refusal by a device that answers, as a text for the user and as a code. A value, as every error is; any
+/// thread.
 class KES_EXPORT Refusal : public Kes::TextError {
 public:
     Refusal(RefusalCode code, std::string text);

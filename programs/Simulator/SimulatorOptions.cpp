@@ -100,8 +100,8 @@ void readPlace(const std::string& text, SimulatorOptions& options)
         throw Refused("listen", text);
     options.address = *address;
     if (colon < text.size())
-        readNumber<std::uint16_t>("listen", text.substr(colon + 1), 0, std::numeric_limits<std::uint16_t>::max(),
-                                  options.port);
+        readNumber<std::uint16_t>("listen", text.substr(colon + 1), 0,
+                                  std::numeric_limits<std::uint16_t>::max(), options.port);
 }
 
 void readRelay(const std::string& text, SimulatorOptions& options)

@@ -12,7 +12,8 @@ constexpr Kes::TextTable table({
     {"listen", "Where the first device listens; 127.0.1.1:5025 at first, port 0 is a free one",
      "Где принимает соединения первое устройство; сначала 127.0.1.1:5025, порт 0 - любой свободный"},
     {"listen.value", "ADDRESS[:PORT]", "АДРЕС[:ПОРТ]"},
-    {"devices", "Number of devices, each at the next address", "Число устройств, каждое по следующему адресу"},
+    {"devices", "Number of devices, each at the next address",
+     "Число устройств, каждое по следующему адресу"},
     {"type", "Type of the devices, such as 3 for KESTO-3", "Тип устройств, например 3 для КЕСТО-3"},
     {"serial", "Serial number of the first device", "Заводской номер первого устройства"},
     {"speed", "Device seconds per real second", "Секунд устройства за одну настоящую секунду"},
@@ -25,8 +26,7 @@ constexpr Kes::TextTable table({
     {"number.value", "N", "N"},
     {"error.value", "--%s: \"%s\" is not possible.", "--%s: недопустимое значение \"%s\"."},
     {"error.argument", "\"%s\" is not an option.", "\"%s\" не является параметром."},
-    {"warning.open",
-     "Warning: %s can be reached from other computers, and the protocol knows no passwords.",
+    {"warning.open", "Warning: %s can be reached from other computers, and the protocol knows no passwords.",
      "Внимание: %s доступен с других компьютеров, а протокол не знает паролей."},
 });
 

@@ -57,7 +57,8 @@ DeviceServer::Log makeLog()
 Kes::Result makeDevice(const Simulator::SimulatorOptions& options, unsigned index,
                        std::shared_ptr<SimulatedKesto>& device)
 {
-    device = std::make_shared<SimulatedKesto>(KesDriver::KestoIdentifer(options.type, options.serialNumber + index));
+    device = std::make_shared<SimulatedKesto>(
+        KesDriver::KestoIdentifer(options.type, options.serialNumber + index));
     device->setSpeed(options.speed);
     if (options.relayKind.empty())
         return true;
@@ -71,7 +72,8 @@ Kes::Result makeDevice(const Simulator::SimulatorOptions& options, unsigned inde
 /// Says where it listens, for people and for programs that start this one.
 void announce(const KesDriver::KestoIdentifer& device, const std::string& address, unsigned port)
 {
-    std::printf("%s %05u %s:%u\n", device.getTypeName().c_str(), device.getSerialNumber(), address.c_str(), port);
+    std::printf("%s %05u %s:%u\n", device.getTypeName().c_str(), device.getSerialNumber(), address.c_str(),
+                port);
     std::fflush(stdout);
 }
 
@@ -84,7 +86,8 @@ int serve(const Simulator::SimulatorOptions& options, Servers& servers)
             return WrongOptions;
         }
         const auto address = getAddress(options.address, index).to_string();
-        servers.push_back(std::make_unique<DeviceServer>(device, options.log ? makeLog() : DeviceServer::Log()));
+        servers.push_back(
+            std::make_unique<DeviceServer>(device, options.log ? makeLog() : DeviceServer::Log()));
         if (const auto result = servers.back()->listen(address, options.port); !result) {
             tell(result.getError()->getMessage());
             return CannotListen;

@@ -8,8 +8,8 @@
 
 namespace KesDriver {
 
-/// The one place that knows which code belongs to a refusal; the keys are those of the driver's texts. -222 for
-/// a key that is not listed.
+/// The one place that knows which code belongs to a refusal; the keys are those of the driver's texts. -222
+/// for a key that is not listed.
 RefusalCode findRefusalCode(const std::string& key);
 
 /// A refusal in the words of the key.

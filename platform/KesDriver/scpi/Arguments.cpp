@@ -20,10 +20,10 @@ struct Unit {
 };
 
 constexpr Unit units[] = {
-    {"A", Quantity::Current, 1.0},      {"MA", Quantity::Current, 1e-3},  {"KA", Quantity::Current, 1e3},
-    {"V", Quantity::Voltage, 1.0},      {"MV", Quantity::Voltage, 1e-3},  {"KV", Quantity::Voltage, 1e3},
+    {"A", Quantity::Current, 1.0},      {"MA", Quantity::Current, 1e-3},   {"KA", Quantity::Current, 1e3},
+    {"V", Quantity::Voltage, 1.0},      {"MV", Quantity::Voltage, 1e-3},   {"KV", Quantity::Voltage, 1e3},
     {"HZ", Quantity::Frequency, 1.0},   {"KHZ", Quantity::Frequency, 1e3}, {"S", Quantity::Time, 1.0},
-    {"MS", Quantity::Time, 1e-3},       {"US", Quantity::Time, 1e-6},     {"DEG", Quantity::Angle, 1.0},
+    {"MS", Quantity::Time, 1e-3},       {"US", Quantity::Time, 1e-6},      {"DEG", Quantity::Angle, 1.0},
     {"OHM", Quantity::Resistance, 1.0},
 };
 
@@ -111,9 +111,8 @@ std::string Arguments::readToken()
 std::size_t Arguments::readChoice(std::initializer_list<std::string_view> words)
 {
     const auto given = readWord();
-    const auto* const found = std::find_if(words.begin(), words.end(), [&](std::string_view word) {
-        return Mnemonic(word).matches(given);
-    });
+    const auto* const found = std::find_if(
+        words.begin(), words.end(), [&](std::string_view word) { return Mnemonic(word).matches(given); });
     if (found == words.end())
         throw Error(ErrorCode::IllegalParameter, given);
     return static_cast<std::size_t>(found - words.begin());

@@ -14,8 +14,8 @@ namespace KesDriver::Scpi {
 /// What a number may be given in; read in amperes, volts, hertz, seconds, degrees, ohms.
 enum class Quantity { None, Current, Voltage, Frequency, Time, Angle, Resistance };
 
-/// Reads the parameters of a unit one after the other, each as what it has to be. Everything throws `Error` for a
-/// parameter that is missing or is something else. Not synchronised.
+/// Reads the parameters of a unit one after the other, each as what it has to be. Everything throws `Error`
+/// for a parameter that is missing or is something else. Not synchronised.
 class KES_EXPORT Arguments {
 public:
     explicit Arguments(std::vector<Parameter> parameters) : _parameters(std::move(parameters)) {}

@@ -63,7 +63,9 @@ const char* getStandardText(ErrorCode code)
     return found == std::end(texts) ? "Device error" : found->text;
 }
 
-Error::Error(ErrorCode code, const std::string& detail) : std::runtime_error(compose(code, detail)), _code(code) {}
+Error::Error(ErrorCode code, const std::string& detail)
+    : std::runtime_error(compose(code, detail)), _code(code)
+{}
 
 Error::~Error() = default;
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-/// SCPI-1999 and IEEE 488.2 as an instrument needs them, without any instrument: messages, headers, parameters,
-/// errors, registers.
+/// SCPI-1999 and IEEE 488.2 as an instrument needs them, without any instrument: messages, headers,
+/// parameters, errors, registers.
 namespace KesDriver::Scpi {
 
 /// The codes of SCPI-1999 that are in use here; a device's own are above zero.
@@ -42,8 +42,8 @@ enum class ErrorCode : int {
 /// The standard's words for a code; for a device's own code "Device error".
 KES_EXPORT const char* getStandardText(ErrorCode code);
 
-/// What is wrong with a message unit, or with what it asks for. Thrown by whatever reads or carries out a unit, and
-/// caught where units are carried out one after the other.
+/// What is wrong with a message unit, or with what it asks for. Thrown by whatever reads or carries out a
+/// unit, and caught where units are carried out one after the other.
 class KES_EXPORT Error : public std::runtime_error {
 public:
     /// The detail stands behind the standard's words, after a semicolon; empty for none.

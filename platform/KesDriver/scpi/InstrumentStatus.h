@@ -8,8 +8,8 @@
 
 namespace KesDriver::Scpi {
 
-/// The status of an instrument as one controller sees it: the registers of IEEE 488.2 and SCPI, and the error queue.
-/// Not synchronised.
+/// The status of an instrument as one controller sees it: the registers of IEEE 488.2 and SCPI, and the error
+/// queue. Not synchronised.
 class KES_EXPORT InstrumentStatus {
 public:
     /// Bits of the standard event register.

@@ -9,8 +9,8 @@
 
 namespace KesDriver::Scpi {
 
-/// Puts bytes together to messages: lines that end with "\n" or "\r\n", in which a block may hold line ends. Holds at
-/// most one message and what was received behind it. Not synchronised.
+/// Puts bytes together to messages: lines that end with "\n" or "\r\n", in which a block may hold line ends.
+/// Holds at most one message and what was received behind it. Not synchronised.
 class KES_EXPORT LineReader {
 public:
     struct Limits {

@@ -15,7 +15,8 @@ struct KES_EXPORT Parameter {
     static Parameter parse(std::string_view text);
 
     Kind kind = Kind::Word;
-    /// Number: as written. Word: in capitals. Text and Block: what is inside. List: what stands between "(@" and ")".
+    /// Number: as written. Word: in capitals. Text and Block: what is inside. List: what stands between "(@"
+    /// and ")".
     std::string text;
     /// Of a number, in its unit.
     double value = 0.0;

@@ -6,9 +6,9 @@
 
 namespace KesDriver::Scpi {
 
-/// A status register as SCPI has it: a condition, whose rises and falls set bits of the event register where the two
-/// transition filters let them through; the event register's enabled bits make the summary. 15 bits. Not
-/// synchronised.
+/// A status register as SCPI has it: a condition, whose rises and falls set bits of the event register where
+/// the two transition filters let them through; the event register's enabled bits make the summary. 15 bits.
+/// Not synchronised.
 class KES_EXPORT StatusRegister {
 public:
     using Bits = std::uint16_t;

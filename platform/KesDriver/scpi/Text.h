@@ -31,8 +31,8 @@ constexpr bool isLetter(char c)
 KES_EXPORT std::string_view trimFront(std::string_view text);
 KES_EXPORT std::string_view trim(std::string_view text);
 
-/// A word as a document writes it, such as "OVERload": the capitals are its short form. Digits and underscores belong
-/// to both forms.
+/// A word as a document writes it, such as "OVERload": the capitals are its short form. Digits and
+/// underscores belong to both forms.
 struct KES_EXPORT Mnemonic {
     explicit Mnemonic(std::string_view pattern);
     /// Whether the upper-case text is the short or the long form.

@@ -17,9 +17,9 @@ struct Unit {
     std::vector<Parameter> parameters;
 };
 
-/// Splits a message into its units, which begin where the one before ended in the tree of headers. A unit that is
-/// wrong leaves the others alone, but for a string or a block that is not closed: it takes the rest of the message
-/// with it. Not synchronised.
+/// Splits a message into its units, which begin where the one before ended in the tree of headers. A unit
+/// that is wrong leaves the others alone, but for a string or a block that is not closed: it takes the rest
+/// of the message with it. Not synchronised.
 class KES_EXPORT UnitReader {
 public:
     explicit UnitReader(std::string_view message) : _rest(message) {}

@@ -6,8 +6,9 @@ namespace KesDriver {
 
 class SimulatedDevice;
 
-/// Who sees everything that happens to a simulated device at the moment at which it happens, whether anybody has a
-/// connection to it or not. Called on any thread with the device locked: it must not call the device nor wait.
+/// Who sees everything that happens to a simulated device at the moment at which it happens, whether anybody
+/// has a connection to it or not. Called on any thread with the device locked: it must not call the device
+/// nor wait.
 class ISimulatedObserver {
 public:
     virtual ~ISimulatedObserver() = default;

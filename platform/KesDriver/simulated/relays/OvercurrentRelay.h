@@ -49,7 +49,8 @@ private:
         void move(bool closed, Time at);
     };
 
-    /// The time in seconds in which the stage operates at this multiple of its setting; none when it does not.
+    /// The time in seconds in which the stage operates at this multiple of its setting; none when it does
+    /// not.
     std::optional<double> _getOperateTime(double multiple) const;
     void _advance(Time time);
     void _pickUp();

@@ -18,7 +18,8 @@ namespace {
 using Relay = std::shared_ptr<ISimulatedTestObject>;
 using Settings = std::vector<std::string>;
 
-/// A setting of a kind of relay: its name, and how its value gets into the settings; false for a value that is wrong.
+/// A setting of a kind of relay: its name, and how its value gets into the settings; false for a value that
+/// is wrong.
 template <typename Values>
 struct Setting {
     const char* name;
@@ -122,8 +123,8 @@ std::vector<std::string> getKinds()
 
 Kes::Result make(const std::string& kind, const Settings& settings, Relay& relay)
 {
-    const auto found =
-        std::find_if(std::begin(kinds), std::end(kinds), [&](const Kind& known) { return kind == known.name; });
+    const auto found = std::find_if(std::begin(kinds), std::end(kinds),
+                                    [&](const Kind& known) { return kind == known.name; });
     return found == std::end(kinds) ? refuse("Wire.kind", kind) : found->make(settings, relay);
 }
 

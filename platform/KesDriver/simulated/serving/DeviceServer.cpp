@@ -52,7 +52,9 @@ std::uint16_t findPort(GSocket* socket)
 class DeviceServer::Impl {
 public:
     Impl(std::shared_ptr<SimulatedKesto> device, std::shared_ptr<SimulatedHost> host, Log log)
-        : _kesto(std::move(device)), _device(ServedDevice::create(std::move(host))), _log(std::move(log)),
+        : _kesto(std::move(device)),
+          _device(ServedDevice::create(std::move(host))),
+          _log(std::move(log)),
           _cancellable(g_cancellable_new())
     {}
     ~Impl()
@@ -75,8 +77,8 @@ public:
         GError* error = nullptr;
         auto socket = _listener ? nullptr : bind(address, port, error);
         if (!socket)
-            return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get("Server.cannotListen"), address,
-                                                                  unsigned{port}, takeMessage(error)));
+            return Kes::Result::failure(Kes::StringHelper::format(
+                lng::Driver::get("Server.cannotListen"), address, unsigned{port}, takeMessage(error)));
         _listener = std::move(socket);
         _accepting = Kes::Worker("KesAccept", [this] { _accept(); });
         return true;
@@ -103,8 +105,8 @@ public:
     std::size_t countSessions() const
     {
         std::lock_guard lock(_mutex);
-        return static_cast<std::size_t>(
-            std::count_if(_sessions.begin(), _sessions.end(), [](const auto& each) { return !each->hasEnded(); }));
+        return static_cast<std::size_t>(std::count_if(_sessions.begin(), _sessions.end(),
+                                                      [](const auto& each) { return !each->hasEnded(); }));
     }
 
 private:

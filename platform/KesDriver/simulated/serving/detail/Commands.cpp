@@ -6,8 +6,8 @@ const Table& getTable()
 {
     static const auto table = [] {
         Table made;
-        for (const auto add :
-             {addCommon, addSystem, addControl, addOutputs, addSequences, addEvents, addStatus, addSimulation})
+        for (const auto add : {addCommon, addSystem, addControl, addOutputs, addSequences, addEvents,
+                               addStatus, addSimulation})
             add(made);
         return made;
     }();

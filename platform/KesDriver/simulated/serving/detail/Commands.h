@@ -8,7 +8,8 @@
 #include <string>
 #include <vector>
 
-/// What a device does for each header of the protocol. The parameters of a command are read before it does anything.
+/// What a device does for each header of the protocol. The parameters of a command are read before it does
+/// anything.
 namespace KesDriver::Commands {
 
 /// One unit that is carried out.

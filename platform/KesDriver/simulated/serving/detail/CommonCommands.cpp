@@ -102,13 +102,14 @@ void addCommon(Table& table)
     table.add("*RST", {reset});
     table.add("*TST?", {[](Call& call) { call.answer = "0"; }});
     table.add("*OPC", {[](Call& call) {
-        call.dialogue.useStatus([](InstrumentStatus& status) { status.note(InstrumentStatus::OperationComplete); });
-    }});
+                  call.dialogue.useStatus(
+                      [](InstrumentStatus& status) { status.note(InstrumentStatus::OperationComplete); });
+              }});
     table.add("*OPC?", {[](Call& call) { call.answer = "1"; }});
     table.add("*WAI", {[](Call&) {}});
     table.add("*CLS", {[](Call& call) {
-        call.dialogue.useStatus([](InstrumentStatus& status) { status.clear(); });
-    }});
+                  call.dialogue.useStatus([](InstrumentStatus& status) { status.clear(); });
+              }});
     table.add("*ESE", {setEventEnable, 1});
     table.add("*ESE?", {ask<&InstrumentStatus::getStandardEnable>});
     table.add("*ESR?", {ask<&InstrumentStatus::takeStandardEvents>});

@@ -16,8 +16,8 @@ class EventLog;
 /// Numbers the sessions of a device, from 1; 0 is none.
 using SessionNumber = std::uint64_t;
 
-/// Which session has control of a device; control is a connection of the device, at whose end it switches everything
-/// off. Any thread.
+/// Which session has control of a device; control is a connection of the device, at whose end it switches
+/// everything off. Any thread.
 class DeviceControl : public std::enable_shared_from_this<DeviceControl> {
 public:
     struct Owner {
@@ -43,13 +43,13 @@ public:
     /// Throws Scpi::Error for a session without control.
     void check(SessionNumber session) const;
 
-    /// Each event waits until the controller has acknowledged it; ends with control. Throws Scpi::Error for a session
-    /// without control.
+    /// Each event waits until the controller has acknowledged it; ends with control. Throws Scpi::Error for a
+    /// session without control.
     void setLockstep(SessionNumber session, bool isOn);
     bool hasLockstep() const { return _lockstep; }
 
-    /// Carries the request out for a session with control. Throws Scpi::Error without, and for what the device
-    /// refuses.
+    /// Carries the request out for a session with control. Throws Scpi::Error without, and for what the
+    /// device refuses.
     void call(SessionNumber session, const SimulatedHost::Request& request);
 
 private:

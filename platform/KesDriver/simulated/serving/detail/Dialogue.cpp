@@ -8,7 +8,9 @@
 namespace KesDriver {
 
 Dialogue::Dialogue(std::shared_ptr<ServedDevice> device, std::shared_ptr<ILineSink> sink, std::string address)
-    : _device(std::move(device)), _sink(std::move(sink)), _address(std::move(address)),
+    : _device(std::move(device)),
+      _sink(std::move(sink)),
+      _address(std::move(address)),
       _heard(std::chrono::steady_clock::now())
 {}
 

@@ -16,8 +16,9 @@
 
 namespace KesDriver {
 
-/// What one session says to a device and hears from it, without the connection it says it over: its registers and
-/// errors, its prepared sequence, its subscription, its watchdog. The session's thread; `noteConditions` on any.
+/// What one session says to a device and hears from it, without the connection it says it over: its registers
+/// and errors, its prepared sequence, its subscription, its watchdog. The session's thread; `noteConditions`
+/// on any.
 class KES_EXPORT Dialogue {
 public:
     using RealTime = std::chrono::steady_clock::time_point;

@@ -46,13 +46,14 @@ void subscribe(Call& call)
 void addEvents(Table& table)
 {
     table.add("INPut:STATe?", {[](Call& call) {
-        call.answer =
-            std::to_string(call.dialogue.use([](SimulatedDevice& device) { return device.getInputs(); }));
-    }});
+                  call.answer = std::to_string(
+                      call.dialogue.use([](SimulatedDevice& device) { return device.getInputs(); }));
+              }});
     table.add("EVENt:LAST?", {[](Call& call) { call.answer = std::to_string(getLog(call).getLast()); }});
     table.add("EVENt:DATA?", {askEvents, 2});
     table.add("EVENt:SUBScribe", {subscribe, 2});
-    table.add("EVENt:ACKNowledge", {[](Call& call) { call.dialogue.getDevice().acknowledge(readNumber(call)); }, 1});
+    table.add("EVENt:ACKNowledge",
+              {[](Call& call) { call.dialogue.getDevice().acknowledge(readNumber(call)); }, 1});
 }
 
 } // namespace KesDriver::Commands

@@ -22,12 +22,12 @@ public:
     /// The number that it has got.
     std::uint64_t add(DeviceTime time, Content content);
     std::uint64_t getLast() const;
-    /// Up to `count` events from that number on, as texts without the "!". Throws Scpi::Error when the first one has
-    /// been forgotten.
+    /// Up to `count` events from that number on, as texts without the "!". Throws Scpi::Error when the first
+    /// one has been forgotten.
     std::vector<std::string> read(std::uint64_t from, std::size_t count) const;
 
-    /// From that number on, or from the next event on for 0, each event goes to the sink as a line. A second call for
-    /// a sink counts anew. Throws as `read` does.
+    /// From that number on, or from the next event on for 0, each event goes to the sink as a line. A second
+    /// call for a sink counts anew. Throws as `read` does.
     void subscribe(const std::shared_ptr<ILineSink>& sink, std::uint64_t from);
     void unsubscribe(const ILineSink& sink);
 

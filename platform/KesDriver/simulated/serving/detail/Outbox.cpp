@@ -41,7 +41,8 @@ void Outbox::_add(std::string line, bool isDelayed)
         return;
     }
     _bytes += line.size();
-    _lines.push_back({std::move(line), std::chrono::steady_clock::now() + (isDelayed ? _delay : _delay.zero())});
+    _lines.push_back(
+        {std::move(line), std::chrono::steady_clock::now() + (isDelayed ? _delay : _delay.zero())});
     _changed.notify_all();
 }
 

@@ -13,8 +13,8 @@
 
 namespace KesDriver {
 
-/// What a session has still to get, and the thread that sends it in the order in which it came about, so that nobody
-/// waits for a reader who does not read. Any thread.
+/// What a session has still to get, and the thread that sends it in the order in which it came about, so that
+/// nobody waits for a reader who does not read. Any thread.
 class Outbox : public ILineSink {
 public:
     /// Sends all the bytes; false when there is nobody any more.

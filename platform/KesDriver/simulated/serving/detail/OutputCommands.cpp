@@ -86,8 +86,8 @@ void addGroup(Table& table, const std::string& name)
 
 void setDigital(Call& call)
 {
-    const auto mask = static_cast<std::uint32_t>(
-        call.arguments.readInteger(0, std::numeric_limits<std::uint32_t>::max()));
+    const auto mask =
+        static_cast<std::uint32_t>(call.arguments.readInteger(0, std::numeric_limits<std::uint32_t>::max()));
     change(call, [=](OutputState& outputs) { outputs.binaryOutputs = mask; });
 }
 
@@ -100,9 +100,8 @@ void apply(Call& call)
 void switchAmplifiers(Call& call)
 {
     const bool isOn = call.arguments.readBoolean();
-    call.dialogue.control([=](SimulatedDevice& device) {
-        return isOn ? device.startWorkingMode() : device.stopWorkingMode();
-    });
+    call.dialogue.control(
+        [=](SimulatedDevice& device) { return isOn ? device.startWorkingMode() : device.stopWorkingMode(); });
 }
 
 /// Without volts, those of the last time.
@@ -144,7 +143,8 @@ OutputState readOutputs(Scpi::Arguments& arguments)
         }
     for (int group = 0; group < 2; ++group)
         numbers.push_back(arguments.readNumber(Quantity::Frequency));
-    numbers.push_back(static_cast<double>(arguments.readInteger(0, std::numeric_limits<std::uint32_t>::max())));
+    numbers.push_back(
+        static_cast<double>(arguments.readInteger(0, std::numeric_limits<std::uint32_t>::max())));
     const auto outputs = ValueText::toOutputs(numbers);
     if (!outputs)
         throw Scpi::Error(Scpi::ErrorCode::NumericData);
@@ -155,14 +155,16 @@ void addOutputs(Table& table)
 {
     table.add("OUTPut[:STATe]", {switchAmplifiers, 1});
     table.add("OUTPut[:STATe]?", {[](Call& call) {
-        call.answer = flag(call.dialogue.use([](SimulatedDevice& device) { return device.isWorking(); }));
-    }});
+                  call.answer =
+                      flag(call.dialogue.use([](SimulatedDevice& device) { return device.isWorking(); }));
+              }});
     table.add("OUTPut:AUXiliary", {switchAuxiliary, 2});
     table.add("OUTPut:AUXiliary?", {askAuxiliary});
     addGroup<&OutputState::currents, &OutputState::currentHertz, Quantity::Current>(table, "CURRent");
     addGroup<&OutputState::voltages, &OutputState::voltageHertz, Quantity::Voltage>(table, "VOLTage");
     table.add("[SOURce:]DIGital", {setDigital, 1});
-    table.add("[SOURce:]DIGital?", {[](Call& call) { call.answer = std::to_string(getOutputs(call).binaryOutputs); }});
+    table.add("[SOURce:]DIGital?",
+              {[](Call& call) { call.answer = std::to_string(getOutputs(call).binaryOutputs); }});
     table.add("[SOURce:]APPLy", {apply, ValueText::stateNumbers});
     table.add("[SOURce:]APPLy?", {[](Call& call) { call.answer = ValueText::write(getOutputs(call)); }});
     table.add("ABORt", {abort});

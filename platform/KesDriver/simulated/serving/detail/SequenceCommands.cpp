@@ -64,7 +64,8 @@ void setRamp(Call& call)
 void setEnd(Call& call)
 {
     const bool isAll = call.arguments.readChoice({"ANY", "ALL"}) == 1;
-    EndCondition condition({}, isAll ? EndCondition::Join::All : EndCondition::Join::Any, readTime(call.arguments));
+    EndCondition condition({}, isAll ? EndCondition::Join::All : EndCondition::Join::Any,
+                           readTime(call.arguments));
     do {
         const auto text = call.arguments.readToken();
         const auto input = ValueText::readCondition(text);

@@ -84,7 +84,9 @@ std::shared_ptr<ServedDevice> ServedDevice::create(std::shared_ptr<SimulatedHost
 }
 
 ServedDevice::ServedDevice(std::shared_ptr<SimulatedHost> host)
-    : _host(std::move(host)), _limits(readLimits(*_host)), _boot(std::random_device()()),
+    : _host(std::move(host)),
+      _limits(readLimits(*_host)),
+      _boot(std::random_device()()),
       _control(std::make_shared<DeviceControl>(_host, _events))
 {}
 
@@ -102,7 +104,8 @@ bool ServedDevice::observe(const Report& report, const SimulatedDevice& device)
 {
     // A sequence may begin and end before anybody looks.
     if (std::holds_alternative<StepEvent>(report))
-        _sessions.noteConditions(static_cast<Bits>((getOperation(device) | runs) & ~waits), getQuestionable(device));
+        _sessions.noteConditions(static_cast<Bits>((getOperation(device) | runs) & ~waits),
+                                 getQuestionable(device));
     _events.add(getTime(report, device), toContent(report));
     return _control->hasLockstep();
 }

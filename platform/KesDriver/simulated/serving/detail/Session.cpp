@@ -14,18 +14,21 @@ constexpr std::chrono::milliseconds lastWords{1000};
 
 } // namespace
 
-std::shared_ptr<Session> Session::start(std::shared_ptr<ServedDevice> device, GObjectPtr<GSocket> socket, Log log)
+std::shared_ptr<Session> Session::start(std::shared_ptr<ServedDevice> device, GObjectPtr<GSocket> socket,
+                                        Log log)
 {
     auto session = std::make_shared<Session>(std::move(device), std::move(socket), std::move(log));
     session->_number = session->_device->getSessions().add(session);
     session->_dialogue.begin(session->_number);
-    session->_worker = Kes::Worker("KesSession_" + std::to_string(session->_number),
-                                   [raw = session.get()] { raw->_run(); });
+    session->_worker =
+        Kes::Worker("KesSession_" + std::to_string(session->_number), [raw = session.get()] { raw->_run(); });
     return session;
 }
 
 Session::Session(std::shared_ptr<ServedDevice> device, GObjectPtr<GSocket> socket, Log log)
-    : _device(std::move(device)), _log(std::move(log)), _socket(std::move(socket)),
+    : _device(std::move(device)),
+      _log(std::move(log)),
+      _socket(std::move(socket)),
       _outbox(std::make_shared<Outbox>([this](std::string_view bytes) { return _socket.send(bytes); },
                                        [this] { drop(); })),
       _dialogue(_device, _outbox, _socket.getAddress())

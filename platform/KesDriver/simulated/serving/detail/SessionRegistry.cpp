@@ -26,7 +26,8 @@ void SessionRegistry::remove(SessionNumber session)
     _sessions.erase(session);
 }
 
-void SessionRegistry::noteConditions(Scpi::StatusRegister::Bits operation, Scpi::StatusRegister::Bits questionable)
+void SessionRegistry::noteConditions(Scpi::StatusRegister::Bits operation,
+                                     Scpi::StatusRegister::Bits questionable)
 {
     std::lock_guard lock(_mutex);
     if (operation == _operation && questionable == _questionable)
@@ -40,7 +41,8 @@ void SessionRegistry::setSilent(bool isSilent, SessionNumber except)
 {
     std::lock_guard lock(_mutex);
     _isSilent = isSilent;
-    _forEach([&](SessionNumber number, ISession& session) { session.setSilent(isSilent && number != except); });
+    _forEach(
+        [&](SessionNumber number, ISession& session) { session.setSilent(isSilent && number != except); });
 }
 
 void SessionRegistry::setDelay(std::chrono::milliseconds delay, SessionNumber except)

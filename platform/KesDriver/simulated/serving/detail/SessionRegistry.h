@@ -15,7 +15,8 @@ class ISession {
 public:
     virtual ~ISession() = default;
     /// The conditions of the device's status registers are these from now on.
-    virtual void noteConditions(Scpi::StatusRegister::Bits operation, Scpi::StatusRegister::Bits questionable) = 0;
+    virtual void noteConditions(Scpi::StatusRegister::Bits operation,
+                                Scpi::StatusRegister::Bits questionable) = 0;
     /// While silent, nothing is sent.
     virtual void setSilent(bool isSilent) = 0;
     /// Answers are sent so much later.

@@ -102,7 +102,8 @@ void setDelay(Call& call)
     const double seconds = call.arguments.readNumber(Scpi::Quantity::Time);
     if (!(seconds >= 0.0 && seconds <= longestDelay))
         throw Scpi::Error(ErrorCode::OutOfRange, "the delay is 0 to 3600 s");
-    const auto delay = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
+    const auto delay =
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
     call.dialogue.getDevice().getSessions().setDelay(delay, call.dialogue.getNumber());
 }
 
@@ -130,8 +131,8 @@ void addSimulation(Table& table)
 {
     table.add("SIMulation:SPEed", {setSpeed, 1});
     table.add("SIMulation:SPEed?", {[](Call& call) {
-        call.answer = write(ask(call, [](SimulatedDevice& device) { return device.getSpeed(); }));
-    }});
+                  call.answer = write(ask(call, [](SimulatedDevice& device) { return device.getSpeed(); }));
+              }});
     table.add("SIMulation:BURDen", {setBurden, 1});
     table.add("SIMulation:INPut", {setInput, 2});
     table.add("SIMulation:WIRE", {wire, 1 + mostSettings});
@@ -140,17 +141,21 @@ void addSimulation(Table& table)
     table.add("SIMulation:SILent", {setSilent, 1});
     table.add("SIMulation:DELay", {setDelay, 1});
     table.add("SIMulation:GARBle", {setNonsense, 1});
-    table.add("SIMulation:DROP",
-              {[](Call& call) { call.dialogue.getDevice().getSessions().dropOthers(call.dialogue.getNumber()); }});
+    table.add("SIMulation:DROP", {[](Call& call) {
+                  call.dialogue.getDevice().getSessions().dropOthers(call.dialogue.getNumber());
+              }});
     table.add("SIMulation:OUTPuts?", {[](Call& call) {
-        call.answer = ValueText::write(ask(call, [](SimulatedDevice& device) { return device.getOutputs(); }));
-    }});
+                  call.answer = ValueText::write(
+                      ask(call, [](SimulatedDevice& device) { return device.getOutputs(); }));
+              }});
     table.add("SIMulation:ENERgisings?", {[](Call& call) {
-        call.answer = std::to_string(ask(call, [](SimulatedDevice& device) { return device.getEnergisings(); }));
-    }});
+                  call.answer = std::to_string(
+                      ask(call, [](SimulatedDevice& device) { return device.getEnergisings(); }));
+              }});
     table.add("SIMulation:OFF?", {[](Call& call) {
-        call.answer = std::to_string(ask(call, [](SimulatedDevice& device) { return device.getZeroTime().count(); }));
-    }});
+                  call.answer = std::to_string(
+                      ask(call, [](SimulatedDevice& device) { return device.getZeroTime().count(); }));
+              }});
     table.add("SIMulation:LOCKstep", {setLockstep, 1});
 }
 

@@ -70,9 +70,8 @@ void askState(Call& call)
 
 void askFault(Call& call)
 {
-    call.answer = ValueText::writeFaults(call.dialogue.use([](SimulatedDevice& device) {
-        return device.getFaults().toAvary(device.getIdentity().identifer);
-    }));
+    call.answer = ValueText::writeFaults(call.dialogue.use(
+        [](SimulatedDevice& device) { return device.getFaults().toAvary(device.getIdentity().identifer); }));
 }
 
 void askCalibration(Call& call)
@@ -138,7 +137,8 @@ void addSystem(Table& table)
     table.add("SYSTem:ERRor:COUNt?", {countErrors});
     table.add("SYSTem:VERSion?", {[](Call& call) { call.answer = scpiVersion; }});
     table.add("SYSTem:PROTocol?", {[](Call& call) { call.answer = protocolVersion; }});
-    table.add("SYSTem:BOOT?", {[](Call& call) { call.answer = std::to_string(call.dialogue.getDevice().getBoot()); }});
+    table.add("SYSTem:BOOT?",
+              {[](Call& call) { call.answer = std::to_string(call.dialogue.getDevice().getBoot()); }});
     table.add("SYSTem:CLOCk?", {askClock});
     table.add("SYSTem:CLOCk:COMMon?", {askBothClocks});
     table.add("SYSTem:LIMits?", {askLimits});
@@ -155,11 +155,13 @@ void addControl(Table& table)
     table.add("SYSTem:CONTrol:RELease", {release});
     table.add("SYSTem:CONTrol:OWNer?", {askOwner});
     table.add("SYSTem:CONTrol?", {[](Call& call) {
-        call.answer = flag(call.dialogue.getDevice().getControl().isOwner(call.dialogue.getNumber()));
-    }});
+                  call.answer =
+                      flag(call.dialogue.getDevice().getControl().isOwner(call.dialogue.getNumber()));
+              }});
     table.add("SYSTem:WATChdog", {setWatchdog, 1});
-    table.add("SYSTem:WATChdog?",
-              {[](Call& call) { call.answer = Kes::NumberText::write(call.dialogue.getWatchdog().count()); }});
+    table.add("SYSTem:WATChdog?", {[](Call& call) {
+                  call.answer = Kes::NumberText::write(call.dialogue.getWatchdog().count());
+              }});
 }
 
 } // namespace KesDriver::Commands
