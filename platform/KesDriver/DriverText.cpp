@@ -15,6 +15,7 @@ constexpr Kes::TextTable table({
     {"Link.noDevice", "%s cannot be reached: there is no device at this address.",
      "%s: нет связи, по этому адресу нет устройства."},
     {"Link.inUse", "%s is in use by another program.", "%s: используется другой программой."},
+    {"Link.thisProgram", "this program", "эта программа"},
     {"Link.noAnswer", "%s does not answer.", "%s: не отвечает."},
 
     {"State.fault", "Fault: %s", "Авария: %s"},

@@ -8,7 +8,7 @@ namespace KesDevice {
 
 using lng::DeviceView::get;
 
-/// One address that was found, with the command that adds it.
+/// One device that was found, with the command that adds it.
 class DeviceSearchView::FoundRow : public Gtk::Box {
 public:
     FoundRow()
@@ -17,12 +17,17 @@ public:
         get_style_context()->add_class("kes-found-row");
         _address.set_xalign(0.0F);
         _address.set_width_chars(16);
-        _taken.get_style_context()->add_class("dim-label");
+        wrapText(_identity, 8, 30);
+        wrapText(_use, 8, 24);
+        for (auto* label : {&_use, &_taken})
+            label->get_style_context()->add_class("dim-label");
         _taken.set_no_show_all(true);
         add.set_no_show_all(true);
         pack_start(_address, Gtk::PACK_SHRINK);
-        pack_start(add, Gtk::PACK_SHRINK);
+        pack_start(_identity, Gtk::PACK_SHRINK);
+        pack_start(_use, Gtk::PACK_EXPAND_WIDGET);
         pack_start(_taken, Gtk::PACK_SHRINK);
+        pack_start(add, Gtk::PACK_SHRINK);
         show_all();
         set_no_show_all(true);
     }
@@ -30,6 +35,8 @@ public:
     void setFound(const DeviceSearchState::Found& found)
     {
         _address.set_text(found.address);
+        _identity.set_text(found.identity);
+        _use.set_text(found.use);
         add.set_visible(!found.isTaken);
         _taken.set_visible(found.isTaken);
         Kes::GtkWidgetHelper::setAccessibleName(
@@ -40,6 +47,8 @@ public:
 
 private:
     Gtk::Label _address;
+    Gtk::Label _identity;
+    Gtk::Label _use;
     Gtk::Label _taken;
 };
 
@@ -95,6 +104,7 @@ void DeviceSearchView::_buildSearch()
     Kes::GtkWidgetHelper::setAccessibleName(_foundList, get("Search.found"));
     pack_start(_statusLine, Gtk::PACK_SHRINK);
     pack_start(_foundList, Gtk::PACK_SHRINK);
+    pack_start(_incomplete, Gtk::PACK_SHRINK);
 }
 
 std::string DeviceSearchView::getAddress() const
@@ -125,6 +135,7 @@ void DeviceSearchView::setSearch(const DeviceSearchState& state)
     _spinner.property_active() = state.isRunning;
     _status.set_text(state.status);
     _statusLine.set_visible(!state.status.empty());
+    _incomplete.setText(state.problem);
     while (_found.size() < state.found.size()) {
         auto& row = *_found.emplace_back(std::make_unique<FoundRow>());
         row.add.signal_clicked().connect(sigc::bind(signalAddFound.make_slot(), _found.size() - 1));
