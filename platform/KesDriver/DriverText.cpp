@@ -18,6 +18,13 @@ constexpr Kes::TextTable table({
     {"Link.thisProgram", "this program", "эта программа"},
     {"Link.noAnswer", "%s does not answer.", "%s: не отвечает."},
 
+    {"Search.noService",
+     "The network cannot be searched, for the Avahi service does not answer; devices can still be entered by "
+     "their address.",
+     "Поиск в сети невозможен: служба Avahi не отвечает; устройства по-прежнему можно добавить по адресу."},
+    {"Search.tooMany", "There are more devices in the network than a search can find.",
+     "В сети больше устройств, чем можно найти."},
+
     {"State.fault", "Fault: %s", "Авария: %s"},
     {"State.outputOff", "The outputs are not switched on.", "Выходы не включены."},
     {"State.sequenceRuns", "A sequence is running.", "Выполняется последовательность."},
