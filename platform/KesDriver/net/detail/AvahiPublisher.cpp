@@ -31,12 +31,11 @@ AvahiIfIndex chooseInterface(const NetAddress& address)
                : AVAHI_IF_UNSPEC;
 }
 
-/// "KESTO-3 00017" becomes "kesto-3-00017".
-std::string toHostName(std::string name)
+/// Such as "kesto-192-168-1-20". A name made of the serial number would stand for all devices of this
+/// computer that have the number, for one computer may give a name several addresses.
+std::string makeHostName(const NetAddress& address)
 {
-    for (char& c : name)
-        c = c == ' ' ? '-' : g_ascii_tolower(c);
-    return name;
+    return "kesto-" + address.to_string('-');
 }
 
 /// Takes over a text of the library's.
@@ -65,7 +64,7 @@ AvahiPublisher::AvahiPublisher(const std::string& name, ServiceRecord service)
     : _service(std::move(service)),
       _interface(chooseInterface(_service.address)),
       _name(name),
-      _host(toHostName(name))
+      _host(makeHostName(_service.address))
 {
     _connect();
 }
@@ -133,6 +132,8 @@ void AvahiPublisher::onGroup(AvahiEntryGroup* group, AvahiEntryGroupState state,
             "%s is announced as \"%s\".", publisher._service.address.to_string(), publisher._name));
         break;
     case AVAHI_ENTRY_GROUP_COLLISION:
+        // Nobody tells which of the names it is.
+        publisher._host = take(avahi_alternative_host_name(publisher._host.c_str()));
         publisher._rename();
         publisher._publish(client);
         break;
@@ -180,7 +181,6 @@ int AvahiPublisher::_tryPublish(AvahiEntryGroup& group) const
 void AvahiPublisher::_rename()
 {
     _name = take(avahi_alternative_service_name(_name.c_str()));
-    _host = take(avahi_alternative_host_name(_host.c_str()));
 }
 
 void AvahiPublisher::_report(const std::string& problem)
