@@ -115,7 +115,7 @@ TEST_F(DeviceSearchTest, SaysWhenItIsNotCompleteUntilTheNextSearch)
 
 TEST_F(DeviceSearchTest, ShowsNoMoreThanItCan)
 {
-    for (unsigned i = 0; i < 300; ++i)
+    for (unsigned i = 300; i-- > 0;)
         fake->give(("10.0." + std::to_string(i / 250) + '.' + std::to_string(i % 250)).c_str());
     fake->end(true);
     ASSERT_TRUE(
@@ -134,12 +134,16 @@ TEST_F(DeviceSearchTest, ShowsHostileNamesAsPlainText)
         {std::string(100000, 'y'), std::string(63, 'y') + "…"},
         {"\x01\x02", "?"},
     };
+    int narrowest = 0, narrowestBefore = 0, natural = 0;
+    content()->get_preferred_width(narrowestBefore, natural);
     for (const auto& [name, shown] : names) {
         fake->give("10.0.0.3", name.c_str());
         EXPECT_TRUE(waitFor([&] {
             const auto texts = getTexts();
             return std::find(texts.begin(), texts.end(), "in use by " + shown) != texts.end();
         })) << shown;
+        content()->get_preferred_width(narrowest, natural);
+        EXPECT_LE(narrowest, narrowestBefore) << shown;
     }
     fake->end(true);
 }

@@ -6,6 +6,8 @@
 #include <KesDevice/view/detail/DeviceDescription.h>
 #include <KesDevice/view/detail/DeviceViewText.h>
 
+#include <glibmm/main.h>
+
 #include <iterator>
 #include <utility>
 
@@ -32,6 +34,7 @@ DeviceSearchPresenter::DeviceSearchPresenter(HardwareDraft& draft, DeviceIdentif
 DeviceSearchPresenter::~DeviceSearchPresenter()
 {
     _stop.request_stop();
+    _showing.disconnect();
 }
 
 bool DeviceSearchPresenter::addPending()
@@ -104,7 +107,10 @@ void DeviceSearchPresenter::_onFound(const KesDriver::FoundDevice& found)
         return;
     }
     _found[found.address] = found;
-    _showSearch();
+    // Many at once are shown at once: a row takes its time.
+    if (!_showing.connected())
+        _showing = Glib::signal_idle().connect(
+            sigc::bind_return(sigc::mem_fun(*this, &DeviceSearchPresenter::_showSearch), false));
 }
 
 void DeviceSearchPresenter::_onSearched(const Kes::Result& result)

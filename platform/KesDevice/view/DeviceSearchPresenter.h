@@ -43,6 +43,7 @@ private:
     std::map<Kesto::Address, KesDriver::FoundDevice> _found;
     /// There are more than can be shown.
     bool _isCut = false;
+    sigc::connection _showing;
     bool _isSearching = false;
     /// The key of the text about the search; empty before the first one.
     std::string _status;

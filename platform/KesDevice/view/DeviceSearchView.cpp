@@ -4,6 +4,8 @@
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesDevice/view/detail/DeviceViewText.h>
 
+#include <utility>
+
 namespace KesDevice {
 
 using lng::DeviceView::get;
@@ -17,15 +19,19 @@ public:
         get_style_context()->add_class("kes-found-row");
         _address.set_xalign(0.0F);
         _address.set_width_chars(16);
-        wrapText(_identity, 8, 30);
-        wrapText(_use, 8, 24);
+        for (auto* label : {&_identity, &_use})
+            wrapText(*label, 8, 44);
         for (auto* label : {&_use, &_taken})
             label->get_style_context()->add_class("dim-label");
+        _use.set_no_show_all(true);
+        _about.set_valign(Gtk::ALIGN_CENTER);
+        _about.pack_start(_identity, Gtk::PACK_SHRINK);
+        _about.pack_start(_use, Gtk::PACK_SHRINK);
         _taken.set_no_show_all(true);
         add.set_no_show_all(true);
+        add.set_valign(Gtk::ALIGN_CENTER);
         pack_start(_address, Gtk::PACK_SHRINK);
-        pack_start(_identity, Gtk::PACK_SHRINK);
-        pack_start(_use, Gtk::PACK_EXPAND_WIDGET);
+        pack_start(_about, Gtk::PACK_EXPAND_WIDGET);
         pack_start(_taken, Gtk::PACK_SHRINK);
         pack_start(add, Gtk::PACK_SHRINK);
         show_all();
@@ -34,9 +40,12 @@ public:
 
     void setFound(const DeviceSearchState::Found& found)
     {
+        if (std::exchange(_shown, found) == found)
+            return;
         _address.set_text(found.address);
         _identity.set_text(found.identity);
         _use.set_text(found.use);
+        _use.set_visible(!found.use.empty());
         add.set_visible(!found.isTaken);
         _taken.set_visible(found.isTaken);
         Kes::GtkWidgetHelper::setAccessibleName(
@@ -47,6 +56,8 @@ public:
 
 private:
     Gtk::Label _address;
+    DeviceSearchState::Found _shown;
+    Gtk::Box _about{Gtk::ORIENTATION_VERTICAL};
     Gtk::Label _identity;
     Gtk::Label _use;
     Gtk::Label _taken;

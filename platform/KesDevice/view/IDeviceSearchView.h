@@ -20,6 +20,8 @@ struct DeviceSearchState {
         std::string use;
         /// In the list of devices already.
         bool isTaken = false;
+
+        bool operator==(const Found&) const = default;
     };
 
     bool isRunning = false;
