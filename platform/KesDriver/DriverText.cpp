@@ -15,8 +15,17 @@ constexpr Kes::TextTable table({
     {"Link.noDevice", "%s cannot be reached: there is no device at this address.",
      "%s: нет связи, по этому адресу нет устройства."},
     {"Link.inUse", "%s is in use by another program.", "%s: используется другой программой."},
+    {"Link.inUseBy", "%s is in use by %s (%s).", "%s: используется программой %s (%s)."},
     {"Link.thisProgram", "this program", "эта программа"},
     {"Link.noAnswer", "%s does not answer.", "%s: не отвечает."},
+    {"Link.dropped", "%s has ended the connection.", "%s: устройство прервало связь."},
+    {"Link.nonsense", "%s gives answers that make no sense.", "%s: передаёт недостоверные ответы."},
+    {"Link.released", "%s is not controlled by this program any more.",
+     "%s: больше не управляется этой программой."},
+    {"Link.otherProtocol", "%s speaks version %s of the protocol, this program speaks version %s.",
+     "%s: версия протокола %s, у программы версия %s."},
+    {"Link.sequenceTooLarge", "The sequence has %lu bytes, the limit is %lu.",
+     "Размер последовательности в байтах: %lu, предел: %lu."},
 
     {"Search.noService",
      "The network cannot be searched, for the Avahi service does not answer; devices can still be entered by "
@@ -62,6 +71,13 @@ constexpr Kes::TextTable table({
      "Дискретного входа %u нет: у устройства их %u."},
     {"Sequence.noCondition", "The end condition names no binary input.",
      "В условии окончания нет ни одного дискретного входа."},
+
+    {"Wire.kind", "There is no test object of the kind \"%s\".", "Нет объекта проверки вида \"%s\"."},
+    {"Wire.setting", "The setting \"%s\" is not one of %s.", "Уставка \"%s\" не из числа: %s."},
+    {"Wire.value", "The setting \"%s\" cannot have this value.", "Недопустимое значение уставки: \"%s\"."},
+
+    {"Server.cannotListen", "There can be no listening at %s, port %u: %s",
+     "Нельзя принимать соединения по адресу %s, порт %u: %s"},
 
     {"Unit.ampere", "A", "А"},
     {"Unit.volt", "V", "В"},

@@ -3,6 +3,7 @@
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
 #include <KesDriver/DriverText.h>
+#include <KesDriver/detail/Refusing.h>
 
 #include <algorithm>
 #include <cmath>
@@ -32,25 +33,19 @@ struct Moment {
     }
 };
 
-template <typename... Args>
-Kes::Result failure(const char* key, const Args&... args)
+Kes::Result exceeds(const char* key, const std::string& name, double value, double limit, const char* unit)
 {
-    return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get(key), args...));
-}
-
-Kes::Result refuse(const char* key, const std::string& name, double value, double limit, const char* unit)
-{
-    return failure(key, name, Kes::NumberText::show(value), unit, Kes::NumberText::show(limit), unit);
+    return refuse(key, name, Kes::NumberText::show(value), unit, Kes::NumberText::show(limit), unit);
 }
 
 Kes::Result checkValue(const std::string& name, double value, const Range& range)
 {
     if (std::isnan(value))
-        return failure("Limit.notANumber", name);
+        return refuse("Limit.notANumber", name);
     if (value > range.maximum)
-        return refuse("Limit.above", name, value, range.maximum, lng::Driver::get(range.unit));
+        return exceeds("Limit.above", name, value, range.maximum, lng::Driver::get(range.unit));
     if (value < range.minimum)
-        return refuse("Limit.below", name, value, range.minimum, lng::Driver::get(range.unit));
+        return exceeds("Limit.below", name, value, range.minimum, lng::Driver::get(range.unit));
     return true;
 }
 
@@ -77,7 +72,7 @@ Kes::Result checkGroup(const Moment& moment, const std::array<Phasor, 3>& phasor
         if (auto result = checkValue(name, phasor.magnitude, range); !result)
             return result;
         if (!std::isfinite(phasor.degrees))
-            return failure("Limit.phaseNotANumber", name);
+            return refuse("Limit.phaseNotANumber", name);
     }
     return true;
 }
@@ -145,7 +140,7 @@ Kes::Result checkRampEnd(const OutputStep& step, const OutputLimits& limits)
 Kes::Result checkEndCondition(const EndCondition& condition, const OutputLimits& limits)
 {
     if (condition.inputs.empty())
-        return failure("Sequence.noCondition");
+        return refuse("Sequence.noCondition");
     for (const auto& wanted : condition.inputs)
         if (auto result = checkInput(wanted.input, limits); !result)
             return result;
@@ -164,7 +159,7 @@ Kes::Result checkStep(const OutputStep& step, const OutputLimits& limits)
     if (auto result = checkRampEnd(step, limits); !result)
         return result;
     if (step.faultDegrees && !std::isfinite(*step.faultDegrees))
-        return failure("Limit.notANumber", lng::Driver::get("Limit.faultAngle"));
+        return refuse("Limit.notANumber", lng::Driver::get("Limit.faultAngle"));
     return step.endOn ? checkEndCondition(*step.endOn, limits) : Kes::Result(true);
 }
 
@@ -182,21 +177,21 @@ Kes::Result checkOutputs(const OutputState& outputs, const OutputLimits& limits)
     constexpr unsigned width = 32;
     for (unsigned i = std::min(limits.binaryOutputs, width); i < width; ++i)
         if ((outputs.binaryOutputs >> i & 1U) != 0)
-            return failure("Limit.noOutput", i + 1, limits.binaryOutputs);
+            return refuse("Limit.noOutput", i + 1, limits.binaryOutputs);
     return true;
 }
 
 Kes::Result checkSequence(const OutputSequence& sequence, const OutputLimits& limits)
 {
     if (sequence.empty())
-        return failure("Sequence.empty");
+        return refuse("Sequence.empty");
     if (sequence.size() > limits.maximumSteps)
-        return failure("Sequence.tooLong", sequence.size(), limits.maximumSteps);
+        return refuse("Sequence.tooLong", sequence.size(), limits.maximumSteps);
     unsigned number = 0;
     for (const auto& step : sequence) {
         ++number;
         if (const auto result = checkStep(step, limits); !result)
-            return failure("Sequence.step", number, result.getError()->getMessage());
+            return refuseAs(result, "Sequence.step", number, result.getError()->getMessage());
     }
     return true;
 }
@@ -205,7 +200,7 @@ Kes::Result checkInput(unsigned input, const OutputLimits& limits)
 {
     if (input >= 1 && input <= limits.binaryInputs)
         return true;
-    return failure("Sequence.noInput", input, limits.binaryInputs);
+    return refuse("Sequence.noInput", input, limits.binaryInputs);
 }
 
 Kes::Result checkAuxDC(double value)

@@ -101,7 +101,8 @@ protected:
     void addHardware(const char* text) { ASSERT_TRUE(hardware->addKesto(address(text))); }
 
     NetworkDevices network;
-    std::unique_ptr<KesDevice::HardwareManager> hardware = KesDevice::HardwareManager::create();
+    std::unique_ptr<KesDevice::HardwareManager> hardware =
+        KesDevice::HardwareManager::create(KesDriver::SimulatedNetwork::getEmbedded());
     std::unique_ptr<KesDevice::HardwareManager> confirmed;
     int confirmations = 0;
     std::unique_ptr<KesDevice::HardwareManagerPresenter> presenter =

@@ -1,4 +1,4 @@
-#include <Overcurrent/bench/SimulatedRelay.h>
+#include <Overcurrent/bench/SimulatedBench.h>
 #include <Overcurrent/data/OperateCurve.h>
 #include <Overcurrent/run/TestRun.h>
 
@@ -17,7 +17,7 @@ namespace {
 /// Plays currents to a relay as a device does, on a clock of its own.
 class Player {
 public:
-    explicit Player(SimulatedRelay& relay) : _relay(relay) { relay.reset(DeviceTime(0)); }
+    explicit Player(KesDriver::ISimulatedTestObject& relay) : _relay(relay) { relay.reset(DeviceTime(0)); }
 
     /// The changes that come while the current (in amperes) stands for the time.
     std::vector<InputEvent> play(double amperes, DeviceTime duration)
@@ -38,7 +38,7 @@ public:
     }
 
 private:
-    SimulatedRelay& _relay;
+    KesDriver::ISimulatedTestObject& _relay;
     DeviceTime _time{0};
 };
 
@@ -60,15 +60,15 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
             RelaySettings settings;
             settings.settingCurrent = 0.4;
             settings.curve = curve;
-            SimulatedRelay relay(settings);
-            Player first(relay);
+            const auto relay = SimulatedBench::makeRelay(settings);
+            Player first(*relay);
             const auto time = operateTime(first.play(multiple * 0.4, 400s), DeviceTime(0));
             const double ideal = *OperateCurve::operateTime(settings, multiple);
             const double measured = std::chrono::duration<double>(time).count();
             EXPECT_NE(measured, ideal);
             EXPECT_NEAR(measured, ideal, OperateCurve::tolerance(settings, ideal))
                 << curve << " at " << multiple;
-            Player second(relay);
+            Player second(*relay);
             EXPECT_EQ(operateTime(second.play(multiple * 0.4, 400s), DeviceTime(0)), time);
         }
 }
@@ -76,17 +76,17 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
 TEST(SimulatedRelayTest, AddsUpWhatItHasTravelledAndForgetsItAtDropOff)
 {
     const RelaySettings settings;
-    SimulatedRelay relay(settings);
-    Player whole(relay);
+    const auto relay = SimulatedBench::makeRelay(settings);
+    Player whole(*relay);
     const auto alone = operateTime(whole.play(2.0, 30s), DeviceTime(0));
     // The same travel in two parts; the current in between is above drop-off, but does not move it.
-    Player parts(relay);
+    Player parts(*relay);
     parts.play(2.0, 4s);
     parts.play(0.98, 10s);
     const auto difference = operateTime(parts.play(2.0, 30s), 14s) + 4s - alone;
     EXPECT_LE(std::abs(difference.count()), 2);
     // Below drop-off the travel is lost.
-    Player reset(relay);
+    Player reset(*relay);
     reset.play(2.0, 9s);
     reset.play(0.0, 1s);
     EXPECT_GT(operateTime(reset.play(2.0, 30s), 10s), 9s);

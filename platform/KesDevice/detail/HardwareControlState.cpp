@@ -2,7 +2,7 @@
 
 #include <KesDevice/HardwareIsRunningComponent.h>
 #include <KesDevice/detail/Retirement.h>
-#include <KesDriver/EmbeddedNetwork.h>
+#include <KesDriver/ProgramNetwork.h>
 
 #include <utility>
 
@@ -18,7 +18,7 @@ HardwareControlState& HardwareControlState::get()
 HardwareControlState::HardwareControlState()
 {
     HardwareIsRunningComponent::getInstance();
-    _network = KesDriver::getEmbeddedNetwork();
+    _network = KesDriver::getProgramNetwork();
 }
 
 HardwareControlState::~HardwareControlState()

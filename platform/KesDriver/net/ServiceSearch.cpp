@@ -66,10 +66,10 @@ private:
 
 } // namespace
 
-ServiceSearch::ServiceSearch() : ServiceSearch(&makeAvahiBrowser) {}
+ServiceSearch::ServiceSearch(std::uint16_t port) : ServiceSearch(port, &makeAvahiBrowser) {}
 
-ServiceSearch::ServiceSearch(MakeBrowser makeBrowser, std::uint16_t port, std::chrono::milliseconds duration)
-    : _makeBrowser(std::move(makeBrowser)), _port(port), _duration(duration)
+ServiceSearch::ServiceSearch(std::uint16_t port, MakeBrowser makeBrowser, std::chrono::milliseconds duration)
+    : _port(port), _makeBrowser(std::move(makeBrowser)), _duration(duration)
 {}
 
 Kes::Result ServiceSearch::find(const FoundListener& found, std::stop_token stop) const

@@ -23,22 +23,22 @@ class KES_EXPORT ServiceSearch {
 public:
     using MakeBrowser = std::function<std::unique_ptr<IServiceBrowser>()>;
 
-    static constexpr std::uint16_t devicePort = 5025;
     static constexpr std::chrono::milliseconds searchTime{3000};
     /// How many devices one search finds at most.
     static constexpr std::size_t mostDevices = 256;
 
-    ServiceSearch();
-    /// With services from elsewhere; only those on the port count.
-    explicit ServiceSearch(MakeBrowser makeBrowser, std::uint16_t port = devicePort,
-                           std::chrono::milliseconds duration = searchTime);
+    /// Only services at the port count.
+    explicit ServiceSearch(std::uint16_t port);
+    /// With services from elsewhere.
+    ServiceSearch(std::uint16_t port, MakeBrowser makeBrowser,
+                  std::chrono::milliseconds duration = searchTime);
 
     /// As `IKestoNetwork::find`. Takes the search's time, and a second more while devices do not answer.
     Kes::Result find(const FoundListener& found, std::stop_token stop) const;
 
 private:
-    const MakeBrowser _makeBrowser;
     const std::uint16_t _port;
+    const MakeBrowser _makeBrowser;
     const std::chrono::milliseconds _duration;
 };
 

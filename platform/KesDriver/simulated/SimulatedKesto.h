@@ -92,6 +92,7 @@ public:
     void setNonsense(bool nonsense);
 
 private:
+    friend class DeviceServer;
     friend class SimulatedNetwork;
 
     void _raiseFault(const std::function<void(SimulatedFaults&)>& raise);

@@ -3,8 +3,10 @@
 #include <Overcurrent/data/RelaySettings.h>
 
 #include <KesDevice/HardwareManager.h>
+#include <KesDriver/simulated/ISimulatedTestObject.h>
 
 #include <atomic>
+#include <memory>
 
 namespace Overcurrent {
 
@@ -15,6 +17,8 @@ public:
     /// Device seconds per real second; above zero.
     void setSpeed(double factor) { _speed = factor; }
 
+    /// A relay at rest, set as the test object says.
+    static std::shared_ptr<KesDriver::ISimulatedTestObject> makeRelay(const RelaySettings& settings);
     /// Wires a relay at rest to every simulated device of the configuration and sets their speed. Not while
     /// their outputs run.
     void wire(const KesDevice::HardwareManager& hardware, const RelaySettings& settings) const;

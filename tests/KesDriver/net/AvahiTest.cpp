@@ -3,6 +3,7 @@
 #include <KesCommon/Log.h>
 #include <KesDriver/net/ServiceAnnouncement.h>
 #include <KesDriver/net/ServiceSearch.h>
+#include <KesDriver/net/TcpNetwork.h>
 
 #include <gmock/gmock.h>
 
@@ -31,7 +32,7 @@ FoundDevice device(const NetAddress& address)
 
 ServiceAnnouncement announce(const NetAddress& address)
 {
-    return {address, ServiceSearch::devicePort, identity, true};
+    return {address, kestoPort, identity, true};
 }
 
 class AvahiTest : public testing::Test {
@@ -61,7 +62,7 @@ protected:
         while (found.size() < count && std::chrono::steady_clock::now() < end) {
             found.clear();
             std::stop_source stop;
-            result = ServiceSearch().find(
+            result = ServiceSearch(kestoPort).find(
                 [&](const FoundDevice& one) {
                     found.push_back(one);
                     if (found.size() == count)
@@ -124,7 +125,7 @@ TEST_F(AvahiTest, LivesWithoutAServiceAndGoesOnWithANewOne)
         end();
         const auto begin = std::chrono::steady_clock::now();
         std::vector<FoundDevice> found;
-        result = ServiceSearch().find([&](const FoundDevice& one) { found.push_back(one); }, {});
+        result = ServiceSearch(kestoPort).find([&](const FoundDevice& one) { found.push_back(one); }, {});
         EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
         ASSERT_FALSE(result);
         EXPECT_THAT(result.getError()->getMessage(),

@@ -52,8 +52,8 @@ protected:
     }
     Kes::Result search()
     {
-        const ServiceSearch searching([&] { return std::make_unique<FakeBrowser>(services, result); },
-                                      server.getPort(), 50ms);
+        const ServiceSearch searching(
+            server.getPort(), [&] { return std::make_unique<FakeBrowser>(services, result); }, 50ms);
         return searching.find([&](const FoundDevice& device) { found.push_back(device); }, stop.get_token());
     }
 

@@ -2,6 +2,7 @@
 
 #include <KesDriver/net/FieldText.h>
 #include <KesDriver/net/ValueText.h>
+#include <KesDriver/net/detail/DeviceOwner.h>
 
 #include <algorithm>
 #include <array>
@@ -70,21 +71,17 @@ std::optional<FoundDevice> read(const ServiceRecord& service)
 std::optional<FoundDevice> readAnswer(const NetAddress& address, std::string_view answer)
 {
     constexpr std::size_t answers = 3;
-    constexpr std::size_t ownerFields = 2;
     const auto parts = FieldText::split(answer, ';', answers);
     if (!parts || parts->size() != answers)
         return std::nullopt;
     const auto identity = ValueText::readIdentity((*parts)[0]);
     const auto isSimulated = FieldText::readFlag((*parts)[1]);
-    const auto owner = FieldText::split((*parts)[2], ',', ownerFields);
-    if (!identity || !isSimulated || !owner || owner->size() != ownerFields)
+    const auto owner = readOwner((*parts)[2]);
+    if (!identity || !isSimulated || !owner)
         return std::nullopt;
-    const auto name = FieldText::unquote((*owner)[0]);
-    const auto place = FieldText::unquote((*owner)[1]);
-    if (!name || !place)
-        return std::nullopt;
-    // Somebody without a name is known by the place.
-    return FoundDevice{address, identity->identifer, *isSimulated, name->empty() ? *place : *name};
+    // Somebody without a name is known by the address.
+    return FoundDevice{address, identity->identifer, *isSimulated,
+                       owner->name.empty() ? owner->address : owner->name};
 }
 
 } // namespace KesDriver::ServiceText

@@ -6,6 +6,7 @@
 #include <KesCommon/StringHelper.h>
 #include <KesDriver/ConnectionError.h>
 #include <KesDriver/DriverText.h>
+#include <KesDriver/Refusal.h>
 
 #include <algorithm>
 
@@ -23,8 +24,10 @@ Kes::Result failure(const char* key, const SimulatedConnection& connection)
 /// The device's own words, with what stands for the device in front.
 Kes::Result refusal(const Kes::Result& result, const SimulatedConnection& connection)
 {
-    return Kes::Result::failure(connection.name + ": " +
-                                Kes::ObjectErrorHelper::toDisplayString({result.getError()}));
+    auto text = connection.name + ": " + Kes::ObjectErrorHelper::toDisplayString({result.getError()});
+    if (const auto code = getRefusalCode(result))
+        return Refusal::failure(*code, std::move(text));
+    return Kes::Result::failure(std::move(text));
 }
 
 } // namespace

@@ -35,6 +35,7 @@ public:
 
     /// From now on, when the device time is `device`. False, and nothing changes, outside the two limits.
     bool setSpeed(double factor, DeviceTime device, RealTime now);
+    double getSpeed() const { return _speed; }
 
 private:
     DeviceTime _offset{0};

@@ -2,20 +2,10 @@
 
 #include <KesDriver/simulated/detail/SimulatedDevice.h>
 
-#include <KesCommon/StringHelper.h>
-#include <KesDriver/DriverText.h>
+#include <KesDriver/detail/Refusing.h>
 #include <KesDriver/simulated/detail/SimulatedNonsense.h>
 
 namespace KesDriver {
-
-namespace {
-
-Kes::Result refuse(const char* key)
-{
-    return Kes::Result::failure(lng::Driver::get(key));
-}
-
-} // namespace
 
 std::string SimulatedDevice::_describeFaults() const
 {
@@ -26,8 +16,7 @@ Kes::Result SimulatedDevice::_checkFaults() const
 {
     if (_faults.empty())
         return true;
-    return Kes::Result::failure(
-        Kes::StringHelper::format(lng::Driver::get("State.fault"), _describeFaults()));
+    return refuse("State.fault", _describeFaults());
 }
 
 Kes::Result SimulatedDevice::_checkReadyForOutput() const

@@ -5,6 +5,8 @@
 #include <KesDriver/simulated/detail/SimulatedFaults.h>
 #include <KesDriver/simulated/detail/SimulatedOutput.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -50,6 +52,22 @@ public:
     bool connectTestObject(std::shared_ptr<ISimulatedTestObject> testObject);
     OutputState getOutputs() const;
     bool isWorking() const { return _output.isWorking(); }
+    /// A sequence waits for its start.
+    bool isArmed() const { return _output.isArmed(); }
+    /// A sequence runs or waits for its start.
+    bool hasSequence() const { return _output.hasSequence(); }
+    /// The closed inputs; bit 0 is input 1.
+    std::uint32_t getInputs() const { return _output.getInputs(); }
+    bool isAuxDCEnabled() const { return _auxDCEnabled; }
+    /// As set last, also when it is off; 0 before that.
+    double getAuxDCVolts() const { return _auxDCVolts; }
+    const SimulatedFaults& getFaults() const { return _faults; }
+    const OutputLimits& getLimits() const { return _limits; }
+    /// When the last current or voltage became zero.
+    DeviceTime getZeroTime() const { return _output.getZeroTime(); }
+    /// As far as its clock has been looked at or its events have happened.
+    DeviceTime getLastTime() const { return std::max(_lastTime, _output.getTime()); }
+    double getSpeed() const { return _clock.getSpeed(); }
     unsigned getEnergisings() const { return _output.getEnergisings(); }
     void setBurden(double ohms);
     void setInput(unsigned input, bool isClosed);

@@ -15,6 +15,9 @@ namespace {
 /// There may be memory again then.
 constexpr std::chrono::milliseconds betweenFailures{10};
 
+/// For an observer that has stopped what happens and is not heard of any more.
+constexpr std::chrono::seconds longestHold{2};
+
 } // namespace
 
 std::shared_ptr<SimulatedHost> SimulatedHost::start(KestoIdentity identity, const OutputLimits& limits)
@@ -145,6 +148,8 @@ bool SimulatedHost::_work(RealTime now)
 {
     if (_watch())
         return true;
+    if (_isHeld(now))
+        return false;
     const bool hasWorked = _device.work(now, _connected != nullptr);
     if (hasWorked)
         _passOnReports();
@@ -163,20 +168,30 @@ bool SimulatedHost::_watch()
 
 SimulatedHost::RealTime SimulatedHost::_getNextWake(RealTime now) const
 {
-    const auto wake = _device.getNextWake(now, _connected != nullptr);
+    const auto wake = _isHeld(now) ? *_heldUntil : _device.getNextWake(now, _connected != nullptr);
     return _connected && !_isReachable() ? std::min(wake, _unreachableSince + _timeout) : wake;
 }
 
 void SimulatedHost::_passOnReports()
 {
     const auto sequence = _device.getSequenceCount();
-    for (auto& report : _device.takeReports())
+    for (auto& report : _device.takeReports()) {
+        _show(report);
         if (_connected && _connected->state == SimulatedConnection::State::Open && !_silent)
             _deliveries.push_back({_connected, std::move(report), sequence});
+    }
+    if (_observer)
+        _observer->settle(_device);
     for (const auto& signal : _device.takeStartSignals())
         if (_startLine)
             _startSignals.push_back(signal);
     _changed.notify_all();
+}
+
+void SimulatedHost::_show(const Report& report)
+{
+    if (_observer && _observer->observe(report, _device))
+        _heldUntil = SimulatedClock::now() + longestHold;
 }
 
 void SimulatedHost::_loseConnection()
@@ -240,6 +255,27 @@ void SimulatedHost::setStartLine(StartLine startLine)
 {
     std::lock_guard lock(_mutex);
     std::swap(_startLine, startLine);
+}
+
+// A server
+
+void SimulatedHost::setObserver(std::shared_ptr<ISimulatedObserver> observer)
+{
+    std::lock_guard lock(_mutex);
+    std::swap(_observer, observer);
+    _heldUntil.reset();
+    if (_observer)
+        _observer->settle(_device);
+    _changed.notify_all();
+}
+
+void SimulatedHost::goOn(const std::function<bool()>& isAllowed)
+{
+    std::lock_guard lock(_mutex);
+    if (!isAllowed())
+        return;
+    _heldUntil.reset();
+    _changed.notify_all();
 }
 
 } // namespace KesDriver

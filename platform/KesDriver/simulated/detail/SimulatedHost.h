@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KesCommon/Worker.h>
+#include <KesDriver/simulated/detail/ISimulatedObserver.h>
 #include <KesDriver/simulated/detail/SimulatedConnection.h>
 #include <KesDriver/simulated/detail/SimulatedDevice.h>
 
@@ -9,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 namespace KesDriver {
@@ -61,6 +63,13 @@ public:
     void setAnswerDelay(std::chrono::milliseconds delay);
     void setStartLine(StartLine startLine);
 
+    // For a server.
+
+    /// One at a time; null for none. After the return the one before is not called any more.
+    void setObserver(std::shared_ptr<ISimulatedObserver> observer);
+    /// What the observer has stopped goes on if `isAllowed`, which is asked with the device locked.
+    void goOn(const std::function<bool()>& isAllowed);
+
 private:
     using Lock = std::unique_lock<std::mutex>;
     using RealTime = SimulatedDevice::RealTime;
@@ -105,6 +114,8 @@ private:
     bool _isReachable() const { return !_silent && _answerDelay < _timeout; }
     void _noteReachability(bool wasReachable);
     void _passOnReports();
+    void _show(const Report& report);
+    bool _isHeld(RealTime now) const { return _heldUntil && now < *_heldUntil; }
     void _loseConnection();
     void _endConnection();
 
@@ -119,6 +130,9 @@ private:
     std::deque<Delivery> _deliveries;
     bool _isDelivering = false;
     StartLine _startLine;
+    std::shared_ptr<ISimulatedObserver> _observer;
+    /// The observer has stopped what happens.
+    std::optional<RealTime> _heldUntil;
     std::deque<std::pair<bool, SimulatedDevice::Moment>> _startSignals;
 
     std::chrono::milliseconds _timeout{2000};

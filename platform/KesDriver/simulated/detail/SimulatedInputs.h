@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 namespace KesDriver {
@@ -15,6 +16,8 @@ public:
 
     unsigned getCount() const { return static_cast<unsigned>(_closedContacts.size()); }
     bool isClosed(unsigned input) const;
+    /// The closed ones of the first 32; bit 0 is input 1.
+    std::uint32_t getMask() const;
     /// Whether the input has changed by that.
     bool set(Contact contact, unsigned input, bool isClosed);
 

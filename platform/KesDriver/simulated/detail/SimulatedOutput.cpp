@@ -135,8 +135,11 @@ void SimulatedOutput::_touch(DeviceTime time)
 /// From now on, until the next call, the outputs are these.
 void SimulatedOutput::_put(const OutputState& outputs)
 {
-    if (!isEnergised(_outputs) && isEnergised(outputs))
+    const bool wasEnergised = isEnergised(_outputs);
+    if (!wasEnergised && isEnergised(outputs))
         ++_energisings;
+    if (wasEnergised && !isEnergised(outputs))
+        _zeroTime = _time;
     const bool wasClosed = (_outputs.binaryOutputs & 1U) != 0;
     const bool isClosed = (outputs.binaryOutputs & 1U) != 0;
     if (isClosed != wasClosed)

@@ -45,6 +45,12 @@ public:
     /// Also one that waits for its start.
     bool hasSequence() const { return _state != State::Idle; }
     const OutputState& getOutputs() const { return _outputs; }
+    /// The closed inputs; bit 0 is input 1.
+    std::uint32_t getInputs() const { return _inputs.getMask(); }
+    /// The last time given, or of the last thing that has happened.
+    DeviceTime getTime() const { return _time; }
+    /// When all currents and voltages became zero last; 0 when they never were anything else.
+    DeviceTime getZeroTime() const { return _zeroTime; }
     /// How often a current or a voltage has risen from zero while all others were zero.
     unsigned getEnergisings() const { return _energisings; }
 
@@ -122,6 +128,7 @@ private:
     SimulatedWave _voltageWave;
     OutputState _outputs;
     unsigned _energisings = 0;
+    DeviceTime _zeroTime{0};
 
     State _state = State::Idle;
     OutputSequence _sequence;

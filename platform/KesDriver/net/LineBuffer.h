@@ -1,0 +1,35 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace KesDriver {
+
+/// Makes lines of the bytes of a stream. Not synchronised.
+class KES_EXPORT LineBuffer {
+public:
+    /// A line without its end may have so many bytes.
+    explicit LineBuffer(std::size_t longestLine) : _longestLine(longestLine) {}
+
+    void append(std::string_view bytes);
+
+    /// Takes the next line, without its "\n" or "\r\n"; false when there is no whole one, and from the first
+    /// line on that is too long or no text.
+    bool take(std::string& line);
+
+    /// Whether a line was too long, or was no text: not UTF-8, or with control characters other than tabs.
+    bool isBroken() const { return _isBroken; }
+
+private:
+    std::size_t _longestLine;
+    std::string _bytes;
+    /// What has been taken, and what holds no line end.
+    std::size_t _begin = 0;
+    std::size_t _searched = 0;
+    bool _isBroken = false;
+};
+
+} // namespace KesDriver

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <gio/gio.h>
+
+#include <functional>
+#include <memory>
+
+namespace KesDriver {
+
+struct StreamUnref {
+    void operator()(GIOStream* stream) const { g_object_unref(stream); }
+};
+using StreamPointer = std::unique_ptr<GIOStream, StreamUnref>;
+
+/// Makes the stream to a device, on the calling thread; null when there is no device. May block, until the
+/// cancellable is cancelled at the latest. Any thread.
+using StreamConnector = std::function<StreamPointer(GCancellable*)>;
+
+} // namespace KesDriver

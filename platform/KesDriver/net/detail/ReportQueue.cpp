@@ -1,0 +1,110 @@
+#include <KesDriver/net/detail/ReportQueue.h>
+
+#include <KesCommon/ExceptionText.h>
+#include <KesCommon/Log.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace KesDriver {
+
+void ReportQueue::setReceiver(std::weak_ptr<IReportReceiver> receiver)
+{
+    std::lock_guard lock(_mutex);
+    _receiver.swap(receiver);
+}
+
+bool ReportQueue::start()
+{
+    std::lock_guard lock(_mutex);
+    if (_worker.isRunning())
+        return true;
+    auto worker = Kes::Worker::tryStart("KesLink_Tell", [self = shared_from_this()] { self->_run(); });
+    if (worker)
+        _worker = *std::move(worker);
+    return worker.has_value();
+}
+
+void ReportQueue::stop()
+{
+    Lock lock(_mutex);
+    _stopping = true;
+    _deliveries.clear();
+    _changed.notify_all();
+    if (_isDelivering || _threadId == std::this_thread::get_id())
+        return;
+    lock.unlock();
+    _worker.wait();
+}
+
+void ReportQueue::push(ConnectionNumber connection, Report report, Run run)
+{
+    std::lock_guard lock(_mutex);
+    if (_stopping)
+        return;
+    _deliveries.push_back({connection, std::move(report), run});
+    _changed.notify_all();
+}
+
+void ReportQueue::drop(ConnectionNumber connection)
+{
+    std::lock_guard lock(_mutex);
+    std::erase_if(_deliveries, [=](const Delivery& delivery) { return delivery.connection == connection; });
+    _changed.notify_all();
+}
+
+void ReportQueue::waitUntilHeard(std::chrono::milliseconds longest)
+{
+    Lock lock(_mutex);
+    if (_threadId != std::this_thread::get_id())
+        _changed.wait_for(lock, longest,
+                          [this] { return (_deliveries.empty() && !_isDelivering) || _stopping; });
+}
+
+void ReportQueue::forgetStepsBefore(Run run)
+{
+    std::lock_guard lock(_mutex);
+    std::erase_if(_deliveries,
+                  [=](Delivery& delivery) { return delivery.run < run && !removeStep(delivery.report); });
+}
+
+void ReportQueue::_run()
+{
+    Lock lock(_mutex);
+    _threadId = std::this_thread::get_id();
+    while (!_stopping) {
+        if (_deliveries.empty())
+            _changed.wait(lock);
+        else
+            _deliverNext(lock);
+    }
+}
+
+void ReportQueue::_deliverNext(Lock& lock)
+{
+    auto delivery = std::move(_deliveries.front());
+    _deliveries.pop_front();
+    auto receiver = _receiver.lock();
+    _isDelivering = true;
+    lock.unlock();
+    try {
+        if (receiver)
+            receiver->receive(delivery.connection, delivery.report);
+    } catch (...) {
+        KesLog::Log::writeError("A receiver of reports has thrown: " + Kes::getCurrentExceptionText());
+    }
+    // May be the last use of the receiver, and with it of the link.
+    receiver.reset();
+    lock.lock();
+    _isDelivering = false;
+    _changed.notify_all();
+}
+
+bool removeStep(Report& report)
+{
+    if (auto* input = std::get_if<InputEvent>(&report))
+        input->step.reset();
+    return !std::holds_alternative<StepEvent>(report);
+}
+
+} // namespace KesDriver

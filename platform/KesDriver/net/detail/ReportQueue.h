@@ -1,0 +1,64 @@
+#pragma once
+
+#include <KesCommon/Worker.h>
+#include <KesDriver/Report.h>
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+namespace KesDriver {
+
+/// Delivers the reports of one link's connections on a thread of its own, one after the other. Shared by the
+/// link and the thread, which ends by itself after `stop`. Any thread.
+class ReportQueue : public std::enable_shared_from_this<ReportQueue> {
+public:
+    /// The runs of a device's sequences, as far as its events show.
+    using Run = std::uint64_t;
+
+    void setReceiver(std::weak_ptr<IReportReceiver> receiver);
+
+    /// False when the system has no thread to give. Needed before the first report.
+    bool start();
+    /// Delivers nothing more. Waits for the thread unless it is with a receiver.
+    void stop();
+
+    void push(ConnectionNumber connection, Report report, Run run);
+    /// What is left of a connection is not delivered any more.
+    void drop(ConnectionNumber connection);
+
+    /// Returns when all is delivered, at once on the thread itself, and after the time at the latest: a
+    /// receiver may wait for the caller.
+    void waitUntilHeard(std::chrono::milliseconds longest);
+    /// What is left of earlier runs would be taken for steps of this one: drops their steps, and lets their
+    /// inputs tell none.
+    void forgetStepsBefore(Run run);
+
+private:
+    struct Delivery {
+        ConnectionNumber connection;
+        Report report;
+        Run run;
+    };
+    using Lock = std::unique_lock<std::mutex>;
+
+    void _run();
+    void _deliverNext(Lock& lock);
+
+    std::mutex _mutex;
+    std::condition_variable _changed;
+    std::deque<Delivery> _deliveries;
+    std::weak_ptr<IReportReceiver> _receiver;
+    bool _isDelivering = false;
+    bool _stopping = false;
+    std::thread::id _threadId;
+    Kes::Worker _worker;
+};
+
+/// Takes the step out of a report; false when nothing is left of it.
+bool removeStep(Report& report);
+
+} // namespace KesDriver

@@ -1,0 +1,322 @@
+#include <KesDriver/net/detail/StreamConnection.h>
+
+#include <KesCommon/ExceptionText.h>
+#include <KesCommon/Log.h>
+#include <KesDriver/net/FieldText.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <type_traits>
+#include <utility>
+
+namespace KesDriver {
+
+namespace {
+
+/// Answers may have 1 MiB; every query adds its separator, and the error and the number stand behind them.
+constexpr std::size_t longestLine = (1U << 20U) + (1U << 16U);
+
+/// How often a device hears of its controller when nobody asks it anything.
+constexpr std::chrono::milliseconds longestFeedInterval{200};
+
+} // namespace
+
+StreamConnection::StreamConnection(ConnectionNumber number, std::chrono::milliseconds timeout,
+                                   std::shared_ptr<ReportQueue> reports)
+    : _number(number), _timeout(timeout), _reports(std::move(reports))
+{}
+
+StreamConnection::End StreamConnection::getEnd() const
+{
+    std::lock_guard lock(_mutex);
+    return _end;
+}
+
+bool StreamConnection::isEstablished() const
+{
+    std::lock_guard lock(_mutex);
+    return _isEstablished && _end == End::None;
+}
+
+bool StreamConnection::open(const StreamConnector& connector)
+{
+    const bool isMade = _stream.open(connector);
+    _lastSent = Clock::now();
+    _attemptEnd = _lastSent + _timeout;
+    const auto start = [this](const char* name, void (StreamConnection::*work)()) {
+        return Kes::Worker::tryStart(name, [self = shared_from_this(), work] {
+            try {
+                ((*self).*work)();
+            } catch (...) {
+                KesLog::Log::writeError("A link has failed: " + Kes::getCurrentExceptionText());
+                self->end(End::Silent);
+            }
+        });
+    };
+    auto watcher = isMade ? start("KesLink_Watch", &StreamConnection::_watch) : std::nullopt;
+    auto reader = watcher ? start("KesLink_Read", &StreamConnection::_read) : std::nullopt;
+    if (watcher)
+        _watcher = *std::move(watcher);
+    if (reader)
+        _reader = *std::move(reader);
+    else
+        end(End::NoDevice);
+    return getEnd() == End::None;
+}
+
+void StreamConnection::beginEvents(std::uint64_t last)
+{
+    std::lock_guard lock(_mutex);
+    _events.begin(last);
+    _hasEvents = true;
+}
+
+void StreamConnection::beginWatch()
+{
+    std::lock_guard lock(_mutex);
+    _isWatching = true;
+    _changed.notify_all();
+}
+
+bool StreamConnection::establish()
+{
+    std::lock_guard lock(_mutex);
+    _isEstablished = _end == End::None;
+    return _isEstablished;
+}
+
+void StreamConnection::end(End reason)
+{
+    std::lock_guard lock(_mutex);
+    if (_end != End::None)
+        return;
+    _end = reason;
+    _stream.cancel();
+    _changed.notify_all();
+    if (_isEstablished && reason != End::Closed)
+        _reports->push(_number, ConnectionLost{}, std::numeric_limits<ReportQueue::Run>::max());
+}
+
+// Asking
+
+std::optional<Answer> StreamConnection::ask(const std::string& commands, std::size_t queries)
+{
+    return _ask(commands, queries, Purpose::Call);
+}
+
+std::optional<Answer> StreamConnection::askToTakeSequence(const std::string& commands)
+{
+    // Not for ever: a receiver that waits for the caller must not lock both up.
+    constexpr std::chrono::milliseconds longestWait{100};
+    _reports->waitUntilHeard(longestWait);
+    return _ask(commands, 0, Purpose::Sequence);
+}
+
+std::optional<Answer> StreamConnection::_ask(const std::string& commands, std::size_t queries,
+                                             Purpose purpose)
+{
+    std::shared_ptr<Question> question;
+    {
+        const std::lock_guard writing(_writing);
+        question = _send(commands, queries, purpose);
+    }
+    Lock lock(_mutex);
+    _changed.wait(lock, [&] { return _end != End::None || (question && question->answer); });
+    return question ? std::move(question->answer) : std::nullopt;
+}
+
+/// With the right to write. Null when the connection has ended.
+std::shared_ptr<StreamConnection::Question> StreamConnection::_send(const std::string& commands,
+                                                                    std::size_t queries, Purpose purpose)
+{
+    const auto question = std::make_shared<Question>();
+    {
+        std::lock_guard lock(_mutex);
+        if (_end != End::None)
+            return nullptr;
+        _lastSent = Clock::now();
+        const auto deadline = _isEstablished ? _lastSent + _timeout : _attemptEnd;
+        *question = {++_lastNumber, purpose, queries, deadline, _run, {}};
+        _questions.push_back(question);
+        // The watch looks when this one's time is over.
+        _changed.notify_all();
+    }
+    if (!_stream.write(writeQuestion(commands, question->number)))
+        end(End::Dropped);
+    return question;
+}
+
+// The reading thread
+
+void StreamConnection::_read()
+{
+    LineBuffer lines(longestLine);
+    std::array<char, 65536> bytes;
+    while (getEnd() == End::None) {
+        const auto count = _stream.read(bytes.data(), bytes.size());
+        if (count == 0)
+            end(End::Dropped);
+        lines.append({bytes.data(), count});
+        _readLines(lines);
+    }
+    // Who is writing is interrupted, too.
+    const std::lock_guard writing(_writing);
+    _stream.close();
+}
+
+void StreamConnection::_readLines(LineBuffer& lines)
+{
+    std::string line;
+    while (getEnd() == End::None && lines.take(line))
+        _hear(line);
+    if (lines.isBroken())
+        end(End::Nonsense);
+}
+
+void StreamConnection::_hear(const std::string& line)
+{
+    if (!line.starts_with('!')) {
+        _hearAnswer(line);
+        return;
+    }
+    std::vector<EventOrder::Record> due;
+    {
+        std::lock_guard lock(_mutex);
+        if (!_hasEvents || _events.isBroken())
+            return;
+        due = _events.take(std::string_view(line).substr(1));
+        // The watch asks for what is missing.
+        if (_events.hasGap())
+            _changed.notify_all();
+    }
+    _hearEvents(due);
+}
+
+void StreamConnection::_hearAnswer(const std::string& line)
+{
+    std::vector<EventOrder::Record> due;
+    {
+        Lock lock(_mutex);
+        const auto question = _questions.empty() ? nullptr : _questions.front();
+        auto answer = question ? readAnswer(line, question->number, question->queries) : std::nullopt;
+        if (!answer) {
+            lock.unlock();
+            end(End::Nonsense);
+            return;
+        }
+        _questions.pop_front();
+        question->answer = std::move(answer);
+        due = _use(*question);
+        _changed.notify_all();
+    }
+    _hearEvents(due);
+}
+
+/// What an answer means for the events, seen from where it stands between them. With the lock; returns the
+/// events that are due.
+std::vector<EventOrder::Record> StreamConnection::_use(const Question& question)
+{
+    const bool isGood = question.answer->code == 0;
+    if (question.purpose == Purpose::Sequence && isGood) {
+        _oldestRun = question.runBefore + 1;
+        _reports->forgetStepsBefore(_oldestRun);
+    }
+    if (question.purpose != Purpose::Missing)
+        return {};
+    if (isGood)
+        return _events.fill(question.answer->fields.front());
+    _events.setBroken();
+    return {};
+}
+
+void StreamConnection::_hearEvents(const std::vector<EventOrder::Record>& events)
+{
+    for (const auto& event : events)
+        _report(event);
+    std::lock_guard lock(_mutex);
+    if (_events.isBroken() && !std::exchange(_hasToldNonsense, true))
+        _reportNonsense();
+}
+
+void StreamConnection::_report(const EventOrder::Record& event)
+{
+    if (std::holds_alternative<ValueText::ReleaseRecord>(event.content)) {
+        end(End::Released);
+        return;
+    }
+    std::lock_guard lock(_mutex);
+    if (_end != End::None)
+        return;
+    auto report = std::visit(
+        [](const auto& content) -> Report {
+            if constexpr (std::is_same_v<std::decay_t<decltype(content)>, ValueText::ReleaseRecord>)
+                return ConnectionLost{};
+            else
+                return content;
+        },
+        event.content);
+    if (const auto* step = std::get_if<StepEvent>(&report); step && step->step == 0)
+        ++_run;
+    if (_run >= _oldestRun || removeStep(report))
+        _reports->push(_number, std::move(report), _run);
+}
+
+/// Whoever hears it sees that the device cannot be believed: no device has an input 0 or a time before it was
+/// switched on.
+void StreamConnection::_reportNonsense()
+{
+    if (_end == End::None)
+        _reports->push(_number, InputEvent{0, false, DeviceTime(-1)}, _run);
+}
+
+// The watching thread
+
+void StreamConnection::_watch()
+{
+    const auto interval = std::min(longestFeedInterval, _timeout / 4);
+    Lock lock(_mutex);
+    while (_end == End::None) {
+        const auto now = Clock::now();
+        if ((_isWatching && now >= _lastSent + interval) || _events.hasGap())
+            _feed(lock);
+        if (_isSilent()) {
+            lock.unlock();
+            end(End::Silent);
+            return;
+        }
+        auto wake = std::max(_lastSent, now) + interval;
+        if (!_questions.empty())
+            wake = std::min(wake, _questions.front()->deadline);
+        if (_end == End::None)
+            _changed.wait_until(lock, wake);
+    }
+}
+
+/// Never blocks: a device that does not read must be found out here.
+void StreamConnection::_feed(Lock& lock)
+{
+    lock.unlock();
+    std::unique_lock writing(_writing, std::try_to_lock);
+    const bool canWrite = writing.owns_lock() && _stream.canWrite();
+    lock.lock();
+    if (!canWrite)
+        return;
+    std::string commands = ":SYST:CLOC?";
+    auto purpose = Purpose::Watch;
+    if (_events.hasGap()) {
+        const auto gap = _events.takeGap();
+        commands = ":EVEN:DATA? " + std::to_string(gap.from) + ',' + std::to_string(gap.count);
+        purpose = Purpose::Missing;
+    }
+    lock.unlock();
+    _send(commands, 1, purpose);
+    lock.lock();
+}
+
+bool StreamConnection::_isSilent() const
+{
+    return !_questions.empty() && Clock::now() >= _questions.front()->deadline;
+}
+
+} // namespace KesDriver

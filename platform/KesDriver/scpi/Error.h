@@ -1,0 +1,61 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+/// SCPI-1999 and IEEE 488.2 as an instrument needs them, without any instrument: messages, headers, parameters,
+/// errors, registers.
+namespace KesDriver::Scpi {
+
+/// The codes of SCPI-1999 that are in use here; a device's own are above zero.
+enum class ErrorCode : int {
+    None = 0,
+    InvalidCharacter = -101,
+    SyntaxError = -102,
+    DataType = -104,
+    ParameterNotAllowed = -108,
+    MissingParameter = -109,
+    UndefinedHeader = -113,
+    HeaderSuffixOutOfRange = -114,
+    NumericData = -120,
+    InvalidCharacterInNumber = -121,
+    ExponentTooLarge = -123,
+    InvalidSuffix = -131,
+    SuffixNotAllowed = -138,
+    InvalidString = -151,
+    InvalidBlock = -161,
+    InvalidExpression = -171,
+    CommandProtected = -203,
+    SettingsConflict = -221,
+    OutOfRange = -222,
+    TooMuchData = -223,
+    IllegalParameter = -224,
+    CorruptOrStale = -230,
+    QueueOverflow = -350,
+    InputOverrun = -363,
+    AnswerTooLong = -440,
+};
+
+/// The standard's words for a code; for a device's own code "Device error".
+KES_EXPORT const char* getStandardText(ErrorCode code);
+
+/// What is wrong with a message unit, or with what it asks for. Thrown by whatever reads or carries out a unit, and
+/// caught where units are carried out one after the other.
+class KES_EXPORT Error : public std::runtime_error {
+public:
+    /// The detail stands behind the standard's words, after a semicolon; empty for none.
+    explicit Error(ErrorCode code, const std::string& detail = {});
+    ~Error() override;
+
+    ErrorCode getCode() const { return _code; }
+    /// As the error queue tells it: `-222,"Data out of range;IA: 40 A ..."`.
+    std::string toAnswer() const;
+
+private:
+    ErrorCode _code;
+};
+
+} // namespace KesDriver::Scpi

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesDriver/scpi/ErrorQueue.h>
+#include <KesDriver/scpi/StatusRegister.h>
+
+#include <cstdint>
+
+namespace KesDriver::Scpi {
+
+/// The status of an instrument as one controller sees it: the registers of IEEE 488.2 and SCPI, and the error queue.
+/// Not synchronised.
+class KES_EXPORT InstrumentStatus {
+public:
+    /// Bits of the standard event register.
+    enum StandardEvent : std::uint8_t {
+        OperationComplete = 1,
+        QueryError = 4,
+        DeviceError = 8,
+        ExecutionError = 16,
+        CommandError = 32,
+        PowerOn = 128,
+    };
+
+    StatusRegister operation;
+    StatusRegister questionable;
+
+    /// Into the queue, with the bit of its class in the standard event register.
+    void addError(const Error& error);
+    Error takeError() { return _errors.take(); }
+    std::size_t getErrorCount() const { return _errors.getCount(); }
+
+    void note(StandardEvent event) { _standardEvents = static_cast<std::uint8_t>(_standardEvents | event); }
+    /// Clears it.
+    std::uint8_t takeStandardEvents();
+    std::uint8_t getStandardEnable() const { return _standardEnable; }
+    void setStandardEnable(std::uint8_t bits) { _standardEnable = bits; }
+    std::uint8_t getServiceEnable() const { return _serviceEnable; }
+    /// Bit 6 cannot be enabled.
+    void setServiceEnable(std::uint8_t bits) { _serviceEnable = bits & 0xBFU; }
+    /// With the master summary in bit 6.
+    std::uint8_t getStatusByte(bool hasAnswer) const;
+
+    /// `*CLS`: the events and the errors; what is enabled stays.
+    void clear();
+
+private:
+    ErrorQueue _errors;
+    std::uint8_t _standardEvents = PowerOn;
+    std::uint8_t _standardEnable = 0;
+    std::uint8_t _serviceEnable = 0;
+};
+
+} // namespace KesDriver::Scpi

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommon/Result.h>
+#include <KesDriver/simulated/ISimulatedTestObject.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+/// The relays of the simulated bench by their names, for whoever chooses one by text. Any thread.
+namespace KesDriver::RelayCatalog {
+
+/// Such as "overcurrent", in alphabetical order.
+KES_EXPORT std::vector<std::string> getKinds();
+
+/// Makes a relay of a kind at rest. Each setting is "<name>=<value>"; one that is not given has its default.
+/// "overcurrent": `pickup` (A), `tms`, `curve` (SI, VI, EI, LTI or DT), `time` (s, of DT), `trip` and `start` (the
+/// inputs of the contacts). A refusal (-222) names what is wrong.
+KES_EXPORT Kes::Result make(const std::string& kind, const std::vector<std::string>& settings,
+                            std::shared_ptr<ISimulatedTestObject>& relay);
+
+} // namespace KesDriver::RelayCatalog

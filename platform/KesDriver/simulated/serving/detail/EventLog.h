@@ -1,0 +1,44 @@
+#pragma once
+
+#include <KesDriver/net/ValueText.h>
+#include <KesDriver/simulated/serving/detail/ILineSink.h>
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace KesDriver {
+
+/// The last events of a device, numbered from 1, and the sessions that are told of new ones. Any thread.
+class EventLog {
+public:
+    using Content = ValueText::EventRecord::Content;
+    static constexpr std::size_t capacity = 65536;
+
+    /// The number that it has got.
+    std::uint64_t add(DeviceTime time, Content content);
+    std::uint64_t getLast() const;
+    /// Up to `count` events from that number on, as texts without the "!". Throws Scpi::Error when the first one has
+    /// been forgotten.
+    std::vector<std::string> read(std::uint64_t from, std::size_t count) const;
+
+    /// From that number on, or from the next event on for 0, each event goes to the sink as a line. A second call for
+    /// a sink counts anew. Throws as `read` does.
+    void subscribe(const std::shared_ptr<ILineSink>& sink, std::uint64_t from);
+    void unsubscribe(const ILineSink& sink);
+
+private:
+    std::uint64_t _getFirst() const { return _last + 1 - _texts.size(); }
+    void _checkRemembered(std::uint64_t from) const;
+
+    mutable std::mutex _mutex;
+    std::deque<std::string> _texts;
+    std::uint64_t _last = 0;
+    std::map<const ILineSink*, std::shared_ptr<ILineSink>> _subscribers;
+};
+
+} // namespace KesDriver

@@ -1,0 +1,40 @@
+#include <Simulator/SimulatorText.h>
+
+#include <KesCommon/TextTable.h>
+
+namespace lng::Simulator {
+
+namespace {
+
+constexpr Kes::TextTable table({
+    {"summary", "Simulated test devices that programs reach over the network (docs/protocol.md).",
+     "Имитируемые испытательные устройства, доступные программам по сети (docs/protocol.md)."},
+    {"listen", "Where the first device listens; 127.0.1.1:5025 at first, port 0 is a free one",
+     "Где принимает соединения первое устройство; сначала 127.0.1.1:5025, порт 0 - любой свободный"},
+    {"listen.value", "ADDRESS[:PORT]", "АДРЕС[:ПОРТ]"},
+    {"devices", "Number of devices, each at the next address", "Число устройств, каждое по следующему адресу"},
+    {"type", "Type of the devices, such as 3 for KESTO-3", "Тип устройств, например 3 для КЕСТО-3"},
+    {"serial", "Serial number of the first device", "Заводской номер первого устройства"},
+    {"speed", "Device seconds per real second", "Секунд устройства за одну настоящую секунду"},
+    {"wire", "A relay at each device, such as overcurrent:pickup=1.2,tms=0.1",
+     "Реле у каждого устройства, например overcurrent:pickup=1.2,tms=0.1"},
+    {"wire.value", "KIND[:SETTINGS]", "ВИД[:УСТАВКИ]"},
+    {"log", "Write what is received and answered to standard error",
+     "Выводить в стандартный поток ошибок принятое и отвеченное"},
+    {"version", "Tell the version", "Сообщить версию"},
+    {"number.value", "N", "N"},
+    {"error.value", "--%s: \"%s\" is not possible.", "--%s: недопустимое значение \"%s\"."},
+    {"error.argument", "\"%s\" is not an option.", "\"%s\" не является параметром."},
+    {"warning.open",
+     "Warning: %s can be reached from other computers, and the protocol knows no passwords.",
+     "Внимание: %s доступен с других компьютеров, а протокол не знает паролей."},
+});
+
+} // namespace
+
+const char* get(const std::string& key)
+{
+    return table.get(key);
+}
+
+} // namespace lng::Simulator

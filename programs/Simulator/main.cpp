@@ -1,0 +1,122 @@
+// Simulated devices as a program of their own.
+
+#include <Simulator/SimulatorOptions.h>
+#include <Simulator/SimulatorText.h>
+
+#include <KesCommon/Language.h>
+#include <KesCommon/ObjectError.h>
+#include <KesCommon/StringHelper.h>
+#include <KesDriver/simulated/relays/RelayCatalog.h>
+#include <KesDriver/simulated/serving/DeviceServer.h>
+
+#include <csignal>
+#include <cstdio>
+#include <mutex>
+
+namespace {
+
+using KesDriver::DeviceServer;
+using KesDriver::NetAddress;
+using KesDriver::SimulatedKesto;
+using Servers = std::vector<std::unique_ptr<DeviceServer>>;
+
+enum ExitCode { Success = 0, CannotListen = 1, WrongOptions = 2 };
+
+void tell(const std::string& text)
+{
+    std::fprintf(stderr, "%s\n", text.c_str());
+}
+
+/// Those that end the program. Every thread that is made afterwards leaves them to `waitForEnd`.
+sigset_t blockEndSignals()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        sigaddset(&signals, signal);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    return signals;
+}
+
+NetAddress getAddress(const NetAddress& first, unsigned index)
+{
+    auto bytes = first.getBytes();
+    bytes.back() = static_cast<std::uint8_t>(bytes.back() + index);
+    return NetAddress(bytes);
+}
+
+DeviceServer::Log makeLog()
+{
+    return [](const std::string& line) {
+        static std::mutex mutex;
+        std::lock_guard lock(mutex);
+        tell(line);
+    };
+}
+
+Kes::Result makeDevice(const Simulator::SimulatorOptions& options, unsigned index,
+                       std::shared_ptr<SimulatedKesto>& device)
+{
+    device = std::make_shared<SimulatedKesto>(KesDriver::KestoIdentifer(options.type, options.serialNumber + index));
+    device->setSpeed(options.speed);
+    if (options.relayKind.empty())
+        return true;
+    std::shared_ptr<KesDriver::ISimulatedTestObject> relay;
+    auto result = KesDriver::RelayCatalog::make(options.relayKind, options.relaySettings, relay);
+    if (result)
+        device->connectTestObject(std::move(relay));
+    return result;
+}
+
+/// Says where it listens, for people and for programs that start this one.
+void announce(const KesDriver::KestoIdentifer& device, const std::string& address, unsigned port)
+{
+    std::printf("%s %05u %s:%u\n", device.getTypeName().c_str(), device.getSerialNumber(), address.c_str(), port);
+    std::fflush(stdout);
+}
+
+int serve(const Simulator::SimulatorOptions& options, Servers& servers)
+{
+    for (unsigned index = 0; index < options.devices; ++index) {
+        std::shared_ptr<SimulatedKesto> device;
+        if (const auto result = makeDevice(options, index, device); !result) {
+            tell(result.getError()->getMessage());
+            return WrongOptions;
+        }
+        const auto address = getAddress(options.address, index).to_string();
+        servers.push_back(std::make_unique<DeviceServer>(device, options.log ? makeLog() : DeviceServer::Log()));
+        if (const auto result = servers.back()->listen(address, options.port); !result) {
+            tell(result.getError()->getMessage());
+            return CannotListen;
+        }
+        announce(device->getIdentifer(), address, servers.back()->getPort());
+    }
+    return Success;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const auto parsed = Simulator::SimulatorOptions::parse(argc, argv);
+    if (const auto* const error = std::get_if<std::string>(&parsed)) {
+        tell(*error);
+        return WrongOptions;
+    }
+    const auto& options = std::get<Simulator::SimulatorOptions>(parsed);
+    if (options.version) {
+        std::printf("%s\n", KES_VERSION);
+        return Success;
+    }
+    if (options.address.getBytes().front() != 127)
+        tell(Kes::StringHelper::format(lng::Simulator::get("warning.open"), options.address.to_string()));
+    const auto signals = blockEndSignals();
+    // From here on it talks to programs.
+    lng::language = lng::English;
+    Servers servers;
+    const int code = serve(options, servers);
+    int signal = 0;
+    if (code == Success)
+        sigwait(&signals, &signal);
+    return code;
+}

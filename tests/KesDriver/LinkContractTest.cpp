@@ -1,0 +1,385 @@
+#include "DeviceTest.h"
+
+#include <KesDriver/ConnectionError.h>
+#include <KesDriver/net/StreamLink.h>
+#include <KesDriver/net/TcpNetwork.h>
+#include <KesDriver/simulated/serving/DeviceServer.h>
+
+#include <future>
+#include <thread>
+
+using namespace KesDriver;
+using namespace KesTest;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// How a link reaches a simulated device: within the process, over a pair of sockets, over TCP.
+enum class Way { Direct, Pair, Tcp };
+
+constexpr NetAddress servedAddress{NetAddress::Bytes{127, 8, 0, 1}};
+
+class LinkContract : public testing::TestWithParam<Way> {
+protected:
+    LinkContract()
+    {
+        if (GetParam() != Way::Direct)
+            server = std::make_unique<DeviceServer>(device);
+        if (GetParam() == Way::Tcp) {
+            EXPECT_EQ(message(server->listen(servedAddress.to_string(), 0)), "");
+        }
+        link = makeLink();
+        link->setReceiver(receiver);
+    }
+
+    std::unique_ptr<IKestoLink> makeLink()
+    {
+        if (GetParam() == Way::Direct)
+            return SimulatedKesto::createLink(device);
+        if (GetParam() == Way::Tcp)
+            return TcpNetwork(server->getPort()).createLink(servedAddress);
+        return std::make_unique<StreamLink>(
+            StreamLink::Settings{[this](GCancellable*) { return makeStream(); }, servedAddress.to_string()});
+    }
+    StreamPointer makeStream() const
+    {
+        const int descriptor = server ? server->connect() : -1;
+        GSocket* socket = descriptor < 0 ? nullptr : g_socket_new_from_fd(descriptor, nullptr);
+        if (!socket)
+            return nullptr;
+        StreamPointer stream(G_IO_STREAM(g_socket_connection_factory_create_connection(socket)));
+        g_object_unref(socket);
+        return stream;
+    }
+    void start()
+    {
+        ASSERT_EQ(message(link->connect(connection)), "");
+        ASSERT_EQ(message(link->startWorkingMode()), "");
+    }
+    static std::string said(const std::string& text)
+    {
+        return "KESTO-3 No. 00017" +
+               (GetParam() == Way::Direct ? "" : " (" + servedAddress.to_string() + ')') + text;
+    }
+    /// What ends with a connection ends on the device's thread; at once, but not before the link's call
+    /// returns.
+    template <typename Condition>
+    static bool soon(Condition condition)
+    {
+        const auto before = Clock::now();
+        while (!condition() && Clock::now() - before < 10s)
+            std::this_thread::sleep_for(1ms);
+        return condition();
+    }
+    void makeSilent()
+    {
+        if (GetParam() == Way::Direct) {
+            device->setSilent(true);
+            return;
+        }
+        bench = makeStream();
+        const std::string command = "SIM:SIL 1\n";
+        g_output_stream_write_all(g_io_stream_get_output_stream(bench.get()), command.data(), command.size(),
+                                  nullptr, nullptr, nullptr);
+    }
+
+    std::shared_ptr<SimulatedKesto> device =
+        std::make_shared<SimulatedKesto>(KestoIdentity{{3, 17}, "2.4.1", "2026-03-31"});
+    std::unique_ptr<DeviceServer> server;
+    std::shared_ptr<RecordingReceiver> receiver = std::make_shared<RecordingReceiver>();
+    std::unique_ptr<IKestoLink> link;
+    StreamPointer bench{nullptr};
+    ConnectionNumber connection = 0;
+};
+
+TEST_P(LinkContract, TellsWhatTheDeviceIs)
+{
+    start();
+    EXPECT_EQ(connection, 1U);
+    EXPECT_TRUE(link->isSimulated());
+    KestoIdentity identity;
+    EXPECT_EQ(message(link->identify(identity)), "");
+    EXPECT_EQ(identity, device->getIdentity());
+    OutputLimits limits;
+    limits.maximumAmperes = 0.0;
+    EXPECT_EQ(message(link->readLimits(limits)), "");
+    EXPECT_EQ(limits, OutputLimits{});
+    DeviceTime first{0};
+    DeviceTime second{0};
+    EXPECT_EQ(message(link->readTime(first)), "");
+    std::this_thread::sleep_for(2ms);
+    EXPECT_EQ(message(link->readTime(second)), "");
+    EXPECT_GE(second, first + 2ms);
+    ClockReading reading;
+    EXPECT_EQ(message(link->readClock(reading)), "");
+    EXPECT_GE(reading.device, second);
+}
+
+TEST_P(LinkContract, ConnectsOneLinkAtATime)
+{
+    EXPECT_TRUE(isConnectionError(link->stopOutputs()));
+    start();
+    const auto again = link->connect(connection);
+    EXPECT_EQ(message(again), said(" is connected already."));
+    EXPECT_FALSE(isConnectionError(again));
+    const auto other = makeLink();
+    ConnectionNumber number = 7;
+    const auto refused = other->connect(number);
+    EXPECT_TRUE(isConnectionError(refused));
+    EXPECT_EQ(number, 0U);
+    if (GetParam() == Way::Direct)
+        EXPECT_EQ(message(refused), said(" is in use by another program."));
+    else
+        EXPECT_THAT(message(refused), testing::MatchesRegex(".* is in use by .+@.+ \\(.+\\)\\."));
+    EXPECT_EQ(message(link->stopOutputs()), "");
+    link->disconnect();
+    const auto ended = link->stopOutputs();
+    EXPECT_TRUE(isConnectionError(ended));
+    EXPECT_EQ(message(ended), said(" is not connected."));
+    EXPECT_EQ(message(other->connect(number)), "");
+    EXPECT_EQ(number, 2U);
+    other->disconnect();
+    EXPECT_EQ(message(link->connect(connection)), "");
+    EXPECT_EQ(connection, 2U);
+    EXPECT_TRUE(receiver->getLines().empty());
+}
+
+TEST_P(LinkContract, PutsOutSteadyValuesWithinTheLimits)
+{
+    ASSERT_TRUE(link->connect(connection));
+    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), said(": The outputs are not switched on."));
+    EXPECT_EQ(message(link->startWorkingMode()), "");
+    auto outputs = amperes(1.0 / 3.0);
+    outputs.voltages[2] = {57.7, -120.0};
+    outputs.currentHertz = 49.9;
+    outputs.binaryOutputs = 5;
+    EXPECT_EQ(message(link->setOutputs(outputs)), "");
+    EXPECT_EQ(device->getOutputs(), outputs);
+    EXPECT_EQ(message(link->setOutputs(amperes(33.0))), said(": IA: 33 A is above the limit of 32 A."));
+    EXPECT_EQ(device->getOutputs(), outputs);
+    EXPECT_EQ(message(link->stopOutputs()), "");
+    EXPECT_EQ(device->getOutputs(), OutputState{});
+    EXPECT_TRUE(device->isWorking());
+    EXPECT_EQ(message(link->stopWorkingMode()), "");
+    EXPECT_FALSE(device->isWorking());
+
+    KestoState state;
+    EXPECT_EQ(message(link->setAuxDC(true, 11.0)),
+              said(": Auxiliary supply: 11 V is below the limit of 12 V."));
+    EXPECT_EQ(message(link->setAuxDC(true, 110.5)), "");
+    EXPECT_EQ(message(link->readState(state)), "");
+    EXPECT_TRUE(state.isReady && state.isAuxDCEnabled);
+    EXPECT_EQ(state.auxDCVolts, 110.5);
+    EXPECT_EQ(state.error, "");
+    EXPECT_EQ(message(link->setAuxDC(false, 110.5)), "");
+    EXPECT_EQ(message(link->readState(state)), "");
+    EXPECT_FALSE(state.isAuxDCEnabled);
+}
+
+TEST_P(LinkContract, RunsASequenceAndTellsItsEvents)
+{
+    device->setSpeed(10.0);
+    start();
+    device->setInput(2, true);
+    ASSERT_TRUE(receiver->waitFor("input 2 closed"));
+    receiver->clear();
+    OutputSequence sequence = {{amperes(1.0), 100ms}, {amperes(2.0), 1h}, {amperes(0.5), 20ms}};
+    sequence[0].ramp.currents[0].magnitude = 1.0;
+    sequence[1].endOn = EndCondition({{2, true}, {3, false}}, EndCondition::Join::All, 5ms);
+    EXPECT_EQ(message(link->runSequence(sequence)), "");
+    ASSERT_TRUE(receiver->waitFor("finished"));
+    EXPECT_THAT(receiver->getLines(),
+                ElementsAre("step 0 0", "step 1 100000", "step 2 105000", "finished complete 125000"));
+    EXPECT_EQ(device->getOutputs(), OutputState{});
+
+    EXPECT_EQ(message(link->runSequence({})), said(": The sequence has no steps."));
+    EXPECT_EQ(message(link->runSequence({{amperes(1.0), 1h}})), "");
+    EXPECT_EQ(message(link->runSequence(sequence)), said(": A sequence is running."));
+    EXPECT_EQ(message(link->setOutputs({})), said(": A sequence is running."));
+    receiver->clear();
+    device->setInput(2, false);
+    ASSERT_TRUE(receiver->waitFor("input 2 open"));
+    EXPECT_TRUE(receiver->getLines().back().ends_with("in 0"));
+    EXPECT_EQ(message(link->stopOutputs()), "");
+    EXPECT_TRUE(receiver->waitFor("finished incomplete"));
+}
+
+TEST_P(LinkContract, TakesALargeSequence)
+{
+    device->setSpeed(1e4);
+    start();
+    OutputSequence sequence(5000, {amperes(1.0 / 3.0), 1ms});
+    for (auto& step : sequence) {
+        step.ramp.currents[0].degrees = 100.0 / 7.0;
+        step.endOn = InputCondition{1, true};
+    }
+    EXPECT_EQ(message(link->runSequence(sequence)), "");
+    ASSERT_TRUE(receiver->waitFor("finished complete 5000000"));
+    EXPECT_EQ(receiver->getLines().size(), 5001U);
+}
+
+TEST_P(LinkContract, ArmsAndStarts)
+{
+    start();
+    const OutputSequence sequence = {{amperes(1.0), 5ms}};
+    EXPECT_EQ(message(link->startArmed({})), said(": There is no sequence that waits for its start."));
+    EXPECT_EQ(message(link->armSequence(sequence)), "");
+    EXPECT_EQ(message(link->runSequence(sequence)), said(": A sequence waits for its start."));
+    ClockReading reading;
+    ASSERT_TRUE(link->readClock(reading));
+    EXPECT_EQ(message(link->startArmed({reading.common - 1s, {}})),
+              said(": The moment of the start has passed."));
+    EXPECT_EQ(message(link->startArmed({{}, 9})), said(": Binary input 9 does not exist: the device has 8."));
+    EXPECT_EQ(device->getOutputs(), OutputState{});
+    EXPECT_TRUE(receiver->getLines().empty());
+    EXPECT_EQ(message(link->startArmed({})), "");
+    ASSERT_TRUE(receiver->waitFor("finished complete"));
+
+    ASSERT_TRUE(link->armSequence(sequence));
+    ASSERT_TRUE(link->readClock(reading));
+    EXPECT_EQ(message(link->startArmed({reading.common + 50ms, {}})), "");
+    ASSERT_TRUE(receiver->waitFor("finished complete", 2));
+    EXPECT_NEAR(static_cast<double>((receiver->getStart() - reading.device).count()), 50e3, 10.0);
+
+    ASSERT_TRUE(link->armSequence(sequence));
+    EXPECT_EQ(message(link->startArmed({{}, 8})), "");
+    device->setInput(8, true);
+    EXPECT_TRUE(receiver->waitFor("finished complete", 3));
+}
+
+TEST_P(LinkContract, StopsFromInsideAReport)
+{
+    std::promise<std::string> stopped;
+    receiver->onLine = [&](const std::string& line) {
+        if (line.starts_with("step 1"))
+            stopped.set_value(message(link->stopOutputs()));
+    };
+    start();
+    ASSERT_TRUE(link->runSequence({{amperes(1.0), 1ms}, {amperes(2.0), 1h}, {amperes(3.0), 1h}}));
+    EXPECT_EQ(stopped.get_future().get(), "");
+    EXPECT_EQ(device->getOutputs(), OutputState{});
+    ASSERT_TRUE(receiver->waitFor("finished incomplete"));
+    EXPECT_EQ(receiver->getLines().size(), 3U);
+}
+
+TEST_P(LinkContract, TellsFaultsAndRefusesMeanwhile)
+{
+    start();
+    device->simulateOverload(1);
+    ASSERT_TRUE(receiver->waitFor("fault IBl"));
+    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), said(": Fault: IB - overload"));
+    KestoState state;
+    EXPECT_EQ(message(link->readState(state)), "");
+    EXPECT_FALSE(state.isReady);
+    EXPECT_EQ(state.error, "IB - overload");
+    device->clearFaults();
+    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), "");
+}
+
+TEST_P(LinkContract, NewSequenceHearsNothingOfTheOneBefore)
+{
+    start();
+    for (int round = 0; round < 50; ++round) {
+        receiver->clear();
+        ASSERT_EQ(message(link->runSequence(OutputSequence(20, {amperes(1.0), 100us}))), "");
+        ASSERT_EQ(message(link->stopOutputs()), "");
+        ASSERT_EQ(message(link->runSequence({{amperes(2.0), 1ms}})), "");
+        ASSERT_TRUE(receiver->waitFor("finished complete"));
+        const auto lines = receiver->getLines();
+        std::size_t begin = lines.size();
+        while (!lines[--begin].starts_with("step 0")) {
+        }
+        ASSERT_EQ(lines.size() - begin, 2U) << testing::PrintToString(lines);
+    }
+}
+
+TEST_P(LinkContract, LossIsToldOnceAndSwitchesOff)
+{
+    start();
+    ASSERT_TRUE(link->setAuxDC(true, 220.0));
+    ASSERT_TRUE(link->runSequence({{amperes(2.0), 1h}}));
+    ASSERT_TRUE(receiver->waitFor("step 0"));
+    device->simulateConnectionLoss();
+    EXPECT_EQ(device->getOutputs(), OutputState{});
+    ASSERT_TRUE(receiver->waitFor("lost"));
+    EXPECT_EQ(receiver->getLastConnection(), 1U);
+    const auto result = link->stopOutputs();
+    EXPECT_EQ(message(result), said(" is not connected."));
+    EXPECT_TRUE(isConnectionError(result));
+    EXPECT_EQ(message(link->connect(connection)), "");
+    EXPECT_EQ(connection, 2U);
+    KestoState state;
+    ASSERT_TRUE(link->readState(state));
+    EXPECT_FALSE(state.isAuxDCEnabled);
+    const auto lines = receiver->getLines();
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "lost"), 1);
+}
+
+TEST_P(LinkContract, SilenceIsALossWithinThreeSeconds)
+{
+    start();
+    ASSERT_TRUE(link->setOutputs(amperes(2.0)));
+    makeSilent();
+    const auto before = Clock::now();
+    ASSERT_TRUE(receiver->waitFor("lost"));
+    EXPECT_TRUE(soon([this] { return device->getOutputs() == OutputState{}; }));
+    EXPECT_LT(Clock::now() - before, 3s);
+    EXPECT_THAT(receiver->getLines(), ElementsAre("lost"));
+}
+
+TEST_P(LinkContract, EverythingGoesOffWithTheLink)
+{
+    start();
+    ASSERT_TRUE(link->setOutputs(amperes(2.0)));
+    const auto before = Clock::now();
+    link.reset();
+    EXPECT_LT(Clock::now() - before, 100ms);
+    EXPECT_TRUE(soon([this] { return !device->isWorking(); }));
+    EXPECT_LT(Clock::now() - before, 500ms);
+    EXPECT_TRUE(receiver->getLines().empty());
+}
+
+TEST_P(LinkContract, DeviceMayGoFirst)
+{
+    start();
+    ASSERT_TRUE(link->runSequence({{amperes(2.0), 1h}}));
+    server.reset();
+    device.reset();
+    EXPECT_TRUE(receiver->waitFor("lost"));
+    EXPECT_TRUE(isConnectionError(link->stopOutputs()));
+    if (GetParam() != Way::Tcp) {
+        EXPECT_THAT(message(link->connect(connection)),
+                    testing::EndsWith(" cannot be reached: there is no device at this address."));
+    }
+}
+
+TEST_P(LinkContract, LinkMayGoInsideAReport)
+{
+    std::promise<void> isGone;
+    std::promise<void> mayGo;
+    receiver->onLine = [&](const std::string& line) {
+        if (!line.starts_with("step 0"))
+            return;
+        mayGo.get_future().wait();
+        link.reset();
+        isGone.set_value();
+    };
+    start();
+    ASSERT_TRUE(link->runSequence({{amperes(2.0), 1h}}));
+    mayGo.set_value();
+    isGone.get_future().wait();
+    EXPECT_TRUE(soon([this] { return !device->isWorking(); }));
+}
+
+const char* getName(Way way)
+{
+    return way == Way::Direct ? "Direct" : way == Way::Pair ? "Pair" : "Tcp";
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, LinkContract, testing::Values(Way::Direct, Way::Pair, Way::Tcp),
+                         [](const auto& instance) { return getName(instance.param); });
+
+} // namespace
