@@ -1,6 +1,8 @@
 #include "LineServer.h"
 
 #include <KesDriver/net/ServiceSearch.h>
+#include <KesDriver/net/TcpNetwork.h>
+#include <KesDriver/simulated/serving/DeviceServer.h>
 
 #include <gmock/gmock.h>
 
@@ -11,6 +13,7 @@ namespace {
 using namespace KesDriver;
 using namespace std::chrono_literals;
 using KesTest::LineServer;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 using Clock = std::chrono::steady_clock;
@@ -50,10 +53,12 @@ protected:
         announce(address(last));
         server.serve(address(last), std::move(answer), delay);
     }
-    Kes::Result search()
+    Kes::Result search() { return search(server.getPort()); }
+    Kes::Result search(std::uint16_t port)
     {
+        found.clear();
         const ServiceSearch searching(
-            server.getPort(), [&] { return std::make_unique<FakeBrowser>(services, result); }, 50ms);
+            port, [&] { return std::make_unique<FakeBrowser>(services, result); }, 50ms);
         return searching.find([&](const FoundDevice& device) { found.push_back(device); }, stop.get_token());
     }
 
@@ -77,6 +82,25 @@ TEST_F(ServiceSearchTest, WhatADeviceTellsCounts)
                                             FoundDevice{address(3), {4, 43}, false, ""},
                                             FoundDevice{address(4), {4, 44}, false, "10.0.0.5"}));
     EXPECT_EQ(server.getLine(), "*IDN?;:SYST:SIM?;:SYST:CONT:OWN?");
+}
+
+TEST_F(ServiceSearchTest, ServedDevicesTellWhoControlsThem)
+{
+    DeviceServer served(std::make_shared<SimulatedKesto>(KestoIdentifer(4, 42)));
+    ASSERT_TRUE(served.listen("127.0.0.1", 0));
+    const NetAddress local({127, 0, 0, 1});
+    announce(local);
+    services.back().port = served.getPort();
+    EXPECT_TRUE(search(served.getPort()));
+    EXPECT_THAT(found, UnorderedElementsAre(FoundDevice{local, {4, 42}, true, ""}));
+
+    const auto link = TcpNetwork(served.getPort()).createLink(local);
+    ConnectionNumber connection = 0;
+    ASSERT_TRUE(link->connect(connection));
+    EXPECT_TRUE(search(served.getPort()));
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_THAT(found.front().owner, HasSubstr("@")) << "program and computer";
+    EXPECT_TRUE(link->stopOutputs()) << "the search has taken no control";
 }
 
 TEST_F(ServiceSearchTest, OnlyWhatIsAnnouncedAsAKestoCounts)
