@@ -57,6 +57,11 @@ KES_EXPORT bool endsWith(std::string_view text, std::string_view suffix);
 /// The text without the blanks, tabs and line ends around it.
 KES_EXPORT std::string_view trim(std::string_view text);
 
+/// What may be shown of a text from outside: valid UTF-8 without control characters and such that change the
+/// direction of writing or are not seen, without blanks around it. Longer ones are cut to `most` characters,
+/// the last of which is an ellipsis then.
+KES_EXPORT std::string toPlainText(std::string_view text, std::size_t most);
+
 /// Whether `name` stands in `text` at `start`, whole within the first `textLength` bytes.
 /// `ignoreCase` makes the ASCII letters of both cases equal.
 KES_EXPORT bool isInclude(std::string_view text, std::string_view name, std::size_t start,

@@ -16,6 +16,7 @@ constexpr Kes::TextTable table({
      "%s: нет связи, по этому адресу нет устройства."},
     {"Link.inUse", "%s is in use by another program.", "%s: используется другой программой."},
     {"Link.inUseBy", "%s is in use by %s (%s).", "%s: используется программой %s (%s)."},
+    {"Link.thisProgram", "this program", "эта программа"},
     {"Link.noAnswer", "%s does not answer.", "%s: не отвечает."},
     {"Link.dropped", "%s has ended the connection.", "%s: устройство прервало связь."},
     {"Link.nonsense", "%s gives answers that make no sense.", "%s: передаёт недостоверные ответы."},
@@ -25,6 +26,13 @@ constexpr Kes::TextTable table({
      "%s: версия протокола %s, у программы версия %s."},
     {"Link.sequenceTooLarge", "The sequence has %lu bytes, the limit is %lu.",
      "Размер последовательности в байтах: %lu, предел: %lu."},
+
+    {"Search.noService",
+     "The network cannot be searched, for the Avahi service does not answer; devices can still be entered by "
+     "their address.",
+     "Поиск в сети невозможен: служба Avahi не отвечает; устройства по-прежнему можно добавить по адресу."},
+    {"Search.tooMany", "There are more devices in the network than a search can find.",
+     "В сети больше устройств, чем можно найти."},
 
     {"State.fault", "Fault: %s", "Авария: %s"},
     {"State.outputOff", "The outputs are not switched on.", "Выходы не включены."},

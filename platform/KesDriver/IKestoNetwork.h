@@ -4,12 +4,29 @@
 #include <KesCommon/Net/NetAddr.h>
 #include <KesDriver/IKestoLink.h>
 
+#include <functional>
 #include <memory>
-#include <vector>
+#include <stop_token>
+#include <string>
 
 namespace KesDriver {
 
 using NetAddress = Kes::Net::NetAddr<4, '.'>;
+
+/// A device that a search has found. A value.
+struct FoundDevice {
+    NetAddress address;
+    KestoIdentifer identifer;
+    bool isSimulated = false;
+    /// The name under which somebody controls it; empty while it is free. Whatever that somebody has chosen:
+    /// not to be shown as it is.
+    std::string owner;
+
+    bool operator==(const FoundDevice&) const = default;
+};
+
+/// Hears of devices as they are found; must not throw.
+using FoundListener = std::function<void(const FoundDevice&)>;
 
 /// Where devices are: finds them, and makes the links to them. Handed in to whoever needs devices, and shared
 /// by them. Any thread.
@@ -17,9 +34,11 @@ class KES_EXPORT IKestoNetwork {
 public:
     virtual ~IKestoNetwork();
 
-    /// The addresses of all devices that answer, in ascending order. Blocks, a few seconds at most: never on
-    /// the GUI thread.
-    virtual std::vector<NetAddress> find() = 0;
+    /// Tells the listener of every device that answers, on the calling thread, in no certain order and each
+    /// address once. Blocks, a few seconds at most, so never on the GUI thread; returns soon when it is asked
+    /// to stop. Fails with a sentence for the user when there may be more devices than it was able to find;
+    /// being stopped is not a failure.
+    virtual Kes::Result find(const FoundListener& found, std::stop_token stop) = 0;
 
     /// A link to whatever has the address when it connects; with nothing there it fails to connect. Returns
     /// at once.

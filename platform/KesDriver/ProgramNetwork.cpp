@@ -3,23 +3,21 @@
 #include <KesDriver/net/TcpNetwork.h>
 #include <KesDriver/simulated/SimulatedNetwork.h>
 
-#include <algorithm>
-#include <iterator>
-
 namespace KesDriver {
 
 namespace {
 
 class ProgramNetwork : public IKestoNetwork {
 public:
-    std::vector<NetAddress> find() override
+    Kes::Result find(const FoundListener& found, std::stop_token stop) override
     {
-        const auto embedded = _embedded->find();
-        const auto others = _others.find();
-        std::vector<NetAddress> all;
-        std::set_union(embedded.begin(), embedded.end(), others.begin(), others.end(),
-                       std::back_inserter(all));
-        return all;
+        if (auto result = _embedded->find(found, stop); !result)
+            return result;
+        const auto tellOther = [&](const FoundDevice& device) {
+            if (!_embedded->get(device.address))
+                found(device);
+        };
+        return _others.find(tellOther, stop);
     }
 
     std::unique_ptr<IKestoLink> createLink(const NetAddress& address) override

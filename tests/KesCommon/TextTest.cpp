@@ -48,6 +48,18 @@ TEST(StringHelper, formatsTemplates)
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Kes::StringHelper::format - Error during formatting.");
 }
 
+TEST(StringHelper, showsForeignTextPlainly)
+{
+    using Kes::StringHelper::toPlainText;
+    EXPECT_EQ(toPlainText(" Анна & <b> ", 64), "Анна & <b>");
+    EXPECT_EQ(toPlainText("a\r\n\x1b[1m\x7f\u0085\u202e\u2066\ufeffb", 64), "a[1mb");
+    EXPECT_EQ(toPlainText("\xff\xc3", 64), "\ufffd\ufffd");
+    EXPECT_EQ(toPlainText(std::string("a\0b", 3), 64), "a\ufffdb");
+    EXPECT_EQ(toPlainText("ыыыы", 4), "ыыыы");
+    EXPECT_EQ(toPlainText(std::string(1000000, 'x'), 4), "xxx…");
+    EXPECT_EQ(toPlainText("\n", 4), "");
+}
+
 TEST(StringHelper, writesPointsInALocaleOfCommas)
 {
     const KesTest::TemporaryHome home;

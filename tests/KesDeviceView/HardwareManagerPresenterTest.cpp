@@ -1,10 +1,9 @@
+#include "SettingsWindowTest.h"
+
 #include "support/FakeKestoLink.h"
-#include "support/GuiTest.h"
 #include "support/NoThreads.h"
 
 #include <KesDevice/HardwareControl.h>
-#include <KesDevice/view/HardwareManagerPresenter.h>
-#include <KesDriver/simulated/SimulatedNetwork.h>
 
 #include <stdexcept>
 
@@ -12,94 +11,10 @@ namespace {
 
 using KesDevice::HardwareManager;
 using KesDevice::Kesto;
-using KesTest::findWidgets;
-using KesTest::isSeen;
+using KesTest::address;
 using KesTest::waitFor;
 
-Kesto::Address address(const std::string& text)
-{
-    return *Kesto::Address::parse(text);
-}
-
-/// Devices in the network while it lives.
-class NetworkDevices {
-public:
-    ~NetworkDevices()
-    {
-        for (const auto& text : _addresses)
-            KesDriver::SimulatedNetwork::getEmbedded()->remove(address(text));
-    }
-    KesDriver::SimulatedKesto& add(const std::string& text, KesDriver::KestoIdentifer identifer)
-    {
-        auto device = std::make_shared<KesDriver::SimulatedKesto>(identifer);
-        EXPECT_TRUE(KesDriver::SimulatedNetwork::getEmbedded()->add(address(text), device));
-        _addresses.push_back(text);
-        return *device;
-    }
-
-private:
-    std::vector<std::string> _addresses;
-};
-
-class HardwareManagerPresenterTest : public KesTest::GuiTest {
-protected:
-    HardwareManagerPresenterTest()
-    {
-        presenter->signalHardwareChanging.connect([this](std::unique_ptr<HardwareManager>& changed) {
-            ++confirmations;
-            confirmed = std::move(changed);
-        });
-    }
-
-    void open(bool local = true)
-    {
-        presenter->edit(nullptr, hardware.get(), local);
-        ASSERT_TRUE(content());
-        window = content()->get_toplevel();
-        ASSERT_TRUE(waitFor([this] { return dynamic_cast<Gtk::Window*>(window)->is_active(); }));
-    }
-    Gtk::Widget* content() { return dynamic_cast<Gtk::Widget*>(presenter->getView()); }
-
-    /// The seen widget of a type that assistive technology knows by the name.
-    template <typename T>
-    T* named(const std::string& name)
-    {
-        for (auto* widget : findWidgets<T>(*content()))
-            if (isSeen(*widget) && widget->get_accessible()->get_name() == name)
-                return widget;
-        return nullptr;
-    }
-    void click(const std::string& name)
-    {
-        auto* button = named<Gtk::Button>(name);
-        ASSERT_TRUE(button) << name;
-        ASSERT_TRUE(button->is_sensitive()) << name;
-        button->clicked();
-    }
-    Gtk::Entry& addressEntry() { return *named<Gtk::Entry>("Address of the device to add"); }
-    void add(const std::string& text)
-    {
-        addressEntry().set_text(text);
-        click("Add");
-    }
-    /// Whether the user can read the text somewhere in the window.
-    bool reads(const std::string& text)
-    {
-        for (auto* label : findWidgets<Gtk::Label>(*content()))
-            if (isSeen(*label) && label->get_text().raw().find(text) != std::string::npos)
-                return true;
-        return false;
-    }
-    void addHardware(const char* text) { ASSERT_TRUE(hardware->addKesto(address(text))); }
-
-    NetworkDevices network;
-    std::unique_ptr<HardwareManager> hardware = HardwareManager::create();
-    std::unique_ptr<HardwareManager> confirmed;
-    int confirmations = 0;
-    std::unique_ptr<KesDevice::HardwareManagerPresenter> presenter =
-        std::make_unique<KesDevice::HardwareManagerPresenter>();
-    Gtk::Widget* window = nullptr;
-};
+using HardwareManagerPresenterTest = KesTest::SettingsWindowTest;
 
 TEST_F(HardwareManagerPresenterTest, OkHandsOverWhatWasEdited)
 {
@@ -213,10 +128,11 @@ TEST_F(HardwareManagerPresenterTest, SearchListsWhatIsInTheNetwork)
     click("Search");
     EXPECT_TRUE(reads("Searching the network…"));
     ASSERT_TRUE(waitFor([this] { return reads("Found in the network:"); }));
+    EXPECT_TRUE(reads("KESTO-3 No. 00017, simulated"));
     EXPECT_FALSE(named<Gtk::Button>("Add 10.2.0.1"));
     click("Add 10.2.0.2");
     EXPECT_FALSE(named<Gtk::Button>("Add 10.2.0.2"));
-    EXPECT_TRUE(waitFor([this] { return reads("KESTO-5 No. 00042, simulated"); }));
+    EXPECT_TRUE(waitFor([this] { return count("KESTO-5 No. 00042, simulated") == 2; })) << "found, and asked";
 }
 
 TEST_F(HardwareManagerPresenterTest, IdentifiesWithoutHoldingUpTheWindow)

@@ -69,6 +69,21 @@ double getSkew(const Members& members, double speed)
 
 const OutputSequence sequence = {{amperes(1.0), 1h}};
 
+/// What is found until the search is asked to stop.
+std::vector<FoundDevice> find(IKestoNetwork& network, std::size_t most = 10)
+{
+    std::vector<FoundDevice> found;
+    std::stop_source stop;
+    EXPECT_TRUE(network.find(
+        [&](const FoundDevice& device) {
+            found.push_back(device);
+            if (found.size() == most)
+                stop.request_stop();
+        },
+        stop.get_token()));
+    return found;
+}
+
 TEST(SimulatedNetwork, DevicesComeAndGo)
 {
     SimulatedNetwork network;
@@ -81,11 +96,15 @@ TEST(SimulatedNetwork, DevicesComeAndGo)
     EXPECT_FALSE(network.add(makeAddress(2), std::make_shared<SimulatedKesto>(KestoIdentifer(3, 18))));
     EXPECT_TRUE(network.add(makeAddress(1), std::make_shared<SimulatedKesto>(KestoIdentifer(3, 18))));
     EXPECT_EQ(network.get(makeAddress(2)), device);
-    EXPECT_THAT(network.find(), ElementsAre(makeAddress(1), makeAddress(2)));
+    const FoundDevice first{makeAddress(1), {3, 18}, true, ""};
+    EXPECT_THAT(find(network), ElementsAre(first, FoundDevice{makeAddress(2), {3, 17}, true, ""}));
     device->setSilent(true);
-    EXPECT_THAT(network.find(), ElementsAre(makeAddress(1)));
+    EXPECT_THAT(find(network), ElementsAre(first));
     device->setSilent(false);
     EXPECT_TRUE(link->connect(connection));
+    EXPECT_THAT(find(network),
+                ElementsAre(first, FoundDevice{makeAddress(2), {3, 17}, true, "this program"}));
+    EXPECT_THAT(find(network, 1), ElementsAre(first)) << "asked to stop";
     network.remove(makeAddress(2));
     EXPECT_FALSE(network.get(makeAddress(2)));
     EXPECT_TRUE(link->stopOutputs());

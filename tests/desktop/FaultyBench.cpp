@@ -18,9 +18,12 @@ constexpr guint duration = 400; // milliseconds
 void forEachDevice(const std::function<void(KesDriver::SimulatedKesto&)>& action)
 {
     const auto network = KesDriver::SimulatedNetwork::getEmbedded();
-    for (const auto& address : network->find())
-        if (const auto device = network->get(address))
-            action(*device);
+    (void)network->find(
+        [&](const KesDriver::FoundDevice& found) {
+            if (const auto device = network->get(found.address))
+                action(*device);
+        },
+        {});
 }
 
 gboolean endFaults(gpointer)

@@ -36,4 +36,12 @@ bool BackgroundJobs::run(const std::string& threadName, std::weak_ptr<Kes::Lifet
     return true;
 }
 
+void BackgroundJobs::report(std::weak_ptr<Kes::LifetimeToken> owner, std::function<void()> function) const
+{
+    _guard->safeBeginUpdateView([owner = std::move(owner), function = std::move(function)] {
+        if (owner.lock())
+            function();
+    });
+}
+
 } // namespace KesDevice

@@ -27,6 +27,10 @@ public:
     /// and dies on the GUI thread. False, and neither is run, when the system has no thread to give.
     [[nodiscard]] bool run(const std::string& threadName, std::weak_ptr<Kes::LifetimeToken> owner, Work work);
 
+    /// From inside the work: queues the function for the GUI thread, where it is run unless the owner has
+    /// died meanwhile. It comes before the work's completion.
+    void report(std::weak_ptr<Kes::LifetimeToken> owner, std::function<void()> function) const;
+
     /// How many jobs are not completed yet.
     std::size_t size() const { return _workers.size(); }
 

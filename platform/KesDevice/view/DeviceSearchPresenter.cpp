@@ -1,11 +1,23 @@
 #include <KesDevice/view/DeviceSearchPresenter.h>
 
+#include <KesCommon/ObjectErrorHelper.h>
+#include <KesCommon/StringHelper.h>
 #include <KesDevice/view/DeviceSearchView.h>
+#include <KesDevice/view/detail/DeviceDescription.h>
 #include <KesDevice/view/detail/DeviceViewText.h>
 
+#include <glibmm/main.h>
+
+#include <iterator>
 #include <utility>
 
 namespace KesDevice {
+
+namespace {
+
+constexpr std::size_t mostFound = 256;
+
+} // namespace
 
 DeviceSearchPresenter::DeviceSearchPresenter(HardwareDraft& draft, DeviceIdentification& identification,
                                              BackgroundJobs& jobs)
@@ -19,7 +31,11 @@ DeviceSearchPresenter::DeviceSearchPresenter(HardwareDraft& draft, DeviceIdentif
     _showSearch();
 }
 
-DeviceSearchPresenter::~DeviceSearchPresenter() = default;
+DeviceSearchPresenter::~DeviceSearchPresenter()
+{
+    _stop.request_stop();
+    _showing.disconnect();
+}
 
 bool DeviceSearchPresenter::addPending()
 {
@@ -54,32 +70,58 @@ void DeviceSearchPresenter::_onAdd()
 
 void DeviceSearchPresenter::_onAddFound(std::size_t index)
 {
-    if (index >= _found.size() || _draft.contains(_found[index]))
+    if (index >= _found.size())
         return;
-    (void)_draft.add(_found[index].to_string());
-    _identification.identify(_found[index]);
+    const auto address = std::next(_found.begin(), static_cast<std::ptrdiff_t>(index))->first;
+    if (_draft.add(address.to_string()))
+        _identification.identify(address);
 }
 
 void DeviceSearchPresenter::_onSearch()
 {
     if (std::exchange(_isSearching, true))
         return;
+    _found.clear();
+    _isCut = false;
+    _problem.clear();
     _status = "Search.running";
-    const bool isBegun = _jobs.run("KesSearch", _token, [this, network = _draft.getNetwork()] {
-        return [this, found = network->find()] { _onFound(found); };
-    });
-    if (!isBegun) {
+    auto work = [this, &jobs = _jobs, owner = std::weak_ptr(_token), network = _draft.getNetwork(),
+                 stop = _stop.get_token()] {
+        // The presenter may have died: only the GUI thread may look at it.
+        const auto tell = [&](const KesDriver::FoundDevice& found) {
+            jobs.report(owner, [this, found] { _onFound(found); });
+        };
+        return [this, result = network->find(tell, stop)] { _onSearched(result); };
+    };
+    if (!_jobs.run("KesSearch", _token, std::move(work))) {
         _isSearching = false;
         _status = "Jobs.refused";
     }
     _showSearch();
 }
 
-void DeviceSearchPresenter::_onFound(std::vector<Kesto::Address> found)
+void DeviceSearchPresenter::_onFound(const KesDriver::FoundDevice& found)
 {
-    _found = std::move(found);
+    if (_found.size() == mostFound && !_found.contains(found.address)) {
+        _isCut = true;
+        return;
+    }
+    _found[found.address] = found;
+    // Many at once are shown at once: a row takes its time.
+    if (!_showing.connected())
+        _showing = Glib::signal_idle().connect(
+            sigc::bind_return(sigc::mem_fun(*this, &DeviceSearchPresenter::_showSearch), false));
+}
+
+void DeviceSearchPresenter::_onSearched(const Kes::Result& result)
+{
     _isSearching = false;
     _status = _found.empty() ? "Search.nothing" : "Search.found";
+    if (!result)
+        _problem = Kes::ObjectErrorHelper::toDisplayString({result.getError()});
+    else if (_isCut)
+        _problem =
+            Kes::StringHelper::format(lng::DeviceView::get("Search.tooMany"), std::to_string(mostFound));
     _showSearch();
 }
 
@@ -87,8 +129,10 @@ void DeviceSearchPresenter::_showSearch()
 {
     DeviceSearchState state;
     state.isRunning = _isSearching;
-    for (const auto& address : _found)
-        state.found.push_back({address.to_string(), _draft.contains(address)});
+    state.problem = _problem;
+    for (const auto& [address, found] : _found)
+        state.found.push_back({address.to_string(), describeDevice(found.identifer, found.isSimulated),
+                               describeUse(found.owner), _draft.contains(address)});
     if (!_status.empty())
         state.status = lng::DeviceView::get(_status);
     _view->setSearch(state);

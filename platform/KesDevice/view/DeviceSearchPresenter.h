@@ -5,14 +5,17 @@
 #include <KesDevice/view/DeviceIdentification.h>
 #include <KesDevice/view/HardwareDraft.h>
 #include <KesDevice/view/IDeviceSearchView.h>
+#include <KesDriver/IKestoNetwork.h>
 
+#include <map>
 #include <memory>
-#include <vector>
+#include <stop_token>
+#include <string>
 
 namespace KesDevice {
 
 /// Adds devices to a draft, by address or from a search in the network, and has them identified. GUI thread;
-/// the search runs on a thread of its own.
+/// the search runs on a thread of its own, and ends when the presenter dies.
 class KES_EXPORT DeviceSearchPresenter : public Kes::IPresenter, public sigc::trackable {
 public:
     DeviceSearchPresenter(HardwareDraft& draft, DeviceIdentification& identification, BackgroundJobs& jobs);
@@ -28,7 +31,8 @@ private:
     void _onAdd();
     void _onAddFound(std::size_t index);
     void _onSearch();
-    void _onFound(std::vector<Kesto::Address> found);
+    void _onFound(const KesDriver::FoundDevice& found);
+    void _onSearched(const Kes::Result& result);
     void _showSearch();
     bool _add(const std::string& address);
 
@@ -36,10 +40,15 @@ private:
     DeviceIdentification& _identification;
     BackgroundJobs& _jobs;
     std::unique_ptr<IDeviceSearchView> _view;
-    std::vector<Kesto::Address> _found;
+    std::map<Kesto::Address, KesDriver::FoundDevice> _found;
+    /// There are more than can be shown.
+    bool _isCut = false;
+    sigc::connection _showing;
     bool _isSearching = false;
     /// The key of the text about the search; empty before the first one.
     std::string _status;
+    std::string _problem;
+    std::stop_source _stop;
     std::shared_ptr<Kes::LifetimeToken> _token = std::make_shared<Kes::LifetimeToken>();
 };
 

@@ -4,11 +4,13 @@
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesDevice/view/detail/DeviceViewText.h>
 
+#include <utility>
+
 namespace KesDevice {
 
 using lng::DeviceView::get;
 
-/// One address that was found, with the command that adds it.
+/// One device that was found, with the command that adds it.
 class DeviceSearchView::FoundRow : public Gtk::Box {
 public:
     FoundRow()
@@ -17,19 +19,33 @@ public:
         get_style_context()->add_class("kes-found-row");
         _address.set_xalign(0.0F);
         _address.set_width_chars(16);
-        _taken.get_style_context()->add_class("dim-label");
+        for (auto* label : {&_identity, &_use})
+            wrapText(*label, 8, 44);
+        for (auto* label : {&_use, &_taken})
+            label->get_style_context()->add_class("dim-label");
+        _use.set_no_show_all(true);
+        _about.set_valign(Gtk::ALIGN_CENTER);
+        _about.pack_start(_identity, Gtk::PACK_SHRINK);
+        _about.pack_start(_use, Gtk::PACK_SHRINK);
         _taken.set_no_show_all(true);
         add.set_no_show_all(true);
+        add.set_valign(Gtk::ALIGN_CENTER);
         pack_start(_address, Gtk::PACK_SHRINK);
-        pack_start(add, Gtk::PACK_SHRINK);
+        pack_start(_about, Gtk::PACK_EXPAND_WIDGET);
         pack_start(_taken, Gtk::PACK_SHRINK);
+        pack_start(add, Gtk::PACK_SHRINK);
         show_all();
         set_no_show_all(true);
     }
 
     void setFound(const DeviceSearchState::Found& found)
     {
+        if (std::exchange(_shown, found) == found)
+            return;
         _address.set_text(found.address);
+        _identity.set_text(found.identity);
+        _use.set_text(found.use);
+        _use.set_visible(!found.use.empty());
         add.set_visible(!found.isTaken);
         _taken.set_visible(found.isTaken);
         Kes::GtkWidgetHelper::setAccessibleName(
@@ -40,6 +56,10 @@ public:
 
 private:
     Gtk::Label _address;
+    DeviceSearchState::Found _shown;
+    Gtk::Box _about{Gtk::ORIENTATION_VERTICAL};
+    Gtk::Label _identity;
+    Gtk::Label _use;
     Gtk::Label _taken;
 };
 
@@ -95,6 +115,7 @@ void DeviceSearchView::_buildSearch()
     Kes::GtkWidgetHelper::setAccessibleName(_foundList, get("Search.found"));
     pack_start(_statusLine, Gtk::PACK_SHRINK);
     pack_start(_foundList, Gtk::PACK_SHRINK);
+    pack_start(_incomplete, Gtk::PACK_SHRINK);
 }
 
 std::string DeviceSearchView::getAddress() const
@@ -125,6 +146,7 @@ void DeviceSearchView::setSearch(const DeviceSearchState& state)
     _spinner.property_active() = state.isRunning;
     _status.set_text(state.status);
     _statusLine.set_visible(!state.status.empty());
+    _incomplete.setText(state.problem);
     while (_found.size() < state.found.size()) {
         auto& row = *_found.emplace_back(std::make_unique<FoundRow>());
         row.add.signal_clicked().connect(sigc::bind(signalAddFound.make_slot(), _found.size() - 1));

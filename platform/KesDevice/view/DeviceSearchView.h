@@ -39,6 +39,7 @@ private:
     Gtk::Box _statusLine;
     Gtk::Spinner _spinner;
     Gtk::Label _status;
+    ProblemLine _incomplete;
     Gtk::Box _foundList;
     /// Those beyond what was found are hidden.
     std::vector<std::unique_ptr<FoundRow>> _found;

@@ -48,6 +48,8 @@ void wrapText(Gtk::Label& label, int narrowest, int widest)
 {
     label.set_xalign(0.0F);
     label.set_line_wrap(true);
+    // A word that somebody else has chosen may be as long as the text.
+    label.set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
     label.set_width_chars(narrowest);
     label.set_max_width_chars(widest);
 }

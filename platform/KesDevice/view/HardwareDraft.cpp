@@ -3,6 +3,7 @@
 #include <KesCommon/NumberText.h>
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
+#include <KesDevice/view/detail/DeviceDescription.h>
 #include <KesDevice/view/detail/DeviceViewText.h>
 #include <KesDriver/OutputCheck.h>
 
@@ -143,8 +144,7 @@ void HardwareDraft::setAsking(const Kesto::Address& address)
 void HardwareDraft::setIdentifer(const Kesto::Address& address, const KesDriver::KestoIdentifer& identifer,
                                  bool isSimulated)
 {
-    const auto name = identifer.toDisplayString();
-    _setIdentity(address, IdentityState::Known, isSimulated ? format(get("Identity.simulated"), name) : name);
+    _setIdentity(address, IdentityState::Known, describeDevice(identifer, isSimulated));
 }
 
 void HardwareDraft::setIdentityError(const Kesto::Address& address, const std::string& error)

@@ -1,5 +1,6 @@
 #include <KesDriver/net/TcpNetwork.h>
 
+#include <KesDriver/net/ServiceSearch.h>
 #include <KesDriver/net/StreamLink.h>
 
 #include <netinet/in.h>
@@ -44,9 +45,9 @@ StreamPointer connect(const NetAddress& address, std::uint16_t port, GCancellabl
 
 } // namespace
 
-std::vector<NetAddress> TcpNetwork::find()
+Kes::Result TcpNetwork::find(const FoundListener& found, std::stop_token stop)
 {
-    return {};
+    return ServiceSearch(_port).find(found, stop);
 }
 
 std::unique_ptr<IKestoLink> TcpNetwork::createLink(const NetAddress& address)

@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 namespace KesDriver {
 
@@ -17,7 +16,8 @@ public:
     /// All devices are expected at the same port.
     explicit TcpNetwork(std::uint16_t port = kestoPort) : _port(port) {}
 
-    std::vector<NetAddress> find() override;
+    /// Those that announce themselves, see `ServiceSearch`.
+    Kes::Result find(const FoundListener& found, std::stop_token stop) override;
     /// An attempt to connect gives up after a second when nobody takes the connection.
     std::unique_ptr<IKestoLink> createLink(const NetAddress& address) override;
 

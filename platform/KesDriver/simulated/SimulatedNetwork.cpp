@@ -1,5 +1,6 @@
 #include <KesDriver/simulated/SimulatedNetwork.h>
 
+#include <KesDriver/DriverText.h>
 #include <KesDriver/EmbeddedNetwork.h>
 #include <KesDriver/simulated/detail/SimulatedLink.h>
 
@@ -7,6 +8,7 @@
 #include <map>
 #include <mutex>
 #include <utility>
+#include <vector>
 
 namespace KesDriver {
 
@@ -44,12 +46,19 @@ struct SimulatedNetwork::Impl {
         const auto found = devices.find(address);
         return found == devices.end() ? nullptr : found->second->_host;
     }
+    std::vector<std::pair<NetAddress, Host>> getPlaces() const
+    {
+        std::vector<std::pair<NetAddress, Host>> places;
+        std::lock_guard lock(mutex);
+        for (const auto& [address, device] : devices)
+            places.emplace_back(address, device->_host);
+        return places;
+    }
     std::vector<Host> getHosts() const
     {
         std::vector<Host> hosts;
-        std::lock_guard lock(mutex);
-        for (const auto& [address, device] : devices)
-            hosts.push_back(device->_host);
+        for (auto& [address, host] : getPlaces())
+            hosts.push_back(std::move(host));
         return hosts;
     }
     /// The one so far.
@@ -104,14 +113,16 @@ std::shared_ptr<SimulatedKesto> SimulatedNetwork::get(const NetAddress& address)
     return found == _impl->devices.end() ? nullptr : found->second;
 }
 
-std::vector<NetAddress> SimulatedNetwork::find()
+Kes::Result SimulatedNetwork::find(const FoundListener& found, std::stop_token stop)
 {
-    std::vector<NetAddress> addresses;
-    std::lock_guard lock(_impl->mutex);
-    for (const auto& [address, device] : _impl->devices)
-        if (device->_host->isReachable())
-            addresses.push_back(address);
-    return addresses;
+    for (const auto& [address, host] : _impl->getPlaces()) {
+        if (stop.stop_requested())
+            break;
+        if (host->isReachable())
+            found({address, host->getIdentity().identifer, true,
+                   host->isConnected() ? lng::Driver::get("Link.thisProgram") : ""});
+    }
+    return true;
 }
 
 std::unique_ptr<IKestoLink> SimulatedNetwork::createLink(const NetAddress& address)

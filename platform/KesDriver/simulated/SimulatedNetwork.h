@@ -5,7 +5,6 @@
 #include <KesDriver/simulated/SimulatedKesto.h>
 
 #include <memory>
-#include <vector>
 
 namespace KesDriver {
 
@@ -24,8 +23,9 @@ public:
     /// Null when no device has the address.
     std::shared_ptr<SimulatedKesto> get(const NetAddress& address) const;
 
-    /// Without the devices that are told not to answer.
-    std::vector<NetAddress> find() override;
+    /// Without the devices that are told not to answer; in ascending order, and always complete. A device
+    /// with a connection is in use by "this program".
+    Kes::Result find(const FoundListener& found, std::stop_token stop) override;
     /// The link finds nothing any more when the network has gone.
     std::unique_ptr<IKestoLink> createLink(const NetAddress& address) override;
 

@@ -54,6 +54,10 @@ constexpr Kes::TextTable table({
     {"Search.found", "Found in the network:", "Найдено в сети:"},
     {"Search.nothing", "No devices were found in the network.", "В сети устройств не найдено."},
 
+    {"Search.inUse", "in use by %s", "занято: %s"},
+    {"Search.tooMany", "There are more devices in the network; only %s are shown.",
+     "В сети есть и другие устройства; показаны только %s."},
+
     {"Sync.title", "Synchronisation", "Синхронизация"},
     {"Sync.mode", "Mode:", "Режим:"},
     {"Sync.modeName", "Synchronisation mode", "Режим синхронизации"},

@@ -7,10 +7,9 @@
 #include <KesDriver/DriverText.h>
 #include <KesDriver/net/FieldText.h>
 #include <KesDriver/net/ValueText.h>
+#include <KesDriver/net/detail/DeviceOwner.h>
 #include <KesDriver/net/detail/ReportQueue.h>
 #include <KesDriver/net/detail/StreamConnection.h>
-
-#include <glibmm/ustring.h>
 
 #include <charconv>
 #include <limits>
@@ -36,31 +35,14 @@ std::string getProgram()
 
 std::string shorten(const std::string& text)
 {
-    constexpr std::size_t longest = 100;
-    return Glib::ustring(text).substr(0, longest).raw();
+    constexpr std::size_t longest = 64;
+    return Kes::StringHelper::toPlainText(text, longest);
 }
 
 /// The number before the point.
 std::string getMajor(const std::string& version)
 {
     return version.substr(0, version.find('.'));
-}
-
-struct Owner {
-    std::string name;
-    std::string address;
-};
-
-bool readOwner(const std::string& field, Owner& owner)
-{
-    const auto parts = FieldText::split(field, ',', 2);
-    if (!parts || parts->size() != 2)
-        return false;
-    const auto name = FieldText::unquote(parts->front());
-    const auto address = FieldText::unquote(parts->back());
-    if (name && address)
-        owner = {shorten(*name), shorten(*address)};
-    return name && address;
 }
 
 } // namespace
@@ -143,15 +125,18 @@ Kes::Result StreamLink::_takeControl(StreamConnection& connection)
             return true;
         if (answer->code != static_cast<int>(RefusalCode::CommandProtected))
             return _describeRefusal(connection, *answer);
-        Owner owner;
-        auto result = _ask(connection, ":SYST:CONT:OWN?", 1,
-                           [&](const Fields& fields) { return readOwner(fields[0], owner); });
+        std::optional<DeviceOwner> owner;
+        auto result = _ask(connection, ":SYST:CONT:OWN?", 1, [&](const Fields& fields) {
+            owner = readOwner(fields[0]);
+            return owner.has_value();
+        });
         if (!result)
             return result;
-        const bool mayEnd = owner.name == controller || owner.name.empty();
+        const bool mayEnd = owner->name == controller || owner->name.empty();
         if (!mayEnd || std::chrono::steady_clock::now() >= end)
-            return owner.name.empty() ? failure("Link.inUse", _getName())
-                                      : failure("Link.inUseBy", _getName(), owner.name, owner.address);
+            return owner->name.empty()
+                       ? failure("Link.inUse", _getName())
+                       : failure("Link.inUseBy", _getName(), shorten(owner->name), shorten(owner->address));
         std::this_thread::sleep_for(betweenTries);
     }
 }

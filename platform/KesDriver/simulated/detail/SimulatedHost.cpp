@@ -54,6 +54,12 @@ bool SimulatedHost::isReachable() const
     return !_stopping && _isReachable();
 }
 
+bool SimulatedHost::isConnected() const
+{
+    std::lock_guard lock(_mutex);
+    return _connected != nullptr;
+}
+
 // The device's own thread
 
 void SimulatedHost::_run()

@@ -36,6 +36,8 @@ public:
     const KestoIdentity& getIdentity() const { return _device.getIdentity(); }
     /// Whether somebody who asks would get an answer.
     bool isReachable() const;
+    /// Whether a link is connected, or just connecting.
+    bool isConnected() const;
 
     // For links.
 

@@ -1,0 +1,7 @@
+#include <KesDriver/net/IServiceBrowser.h>
+
+namespace KesDriver {
+
+IServiceBrowser::~IServiceBrowser() = default;
+
+} // namespace KesDriver

@@ -1,0 +1,148 @@
+#include "AvahiBench.h"
+
+#include <KesCommon/Log.h>
+#include <KesDriver/net/ServiceAnnouncement.h>
+#include <KesDriver/net/ServiceSearch.h>
+#include <KesDriver/net/TcpNetwork.h>
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+using namespace KesDriver;
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::UnorderedElementsAre;
+
+// Nobody else answers there.
+const NetAddress first({127, 77, 3, 21}), second({127, 77, 3, 22});
+const KestoIdentity identity{{3, 17}, "2.4.1", ""};
+
+FoundDevice device(const NetAddress& address)
+{
+    return {address, identity.identifer, true, ""};
+}
+
+ServiceAnnouncement announce(const NetAddress& address)
+{
+    return {address, kestoPort, identity, true};
+}
+
+class AvahiTest : public testing::Test {
+protected:
+    static void SetUpTestSuite() { bench = std::make_unique<KesTest::AvahiBench>(); }
+    static void TearDownTestSuite() { bench.reset(); }
+
+    AvahiTest()
+    {
+        observer = KesLog::Log::setObserver([this](KesLog::Log::Level, const std::string& text) {
+            std::lock_guard lock(mutex);
+            log += text + '\n';
+        });
+    }
+    ~AvahiTest() override { KesLog::Log::setObserver(observer); }
+    void SetUp() override
+    {
+        if (const auto reason = bench->start(); !reason.empty())
+            GTEST_SKIP() << reason;
+    }
+
+    /// Searches until so many are found, again and again for a while.
+    std::vector<FoundDevice> find(std::size_t count)
+    {
+        std::vector<FoundDevice> found;
+        const auto end = std::chrono::steady_clock::now() + 15s;
+        while (found.size() < count && std::chrono::steady_clock::now() < end) {
+            found.clear();
+            std::stop_source stop;
+            result = ServiceSearch(kestoPort).find(
+                [&](const FoundDevice& one) {
+                    found.push_back(one);
+                    if (found.size() == count)
+                        stop.request_stop();
+                },
+                stop.get_token());
+        }
+        return found;
+    }
+    std::string getLog()
+    {
+        std::lock_guard lock(mutex);
+        return log;
+    }
+
+    static std::unique_ptr<KesTest::AvahiBench> bench;
+    Kes::Result result = false;
+    std::mutex mutex;
+    std::string log;
+    KesLog::Log::Observer observer;
+};
+
+std::unique_ptr<KesTest::AvahiBench> AvahiTest::bench;
+
+TEST_F(AvahiTest, AnAnnouncedDeviceIsSeenAndFoundUntilItGoes)
+{
+    {
+        const auto announced = announce(first);
+        EXPECT_THAT(find(1), UnorderedElementsAre(device(first)));
+        EXPECT_TRUE(result);
+        const auto seen = KesTest::AvahiBench::browse();
+        EXPECT_THAT(
+            seen,
+            HasSubstr("KESTO-3\\03200017;_scpi-raw._tcp;local;kesto-127-77-3-21.local;127.77.3.21;5025;"));
+        for (const char* entry : {"\"Manufacturer=KES\"", "\"Model=KESTO-3\"", "\"SerialNumber=00017\"",
+                                  "\"FirmwareVersion=2.4.1\"", "\"Simulated=1\""})
+            EXPECT_THAT(seen, HasSubstr(entry));
+    }
+    // Caches forget it after a second.
+    std::string seen = "kesto";
+    for (int i = 0; i < 20 && seen.find("kesto") != std::string::npos; ++i)
+        seen = KesTest::AvahiBench::browse();
+    EXPECT_THAT(seen, Not(HasSubstr("kesto")));
+}
+
+TEST_F(AvahiTest, DevicesOfOneNameAreRenamed)
+{
+    const auto announced = announce(first);
+    const auto same = announce(second);
+    EXPECT_THAT(find(2), UnorderedElementsAre(device(first), device(second)));
+    const auto seen = KesTest::AvahiBench::browse();
+    EXPECT_THAT(seen, HasSubstr("KESTO-3\\03200017;"));
+    EXPECT_THAT(seen, HasSubstr("KESTO-3\\03200017\\032\\0352;")) << "#2";
+}
+
+TEST_F(AvahiTest, LivesWithoutAServiceAndGoesOnWithANewOne)
+{
+    const std::function<void()> ends[] = {[] { bench->stop(); }, [] { bench->stopWithBus(); }};
+    for (const auto& end : ends) {
+        end();
+        const auto begin = std::chrono::steady_clock::now();
+        std::vector<FoundDevice> found;
+        result = ServiceSearch(kestoPort).find([&](const FoundDevice& one) { found.push_back(one); }, {});
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
+        ASSERT_FALSE(result);
+        EXPECT_THAT(result.getError()->getMessage(),
+                    HasSubstr("devices can still be entered by their address."));
+        EXPECT_THAT(found, IsEmpty());
+    }
+    const auto early = announce(first);
+    for (int i = 0; i < 100 && getLog().find("is not announced") == std::string::npos; ++i)
+        std::this_thread::sleep_for(20ms);
+    EXPECT_THAT(getLog(), HasSubstr("127.77.3.21 is not announced in the network: "));
+    for (const auto& end : ends) {
+        ASSERT_EQ(bench->start(), "");
+        EXPECT_THAT(find(1), UnorderedElementsAre(device(first)));
+        end();
+    }
+    ASSERT_EQ(bench->start(), "");
+    EXPECT_THAT(find(1), UnorderedElementsAre(device(first)));
+}
+
+} // namespace
