@@ -34,6 +34,7 @@ public:
         _add("serial", "number.value", serial);
         _add("speed", "number.value", speed);
         _add("wire", "wire.value", wire);
+        _add("announce", announce);
         _add("log", log);
         _add("version", version);
     }
@@ -44,6 +45,7 @@ public:
     Glib::ustring serial;
     Glib::ustring speed;
     Glib::ustring wire;
+    bool announce = false;
     bool log = false;
     bool version = false;
 
@@ -128,6 +130,7 @@ SimulatorOptions convert(const Texts& texts)
     readRelay(texts.wire.raw(), options);
     if (options.devices - 1 > 255U - options.address.getBytes().back())
         throw Refused("devices", texts.devices.raw());
+    options.announce = texts.announce;
     options.log = texts.log;
     options.version = texts.version;
     return options;

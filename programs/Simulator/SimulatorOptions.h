@@ -28,6 +28,8 @@ struct SimulatorOptions {
     /// Of the relay at each device; empty for none.
     std::string relayKind;
     std::vector<std::string> relaySettings;
+    /// Let searches in the local network find the devices.
+    bool announce = false;
     bool log = false;
     bool version = false;
 };

@@ -20,6 +20,8 @@ constexpr Kes::TextTable table({
     {"wire", "A relay at each device, such as overcurrent:pickup=1.2,tms=0.1",
      "Реле у каждого устройства, например overcurrent:pickup=1.2,tms=0.1"},
     {"wire.value", "KIND[:SETTINGS]", "ВИД[:УСТАВКИ]"},
+    {"announce", "Announce the devices in the local network (DNS-SD), so that searches find them",
+     "Объявить устройства в локальной сети (DNS-SD), чтобы их находил поиск"},
     {"log", "Write what is received and answered to standard error",
      "Выводить в стандартный поток ошибок принятое и отвеченное"},
     {"version", "Tell the version", "Сообщить версию"},

@@ -6,6 +6,7 @@
 #include <KesCommon/Language.h>
 #include <KesCommon/ObjectError.h>
 #include <KesCommon/StringHelper.h>
+#include <KesDriver/net/ServiceAnnouncement.h>
 #include <KesDriver/simulated/relays/RelayCatalog.h>
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
@@ -17,8 +18,14 @@ namespace {
 
 using KesDriver::DeviceServer;
 using KesDriver::NetAddress;
+using KesDriver::ServiceAnnouncement;
 using KesDriver::SimulatedKesto;
-using Servers = std::vector<std::unique_ptr<DeviceServer>>;
+
+/// What stands on the bench; the announcements end first.
+struct Bench {
+    std::vector<std::unique_ptr<DeviceServer>> servers;
+    std::vector<std::unique_ptr<ServiceAnnouncement>> announcements;
+};
 
 enum ExitCode { Success = 0, CannotListen = 1, WrongOptions = 2 };
 
@@ -70,14 +77,14 @@ Kes::Result makeDevice(const Simulator::SimulatorOptions& options, unsigned inde
 }
 
 /// Says where it listens, for people and for programs that start this one.
-void announce(const KesDriver::KestoIdentifer& device, const std::string& address, unsigned port)
+void tellPlace(const KesDriver::KestoIdentifer& device, const std::string& address, unsigned port)
 {
     std::printf("%s %05u %s:%u\n", device.getTypeName().c_str(), device.getSerialNumber(), address.c_str(),
                 port);
     std::fflush(stdout);
 }
 
-int serve(const Simulator::SimulatorOptions& options, Servers& servers)
+int serve(const Simulator::SimulatorOptions& options, Bench& bench)
 {
     for (unsigned index = 0; index < options.devices; ++index) {
         std::shared_ptr<SimulatedKesto> device;
@@ -85,14 +92,17 @@ int serve(const Simulator::SimulatorOptions& options, Servers& servers)
             tell(result.getError()->getMessage());
             return WrongOptions;
         }
-        const auto address = getAddress(options.address, index).to_string();
-        servers.push_back(
+        const auto address = getAddress(options.address, index);
+        auto& server = *bench.servers.emplace_back(
             std::make_unique<DeviceServer>(device, options.log ? makeLog() : DeviceServer::Log()));
-        if (const auto result = servers.back()->listen(address, options.port); !result) {
+        if (const auto result = server.listen(address.to_string(), options.port); !result) {
             tell(result.getError()->getMessage());
             return CannotListen;
         }
-        announce(device->getIdentifer(), address, servers.back()->getPort());
+        if (options.announce)
+            bench.announcements.push_back(std::make_unique<ServiceAnnouncement>(address, server.getPort(),
+                                                                                device->getIdentity(), true));
+        tellPlace(device->getIdentifer(), address.to_string(), server.getPort());
     }
     return Success;
 }
@@ -116,8 +126,8 @@ int main(int argc, char** argv)
     const auto signals = blockEndSignals();
     // From here on it talks to programs.
     lng::language = lng::English;
-    Servers servers;
-    const int code = serve(options, servers);
+    Bench bench;
+    const int code = serve(options, bench);
     int signal = 0;
     if (code == Success)
         sigwait(&signals, &signal);
