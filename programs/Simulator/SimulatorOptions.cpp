@@ -131,6 +131,9 @@ SimulatorOptions convert(const Texts& texts)
     if (options.devices - 1 > 255U - options.address.getBytes().back())
         throw Refused("devices", texts.devices.raw());
     options.announce = texts.announce;
+    // Nobody could connect to it.
+    if (options.announce && options.address == KesDriver::NetAddress())
+        throw Refused("announce", options.address.to_string());
     options.log = texts.log;
     options.version = texts.version;
     return options;
