@@ -135,11 +135,11 @@ def devices(studio):
         find(window, "label", studio.setting("Search.found"))
         find(window, "push button", studio.setting("Devices.identifyOf").replace("%s", "127.0.0.1")).act()
         wait("its identity", lambda: not window.look("label", studio.setting("Identity.unknown")))
-        for device in ("192.168.1.20", "192.168.1.21"):
+        for device in ("127.0.0.20", "127.0.0.21"):
             fill(address, device)
             press("Return")
             find(window, "label", device)
-        click(find(window, "check box", studio.setting("Devices.auxDCOf").replace("%s", "192.168.1.20")))
+        click(find(window, "check box", studio.setting("Devices.auxDCOf").replace("%s", "127.0.0.20")))
         mode = find(window, "combo box", studio.setting("Sync.modeName"))
         find(mode, "menu item", texts.DEVICES.get("Sync.PTP.name", studio.language), hidden=True).act()
         wait("the answers of the devices", lambda: not window.look("label", studio.setting("Identity.asking")), 30)
