@@ -13,8 +13,8 @@ namespace KesDevice {
 ///
 /// In embedded mode (the program runs inside another one that lends its devices) the embedded
 /// configuration stands in for the global one. The first global configuration is the one that was kept last,
-/// or else one with a single device, the one at 127.0.0.1. In the embedded network that is a simulated one
-/// which exists in every process; in a network of the program's own, whatever serves on the same computer.
+/// or else one with a single device, the one at 127.0.0.1. Without a network of the program's own that is a
+/// simulated one which exists in every process; in one, whatever serves on the same computer.
 ///
 /// A configuration that is replaced refuses from then on to begin anything, and is switched off and
 /// disconnected on a thread of its own; it is destroyed there when nobody shares it any more. Whoever
@@ -31,7 +31,7 @@ public:
     /// it while others may replace it.
     static std::shared_ptr<HardwareManager> share();
 
-    /// Where new configurations find their devices: the embedded network at first.
+    /// Where new configurations find their devices: `KesDriver::getProgramNetwork()` at first.
     static std::shared_ptr<KesDriver::IKestoNetwork> getNetwork();
     /// At the beginning of a program, before the first configuration is asked for. Null is ignored.
     static void setNetwork(std::shared_ptr<KesDriver::IKestoNetwork> network);

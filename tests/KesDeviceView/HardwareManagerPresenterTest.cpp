@@ -224,7 +224,7 @@ TEST_F(HardwareManagerPresenterTest, IdentifiesWithoutHoldingUpTheWindow)
     auto& device = network.add("10.2.0.1", {3, 17});
     device.setAnswerDelay(std::chrono::milliseconds(50));
     addHardware("10.2.0.1");
-    addHardware("10.2.0.9");
+    addHardware("127.8.5.9");
     open();
     EXPECT_TRUE(reads("Not identified yet"));
     click("Identify 10.2.0.1");
@@ -233,7 +233,7 @@ TEST_F(HardwareManagerPresenterTest, IdentifiesWithoutHoldingUpTheWindow)
     // The answer finds its device wherever it has been moved.
     click("Move 10.2.0.1 down");
     ASSERT_TRUE(waitFor([this] { return reads("KESTO-3 No. 00017, simulated"); }));
-    click("Identify 10.2.0.9");
+    click("Identify 127.8.5.9");
     ASSERT_TRUE(waitFor([this] { return reads("there is no device at this address"); }));
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <KesCommon/Export.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -25,6 +27,7 @@ struct Answer {
 std::string writeQuestion(const std::string& commands, QuestionNumber number);
 
 /// Nothing when the line is not the answer to this question with so many queries.
-std::optional<Answer> readAnswer(std::string_view line, QuestionNumber number, std::size_t queries);
+KES_EXPORT std::optional<Answer> readAnswer(std::string_view line, QuestionNumber number,
+                                            std::size_t queries);
 
 } // namespace KesDriver

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KesCommon/Export.h>
 #include <KesDriver/net/ValueText.h>
 
 #include <cstdint>
@@ -12,7 +13,7 @@ namespace KesDriver {
 /// Sees to it that the events of one connection come without a gap, once each and in the order of the
 /// device's clock. After a gap it asks once for what is missing, and holds back what follows. Not
 /// synchronised.
-class EventOrder {
+class KES_EXPORT EventOrder {
 public:
     using Record = ValueText::EventRecord;
     struct Gap {
