@@ -1,7 +1,12 @@
 #include <Overcurrent/model/OvercurrentModel.h>
 
-#include <KesDriver/simulated/SimulatedNetwork.h>
+#include <Overcurrent/bench/SimulatedBench.h>
 
+#include <KesDriver/net/TcpNetwork.h>
+#include <KesDriver/simulated/SimulatedNetwork.h>
+#include <KesDriver/simulated/serving/DeviceServer.h>
+
+#include <support/DefaultHardware.h>
 #include <support/GuiTest.h>
 #include <support/TemporaryHome.h>
 
@@ -85,6 +90,30 @@ TEST_F(ModelRunTest, MeasuresTheSameAtAnySpeed)
     auto fast = *model.getResults();
     slow.startedAt = fast.startedAt;
     EXPECT_EQ(slow, fast);
+}
+
+TEST_F(ModelRunTest, MeasuresOnTheNetworkAsWithinTheProcess)
+{
+    ASSERT_TRUE(runToEnd());
+    auto within = *model.getResults();
+    const auto device = std::make_shared<KesDriver::SimulatedKesto>(getDevice()->getIdentity());
+    device->connectTestObject(SimulatedBench::makeRelay(model.getSettings()));
+    device->setSpeed(100);
+    KesDriver::DeviceServer server(device);
+    const KesDriver::NetAddress address(KesDriver::NetAddress::Bytes{127, 8, 0, 5});
+    ASSERT_TRUE(server.listen(address.to_string(), KesDriver::kestoPort));
+    const KesTest::DefaultHardware scope;
+    auto hardware = KesDevice::HardwareManager::create();
+    ASSERT_TRUE(hardware->addKesto(address));
+    KesDevice::HardwareControl::setGlobalInstance(std::move(hardware), true);
+    finishes = 0;
+    ASSERT_TRUE(runToEnd());
+    EXPECT_THAT(getTexts(), IsEmpty());
+    EXPECT_EQ(model.getRunVerdict(), RunVerdict::Passed);
+    auto network = *model.getResults();
+    EXPECT_EQ(network.origin, Origin::Simulated);
+    within.startedAt = network.startedAt;
+    EXPECT_EQ(network, within);
 }
 
 TEST_F(ModelRunTest, RefusesAPlanThatCannotBeRun)

@@ -11,7 +11,8 @@
 namespace Overcurrent {
 
 /// What stands on the bench when the devices of a configuration are simulated ones: a relay, set as the test
-/// object says, is wired to each of them. Real devices are left alone. Any thread.
+/// object says, is wired to each of them that is within the process. Real devices are left alone, and so are
+/// simulated ones on the network, which have a bench of their own. Any thread.
 class SimulatedBench {
 public:
     /// Device seconds per real second; above zero.
