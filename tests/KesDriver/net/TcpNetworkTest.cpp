@@ -94,7 +94,15 @@ TEST(TcpNetwork, AttemptEndsWhenTheProgramCloses)
 TEST(ProgramNetwork, HasTheEmbeddedDevicesAndAllOthers)
 {
     const auto network = getProgramNetwork();
-    EXPECT_THAT(network->find(), testing::Contains(embeddedAddress));
+    std::vector<NetAddress> found;
+    std::stop_source enough;
+    (void)network->find(
+        [&](const FoundDevice& device) {
+            found.push_back(device.address);
+            enough.request_stop();
+        },
+        enough.get_token());
+    EXPECT_THAT(found, testing::Contains(embeddedAddress));
     EXPECT_TRUE(network->createLink(embeddedAddress)->isSimulated());
     const auto other = network->createLink(emptyAddress);
     EXPECT_FALSE(other->isSimulated());
