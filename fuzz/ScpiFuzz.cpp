@@ -7,6 +7,7 @@
 #include <KesDriver/scpi/Unit.h>
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <string>
 #include <sys/socket.h>
@@ -58,8 +59,9 @@ void checkMessage(const std::string& message)
 void drain(int descriptor)
 {
     char bytes[4096];
-    while (recv(descriptor, bytes, sizeof bytes, 0) > 0) {
-    }
+    // The fuzzer's own timer interrupts.
+    while (recv(descriptor, bytes, sizeof bytes, 0) > 0 || errno == EINTR)
+        errno = 0;
 }
 
 /// Says it to a device that already does something, and looks what is left when the session is over.
@@ -72,6 +74,7 @@ void talk(const std::string& bytes)
     // More than a socket takes at once is not sent: nobody reads meanwhile.
     require(send(client, all.data(), all.size(), MSG_NOSIGNAL | MSG_DONTWAIT) >= 0, "it is sent");
     shutdown(client, SHUT_WR);
+    errno = 0;
     drain(client);
     close(client);
     require(!device->isWorking(), "a device without its controller is off");

@@ -361,7 +361,7 @@ TEST_F(SessionTest, StaysItselfWhenTheNetworkIsBad)
 
     EXPECT_EQ(bench.tell("SIM:DROP"), good);
     EXPECT_TRUE(client.waitForEnd());
-    EXPECT_EQ(bench.ask("SYST:CONT:OWN?;:OUTP?"), "\"\",\"\";0");
+    EXPECT_TRUE(waitUntil([&] { return bench.ask("SYST:CONT:OWN?;:OUTP?") == "\"\",\"\";0"; }));
 }
 
 TEST_F(SessionTest, WaitsInLockstepForTheController)

@@ -47,6 +47,8 @@ struct SimulatedConnection {
     /// What stands for the device in errors.
     const std::string name;
     const std::shared_ptr<SimulatedReceiver> receiver;
+    /// Of a server, which observes the device: its receiver is told of its loss only.
+    bool isServed = false;
     /// Changed by the host, under its lock.
     std::atomic<State> state{State::Making};
 };

@@ -171,7 +171,8 @@ void SimulatedHost::_passOnReports()
     const auto sequence = _device.getSequenceCount();
     for (auto& report : _device.takeReports()) {
         _show(report);
-        if (_connected && _connected->state == SimulatedConnection::State::Open && !_silent)
+        if (_connected && !_connected->isServed && _connected->state == SimulatedConnection::State::Open &&
+            !_silent)
             _deliveries.push_back({_connected, std::move(report), sequence});
     }
     if (_observer)

@@ -64,6 +64,7 @@ void DeviceControl::take(const Owner& owner)
         _receiver = std::make_shared<Receiver>(weak_from_this());
         receiver->set(_receiver);
         auto connection = std::make_shared<SimulatedConnection>(++_lastNumber, "", receiver);
+        connection->isServed = true;
         if (!_host->connect(connection))
             throw Scpi::Error(Scpi::ErrorCode::CommandProtected, "a program without the network has control");
         _connection = std::move(connection);

@@ -1,5 +1,8 @@
 #include <KesDriver/simulated/serving/detail/ServedDevice.h>
 
+#include <KesDriver/scpi/Text.h>
+
+#include <algorithm>
 #include <random>
 #include <utility>
 
@@ -58,12 +61,30 @@ DeviceTime getTime(const Report& report, const SimulatedDevice& device)
     return device.getLastTime();
 }
 
+/// A device that talks nonsense tells of thousands of channels with endless names.
+KesAvary shorten(const KesAvary& avary)
+{
+    constexpr std::size_t mostChannels = 16;
+    constexpr std::size_t longestName = 100;
+    KesAvary record;
+    record.isQuickShutdown = avary.isQuickShutdown;
+    for (const auto& channel : avary.channels) {
+        if (record.channels.size() == mostChannels)
+            break;
+        record.channels.push_back(channel);
+        record.channels.back().name = Scpi::cut(channel.name, longestName);
+    }
+    return record;
+}
+
 EventLog::Content toContent(const Report& report)
 {
     return std::visit(
         [](const auto& event) -> EventLog::Content {
             if constexpr (std::is_same_v<std::decay_t<decltype(event)>, ConnectionLost>)
                 return ValueText::ReleaseRecord{};
+            else if constexpr (std::is_same_v<std::decay_t<decltype(event)>, KesAvary>)
+                return shorten(event);
             else
                 return event;
         },
