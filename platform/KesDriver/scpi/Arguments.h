@@ -21,7 +21,6 @@ public:
     explicit Arguments(std::vector<Parameter> parameters) : _parameters(std::move(parameters)) {}
 
     bool hasMore() const { return _next < _parameters.size(); }
-    std::size_t getCount() const { return _parameters.size(); }
     /// The next one is a word, one of ON and OFF included.
     bool isWordNext() const;
 

@@ -39,7 +39,6 @@ constexpr Entry texts[] = {
     {ErrorCode::IllegalParameter, "Illegal parameter value"},
     {ErrorCode::CorruptOrStale, "Data corrupt or stale"},
     {ErrorCode::QueueOverflow, "Queue overflow"},
-    {ErrorCode::InputOverrun, "Input buffer overrun"},
     {ErrorCode::AnswerTooLong, "Query UNTERMINATED after indefinite response"},
 };
 

@@ -35,7 +35,6 @@ enum class ErrorCode : int {
     IllegalParameter = -224,
     CorruptOrStale = -230,
     QueueOverflow = -350,
-    InputOverrun = -363,
     AnswerTooLong = -440,
 };
 
