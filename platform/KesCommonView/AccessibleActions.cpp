@@ -37,8 +37,8 @@ public:
         if (_original)
             return;
         // The class stays as it is for the life of the process.
-        auto* iface = static_cast<AtkActionIface*>(
-            g_type_interface_peek(g_type_class_ref(getType()), ATK_TYPE_ACTION));
+        auto* iface =
+            static_cast<AtkActionIface*>(g_type_interface_peek(g_type_class_ref(getType()), ATK_TYPE_ACTION));
         _original = iface->do_action;
         iface->do_action = &Deferred::_defer;
     }
@@ -51,7 +51,8 @@ private:
             return FALSE;
         g_object_ref(action);
         const std::shared_ptr<AtkAction> kept(action, g_object_unref);
-        Glib::signal_idle().connect_once([kept, index] { _perform(kept.get(), index); }, Glib::PRIORITY_DEFAULT);
+        Glib::signal_idle().connect_once([kept, index] { _perform(kept.get(), index); },
+                                         Glib::PRIORITY_DEFAULT);
         return TRUE;
     }
 
