@@ -61,6 +61,7 @@ RELAY = Table("platform", "KesTreeRelay", "detail", "RelayText.cpp")
 COMMON = Table("platform", "KesCommon", "CommonText.cpp")
 DRIVER = Table("platform", "KesDriver", "DriverText.cpp")
 OVERCURRENT = Table("programs", "Overcurrent", "text", "OvercurrentText.cpp")
+SIMULATOR = Table("programs", "Simulator", "SimulatorText.cpp")
 
 
 def problems():
