@@ -111,12 +111,17 @@ void switchAuxiliary(Call& call)
     std::optional<double> volts;
     if (call.arguments.hasMore())
         volts = call.arguments.readNumber(Quantity::Voltage);
-    call.dialogue.control([=](SimulatedDevice& device) {
+    bool isUnknown = false;
+    call.dialogue.control([=, &isUnknown](SimulatedDevice& device) -> Kes::Result {
         const double last = device.getAuxDCVolts();
-        if (isOn && !volts && last == 0.0)
-            throw Scpi::Error(Scpi::ErrorCode::MissingParameter, "the voltage");
+        isUnknown = isOn && !volts && last == 0.0;
+        if (isUnknown)
+            return true;
         return device.setAuxDC(isOn, volts.value_or(std::max(last, leastAuxVolts)));
     });
+    // Not in the device, which takes everything that is thrown for its own failure.
+    if (isUnknown)
+        throw Scpi::Error(Scpi::ErrorCode::MissingParameter, "the voltage");
 }
 
 void askAuxiliary(Call& call)
