@@ -8,10 +8,14 @@
 
 #include <gio/gio.h>
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <chrono>
+#include <condition_variable>
 #include <cstdio>
 #include <memory>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -144,6 +148,30 @@ void mustWork(const Kes::Result& result)
         throw std::runtime_error(result.getError() ? result.getError()->getMessage() : "refused");
 }
 
+/// Counts the sequences that have ended.
+class EndCounter : public IReportReceiver {
+public:
+    void receive(ConnectionNumber, const Report& report) override
+    {
+        if (!std::holds_alternative<SequenceEvent>(report))
+            return;
+        std::lock_guard lock(_mutex);
+        ++_ends;
+        _changed.notify_all();
+    }
+    void await(int ends)
+    {
+        std::unique_lock lock(_mutex);
+        if (!_changed.wait_for(lock, 5s, [&] { return _ends >= ends; }))
+            throw std::runtime_error("a sequence does not end");
+    }
+
+private:
+    std::mutex _mutex;
+    std::condition_variable _changed;
+    int _ends = 0;
+};
+
 Times measureStops(const Served& served, IKestoLink& link)
 {
     OutputStep step;
@@ -163,6 +191,27 @@ Times measureStops(const Served& served, IKestoLink& link)
     }
     std::sort(times.begin(), times.end());
     return {0.0, times[times.size() / 2], times[times.size() * 99 / 100]};
+}
+
+/// In bytes, over ten thousand runs, when the device remembers as many events as it can.
+long measureGrowth(const Served& served, IKestoLink& link)
+{
+    constexpr int warmUp = 25000;
+    constexpr int runs = 10000;
+    served.device->setSpeed(10000.0);
+    OutputStep step;
+    step.duration = 1ms;
+    const auto receiver = std::make_shared<EndCounter>();
+    link.setReceiver(receiver);
+    std::size_t before = 0;
+    for (int i = 0; i < warmUp + runs; ++i) {
+        if (i == warmUp)
+            before = mallinfo2().uordblks;
+        mustWork(link.runSequence({step, step}));
+        receiver->await(i + 1);
+    }
+    served.device->setSpeed(1.0);
+    return static_cast<long>(mallinfo2().uordblks) - static_cast<long>(before);
 }
 
 double timePreparation(unsigned count)
@@ -203,6 +252,8 @@ try {
     const auto stopped = measureStops(*devices.front(), *link);
     print("stop to outputs of zero", stopped);
     std::printf("stop above a round trip, p99      %9.2f ms (at most 5)\n", stopped.p99 - asked.p50);
+    std::printf("heap after 10 000 more runs       %9ld bytes more\n",
+                measureGrowth(*devices.front(), *link));
     link->disconnect();
     // The slowest one answers each question after 20 ms.
     devices.front()->device->setAnswerDelay(20ms);
