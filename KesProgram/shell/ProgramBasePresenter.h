@@ -61,7 +61,7 @@ public:
         /// To the end: recent files, last file and window place stay the user's own.
         Never
     };
-    /// Before the first `open`.
+    /// Before the first `open`, and when a user has come.
     void setAttendance(Attendance attendance);
 
     /// Builds the window when it is called first, and shows it over the parent's window (null: anywhere).

@@ -50,6 +50,8 @@ bool confirm(Kes::IView* parent, const std::string& question)
 void ProgramBasePresenter::setAttendance(Attendance attendance)
 {
     _fields->attendance = attendance;
+    if (_fields->recovery)
+        _fields->recovery->setIsUnattended(attendance != Attendance::User);
 }
 
 void ProgramBasePresenter::_createRecovery()

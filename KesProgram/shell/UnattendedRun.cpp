@@ -349,6 +349,7 @@ void UnattendedRun::_complete()
         return;
     }
     _phase = Phase::Done;
+    _presenter.setAttendance(ProgramBasePresenter::Attendance::User);
     Kes::DialogBackend::install(std::move(_userDialogs));
 }
 

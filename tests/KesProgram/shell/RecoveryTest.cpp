@@ -177,6 +177,19 @@ TEST_F(RecoveryTest, WithoutAUserNobodyIsAskedAndCopiesOfOthersAreLeftAlone)
     EXPECT_THAT(lost(), ElementsAre("lost"));
 }
 
+TEST_F(RecoveryTest, AUserWhoComesLaterHasTheLastWord)
+{
+    shell.setAttendance(Attendance::Later);
+    openAndAnswer({});
+    model.data = "measured";
+    EXPECT_FALSE(model.getArchiveManager()->saveAs(home.file("nowhere/a.abc")));
+    shell.setAttendance(Attendance::User);
+    close(DialogResult::No);
+    // Until the presenter dies the lock is its own.
+    std::filesystem::copy(folder, home.file("copies/"));
+    EXPECT_EQ(RecoveryStore(home.file("copies/")).findLost().size(), 0U);
+}
+
 TEST_F(RecoveryTest, ACloseThatNobodyAnswersKeepsTheWork)
 {
     openAndAnswer({});
