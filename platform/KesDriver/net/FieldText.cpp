@@ -43,7 +43,7 @@ std::optional<std::string> unquote(std::string_view field)
     for (std::size_t i = 0; i < field.size(); ++i) {
         if (field[i] == mark && (++i == field.size() || field[i] != mark))
             return std::nullopt;
-        text += field[i];
+        text += isControl(field[i]) ? ' ' : field[i];
     }
     return text;
 }

@@ -14,7 +14,7 @@ namespace KesDriver::FieldText {
 
 /// The text in double quotes, those inside doubled; control characters become blanks.
 KES_EXPORT std::string quote(std::string_view text);
-/// Nothing for what is not one text in double or single quotes.
+/// Nothing for what is not one text in double or single quotes; control characters become blanks.
 KES_EXPORT std::optional<std::string> unquote(std::string_view field);
 
 /// The parts between the separators that stand outside quotes, without the blanks around them; one part for

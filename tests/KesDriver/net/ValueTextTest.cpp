@@ -243,6 +243,7 @@ TEST(FieldText, KeepsQuotedTextsWhole)
     EXPECT_FALSE(FieldText::split("1;2", ';', 1));
     EXPECT_FALSE(FieldText::split("\"1;2", ';', 5));
     EXPECT_EQ(FieldText::unquote("'a''b'"), "a'b");
+    EXPECT_EQ(FieldText::unquote("\"a\tb\""), "a b");
     for (const char* text : {"", "\"", "a", "\"a\"b\"", "\"a'", "\"a\"\""})
         EXPECT_FALSE(FieldText::unquote(text)) << text;
 }
