@@ -19,7 +19,7 @@ REACHED = {"push button", "toggle button", "check box", "radio button", "text", 
 # Scrolling areas take the focus for the arrow keys only, and panes for moving their border.
 PASSED_OVER = {"scroll pane", "split pane"}
 # Words that are the same in both languages.
-INTERNATIONAL = {"Overcurrent", "KESTO", "kovc", "TMS", "GPS", "PTP", "IEEE", "IEC", "Sync", "out", "in"}
+INTERNATIONAL = {"Overcurrent", "KESTO", "Avahi", "kovc", "TMS", "GPS", "PTP", "IEEE", "IEC", "Sync", "out", "in"}
 LATIN = re.compile(r"[A-Za-z]{2,}")
 CYRILLIC = re.compile(r"[А-Яа-яЁё]")
 
