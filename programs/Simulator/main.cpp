@@ -13,6 +13,7 @@
 #include <csignal>
 #include <cstdio>
 #include <mutex>
+#include <system_error>
 
 namespace {
 
@@ -127,9 +128,15 @@ int main(int argc, char** argv)
     // From here on it talks to programs.
     lng::language = lng::English;
     Bench bench;
-    const int code = serve(options, bench);
-    int signal = 0;
-    if (code == Success)
-        sigwait(&signals, &signal);
-    return code;
+    try {
+        const int code = serve(options, bench);
+        int signal = 0;
+        if (code == Success)
+            sigwait(&signals, &signal);
+        return code;
+    } catch (const std::system_error& error) {
+        // Each device takes a thread or more.
+        tell(error.what());
+        return CannotListen;
+    }
 }
