@@ -74,6 +74,7 @@ bool assign(std::optional<Value> value, Value& target)
 StreamLink::StreamLink(Settings settings)
     : _settings(std::move(settings)),
       _reports(std::make_shared<ReportQueue>()),
+      _isSimulated(_settings.isInLockstep),
       _name(KestoIdentifer().getTypeName() + ' ' + _settings.address)
 {}
 
@@ -81,6 +82,8 @@ StreamLink::~StreamLink()
 {
     StreamLink::disconnect();
     _reports->stop();
+    if (const auto connection = _getConnection())
+        connection->waitForThreads();
 }
 
 void StreamLink::setReceiver(std::weak_ptr<IReportReceiver> receiver)

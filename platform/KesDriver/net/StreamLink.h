@@ -34,14 +34,18 @@ public:
         std::string address;
         /// Says to others who has the device; empty: this program and this computer.
         std::string controller = {};
-        /// How long an answer may take, and the beginning of a connection besides making the stream.
-        std::chrono::milliseconds timeout{2000};
+        /// How long an answer may take, and the beginning of a connection besides making the stream; asked at
+        /// each attempt to connect.
+        std::function<std::chrono::milliseconds()> getTimeout = [] { return std::chrono::seconds(2); };
+        /// For a simulated device: after each event it does nothing more by itself until the receiver has
+        /// heard of it, see `SIMulation:LOCKstep`.
+        bool isInLockstep = false;
     };
 
     explicit StreamLink(Settings settings);
     ~StreamLink() override;
 
-    /// What the device has told when it was connected last.
+    /// What the device has told when it was connected last; before that, whether it is to be in lockstep.
     bool isSimulated() const override { return _isSimulated; }
     void setReceiver(std::weak_ptr<IReportReceiver> receiver) override;
 
@@ -96,7 +100,7 @@ private:
 
     const Settings _settings;
     const std::shared_ptr<ReportQueue> _reports;
-    std::atomic<bool> _isSimulated{false};
+    std::atomic<bool> _isSimulated;
 
     mutable std::mutex _mutex;
     ConnectionNumber _lastNumber = 0;

@@ -1,6 +1,6 @@
 #include <KesDriver/simulated/SimulatedKesto.h>
 
-#include <KesDriver/simulated/detail/SimulatedLink.h>
+#include <KesDriver/simulated/serving/detail/SessionSet.h>
 
 #include <utility>
 
@@ -11,12 +11,14 @@ SimulatedKesto::SimulatedKesto(KestoIdentifer identifer, const OutputLimits& lim
 {}
 
 SimulatedKesto::SimulatedKesto(KestoIdentity identity, const OutputLimits& limits)
-    : _host(SimulatedHost::start(std::move(identity), limits))
+    : _host(SimulatedHost::start(std::move(identity), limits)), _served(ServedDevice::create(_host))
 {}
 
 SimulatedKesto::~SimulatedKesto()
 {
     _host->shutDown();
+    _sessions.reset();
+    _served->end();
 }
 
 const KestoIdentity& SimulatedKesto::getIdentity() const
@@ -65,13 +67,12 @@ unsigned SimulatedKesto::getEnergisings() const
     return _host->use([](SimulatedDevice& device) { return device.getEnergisings(); });
 }
 
-std::unique_ptr<IKestoLink> SimulatedKesto::createLink(const std::shared_ptr<SimulatedKesto>& device,
-                                                       const std::string& name)
+int SimulatedKesto::_connect()
 {
-    const bool isNamed = !name.empty() || !device;
-    const std::weak_ptr<SimulatedHost> host = device ? device->_host : nullptr;
-    return std::make_unique<SimulatedLink>([host] { return host.lock(); },
-                                           isNamed ? name : device->getIdentifer().toDisplayString());
+    std::lock_guard lock(_mutex);
+    if (!_sessions)
+        _sessions = std::make_unique<SessionSet>(_served);
+    return _sessions->connect();
 }
 
 void SimulatedKesto::setTimeout(std::chrono::milliseconds timeout)
@@ -125,11 +126,13 @@ void SimulatedKesto::simulateConnectionLoss()
 void SimulatedKesto::setSilent(bool silent)
 {
     _host->setSilent(silent);
+    _served->getSessions().setSilent(silent, 0);
 }
 
 void SimulatedKesto::setAnswerDelay(std::chrono::milliseconds delay)
 {
     _host->setAnswerDelay(delay);
+    _served->getSessions().setDelay(delay, 0);
 }
 
 void SimulatedKesto::setNonsense(bool nonsense)

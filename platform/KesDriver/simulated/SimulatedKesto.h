@@ -7,10 +7,13 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 
 namespace KesDriver {
 
+class ServedDevice;
+class SessionSet;
 class SimulatedFaults;
 class SimulatedHost;
 
@@ -58,12 +61,7 @@ public:
     /// How often a current or a voltage has risen from zero while all others were zero.
     unsigned getEnergisings() const;
 
-    /// A new link to this device; one link at a time can be connected. A link to a device that has gone fails
-    /// to connect. `name` stands for the device in the texts of the link's errors; by default its identifier.
-    static std::unique_ptr<IKestoLink> createLink(const std::shared_ptr<SimulatedKesto>& device,
-                                                  const std::string& name = {});
-
-    /// How long a link waits for an answer; two seconds at first.
+    /// How long a link of this process waits for an answer, from its next connection on; two seconds at first.
     void setTimeout(std::chrono::milliseconds timeout);
     /// The real time after which a lasting fault is reported again; one second at first.
     void setFaultRepeatInterval(std::chrono::milliseconds interval);
@@ -93,11 +91,17 @@ public:
 
 private:
     friend class DeviceServer;
+    friend class DirectLink;
     friend class SimulatedNetwork;
 
     void _raiseFault(const std::function<void(SimulatedFaults&)>& raise);
+    int _connect();
 
     const std::shared_ptr<SimulatedHost> _host;
+    const std::shared_ptr<ServedDevice> _served;
+    /// Those of the links of this process; made with the first one.
+    std::unique_ptr<SessionSet> _sessions;
+    std::mutex _mutex;
 };
 
 } // namespace KesDriver

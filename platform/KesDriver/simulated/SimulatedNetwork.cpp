@@ -2,7 +2,8 @@
 
 #include <KesDriver/DriverText.h>
 #include <KesDriver/EmbeddedNetwork.h>
-#include <KesDriver/simulated/detail/SimulatedLink.h>
+#include <KesDriver/net/StreamLink.h>
+#include <KesDriver/simulated/detail/SimulatedHost.h>
 
 #include <algorithm>
 #include <map>
@@ -40,11 +41,11 @@ struct SimulatedNetwork::Impl {
     /// The one that drives the start line.
     std::weak_ptr<SimulatedHost> first;
 
-    Host getHost(const NetAddress& address) const
+    std::shared_ptr<SimulatedKesto> get(const NetAddress& address) const
     {
         std::lock_guard lock(mutex);
         const auto found = devices.find(address);
-        return found == devices.end() ? nullptr : found->second->_host;
+        return found == devices.end() ? nullptr : found->second;
     }
     std::vector<std::pair<NetAddress, Host>> getPlaces() const
     {
@@ -108,9 +109,7 @@ void SimulatedNetwork::remove(const NetAddress& address)
 
 std::shared_ptr<SimulatedKesto> SimulatedNetwork::get(const NetAddress& address) const
 {
-    std::lock_guard lock(_impl->mutex);
-    const auto found = _impl->devices.find(address);
-    return found == _impl->devices.end() ? nullptr : found->second;
+    return _impl->get(address);
 }
 
 Kes::Result SimulatedNetwork::find(const FoundListener& found, std::stop_token stop)
@@ -127,12 +126,22 @@ Kes::Result SimulatedNetwork::find(const FoundListener& found, std::stop_token s
 
 std::unique_ptr<IKestoLink> SimulatedNetwork::createLink(const NetAddress& address)
 {
-    auto find = [address, impl = std::weak_ptr(_impl)]() -> Host {
+    const auto find = [address, impl = std::weak_ptr(_impl)] {
         const auto network = impl.lock();
-        return network ? network->getHost(address) : nullptr;
+        return network ? network->get(address) : nullptr;
     };
-    return std::make_unique<SimulatedLink>(std::move(find),
-                                           KestoIdentifer().getTypeName() + ' ' + address.to_string());
+    StreamLink::Settings settings{
+        [find](GCancellable*) {
+            const auto device = find();
+            return device ? makeStream(device->_connect()) : nullptr;
+        },
+        address.to_string()};
+    settings.getTimeout = [find, usual = settings.getTimeout] {
+        const auto device = find();
+        return device ? device->_host->getTimeout() : usual();
+    };
+    settings.isInLockstep = true;
+    return std::make_unique<StreamLink>(std::move(settings));
 }
 
 void SimulatedNetwork::closeStartContact(unsigned input)
@@ -147,9 +156,10 @@ void SimulatedNetwork::closeStartContact(unsigned input)
 
 bool SimulatedNetwork::wireStartLine(const NetAddress& first)
 {
-    const auto host = _impl->getHost(first);
-    if (!host)
+    const auto device = _impl->get(first);
+    if (!device)
         return false;
+    const auto& host = device->_host;
     if (const auto previous = _impl->setFirst(host))
         previous->setStartLine({});
     host->setStartLine(

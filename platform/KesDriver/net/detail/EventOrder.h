@@ -29,6 +29,9 @@ public:
     /// What the device remembers of the gap, as the answer gives it.
     std::vector<Record> fill(std::string_view events);
 
+    /// The number of the last one that has been due.
+    std::uint64_t getLast() const { return _next - 1; }
+
     /// Whether something has to be asked for, and what; it is told once.
     bool hasGap() const { return _gap && !_isBroken; }
     Gap takeGap();

@@ -14,9 +14,11 @@ void ReportQueue::setReceiver(std::weak_ptr<IReportReceiver> receiver)
     _receiver.swap(receiver);
 }
 
-bool ReportQueue::start()
+bool ReportQueue::start(ConnectionNumber connection, std::function<void()> untaken)
 {
     std::lock_guard lock(_mutex);
+    _connection = connection;
+    _untaken.swap(untaken);
     if (_worker.isRunning())
         return true;
     auto worker = Kes::Worker::tryStart("KesLink_Tell", [self = shared_from_this()] { self->_run(); });
@@ -39,10 +41,20 @@ void ReportQueue::stop()
 
 void ReportQueue::push(ConnectionNumber connection, Report report, Run run)
 {
+    _add({connection, std::move(report), run});
+}
+
+void ReportQueue::callWhenHeard(ConnectionNumber connection, std::function<void()> action)
+{
+    _add({connection, std::move(action), 0});
+}
+
+void ReportQueue::_add(Delivery delivery)
+{
     std::lock_guard lock(_mutex);
     if (_stopping)
         return;
-    _deliveries.push_back({connection, std::move(report), run});
+    _deliveries.push_back(std::move(delivery));
     _changed.notify_all();
 }
 
@@ -64,8 +76,10 @@ void ReportQueue::waitUntilHeard(std::chrono::milliseconds longest)
 void ReportQueue::forgetStepsBefore(Run run)
 {
     std::lock_guard lock(_mutex);
-    std::erase_if(_deliveries,
-                  [=](Delivery& delivery) { return delivery.run < run && !removeStep(delivery.report); });
+    std::erase_if(_deliveries, [=](Delivery& delivery) {
+        auto* const report = std::get_if<Report>(&delivery.content);
+        return report && delivery.run < run && !removeStep(*report);
+    });
 }
 
 void ReportQueue::_run()
@@ -87,17 +101,35 @@ void ReportQueue::_deliverNext(Lock& lock)
     auto receiver = _receiver.lock();
     _isDelivering = true;
     lock.unlock();
+    bool isTaken = true;
     try {
-        if (receiver)
-            receiver->receive(delivery.connection, delivery.report);
+        if (const auto* const action = std::get_if<std::function<void()>>(&delivery.content))
+            (*action)();
+        else if (receiver)
+            receiver->receive(delivery.connection, std::get<Report>(delivery.content));
     } catch (...) {
         KesLog::Log::writeError("A receiver of reports has thrown: " + Kes::getCurrentExceptionText());
+        isTaken = false;
     }
     // May be the last use of the receiver, and with it of the link.
     receiver.reset();
+    delivery.content = {};
     lock.lock();
+    if (!isTaken)
+        _dropUntaken(lock, delivery.connection);
     _isDelivering = false;
     _changed.notify_all();
+}
+
+void ReportQueue::_dropUntaken(Lock& lock, ConnectionNumber connection)
+{
+    std::erase_if(_deliveries, [=](const Delivery& delivery) { return delivery.connection == connection; });
+    if (connection != _connection)
+        return;
+    const auto untaken = _untaken;
+    lock.unlock();
+    untaken();
+    lock.lock();
 }
 
 bool removeStep(Report& report)

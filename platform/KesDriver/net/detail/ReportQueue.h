@@ -6,9 +6,11 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <variant>
 
 namespace KesDriver {
 
@@ -21,12 +23,16 @@ public:
 
     void setReceiver(std::weak_ptr<IReportReceiver> receiver);
 
-    /// False when the system has no thread to give. Needed before the first report.
-    bool start();
+    /// Before the first report of a connection; false when the system has no thread to give. `untaken` is
+    /// called on the thread when a receiver throws: what is left of the connection has been dropped then, for
+    /// who has missed a report must not take what follows for the whole.
+    bool start(ConnectionNumber connection, std::function<void()> untaken);
     /// Delivers nothing more. Waits for the thread unless it is with a receiver.
     void stop();
 
     void push(ConnectionNumber connection, Report report, Run run);
+    /// Calls it on the thread when what has been pushed so far has been heard; not when that is dropped.
+    void callWhenHeard(ConnectionNumber connection, std::function<void()> action);
     /// What is left of a connection is not delivered any more.
     void drop(ConnectionNumber connection);
 
@@ -40,18 +46,23 @@ public:
 private:
     struct Delivery {
         ConnectionNumber connection;
-        Report report;
+        std::variant<Report, std::function<void()>> content;
         Run run;
     };
     using Lock = std::unique_lock<std::mutex>;
 
     void _run();
+    void _add(Delivery delivery);
     void _deliverNext(Lock& lock);
+    void _dropUntaken(Lock& lock, ConnectionNumber connection);
 
     std::mutex _mutex;
     std::condition_variable _changed;
     std::deque<Delivery> _deliveries;
     std::weak_ptr<IReportReceiver> _receiver;
+    /// The last connection that has been started.
+    ConnectionNumber _connection = 0;
+    std::function<void()> _untaken;
     bool _isDelivering = false;
     bool _stopping = false;
     std::thread::id _threadId;

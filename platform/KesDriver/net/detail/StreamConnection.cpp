@@ -17,8 +17,8 @@ constexpr std::chrono::milliseconds longestFeedInterval{200};
 } // namespace
 
 StreamConnection::StreamConnection(ConnectionNumber number, std::chrono::milliseconds timeout,
-                                   std::shared_ptr<ReportQueue> reports)
-    : _number(number), _timeout(timeout), _reports(std::move(reports))
+                                   bool isInLockstep, std::shared_ptr<ReportQueue> reports)
+    : _number(number), _timeout(timeout), _isInLockstep(isInLockstep), _reports(std::move(reports))
 {}
 
 StreamConnection::End StreamConnection::getEnd() const
@@ -90,6 +90,12 @@ void StreamConnection::end(End reason)
     _changed.notify_all();
     if (_isEstablished && reason != End::Closed)
         _reports->push(_number, ConnectionLost{}, std::numeric_limits<ReportQueue::Run>::max());
+}
+
+void StreamConnection::waitForThreads()
+{
+    _reader.wait();
+    _watcher.wait();
 }
 
 // Asking

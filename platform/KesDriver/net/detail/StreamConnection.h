@@ -36,9 +36,12 @@ public:
         Nonsense,
         /// The device has another controller or none.
         Released,
+        /// A receiver has not taken a report.
+        Untaken,
     };
 
-    StreamConnection(ConnectionNumber number, std::chrono::milliseconds timeout,
+    /// In lockstep the device is told which events have been heard.
+    StreamConnection(ConnectionNumber number, std::chrono::milliseconds timeout, bool isInLockstep,
                      std::shared_ptr<ReportQueue> reports);
 
     ConnectionNumber getNumber() const { return _number; }
@@ -64,6 +67,8 @@ public:
 
     /// Ends it, the first time for this reason. Waits for nobody.
     void end(End reason);
+    /// After its end: returns when its threads have ended, which is soon. Not on one of them.
+    void waitForThreads();
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -90,6 +95,8 @@ private:
     void _hearEvents(const std::vector<EventOrder::Record>& events);
     void _report(const EventOrder::Record& event);
     void _reportNonsense();
+    void _acknowledgeWhenHeard();
+    void _acknowledge(std::uint64_t event);
 
     void _watch();
     void _feed(Lock& lock);
@@ -98,6 +105,7 @@ private:
 
     const ConnectionNumber _number;
     const std::chrono::milliseconds _timeout;
+    const bool _isInLockstep;
     const std::shared_ptr<ReportQueue> _reports;
     ByteStream _stream;
 
@@ -116,6 +124,8 @@ private:
     EventOrder _events;
     bool _hasEvents = false;
     bool _hasToldNonsense = false;
+    /// The last event whose acknowledgement is on its way. The reading thread's.
+    std::uint64_t _lastAcknowledged = 0;
     ReportQueue::Run _run = 0;
     ReportQueue::Run _oldestRun = 0;
 

@@ -14,6 +14,7 @@
 #include <charconv>
 #include <limits>
 #include <thread>
+#include <utility>
 
 namespace KesDriver {
 
@@ -49,15 +50,19 @@ std::string getMajor(const std::string& version)
 
 Kes::Result StreamLink::connect(ConnectionNumber& connection)
 {
+    const auto timeout = _settings.getTimeout();
     Connection made;
+    Connection former;
     {
         std::lock_guard lock(_mutex);
         if (_connection && _connection->getEnd() == StreamConnection::End::None)
             return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get("Link.connected"), _name));
-        made = std::make_shared<StreamConnection>(++_lastNumber, _settings.timeout, _reports);
-        _connection = made;
+        made = std::make_shared<StreamConnection>(++_lastNumber, timeout, _settings.isInLockstep, _reports);
+        former = std::exchange(_connection, made);
         _limits.reset();
     }
+    if (former)
+        former->waitForThreads();
     // Before the first report.
     connection = made->getNumber();
     auto result = _open(*made);
@@ -72,7 +77,11 @@ Kes::Result StreamLink::connect(ConnectionNumber& connection)
 
 Kes::Result StreamLink::_open(StreamConnection& connection)
 {
-    if (!_reports->start() || !connection.open(_settings.connector)) {
+    const auto drop = [weak = connection.weak_from_this()] {
+        if (const auto untaken = weak.lock())
+            untaken->end(StreamConnection::End::Untaken);
+    };
+    if (!_reports->start(connection.getNumber(), drop) || !connection.open(_settings.connector)) {
         connection.end(StreamConnection::End::NoDevice);
         return _describeEnd(connection);
     }
@@ -114,7 +123,7 @@ Kes::Result StreamLink::_greet(StreamConnection& connection)
 Kes::Result StreamLink::_takeControl(StreamConnection& connection)
 {
     constexpr std::chrono::milliseconds longestWait{300};
-    constexpr std::chrono::milliseconds betweenTries{10};
+    constexpr std::chrono::milliseconds betweenTries{1};
     const auto controller = _settings.controller.empty() ? getProgram() : _settings.controller;
     const auto end = std::chrono::steady_clock::now() + longestWait;
     while (true) {
@@ -153,7 +162,8 @@ Kes::Result StreamLink::_subscribe(StreamConnection& connection)
         return result;
     connection.beginWatch();
     connection.beginEvents(*last);
-    return _ask(connection, ":EVEN:SUBS ON," + std::to_string(*last + 1));
+    return _ask(connection, ":EVEN:SUBS ON," + std::to_string(*last + 1) +
+                                (_settings.isInLockstep ? ";:SIM:LOCK ON" : ""));
 }
 
 } // namespace KesDriver

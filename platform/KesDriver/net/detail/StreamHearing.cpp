@@ -25,6 +25,8 @@ void StreamConnection::_read()
             end(End::Dropped);
         lines.append({bytes.data(), count});
         _readLines(lines);
+        if (_isInLockstep)
+            _acknowledgeWhenHeard();
     }
     // Who is writing is interrupted, too.
     const std::lock_guard writing(_writing);
@@ -126,6 +128,28 @@ void StreamConnection::_report(const EventOrder::Record& event)
         ++_run;
     if (_run >= _oldestRun || removeStep(report))
         _reports->push(_number, std::move(report), _run);
+}
+
+/// One for all events that have come together: the device goes on only when the last one is known.
+void StreamConnection::_acknowledgeWhenHeard()
+{
+    std::uint64_t last = 0;
+    {
+        std::lock_guard lock(_mutex);
+        last = _hasEvents && !_events.isBroken() ? _events.getLast() : 0;
+    }
+    if (last <= _lastAcknowledged)
+        return;
+    _lastAcknowledged = last;
+    _reports->callWhenHeard(_number, [self = shared_from_this(), last] { self->_acknowledge(last); });
+}
+
+/// Without an answer: the device is waiting.
+void StreamConnection::_acknowledge(std::uint64_t event)
+{
+    const std::lock_guard writing(_writing);
+    if (getEnd() == End::None && !_stream.write(":EVEN:ACKN " + std::to_string(event) + '\n'))
+        end(End::Dropped);
 }
 
 /// Whoever hears it sees that the device cannot be believed: no device has an input 0 or a time before it was

@@ -104,6 +104,8 @@ Kes::Result SimulatedHost::_call(Lock& lock, const Connection& connection, const
 /// False when the device has not become able to hear within the time-out, or the connection has ended.
 bool SimulatedHost::_waitToBeHeard(Lock& lock, const Connection& connection)
 {
+    if (connection->isServed)
+        return !_stopping && !connection->hasEnded();
     const auto isOver = [&] { return _stopping || connection->hasEnded(); };
     _changed.wait_until(lock, SimulatedClock::now() + _timeout, [&] { return !_silent || isOver(); });
     return !_silent && !isOver();
@@ -112,7 +114,7 @@ bool SimulatedHost::_waitToBeHeard(Lock& lock, const Connection& connection)
 /// False when the connection has ended before the answer was there.
 bool SimulatedHost::_waitForAnswer(Lock& lock, const Connection& connection)
 {
-    if (_answerDelay.count() > 0) {
+    if (_answerDelay.count() > 0 && !connection->isServed) {
         const bool comes = _answerDelay < _timeout;
         _changed.wait_until(lock, SimulatedClock::now() + std::min(_answerDelay, _timeout),
                             [&] { return connection->hasEnded(); });

@@ -175,7 +175,7 @@ bool SimulatedHost::_work(RealTime now)
 /// that too, since its thread may be with a receiver.
 bool SimulatedHost::_watch()
 {
-    if (!_connected || _isReachable() || SimulatedClock::now() < _unreachableSince + _timeout)
+    if (!_isWatched() || SimulatedClock::now() < _unreachableSince + _timeout)
         return false;
     _loseConnection();
     return true;
@@ -184,7 +184,7 @@ bool SimulatedHost::_watch()
 SimulatedHost::RealTime SimulatedHost::_getNextWake(RealTime now) const
 {
     const auto wake = _isHeld(now) ? *_heldUntil : _device.getNextWake(now, _connected != nullptr);
-    return _connected && !_isReachable() ? std::min(wake, _unreachableSince + _timeout) : wake;
+    return _isWatched() ? std::min(wake, _unreachableSince + _timeout) : wake;
 }
 
 void SimulatedHost::_passOnReports() noexcept
@@ -252,6 +252,12 @@ void SimulatedHost::setTimeout(std::chrono::milliseconds timeout)
     const bool wasReachable = _isReachable();
     _timeout = timeout;
     _noteReachability(wasReachable);
+}
+
+std::chrono::milliseconds SimulatedHost::getTimeout() const
+{
+    std::lock_guard lock(_mutex);
+    return _timeout;
 }
 
 void SimulatedHost::setSilent(bool silent)

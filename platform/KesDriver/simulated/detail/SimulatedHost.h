@@ -59,6 +59,7 @@ public:
     }
     void simulateConnectionLoss();
     void setTimeout(std::chrono::milliseconds timeout);
+    std::chrono::milliseconds getTimeout() const;
     void setSilent(bool silent);
     void setAnswerDelay(std::chrono::milliseconds delay);
     void setStartLine(StartLine startLine);
@@ -125,6 +126,8 @@ private:
     Kes::Result _getFailure(const Connection& connection) const;
 
     bool _isReachable() const { return !_silent && _answerDelay < _timeout; }
+    /// A session's own end notices that nothing comes.
+    bool _isWatched() const { return _connected && !_connected->isServed && !_isReachable(); }
     void _noteReachability(bool wasReachable);
     void _passOnReports() noexcept;
     void _takeReports();

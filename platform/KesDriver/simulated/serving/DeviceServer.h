@@ -14,8 +14,9 @@ namespace KesDriver {
 
 /// Serves a simulated device over the network protocol (docs/protocol.md), on an address and to programs in
 /// this process. At the end of the session that has control, and at the end of the server, the device
-/// switches everything off. One server for a device. What it says is in the language of the process: a
-/// program that serves others is in English.
+/// switches everything off. Whatever else serves the device, the links of this process included, has the same
+/// controller and the same events. What it says is in the language of the process: a program that serves
+/// others is in English.
 ///
 /// Any thread.
 class KES_EXPORT DeviceServer {

@@ -1,4 +1,4 @@
-#include <KesDriver/simulated/detail/SimulatedLink.h>
+#include <KesDriver/simulated/detail/DirectLink.h>
 
 #include <KesCommon/StringHelper.h>
 #include <KesDriver/ConnectionError.h>
@@ -8,23 +8,24 @@
 
 namespace KesDriver {
 
-SimulatedLink::SimulatedLink(Find find, std::string name) : _find(std::move(find)), _name(std::move(name)) {}
+DirectLink::DirectLink(Find find, std::string name) : _find(std::move(find)), _name(std::move(name)) {}
 
-SimulatedLink::~SimulatedLink()
+DirectLink::~DirectLink()
 {
-    SimulatedLink::disconnect();
+    DirectLink::disconnect();
 }
 
-void SimulatedLink::setReceiver(std::weak_ptr<IReportReceiver> receiver)
+void DirectLink::setReceiver(std::weak_ptr<IReportReceiver> receiver)
 {
     _receiver->set(std::move(receiver));
 }
 
-Kes::Result SimulatedLink::connect(ConnectionNumber& connection)
+Kes::Result DirectLink::connect(ConnectionNumber& connection)
 {
-    const auto host = _find();
-    if (!host)
+    const auto device = _find();
+    if (!device)
         return ConnectionError::failure(Kes::StringHelper::format(lng::Driver::get("Link.noDevice"), _name));
+    const auto host = device->_host;
     SimulatedHost::Connection made;
     {
         std::lock_guard lock(_mutex);
@@ -41,19 +42,19 @@ Kes::Result SimulatedLink::connect(ConnectionNumber& connection)
     return result;
 }
 
-void SimulatedLink::disconnect()
+void DirectLink::disconnect()
 {
     if (const auto [host, connection] = _getCurrent(); host)
         host->disconnect(connection);
 }
 
-SimulatedLink::Current SimulatedLink::_getCurrent() const
+DirectLink::Current DirectLink::_getCurrent() const
 {
     std::lock_guard lock(_mutex);
     return _current;
 }
 
-Kes::Result SimulatedLink::_call(const SimulatedHost::Request& request, Call call) const
+Kes::Result DirectLink::_call(const SimulatedHost::Request& request, Call call) const
 {
     const auto [host, connection] = _getCurrent();
     if (host)
@@ -61,69 +62,69 @@ Kes::Result SimulatedLink::_call(const SimulatedHost::Request& request, Call cal
     return ConnectionError::failure(Kes::StringHelper::format(lng::Driver::get("Link.notConnected"), _name));
 }
 
-Kes::Result SimulatedLink::identify(KestoIdentity& identity)
+Kes::Result DirectLink::identify(KestoIdentity& identity)
 {
     return _call([&](SimulatedDevice& device) { return device.identify(identity); });
 }
 
-Kes::Result SimulatedLink::readState(KestoState& state)
+Kes::Result DirectLink::readState(KestoState& state)
 {
     return _call([&](SimulatedDevice& device) { return device.readState(state); });
 }
 
-Kes::Result SimulatedLink::readLimits(OutputLimits& limits)
+Kes::Result DirectLink::readLimits(OutputLimits& limits)
 {
     return _call([&](SimulatedDevice& device) { return device.readLimits(limits); });
 }
 
-Kes::Result SimulatedLink::readTime(DeviceTime& time)
+Kes::Result DirectLink::readTime(DeviceTime& time)
 {
     return _call([&](SimulatedDevice& device) { return device.readTime(time); });
 }
 
-Kes::Result SimulatedLink::setAuxDC(bool enable, double volts)
+Kes::Result DirectLink::setAuxDC(bool enable, double volts)
 {
     return _call([&](SimulatedDevice& device) { return device.setAuxDC(enable, volts); });
 }
 
-Kes::Result SimulatedLink::startWorkingMode()
+Kes::Result DirectLink::startWorkingMode()
 {
     return _call([](SimulatedDevice& device) { return device.startWorkingMode(); });
 }
 
-Kes::Result SimulatedLink::stopWorkingMode()
+Kes::Result DirectLink::stopWorkingMode()
 {
     return _call([](SimulatedDevice& device) { return device.stopWorkingMode(); });
 }
 
-Kes::Result SimulatedLink::setOutputs(const OutputState& outputs)
+Kes::Result DirectLink::setOutputs(const OutputState& outputs)
 {
     return _call([&](SimulatedDevice& device) { return device.setOutputs(outputs); });
 }
 
-Kes::Result SimulatedLink::runSequence(const OutputSequence& sequence)
+Kes::Result DirectLink::runSequence(const OutputSequence& sequence)
 {
     return _call([&](SimulatedDevice& device) { return device.runSequence(sequence); },
                  &SimulatedHost::callAfterReports);
 }
 
-Kes::Result SimulatedLink::stopOutputs()
+Kes::Result DirectLink::stopOutputs()
 {
     return _call([](SimulatedDevice& device) { return device.stopOutputs(); });
 }
 
-Kes::Result SimulatedLink::armSequence(const OutputSequence& sequence)
+Kes::Result DirectLink::armSequence(const OutputSequence& sequence)
 {
     return _call([&](SimulatedDevice& device) { return device.armSequence(sequence); },
                  &SimulatedHost::callAfterReports);
 }
 
-Kes::Result SimulatedLink::startArmed(const StartMoment& moment)
+Kes::Result DirectLink::startArmed(const StartMoment& moment)
 {
     return _call([&](SimulatedDevice& device) { return device.startArmed(moment); });
 }
 
-Kes::Result SimulatedLink::readClock(ClockReading& reading)
+Kes::Result DirectLink::readClock(ClockReading& reading)
 {
     return _call([&](SimulatedDevice& device) { return device.readClock(reading); });
 }

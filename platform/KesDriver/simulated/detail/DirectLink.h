@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KesDriver/IKestoLink.h>
+#include <KesDriver/simulated/SimulatedKesto.h>
 #include <KesDriver/simulated/detail/SimulatedHost.h>
 
 #include <functional>
@@ -10,14 +11,16 @@
 
 namespace KesDriver {
 
-/// The connection to a simulated device, which is looked for anew at each attempt to connect. Any thread.
-class SimulatedLink : public IKestoLink {
+/// A connection to a simulated device without a session, for tests: a request is carried out on the calling
+/// thread, and reports come on the device's own, so that only what a test lets fail is ever late. The device
+/// is looked for anew at each attempt to connect. Any thread.
+class KES_EXPORT DirectLink : public IKestoLink {
 public:
     /// Null when there is no device.
-    using Find = std::function<std::shared_ptr<SimulatedHost>()>;
+    using Find = std::function<std::shared_ptr<SimulatedKesto>()>;
 
-    SimulatedLink(Find find, std::string name);
-    ~SimulatedLink() override;
+    DirectLink(Find find, std::string name);
+    ~DirectLink() override;
 
     bool isSimulated() const override { return true; }
     void setReceiver(std::weak_ptr<IReportReceiver> receiver) override;
