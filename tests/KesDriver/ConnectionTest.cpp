@@ -25,22 +25,23 @@ std::string connectionError(const Kes::Result& result)
 TEST_F(ConnectionTest, ConnectsOneLinkAtATime)
 {
     KestoIdentity identity;
-    EXPECT_EQ(connectionError(link->identify(identity)), "KESTO-3 No. 00017 is not connected.");
+    EXPECT_EQ(connectionError(link->identify(identity)), "KESTO 10.0.0.1 is not connected.");
     EXPECT_TRUE(link->connect(connection));
     EXPECT_EQ(connection, 1U);
     EXPECT_TRUE(link->identify(identity));
     EXPECT_EQ(identity, device->getIdentity());
     EXPECT_FALSE(identity.firmwareVersion.empty() || identity.calibrationDate.empty());
     const auto again = link->connect(connection);
-    EXPECT_EQ(message(again), "KESTO-3 No. 00017 is connected already.");
+    EXPECT_EQ(message(again), "KESTO-3 No. 00017 (10.0.0.1) is connected already.");
     EXPECT_FALSE(isConnectionError(again));
 
-    const auto other = SimulatedKesto::createLink(device, "the bench");
+    const auto other = network->createLink(address);
     ConnectionNumber number = 0;
-    EXPECT_EQ(connectionError(other->connect(number)), "the bench is in use by another program.");
+    EXPECT_THAT(connectionError(other->connect(number)),
+                testing::MatchesRegex("KESTO-3 No. 00017 .* is in use by .+@.+ \\(local\\)\\."));
     link->disconnect();
     EXPECT_TRUE(other->connect(number));
-    EXPECT_EQ(connectionError(link->stopOutputs()), "KESTO-3 No. 00017 is not connected.");
+    EXPECT_EQ(connectionError(link->stopOutputs()), "KESTO-3 No. 00017 (10.0.0.1) is not connected.");
 }
 
 TEST_F(ConnectionTest, DeviceThatDoesNotAnswerIsLostWithinTheTimeout)
@@ -49,10 +50,10 @@ TEST_F(ConnectionTest, DeviceThatDoesNotAnswerIsLostWithinTheTimeout)
     start();
     ASSERT_TRUE(link->setOutputs(amperes(2.0)));
     device->setSilent(true);
-    EXPECT_EQ(connectionError(link->stopOutputs()), "KESTO-3 No. 00017 does not answer.");
+    EXPECT_EQ(connectionError(link->stopOutputs()), "KESTO-3 No. 00017 (10.0.0.1) does not answer.");
     ASSERT_TRUE(receiver->waitFor("lost"));
-    EXPECT_EQ(device->getOutputs(), OutputState{});
-    EXPECT_EQ(connectionError(link->connect(connection)), "KESTO-3 No. 00017 does not answer.");
+    EXPECT_TRUE(isSoonOff());
+    EXPECT_EQ(connectionError(link->connect(connection)), "KESTO-3 No. 00017 (10.0.0.1) does not answer.");
     device->setSilent(false);
 
     // Without any call the link finds out by itself.
@@ -66,9 +67,8 @@ TEST_F(ConnectionTest, DeviceThatDoesNotAnswerIsLostWithinTheTimeout)
         begin();
         ASSERT_TRUE(receiver->waitFor("lost"));
         EXPECT_EQ(receiver->getLastConnection(), connection);
-        EXPECT_EQ(device->getOutputs(), OutputState{});
-        EXPECT_FALSE(device->isWorking());
-        EXPECT_EQ(connectionError(link->stopOutputs()), "KESTO-3 No. 00017 is not connected.");
+        EXPECT_TRUE(isSoonOff());
+        EXPECT_EQ(connectionError(link->stopOutputs()), "KESTO-3 No. 00017 (10.0.0.1) is not connected.");
         end();
         EXPECT_THAT(receiver->getLines(), ElementsAre("lost"));
     }
@@ -85,10 +85,7 @@ TEST_F(ConnectionTest, OutputsGoOffThoughTheReceiverIsBusy)
     start();
     ASSERT_TRUE(link->runSequence({{amperes(2.0), 1h}}));
     device->setSilent(true);
-    const auto before = RealClock::now();
-    while (device->isWorking() && RealClock::now() - before < 10s)
-        std::this_thread::yield();
-    EXPECT_EQ(device->getOutputs(), OutputState{});
+    EXPECT_TRUE(isSoonOff());
     isOff.set_value();
     EXPECT_TRUE(receiver->waitFor("lost"));
 }
@@ -106,7 +103,11 @@ TEST_F(ConnectionTest, SlowDeviceObeysAtOnceAndAnswersLate)
     stopper.join();
     EXPECT_GE(RealClock::now() - before, 50ms);
 
-    device->setTimeout(10ms);
+    link->disconnect();
+    device->setAnswerDelay(0ms);
+    device->setTimeout(100ms);
+    start();
+    device->setAnswerDelay(100ms);
     EXPECT_TRUE(isConnectionError(link->stopOutputs()));
     ASSERT_TRUE(receiver->waitFor("lost"));
 }
@@ -134,7 +135,7 @@ TEST_F(ConnectionTest, DisconnectEndsWhatIsUnderWay)
         auto failure = failed.get_future();
         while (failure.wait_for(1ms) != std::future_status::ready && RealClock::now() - before < 30s)
             link->disconnect();
-        EXPECT_EQ(failure.get(), "KESTO-3 No. 00017 is not connected.");
+        EXPECT_EQ(failure.get(), "KESTO-3 No. 00017 (10.0.0.1) is not connected.");
         caller.join();
         device->setSilent(false);
         device->setAnswerDelay(0ms);
@@ -154,7 +155,8 @@ TEST_F(ConnectionTest, QueuedReportsEndWithTheConnection)
         hasEnded.set_value();
     });
     start();
-    ASSERT_TRUE(link->runSequence(OutputSequence(9, {amperes(12.0), 1h, InputCondition{1, false}})));
+    // Whether it has been answered by then is a matter of the threads.
+    static_cast<void>(link->runSequence(OutputSequence(9, {amperes(12.0), 1h, InputCondition{1, false}})));
     hasEnded.get_future().wait();
     start();
     ASSERT_TRUE(link->runSequence({{amperes(1.0), 1ms}}));
@@ -172,7 +174,7 @@ TEST_F(ConnectionTest, DroppedConnectionSwitchesOffAndReconnects)
     device->simulateConnectionLoss();
     EXPECT_EQ(device->getOutputs(), OutputState{});
     ASSERT_TRUE(receiver->waitFor("lost"));
-    EXPECT_THAT(receiver->getLines(), ElementsAre("step 0 0", "lost"));
+    EXPECT_EQ(receiver->getLines().back(), "lost");
     start();
     EXPECT_EQ(connection, 2U);
     EXPECT_TRUE(link->setOutputs(amperes(1.0)));
@@ -185,11 +187,11 @@ TEST_F(ConnectionTest, DeviceMayGoFirst)
 {
     start();
     ASSERT_TRUE(link->runSequence({{amperes(12.0), 1h}}));
-    device.reset();
+    removeDevice();
     EXPECT_TRUE(receiver->waitFor("lost"));
     EXPECT_TRUE(isConnectionError(link->stopOutputs()));
     EXPECT_EQ(connectionError(link->connect(connection)),
-              "KESTO-3 No. 00017 cannot be reached: there is no device at this address.");
+              "KESTO-3 No. 00017 (10.0.0.1) cannot be reached: there is no device at this address.");
 }
 
 TEST_F(ConnectionTest, LinkAndDeviceMayGoInsideAReport)
@@ -201,16 +203,16 @@ TEST_F(ConnectionTest, LinkAndDeviceMayGoInsideAReport)
             return;
         isIdle->get_future().wait();
         link.reset();
-        device.reset();
+        removeDevice();
         isDestroyed->set_value();
     });
     start();
     ASSERT_TRUE(link->runSequence({{amperes(12.0), 1h}}));
     isIdle->set_value();
     isDestroyed->get_future().wait();
-    link = SimulatedKesto::createLink(nullptr, "nothing");
+    link = network->createLink(address);
     EXPECT_EQ(message(link->connect(connection)),
-              "nothing cannot be reached: there is no device at this address.");
+              "KESTO 10.0.0.1 cannot be reached: there is no device at this address.");
 }
 
 TEST_F(ConnectionTest, ReceiverMayGoAtAnyTime)

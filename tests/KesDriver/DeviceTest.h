@@ -2,13 +2,15 @@
 
 #include "RecordingReceiver.h"
 
-#include <KesDriver/simulated/SimulatedKesto.h>
+#include <KesDriver/simulated/SimulatedNetwork.h>
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -26,8 +28,9 @@ class DeviceTest : public testing::Test {
 protected:
     explicit DeviceTest(const KesDriver::OutputLimits& limits = {})
         : device(std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 17), limits)),
-          link(KesDriver::SimulatedKesto::createLink(device))
+          link(network->createLink(address))
     {
+        network->add(address, device);
         link->setReceiver(receiver);
     }
 
@@ -36,12 +39,32 @@ protected:
         ASSERT_TRUE(link->connect(connection));
         ASSERT_TRUE(link->startWorkingMode());
     }
-    /// Keeps the receiver from using what the test has on its stack: ends with the device and its thread.
+    /// What ends with a connection ends when the device sees the end; at once, but not before the link's call
+    /// returns.
+    template <typename Condition>
+    static bool soon(Condition condition)
+    {
+        const auto before = std::chrono::steady_clock::now();
+        while (!condition() && std::chrono::steady_clock::now() - before < std::chrono::seconds(10))
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return condition();
+    }
+    bool isSoonOff()
+    {
+        return soon([this] { return !device->isWorking() && device->getOutputs() == KesDriver::OutputState{}; });
+    }
+    /// The last user of the device goes.
+    void removeDevice()
+    {
+        network->remove(address);
+        device.reset();
+    }
+    /// Keeps the receiver from using what the test has on its stack: ends with the link and its thread.
     struct Scope {
         explicit Scope(DeviceTest& test_) : test(test_) {}
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
-        ~Scope() { test.device.reset(); }
+        ~Scope() { test.link.reset(); }
         DeviceTest& test;
     };
     [[nodiscard]] Scope onLine(std::function<void(const std::string&)> action)
@@ -50,7 +73,7 @@ protected:
         return Scope(*this);
     }
     /// What the link says when the device refuses.
-    static std::string refusal(const std::string& text) { return "KESTO-3 No. 00017: " + text; }
+    static std::string refusal(const std::string& text) { return "KESTO-3 No. 00017 (10.0.0.1): " + text; }
     /// The lines of a sequence up to its end.
     std::vector<std::string> run(const KesDriver::OutputSequence& sequence)
     {
@@ -64,6 +87,9 @@ protected:
         return lines;
     }
 
+    static constexpr KesDriver::NetAddress address{KesDriver::NetAddress::Bytes{10, 0, 0, 1}};
+    const std::shared_ptr<KesDriver::SimulatedNetwork> network =
+        std::make_shared<KesDriver::SimulatedNetwork>();
     std::shared_ptr<KesDriver::SimulatedKesto> device;
     std::shared_ptr<RecordingReceiver> receiver = std::make_shared<RecordingReceiver>();
     std::unique_ptr<KesDriver::IKestoLink> link;

@@ -6,7 +6,6 @@
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
 #include <future>
-#include <thread>
 
 using namespace KesDriver;
 using namespace KesTest;
@@ -17,16 +16,18 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How a link reaches a simulated device: within the process, over a pair of sockets, over TCP.
-enum class Way { Direct, Pair, Tcp };
+/// How a link reaches a simulated device: in its own process, over a pair of sockets without lockstep, over TCP.
+enum class Way { Embedded, Pair, Tcp };
 
 constexpr NetAddress servedAddress{NetAddress::Bytes{127, 8, 0, 1}};
 
-class LinkContract : public testing::TestWithParam<Way> {
+class LinkContract : public DeviceTest, public testing::WithParamInterface<Way> {
 protected:
     LinkContract()
     {
-        if (GetParam() != Way::Direct)
+        if (GetParam() == Way::Embedded)
+            network->add(servedAddress, device);
+        else
             server = std::make_unique<DeviceServer>(device);
         if (GetParam() == Way::Tcp) {
             EXPECT_EQ(message(server->listen(servedAddress.to_string(), 0)), "");
@@ -37,8 +38,8 @@ protected:
 
     std::unique_ptr<IKestoLink> makeLink()
     {
-        if (GetParam() == Way::Direct)
-            return SimulatedKesto::createLink(device);
+        if (GetParam() == Way::Embedded)
+            return network->createLink(servedAddress);
         if (GetParam() == Way::Tcp)
             return TcpNetwork(server->getPort()).createLink(servedAddress);
         return std::make_unique<StreamLink>(
@@ -46,37 +47,15 @@ protected:
     }
     StreamPointer makeStream() const
     {
-        const int descriptor = server ? server->connect() : -1;
-        GSocket* socket = descriptor < 0 ? nullptr : g_socket_new_from_fd(descriptor, nullptr);
-        if (!socket)
-            return nullptr;
-        StreamPointer stream(G_IO_STREAM(g_socket_connection_factory_create_connection(socket)));
-        g_object_unref(socket);
-        return stream;
-    }
-    void start()
-    {
-        ASSERT_EQ(message(link->connect(connection)), "");
-        ASSERT_EQ(message(link->startWorkingMode()), "");
+        return KesDriver::makeStream(server ? server->connect() : -1);
     }
     static std::string said(const std::string& text)
     {
-        return "KESTO-3 No. 00017" +
-               (GetParam() == Way::Direct ? "" : " (" + servedAddress.to_string() + ')') + text;
-    }
-    /// What ends with a connection ends on the device's thread; at once, but not before the link's call
-    /// returns.
-    template <typename Condition>
-    static bool soon(Condition condition)
-    {
-        const auto before = Clock::now();
-        while (!condition() && Clock::now() - before < 10s)
-            std::this_thread::sleep_for(1ms);
-        return condition();
+        return "KESTO-3 No. 00017 (" + servedAddress.to_string() + ')' + text;
     }
     void makeSilent()
     {
-        if (GetParam() == Way::Direct) {
+        if (GetParam() == Way::Embedded) {
             device->setSilent(true);
             return;
         }
@@ -86,13 +65,8 @@ protected:
                                   nullptr, nullptr, nullptr);
     }
 
-    std::shared_ptr<SimulatedKesto> device =
-        std::make_shared<SimulatedKesto>(KestoIdentity{{3, 17}, "2.4.1", "2026-03-31"});
     std::unique_ptr<DeviceServer> server;
-    std::shared_ptr<RecordingReceiver> receiver = std::make_shared<RecordingReceiver>();
-    std::unique_ptr<IKestoLink> link;
     StreamPointer bench{nullptr};
-    ConnectionNumber connection = 0;
 };
 
 TEST_P(LinkContract, TellsWhatTheDeviceIs)
@@ -130,10 +104,7 @@ TEST_P(LinkContract, ConnectsOneLinkAtATime)
     const auto refused = other->connect(number);
     EXPECT_TRUE(isConnectionError(refused));
     EXPECT_EQ(number, 0U);
-    if (GetParam() == Way::Direct)
-        EXPECT_EQ(message(refused), said(" is in use by another program."));
-    else
-        EXPECT_THAT(message(refused), testing::MatchesRegex(".* is in use by .+@.+ \\(.+\\)\\."));
+    EXPECT_THAT(message(refused), testing::MatchesRegex(".* is in use by .+@.+ \\(.+\\)\\."));
     EXPECT_EQ(message(link->stopOutputs()), "");
     link->disconnect();
     const auto ended = link->stopOutputs();
@@ -327,7 +298,7 @@ TEST_P(LinkContract, SilenceIsALossWithinThreeSeconds)
     makeSilent();
     const auto before = Clock::now();
     ASSERT_TRUE(receiver->waitFor("lost"));
-    EXPECT_TRUE(soon([this] { return device->getOutputs() == OutputState{}; }));
+    EXPECT_TRUE(isSoonOff());
     EXPECT_LT(Clock::now() - before, 3s);
     EXPECT_THAT(receiver->getLines(), ElementsAre("lost"));
 }
@@ -339,7 +310,7 @@ TEST_P(LinkContract, EverythingGoesOffWithTheLink)
     const auto before = Clock::now();
     link.reset();
     EXPECT_LT(Clock::now() - before, 100ms);
-    EXPECT_TRUE(soon([this] { return !device->isWorking(); }));
+    EXPECT_TRUE(isSoonOff());
     EXPECT_LT(Clock::now() - before, 500ms);
     EXPECT_TRUE(receiver->getLines().empty());
 }
@@ -349,7 +320,8 @@ TEST_P(LinkContract, DeviceMayGoFirst)
     start();
     ASSERT_TRUE(link->runSequence({{amperes(2.0), 1h}}));
     server.reset();
-    device.reset();
+    network->remove(servedAddress);
+    removeDevice();
     EXPECT_TRUE(receiver->waitFor("lost"));
     EXPECT_TRUE(isConnectionError(link->stopOutputs()));
     if (GetParam() != Way::Tcp) {
@@ -373,15 +345,15 @@ TEST_P(LinkContract, LinkMayGoInsideAReport)
     ASSERT_TRUE(link->runSequence({{amperes(2.0), 1h}}));
     mayGo.set_value();
     isGone.get_future().wait();
-    EXPECT_TRUE(soon([this] { return !device->isWorking(); }));
+    EXPECT_TRUE(isSoonOff());
 }
 
 const char* getName(Way way)
 {
-    return way == Way::Direct ? "Direct" : way == Way::Pair ? "Pair" : "Tcp";
+    return way == Way::Embedded ? "Embedded" : way == Way::Pair ? "Pair" : "Tcp";
 }
 
-INSTANTIATE_TEST_SUITE_P(Ways, LinkContract, testing::Values(Way::Direct, Way::Pair, Way::Tcp),
+INSTANTIATE_TEST_SUITE_P(Ways, LinkContract, testing::Values(Way::Embedded, Way::Pair, Way::Tcp),
                          [](const auto& instance) { return getName(instance.param); });
 
 } // namespace

@@ -203,23 +203,19 @@ TEST_F(SimulatedKestoTest, FaultEndsTheOutputAndIsRepeated)
     }
 }
 
-TEST_F(SimulatedKestoTest, NonsenseStillObeysStopCommands)
+TEST_F(SimulatedKestoTest, NonsenseIsToldAndEndsTheConnection)
 {
     start();
     ASSERT_TRUE(link->setOutputs(amperes(2.0)));
     device->setNonsense(true);
-    ASSERT_TRUE(receiver->waitFor("step 77"));
-    KestoIdentity identity;
-    OutputLimits limits;
-    DeviceTime time{0};
-    ASSERT_TRUE(link->identify(identity));
-    ASSERT_TRUE(link->readLimits(limits));
-    ASSERT_TRUE(link->readTime(time));
-    EXPECT_NE(identity, device->getIdentity());
-    EXPECT_LT(limits.minimumHertz, 0.0);
-    EXPECT_LT(time, 0us);
+    ASSERT_TRUE(receiver->waitFor("input 0 open"));
     EXPECT_TRUE(link->stopOutputs());
     EXPECT_EQ(device->getOutputs(), OutputState{});
+    OutputLimits limits;
+    const auto result = link->readLimits(limits);
+    EXPECT_EQ(message(result), "KESTO-3 No. 00017 (10.0.0.1) gives answers that make no sense.");
+    EXPECT_TRUE(isConnectionError(result));
+    EXPECT_TRUE(isSoonOff());
 }
 
 /// A contact that changes without end at one moment must neither hang the device nor its callers.

@@ -1,6 +1,6 @@
 #include <Overcurrent/run/TestRun.h>
 
-#include <KesDriver/simulated/SimulatedKesto.h>
+#include <KesDriver/simulated/SimulatedNetwork.h>
 
 #include <support/SimulatedRelay.h>
 
@@ -60,6 +60,7 @@ class TestRunTest : public testing::Test {
 protected:
     TestRunTest()
     {
+        network.add(address, device);
         EXPECT_TRUE(device->setSpeed(5000));
         plan.multiples = {2.0, 5.0};
         plan.timeout = 20.0;
@@ -76,10 +77,12 @@ protected:
         return end;
     }
 
+    static constexpr KesDevice::Kesto::Address address{KesDevice::Kesto::Address::Bytes{10, 0, 0, 1}};
     std::shared_ptr<KesDriver::SimulatedKesto> device =
         std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 7));
-    const std::shared_ptr<KesDevice::Kesto> owned = KesDevice::Kesto::create(
-        KesDevice::Kesto::Address({10, 0, 0, 1}), KesDriver::SimulatedKesto::createLink(device));
+    KesDriver::SimulatedNetwork network;
+    const std::shared_ptr<KesDevice::Kesto> owned =
+        KesDevice::Kesto::create(address, network.createLink(address));
     KesDevice::Kesto& kesto = *owned;
     RelaySettings settings;
     TestPlan plan;

@@ -16,14 +16,6 @@ namespace KesTest {
 
 namespace {
 
-StreamPointer toStream(int descriptor)
-{
-    GSocket* socket = g_socket_new_from_fd(descriptor, nullptr);
-    StreamPointer stream(G_IO_STREAM(g_socket_connection_factory_create_connection(socket)));
-    g_object_unref(socket);
-    return stream;
-}
-
 void closeStream(const StreamPointer& stream)
 {
     if (stream)
@@ -73,10 +65,10 @@ StreamPointer ScriptedPeer::_accept()
     close();
     if (_thread.joinable())
         _thread.join();
-    _stream = toStream(ends[0]);
+    _stream = makeStream(ends[0]);
     _hasEnded = false;
     _thread = std::thread([this] { _serve(); });
-    return toStream(ends[1]);
+    return makeStream(ends[1]);
 }
 
 void ScriptedPeer::_serve()

@@ -123,13 +123,18 @@ void ReportQueue::_deliverNext(Lock& lock)
 
 void ReportQueue::_dropUntaken(Lock& lock, ConnectionNumber connection)
 {
-    std::erase_if(_deliveries, [=](const Delivery& delivery) { return delivery.connection == connection; });
-    if (connection != _connection)
-        return;
-    const auto untaken = _untaken;
-    lock.unlock();
-    untaken();
-    lock.lock();
+    if (connection == _connection) {
+        // First, since more may be coming.
+        const auto untaken = _untaken;
+        lock.unlock();
+        untaken();
+        lock.lock();
+    }
+    std::erase_if(_deliveries, [=](const Delivery& delivery) {
+        const auto* const report = std::get_if<Report>(&delivery.content);
+        return delivery.connection == connection &&
+               !(report && std::holds_alternative<ConnectionLost>(*report));
+    });
 }
 
 bool removeStep(Report& report)
