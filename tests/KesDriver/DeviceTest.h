@@ -51,7 +51,8 @@ protected:
     }
     bool isSoonOff()
     {
-        return soon([this] { return !device->isWorking() && device->getOutputs() == KesDriver::OutputState{}; });
+        return soon(
+            [this] { return !device->isWorking() && device->getOutputs() == KesDriver::OutputState{}; });
     }
     /// The last user of the device goes.
     void removeDevice()

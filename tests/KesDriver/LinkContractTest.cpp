@@ -16,7 +16,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How a link reaches a simulated device: in its own process, over a pair of sockets without lockstep, over TCP.
+/// How a link reaches a simulated device: in its own process, over a pair of sockets without lockstep, over
+/// TCP.
 enum class Way { Embedded, Pair, Tcp };
 
 constexpr NetAddress servedAddress{NetAddress::Bytes{127, 8, 0, 1}};
@@ -45,10 +46,7 @@ protected:
         return std::make_unique<StreamLink>(
             StreamLink::Settings{[this](GCancellable*) { return makeStream(); }, servedAddress.to_string()});
     }
-    StreamPointer makeStream() const
-    {
-        return KesDriver::makeStream(server ? server->connect() : -1);
-    }
+    StreamPointer makeStream() const { return KesDriver::makeStream(server ? server->connect() : -1); }
     static std::string said(const std::string& text)
     {
         return "KESTO-3 No. 00017 (" + servedAddress.to_string() + ')' + text;

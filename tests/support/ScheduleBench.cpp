@@ -92,7 +92,7 @@ ScheduleBench::Device::Device(std::uint8_t number, Dice& dice)
     : address(Kesto::Address::Bytes{10, 1, 0, number}),
       simulated(std::make_shared<SimulatedKesto>(KestoIdentifer(3, firstSerialNumber + number)))
 {
-    simulated->setTimeout(std::chrono::milliseconds(dice.isOneIn(4) ? 10 : 5));
+    simulated->setTimeout(scheduleSlowness * std::chrono::milliseconds(dice.isOneIn(4) ? 60 : 30));
     if (dice.isOneIn(40))
         simulated->setAnswerDelay(std::chrono::milliseconds(1 + dice.roll(3)));
     if (dice.isOneIn(2))
@@ -174,7 +174,7 @@ void ScheduleBench::_lose(Device& device)
 /// Not long: they may not come at all.
 void ScheduleBench::_awaitOutputs() const
 {
-    const auto end = std::chrono::steady_clock::now() + scheduleSlowness * 4ms;
+    const auto end = std::chrono::steady_clock::now() + scheduleSlowness * 20ms;
     while (!haveRun() && std::chrono::steady_clock::now() < end)
         std::this_thread::yield();
 }

@@ -14,8 +14,8 @@ struct StreamUnref {
 };
 using StreamPointer = std::unique_ptr<GIOStream, StreamUnref>;
 
-/// A stream over the descriptor of a connected stream socket, which belongs to it from then on; null for -1, and
-/// when there is none to be had. Any thread.
+/// A stream over the descriptor of a connected stream socket, which belongs to it from then on; null for -1,
+/// and when there is none to be had. Any thread.
 KES_EXPORT StreamPointer makeStream(int descriptor);
 
 /// Makes the stream to a device, on the calling thread; null when there is no device. May block, until the

@@ -1,5 +1,6 @@
 #include <KesDriver/simulated/SimulatedKesto.h>
 
+#include <KesDriver/DriverText.h>
 #include <KesDriver/simulated/serving/detail/SessionSet.h>
 
 #include <utility>
@@ -75,9 +76,20 @@ int SimulatedKesto::_connect()
     return _sessions->connect();
 }
 
+bool SimulatedKesto::_isReachable() const
+{
+    return _served->getSessions().canAnswerWithin(_timeout);
+}
+
+std::string SimulatedKesto::_getOwner() const
+{
+    const auto owner = _served->getControl().getOwner();
+    return owner.address == SessionSocket::localAddress ? lng::Driver::get("Link.thisProgram") : owner.name;
+}
+
 void SimulatedKesto::setTimeout(std::chrono::milliseconds timeout)
 {
-    _host->setTimeout(timeout);
+    _timeout = timeout;
 }
 
 void SimulatedKesto::setFaultRepeatInterval(std::chrono::milliseconds interval)
@@ -125,13 +137,11 @@ void SimulatedKesto::simulateConnectionLoss()
 
 void SimulatedKesto::setSilent(bool silent)
 {
-    _host->setSilent(silent);
     _served->getSessions().setSilent(silent, 0);
 }
 
 void SimulatedKesto::setAnswerDelay(std::chrono::milliseconds delay)
 {
-    _host->setAnswerDelay(delay);
     _served->getSessions().setDelay(delay, 0);
 }
 

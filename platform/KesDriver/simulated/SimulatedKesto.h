@@ -4,6 +4,7 @@
 #include <KesDriver/IKestoLink.h>
 #include <KesDriver/simulated/ISimulatedTestObject.h>
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -61,7 +62,8 @@ public:
     /// How often a current or a voltage has risen from zero while all others were zero.
     unsigned getEnergisings() const;
 
-    /// How long a link of this process waits for an answer, from its next connection on; two seconds at first.
+    /// How long a link of this process waits for an answer, from its next connection on; two seconds at
+    /// first.
     void setTimeout(std::chrono::milliseconds timeout);
     /// The real time after which a lasting fault is reported again; one second at first.
     void setFaultRepeatInterval(std::chrono::milliseconds interval);
@@ -91,17 +93,21 @@ public:
 
 private:
     friend class DeviceServer;
-    friend class DirectLink;
     friend class SimulatedNetwork;
 
     void _raiseFault(const std::function<void(SimulatedFaults&)>& raise);
     int _connect();
+    /// Whether somebody who asks would get an answer in time.
+    bool _isReachable() const;
+    /// Who has control: "this program" or what the other one calls itself; empty for nobody.
+    std::string _getOwner() const;
 
     const std::shared_ptr<SimulatedHost> _host;
     const std::shared_ptr<ServedDevice> _served;
     /// Those of the links of this process; made with the first one.
     std::unique_ptr<SessionSet> _sessions;
     std::mutex _mutex;
+    std::atomic<std::chrono::milliseconds> _timeout{std::chrono::milliseconds(2000)};
 };
 
 } // namespace KesDriver

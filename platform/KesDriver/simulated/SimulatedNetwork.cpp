@@ -1,6 +1,5 @@
 #include <KesDriver/simulated/SimulatedNetwork.h>
 
-#include <KesDriver/DriverText.h>
 #include <KesDriver/EmbeddedNetwork.h>
 #include <KesDriver/net/StreamLink.h>
 #include <KesDriver/simulated/detail/SimulatedHost.h>
@@ -36,8 +35,10 @@ void schedule(SimulatedHost& host, unsigned input, bool isClosed, SimulatedDevic
 } // namespace
 
 struct SimulatedNetwork::Impl {
+    using Devices = std::map<NetAddress, std::shared_ptr<SimulatedKesto>>;
+
     mutable std::mutex mutex;
-    std::map<NetAddress, std::shared_ptr<SimulatedKesto>> devices;
+    Devices devices;
     /// The one that drives the start line.
     std::weak_ptr<SimulatedHost> first;
 
@@ -47,19 +48,17 @@ struct SimulatedNetwork::Impl {
         const auto found = devices.find(address);
         return found == devices.end() ? nullptr : found->second;
     }
-    std::vector<std::pair<NetAddress, Host>> getPlaces() const
+    Devices getDevices() const
     {
-        std::vector<std::pair<NetAddress, Host>> places;
         std::lock_guard lock(mutex);
-        for (const auto& [address, device] : devices)
-            places.emplace_back(address, device->_host);
-        return places;
+        return devices;
     }
     std::vector<Host> getHosts() const
     {
         std::vector<Host> hosts;
-        for (auto& [address, host] : getPlaces())
-            hosts.push_back(std::move(host));
+        std::lock_guard lock(mutex);
+        for (const auto& [address, device] : devices)
+            hosts.push_back(device->_host);
         return hosts;
     }
     /// The one so far.
@@ -114,12 +113,11 @@ std::shared_ptr<SimulatedKesto> SimulatedNetwork::get(const NetAddress& address)
 
 Kes::Result SimulatedNetwork::find(const FoundListener& found, std::stop_token stop)
 {
-    for (const auto& [address, host] : _impl->getPlaces()) {
+    for (const auto& [address, device] : _impl->getDevices()) {
         if (stop.stop_requested())
             break;
-        if (host->isReachable())
-            found({address, host->getIdentity().identifer, true,
-                   host->isConnected() ? lng::Driver::get("Link.thisProgram") : ""});
+        if (device->_isReachable())
+            found({address, device->getIdentifer(), true, device->_getOwner()});
     }
     return true;
 }
@@ -130,15 +128,14 @@ std::unique_ptr<IKestoLink> SimulatedNetwork::createLink(const NetAddress& addre
         const auto network = impl.lock();
         return network ? network->get(address) : nullptr;
     };
-    StreamLink::Settings settings{
-        [find](GCancellable*) {
-            const auto device = find();
-            return device ? makeStream(device->_connect()) : nullptr;
-        },
-        address.to_string()};
+    StreamLink::Settings settings{[find](GCancellable*) {
+                                      const auto device = find();
+                                      return device ? makeStream(device->_connect()) : nullptr;
+                                  },
+                                  address.to_string()};
     settings.getTimeout = [find, usual = settings.getTimeout] {
         const auto device = find();
-        return device ? device->_host->getTimeout() : usual();
+        return device ? device->_timeout.load() : usual();
     };
     settings.isInLockstep = true;
     return std::make_unique<StreamLink>(std::move(settings));

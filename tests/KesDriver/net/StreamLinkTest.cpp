@@ -37,8 +37,8 @@ protected:
 
     std::unique_ptr<StreamLink> makeLink(std::chrono::milliseconds timeout, StreamConnector connector)
     {
-        return std::make_unique<StreamLink>(
-            StreamLink::Settings{std::move(connector), "127.8.0.1", "Test@here", [timeout] { return timeout; }});
+        return std::make_unique<StreamLink>(StreamLink::Settings{std::move(connector), "127.8.0.1",
+                                                                 "Test@here", [timeout] { return timeout; }});
     }
     void start() { ASSERT_EQ(message(link->connect(connection)), ""); }
     /// From now on a question is answered so; every other one as usual.

@@ -24,8 +24,8 @@ public:
     void setReceiver(std::weak_ptr<IReportReceiver> receiver);
 
     /// Before the first report of a connection; false when the system has no thread to give. `untaken` is
-    /// called on the thread when a receiver throws; after that, nothing is left of the connection but its loss,
-    /// for who has missed a report must not take what follows for the whole.
+    /// called on the thread when a receiver throws; after that, nothing is left of the connection but its
+    /// loss, for who has missed a report must not take what follows for the whole.
     bool start(ConnectionNumber connection, std::function<void()> untaken);
     /// Delivers nothing more. Waits for the thread unless it is with a receiver.
     void stop();

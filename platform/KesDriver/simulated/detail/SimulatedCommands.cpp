@@ -104,7 +104,6 @@ Kes::Result SimulatedDevice::runSequence(const OutputSequence& sequence)
 {
     if (auto result = _checkSequence(sequence); !result)
         return result;
-    ++_sequenceCount;
     _output.runSequence(sequence, _now());
     _passOnOutputReports();
     return true;
@@ -121,7 +120,6 @@ Kes::Result SimulatedDevice::armSequence(const OutputSequence& sequence)
 {
     if (auto result = _checkSequence(sequence); !result)
         return result;
-    ++_sequenceCount;
     _startTime.reset();
     _output.armSequence(sequence, _now());
     _passOnOutputReports();

@@ -43,9 +43,6 @@ public:
     Kes::Result startArmed(const StartMoment& moment);
     Kes::Result readClock(ClockReading& reading) const;
 
-    /// How many sequences it has taken.
-    std::size_t getSequenceCount() const { return _sequenceCount; }
-
     // What the bench does to it, as in SimulatedKesto.
 
     bool setSpeed(double factor);
@@ -114,7 +111,6 @@ private:
     SimulatedClock _clock;
     DeviceTime _lastTime{0};
     SimulatedOutput _output;
-    std::size_t _sequenceCount = 0;
     /// When the armed sequence begins.
     std::optional<CommonTime> _startTime;
     SimulatedFaults _faults;

@@ -3,7 +3,6 @@
 #include <KesCommon/ExceptionText.h>
 #include <KesCommon/Log.h>
 
-#include <algorithm>
 #include <chrono>
 #include <string>
 #include <utility>
@@ -43,21 +42,7 @@ void SimulatedHost::shutDown()
         _stopping = true;
         _changed.notify_all();
     }
-    // A receiver may drop the last use of the device: then this is the device's own thread, which goes on
-    // to its end by itself.
     _worker.wait();
-}
-
-bool SimulatedHost::isReachable() const
-{
-    std::lock_guard lock(_mutex);
-    return !_stopping && _isReachable();
-}
-
-bool SimulatedHost::isConnected() const
-{
-    std::lock_guard lock(_mutex);
-    return _connected != nullptr;
 }
 
 // The device's own thread
@@ -65,8 +50,7 @@ bool SimulatedHost::isConnected() const
 void SimulatedHost::_run()
 {
     Lock lock(_mutex);
-    _threadId = std::this_thread::get_id();
-    while (!_stopping || !_startSignals.empty() || !_deliveries.empty()) {
+    while (!_stopping || !_startSignals.empty() || !_lost.empty()) {
         try {
             _step(lock);
         } catch (...) {
@@ -81,21 +65,20 @@ void SimulatedHost::_step(Lock& lock)
         _loseAfterFailure();
     else if (!_startSignals.empty())
         _giveStartSignal(lock);
-    else if (!_deliveries.empty())
-        _deliverNext(lock);
+    else if (!_lost.empty())
+        _tellLoss(lock);
     else if (const auto now = SimulatedClock::now(); _work(now))
         _letOthersIn(lock);
     else
         _changed.wait_until(lock, _getNextWake(now));
 }
 
-/// Without memory, or when a receiver throws: the device must not be gone without a word, or whoever measures
-/// waits for it. Called inside a catch block.
+/// Without memory: the device must not be gone without a word, or whoever measures waits for it. Called
+/// inside a catch block.
 void SimulatedHost::_fail(Lock& lock)
 {
     if (!lock.owns_lock())
         lock.lock();
-    _isDelivering = false;
     const bool hadFailed = std::exchange(_hasFailed, true);
     _changed.notify_all();
     try {
@@ -107,12 +90,9 @@ void SimulatedHost::_fail(Lock& lock)
         _changed.wait_for(lock, betweenFailures);
 }
 
-/// Nothing more is told but that: who has missed a report must not take what follows for the whole.
+/// Who has missed a report must not take what follows for the whole.
 void SimulatedHost::_loseAfterFailure()
 {
-    std::erase_if(_deliveries, [](const Delivery& delivery) {
-        return !std::holds_alternative<ConnectionLost>(delivery.report);
-    });
     _loseConnection();
     _hasFailed = false;
     _changed.notify_all();
@@ -129,25 +109,14 @@ void SimulatedHost::_giveStartSignal(Lock& lock)
     lock.lock();
 }
 
-void SimulatedHost::_deliverNext(Lock& lock)
+void SimulatedHost::_tellLoss(Lock& lock)
 {
-    auto delivery = std::move(_deliveries.front());
-    _deliveries.pop_front();
-    // Steps mean the sequence taken last; what is left of an earlier one would be taken for its.
-    if (delivery.sequence != _device.getSequenceCount()) {
-        if (std::holds_alternative<StepEvent>(delivery.report))
-            return;
-        if (auto* input = std::get_if<InputEvent>(&delivery.report))
-            input->step.reset();
-    }
-    _isDelivering = true;
+    const auto lost = _lost.front();
     lock.unlock();
-    if (const auto receiver = delivery.connection->receiver->get())
-        receiver->receive(delivery.connection->number, delivery.report);
-    delivery = {};
+    (*lost)();
     lock.lock();
-    _isDelivering = false;
-    _changed.notify_all();
+    // What throws is tried again.
+    _lost.pop_front();
 }
 
 /// A test object whose contact never rests must not lock the callers out.
@@ -161,8 +130,6 @@ void SimulatedHost::_letOthersIn(Lock& lock)
 /// What is due; false when nothing is.
 bool SimulatedHost::_work(RealTime now)
 {
-    if (_watch())
-        return true;
     if (_isHeld(now))
         return false;
     const bool hasWorked = _device.work(now, _connected != nullptr);
@@ -171,20 +138,9 @@ bool SimulatedHost::_work(RealTime now)
     return hasWorked;
 }
 
-/// Loses the connection when the device has not answered for the time-out. Whoever looks at the device does
-/// that too, since its thread may be with a receiver.
-bool SimulatedHost::_watch()
-{
-    if (!_isWatched() || SimulatedClock::now() < _unreachableSince + _timeout)
-        return false;
-    _loseConnection();
-    return true;
-}
-
 SimulatedHost::RealTime SimulatedHost::_getNextWake(RealTime now) const
 {
-    const auto wake = _isHeld(now) ? *_heldUntil : _device.getNextWake(now, _connected != nullptr);
-    return _isWatched() ? std::min(wake, _unreachableSince + _timeout) : wake;
+    return _isHeld(now) ? *_heldUntil : _device.getNextWake(now, _connected != nullptr);
 }
 
 void SimulatedHost::_passOnReports() noexcept
@@ -199,13 +155,9 @@ void SimulatedHost::_passOnReports() noexcept
 
 void SimulatedHost::_takeReports()
 {
-    const auto sequence = _device.getSequenceCount();
-    for (auto& report : _device.takeReports()) {
-        _show(report);
-        if (_connected && !_connected->isServed && _connected->state == SimulatedConnection::State::Open &&
-            !_silent)
-            _deliveries.push_back({_connected, std::move(report), sequence});
-    }
+    for (const auto& report : _device.takeReports())
+        if (_observer && _observer->observe(report, _device))
+            _heldUntil = SimulatedClock::now() + longestHold;
     if (_observer)
         _observer->settle(_device);
     for (const auto& signal : _device.takeStartSignals())
@@ -213,20 +165,11 @@ void SimulatedHost::_takeReports()
             _startSignals.push_back(signal);
 }
 
-void SimulatedHost::_show(const Report& report)
-{
-    if (_observer && _observer->observe(report, _device))
-        _heldUntil = SimulatedClock::now() + longestHold;
-}
-
 void SimulatedHost::_loseConnection()
 {
     if (!_connected)
         return;
-    // A connection that never came about is not reported as lost.
-    if (_connected->state == SimulatedConnection::State::Open)
-        _deliveries.push_back({_connected, ConnectionLost{}, _device.getSequenceCount()});
-    _connected->state = SimulatedConnection::State::Lost;
+    _lost.push_back(_connected);
     _endConnection();
 }
 
@@ -238,49 +181,40 @@ void SimulatedHost::_endConnection()
     _passOnReports();
 }
 
+// The controller
+
+bool SimulatedHost::connect(const Connection& connection)
+{
+    std::lock_guard lock(_mutex);
+    if (_stopping || _connected)
+        return false;
+    _connected = connection;
+    _device.beginConnection();
+    _changed.notify_all();
+    return true;
+}
+
+void SimulatedHost::disconnect(const Connection& connection)
+{
+    std::lock_guard lock(_mutex);
+    if (_connected == connection)
+        _endConnection();
+}
+
+std::optional<Kes::Result> SimulatedHost::call(const Connection& connection, const Request& request)
+{
+    const Use use(*this);
+    if (!connection || _connected != connection)
+        return std::nullopt;
+    return _noteFailure([&] { return request(_device); });
+}
+
 // The bench
 
 void SimulatedHost::simulateConnectionLoss()
 {
     std::lock_guard lock(_mutex);
     _loseConnection();
-}
-
-void SimulatedHost::setTimeout(std::chrono::milliseconds timeout)
-{
-    std::lock_guard lock(_mutex);
-    const bool wasReachable = _isReachable();
-    _timeout = timeout;
-    _noteReachability(wasReachable);
-}
-
-std::chrono::milliseconds SimulatedHost::getTimeout() const
-{
-    std::lock_guard lock(_mutex);
-    return _timeout;
-}
-
-void SimulatedHost::setSilent(bool silent)
-{
-    std::lock_guard lock(_mutex);
-    const bool wasReachable = _isReachable();
-    _silent = silent;
-    _noteReachability(wasReachable);
-}
-
-void SimulatedHost::setAnswerDelay(std::chrono::milliseconds delay)
-{
-    std::lock_guard lock(_mutex);
-    const bool wasReachable = _isReachable();
-    _answerDelay = delay;
-    _noteReachability(wasReachable);
-}
-
-void SimulatedHost::_noteReachability(bool wasReachable)
-{
-    if (wasReachable && !_isReachable())
-        _unreachableSince = SimulatedClock::now();
-    _changed.notify_all();
 }
 
 void SimulatedHost::setStartLine(StartLine startLine)

@@ -26,27 +26,9 @@ Scpi::Error toError(const Kes::Result& refusal)
 
 } // namespace
 
-class DeviceControl::Receiver : public IReportReceiver {
-public:
-    explicit Receiver(std::weak_ptr<DeviceControl> control) : _control(std::move(control)) {}
-
-    void receive(ConnectionNumber connection, const Report& report) override
-    {
-        if (!std::holds_alternative<ConnectionLost>(report))
-            return;
-        if (const auto control = _control.lock())
-            control->_noteLoss(connection);
-    }
-
-private:
-    const std::weak_ptr<DeviceControl> _control;
-};
-
 DeviceControl::DeviceControl(std::shared_ptr<SimulatedHost> host, EventLog& events)
     : _host(std::move(host)), _events(events)
 {}
-
-DeviceControl::~DeviceControl() = default;
 
 void DeviceControl::setLost(Lost lost)
 {
@@ -60,13 +42,13 @@ void DeviceControl::take(const Owner& owner)
     if (_owner.session != 0 && _owner.session != owner.session)
         protect(_owner);
     if (_owner.session == 0) {
-        const auto receiver = std::make_shared<SimulatedReceiver>();
-        _receiver = std::make_shared<Receiver>(weak_from_this());
-        receiver->set(_receiver);
-        auto connection = std::make_shared<SimulatedConnection>(++_lastNumber, "", receiver);
-        connection->isServed = true;
+        const auto number = ++_lastNumber;
+        auto connection = std::make_shared<const std::function<void()>>([weak = weak_from_this(), number] {
+            if (const auto control = weak.lock())
+                control->_noteLoss(number);
+        });
         if (!_host->connect(connection))
-            throw Scpi::Error(Scpi::ErrorCode::CommandProtected, "a program without the network has control");
+            throw Scpi::Error(Scpi::ErrorCode::CommandProtected, "the device has been switched off");
         _connection = std::move(connection);
     }
     _owner = owner;
@@ -92,13 +74,13 @@ void DeviceControl::_end(const std::string& reason)
     _owner = {};
 }
 
-void DeviceControl::_noteLoss(ConnectionNumber connection)
+void DeviceControl::_noteLoss(std::uint64_t connection)
 {
     SessionNumber session = 0;
     Lost lost;
     {
         std::lock_guard lock(_mutex);
-        if (!_connection || _connection->number != connection)
+        if (!_connection || _lastNumber != connection)
             return;
         session = _owner.session;
         _end("the device has dropped " + _owner.name);
@@ -149,16 +131,11 @@ SimulatedHost::Connection DeviceControl::_getConnection(SessionNumber session) c
 
 void DeviceControl::call(SessionNumber session, const SimulatedHost::Request& request)
 {
-    // What the host tells of a refusal is made for a link; the device's own words go over the network.
-    Kes::Result refusal(true);
-    const auto result = _host->call(_getConnection(session), [&](SimulatedDevice& device) {
-        refusal = request(device);
-        return refusal;
-    });
-    if (!refusal)
-        throw toError(refusal);
+    const auto result = _host->call(_getConnection(session), request);
     if (!result)
         throw Scpi::Error(Scpi::ErrorCode::CommandProtected, "control has been lost");
+    if (!*result)
+        throw toError(*result);
 }
 
 } // namespace KesDriver

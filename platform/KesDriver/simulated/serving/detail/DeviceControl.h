@@ -30,10 +30,9 @@ public:
 
     /// Both outlive it.
     DeviceControl(std::shared_ptr<SimulatedHost> host, EventLog& events);
-    ~DeviceControl();
     void setLost(Lost lost);
 
-    /// Throws Scpi::Error while another session or program has it.
+    /// Throws Scpi::Error while another session has it.
     void take(const Owner& owner);
     /// Everything off, which is an event with the reason. Nothing for a session without control.
     void release(SessionNumber session, const std::string& reason);
@@ -53,22 +52,20 @@ public:
     void call(SessionNumber session, const SimulatedHost::Request& request);
 
 private:
-    class Receiver;
-
     SimulatedHost::Connection _getConnection(SessionNumber session) const;
     void _check(SessionNumber session) const;
     void _setLockstep(bool isOn);
     void _end(const std::string& reason);
-    void _noteLoss(ConnectionNumber connection);
+    void _noteLoss(std::uint64_t connection);
 
     const std::shared_ptr<SimulatedHost> _host;
     EventLog& _events;
     mutable std::mutex _mutex;
     Lost _lost;
     Owner _owner;
-    std::shared_ptr<Receiver> _receiver;
     SimulatedHost::Connection _connection;
-    ConnectionNumber _lastNumber = 0;
+    /// Of the connection.
+    std::uint64_t _lastNumber = 0;
     std::atomic<bool> _lockstep{false};
 };
 

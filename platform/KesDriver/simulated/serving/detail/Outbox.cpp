@@ -62,7 +62,7 @@ void Outbox::setSilent(bool isSilent)
 void Outbox::finish(std::chrono::milliseconds longest)
 {
     std::unique_lock lock(_mutex);
-    _changed.wait_for(lock, longest, [&] { return _isOver || (_lines.empty() && !_isWriting); });
+    _changed.wait_for(lock, longest, [&] { return _isOver || _isSilent || (_lines.empty() && !_isWriting); });
     _isOver = true;
     _changed.notify_all();
 }

@@ -32,7 +32,7 @@ public:
     void setDelay(std::chrono::milliseconds delay);
     void setSilent(bool isSilent);
 
-    /// Waits until all is sent, at most that long.
+    /// Waits until all is sent, at most that long, and not at all while it is silent.
     void finish(std::chrono::milliseconds longest);
 
 private:

@@ -54,6 +54,12 @@ void SessionRegistry::setDelay(std::chrono::milliseconds delay, SessionNumber ex
     });
 }
 
+bool SessionRegistry::canAnswerWithin(std::chrono::milliseconds time) const
+{
+    std::lock_guard lock(_mutex);
+    return !_isSilent && _delay < time;
+}
+
 void SessionRegistry::dropOthers(SessionNumber except)
 {
     std::lock_guard lock(_mutex);

@@ -35,6 +35,8 @@ public:
     /// For all sessions, those to come included, but for one.
     void setSilent(bool isSilent, SessionNumber except);
     void setDelay(std::chrono::milliseconds delay, SessionNumber except);
+    /// Whether a session that begins now would hear something within that time.
+    bool canAnswerWithin(std::chrono::milliseconds time) const;
     void dropOthers(SessionNumber except);
     void drop(SessionNumber session);
 

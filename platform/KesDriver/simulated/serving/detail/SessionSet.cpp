@@ -40,8 +40,8 @@ int SessionSet::connect()
 std::size_t SessionSet::count() const
 {
     std::lock_guard lock(_mutex);
-    return static_cast<std::size_t>(
-        std::count_if(_sessions.begin(), _sessions.end(), [](const auto& each) { return !each->hasEnded(); }));
+    return static_cast<std::size_t>(std::count_if(_sessions.begin(), _sessions.end(),
+                                                  [](const auto& each) { return !each->hasEnded(); }));
 }
 
 bool SessionSet::tryAdd(GObjectPtr<GSocket> socket)

@@ -25,7 +25,8 @@ public:
     SessionSet(const SessionSet&) = delete;
     SessionSet& operator=(const SessionSet&) = delete;
 
-    /// Begins one; a word to the other end instead when there are too many. False when it could not be served.
+    /// Begins one; a word to the other end instead when there are too many. False when it could not be
+    /// served.
     bool tryAdd(GObjectPtr<GSocket> socket);
     /// Begins one within the process: the descriptor of its other end, which is the caller's to close, or -1.
     int connect();

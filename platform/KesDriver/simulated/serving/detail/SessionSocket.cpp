@@ -19,7 +19,7 @@ std::string SessionSocket::getAddress() const
 {
     const GObjectPtr<GSocketAddress> address(g_socket_get_remote_address(_socket.get(), nullptr));
     if (!address || !G_IS_INET_SOCKET_ADDRESS(address.get()))
-        return "local";
+        return localAddress;
     char* text = g_socket_connectable_to_string(G_SOCKET_CONNECTABLE(address.get()));
     const std::string result(text);
     g_free(text);

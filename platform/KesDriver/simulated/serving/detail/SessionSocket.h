@@ -25,7 +25,10 @@ public:
 
     explicit SessionSocket(GObjectPtr<GSocket> socket);
 
-    /// The other end, such as "127.0.0.1:40312"; "local" for one inside this machine without an address.
+    /// Of a program that has none: one inside this machine.
+    static constexpr const char* localAddress = "local";
+
+    /// The other end, such as "127.0.0.1:40312", or `localAddress`.
     std::string getAddress() const;
 
     /// Waits for bytes, until the deadline if there is one. They replace those in `bytes`.
