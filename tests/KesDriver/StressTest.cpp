@@ -117,6 +117,9 @@ TEST(SimulatedKestoStress, HoldsItsPromisesWhateverComesTogether)
                 static_cast<void>(link->stopOutputs());
         }
         link->disconnect();
+        const auto ended = std::chrono::steady_clock::now();
+        while (device->isWorking() && std::chrono::steady_clock::now() < ended + 3s)
+            std::this_thread::yield();
         EXPECT_EQ(device->getOutputs(), OutputState{});
     }
     isOver = true;

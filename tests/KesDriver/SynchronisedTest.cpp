@@ -1,7 +1,11 @@
 #include "DeviceTest.h"
 
 #include <KesDriver/EmbeddedNetwork.h>
+#include <KesDriver/net/TcpNetwork.h>
 #include <KesDriver/simulated/SimulatedNetwork.h>
+#include <KesDriver/simulated/serving/DeviceServer.h>
+
+#include <support/ThreadCount.h>
 
 #include <limits>
 
@@ -111,6 +115,44 @@ TEST(SimulatedNetwork, DevicesComeAndGo)
 
     EXPECT_EQ(getEmbeddedNetwork(), SimulatedNetwork::getEmbedded());
     EXPECT_EQ(SimulatedNetwork::getEmbedded()->get(embeddedAddress)->getIdentifer(), KestoIdentifer(3, 1));
+}
+
+TEST(SimulatedNetwork, DeviceHasOneControllerWhereverItIsServed)
+{
+    SimulatedNetwork network;
+    const auto device = std::make_shared<SimulatedKesto>(KestoIdentifer(3, 17));
+    network.add(makeAddress(1), device);
+    DeviceServer server(device);
+    ASSERT_TRUE(server.listen("127.8.0.1", 0));
+    const auto own = network.createLink(makeAddress(1));
+    const auto other = TcpNetwork(server.getPort()).createLink(NetAddress(NetAddress::Bytes{127, 8, 0, 1}));
+    ConnectionNumber connection = 0;
+    ASSERT_TRUE(own->connect(connection));
+    EXPECT_EQ(find(network)[0].owner, "this program");
+    EXPECT_THAT(message(other->connect(connection)), testing::HasSubstr(" is in use by "));
+    own->disconnect();
+    ASSERT_EQ(message(other->connect(connection)), "");
+    EXPECT_THAT(find(network)[0].owner, testing::HasSubstr("@"));
+    EXPECT_THAT(message(own->connect(connection)), testing::HasSubstr(" (127.0.0.1:"));
+    other->disconnect();
+    EXPECT_EQ(message(own->connect(connection)), "");
+}
+
+TEST_F(DeviceTest, IsServedOnlyToWhoConnectsAndLeavesNoThread)
+{
+    const auto before = countThreads();
+    for (int round = 0; round < 3; ++round) {
+        link = network->createLink(address);
+        EXPECT_EQ(countThreads(), before);
+        start();
+        EXPECT_GT(countThreads(), before);
+        if (round == 1)
+            device->simulateConnectionLoss();
+        link.reset();
+        EXPECT_TRUE(soon([&] { return countThreads() == before; })) << countThreads() - before << " more";
+    }
+    removeDevice();
+    EXPECT_LT(countThreads(), before);
 }
 
 TEST(SynchronisedStart, AtACommonMoment)

@@ -93,8 +93,7 @@ void Session::_end()
     // The outputs first.
     _dialogue.end();
     _device->getSessions().remove(_number);
-    if (!_dropped)
-        _outbox->finish(lastWords);
+    _outbox->finish(_dropped ? lastWords.zero() : lastWords);
     _socket.shutDown();
     _ended = true;
 }
