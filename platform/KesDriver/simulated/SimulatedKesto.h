@@ -22,11 +22,13 @@ class SimulatedHost;
 ///
 /// Every event is computed on the device's clock and stamped with it, so measured times do not depend on the
 /// scheduling of the host; a speed factor lets the clock run faster than real time. Between events the clock
-/// follows real time; it never goes back, and it never passes an event that is still to come. Reports are
-/// delivered by the device's thread, each before the next event happens, so a receiver that stops the outputs
-/// from inside a report does so before anything else can happen. All devices of a process share a common
-/// clock. The outputs and the auxiliary supply go off at the moment at which a connection ends. It can be
-/// told to fail in every way in which a real device does. Any thread.
+/// follows real time; it never goes back, and it never passes an event that is still to come. Links within
+/// the process have sessions with it as programs in the network have with a `DeviceServer`; their threads
+/// begin with the first connection. The device waits until such a link has delivered its reports, so a
+/// receiver that stops the outputs from inside a report does so before anything else can happen; but it waits
+/// two seconds at most. All devices of a process share a common clock. The outputs and the auxiliary supply
+/// go off as soon as the end of a connection is seen. It can be told to fail in every way in which a real
+/// device does. Any thread.
 class KES_EXPORT SimulatedKesto {
 public:
     /// With a firmware version and a day of calibration of its own.
@@ -79,13 +81,13 @@ public:
     /// Faults are over: the device is ready again.
     void clearFaults();
 
-    /// Drops the connection once; reconnecting works. As at every end of a connection, the outputs go off.
+    /// Drops the connection once; reconnecting works. The outputs are off when it returns.
     void simulateConnectionLoss();
-    /// While set, the device neither answers nor reports: calls run into their time-out, and a link notices
-    /// within the time-out that its connection is lost.
+    /// While set, nothing that the device says arrives: calls run into their time-out, and a link notices
+    /// within the time-out that its connection is lost. What it is told to do it does.
     void setSilent(bool silent);
-    /// Every answer takes this long, in real time; what was asked for is done at once. With a delay of at
-    /// least the time-out the connection is lost as with a silent device.
+    /// Every answer takes this long, in real time, and holds up the reports behind it; what was asked for is
+    /// done at once. With a delay of at least the time-out the connection is lost as with a silent device.
     void setAnswerDelay(std::chrono::milliseconds delay);
     /// While set, answers and events hold nonsense: wrong identifiers, times that go back, inputs that
     /// do not exist, values that are not finite. Some events come at once. What it is told to do it does.

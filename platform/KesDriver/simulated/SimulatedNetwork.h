@@ -24,9 +24,10 @@ public:
     std::shared_ptr<SimulatedKesto> get(const NetAddress& address) const;
 
     /// Without the devices that are told not to answer; in ascending order, and always complete. A device
-    /// with a connection is in use by "this program".
+    /// that somebody in this process controls is in use by "this program".
     Kes::Result find(const FoundListener& found, std::stop_token stop) override;
-    /// The link finds nothing any more when the network has gone.
+    /// A `StreamLink` to whichever device has the address at the moment of connecting; with none when the
+    /// network has gone.
     std::unique_ptr<IKestoLink> createLink(const NetAddress& address) override;
 
     /// Presses a button that is wired to this input of every device: closes the inputs at one moment and
