@@ -46,11 +46,11 @@ std::uint16_t findPort(GSocket* socket)
 
 class DeviceServer::Impl {
 public:
-    Impl(std::shared_ptr<SimulatedKesto> device, std::shared_ptr<ServedDevice> served, Log log)
-        : _kesto(std::move(device)),
-          _sessions(std::move(served), std::move(log)),
-          _cancellable(g_cancellable_new())
-    {}
+    Impl(std::shared_ptr<SimulatedKesto> device, const std::shared_ptr<ServedDevice>& served, Log log)
+        : _kesto(std::move(device)), _sessions(served, std::move(log)), _cancellable(g_cancellable_new())
+    {
+        served->getEvents().useFullCapacity();
+    }
     ~Impl()
     {
         g_cancellable_cancel(_cancellable.get());

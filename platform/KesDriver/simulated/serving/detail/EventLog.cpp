@@ -15,13 +15,19 @@ constexpr std::size_t longestEvent = 4096;
 
 } // namespace
 
+void EventLog::useFullCapacity()
+{
+    std::lock_guard lock(_mutex);
+    _capacity = fullCapacity;
+}
+
 std::uint64_t EventLog::add(DeviceTime time, Content content)
 {
     std::lock_guard lock(_mutex);
     const auto number = _last + 1;
     _texts.push_back(Scpi::cut(ValueText::write({number, time, std::move(content)}), longestEvent));
     _last = number;
-    if (_texts.size() > capacity)
+    if (_texts.size() > _capacity)
         _texts.pop_front();
     for (const auto& [key, sink] : _subscribers)
         sink->send('!' + _texts.back());

@@ -17,7 +17,12 @@ namespace KesDriver {
 class EventLog {
 public:
     using Content = ValueText::EventRecord::Content;
-    static constexpr std::size_t capacity = 65536;
+    /// How many events it remembers, at first and for clients that may ask for what they have missed.
+    static constexpr std::size_t usualCapacity = 1000;
+    static constexpr std::size_t fullCapacity = 65536;
+
+    /// From now on it remembers as many as it can.
+    void useFullCapacity();
 
     /// The number that it has got.
     std::uint64_t add(DeviceTime time, Content content);
@@ -36,6 +41,7 @@ private:
     void _checkRemembered(std::uint64_t from) const;
 
     mutable std::mutex _mutex;
+    std::size_t _capacity = usualCapacity;
     std::deque<std::string> _texts;
     std::uint64_t _last = 0;
     std::map<const ILineSink*, std::shared_ptr<ILineSink>> _subscribers;
