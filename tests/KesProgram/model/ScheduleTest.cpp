@@ -184,8 +184,8 @@ private:
             _start(model);
         }
         const bool isPatient = _dice.isOneIn(2);
-        const auto end =
-            std::chrono::steady_clock::now() + std::chrono::microseconds(scheduleSlowness * _dice.roll(3000));
+        const auto end = std::chrono::steady_clock::now() +
+                         std::chrono::microseconds(scheduleSlowness * _dice.roll(15000));
         do {
             turnMainLoop(static_cast<int>(_dice.roll(10)));
             std::this_thread::yield();
