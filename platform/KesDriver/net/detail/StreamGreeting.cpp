@@ -14,7 +14,6 @@
 #include <charconv>
 #include <limits>
 #include <thread>
-#include <utility>
 
 namespace KesDriver {
 
@@ -52,17 +51,14 @@ Kes::Result StreamLink::connect(ConnectionNumber& connection)
 {
     const auto timeout = _settings.getTimeout();
     Connection made;
-    Connection former;
     {
         std::lock_guard lock(_mutex);
         if (_connection && _connection->getEnd() == StreamConnection::End::None)
             return Kes::Result::failure(Kes::StringHelper::format(lng::Driver::get("Link.connected"), _name));
         made = std::make_shared<StreamConnection>(++_lastNumber, timeout, _settings.isInLockstep, _reports);
-        former = std::exchange(_connection, made);
+        _connection = made;
         _limits.reset();
     }
-    if (former)
-        former->waitForThreads();
     // Before the first report.
     connection = made->getNumber();
     auto result = _open(*made);
