@@ -67,8 +67,8 @@ public:
 
     /// Ends it, the first time for this reason. Waits for nobody.
     void end(End reason);
-    /// After its end, when nobody opens it any more: returns when its threads have ended, which is soon. Not on
-    /// one of them.
+    /// After its end, when nobody opens it any more: returns when its threads have ended, which is soon. Not
+    /// on one of them.
     void waitForThreads();
 
 private:
