@@ -65,6 +65,41 @@ TEST_F(StreamLinkEndsTest, DisconnectEndsWhatIsUnderWay)
     EXPECT_TRUE(receiver->getLines().empty());
 }
 
+TEST_F(StreamLinkEndsTest, NothingIsReportedAfterTheEndNorDoesItWaitForABusyReceiver)
+{
+    for (const bool isDestroyed : {false, true}) {
+        std::promise<void> isBusy;
+        std::promise<void> mayGoOn;
+        receiver->clear();
+        receiver->onLine = [&](const std::string& line) {
+            if (line != "input 1 closed 10")
+                return;
+            // The other events have come, too.
+            EXPECT_EQ(message(link->stopOutputs()), "");
+            isBusy.set_value();
+            mayGoOn.get_future().wait_for(5s);
+        };
+        start();
+        peer.send("!6,10,INP,1,1\n!7,20,INP,1,0\n!8,30,INP,1,1\n");
+        isBusy.get_future().wait();
+        const auto before = Clock::now();
+        link->disconnect();
+        if (isDestroyed)
+            link.reset();
+        EXPECT_LT(Clock::now() - before, soon);
+        mayGoOn.set_value();
+        std::vector<std::string> lines = {"input 1 closed 10"};
+        if (!isDestroyed) {
+            start();
+            peer.send("!6,10,INP,2,1\n");
+            EXPECT_TRUE(receiver->waitFor("input 2"));
+            lines.push_back("input 2 closed 10");
+            link->disconnect();
+        }
+        EXPECT_EQ(receiver->getLines(), lines);
+    }
+}
+
 TEST_F(StreamLinkEndsTest, CallsOverlapAndConnectionsFollowEachOther)
 {
     std::atomic<bool> isOver{false};

@@ -2,6 +2,10 @@
 
 #include "StreamLinkTest.h"
 
+#include <KesDriver/net/detail/EventOrder.h>
+
+#include <atomic>
+
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 
@@ -63,6 +67,15 @@ TEST_F(StreamLinkEventsTest, ComeWholeOnceAndInOrderOrAreNonsense)
     }
 }
 
+TEST_F(StreamLinkEventsTest, AreNotHeldBackWithoutEnd)
+{
+    EventOrder order;
+    std::uint64_t number = 8;
+    for (; number < 66000 && !order.isBroken(); ++number)
+        EXPECT_TRUE(order.take(std::to_string(number) + ",10,INP,1,1").empty());
+    EXPECT_EQ(number, 8U + 65536U + 1U);
+}
+
 TEST_F(StreamLinkEventsTest, MayComeInPiecesAndWithAnAnswer)
 {
     start();
@@ -74,6 +87,25 @@ TEST_F(StreamLinkEventsTest, MayComeInPiecesAndWithAnAnswer)
     EXPECT_EQ(message(link->startWorkingMode()), "");
     EXPECT_TRUE(receiver->waitFor("input"));
     EXPECT_THAT(receiver->getLines(), ElementsAre("step 0 0", "finished complete 10", "input 1 closed 20"));
+}
+
+TEST_F(StreamLinkEventsTest, AreHeardBeforeTheDeviceGetsANewSequence)
+{
+    std::atomic<bool> isHeard{false};
+    receiver->onLine = [&](const std::string&) {
+        std::this_thread::sleep_for(30ms);
+        isHeard = true;
+    };
+    start();
+    peer.send("!6,10,SEQ,1\n");
+    ASSERT_TRUE(receiver->waitFor("finished"));
+    bool wasHeard = false;
+    answer(":INIT", [&] {
+        wasHeard = isHeard;
+        return ScriptedPeer::good();
+    });
+    EXPECT_EQ(message(link->runSequence({{{}, 1s}})), "");
+    EXPECT_TRUE(wasHeard);
 }
 
 TEST_F(StreamLinkEventsTest, StepsOfAnEarlierRunAreNotTakenForTheNext)

@@ -38,6 +38,7 @@ TEST_F(StreamLinkTest, ConnectsOnlyToWhatItUnderstands)
         {":SYST:PROT", good("10"),
          unnamed(" speaks version 10 of the protocol, this program speaks version 1.0.")},
         {":SYST:PROT", good("1.1"), ""},
+        {":SYST:PROT", good(""), unnamed(nonsense)},
         {":SYST:PROT", "", unnamed(" does not answer.")},
         {":SYST:PROT", ScriptedPeer::hangUp, unnamed(" has ended the connection.")},
         {":SYST:PROT", "SSH-2.0\r\n", unnamed(nonsense)},
@@ -185,6 +186,10 @@ TEST_F(StreamLinkTest, RefusedStepsAreNotStarted)
     start();
     answer(":SEQ:CLE;:SEQ:DATA #2", ScriptedPeer::refusal("-223,\"Too much data\""));
     EXPECT_EQ(message(link->runSequence({{{}, 1s}})), said(": Too much data"));
+    const EndCondition condition(std::vector(300, InputCondition{1, true}), EndCondition::Join::Any);
+    const OutputStep longStep{{}, 1s, condition};
+    EXPECT_THAT(message(link->runSequence(OutputSequence(10000, longStep))),
+                testing::MatchesRegex(".*: The sequence has [0-9]+ bytes, the limit is 8388608."));
     EXPECT_FALSE(std::ranges::count(peer.getQuestions(), ":INIT"));
 }
 

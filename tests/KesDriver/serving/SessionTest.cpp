@@ -185,9 +185,9 @@ TEST_F(SessionTest, TellsFaultsAndLatchesThemInTheRegisters)
     EXPECT_EQ(client.tell("SIM:BURD 0;FAUL CLE;FAUL HEAT,4;FAUL LOST,5;FAUL QUIC"), good);
     EXPECT_EQ(client.ask("SYST:FAUL?;:STAT:QUES:COND?"), "1,\"UA:010\",\"UB:001\";784");
     // A sequence that is over before anybody can look has run all the same.
-    EXPECT_EQ(client.tell("SIM:FAUL CLE;SPE 100000;:SEQ:CLE;" + step("0.001", "1")), good);
+    EXPECT_EQ(client.tell("SIM:FAUL CLE;INP 3,ON;:SEQ:CLE;" + step("60", "1") + ";END ANY,0,3C"), good);
     client.ask("STAT:OPER?");
-    client.send("INIT");
+    EXPECT_EQ(client.tell("INIT"), good);
     EXPECT_EQ(client.awaitEvent("SEQ"), "1");
     EXPECT_EQ(client.ask("STAT:OPER?"), "8");
 }
