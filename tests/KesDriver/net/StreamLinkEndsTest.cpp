@@ -15,9 +15,13 @@ using StreamLinkEndsTest = StreamLinkTest;
 
 TEST_F(StreamLinkEndsTest, DeviceHearsOfItsControllerAllTheTime)
 {
+    link = makeLink(60s, peer.getConnector());
     start();
     std::this_thread::sleep_for(1s);
     EXPECT_GE(std::ranges::count(peer.getQuestions(), ":SYST:CLOC?"), 4);
+    link = makeLink(400ms, peer.getConnector());
+    link->setReceiver(receiver);
+    start();
     answer(":SYST:CLOC?", "");
     const auto before = Clock::now();
     ASSERT_TRUE(receiver->waitFor("lost"));
@@ -65,29 +69,34 @@ TEST_F(StreamLinkEndsTest, DisconnectEndsWhatIsUnderWay)
     EXPECT_TRUE(receiver->getLines().empty());
 }
 
+struct Gate {
+    std::promise<void> isBusy;
+    std::promise<void> mayGoOn;
+};
+
 TEST_F(StreamLinkEndsTest, NothingIsReportedAfterTheEndNorDoesItWaitForABusyReceiver)
 {
     for (const bool isDestroyed : {false, true}) {
-        std::promise<void> isBusy;
-        std::promise<void> mayGoOn;
+        // It may be used longer than this test lasts.
+        const auto gate = std::make_shared<Gate>();
         receiver->clear();
-        receiver->onLine = [&](const std::string& line) {
+        receiver->onLine = [this, gate](const std::string& line) {
             if (line != "input 1 closed 10")
                 return;
             // The other events have come, too.
             EXPECT_EQ(message(link->stopOutputs()), "");
-            isBusy.set_value();
-            mayGoOn.get_future().wait_for(5s);
+            gate->isBusy.set_value();
+            gate->mayGoOn.get_future().wait_for(5s);
         };
         start();
         peer.send("!6,10,INP,1,1\n!7,20,INP,1,0\n!8,30,INP,1,1\n");
-        isBusy.get_future().wait();
+        gate->isBusy.get_future().wait();
         const auto before = Clock::now();
         link->disconnect();
         if (isDestroyed)
             link.reset();
         EXPECT_LT(Clock::now() - before, soon);
-        mayGoOn.set_value();
+        gate->mayGoOn.set_value();
         std::vector<std::string> lines = {"input 1 closed 10"};
         if (!isDestroyed) {
             start();
@@ -100,8 +109,28 @@ TEST_F(StreamLinkEndsTest, NothingIsReportedAfterTheEndNorDoesItWaitForABusyRece
     }
 }
 
+TEST_F(StreamLinkEndsTest, ASequenceIsSentAndStartedBeforeTheNext)
+{
+    start();
+    answer(":SEQ:CLE", [] {
+        std::this_thread::sleep_for(20ms);
+        return ScriptedPeer::good();
+    });
+    const auto run = [this] { return message(link->runSequence({{{}, 1s}})); };
+    auto first = std::async(std::launch::async, run);
+    auto second = std::async(std::launch::async, run);
+    EXPECT_EQ(first.get() + second.get(), "");
+    std::string order;
+    for (const auto& question : peer.getQuestions())
+        order += question.starts_with(":SEQ:CLE") ? "steps " : question == ":INIT" ? "start " : "";
+    EXPECT_EQ(order, "steps start steps start ");
+}
+
 TEST_F(StreamLinkEndsTest, CallsOverlapAndConnectionsFollowEachOther)
 {
+    // However slow this computer is.
+    link = makeLink(10s, peer.getConnector());
+    link->setReceiver(receiver);
     std::atomic<bool> isOver{false};
     std::atomic<int> answered{0};
     std::vector<std::thread> threads;
@@ -120,7 +149,8 @@ TEST_F(StreamLinkEndsTest, CallsOverlapAndConnectionsFollowEachOther)
         EXPECT_EQ(connection, round);
         peer.send("!6,10,INP,1,1\n");
         const auto enough = answered + 5;
-        while (answered < enough)
+        const auto before = Clock::now();
+        while (answered < enough && Clock::now() - before < 10s)
             std::this_thread::yield();
         link->disconnect();
     }

@@ -74,6 +74,12 @@ TEST_F(StreamLinkEventsTest, AreNotHeldBackWithoutEnd)
     for (; number < 66000 && !order.isBroken(); ++number)
         EXPECT_TRUE(order.take(std::to_string(number) + ",10,INP,1,1").empty());
     EXPECT_EQ(number, 8U + 65536U + 1U);
+    // Nor is more asked for than a device gives at once.
+    for (const std::uint64_t missing : {1000, 1001}) {
+        EventOrder other;
+        other.take(std::to_string(1 + missing) + ",10,INP,1,1");
+        EXPECT_EQ(other.hasGap(), missing == 1000);
+    }
 }
 
 TEST_F(StreamLinkEventsTest, MayComeInPiecesAndWithAnAnswer)
@@ -106,6 +112,21 @@ TEST_F(StreamLinkEventsTest, AreHeardBeforeTheDeviceGetsANewSequence)
     });
     EXPECT_EQ(message(link->runSequence({{{}, 1s}})), "");
     EXPECT_TRUE(wasHeard);
+}
+
+TEST_F(StreamLinkEventsTest, LetTheirReceiverThrowAndGiveASequence)
+{
+    receiver->onLine = [this](const std::string& line) {
+        if (!line.starts_with("input 1"))
+            return;
+        const auto before = Clock::now();
+        EXPECT_EQ(message(link->runSequence({{{}, 1s}})), "");
+        EXPECT_LT(Clock::now() - before, 80ms) << "it does not wait for itself";
+        throw std::runtime_error("thrown by a receiver");
+    };
+    start();
+    peer.send("!6,10,INP,1,1\n!7,20,INP,2,1\n");
+    EXPECT_TRUE(receiver->waitFor("input 2"));
 }
 
 TEST_F(StreamLinkEventsTest, StepsOfAnEarlierRunAreNotTakenForTheNext)

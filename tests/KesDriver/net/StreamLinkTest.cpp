@@ -67,18 +67,32 @@ TEST_F(StreamLinkTest, ConnectsOnlyToWhatItUnderstands)
 
 TEST_F(StreamLinkTest, WaitsForItsOwnFormerConnection)
 {
+    std::string owner = "Test@here";
     std::atomic<int> refusals{3};
     peer.setScript([&](const std::string& commands) -> std::optional<std::string> {
         if (commands.starts_with(":SYST:CONT:TAKE") && refusals-- > 0)
             return ScriptedPeer::refusal("-203,\"Command protected\"");
         if (commands.starts_with(":SYST:CONT:OWN"))
-            return ScriptedPeer::good("\"Test@here\",\"127.0.0.1\"");
+            return ScriptedPeer::good('"' + owner + "\",\"127.0.0.1\"");
         return std::nullopt;
     });
     start();
     link->disconnect();
     refusals = 1000;
     EXPECT_EQ(message(link->connect(connection)), said(" is in use by Test@here (127.0.0.1)."));
+    owner = "Other@here";
+    const auto before = Clock::now();
+    EXPECT_EQ(message(link->connect(connection)), said(" is in use by Other@here (127.0.0.1)."));
+    EXPECT_LT(Clock::now() - before, 200ms) << "at once";
+}
+
+TEST_F(StreamLinkTest, HasItsTimeOutForTheWholeBeginning)
+{
+    peer.setScript([](const std::string&) {
+        std::this_thread::sleep_for(150ms);
+        return std::nullopt;
+    });
+    EXPECT_THAT(message(link->connect(connection)), testing::EndsWith(" does not answer."));
 }
 
 TEST_F(StreamLinkTest, WrongAnswersEndTheConnection)
@@ -153,7 +167,7 @@ TEST_F(StreamLinkTest, ValuesThatMakeNoSenseEndTheConnection)
 TEST_F(StreamLinkTest, ToldInTheProgramsWords)
 {
     start();
-    const std::pair<const char*, std::string> cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"101,\"Fault lasts\"", ": Fault: the emergency button was pressed"},
         {"102,\"x\"", ": The outputs are not switched on."},
         {"103,\"x\"", ": A sequence is running."},
@@ -161,6 +175,7 @@ TEST_F(StreamLinkTest, ToldInTheProgramsWords)
         {"105,\"x\"", ": There is no sequence that waits for its start."},
         {"106,\"x\"", ": The moment of the start has passed."},
         {"-222,\"Data out of range;IA\"", ": Data out of range;IA"},
+        {"-222,\"" + std::string(5000, 'x') + '"', ": " + std::string(300, 'x')},
     };
     for (const auto& [error, text] : cases) {
         answer(":APPL", ScriptedPeer::refusal(error));
@@ -186,6 +201,7 @@ TEST_F(StreamLinkTest, RefusedStepsAreNotStarted)
     start();
     answer(":SEQ:CLE;:SEQ:DATA #2", ScriptedPeer::refusal("-223,\"Too much data\""));
     EXPECT_EQ(message(link->runSequence({{{}, 1s}})), said(": Too much data"));
+    // Too long for any device.
     const EndCondition condition(std::vector(300, InputCondition{1, true}), EndCondition::Join::Any);
     const OutputStep longStep{{}, 1s, condition};
     EXPECT_THAT(message(link->runSequence(OutputSequence(10000, longStep))),

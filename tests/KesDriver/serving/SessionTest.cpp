@@ -69,9 +69,10 @@ TEST_F(SessionTest, RefusesWithTheCodesOfTheProtocol)
         {"SYST:WATC 10.1", "-222,"},
         {"SEQ:END ANY,0,1C", "-221,"},
         {"SEQ:STEP 1e30" + zero, "-222,"},
-        {"SEQ:DATA #16STEP 1", "-161,\"Invalid block data;line 1\""},
         {longSequence(10001), "-223,"},
         {longSequence(10000) + ";STEP 1" + zero + ";CLE", "-223,"},
+        {"SEQ:DATA " + KesDriver::Scpi::writeBlock("STEP 1" + zero + "\nSTEP 1"),
+         "-161,\"Invalid block data;line 2\""},
         {"INIT", "-221,"},
         {step("1", "33") + ";:INIT",
          "-222,\"Data out of range;Step 1. IA: 33 A is above the limit of 32 A.\""},
@@ -83,6 +84,7 @@ TEST_F(SessionTest, RefusesWithTheCodesOfTheProtocol)
         {"EVEN:DATA? 0", "-222,"},
         {"OUTP OFF;:CURR 1", "102,"},
         {"OUTP ON;:SEQ:CLE;" + step("5", "1") + ";ARM;:CURR 1", "104,"},
+        {"SIM:WIRE \"overcurrent\"", "-221,"},
         {"TRIG:AT -1000000", "106,"},
         {"TRIG:INP 9", "-222,"},
         {"ABOR;INIT;INIT", "103,"},
@@ -107,8 +109,8 @@ TEST_F(SessionTest, SetsOutputsAtOnce)
     EXPECT_EQ(client.tell("OUTP:AUX OFF;AUX ON"), good);
     EXPECT_EQ(client.tell("APPL 2 A" + zero.substr(2) + ";:ABOR"), good);
     EXPECT_EQ(client.ask("CURR?;:SIM:ENER?;:SYST:STAT?"), "0;1;1,1,110,1,IDLE");
-    EXPECT_EQ(client.tell("*RST"), good);
-    EXPECT_EQ(client.ask("SYST:STAT?"), "1,0,0,0,IDLE");
+    EXPECT_EQ(client.tell(step("1", "1") + ";*RST"), good);
+    EXPECT_EQ(client.ask("SYST:STAT?;:SEQ:COUN?"), "1,0,0,0,IDLE;0");
 }
 
 TEST_F(SessionTest, RunsArmedSequencesOnATriggerAndTakesThemAsABlock)
@@ -184,8 +186,12 @@ TEST_F(SessionTest, TellsFaultsAndLatchesThemInTheRegisters)
               "0,\"IA:100\";1;88;1;8;0,0,0,1,IDLE");
     EXPECT_EQ(client.tell("SIM:BURD 0;FAUL CLE;FAUL HEAT,4;FAUL LOST,5;FAUL QUIC"), good);
     EXPECT_EQ(client.ask("SYST:FAUL?;:STAT:QUES:COND?"), "1,\"UA:010\",\"UB:001\";784");
+    EXPECT_EQ(client.tell("SIM:FAUL CLE;INP 3,ON;:SEQ:CLE;" + step("60", "1") + ";END ALL,0,3C,4C;:INIT"),
+              good);
+    EXPECT_EQ(client.ask("STAT:OPER:COND?"), "264");
+    EXPECT_EQ(client.tell("SIM:INP 4,ON"), good);
+    EXPECT_EQ(client.awaitEvent("SEQ"), "1");
     // A sequence that is over before anybody can look has run all the same.
-    EXPECT_EQ(client.tell("SIM:FAUL CLE;INP 3,ON;:SEQ:CLE;" + step("60", "1") + ";END ANY,0,3C"), good);
     client.ask("STAT:OPER?");
     EXPECT_EQ(client.tell("INIT"), good);
     EXPECT_EQ(client.awaitEvent("SEQ"), "1");
@@ -204,11 +210,13 @@ TEST_F(SessionTest, WaitsInLockstepForTheController)
     auto begin = now();
     for (const char* number : {"0", "1"}) {
         EXPECT_EQ(client.awaitEvent("STEP"), number);
+        const auto last = std::stoi(client.events.back().substr(1));
+        if (last > 1)
+            client.send("EVEN:ACKN " + std::to_string(last - 1));
         std::this_thread::sleep_for(50ms);
         EXPECT_EQ(client.readLine(0ms), std::nullopt);
-        const auto& event = client.events.back();
         begin = now();
-        client.send("EVEN:ACKN " + event.substr(1, event.find(',') - 1));
+        client.send("EVEN:ACKN " + std::to_string(last));
     }
     EXPECT_EQ(client.awaitEvent("STEP"), "2");
     EXPECT_LT(now() - begin, 1s);
@@ -223,6 +231,11 @@ TEST_F(SessionTest, WaitsInLockstepForTheController)
     EXPECT_GE(now() - begin, 1900ms);
     begin = now();
     EXPECT_EQ(client.tell("SIM:LOCK OFF"), good);
+    EXPECT_EQ(client.awaitEvent("SEQ"), "1");
+    // It is the controller's, and ends with the control.
+    EXPECT_EQ(client.tell("SIM:LOCK ON;:SYST:CONT:REL"), good);
+    takeControl();
+    EXPECT_EQ(client.tell("INIT"), good);
     EXPECT_EQ(client.awaitEvent("SEQ"), "1");
     EXPECT_LT(now() - begin, 1s);
 }
