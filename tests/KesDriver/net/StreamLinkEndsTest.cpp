@@ -37,14 +37,14 @@ TEST_F(StreamLinkEndsTest, DeviceThatDoesNotReadIsNoticed)
         goOn.get_future().wait();
         return ScriptedPeer::good();
     });
-    std::thread caller([this] { (void)link->startWorkingMode(); });
+    const auto caller = std::async(std::launch::async, [this] { (void)link->startWorkingMode(); });
     ASSERT_TRUE(isAsked(":OUTP"));
     // More than the stream can hold.
     const auto before = Clock::now();
     EXPECT_TRUE(isConnectionError(link->runSequence(OutputSequence(10000, {{}, 1s}))));
     EXPECT_LT(Clock::now() - before, soon);
     goOn.set_value();
-    caller.join();
+    caller.wait();
     EXPECT_TRUE(receiver->waitFor("lost"));
 }
 
@@ -69,25 +69,11 @@ TEST_F(StreamLinkEndsTest, DisconnectEndsWhatIsUnderWay)
     EXPECT_TRUE(receiver->getLines().empty());
 }
 
-struct Gate {
-    std::promise<void> isBusy;
-    std::promise<void> mayGoOn;
-};
-
 TEST_F(StreamLinkEndsTest, NothingIsReportedAfterTheEndNorDoesItWaitForABusyReceiver)
 {
     for (const bool isDestroyed : {false, true}) {
-        // It may be used longer than this test lasts.
-        const auto gate = std::make_shared<Gate>();
         receiver->clear();
-        receiver->onLine = [this, gate](const std::string& line) {
-            if (line != "input 1 closed 10")
-                return;
-            // The other events have come, too.
-            EXPECT_EQ(message(link->stopOutputs()), "");
-            gate->isBusy.set_value();
-            gate->mayGoOn.get_future().wait_for(5s);
-        };
+        const auto gate = busyAt("input 1 closed 10");
         start();
         peer.send("!6,10,INP,1,1\n!7,20,INP,1,0\n!8,30,INP,1,1\n");
         gate->isBusy.get_future().wait();

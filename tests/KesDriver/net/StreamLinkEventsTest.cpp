@@ -146,5 +146,19 @@ TEST_F(StreamLinkEventsTest, StepsOfAnEarlierRunAreNotTakenForTheNext)
                                                   "finished incomplete 50", "step 0 0", "step 1 10"));
 }
 
+TEST_F(StreamLinkEventsTest, StepsThatWaitForABusyReceiverAreForgotten)
+{
+    const auto gate = busyAt("step 0 0");
+    start();
+    peer.send("!6,10,STEP,0\n!7,20,STEP,1\n!8,30,INP,1,1,1\n");
+    gate->isBusy.get_future().wait();
+    EXPECT_EQ(message(link->runSequence({{{}, 1s}})), "");
+    gate->mayGoOn.set_value();
+    peer.send("!9,40,SEQ,0\n!10,50,STEP,0\n");
+    receiver->waitFor("step 0", 2);
+    EXPECT_THAT(receiver->getLines(),
+                ElementsAre("step 0 0", "input 1 closed 20", "finished incomplete 30", "step 0 0"));
+}
+
 } // namespace
 } // namespace KesTest

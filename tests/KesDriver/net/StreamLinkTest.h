@@ -9,7 +9,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <future>
 #include <thread>
+#include <utility>
 
 namespace KesTest {
 
@@ -58,6 +60,25 @@ protected:
             std::this_thread::sleep_for(1ms);
         }
         return false;
+    }
+    /// Keeps the receiver busy with the first such line, when all that was sent with it has come. The test
+    /// may end before the receiver does.
+    struct Gate {
+        std::promise<void> isBusy;
+        std::promise<void> mayGoOn;
+        bool hasBeenBusy = false;
+    };
+    std::shared_ptr<Gate> busyAt(const std::string& wanted)
+    {
+        const auto gate = std::make_shared<Gate>();
+        receiver->onLine = [this, gate, wanted](const std::string& line) {
+            if (line != wanted || std::exchange(gate->hasBeenBusy, true))
+                return;
+            EXPECT_EQ(message(link->stopOutputs()), "");
+            gate->isBusy.set_value();
+            gate->mayGoOn.get_future().wait_for(5s);
+        };
+        return gate;
     }
     static std::string said(const std::string& text) { return "KESTO-3 No. 00017 (127.8.0.1)" + text; }
 
