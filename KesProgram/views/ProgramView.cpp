@@ -14,8 +14,7 @@ namespace KesProgram {
 
 ProgramView::ProgramView() : _rectangle(*this)
 {
-    for (const char* sheet : {"style.css", "KesTreeManager/KesTree.css", "KesTreeRelay/KesTreeRelay.css"})
-        KesView::Style::setStyle(sheet);
+    KesView::Style::setStyle({"style.css", "KesTreeManager/KesTree.css", "KesTreeRelay/KesTreeRelay.css"});
     afterFirstFrame([] {
         KesView::Style::setStyle("Icons.css");
         Kes::FirstFrame::tellDrawn();

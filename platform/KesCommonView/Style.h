@@ -2,6 +2,7 @@
 
 #include <KesCommon/Export.h>
 
+#include <initializer_list>
 #include <string>
 
 namespace KesView {
@@ -13,6 +14,8 @@ public:
     /// URLs in it are relative to its own place. A missing one, and each rule that cannot be read, writes
     /// a warning to the log and changes nothing else.
     static void setStyle(const std::string& name);
+    /// Several at once, which takes less time than one after the other; later ones have precedence.
+    static void setStyle(std::initializer_list<std::string> names);
 };
 
 } // namespace KesView

@@ -6,6 +6,7 @@ usage: process.py KESTO_SIM
 import signal
 import subprocess
 import sys
+import time
 
 from simulator import Client, Simulator
 
@@ -24,13 +25,20 @@ def run(program, *options, language="C.UTF-8"):
     return result.returncode, result.stdout, result.stderr
 
 
+def await_answer(client, query, answer):
+    end = time.monotonic() + 10
+    while client.ask(query) != answer:
+        assert time.monotonic() < end, query
+
+
 def check_options(program):
     equal(run(program, "--version")[0], 0)
     assert "usage" in run(program, "--help")[1].lower(), "English help"
     for option in ("--listen", "--devices", "--type", "--serial", "--speed", "--wire", "--log", "--version"):
         assert option in run(program, "--help")[1], option
     wrong = (["--devices", "0"], ["--devices", "x"], ["--listen", "here"], ["--listen", "127.0.0.1:70000"],
-             ["--listen", "127.0.0.254", "--devices", "3"], ["--speed", "-1"], ["--type", "70000"], ["--foo"], ["foo"],
+             ["--listen", "127.0.0.254", "--devices", "3"], ["--speed", "-1"], ["--speed", "1e6"],
+             ["--listen", "0.0.0.0:0", "--announce"], ["--type", "70000"], ["--foo"], ["foo"],
              ["--listen", ADDRESS + ":0", "--wire", "valve"],
              ["--listen", ADDRESS + ":0", "--wire", "overcurrent:curve=XX"])
     for options in wrong:
@@ -46,20 +54,24 @@ def check_many(program):
     """Each device at an address of its own; the second port is taken away from another one."""
     options = ("--listen", ADDRESS + ":0", "--devices", "3", "--type", "2", "--serial", "41", "--speed", "10",
                "--wire", "overcurrent:pickup=2,curve=DT,time=0.3")
-    with Simulator(program, *options) as simulator:
+    with Simulator(program, *options, language="ru_RU.UTF-8") as simulator:
         places = [simulator.listening() for _ in range(3)]
         equal([place[:3] for place in places], [("KESTO-2", f"{41 + i:05}", f"127.7.3.{1 + i}") for i in range(3)])
         for name, serial, address, port in places:
             client = Client(address, port)
             equal(client.ask("*IDN?"), f"KES,{name},{serial},1.0.0")
             equal(client.ask("SIM:SPE?"), "10")
+            # It talks to programs, whatever the language of its user is.
+            equal(client.tell('SYST:CONT:TAKE "x";:CURR 4'), '102,"Device error;The outputs are not switched on."')
+            equal(client.tell("OUTP ON;:CURR 4"), GOOD)
+            await_answer(client, "INP:STAT?", "3")
         code, out, errors = simulator.end(signal.SIGINT)
         equal((code, out, errors), (0, "", ""))
 
 
 def check_end_and_restart(program):
     port = 0
-    for _ in range(2):
+    for number in (signal.SIGTERM, signal.SIGHUP):
         with Simulator(program, "--listen", f"{ADDRESS}:{port}", "--log") as simulator:
             *_, port = simulator.listening()
             equal(run(program, "--listen", f"{ADDRESS}:{port}")[0], 1)
@@ -70,11 +82,10 @@ def check_end_and_restart(program):
             equal(second.ask("CURR?"), "1")
             first.socket.close()
             first.file.close()
-            while second.ask("SYST:CONT:OWN?") != '"",""':
-                pass
+            await_answer(second, "SYST:CONT:OWN?", '"",""')
             equal(second.tell('SYST:CONT:TAKE "second"'), GOOD)
             equal(second.ask("OUTP?"), "0")
-            code, _, errors = simulator.end()
+            code, _, errors = simulator.end(number)
             equal(code, 0)
             assert "2 < 1" in errors and "> CURR?" in errors, errors
             equal(second.file.readline(), "")

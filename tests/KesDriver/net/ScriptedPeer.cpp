@@ -43,6 +43,16 @@ std::string getUsualAnswer(const std::string& commands)
     return {};
 }
 
+std::string setNumber(std::string reply, std::uint64_t number)
+{
+    const std::pair<std::string, std::uint64_t> marks[] = {
+        {"<n>", number}, {"<n-1>", number - 1}, {"<n+1>", number + 1}};
+    for (const auto& [mark, value] : marks)
+        for (auto at = reply.find(mark); at != reply.npos; at = reply.find(mark, at))
+            reply.replace(at, mark.size(), std::to_string(value));
+    return reply;
+}
+
 } // namespace
 
 ScriptedPeer::~ScriptedPeer()
@@ -109,8 +119,10 @@ void ScriptedPeer::_hear(const std::string& line)
         _questions.push_back(commands);
         script = _script;
     }
-    auto reply = script ? script(commands, number) : std::nullopt;
-    send(reply ? *reply : good(getUsualAnswer(commands), number));
+    auto reply = script ? script(commands) : std::nullopt;
+    if (reply == hangUp)
+        return close();
+    send(setNumber(reply ? *std::move(reply) : good(getUsualAnswer(commands)), number));
 }
 
 void ScriptedPeer::setScript(Script script)
@@ -143,14 +155,9 @@ bool ScriptedPeer::hasEnded() const
     return _hasEnded;
 }
 
-std::string ScriptedPeer::good(const std::string& fields, std::uint64_t number)
+std::string ScriptedPeer::good(const std::string& fields)
 {
-    return (fields.empty() ? "" : fields + ';') + "0,\"No error\";" + std::to_string(number) + '\n';
-}
-
-std::string ScriptedPeer::refusal(const std::string& error, std::uint64_t number)
-{
-    return error + ';' + std::to_string(number) + '\n';
+    return (fields.empty() ? "" : fields + ';') + "0,\"No error\";<n>\n";
 }
 
 } // namespace KesTest

@@ -16,9 +16,9 @@ namespace KesTest {
 /// should until a script says otherwise. One connection at a time; the latest one counts.
 class ScriptedPeer {
 public:
-    /// What is sent for a question, as bytes; nothing: the usual answer. On the peer's thread.
-    using Script =
-        std::function<std::optional<std::string>(const std::string& commands, std::uint64_t number)>;
+    /// What is sent for a question, as bytes: "<n>" is its number, "<n-1>" and "<n+1>" are those beside it.
+    /// Nothing: the usual answer. On the peer's thread.
+    using Script = std::function<std::optional<std::string>(const std::string& commands)>;
 
     ~ScriptedPeer();
 
@@ -34,8 +34,10 @@ public:
     /// Whether the link has ended the stream.
     bool hasEnded() const;
 
-    static std::string good(const std::string& fields, std::uint64_t number);
-    static std::string refusal(const std::string& error, std::uint64_t number);
+    /// Replies of a script. The last one ends the stream.
+    static std::string good(const std::string& fields = {});
+    static std::string refusal(const std::string& error) { return error + ";<n>\n"; }
+    static constexpr const char* hangUp = "<end>";
 
 private:
     KesDriver::StreamPointer _accept();

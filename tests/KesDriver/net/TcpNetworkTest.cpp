@@ -1,9 +1,11 @@
+#include "../serving/TestClient.h"
 #include "support/Message.h"
 
 #include <KesDriver/EmbeddedNetwork.h>
 #include <KesDriver/ProgramNetwork.h>
 #include <KesDriver/net/TcpNetwork.h>
 #include <KesDriver/simulated/SimulatedNetwork.h>
+#include <KesDriver/simulated/serving/DeviceServer.h>
 
 #include <gmock/gmock.h>
 
@@ -76,6 +78,17 @@ TEST(TcpNetwork, GivesUpWhereNobodyAnswers)
     EXPECT_EQ(message(link->connect(connection)), "KESTO 127.8.0.3" + text);
     EXPECT_GE(Clock::now() - before, 900ms);
     EXPECT_LT(Clock::now() - before, 2s);
+}
+
+TEST(TcpNetwork, AnAnswerMayTakeLongerThanAnAttempt)
+{
+    DeviceServer server(std::make_shared<SimulatedKesto>(KestoIdentifer(3, 17)));
+    ASSERT_TRUE(server.listen(emptyAddress.to_string(), 0));
+    const auto link = TcpNetwork(server.getPort()).createLink(emptyAddress);
+    ConnectionNumber connection = 0;
+    ASSERT_EQ(message(link->connect(connection)), "");
+    KesTest::TestClient(server.connect()).tell("SIM:DEL 1.5");
+    EXPECT_EQ(message(link->stopOutputs()), "");
 }
 
 TEST(TcpNetwork, AttemptEndsWhenTheProgramCloses)

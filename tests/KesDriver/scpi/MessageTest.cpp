@@ -108,9 +108,9 @@ TEST(UnitReaderTest, SplitsMessagesAndKeepsTheLevel)
 TEST(LineReaderTest, PutsMessagesTogetherHoweverTheyArrive)
 {
     const std::string bytes =
-        "*IDN?\r\nA #14\n\n\r\n,'x#19\nB \"#15\"\n\nC #12\r\r\r\n#15\nD #3005abcd\n\r\n";
+        "*IDN?\r\nA #14\n\n\r\n,'x#19\nB \"#15\"\n\nC #12\r\r\r\n#15\nD #3005abcd\n\r\nE #11\r\n";
     const std::vector<std::string> messages = {"*IDN?", "A #14\n\n\r\n,'x#19", "B \"#15\"", "", "C #12\r\r",
-                                               "#15",   "D #3005abcd\n"};
+                                               "#15",   "D #3005abcd\n",       "E #11\r"};
     for (const std::size_t part : {std::size_t{1}, std::size_t{2}, std::size_t{7}, bytes.size()}) {
         LineReader reader;
         EXPECT_EQ(readLines(bytes, part, reader), messages) << part;

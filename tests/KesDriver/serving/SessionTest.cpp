@@ -1,67 +1,15 @@
-#include "TestClient.h"
+// What a served device answers and does.
 
-#include "support/SimulatedRelay.h"
+#include "SessionTest.h"
 
-#include <KesDriver/net/ValueText.h>
 #include <KesDriver/scpi/Block.h>
-#include <KesDriver/simulated/serving/DeviceServer.h>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <thread>
-
-using namespace std::chrono_literals;
-using namespace std::string_literals;
-using KesDriver::DeviceServer;
-using KesDriver::SimulatedKesto;
-using KesTest::TestClient;
-using testing::HasSubstr;
 using testing::StartsWith;
 
+namespace KesTest {
 namespace {
 
-const std::string good = "0,\"No error\"";
-const std::string zero = "0,0,0,0,0,0,0,0,0,0,0,0,50,50,0";
-
-/// A state with this current in IA.
-std::string amperes(const std::string& value)
-{
-    return value + ",0,0,0,0,0,0,0,0,0,0,0,50,50,0";
-}
-
-std::string step(const std::string& seconds, const std::string& value)
-{
-    return ":SEQ:STEP " + seconds + ',' + amperes(value);
-}
-
-template <typename Condition>
-bool waitUntil(Condition&& condition)
-{
-    for (int i = 0; i < 1000; ++i) {
-        if (condition())
-            return true;
-        std::this_thread::sleep_for(10ms);
-    }
-    return false;
-}
-
-class SessionTest : public testing::Test {
-protected:
-    int connect() { return server.connect(); }
-    void takeControl()
-    {
-        ASSERT_EQ(client.tell("SYST:CONT:TAKE \"test\""), good);
-        ASSERT_EQ(client.tell("OUTP ON"), good);
-    }
-
-    std::shared_ptr<SimulatedKesto> device =
-        std::make_shared<SimulatedKesto>(KesDriver::KestoIdentity{{3, 17}, "2.4.1", "2026-03-31"});
-    DeviceServer server{device};
-    TestClient client{server.connect()};
-};
-
-} // namespace
+const std::string zero = ",0,0,0,0,0,0,0,0,0,0,0,0,50,50,0";
 
 TEST_F(SessionTest, TellsAboutTheDevice)
 {
@@ -96,10 +44,10 @@ TEST_F(SessionTest, TellsAboutTheDevice)
 TEST_F(SessionTest, RefusesWithTheCodesOfTheProtocol)
 {
     takeControl();
-    const auto longSequence = [] {
+    const auto longSequence = [](int steps) {
         std::string lines;
-        for (int i = 0; i <= 10000; ++i)
-            lines += "STEP 1," + zero + '\n';
+        while (steps-- > 0)
+            lines += "STEP 1" + zero + '\n';
         return "SEQ:DATA " + KesDriver::Scpi::writeBlock(lines);
     };
     const struct {
@@ -118,10 +66,13 @@ TEST_F(SessionTest, RefusesWithTheCodesOfTheProtocol)
         {"OUTP:AUX ON", "-109,"},
         {"OUTP:AUX ON,11", "-222,"},
         {"SYST:WATC 0.1", "-222,"},
+        {"SYST:WATC 10.1", "-222,"},
         {"SEQ:END ANY,0,1C", "-221,"},
-        {"SEQ:STEP 1e30," + zero, "-222,"},
-        {"SEQ:DATA #16STEP 1", "-161,\"Invalid block data;line 1\""},
-        {longSequence(), "-223,"},
+        {"SEQ:STEP 1e30" + zero, "-222,"},
+        {longSequence(10001), "-223,"},
+        {longSequence(10000) + ";STEP 1" + zero + ";CLE", "-223,"},
+        {"SEQ:DATA " + KesDriver::Scpi::writeBlock("STEP 1" + zero + "\nSTEP 1"),
+         "-161,\"Invalid block data;line 2\""},
         {"INIT", "-221,"},
         {step("1", "33") + ";:INIT",
          "-222,\"Data out of range;Step 1. IA: 33 A is above the limit of 32 A.\""},
@@ -133,6 +84,7 @@ TEST_F(SessionTest, RefusesWithTheCodesOfTheProtocol)
         {"EVEN:DATA? 0", "-222,"},
         {"OUTP OFF;:CURR 1", "102,"},
         {"OUTP ON;:SEQ:CLE;" + step("5", "1") + ";ARM;:CURR 1", "104,"},
+        {"SIM:WIRE \"overcurrent\"", "-221,"},
         {"TRIG:AT -1000000", "106,"},
         {"TRIG:INP 9", "-222,"},
         {"ABOR;INIT;INIT", "103,"},
@@ -155,39 +107,18 @@ TEST_F(SessionTest, SetsOutputsAtOnce)
     EXPECT_EQ(client.ask("APPL?;:OUTP:AUX?"), "1.5,0,1.5,-120,1.5,0,0,0,0,0,57.7,0,50,60,5;1,110");
     EXPECT_EQ(device->getOutputs().currents[2].magnitude, 1.5);
     EXPECT_EQ(client.tell("OUTP:AUX OFF;AUX ON"), good);
-    EXPECT_EQ(client.tell("APPL " + amperes("2 A") + ";:ABOR"), good);
+    EXPECT_EQ(client.tell("APPL 2 A" + zero.substr(2) + ";:ABOR"), good);
     EXPECT_EQ(client.ask("CURR?;:SIM:ENER?;:SYST:STAT?"), "0;1;1,1,110,1,IDLE");
-    EXPECT_EQ(client.tell("*RST"), good);
-    EXPECT_EQ(client.ask("SYST:STAT?"), "1,0,0,0,IDLE");
-}
-
-TEST_F(SessionTest, MeasuresByQueriesAlone)
-{
-    device->connectTestObject(std::make_shared<KesTest::SimulatedRelay>(1.5, 345678us, 10ms));
-    takeControl();
-    EXPECT_EQ(client.tell(step("0.2", "1") + ";" + step("2 s", "3") + ";:SEQ:END ANY,1 ms,1CE"), good);
-    EXPECT_EQ(client.tell("INIT"), good);
-    ASSERT_TRUE(waitUntil([&] { return client.ask("SYST:STAT?").ends_with("IDLE"); }));
-    const auto events = client.ask("EVEN:DATA? 1,100");
-    long long begun = 0;
-    long long closed = 0;
-    ASSERT_EQ(std::sscanf(events.substr(events.find("\"2,")).c_str(), "\"2,%lld,STEP,1\"", &begun), 1)
-        << events;
-    ASSERT_EQ(std::sscanf(events.substr(events.find("\"3,")).c_str(), "\"3,%lld,INP,1,1,1\"", &closed), 1)
-        << events;
-    EXPECT_EQ(closed - begun, 345678);
-    EXPECT_THAT(events, HasSubstr(std::to_string(closed + 1000) + ",SEQ,1\""));
-    EXPECT_EQ(client.ask("SIM:OFF?"), std::to_string(closed + 1000));
-    // What is prepared stays, and what it was made of reads back.
-    EXPECT_EQ(client.ask("SEQ:COUN?"), "2");
+    EXPECT_EQ(client.tell(step("1", "1") + ";*RST"), good);
+    EXPECT_EQ(client.ask("SYST:STAT?;:SEQ:COUN?"), "1,0,0,0,IDLE;0");
 }
 
 TEST_F(SessionTest, RunsArmedSequencesOnATriggerAndTakesThemAsABlock)
 {
     takeControl();
     client.tell("EVEN:SUBS ON");
-    const auto lines = "STEP 0.05," + amperes("1") +
-                       "\r\nRAMP 1,0,0,0,0,0,0,0,0,0,0,0,0,0\n\nANGLE 90\nSTEP 0.01," + zero + '\n';
+    const auto lines = "STEP 0.05,1" + zero.substr(2) +
+                       "\r\nRAMP 1,0,0,0,0,0,0,0,0,0,0,0,0,0\n\nANGLE 90\nSTEP 0.01" + zero + '\n';
     EXPECT_EQ(client.tell("SEQ:DATA " + KesDriver::Scpi::writeBlock(lines) + ";ARM"), good);
     EXPECT_EQ(client.ask("SEQ:COUN?;:SYST:STAT?;:STAT:OPER:COND?"), "2;1,0,0,1,ARM;288");
     EXPECT_EQ(client.tell("TRIG:INP 3"), good);
@@ -238,52 +169,7 @@ TEST_F(SessionTest, ForgetsTheOldestEventsAndSaysSo)
     EXPECT_EQ(client.ask("EVEN:LAST?"), "66000");
     EXPECT_EQ(client.tell("EVEN:DATA? 464"),
               "-230,\"Data corrupt or stale;the oldest remembered event is 465\"");
-    EXPECT_THAT(client.ask("EVEN:DATA? 465,1"), StartsWith("\"465,"));
-}
-
-TEST_F(SessionTest, GivesControlToOneSessionAtATime)
-{
-    takeControl();
-    TestClient other(connect());
-    EXPECT_EQ(other.tell("SYST:CONT:TAKE \"other\""), "-203,\"Command protected;test at local has control\"");
-    EXPECT_EQ(other.tell("CURR 1"), "-203,\"Command protected;test at local has control\"");
-    EXPECT_EQ(other.ask("SYST:CONT?;CONT:OWN?;:OUTP?"), "0;\"test\",\"local\";1");
-    EXPECT_EQ(other.tell("EVEN:SUBS ON"), good);
-    EXPECT_EQ(client.tell("OUTP:AUX ON,24;:CURR 1;:SYST:CONT:REL"), good);
-    EXPECT_EQ(other.awaitEvent("RELEASE"), "\"control was given back\"");
-    EXPECT_EQ(other.tell("SYST:CONT:TAKE \"other\""), good);
-    EXPECT_EQ(other.ask("SYST:STAT?;CONT?"), "1,0,0,0,IDLE;1");
-    EXPECT_EQ(client.tell("CURR 1"), "-203,\"Command protected;other at local has control\"");
-}
-
-TEST_F(SessionTest, SwitchesEverythingOffWhenTheControllerIsGone)
-{
-    TestClient watcher(connect());
-    watcher.tell("EVEN:SUBS ON");
-    takeControl();
-    client.tell(step("60", "1") + ";:OUTP:AUX ON,24;:INIT");
-    client.close();
-    EXPECT_EQ(watcher.awaitEvent("SEQ"), "0");
-    EXPECT_EQ(watcher.awaitEvent("RELEASE"), "\"the session of the controller has ended\"");
-    EXPECT_EQ(watcher.ask("SYST:STAT?;CONT:OWN?"), "1,0,0,0,IDLE;\"\",\"\"");
-    EXPECT_EQ(device->getOutputs(), KesDriver::OutputState{});
-
-    TestClient next(connect());
-    EXPECT_EQ(next.tell("SYST:CONT:TAKE \"next\";:OUTP ON;:SYST:WATC 0.2"), good);
-    EXPECT_EQ(next.ask("SYST:WATC?"), "0.2");
-    // While it is heard of, nothing happens.
-    for (int i = 0; i < 10; ++i) {
-        std::this_thread::sleep_for(50ms);
-        EXPECT_EQ(next.ask("OUTP?"), "1");
-    }
-    EXPECT_EQ(watcher.awaitEvent("RELEASE"), "\"nothing was heard of the controller for 0.2 s\"");
-    EXPECT_EQ(next.ask("SYST:CONT?;WATC?;:OUTP?"), "0;0;0");
-
-    // The bench can drop a controller, too.
-    EXPECT_EQ(next.tell("SYST:CONT:TAKE \"next\";:OUTP ON"), good);
-    device->simulateConnectionLoss();
-    EXPECT_TRUE(next.waitForEnd());
-    EXPECT_EQ(watcher.awaitEvent("RELEASE"), "\"the device has dropped next\"");
+    EXPECT_THAT(client.ask("EVEN:DATA? 465,1"), testing::MatchesRegex("\"465,[0-9]+,INP,1,1\""));
 }
 
 TEST_F(SessionTest, TellsFaultsAndLatchesThemInTheRegisters)
@@ -292,6 +178,7 @@ TEST_F(SessionTest, TellsFaultsAndLatchesThemInTheRegisters)
     client.tell("EVEN:SUBS ON;:STAT:QUES:ENAB 1;:STAT:OPER:NTR 8;*SRE 8");
     client.tell(step("60", "20") + ";:INIT");
     EXPECT_EQ(client.ask("STAT:OPER:COND?;EVEN?"), "264;264");
+    EXPECT_EQ(TestClient(connect()).ask("STAT:OPER:COND?"), "264");
     EXPECT_EQ(client.tell("SIM:BURD 2 OHM"), good);
     EXPECT_EQ(client.awaitEvent("FAULT"), "0,\"IA:100\"");
     EXPECT_EQ(client.awaitEvent("SEQ"), "0");
@@ -299,134 +186,59 @@ TEST_F(SessionTest, TellsFaultsAndLatchesThemInTheRegisters)
               "0,\"IA:100\";1;88;1;8;0,0,0,1,IDLE");
     EXPECT_EQ(client.tell("SIM:BURD 0;FAUL CLE;FAUL HEAT,4;FAUL LOST,5;FAUL QUIC"), good);
     EXPECT_EQ(client.ask("SYST:FAUL?;:STAT:QUES:COND?"), "1,\"UA:010\",\"UB:001\";784");
-}
-
-TEST_F(SessionTest, EndsSessionsThatSendOrReadTooLittleOrTooMuch)
-{
-    TestClient talker(connect());
-    talker.sendBytes(std::string(70000, 'x'));
-    EXPECT_TRUE(talker.waitForEnd());
-    TestClient blocker(connect());
-    blocker.sendBytes("SEQ:DATA #9008388609");
-    EXPECT_TRUE(blocker.waitForEnd());
-
-    // A whole block is fine.
-    TestClient writer(connect());
-    EXPECT_THAT(
-        writer.tell("SEQ:DATA " + KesDriver::Scpi::writeBlock(std::string(std::size_t{8} << 20U, '\n'))),
-        good);
-    // Answers that do not fit are cut off.
-    std::string many = "EVEN:LAST?";
-    for (int i = 0; i < 1000; ++i)
-        writer.send("SIM:INP 1,1;INP 1,0");
-    for (int i = 0; i < 60; ++i)
-        many += ";DATA? 1,1000";
-    EXPECT_LT(writer.ask(many).size(), std::size_t{1} << 20U);
-    EXPECT_THAT(writer.ask("SYST:ERR?"), StartsWith("-440,"));
-
-    // Who reads nothing is given up; the device goes on meanwhile.
-    TestClient sleeper(connect());
-    sleeper.tell("EVEN:SUBS ON,1;:SYST:CONT:TAKE \"sleeper\"");
-    for (int i = 0; i < 100; ++i)
-        sleeper.send("EVEN:DATA? 1,1000;DATA? 1,1000;DATA? 1,1000");
-    EXPECT_TRUE(waitUntil([&] { return writer.ask("SYST:CONT:OWN?") == "\"\",\"\""; }));
-    EXPECT_TRUE(waitUntil([&] { return server.getSessionCount() == 2; }));
-}
-
-TEST_F(SessionTest, StaysItselfWhenTheNetworkIsBad)
-{
-    TestClient bench(connect());
-    takeControl();
-    EXPECT_EQ(bench.tell("SIM:SIL 1"), good);
-    client.send("*IDN?");
-    EXPECT_EQ(client.readLine(200ms), std::nullopt);
-    TestClient late(connect());
-    late.send("*OPC?");
-    EXPECT_EQ(late.readLine(100ms), std::nullopt);
-    EXPECT_EQ(bench.tell("SIM:SIL 0"), good);
-    EXPECT_EQ(client.readLine(), "KES,KESTO-3,00017,2.4.1");
-    EXPECT_EQ(late.readLine(), "1");
-
-    EXPECT_EQ(bench.tell("SIM:DEL 0.2"), good);
-    const auto begin = std::chrono::steady_clock::now();
-    EXPECT_EQ(client.ask("*OPC?"), "1");
-    EXPECT_GE(std::chrono::steady_clock::now() - begin, 200ms);
-    EXPECT_EQ(bench.tell("SIM:DEL 0"), good);
-
-    EXPECT_EQ(bench.tell("SIM:GARB 1"), good);
-    EXPECT_THAT(client.ask("SYST:STAT?"), HasSubstr("nan"));
-    for (const char* query : {"*IDN?", "SYST:LIM?", "SYST:CLOC?", "CAL:DATE?", "SYST:FAUL?"})
-        EXPECT_NE(client.ask(query), "(over)") << query;
-    EXPECT_EQ(bench.tell("SIM:GARB 0"), good);
-
-    EXPECT_EQ(bench.tell("SIM:DROP"), good);
-    EXPECT_TRUE(client.waitForEnd());
-    EXPECT_TRUE(waitUntil([&] { return bench.ask("SYST:CONT:OWN?;:OUTP?") == "\"\",\"\";0"; }));
+    EXPECT_EQ(client.tell("SIM:FAUL CLE;INP 3,ON;:SEQ:CLE;" + step("60", "1") + ";END ALL,0,3C,4C;:INIT"),
+              good);
+    EXPECT_EQ(client.ask("STAT:OPER:COND?"), "264");
+    EXPECT_EQ(client.tell("SIM:INP 4,ON"), good);
+    EXPECT_EQ(client.awaitEvent("SEQ"), "1");
+    // A sequence that is over before anybody can look has run all the same.
+    client.ask("STAT:OPER?");
+    EXPECT_EQ(client.tell("INIT"), good);
+    EXPECT_EQ(client.awaitEvent("SEQ"), "1");
+    EXPECT_EQ(client.ask("STAT:OPER?"), "8");
 }
 
 TEST_F(SessionTest, WaitsInLockstepForTheController)
 {
     EXPECT_THAT(client.tell("SIM:LOCK ON"), StartsWith("-203,"));
     takeControl();
+    const auto now = &std::chrono::steady_clock::now;
     // Nothing but the acknowledgement of each event keeps 300 s of device time from being over at once.
     EXPECT_EQ(client.tell("SIM:SPE 100000;LOCK ON;:EVEN:SUBS ON;" + step("100", "1") + ";" +
                           step("100", "2") + ";" + step("100", "1") + ";:INIT"),
               good);
+    auto begin = now();
     for (const char* number : {"0", "1"}) {
         EXPECT_EQ(client.awaitEvent("STEP"), number);
+        const auto last = std::stoi(client.events.back().substr(1));
+        if (last > 1)
+            client.send("EVEN:ACKN " + std::to_string(last - 1));
         std::this_thread::sleep_for(50ms);
         EXPECT_EQ(client.readLine(0ms), std::nullopt);
-        const auto& event = client.events.back();
-        client.send("EVEN:ACKN " + event.substr(1, event.find(',') - 1));
+        begin = now();
+        client.send("EVEN:ACKN " + std::to_string(last));
     }
     EXPECT_EQ(client.awaitEvent("STEP"), "2");
+    EXPECT_LT(now() - begin, 1s);
     // Outputs can be set to zero in the middle of it.
     EXPECT_EQ(client.tell("ABOR"), good);
     EXPECT_EQ(client.awaitEvent("SEQ"), "0");
     // Without an acknowledgement it goes on after two seconds.
     EXPECT_EQ(client.tell("INIT"), good);
     EXPECT_EQ(client.awaitEvent("STEP"), "0");
-    const auto begin = std::chrono::steady_clock::now();
+    begin = now();
     EXPECT_EQ(client.awaitEvent("STEP"), "1");
-    EXPECT_GE(std::chrono::steady_clock::now() - begin, 1900ms);
+    EXPECT_GE(now() - begin, 1900ms);
+    begin = now();
     EXPECT_EQ(client.tell("SIM:LOCK OFF"), good);
     EXPECT_EQ(client.awaitEvent("SEQ"), "1");
+    // It is the controller's, and ends with the control.
+    EXPECT_EQ(client.tell("SIM:LOCK ON;:SYST:CONT:REL"), good);
+    takeControl();
+    EXPECT_EQ(client.tell("INIT"), good);
+    EXPECT_EQ(client.awaitEvent("SEQ"), "1");
+    EXPECT_LT(now() - begin, 1s);
 }
 
-TEST(DeviceServerTest, ServesManyOnAnAddressAndEndsAtOnce)
-{
-    const auto device = std::make_shared<SimulatedKesto>(KesDriver::KestoIdentifer(3, 5));
-    const auto other = std::make_shared<SimulatedKesto>(KesDriver::KestoIdentifer(3, 6));
-    std::uint16_t port = 0;
-    for (int round = 0; round < 2; ++round) {
-        DeviceServer server(device);
-        // The same port again at once.
-        ASSERT_TRUE(server.listen("127.7.2.1", port));
-        port = server.getPort();
-        EXPECT_FALSE(DeviceServer(other).listen("127.7.2.1", port));
-        EXPECT_FALSE(server.listen("127.7.2.1", 0));
-        std::vector<std::unique_ptr<TestClient>> clients;
-        for (std::size_t i = 0; i < DeviceServer::mostSessions; ++i) {
-            clients.push_back(std::make_unique<TestClient>("127.7.2.1", port));
-            EXPECT_EQ(clients.back()->ask("*OPC?"), "1");
-        }
-        TestClient refused("127.7.2.1", port);
-        EXPECT_THAT(refused.readLine().value_or(""), HasSubstr("no session free"));
-        EXPECT_TRUE(refused.waitForEnd());
-
-        EXPECT_EQ(clients[0]->tell("SYST:CONT:TAKE \"first\";:OUTP ON;:CURR 1"), good);
-        EXPECT_THAT(clients[1]->tell("ABOR"), HasSubstr("first at 127."));
-        // One that has said its last word still gets its answer, and makes room.
-        clients[2]->send("*IDN?");
-        clients[2]->endSending();
-        EXPECT_EQ(clients[2]->readLine(), "KES,KESTO-3,00005,1.0.0");
-        EXPECT_TRUE(clients[2]->waitForEnd());
-        ASSERT_TRUE(waitUntil([&] { return server.getSessionCount() == DeviceServer::mostSessions - 1; }));
-        EXPECT_EQ(TestClient("127.7.2.1", port).ask("*OPC?"), "1");
-        EXPECT_EQ(device->getOutputs().currents[0].magnitude, 1.0);
-        if (round == 0)
-            clients.clear();
-    }
-    EXPECT_FALSE(device->isWorking());
-    EXPECT_FALSE(DeviceServer(other).listen("not an address", 1));
-}
+} // namespace
+} // namespace KesTest

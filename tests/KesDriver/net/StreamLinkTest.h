@@ -1,0 +1,91 @@
+#pragma once
+
+#include "../RecordingReceiver.h"
+#include "ScriptedPeer.h"
+
+#include <KesDriver/ConnectionError.h>
+#include <KesDriver/net/StreamLink.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <future>
+#include <thread>
+#include <utility>
+
+namespace KesTest {
+
+using namespace KesDriver;
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+/// How long a link takes at most to notice what goes wrong at once.
+inline constexpr auto soon = 1s;
+
+inline std::string connectionError(const Kes::Result& result)
+{
+    return result || isConnectionError(result) ? message(result) : "no connection error: " + message(result);
+}
+
+/// A link whose answers have a time-out of 400 ms, and the device at its other end.
+class StreamLinkTest : public testing::Test {
+protected:
+    StreamLinkTest() { link->setReceiver(receiver); }
+    ~StreamLinkTest() override { link.reset(); }
+
+    std::unique_ptr<StreamLink> makeLink(std::chrono::milliseconds timeout, StreamConnector connector)
+    {
+        return std::make_unique<StreamLink>(StreamLink::Settings{std::move(connector), "127.8.0.1",
+                                                                 "Test@here", [timeout] { return timeout; }});
+    }
+    void start() { ASSERT_EQ(message(link->connect(connection)), ""); }
+    /// From now on a question that begins so gets this reply; every other one the usual answer.
+    void answer(const std::string& question, std::function<std::string()> reply)
+    {
+        peer.setScript([=](const std::string& commands) {
+            return commands.starts_with(question) ? std::optional(reply()) : std::nullopt;
+        });
+    }
+    void answer(const std::string& question, const std::string& reply)
+    {
+        answer(question, [=] { return reply; });
+    }
+    bool isAsked(const std::string& beginning) const
+    {
+        const auto before = Clock::now();
+        while (Clock::now() - before < 10s) {
+            for (const auto& question : peer.getQuestions())
+                if (question.starts_with(beginning))
+                    return true;
+            std::this_thread::sleep_for(1ms);
+        }
+        return false;
+    }
+    /// Keeps the receiver busy with the first such line, when all that was sent with it has come. The test
+    /// may end before the receiver does.
+    struct Gate {
+        std::promise<void> isBusy;
+        std::promise<void> mayGoOn;
+        bool hasBeenBusy = false;
+    };
+    std::shared_ptr<Gate> busyAt(const std::string& wanted)
+    {
+        const auto gate = std::make_shared<Gate>();
+        receiver->onLine = [this, gate, wanted](const std::string& line) {
+            if (line != wanted || std::exchange(gate->hasBeenBusy, true))
+                return;
+            EXPECT_EQ(message(link->stopOutputs()), "");
+            gate->isBusy.set_value();
+            gate->mayGoOn.get_future().wait_for(5s);
+        };
+        return gate;
+    }
+    static std::string said(const std::string& text) { return "KESTO-3 No. 00017 (127.8.0.1)" + text; }
+
+    ScriptedPeer peer;
+    std::shared_ptr<RecordingReceiver> receiver = std::make_shared<RecordingReceiver>();
+    std::unique_ptr<StreamLink> link = makeLink(400ms, peer.getConnector());
+    ConnectionNumber connection = 0;
+};
+
+} // namespace KesTest

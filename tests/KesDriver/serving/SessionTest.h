@@ -1,0 +1,54 @@
+#pragma once
+
+#include "TestClient.h"
+
+#include <KesDriver/simulated/serving/DeviceServer.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+namespace KesTest {
+
+using namespace std::chrono_literals;
+using KesDriver::DeviceServer;
+using KesDriver::SimulatedKesto;
+
+inline const std::string good = "0,\"No error\"";
+
+/// The preparation of a step with this current in IA.
+inline std::string step(const std::string& seconds, const std::string& amperes)
+{
+    return ":SEQ:STEP " + seconds + ',' + amperes + ",0,0,0,0,0,0,0,0,0,0,0,50,50,0";
+}
+
+template <typename Condition>
+bool waitUntil(Condition&& condition)
+{
+    for (int i = 0; i < 1000; ++i) {
+        if (condition())
+            return true;
+        std::this_thread::sleep_for(10ms);
+    }
+    return false;
+}
+
+/// A served device and one of its sessions.
+class SessionTest : public testing::Test {
+protected:
+    int connect() { return server.connect(); }
+    void takeControl()
+    {
+        ASSERT_EQ(client.tell("SYST:CONT:TAKE \"test\""), good);
+        ASSERT_EQ(client.tell("OUTP ON"), good);
+    }
+
+    std::shared_ptr<SimulatedKesto> device =
+        std::make_shared<SimulatedKesto>(KesDriver::KestoIdentity{{3, 17}, "2.4.1", "2026-03-31"});
+    DeviceServer server{device};
+    TestClient client{server.connect()};
+};
+
+} // namespace KesTest

@@ -1,0 +1,149 @@
+// What the next start finds after a save that went wrong or was cut short.
+
+#include "RecoveryKeeperTest.h"
+
+#include <KesCommon/Log.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <random>
+#include <thread>
+
+namespace KesTest {
+namespace {
+
+using RecoverySaveTest = RecoveryKeeperTest;
+
+TEST_F(RecoverySaveTest, ABrokenSaveKeepsBothFilesAndTheDocumentChanged)
+{
+    const auto path = _saved("former");
+    _begin();
+    std::vector<std::string> errors;
+    auto previous = KesLog::Log::setObserver([&](KesLog::Log::Level level, const std::string& text) {
+        if (level == KesLog::Log::Level::Error)
+            errors.push_back(text);
+    });
+    // The full disk: what is written does not arrive.
+    _data = "edited";
+    std::filesystem::remove(path);
+    std::filesystem::create_symlink("/dev/full", path);
+    EXPECT_TRUE(_manager.save());
+    KesLog::Log::setObserver(std::move(previous));
+    EXPECT_THAT(errors, ElementsAre("saving " + path + ": the file does not hold what it should"));
+    EXPECT_TRUE(_manager.isFileChanged());
+    EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
+    std::filesystem::remove(path);
+    EXPECT_TRUE(_manager.save());
+    EXPECT_THAT(_lostAfterEnd(), IsEmpty());
+}
+
+/// The save is cut short between what the manager tells, as by a disk that fills up meanwhile.
+TEST_F(RecoverySaveTest, TheFormerFileComesBackWhenASaveHasBrokenIt)
+{
+    const auto path = _saved("former");
+    _begin();
+    _data = "edited";
+    _keeper->onSaving(path, "former", _manager.takeSnapshot(), "edited");
+    writeFile(path, "edi");
+    EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
+    _keeper->onSaved(path, IWorkKeeper::SaveEnd::Broken);
+    dialogs.answer(DialogResult::No);
+    EXPECT_TRUE(_presenter.close());
+    EXPECT_THAT(_lostAfterEnd(), ElementsAre("former")) << "only the new work was given up";
+    // The next start opens it, and saves it whole.
+    _begin();
+    EXPECT_EQ(_restore(), path);
+    EXPECT_TRUE(_manager.isFileChanged());
+    EXPECT_TRUE(_manager.save());
+    EXPECT_EQ(readFile(path), "former");
+    EXPECT_THAT(_lostAfterEnd(), IsEmpty());
+}
+
+/// A whole document is a mebibyte of one letter.
+bool isWhole(const std::string& bytes)
+{
+    return bytes.size() == 1U << 20 && bytes.find_first_not_of(bytes.front()) == std::string::npos;
+}
+
+TEST_F(RecoverySaveTest, AKillWhileSavingLosesNeitherTheFormerFileNorTheNewWork)
+{
+    const auto path = _saved(std::string(1U << 20, 'a'));
+    std::mt19937 random(5);
+    int broken = 0;
+    for (int i = 0; i < 60; ++i) {
+        const auto child = fork();
+        if (child == 0) {
+            _begin();
+            for (char letter = 'b';; letter = letter == 'z' ? 'a' : static_cast<char>(letter + 1)) {
+                _data.assign(1U << 20, letter);
+                _manager.save();
+            }
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 100000));
+        kill(child, SIGKILL);
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        const bool isBroken = !isWhole(readFile(path));
+        broken += isBroken ? 1 : 0;
+        RecoveryStore store(_folder);
+        auto lost = store.findLost();
+        ASSERT_TRUE(!isBroken || lost.size() == 1U) << i;
+        if (lost.empty())
+            continue;
+        EXPECT_TRUE(isWhole(lost.front().getCopy().bytes));
+        lost.front().throwAway();
+        lost.clear();
+        lost = store.findLost();
+        ASSERT_TRUE(!isBroken || lost.size() == 1U) << i;
+        for (auto& former : lost) {
+            EXPECT_TRUE(isWhole(former.getCopy().bytes));
+            former.throwAway();
+        }
+        lost.clear();
+        writeFile(path, std::string(1U << 20, 'a'));
+    }
+    std::cout << "files found in pieces: " << broken << " of 60\n";
+}
+
+TEST_F(RecoverySaveTest, AProviderThatThrowsLeavesFileAndCopyAlone)
+{
+    const auto path = _saved("former");
+    _begin();
+    _data = "edited";
+    EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
+    _isThrowing = true;
+    EXPECT_THROW(_manager.save(), std::runtime_error);
+    EXPECT_EQ(readFile(path), "former");
+    EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
+    // It must not lock the user in.
+    dialogs.answer(DialogResult::No);
+    EXPECT_TRUE(_presenter.close());
+    EXPECT_THAT(dialogs.getTexts(), ElementsAre("Save changes to the file " + path + " ?"));
+    _isThrowing = false;
+}
+
+TEST_F(RecoverySaveTest, ASaveThatCouldNotOpenItsFileLeavesTheCopyWithTheNameOfTheDocument)
+{
+    const auto path = _saved("former");
+    _begin();
+    _data = "edited";
+    EXPECT_FALSE(_manager.saveAs(_home.file("missing/other.abc")));
+    EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
+    EXPECT_EQ(_keeper->getStore().read(RecoveryStore::Kind::Work)->fileName, path);
+}
+
+/// A run goes on while the file is written.
+TEST_F(RecoverySaveTest, WhatIsMeasuredDuringASaveIsNotTakenForSaved)
+{
+    const auto path = _saved("first result");
+    _begin();
+    _onData = [this] { _data += ", another"; };
+    EXPECT_TRUE(_manager.save());
+    EXPECT_NE(readFile(path), _data);
+    EXPECT_THAT(_lostAfterKill(), ElementsAre(_data));
+}
+
+} // namespace
+} // namespace KesTest
