@@ -24,8 +24,8 @@ constexpr Kes::TextTable table({
      "%s: больше не управляется этой программой."},
     {"Link.otherProtocol", "%s speaks version %s of the protocol, this program speaks version %s.",
      "%s: версия протокола %s, у программы версия %s."},
-    {"Link.sequenceTooLarge", "The sequence has %lu bytes, the limit is %lu.",
-     "Размер последовательности в байтах: %lu, предел: %lu."},
+    {"Link.stoppedBefore", "%s was stopped before the sequence began.",
+     "%s: остановлено до начала последовательности."},
 
     {"Search.noService",
      "The network cannot be searched, for the Avahi service does not answer; devices can still be entered by "

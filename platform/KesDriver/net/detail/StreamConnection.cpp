@@ -99,20 +99,23 @@ std::optional<Answer> StreamConnection::ask(const std::string& commands, std::si
     return _ask(commands, queries, Purpose::Call);
 }
 
-std::optional<Answer> StreamConnection::askToTakeSequence(const std::string& commands)
+std::optional<Answer> StreamConnection::askToTakeSequence(const std::string& commands,
+                                                          const IsUnwanted& isUnwanted)
 {
     // Not for ever: a receiver that waits for the caller must not lock both up.
     constexpr std::chrono::milliseconds longestWait{100};
     _reports->waitUntilHeard(longestWait);
-    return _ask(commands, 0, Purpose::Sequence);
+    return _ask(commands, 0, Purpose::Sequence, isUnwanted);
 }
 
 std::optional<Answer> StreamConnection::_ask(const std::string& commands, std::size_t queries,
-                                             Purpose purpose)
+                                             Purpose purpose, const IsUnwanted& isUnwanted)
 {
     std::shared_ptr<Question> question;
     {
         const std::lock_guard writing(_writing);
+        if (isUnwanted && isUnwanted())
+            return std::nullopt;
         question = _send(commands, queries, purpose);
     }
     Lock lock(_mutex);

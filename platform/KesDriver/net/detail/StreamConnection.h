@@ -12,6 +12,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -55,12 +56,15 @@ public:
     /// From now on a loss is reported. False when the connection has ended.
     bool establish();
 
+    using IsUnwanted = std::function<bool()>;
+
     /// Asks and waits for the answer, the time-out at most. Nothing when the connection ends before; it has
     /// ended then. `commands` begin with a colon or a star and hold so many queries.
     std::optional<Answer> ask(const std::string& commands, std::size_t queries);
     /// The same for what gives the device a new sequence: before, all reports so far have been heard if that
-    /// takes no longer than 100 ms; afterwards no step of an earlier sequence is reported any more.
-    std::optional<Answer> askToTakeSequence(const std::string& commands);
+    /// takes no longer than 100 ms; afterwards no step of an earlier sequence is reported any more. Nothing
+    /// is asked when it is unwanted at the moment of sending: what is asked after that comes behind it.
+    std::optional<Answer> askToTakeSequence(const std::string& commands, const IsUnwanted& isUnwanted);
 
     /// Ends it, the first time for this reason. Waits for nobody.
     void end(End reason);
@@ -80,7 +84,8 @@ private:
         std::optional<Answer> answer;
     };
 
-    std::optional<Answer> _ask(const std::string& commands, std::size_t queries, Purpose purpose);
+    std::optional<Answer> _ask(const std::string& commands, std::size_t queries, Purpose purpose,
+                               const IsUnwanted& isUnwanted = nullptr);
 
     void _read();
     void _readLines(LineBuffer& lines);
