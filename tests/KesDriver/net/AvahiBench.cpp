@@ -109,6 +109,16 @@ void AvahiBench::stopWithBus()
     _end(_bus);
 }
 
+void AvahiBench::freeze(Part part) const
+{
+    kill(part == Part::Service ? _avahi : _bus, SIGSTOP);
+}
+
+void AvahiBench::thaw(Part part) const
+{
+    kill(part == Part::Service ? _avahi : _bus, SIGCONT);
+}
+
 std::string AvahiBench::browse()
 {
     const std::unique_ptr<FILE, decltype(&pclose)> output(
