@@ -22,6 +22,7 @@ constexpr Kes::TextTable table({
     {"Link.nonsense", "%s gives answers that make no sense.", "%s: передаёт недостоверные ответы."},
     {"Link.released", "%s is not controlled by this program any more.",
      "%s: больше не управляется этой программой."},
+    {"Link.restarted", "%s has been restarted.", "%s: устройство перезапущено."},
     {"Link.otherProtocol", "%s speaks version %s of the protocol, this program speaks version %s.",
      "%s: версия протокола %s, у программы версия %s."},
     {"Link.stoppedBefore", "%s was stopped before the sequence began.",

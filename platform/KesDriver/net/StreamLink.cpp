@@ -57,6 +57,8 @@ const char* getEndText(End end)
         return "Link.nonsense";
     case End::Released:
         return "Link.released";
+    case End::Restarted:
+        return "Link.restarted";
     default:
         return "Link.notConnected";
     }

@@ -23,7 +23,8 @@ struct Answer;
 /// made anew by the connector at each attempt to connect. Any thread.
 ///
 /// Connecting takes control of the device and sets its watchdog. An answer that comes too late, twice or to
-/// another question, or makes no sense, ends the connection. Events that are missing are asked for once;
+/// another question, or makes no sense, ends the connection, and so does a device that has been restarted
+/// behind it. Events that are missing are asked for once;
 /// when they are lost for good, come twice, go back in time or cannot be read, the receiver hears of an event
 /// that no device can have (input 0 at a negative time), as from any device that cannot be believed.
 ///

@@ -19,7 +19,7 @@ TEST_F(StreamLinkTest, ConnectsAndTakesControl)
     EXPECT_TRUE(link->isSimulated());
     EXPECT_THAT(peer.getQuestions(),
                 ElementsAre(":SYST:PROT?", "*IDN?;:SYST:SIM?;:SYST:LIM?", ":SYST:CONT:TAKE \"Test@here\"",
-                            ":SYST:WATC 1;:EVEN:LAST?", ":EVEN:SUBS ON,6"));
+                            ":SYST:WATC 1;:SYST:BOOT?;:EVEN:LAST?", ":EVEN:SUBS ON,6"));
 }
 
 TEST_F(StreamLinkTest, ConnectsOnlyToWhatItUnderstands)

@@ -59,9 +59,10 @@ bool StreamConnection::open(const StreamConnector& connector)
     return getEnd() == End::None;
 }
 
-void StreamConnection::beginEvents(std::uint64_t last)
+void StreamConnection::beginEvents(std::string boot, std::uint64_t last)
 {
     std::lock_guard lock(_mutex);
+    _boot = std::move(boot);
     _events.begin(last);
     _hasEvents = true;
 }
@@ -176,15 +177,17 @@ void StreamConnection::_feed(Lock& lock)
     lock.lock();
     if (!canWrite)
         return;
-    std::string commands = ":SYST:CLOC?";
+    std::string commands = ":SYST:BOOT?";
+    std::size_t queries = 1;
     auto purpose = Purpose::Watch;
     if (_events.hasGap()) {
         const auto gap = _events.takeGap();
-        commands = ":EVEN:DATA? " + std::to_string(gap.from) + ',' + std::to_string(gap.count);
+        commands += ";:EVEN:DATA? " + std::to_string(gap.from) + ',' + std::to_string(gap.count);
         purpose = Purpose::Missing;
+        queries = 2;
     }
     lock.unlock();
-    _send(commands, 1, purpose);
+    _send(commands, queries, purpose);
     lock.lock();
 }
 

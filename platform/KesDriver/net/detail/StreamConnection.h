@@ -37,6 +37,8 @@ public:
         Nonsense,
         /// The device has another controller or none.
         Released,
+        /// It is not the same start of the device any more: its clock and its events have begun anew.
+        Restarted,
     };
 
     StreamConnection(ConnectionNumber number, std::chrono::milliseconds timeout,
@@ -49,8 +51,8 @@ public:
 
     /// Makes the stream and starts the threads. Once.
     bool open(const StreamConnector& connector);
-    /// Events with larger numbers than this are reported from now on.
-    void beginEvents(std::uint64_t last);
+    /// Events of this start of the device with larger numbers than this are reported from now on.
+    void beginEvents(std::string boot, std::uint64_t last);
     /// From now on the device hears of its controller again and again.
     void beginWatch();
     /// From now on a loss is reported. False when the connection has ended.
@@ -91,6 +93,7 @@ private:
     void _readLines(LineBuffer& lines);
     void _hear(const std::string& line);
     void _hearAnswer(const std::string& line);
+    bool _isOtherBoot(const Question& question) const;
     std::vector<EventOrder::Record> _use(const Question& question);
     void _hearEvents(const std::vector<EventOrder::Record>& events);
     void _report(const EventOrder::Record& event);
@@ -118,6 +121,8 @@ private:
     Clock::time_point _lastSent;
     /// When it has to be established at the latest.
     Clock::time_point _attemptEnd;
+    /// Which start of the device it is.
+    std::string _boot;
     EventOrder _events;
     bool _hasEvents = false;
     bool _hasToldNonsense = false;
