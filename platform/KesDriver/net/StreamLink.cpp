@@ -22,8 +22,8 @@ namespace {
 
 using End = StreamConnection::End;
 
-/// What a device reads in about a millisecond: a stop waits for no more.
-constexpr std::size_t bytesAtATime = 16U << 10U;
+/// What a device reads in about a millisecond: a stop waits for no more. Each part takes a round trip.
+constexpr std::size_t bytesAtATime = 64U << 10U;
 
 /// What the program itself says for a refusal; null where the device's words tell more.
 const char* getStateText(RefusalCode code)

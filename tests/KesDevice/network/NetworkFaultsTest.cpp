@@ -83,6 +83,7 @@ std::vector<Fault> getFaults()
          [](NetworkRig& rig) { rig.wire().ignore(), rig.wire().drop(); }},
         {"connection dropped", [](NetworkRig& rig) { rig.wire().drop(); }},
         {"half-open", [](NetworkRig& rig) { rig.wire().freeze(); }},
+        {"nothing is read", [](NetworkRig& rig) { rig.wire().clog(); }},
         {"silent", [](NetworkRig& rig) { rig.device()->setSilent(true); },
          [](NetworkRig& rig) { rig.device()->setSilent(false); }},
         {"answers after the time-out", [](NetworkRig& rig) { rig.wire().delay(2500ms); }},
@@ -156,6 +157,10 @@ std::vector<Moment> getMoments()
         {"ramp",
          [=](NetworkRig& rig, const Begin& begin) {
              return rig.run({.withOutputs = begin, .isRamp = true, .length = length});
+         }},
+        {"sending",
+         [=](NetworkRig& rig, const Begin& begin) {
+             return rig.run({.isRamp = true, .steps = 10000, .whileSending = begin, .length = length});
          }},
         {"stop", [](NetworkRig& rig, const Begin& begin) { return rig.run({.withOutputs = begin}); }},
         {"disconnect",

@@ -63,7 +63,7 @@ TEST_F(SequenceSendingTest, PartsAreSmallAndBehindEachOther)
     const auto parts = getQuestions(":SEQ:");
     ASSERT_GT(parts.size(), 10U);
     for (const auto& part : parts) {
-        EXPECT_LT(part.size(), 20000U);
+        EXPECT_LT(part.size(), 70000U);
         EXPECT_TRUE(part.starts_with(&part == &parts.front() ? ":SEQ:CLE;:SEQ:DATA #" : ":SEQ:DATA:APP #"));
         EXPECT_EQ(part.substr(part.find('#') + 7, 4), "STEP");
     }
