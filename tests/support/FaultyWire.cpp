@@ -98,7 +98,7 @@ private:
     {
         std::string bytes;
         while (!_isEnding && _read(_program, bytes)) {
-            if (!_wire._isFrozen)
+            if (!_wire._isFrozen && !_wire._isClogged)
                 write(_device, std::exchange(bytes, {}));
         }
         end();
@@ -108,7 +108,7 @@ private:
     {
         std::string bytes;
         while (!_isEnding && _read(_device, bytes)) {
-            if (bytes.empty() || _wire._isFrozen)
+            if (bytes.empty() || _wire._isFrozen || _wire._isClogged)
                 continue;
             if (const auto delay = _wire._delay.load(); delay.count() > 0)
                 std::this_thread::sleep_for(delay);

@@ -61,6 +61,7 @@ Fault onEvents(const char* name, FaultyWire::Change change)
             }};
 }
 
+/// Each cable holds back an event of its own.
 FaultyWire::Change reorder()
 {
     return [held = std::make_shared<std::string>()](const std::string& line) -> Lines {
@@ -102,7 +103,11 @@ std::vector<Fault> getFaults()
                  [](const std::string& line) -> Lines {
                      return line.starts_with('!') ? Lines{line, line} : Lines{line};
                  }),
-        onEvents("reordered events", reorder()),
+        {"reordered events",
+         [](NetworkRig& rig) {
+             rig.wire().change(reorder());
+             touchInput(rig);
+         }},
         onEvents("time that jumps back",
                  [](const std::string& line) -> Lines { return {replaceField(line, 1, "1")}; }),
         onEvents("values out of range",
