@@ -2,8 +2,8 @@
 
 #include <Overcurrent/bench/SimulatedBench.h>
 
-#include <KesDriver/simulated/SimulatedNetwork.h>
 #include <KesDriver/net/TcpNetwork.h>
+#include <KesDriver/simulated/SimulatedNetwork.h>
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
 #include <support/DefaultHardware.h>
