@@ -1,7 +1,7 @@
 # Sourced by run and test: installs what is needed on Debian 12, and builds.
 
 build_packages="build-essential cmake ninja-build pkg-config python3 weasyprint libgtkmm-3.0-dev libxml++2.6-dev
-    libarchive-dev libxslt1-dev libavahi-common-dev"
+    libarchive-dev libxslt1-dev libavahi-client-dev libavahi-glib-dev"
 run_packages="librsvg2-common adwaita-icon-theme fonts-dejavu-core at-spi2-core"
 headless_packages="xvfb xauth x11-utils openbox dbus-daemon"
 test_packages="libgtest-dev libgmock-dev libbenchmark-dev xdotool imagemagick python3-gi locales

@@ -2,13 +2,16 @@
 
 #include <KesCommon/Log.h>
 #include <KesDriver/DriverText.h>
-#include <KesDriver/net/detail/AvahiBus.h>
+#include <KesDriver/net/detail/AvahiHandles.h>
+#include <KesDriver/net/detail/AvahiProbe.h>
 #include <KesDriver/net/detail/ServiceText.h>
 
-#include <avahi-common/address.h>
-#include <avahi-common/defs.h>
+#include <avahi-client/lookup.h>
+#include <avahi-common/error.h>
 
+#include <bit>
 #include <cstddef>
+#include <optional>
 #include <utility>
 
 namespace KesDriver {
@@ -18,17 +21,18 @@ namespace {
 constexpr std::size_t mostServices = 1024;
 constexpr std::size_t mostEntries = 32;
 
-std::vector<std::string> toEntries(GVariant* list)
+NetAddress toNetAddress(const AvahiAddress& address)
+{
+    // In the order of the network, which is that of the bytes.
+    return NetAddress(std::bit_cast<NetAddress::Bytes>(address.data.ipv4.address));
+}
+
+std::vector<std::string> toEntries(AvahiStringList* list)
 {
     std::vector<std::string> entries;
-    const auto count = g_variant_n_children(list);
-    for (std::size_t i = 0; i < count && i < mostEntries; ++i) {
-        auto* const entry = g_variant_get_child_value(list, i);
-        gsize size = 0;
-        const auto* bytes = static_cast<const char*>(g_variant_get_fixed_array(entry, &size, 1));
-        entries.emplace_back(bytes, bytes + size);
-        g_variant_unref(entry);
-    }
+    for (; list && entries.size() < mostEntries; list = avahi_string_list_get_next(list))
+        entries.emplace_back(reinterpret_cast<const char*>(avahi_string_list_get_text(list)),
+                             avahi_string_list_get_size(list));
     return entries;
 }
 
@@ -37,9 +41,12 @@ public:
     void start(Listener listener) override
     {
         _listener = std::move(listener);
-        _bus.open([this] { _browse(); },
-                  [this](const auto&, const auto& signal, auto* content) { _onSignal(signal, content); },
-                  [this](const auto& error) { _fail(error.message); });
+        _probe.emplace([this](bool answers) {
+            if (answers)
+                _browse();
+            else
+                _fail(AVAHI_ERR_TIMEOUT);
+        });
     }
 
     Kes::Result getResult() const override
@@ -54,62 +61,58 @@ public:
 private:
     void _browse()
     {
-        _bus.call(
-            AvahiBus::serverPath, AvahiBus::serverInterface, "ServiceBrowserNew",
-            g_variant_new("(iissu)", AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC, ServiceText::serviceType, "local",
-                          static_cast<guint32>(AVAHI_LOOKUP_USE_MULTICAST)),
-            [](GVariant*) {}, [this](const GError& error) { _fail(error.message); });
+        int error = 0;
+        _client.reset(avahi_client_new(avahi_glib_poll_get(_poll.get()), {}, &onClient, this, &error));
+        if (!_client)
+            _fail(error);
+        else if (!avahi_service_browser_new(_client.get(), AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC,
+                                            ServiceText::serviceType, "local", AVAHI_LOOKUP_USE_MULTICAST,
+                                            &onService, this))
+            _fail(avahi_client_errno(_client.get()));
     }
 
-    void _onSignal(const std::string& signal, GVariant* content)
+    static void onClient(AvahiClient* client, AvahiClientState state, void* self)
     {
-        if (signal == "Failure")
-            _fail("The browser has failed");
-        if (signal == "ItemNew" && g_variant_is_of_type(content, G_VARIANT_TYPE("(iisssu)")) &&
-            ++_services <= mostServices)
-            _resolve(content);
+        if (state == AVAHI_CLIENT_FAILURE)
+            static_cast<AvahiBrowser*>(self)->_fail(avahi_client_errno(client));
     }
 
-    /// One that cannot be asked for is as good as one that does not answer.
-    void _resolve(GVariant* item)
+    static void onService(AvahiServiceBrowser* browser, AvahiIfIndex interface, AvahiProtocol protocol,
+                          AvahiBrowserEvent event, const char* name, const char* type, const char* domain,
+                          AvahiLookupResultFlags, void* self)
     {
-        gint32 interface = 0;
-        gint32 protocol = 0;
-        const char *name = nullptr, *type = nullptr, *domain = nullptr;
-        g_variant_get(item, "(ii&s&s&su)", &interface, &protocol, &name, &type, &domain, nullptr);
-        _bus.call(
-            AvahiBus::serverPath, AvahiBus::serverInterface, "ResolveService",
-            g_variant_new("(iisssiu)", interface, protocol, name, type, domain, AVAHI_PROTO_INET, 0U),
-            [this](GVariant* answer) { _onResolved(answer); }, [](const GError&) {});
+        auto& browsing = *static_cast<AvahiBrowser*>(self);
+        auto* client = avahi_service_browser_get_client(browser);
+        if (event == AVAHI_BROWSER_FAILURE)
+            browsing._fail(avahi_client_errno(client));
+        // One that cannot be asked for is as good as one that does not answer.
+        if (event == AVAHI_BROWSER_NEW && ++browsing._services <= mostServices)
+            avahi_service_resolver_new(client, interface, protocol, name, type, domain, AVAHI_PROTO_INET, {},
+                                       &onResolved, self);
     }
 
-    void _onResolved(GVariant* answer)
+    static void onResolved(AvahiServiceResolver* resolver, AvahiIfIndex, AvahiProtocol,
+                           AvahiResolverEvent event, const char*, const char*, const char*, const char*,
+                           const AvahiAddress* address, std::uint16_t port, AvahiStringList* text,
+                           AvahiLookupResultFlags, void* self)
     {
-        constexpr gsize addressPlace = 7;
-        constexpr gsize portPlace = 8;
-        constexpr gsize textPlace = 9;
-        if (!g_variant_is_of_type(answer, G_VARIANT_TYPE("(iissssisqaayu)")))
-            return;
-        const char* address = nullptr;
-        guint16 port = 0;
-        g_variant_get_child(answer, addressPlace, "&s", &address);
-        g_variant_get_child(answer, portPlace, "q", &port);
-        auto* const text = g_variant_get_child_value(answer, textPlace);
-        if (const auto place = NetAddress::parse(address))
-            _listener({*place, port, toEntries(text)});
-        g_variant_unref(text);
+        if (event == AVAHI_RESOLVER_FOUND && address->proto == AVAHI_PROTO_INET)
+            static_cast<AvahiBrowser*>(self)->_listener({toNetAddress(*address), port, toEntries(text)});
+        avahi_service_resolver_free(resolver);
     }
 
-    void _fail(const std::string& reason)
+    void _fail(int error)
     {
         if (!std::exchange(_isFailed, true))
-            KesLog::Log::writeWarn("The network cannot be searched: " + reason);
+            KesLog::Log::writeWarn(std::string("The network cannot be searched: ") + avahi_strerror(error));
     }
 
     Listener _listener;
     std::size_t _services = 0;
     bool _isFailed = false;
-    AvahiBus _bus;
+    const AvahiPollHandle _poll = makeAvahiPoll();
+    AvahiClientHandle _client;
+    std::optional<AvahiProbe> _probe;
 };
 
 } // namespace

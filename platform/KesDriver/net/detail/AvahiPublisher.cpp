@@ -4,14 +4,13 @@
 #include <KesCommon/StringHelper.h>
 #include <KesDriver/net/detail/ServiceText.h>
 
-#include <avahi-common/address.h>
 #include <avahi-common/alternative.h>
-#include <avahi-common/defs.h>
+#include <avahi-common/error.h>
 #include <avahi-common/malloc.h>
 #include <glibmm/main.h>
 
+#include <bit>
 #include <net/if.h>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -24,11 +23,12 @@ constexpr unsigned mostNames = 100;
 constexpr std::uint8_t loopbackNetwork = 127;
 
 /// Others could not reach a loopback address.
-int chooseInterface(const NetAddress& address)
+AvahiIfIndex chooseInterface(const NetAddress& address)
 {
     const auto loopback = if_nametoindex("lo");
-    return address.getBytes().front() == loopbackNetwork && loopback != 0 ? static_cast<int>(loopback)
-                                                                          : int{AVAHI_IF_UNSPEC};
+    return address.getBytes().front() == loopbackNetwork && loopback != 0
+               ? static_cast<AvahiIfIndex>(loopback)
+               : AVAHI_IF_UNSPEC;
 }
 
 /// Such as "kesto-192-168-1-20". A name made of the serial number would stand for all devices of this
@@ -45,32 +45,17 @@ std::string take(char* text)
     return taken.get();
 }
 
-GVariant* toVariant(const std::vector<std::string>& entries)
+struct FreeList {
+    void operator()(AvahiStringList* list) const { avahi_string_list_free(list); }
+};
+
+std::unique_ptr<AvahiStringList, FreeList> makeList(const std::vector<std::string>& entries)
 {
-    GVariantBuilder list;
-    g_variant_builder_init(&list, G_VARIANT_TYPE("aay"));
+    std::vector<const char*> texts;
     for (const auto& entry : entries)
-        g_variant_builder_add_value(
-            &list, g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, entry.data(), entry.size(), 1));
-    return g_variant_builder_end(&list);
-}
-
-bool isCollision(const GError& error)
-{
-    char* name = g_dbus_error_get_remote_error(&error);
-    const bool isOne = g_strcmp0(name, "org.freedesktop.Avahi.CollisionError") == 0;
-    g_free(name);
-    return isOne;
-}
-
-/// The beginning of a signal's content, if it is that of a change of state.
-std::optional<int> readState(GVariant* content)
-{
-    if (!g_variant_is_of_type(content, G_VARIANT_TYPE("(is)")))
-        return std::nullopt;
-    gint32 state = 0;
-    g_variant_get_child(content, 0, "i", &state);
-    return state;
+        texts.push_back(entry.c_str());
+    return std::unique_ptr<AvahiStringList, FreeList>(
+        avahi_string_list_new_from_array(texts.data(), static_cast<int>(texts.size())));
 }
 
 } // namespace
@@ -81,7 +66,7 @@ AvahiPublisher::AvahiPublisher(const std::string& name, ServiceRecord service)
       _name(name),
       _host(makeHostName(_service.address))
 {
-    _connect();
+    _probeFirst();
 }
 
 AvahiPublisher::~AvahiPublisher()
@@ -89,24 +74,27 @@ AvahiPublisher::~AvahiPublisher()
     _timer.disconnect();
 }
 
-void AvahiPublisher::_connect()
+void AvahiPublisher::_probeFirst()
 {
-    _group.clear();
-    ++_attempt;
-    _bus = std::make_unique<AvahiBus>();
-    _bus->open(
-        [this] { _makeGroup(); },
-        [this](const auto& path, const auto& signal, auto* content) { _onSignal(path, signal, content); },
-        [this](const GError& error) { _fail(error.message); });
+    _group = nullptr;
+    _client.reset();
+    _probe.emplace([this](bool answers) {
+        if (answers)
+            return _connect();
+        _report(avahi_strerror(AVAHI_ERR_TIMEOUT));
+        _connectLater();
+    });
 }
 
-/// Everything begins anew: nobody knows what the service has done of what has failed.
-void AvahiPublisher::_fail(const std::string& problem)
+void AvahiPublisher::_connect()
 {
-    _report(problem);
-    _group.clear();
-    ++_attempt;
-    _connectLater();
+    int error = 0;
+    _client.reset(
+        avahi_client_new(avahi_glib_poll_get(_poll.get()), AVAHI_CLIENT_NO_FAIL, &onClient, this, &error));
+    if (!_client) {
+        _report(avahi_strerror(error));
+        _connectLater();
+    }
 }
 
 void AvahiPublisher::_connectLater()
@@ -114,115 +102,90 @@ void AvahiPublisher::_connectLater()
     _timer.disconnect();
     _timer = Glib::MainContext::get_thread_default()->signal_timeout().connect(
         [this] {
-            _connect();
+            _probeFirst();
             return false;
         },
         betweenConnections);
 }
 
-void AvahiPublisher::_makeGroup()
+/// May be called before the client is there.
+void AvahiPublisher::onClient(AvahiClient* client, AvahiClientState state, void* self)
 {
-    _bus->call(
-        AvahiBus::serverPath, AvahiBus::serverInterface, "EntryGroupNew", nullptr,
-        [this](GVariant* answer) {
-            const char* path = nullptr;
-            if (g_variant_is_of_type(answer, G_VARIANT_TYPE("(o)"))) {
-                g_variant_get(answer, "(&o)", &path);
-                _group = path;
-                _publish();
-            }
-        },
-        [this](const GError& error) { _fail(error.message); });
-}
-
-void AvahiPublisher::_publish()
-{
-    ++_attempt;
-    _callGroup("Reset", nullptr, [this] { _addAddress(); });
-}
-
-void AvahiPublisher::_addAddress()
-{
-    // The computer has a name of its own for the address.
-    _callGroup("AddAddress",
-               g_variant_new("(iiuss)", _interface, AVAHI_PROTO_INET,
-                             static_cast<guint32>(AVAHI_PUBLISH_NO_REVERSE), (_host + ".local").c_str(),
-                             _service.address.to_string().c_str()),
-               [this] { _addService(); });
-}
-
-void AvahiPublisher::_addService()
-{
-    _callGroup("AddService",
-               g_variant_new("(iiussssq@aay)", _interface, AVAHI_PROTO_INET, 0U, _name.c_str(),
-                             ServiceText::serviceType, "", (_host + ".local").c_str(), _service.port,
-                             toVariant(_service.text)),
-               [this] { _callGroup("Commit", nullptr, [] {}); });
-}
-
-/// An attempt that another one has taken over from says nothing any more.
-void AvahiPublisher::_callGroup(const char* method, GVariant* parameters, Next next)
-{
-    const auto isOld = [this, attempt = _attempt] { return attempt != _attempt; };
-    _bus->call(
-        _group, "org.freedesktop.Avahi.EntryGroup", method, parameters,
-        [isOld, next = std::move(next)](GVariant*) {
-            if (!isOld())
-                next();
-        },
-        [this, isOld](const GError& error) {
-            if (!isOld())
-                _onRefused(error);
-        });
-}
-
-/// On the same computer a name may be taken, too.
-void AvahiPublisher::_onRefused(const GError& error)
-{
-    if (!isCollision(error) || ++_renamings > mostNames) {
-        _fail(error.message);
-        return;
-    }
-    _rename();
-    _publish();
-}
-
-void AvahiPublisher::_onSignal(const std::string& path, const std::string& signal, GVariant* content)
-{
-    const auto state = signal == "StateChanged" ? readState(content) : std::nullopt;
-    if (!state || _group.empty())
-        return;
-    if (path == _group)
-        _onGroup(*state);
-    else if (path == AvahiBus::serverPath)
-        _onServer(*state);
-}
-
-void AvahiPublisher::_onServer(int state)
-{
-    if (state == AVAHI_SERVER_RUNNING) {
-        _publish();
-    } else if (state == AVAHI_SERVER_REGISTERING || state == AVAHI_SERVER_COLLISION) {
-        ++_attempt;
-        _callGroup("Reset", nullptr, [] {});
+    auto& publisher = *static_cast<AvahiPublisher*>(self);
+    switch (state) {
+    case AVAHI_CLIENT_S_RUNNING:
+        publisher._publish(client);
+        break;
+    case AVAHI_CLIENT_S_REGISTERING:
+    case AVAHI_CLIENT_S_COLLISION:
+        if (publisher._group)
+            avahi_entry_group_reset(publisher._group);
+        break;
+    case AVAHI_CLIENT_CONNECTING:
+        publisher._report(avahi_strerror(AVAHI_ERR_NO_DAEMON));
+        break;
+    case AVAHI_CLIENT_FAILURE:
+        publisher._report(avahi_strerror(avahi_client_errno(client)));
+        publisher._connectLater();
+        break;
     }
 }
 
-void AvahiPublisher::_onGroup(int state)
+void AvahiPublisher::onGroup(AvahiEntryGroup* group, AvahiEntryGroupState state, void* self)
 {
-    if (state == AVAHI_ENTRY_GROUP_ESTABLISHED) {
-        _problem.clear();
-        _renamings = 0;
-        KesLog::Log::writeInfo(
-            Kes::StringHelper::format("%s is announced as \"%s\".", _service.address.to_string(), _name));
-    } else if (state == AVAHI_ENTRY_GROUP_COLLISION) {
+    auto& publisher = *static_cast<AvahiPublisher*>(self);
+    auto* client = avahi_entry_group_get_client(group);
+    switch (state) {
+    case AVAHI_ENTRY_GROUP_ESTABLISHED:
+        publisher._problem.clear();
+        KesLog::Log::writeInfo(Kes::StringHelper::format(
+            "%s is announced as \"%s\".", publisher._service.address.to_string(), publisher._name));
+        break;
+    case AVAHI_ENTRY_GROUP_COLLISION:
         // Nobody tells which of the names it is.
-        _host = take(avahi_alternative_host_name(_host.c_str()));
-        _rename();
-        _publish();
-    } else if (state == AVAHI_ENTRY_GROUP_FAILURE) {
-        _fail("The entries cannot be registered");
+        publisher._host = take(avahi_alternative_host_name(publisher._host.c_str()));
+        publisher._rename();
+        publisher._publish(client);
+        break;
+    case AVAHI_ENTRY_GROUP_FAILURE:
+        publisher._report(avahi_strerror(avahi_client_errno(client)));
+        break;
+    case AVAHI_ENTRY_GROUP_UNCOMMITED:
+    case AVAHI_ENTRY_GROUP_REGISTERING:
+        break;
     }
+}
+
+void AvahiPublisher::_publish(AvahiClient* client)
+{
+    if (!_group)
+        _group = avahi_entry_group_new(client, &onGroup, this);
+    int error = _group ? AVAHI_ERR_COLLISION : avahi_client_errno(client);
+    for (unsigned names = 0; error == AVAHI_ERR_COLLISION && names < mostNames; ++names) {
+        error = _tryPublish(*_group);
+        if (error == AVAHI_ERR_COLLISION)
+            _rename();
+    }
+    if (error != AVAHI_OK)
+        _report(avahi_strerror(error));
+}
+
+int AvahiPublisher::_tryPublish(AvahiEntryGroup& group) const
+{
+    AvahiAddress address{};
+    address.proto = AVAHI_PROTO_INET;
+    address.data.ipv4.address = std::bit_cast<std::uint32_t>(_service.address.getBytes());
+    const auto host = _host + ".local";
+    int error = avahi_entry_group_reset(&group);
+    // The computer has a name of its own for the address.
+    if (error == AVAHI_OK)
+        error = avahi_entry_group_add_address(&group, _interface, AVAHI_PROTO_INET, AVAHI_PUBLISH_NO_REVERSE,
+                                              host.c_str(), &address);
+    if (error == AVAHI_OK)
+        error = avahi_entry_group_add_service_strlst(&group, _interface, AVAHI_PROTO_INET, {}, _name.c_str(),
+                                                     ServiceText::serviceType, nullptr, host.c_str(),
+                                                     _service.port, makeList(_service.text).get());
+    return error == AVAHI_OK ? avahi_entry_group_commit(&group) : error;
 }
 
 void AvahiPublisher::_rename()

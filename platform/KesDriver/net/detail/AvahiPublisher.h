@@ -1,12 +1,14 @@
 #pragma once
 
 #include <KesDriver/net/IServiceBrowser.h>
-#include <KesDriver/net/detail/AvahiBus.h>
+#include <KesDriver/net/detail/AvahiHandles.h>
+#include <KesDriver/net/detail/AvahiProbe.h>
+
+#include <avahi-client/publish.h>
 
 #include <sigc++/connection.h>
 
-#include <functional>
-#include <memory>
+#include <optional>
 #include <string>
 
 namespace KesDriver {
@@ -22,20 +24,14 @@ public:
     AvahiPublisher& operator=(const AvahiPublisher&) = delete;
 
 private:
-    using Next = std::function<void()>;
+    static void onClient(AvahiClient* client, AvahiClientState state, void* self);
+    static void onGroup(AvahiEntryGroup* group, AvahiEntryGroupState state, void* self);
 
+    void _probeFirst();
     void _connect();
     void _connectLater();
-    void _makeGroup();
-    void _publish();
-    void _addAddress();
-    void _addService();
-    void _callGroup(const char* method, GVariant* parameters, Next next);
-    void _onSignal(const std::string& path, const std::string& signal, GVariant* content);
-    void _onServer(int state);
-    void _onGroup(int state);
-    void _onRefused(const GError& error);
-    void _fail(const std::string& problem);
+    void _publish(AvahiClient* client);
+    int _tryPublish(AvahiEntryGroup& group) const;
     void _rename();
     void _report(const std::string& problem);
 
@@ -45,13 +41,12 @@ private:
     std::string _host;
     /// The last one in the log; empty while the service is announced.
     std::string _problem;
-    unsigned _renamings = 0;
-    /// Which attempt to publish counts.
-    unsigned _attempt = 0;
     sigc::connection _timer;
-    std::unique_ptr<AvahiBus> _bus;
-    /// The path of the entry group; empty while there is none.
-    std::string _group;
+    const AvahiPollHandle _poll = makeAvahiPoll();
+    AvahiClientHandle _client;
+    /// Belongs to the client.
+    AvahiEntryGroup* _group = nullptr;
+    std::optional<AvahiProbe> _probe;
 };
 
 } // namespace KesDriver
