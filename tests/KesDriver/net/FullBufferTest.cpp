@@ -37,7 +37,7 @@ protected:
     /// From its next question on, until `goOn`.
     void stopReading()
     {
-        peer.setScript([this](const std::string&, std::uint64_t) -> std::optional<std::string> {
+        peer.setScript([this](const std::string&) -> std::optional<std::string> {
             reading.wait();
             return std::nullopt;
         });

@@ -33,7 +33,7 @@ protected:
     /// Asks for a stop from another thread when such a question has come, before it is answered.
     void stopAt(const std::string& question)
     {
-        peer.setScript([=, this](const std::string& commands, std::uint64_t) -> std::optional<std::string> {
+        peer.setScript([=, this](const std::string& commands) -> std::optional<std::string> {
             if (!commands.starts_with(question) || isStopping.exchange(true))
                 return std::nullopt;
             stopping = std::thread([this] { EXPECT_EQ(message(link.stopOutputs()), ""); });
