@@ -193,6 +193,37 @@ Times measureStops(const Served& served, IKestoLink& link)
     return {0.0, times[times.size() / 2], times[times.size() * 99 / 100]};
 }
 
+/// A stop at any moment while the longest sequence is being sent and started: what it takes until the device
+/// has stopped, from the call to its answer.
+Times measureStopsWhileSending(IKestoLink& link)
+{
+    constexpr int rounds = 400;
+    constexpr auto apart = 150us;
+    OutputStep step;
+    for (auto& current : step.outputs.currents)
+        current = {1.0 / 3.0, 100.0 / 7.0};
+    step.ramp.currents[0].degrees = 1.0 / 7.0;
+    step.endOn = InputCondition{1, true};
+    step.duration = 1h;
+    const OutputSequence sequence(10000, step);
+    std::vector<double> times;
+    const auto stop = [&] {
+        const auto begin = Clock::now();
+        mustWork(link.stopOutputs());
+        times.push_back(Milliseconds(Clock::now() - begin).count());
+    };
+    for (int i = 0; i < rounds; ++i) {
+        // One that has been stopped before its start is refused.
+        std::thread sending([&] { (void)link.runSequence(sequence); });
+        std::this_thread::sleep_for(i * apart);
+        stop();
+        sending.join();
+        (void)link.stopOutputs();
+    }
+    std::sort(times.begin(), times.end());
+    return {0.0, times[times.size() / 2], times[times.size() * 99 / 100]};
+}
+
 /// In bytes, over ten thousand runs, when the device remembers as many events as it can.
 long measureGrowth(const Served& served, IKestoLink& link)
 {
@@ -252,6 +283,9 @@ try {
     const auto stopped = measureStops(*devices.front(), *link);
     print("stop to outputs of zero", stopped);
     std::printf("stop above a round trip, p99      %9.2f ms (at most 5)\n", stopped.p99 - asked.p50);
+    const auto behind = measureStopsWhileSending(*link);
+    print("stop while 10 000 steps are sent", behind);
+    std::printf("stop above a round trip, p99      %9.2f ms (at most 5)\n", behind.p99 - asked.p50);
     std::printf("heap after 10 000 more runs       %9ld bytes more\n",
                 measureGrowth(*devices.front(), *link));
     link->disconnect();

@@ -22,10 +22,11 @@ constexpr Kes::TextTable table({
     {"Link.nonsense", "%s gives answers that make no sense.", "%s: передаёт недостоверные ответы."},
     {"Link.released", "%s is not controlled by this program any more.",
      "%s: больше не управляется этой программой."},
+    {"Link.restarted", "%s has been restarted.", "%s: устройство перезапущено."},
     {"Link.otherProtocol", "%s speaks version %s of the protocol, this program speaks version %s.",
      "%s: версия протокола %s, у программы версия %s."},
-    {"Link.sequenceTooLarge", "The sequence has %lu bytes, the limit is %lu.",
-     "Размер последовательности в байтах: %lu, предел: %lu."},
+    {"Link.stoppedBefore", "%s was stopped before the sequence began.",
+     "%s: остановлено до начала последовательности."},
 
     {"Search.noService",
      "The network cannot be searched, for the Avahi service does not answer; devices can still be entered by "

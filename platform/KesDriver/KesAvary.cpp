@@ -17,7 +17,8 @@ void append(std::string& text, const std::string& part)
 void append(std::string& text, bool flag, const char* key, const KesAvaryChannel& channel)
 {
     if (flag)
-        append(text, Kes::StringHelper::format(lng::Driver::get(key), channel.name));
+        append(text,
+               Kes::StringHelper::format(lng::Driver::get(key), channel.name.empty() ? "???" : channel.name));
 }
 
 } // namespace

@@ -33,7 +33,7 @@ struct KesAvary {
 };
 
 /// The faults on one line, in the language of the process, such as "IA - overload; IB - overheat"; empty for
-/// a record without any. Any thread.
+/// a record without any. A channel without a name is "???". Any thread.
 KES_EXPORT std::string describeFaults(const KesAvary& avary);
 
 } // namespace KesDriver

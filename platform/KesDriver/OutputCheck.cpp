@@ -38,15 +38,24 @@ Kes::Result exceeds(const char* key, const std::string& name, double value, doub
     return refuse(key, name, Kes::NumberText::show(value), unit, Kes::NumberText::show(limit), unit);
 }
 
-Kes::Result checkValue(const std::string& name, double value, const Range& range)
+/// The name is made for a refusal only: a sequence has a hundred thousand values.
+template <typename GetName>
+Kes::Result checkValue(const GetName& getName, double value, const Range& range)
 {
+    if (value >= range.minimum && value <= range.maximum)
+        return true;
+    const std::string name = getName();
     if (std::isnan(value))
         return refuse("Limit.notANumber", name);
     if (value > range.maximum)
         return exceeds("Limit.above", name, value, range.maximum, lng::Driver::get(range.unit));
-    if (value < range.minimum)
-        return exceeds("Limit.below", name, value, range.minimum, lng::Driver::get(range.unit));
-    return true;
+    return exceeds("Limit.below", name, value, range.minimum, lng::Driver::get(range.unit));
+}
+
+/// The name of a value as the table has it.
+auto nameOf(const char* key)
+{
+    return [key] { return lng::Driver::get(key); };
 }
 
 Range amperes(const OutputLimits& limits)
@@ -68,11 +77,11 @@ Kes::Result checkGroup(const Moment& moment, const std::array<Phasor, 3>& phasor
                        const Range& range)
 {
     for (const auto& phasor : phasors) {
-        const auto name = moment.name(getChannelName(firstChannel++));
-        if (auto result = checkValue(name, phasor.magnitude, range); !result)
+        const auto getName = [&, channel = firstChannel++] { return moment.name(getChannelName(channel)); };
+        if (auto result = checkValue(getName, phasor.magnitude, range); !result)
             return result;
         if (!std::isfinite(phasor.degrees))
-            return refuse("Limit.phaseNotANumber", name);
+            return refuse("Limit.phaseNotANumber", getName());
     }
     return true;
 }
@@ -80,7 +89,7 @@ Kes::Result checkGroup(const Moment& moment, const std::array<Phasor, 3>& phasor
 Kes::Result checkFrequencies(const Moment& moment, const Range& range)
 {
     const auto check = [&](const char* key, double value) {
-        return checkValue(moment.name(lng::Driver::get(key)), value, range);
+        return checkValue([&] { return moment.name(lng::Driver::get(key)); }, value, range);
     };
     const auto& outputs = moment.outputs;
     if (outputs.currentHertz == outputs.voltageHertz)
@@ -144,7 +153,7 @@ Kes::Result checkEndCondition(const EndCondition& condition, const OutputLimits&
     for (const auto& wanted : condition.inputs)
         if (auto result = checkInput(wanted.input, limits); !result)
             return result;
-    return checkValue(lng::Driver::get("Limit.debounce"), toSeconds(condition.debounce),
+    return checkValue(nameOf("Limit.debounce"), toSeconds(condition.debounce),
                       {0.0, toSeconds(maximumDebounce), "Unit.second"});
 }
 
@@ -153,8 +162,7 @@ Kes::Result checkStep(const OutputStep& step, const OutputLimits& limits)
     if (auto result = checkOutputs(step.outputs, limits); !result)
         return result;
     const Range durations{toSeconds(DeviceTime(1)), toSeconds(maximumStepDuration), "Unit.second"};
-    if (auto result = checkValue(lng::Driver::get("Limit.duration"), toSeconds(step.duration), durations);
-        !result)
+    if (auto result = checkValue(nameOf("Limit.duration"), toSeconds(step.duration), durations); !result)
         return result;
     if (auto result = checkRampEnd(step, limits); !result)
         return result;
@@ -206,7 +214,7 @@ Kes::Result checkInput(unsigned input, const OutputLimits& limits)
 Kes::Result checkAuxDC(double value)
 {
     const Range range{minimumAuxDCVolts, maximumAuxDCVolts, "Unit.volt"};
-    return checkValue(lng::Driver::get("Limit.auxDC"), value, range);
+    return checkValue(nameOf("Limit.auxDC"), value, range);
 }
 
 } // namespace KesDriver

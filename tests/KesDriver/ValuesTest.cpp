@@ -1,5 +1,6 @@
 #include "support/Message.h"
 
+#include <KesDriver/KesAvary.h>
 #include <KesDriver/OutputCheck.h>
 
 #include <gtest/gtest.h>
@@ -117,6 +118,16 @@ TEST(OutputCheck, NamesTheStepOfASequence)
     few.maximumSteps = 2;
     EXPECT_EQ(message(checkSequence(OutputSequence(3, good), few)),
               "The sequence has 3 steps, the limit is 2.");
+}
+
+TEST(Faults, AreDescribedOnOneLine)
+{
+    KesAvary avary;
+    EXPECT_EQ(describeFaults(avary), "");
+    avary.isQuickShutdown = true;
+    avary.channels = {{"IA", true, false, true}, {"", false, true, false}, {"IB", false, false, false}};
+    EXPECT_EQ(describeFaults(avary), "the emergency button was pressed; IA - channel is disconnected; "
+                                     "IA - overload; ??? - overheat");
 }
 
 TEST(Outputs, FollowARamp)

@@ -98,6 +98,24 @@ status=$?
 [ $status -eq 3 ] || fail "status $status instead of 3 ($(cat err))"
 grep -q "KESTO-3 No. 00001" err || fail "the message does not name the device: $(cat err)"
 
+echo "A device that stands still, and goes on"
+begin_simulator 1
+begin --run --report stopped.html --quit
+wait_for_outputs
+kill -STOP $simulating
+wait $child
+status=$?
+[ $status -eq 3 ] || fail "status $status instead of 3 ($(cat err))"
+grep -q "KESTO-3 No. 00001" err || fail "the message does not name the device: $(cat err)"
+kill -CONT $simulating
+expect_off 2
+ask ':SIM:SPE 1000;SPE?' >speed
+begin --run --report next.html --quit
+wait $child
+status=$?
+[ $status -eq 0 ] || fail "the next run ends with $status ($(cat err))"
+end_simulator
+
 echo "No device at all"
 begin --run --quit
 wait $child

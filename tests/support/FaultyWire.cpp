@@ -86,11 +86,19 @@ public:
     void insert(const std::string& bytes) { write(_program, bytes); }
 
 private:
+    bool _read(int file, std::string& bytes) const
+    {
+        if (!_wire._isClogged)
+            return read(file, bytes);
+        std::this_thread::sleep_for(std::chrono::milliseconds(look));
+        return true;
+    }
+
     void _passUp()
     {
         std::string bytes;
-        while (!_isEnding && read(_program, bytes)) {
-            if (!_wire._isFrozen)
+        while (!_isEnding && _read(_program, bytes)) {
+            if (!_wire._isFrozen && !_wire._isClogged)
                 write(_device, std::exchange(bytes, {}));
         }
         end();
@@ -99,8 +107,8 @@ private:
     void _passDown()
     {
         std::string bytes;
-        while (!_isEnding && read(_device, bytes)) {
-            if (bytes.empty() || _wire._isFrozen)
+        while (!_isEnding && _read(_device, bytes)) {
+            if (bytes.empty() || _wire._isFrozen || _wire._isClogged)
                 continue;
             if (const auto delay = _wire._delay.load(); delay.count() > 0)
                 std::this_thread::sleep_for(delay);
@@ -212,6 +220,7 @@ void FaultyWire::mend()
 {
     std::lock_guard lock(_mutex);
     _isFrozen = false;
+    _isClogged = false;
     _isCutUp = false;
     _delay = std::chrono::milliseconds(0);
     _change = nullptr;

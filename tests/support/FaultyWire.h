@@ -35,6 +35,8 @@ public:
     void drop();
     /// Nothing passes any more, and neither end is told.
     void freeze() { _isFrozen = true; }
+    /// Takes nothing any more: what is sent fills the buffers.
+    void clog() { _isClogged = true; }
     /// What comes from the device takes so long.
     void delay(std::chrono::milliseconds time) { _delay = time; }
     /// One packet for each byte.
@@ -54,6 +56,7 @@ private:
     const std::string _device;
     const std::uint16_t _port;
     std::atomic<bool> _isFrozen{false};
+    std::atomic<bool> _isClogged{false};
     std::atomic<bool> _isCutUp{false};
     std::atomic<std::chrono::milliseconds> _delay{std::chrono::milliseconds(0)};
     std::atomic<bool> _isEnding{false};

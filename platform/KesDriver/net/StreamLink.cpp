@@ -22,7 +22,8 @@ namespace {
 
 using End = StreamConnection::End;
 
-constexpr std::size_t largestBlock = 8U << 20U;
+/// What a device reads in about a millisecond: a stop waits for no more. Each part takes a round trip.
+constexpr std::size_t bytesAtATime = 64U << 10U;
 
 /// What the program itself says for a refusal; null where the device's words tell more.
 const char* getStateText(RefusalCode code)
@@ -56,6 +57,8 @@ const char* getEndText(End end)
         return "Link.nonsense";
     case End::Released:
         return "Link.released";
+    case End::Restarted:
+        return "Link.restarted";
     default:
         return "Link.notConnected";
     }
@@ -273,6 +276,7 @@ Kes::Result StreamLink::setOutputs(const OutputState& outputs)
 
 Kes::Result StreamLink::stopOutputs()
 {
+    ++_stops;
     return _call(":ABOR");
 }
 
@@ -286,25 +290,37 @@ Kes::Result StreamLink::armSequence(const OutputSequence& sequence)
     return _sendSequence(sequence, ":SEQ:ARM");
 }
 
-/// The start is a question of its own: a device that refuses the steps must not start what it had before.
+/// The start is a question of its own: a device that refuses the steps must not start what it had before. So
+/// are the parts of a long sequence, or a stop would wait until the device has read all of it.
 Kes::Result StreamLink::_sendSequence(const OutputSequence& sequence, const char* start)
 {
     const auto connection = _getConnection();
     if (!connection || !connection->isEstablished())
         return _fail("Link.notConnected");
+    const auto isStopped = [this, stops = _stops.load()] { return _stops != stops; };
     const auto limits = _getLimits();
     if (const auto result = limits ? checkSequence(sequence, *limits) : Kes::Result(true); !result)
         return _refuse(result);
-    const auto lines = ValueText::write(sequence);
-    if (lines.size() > largestBlock)
-        return _refuse(
-            RefusalCode::TooManySteps,
-            Kes::StringHelper::format(lng::Driver::get("Link.sequenceTooLarge"), lines.size(), largestBlock));
+    const auto parts = ValueText::writeInParts(sequence, bytesAtATime);
     const std::lock_guard sending(_sending);
-    auto result = _ask(*connection, ":SEQ:CLE;:SEQ:DATA " + Scpi::writeBlock(lines));
-    if (!result)
-        return result;
-    return _judge(*connection, connection->askToTakeSequence(start), nullptr);
+    const char* header = ":SEQ:CLE;:SEQ:DATA ";
+    for (const auto& part : parts) {
+        if (auto result = _ask(*connection, header + Scpi::writeBlock(part)); !result)
+            return result;
+        if (isStopped())
+            return _refuseStopped();
+        header = ":SEQ:DATA:APP ";
+    }
+    const auto answer = connection->askToTakeSequence(start, isStopped);
+    if (!answer && isStopped() && connection->isEstablished())
+        return _refuseStopped();
+    return _judge(*connection, answer, nullptr);
+}
+
+Kes::Result StreamLink::_refuseStopped() const
+{
+    return Kes::Result::failure(
+        Kes::StringHelper::format(lng::Driver::get("Link.stoppedBefore"), _getName()));
 }
 
 Kes::Result StreamLink::startArmed(const StartMoment& moment)

@@ -23,9 +23,13 @@ struct Answer;
 /// made anew by the connector at each attempt to connect. Any thread.
 ///
 /// Connecting takes control of the device and sets its watchdog. An answer that comes too late, twice or to
-/// another question, or makes no sense, ends the connection. Events that are missing are asked for once;
+/// another question, or makes no sense, ends the connection, and so does a device that has been restarted
+/// behind it. Events that are missing are asked for once;
 /// when they are lost for good, come twice, go back in time or cannot be read, the receiver hears of an event
 /// that no device can have (input 0 at a negative time), as from any device that cannot be believed.
+///
+/// A long sequence is sent in parts, so that a stop waits for none of it. A stop that is asked for while a
+/// sequence is on its way keeps it from being started; `runSequence` fails then.
 class KES_EXPORT StreamLink : public IKestoLink {
 public:
     struct Settings {
@@ -90,6 +94,7 @@ private:
                      const Read& read = nullptr) const;
     Kes::Result _judge(StreamConnection& connection, const std::optional<Answer>& answer,
                        const Read& read) const;
+    Kes::Result _refuseStopped() const;
     Kes::Result _sendSequence(const OutputSequence& sequence, const char* start);
 
     Kes::Result _fail(const char* key) const;
@@ -107,6 +112,8 @@ private:
     Connection _connection;
     std::string _name;
     std::optional<OutputLimits> _limits;
+    /// How often the outputs have been asked to stop.
+    std::atomic<unsigned> _stops{0};
     /// One sequence is sent and started at a time.
     std::mutex _sending;
 };

@@ -125,6 +125,19 @@ bool assign(std::optional<Value> value, Value& target)
     return value.has_value();
 }
 
+/// A step of a sequence, and what is said about it.
+std::string writeLines(const OutputStep& step)
+{
+    auto text = "STEP " + writeStep(step) + '\n';
+    if (step.ramp != OutputRamp{})
+        text += "RAMP " + write(step.ramp) + '\n';
+    if (step.endOn)
+        text += "END " + write(*step.endOn) + '\n';
+    if (step.faultDegrees)
+        text += "ANGLE " + Kes::NumberText::write(*step.faultDegrees) + '\n';
+    return text;
+}
+
 /// A line of a sequence that says something about its last step.
 bool readAddition(std::string_view header, std::string_view parameters, OutputStep& step)
 {
@@ -286,16 +299,20 @@ std::optional<InputCondition> readCondition(std::string_view text)
 std::string write(const OutputSequence& sequence)
 {
     std::string text;
-    for (const auto& step : sequence) {
-        text += "STEP " + writeStep(step) + '\n';
-        if (step.ramp != OutputRamp{})
-            text += "RAMP " + write(step.ramp) + '\n';
-        if (step.endOn)
-            text += "END " + write(*step.endOn) + '\n';
-        if (step.faultDegrees)
-            text += "ANGLE " + Kes::NumberText::write(*step.faultDegrees) + '\n';
-    }
+    for (const auto& step : sequence)
+        text += writeLines(step);
     return text;
+}
+
+std::vector<std::string> writeInParts(const OutputSequence& sequence, std::size_t bytes)
+{
+    std::vector<std::string> parts;
+    for (const auto& step : sequence) {
+        if (parts.empty() || parts.back().size() >= bytes)
+            parts.emplace_back();
+        parts.back() += writeLines(step);
+    }
+    return parts;
 }
 
 SequenceReading readSequence(std::string_view lines, std::size_t mostSteps)

@@ -59,6 +59,8 @@ struct SequenceReading {
 
 /// A line for each STEP, RAMP, END and ANGLE, each with its line end: what `SEQuence:DATA` takes as a block.
 KES_EXPORT std::string write(const OutputSequence& sequence);
+/// The same in parts of about that many bytes, each of which begins with a STEP.
+KES_EXPORT std::vector<std::string> writeInParts(const OutputSequence& sequence, std::size_t bytes);
 /// Empty lines count for nothing, "\r\n" is a line end.
 KES_EXPORT SequenceReading readSequence(std::string_view lines, std::size_t mostSteps);
 

@@ -1,5 +1,6 @@
 #include <Overcurrent/data/OvercurrentArchive.h>
 
+#include <Overcurrent/data/InfoXml.h>
 #include <Overcurrent/data/PlanXml.h>
 #include <Overcurrent/data/ResultsXml.h>
 #include <Overcurrent/data/XmlAttributes.h>
@@ -23,9 +24,6 @@ namespace {
 
 namespace ArchiveHelper = KesProgram::ArchiveHelper;
 
-constexpr const char* program = "kes-overcurrent";
-constexpr const char* form = "2";
-
 /// Above every archive of this program by far.
 constexpr ArchiveHelper::ContentLimits limits{std::uint64_t{4} << 20, std::uint64_t{16} << 20};
 
@@ -37,47 +35,9 @@ constexpr const char* planName = "plan.xml";
 constexpr const char* resultsName = "test-results.xml";
 constexpr const char* outdatedResultsName = "results.xml";
 
-constexpr std::pair<const char*, Origin> origins[] = {
-    {"false", Origin::Device}, {"true", Origin::Simulated}, {"unknown", Origin::Unknown}};
-
-std::string writeInfo(const std::optional<TestResults>& results)
-{
-    return writeXml("info", [&](xmlpp::Element& root) {
-        setAttribute(root, "program", std::string(program));
-        setAttribute(root, "format", std::string(form));
-        if (!results)
-            return;
-        auto& test = *root.add_child("test");
-        setAttribute(test, "simulated", wordOf(results->origin, origins));
-        setAttribute(test, "device", results->device);
-        setAttribute(test, "startedAt", results->startedAt);
-    });
-}
-
-bool readTestInfo(const xmlpp::Element& root, std::optional<TestResults>& results)
-{
-    const auto* test = dynamic_cast<const xmlpp::Element*>(root.get_first_child("test"));
-    if (!test || !results)
-        return !test && !results;
-    XmlAttributes attributes(*test);
-    const auto origin = attributes.choice("simulated", origins);
-    const auto device = attributes.text("device");
-    const auto startedAt = attributes.text("startedAt");
-    if (!attributes.isGood())
-        return false;
-    results->origin = origin;
-    results->device = device;
-    results->startedAt = startedAt;
-    return true;
-}
-
 bool readInfo(const std::string& text, std::optional<TestResults>& results)
 {
-    return readXml(text, "info", [&](const xmlpp::Element& root) {
-        XmlAttributes attributes(root);
-        return attributes.text("program") == program && attributes.text("format") == form &&
-               readTestInfo(root, results);
-    });
+    return readXml(text, "info", [&](const xmlpp::Element& root) { return InfoXml::read(root, results); });
 }
 
 bool readPlan(const std::string& text, TestPlan& plan)
@@ -171,7 +131,7 @@ std::unique_ptr<std::istream> OvercurrentArchive::pack() const
     const auto add = [&](const char* name, std::string text) {
         data[name] = std::make_unique<std::stringstream>(std::move(text));
     };
-    add(infoName, writeInfo(results));
+    add(infoName, writeXml("info", [&](xmlpp::Element& root) { InfoXml::write(root, results); }));
     add(settingsName, settings);
     add(planName, writeXml("plan", [&](xmlpp::Element& root) { PlanXml::write(root, plan); }));
     add(resultsName, writeXml("results", [&](xmlpp::Element& root) {

@@ -61,6 +61,7 @@ Fault onEvents(const char* name, FaultyWire::Change change)
             }};
 }
 
+/// Each cable holds back an event of its own.
 FaultyWire::Change reorder()
 {
     return [held = std::make_shared<std::string>()](const std::string& line) -> Lines {
@@ -83,6 +84,7 @@ std::vector<Fault> getFaults()
          [](NetworkRig& rig) { rig.wire().ignore(), rig.wire().drop(); }},
         {"connection dropped", [](NetworkRig& rig) { rig.wire().drop(); }},
         {"half-open", [](NetworkRig& rig) { rig.wire().freeze(); }},
+        {"nothing is read", [](NetworkRig& rig) { rig.wire().clog(); }},
         {"silent", [](NetworkRig& rig) { rig.device()->setSilent(true); },
          [](NetworkRig& rig) { rig.device()->setSilent(false); }},
         {"answers after the time-out", [](NetworkRig& rig) { rig.wire().delay(2500ms); }},
@@ -101,7 +103,11 @@ std::vector<Fault> getFaults()
                  [](const std::string& line) -> Lines {
                      return line.starts_with('!') ? Lines{line, line} : Lines{line};
                  }),
-        onEvents("reordered events", reorder()),
+        {"reordered events",
+         [](NetworkRig& rig) {
+             rig.wire().change(reorder());
+             touchInput(rig);
+         }},
         onEvents("time that jumps back",
                  [](const std::string& line) -> Lines { return {replaceField(line, 1, "1")}; }),
         onEvents("values out of range",
@@ -156,6 +162,10 @@ std::vector<Moment> getMoments()
         {"ramp",
          [=](NetworkRig& rig, const Begin& begin) {
              return rig.run({.withOutputs = begin, .isRamp = true, .length = length});
+         }},
+        {"sending",
+         [=](NetworkRig& rig, const Begin& begin) {
+             return rig.run({.isRamp = true, .steps = 10000, .whileSending = begin, .length = length});
          }},
         {"stop", [](NetworkRig& rig, const Begin& begin) { return rig.run({.withOutputs = begin}); }},
         {"disconnect",

@@ -114,9 +114,18 @@ bool NetworkRig::run(const Moments& moments)
     step.duration = 1min;
     if (moments.isRamp)
         step.ramp.currents[0].magnitude = 0.01;
+    std::jthread meanwhile;
+    if (moments.whileSending)
+        meanwhile = std::jthread([&] {
+            std::this_thread::sleep_for(5ms);
+            moments.whileSending();
+        });
     // What goes wrong with it is told as a fault of the device.
     bool isWhole =
-        static_cast<bool>(moments.isRamp ? _kesto->runSequence({step}) : _kesto->setOutputs(step.outputs));
+        static_cast<bool>(moments.isRamp ? _kesto->runSequence(KesDriver::OutputSequence(moments.steps, step))
+                                         : _kesto->setOutputs(step.outputs));
+    if (meanwhile.joinable())
+        meanwhile.join();
     if (isWhole)
         moments.withOutputs();
     for (const auto end = steady_clock::now() + moments.length; isWhole && steady_clock::now() < end;) {

@@ -45,6 +45,10 @@ public:
         std::function<void()> beforeStart = [] {};
         std::function<void()> withOutputs = [] {};
         bool isRamp = false;
+        /// Of the sequence, if there is one; it takes its time on the way when there are thousands.
+        std::size_t steps = 1;
+        /// On a thread of its own.
+        std::function<void()> whileSending = nullptr;
         /// How long it runs when nothing ends it.
         std::chrono::milliseconds length{0};
     };

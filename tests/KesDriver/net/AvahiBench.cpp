@@ -74,7 +74,7 @@ std::string AvahiBench::start()
 {
     if (geteuid() != 0)
         return "only root can run an Avahi service of its own";
-    for (const char* program : {"dbus-daemon", "avahi-daemon", "avahi-browse", "unshare"})
+    for (const char* program : {"dbus-daemon", "avahi-daemon", "avahi-browse", "unshare", "ip"})
         if (Glib::find_program_in_path(program).empty())
             return std::string(program) + " is not installed";
     if (_bus == 0) {
@@ -85,10 +85,11 @@ std::string AvahiBench::start()
             return _read("bus.log");
     }
     if (_avahi == 0) {
-        // It keeps its number and its socket below /run, where another one's may be.
+        // It keeps its number and its socket below /run, where another one's may be; and on a loopback of its
+        // own it hears nothing of another one's services.
         _avahi =
-            _spawn({"unshare", "--mount", "sh", "-c",
-                    "mount -t tmpfs none /run && exec avahi-daemon --no-drop-root --no-chroot --no-rlimits "
+            _spawn({"unshare", "--mount", "--net", "sh", "-c",
+                    "ip link set lo up && mount -t tmpfs none /run && exec avahi-daemon --no-drop-root --no-chroot --no-rlimits "
                     "-f " +
                         _folder + "/avahi.conf"},
                    "avahi.log");
@@ -107,6 +108,16 @@ void AvahiBench::stopWithBus()
 {
     stop();
     _end(_bus);
+}
+
+void AvahiBench::freeze(Part part) const
+{
+    kill(part == Part::Service ? _avahi : _bus, SIGSTOP);
+}
+
+void AvahiBench::thaw(Part part) const
+{
+    kill(part == Part::Service ? _avahi : _bus, SIGCONT);
 }
 
 std::string AvahiBench::browse()

@@ -20,6 +20,10 @@ public:
     std::string start();
     void stop();
     void stopWithBus();
+    /// The service, or the bus, stands still, and goes on.
+    enum class Part { Service, Bus };
+    void freeze(Part part = Part::Service) const;
+    void thaw(Part part = Part::Service) const;
 
     /// What `avahi-browse` sees of the services of raw SCPI devices, each line a record.
     static std::string browse();

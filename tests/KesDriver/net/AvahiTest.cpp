@@ -145,4 +145,49 @@ TEST_F(AvahiTest, LivesWithoutAServiceAndGoesOnWithANewOne)
     EXPECT_THAT(find(1), UnorderedElementsAre(device(first)));
 }
 
+TEST_F(AvahiTest, KeepsNobodyWaitingWhenTheServiceHangs)
+{
+    const auto early = announce(first);
+    ASSERT_THAT(find(1), UnorderedElementsAre(device(first)));
+    const auto time = [](const auto& action) {
+        const auto begin = std::chrono::steady_clock::now();
+        action();
+        return std::chrono::steady_clock::now() - begin;
+    };
+    const auto search = [&](std::stop_token stop) {
+        result = ServiceSearch(kestoPort).find([](const FoundDevice&) {}, stop);
+    };
+    const auto later = [](std::chrono::milliseconds delay, auto action) {
+        return std::jthread([=] {
+            std::this_thread::sleep_for(delay);
+            action();
+        });
+    };
+    {
+        const auto freezing = later(300ms, [] { bench->freeze(); });
+        EXPECT_LT(time([&] { search({}); }), 5s) << "while it searches";
+    }
+    for (const auto part : {KesTest::AvahiBench::Part::Service, KesTest::AvahiBench::Part::Bus}) {
+        bench->freeze(part);
+        EXPECT_LT(time([&] { search({}); }), 4s) << "before it searches";
+        ASSERT_FALSE(result);
+        EXPECT_THAT(result.getError()->getMessage(),
+                    HasSubstr("devices can still be entered by their address."));
+        std::stop_source stop;
+        const auto stopping = later(200ms, [&] { stop.request_stop(); });
+        EXPECT_LT(time([&] { search(stop.get_token()); }), 600ms) << "when it is asked to stop";
+        EXPECT_TRUE(result);
+    }
+    bench->thaw(KesTest::AvahiBench::Part::Bus);
+    auto late = std::make_unique<ServiceAnnouncement>(second, kestoPort, identity, true);
+    std::this_thread::sleep_for(100ms);
+    EXPECT_LT(time([&] { late.reset(); }), 400ms);
+    late = std::make_unique<ServiceAnnouncement>(second, kestoPort, identity, true);
+    bench->thaw();
+    EXPECT_THAT(find(2), UnorderedElementsAre(device(first), device(second)));
+    bench->freeze();
+    EXPECT_LT(time([&] { late.reset(); }), 400ms) << "while it is announced";
+    bench->thaw();
+}
+
 } // namespace

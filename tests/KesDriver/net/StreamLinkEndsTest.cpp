@@ -18,11 +18,11 @@ TEST_F(StreamLinkEndsTest, DeviceHearsOfItsControllerAllTheTime)
     link = makeLink(60s, peer.getConnector());
     start();
     std::this_thread::sleep_for(1s);
-    EXPECT_GE(std::ranges::count(peer.getQuestions(), ":SYST:CLOC?"), 4);
+    EXPECT_GE(std::ranges::count(peer.getQuestions(), ":SYST:BOOT?"), 4);
     link = makeLink(400ms, peer.getConnector());
     link->setReceiver(receiver);
     start();
-    answer(":SYST:CLOC?", "");
+    answer(":SYST:BOOT?", "");
     const auto before = Clock::now();
     ASSERT_TRUE(receiver->waitFor("lost"));
     EXPECT_LT(Clock::now() - before, soon);

@@ -57,8 +57,8 @@ TEST_F(StreamLinkEventsTest, ComeWholeOnceAndInOrderOrAreNonsense)
         receiver = std::make_shared<RecordingReceiver>();
         link->setReceiver(receiver);
         start();
-        answer(":EVEN:DATA? 6,2",
-               missing.starts_with('-') ? ScriptedPeer::refusal(missing) : ScriptedPeer::good(missing));
+        answer(":SYST:BOOT?;:EVEN:DATA? 6,2", missing.starts_with('-') ? ScriptedPeer::refusal(missing)
+                                                                       : ScriptedPeer::good("7;" + missing));
         peer.send(events);
         EXPECT_TRUE(receiver->waitFor(lines.back()));
         (void)link->stopOutputs();

@@ -19,7 +19,7 @@ TEST_F(StreamLinkTest, ConnectsAndTakesControl)
     EXPECT_TRUE(link->isSimulated());
     EXPECT_THAT(peer.getQuestions(),
                 ElementsAre(":SYST:PROT?", "*IDN?;:SYST:SIM?;:SYST:LIM?", ":SYST:CONT:TAKE \"Test@here\"",
-                            ":SYST:WATC 1;:EVEN:LAST?", ":EVEN:SUBS ON,6"));
+                            ":SYST:WATC 1;:SYST:BOOT?;:EVEN:LAST?", ":EVEN:SUBS ON,6"));
 }
 
 TEST_F(StreamLinkTest, ConnectsOnlyToWhatItUnderstands)
@@ -201,11 +201,6 @@ TEST_F(StreamLinkTest, RefusedStepsAreNotStarted)
     start();
     answer(":SEQ:CLE;:SEQ:DATA #2", ScriptedPeer::refusal("-223,\"Too much data\""));
     EXPECT_EQ(message(link->runSequence({{{}, 1s}})), said(": Too much data"));
-    // Too long for any device.
-    const EndCondition condition(std::vector(300, InputCondition{1, true}), EndCondition::Join::Any);
-    const OutputStep longStep{{}, 1s, condition};
-    EXPECT_THAT(message(link->runSequence(OutputSequence(10000, longStep))),
-                testing::MatchesRegex(".*: The sequence has [0-9]+ bytes, the limit is 8388608."));
     EXPECT_FALSE(std::ranges::count(peer.getQuestions(), ":INIT"));
 }
 

@@ -3,6 +3,7 @@
 #include <KesCommon/Log.h>
 #include <KesDriver/DriverText.h>
 #include <KesDriver/net/detail/AvahiHandles.h>
+#include <KesDriver/net/detail/AvahiProbe.h>
 #include <KesDriver/net/detail/ServiceText.h>
 
 #include <avahi-client/lookup.h>
@@ -10,6 +11,7 @@
 
 #include <bit>
 #include <cstddef>
+#include <optional>
 #include <utility>
 
 namespace KesDriver {
@@ -39,14 +41,12 @@ public:
     void start(Listener listener) override
     {
         _listener = std::move(listener);
-        int error = 0;
-        _client.reset(avahi_client_new(avahi_glib_poll_get(_poll.get()), {}, &onClient, this, &error));
-        if (!_client)
-            _fail(error);
-        else if (!avahi_service_browser_new(_client.get(), AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC,
-                                            ServiceText::serviceType, "local", AVAHI_LOOKUP_USE_MULTICAST,
-                                            &onService, this))
-            _fail(avahi_client_errno(_client.get()));
+        _probe.emplace([this](bool answers) {
+            if (answers)
+                _browse();
+            else
+                _fail(AVAHI_ERR_TIMEOUT);
+        });
     }
 
     Kes::Result getResult() const override
@@ -59,6 +59,18 @@ public:
     }
 
 private:
+    void _browse()
+    {
+        int error = 0;
+        _client.reset(avahi_client_new(avahi_glib_poll_get(_poll.get()), {}, &onClient, this, &error));
+        if (!_client)
+            _fail(error);
+        else if (!avahi_service_browser_new(_client.get(), AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC,
+                                            ServiceText::serviceType, "local", AVAHI_LOOKUP_USE_MULTICAST,
+                                            &onService, this))
+            _fail(avahi_client_errno(_client.get()));
+    }
+
     static void onClient(AvahiClient* client, AvahiClientState state, void* self)
     {
         if (state == AVAHI_CLIENT_FAILURE)
@@ -100,6 +112,7 @@ private:
     bool _isFailed = false;
     const AvahiPollHandle _poll = makeAvahiPoll();
     AvahiClientHandle _client;
+    std::optional<AvahiProbe> _probe;
 };
 
 } // namespace

@@ -66,7 +66,7 @@ AvahiPublisher::AvahiPublisher(const std::string& name, ServiceRecord service)
       _name(name),
       _host(makeHostName(_service.address))
 {
-    _connect();
+    _probeFirst();
 }
 
 AvahiPublisher::~AvahiPublisher()
@@ -74,10 +74,20 @@ AvahiPublisher::~AvahiPublisher()
     _timer.disconnect();
 }
 
-void AvahiPublisher::_connect()
+void AvahiPublisher::_probeFirst()
 {
     _group = nullptr;
     _client.reset();
+    _probe.emplace([this](bool answers) {
+        if (answers)
+            return _connect();
+        _report(avahi_strerror(AVAHI_ERR_TIMEOUT));
+        _connectLater();
+    });
+}
+
+void AvahiPublisher::_connect()
+{
     int error = 0;
     _client.reset(
         avahi_client_new(avahi_glib_poll_get(_poll.get()), AVAHI_CLIENT_NO_FAIL, &onClient, this, &error));
@@ -92,7 +102,7 @@ void AvahiPublisher::_connectLater()
     _timer.disconnect();
     _timer = Glib::MainContext::get_thread_default()->signal_timeout().connect(
         [this] {
-            _connect();
+            _probeFirst();
             return false;
         },
         betweenConnections);

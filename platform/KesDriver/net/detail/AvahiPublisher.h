@@ -2,11 +2,13 @@
 
 #include <KesDriver/net/IServiceBrowser.h>
 #include <KesDriver/net/detail/AvahiHandles.h>
+#include <KesDriver/net/detail/AvahiProbe.h>
 
 #include <avahi-client/publish.h>
 
 #include <sigc++/connection.h>
 
+#include <optional>
 #include <string>
 
 namespace KesDriver {
@@ -25,6 +27,7 @@ private:
     static void onClient(AvahiClient* client, AvahiClientState state, void* self);
     static void onGroup(AvahiEntryGroup* group, AvahiEntryGroupState state, void* self);
 
+    void _probeFirst();
     void _connect();
     void _connectLater();
     void _publish(AvahiClient* client);
@@ -43,6 +46,7 @@ private:
     AvahiClientHandle _client;
     /// Belongs to the client.
     AvahiEntryGroup* _group = nullptr;
+    std::optional<AvahiProbe> _probe;
 };
 
 } // namespace KesDriver

@@ -59,9 +59,10 @@ bool StreamConnection::open(const StreamConnector& connector)
     return getEnd() == End::None;
 }
 
-void StreamConnection::beginEvents(std::uint64_t last)
+void StreamConnection::beginEvents(std::string boot, std::uint64_t last)
 {
     std::lock_guard lock(_mutex);
+    _boot = std::move(boot);
     _events.begin(last);
     _hasEvents = true;
 }
@@ -105,20 +106,23 @@ std::optional<Answer> StreamConnection::ask(const std::string& commands, std::si
     return _ask(commands, queries, Purpose::Call);
 }
 
-std::optional<Answer> StreamConnection::askToTakeSequence(const std::string& commands)
+std::optional<Answer> StreamConnection::askToTakeSequence(const std::string& commands,
+                                                          const IsUnwanted& isUnwanted)
 {
     // Not for ever: a receiver that waits for the caller must not lock both up.
     constexpr std::chrono::milliseconds longestWait{100};
     _reports->waitUntilHeard(longestWait);
-    return _ask(commands, 0, Purpose::Sequence);
+    return _ask(commands, 0, Purpose::Sequence, isUnwanted);
 }
 
 std::optional<Answer> StreamConnection::_ask(const std::string& commands, std::size_t queries,
-                                             Purpose purpose)
+                                             Purpose purpose, const IsUnwanted& isUnwanted)
 {
     std::shared_ptr<Question> question;
     {
         const std::lock_guard writing(_writing);
+        if (isUnwanted && isUnwanted())
+            return std::nullopt;
         question = _send(commands, queries, purpose);
     }
     Lock lock(_mutex);
@@ -179,15 +183,17 @@ void StreamConnection::_feed(Lock& lock)
     lock.lock();
     if (!canWrite)
         return;
-    std::string commands = ":SYST:CLOC?";
+    std::string commands = ":SYST:BOOT?";
+    std::size_t queries = 1;
     auto purpose = Purpose::Watch;
     if (_events.hasGap()) {
         const auto gap = _events.takeGap();
-        commands = ":EVEN:DATA? " + std::to_string(gap.from) + ',' + std::to_string(gap.count);
+        commands += ";:EVEN:DATA? " + std::to_string(gap.from) + ',' + std::to_string(gap.count);
         purpose = Purpose::Missing;
+        queries = 2;
     }
     lock.unlock();
-    _send(commands, 1, purpose);
+    _send(commands, queries, purpose);
     lock.lock();
 }
 

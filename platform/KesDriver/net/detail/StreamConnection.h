@@ -12,6 +12,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -38,6 +39,8 @@ public:
         Released,
         /// A receiver has not taken a report.
         Untaken,
+        /// It is not the same start of the device any more: its clock and its events have begun anew.
+        Restarted,
     };
 
     /// In lockstep the device is told which events have been heard.
@@ -51,19 +54,22 @@ public:
 
     /// Makes the stream and starts the threads. Once.
     bool open(const StreamConnector& connector);
-    /// Events with larger numbers than this are reported from now on.
-    void beginEvents(std::uint64_t last);
+    /// Events of this start of the device with larger numbers than this are reported from now on.
+    void beginEvents(std::string boot, std::uint64_t last);
     /// From now on the device hears of its controller again and again.
     void beginWatch();
     /// From now on a loss is reported. False when the connection has ended.
     bool establish();
 
+    using IsUnwanted = std::function<bool()>;
+
     /// Asks and waits for the answer, the time-out at most. Nothing when the connection ends before; it has
     /// ended then. `commands` begin with a colon or a star and hold so many queries.
     std::optional<Answer> ask(const std::string& commands, std::size_t queries);
     /// The same for what gives the device a new sequence: before, all reports so far have been heard if that
-    /// takes no longer than 100 ms; afterwards no step of an earlier sequence is reported any more.
-    std::optional<Answer> askToTakeSequence(const std::string& commands);
+    /// takes no longer than 100 ms; afterwards no step of an earlier sequence is reported any more. Nothing
+    /// is asked when it is unwanted at the moment of sending: what is asked after that comes behind it.
+    std::optional<Answer> askToTakeSequence(const std::string& commands, const IsUnwanted& isUnwanted);
 
     /// Ends it, the first time for this reason. Waits for nobody.
     void end(End reason);
@@ -86,12 +92,14 @@ private:
         std::optional<Answer> answer;
     };
 
-    std::optional<Answer> _ask(const std::string& commands, std::size_t queries, Purpose purpose);
+    std::optional<Answer> _ask(const std::string& commands, std::size_t queries, Purpose purpose,
+                               const IsUnwanted& isUnwanted = nullptr);
 
     void _read();
     void _readLines(LineBuffer& lines);
     void _hear(const std::string& line);
     void _hearAnswer(const std::string& line);
+    bool _isOtherBoot(const Question& question) const;
     std::vector<EventOrder::Record> _use(const Question& question);
     void _hearEvents(const std::vector<EventOrder::Record>& events);
     void _report(const EventOrder::Record& event);
@@ -122,6 +130,8 @@ private:
     Clock::time_point _lastSent;
     /// When it has to be established at the latest.
     Clock::time_point _attemptEnd;
+    /// Which start of the device it is.
+    std::string _boot;
     EventOrder _events;
     bool _hasEvents = false;
     bool _hasToldNonsense = false;

@@ -149,15 +149,17 @@ Kes::Result StreamLink::_takeControl(StreamConnection& connection)
 /// What has happened before is in the answers to come.
 Kes::Result StreamLink::_subscribe(StreamConnection& connection)
 {
+    std::string boot;
     std::optional<std::size_t> last;
-    auto result = _ask(connection, ":SYST:WATC 1;:EVEN:LAST?", 1, [&](const Fields& fields) {
-        last = FieldText::readCount(fields[0], std::numeric_limits<std::size_t>::max() - 1);
-        return last.has_value();
+    auto result = _ask(connection, ":SYST:WATC 1;:SYST:BOOT?;:EVEN:LAST?", 2, [&](const Fields& fields) {
+        boot = fields[0];
+        last = FieldText::readCount(fields[1], std::numeric_limits<std::size_t>::max() - 1);
+        return !boot.empty() && last;
     });
     if (!result)
         return result;
+    connection.beginEvents(boot, *last);
     connection.beginWatch();
-    connection.beginEvents(*last);
     return _ask(connection, ":EVEN:SUBS ON," + std::to_string(*last + 1) +
                                 (_settings.isInLockstep ? ";:SIM:LOCK ON" : ""));
 }

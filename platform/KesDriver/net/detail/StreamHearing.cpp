@@ -64,6 +64,7 @@ void StreamConnection::_hear(const std::string& line)
 void StreamConnection::_hearAnswer(const std::string& line)
 {
     std::vector<EventOrder::Record> due;
+    bool isRestarted = false;
     {
         Lock lock(_mutex);
         const auto question = _questions.empty() ? nullptr : _questions.front();
@@ -75,10 +76,21 @@ void StreamConnection::_hearAnswer(const std::string& line)
         }
         _questions.pop_front();
         question->answer = std::move(answer);
-        due = _use(*question);
+        isRestarted = _isOtherBoot(*question);
+        if (!isRestarted)
+            due = _use(*question);
         _changed.notify_all();
     }
+    if (isRestarted)
+        end(End::Restarted);
     _hearEvents(due);
+}
+
+/// With the lock. Not before the first answer has said which one it is.
+bool StreamConnection::_isOtherBoot(const Question& question) const
+{
+    const bool tells = question.purpose == Purpose::Watch || question.purpose == Purpose::Missing;
+    return tells && _hasEvents && question.answer->code == 0 && question.answer->fields.front() != _boot;
 }
 
 /// What an answer means for the events, seen from where it stands between them. With the lock; returns the
@@ -93,7 +105,7 @@ std::vector<EventOrder::Record> StreamConnection::_use(const Question& question)
     if (question.purpose != Purpose::Missing)
         return {};
     if (isGood)
-        return _events.fill(question.answer->fields.front());
+        return _events.fill(question.answer->fields.back());
     _events.setBroken();
     return {};
 }

@@ -4,6 +4,8 @@
 
 #include <KesDriver/net/ValueText.h>
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
 
 namespace KesDriver::Commands {
@@ -82,14 +84,27 @@ void setAngle(Call& call)
     getLastStep(call).faultDegrees = degrees;
 }
 
-void setAll(Call& call)
+/// The steps of a block, of which there may be so many.
+OutputSequence readBlock(Call& call, std::size_t mostSteps)
 {
-    auto reading = ValueText::readSequence(call.arguments.readBlock(), getMostSteps(call));
+    auto reading = ValueText::readSequence(call.arguments.readBlock(), mostSteps);
     if (reading.isTooLong)
         refuseLength(call);
     if (!reading.isGood())
         throw Scpi::Error(Scpi::ErrorCode::InvalidBlock, "line " + std::to_string(reading.wrongLine));
-    call.dialogue.getSequence() = std::move(reading.sequence);
+    return std::move(reading.sequence);
+}
+
+void setAll(Call& call)
+{
+    call.dialogue.getSequence() = readBlock(call, getMostSteps(call));
+}
+
+void appendAll(Call& call)
+{
+    auto& sequence = call.dialogue.getSequence();
+    auto steps = readBlock(call, getMostSteps(call) - std::min(getMostSteps(call), sequence.size()));
+    std::move(steps.begin(), steps.end(), std::back_inserter(sequence));
 }
 
 void run(Call& call)
@@ -130,6 +145,7 @@ void addSequences(Table& table)
     table.add("SEQuence:END", {setEnd, 2 + mostConditions});
     table.add("SEQuence:ANGLe", {setAngle, 1});
     table.add("SEQuence:DATA", {setAll, 1});
+    table.add("SEQuence:DATA:APPend", {appendAll, 1});
     table.add("SEQuence:COUNt?",
               {[](Call& call) { call.answer = std::to_string(call.dialogue.getSequence().size()); }});
     table.add("INITiate[:IMMediate]", {run});

@@ -1,0 +1,120 @@
+// A long sequence on its way to a device, and a stop meanwhile.
+
+#include "../RecordingReceiver.h"
+#include "../serving/TestClient.h"
+#include "ScriptedPeer.h"
+
+#include <KesDriver/net/StreamLink.h>
+#include <KesDriver/scpi/Block.h>
+#include <KesDriver/simulated/serving/DeviceServer.h>
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+using namespace KesDriver;
+using namespace KesTest;
+using namespace std::chrono_literals;
+
+namespace {
+
+class SequenceSendingTest : public testing::Test {
+protected:
+    SequenceSendingTest()
+    {
+        EXPECT_EQ(message(link.connect(connection)), "");
+        OutputStep step{{}, 1h};
+        step.ramp.voltages[2].degrees = 100.0 / 7.0;
+        step.endOn = InputCondition{1, true};
+        sequence.assign(10000, step);
+    }
+    /// Asks for a stop from another thread when such a question has come, before it is answered.
+    void stopAt(const std::string& question)
+    {
+        peer.setScript([=, this](const std::string& commands) -> std::optional<std::string> {
+            if (!commands.starts_with(question) || isStopping.exchange(true))
+                return std::nullopt;
+            stopping = std::thread([this] { EXPECT_EQ(message(link.stopOutputs()), ""); });
+            std::this_thread::sleep_for(50ms);
+            return std::nullopt;
+        });
+    }
+    /// Of the questions so far, those that begin so.
+    std::vector<std::string> getQuestions(const std::string& beginning) const
+    {
+        auto questions = peer.getQuestions();
+        std::erase_if(questions, [&](const auto& each) { return !each.starts_with(beginning); });
+        return questions;
+    }
+
+    ScriptedPeer peer;
+    StreamLink link{StreamLink::Settings{peer.getConnector(), "127.8.0.1", "Test@here"}};
+    ConnectionNumber connection = 0;
+    OutputSequence sequence;
+    std::atomic<bool> isStopping{false};
+    std::thread stopping;
+};
+
+TEST_F(SequenceSendingTest, PartsAreSmallAndBehindEachOther)
+{
+    EXPECT_EQ(message(link.runSequence(sequence)), "");
+    const auto parts = getQuestions(":SEQ:");
+    ASSERT_GT(parts.size(), 10U);
+    for (const auto& part : parts) {
+        EXPECT_LT(part.size(), 70000U);
+        EXPECT_TRUE(part.starts_with(&part == &parts.front() ? ":SEQ:CLE;:SEQ:DATA #" : ":SEQ:DATA:APP #"));
+        EXPECT_EQ(part.substr(part.find('#') + 7, 4), "STEP");
+    }
+    EXPECT_EQ(peer.getQuestions().back(), ":INIT");
+}
+
+TEST_F(SequenceSendingTest, StopMeanwhileComesSoonAndKeepsItFromStarting)
+{
+    for (const char* moment : {":SEQ:CLE;:SEQ:DATA #", ":SEQ:DATA:APP #"}) {
+        isStopping = false;
+        stopAt(moment);
+        EXPECT_EQ(message(link.runSequence(sequence)),
+                  "KESTO-3 No. 00017 (127.8.0.1) was stopped before the sequence began.");
+        stopping.join();
+        EXPECT_EQ(peer.getQuestions().back(), ":ABOR");
+    }
+    EXPECT_LE(getQuestions(":SEQ:DATA:APP").size(), 2U);
+    EXPECT_TRUE(getQuestions(":INIT").empty());
+    // The next one has nothing to do with it.
+    sequence.resize(1);
+    EXPECT_EQ(message(link.runSequence(sequence)), "");
+    EXPECT_EQ(peer.getQuestions().back(), ":INIT");
+}
+
+TEST_F(SequenceSendingTest, StopBehindTheStartIsAStopOfASequenceThatRan)
+{
+    sequence.resize(1);
+    stopAt(":INIT");
+    EXPECT_EQ(message(link.runSequence(sequence)), "");
+    stopping.join();
+    EXPECT_EQ(peer.getQuestions().back(), ":ABOR");
+}
+
+/// The device's side.
+TEST(SequenceBlocksTest, AreAppendedUpToTheLimitAndLeaveTheStepsWhenWrong)
+{
+    DeviceServer server(std::make_shared<SimulatedKesto>(KestoIdentifer(3, 17)));
+    TestClient client(server.connect());
+    const auto add = [&](const std::string& lines) {
+        return client.ask("SEQ:DATA:APP " + Scpi::writeBlock(lines) + ";:SYST:ERR?;:SEQ:COUN?");
+    };
+    const std::string step = "STEP 1,0,0,0,0,0,0,0,0,0,0,0,0,50,50,0\n";
+    std::string many;
+    for (int i = 0; i < 5000; ++i)
+        many += step;
+    EXPECT_EQ(add(step + step), "0,\"No error\";2");
+    EXPECT_EQ(add("ANGLE 90\n" + step), "-161,\"Invalid block data;line 1\";2");
+    EXPECT_EQ(add(many), "0,\"No error\";5002");
+    EXPECT_THAT(add(many), testing::StartsWith("-223,"));
+    EXPECT_EQ(client.ask("SEQ:COUN?"), "5002");
+    EXPECT_EQ(client.ask("SEQ:DATA " + Scpi::writeBlock(step) + ";COUN?"), "1");
+}
+
+} // namespace
