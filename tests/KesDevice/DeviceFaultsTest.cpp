@@ -221,7 +221,7 @@ TEST_F(DeviceFaultsTest, AHealthyDeviceWhoseAnswerIsLateIsNotAccusedOfNonsense)
 {
     first.addTo(*hardware);
     listenTo(*hardware);
-    first->setTimeout(20ms);
+    first->setTimeout(150ms);
     KesDriver::OutputStep passed{{}, 1ms, KesDriver::InputCondition{1, false}}; // Open already.
     const KesDriver::OutputSequence sequence{passed, passed, {{}, 1h, {}}};
     for (int round = 0; round < 10; ++round) {
@@ -232,9 +232,9 @@ TEST_F(DeviceFaultsTest, AHealthyDeviceWhoseAnswerIsLateIsNotAccusedOfNonsense)
         Kes::ScopedConnection connection =
             first.onStep([givenUp = isGivenUp.get_future().share()](const KesDriver::StepEvent& event) {
                 if (event.step == 0)
-                    givenUp.wait_for(60ms);
+                    givenUp.wait_for(450ms);
             });
-        first->setAnswerDelay(40ms);
+        first->setAnswerDelay(300ms);
         EXPECT_FALSE(first.runSequence(sequence));
         isGivenUp.set_value();
         first->setAnswerDelay(0ms);

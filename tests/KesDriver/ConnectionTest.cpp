@@ -46,7 +46,7 @@ TEST_F(ConnectionTest, ConnectsOneLinkAtATime)
 
 TEST_F(ConnectionTest, DeviceThatDoesNotAnswerIsLostWithinTheTimeout)
 {
-    device->setTimeout(50ms);
+    device->setTimeout(300ms);
     start();
     ASSERT_TRUE(link->setOutputs(amperes(2.0)));
     device->setSilent(true);
@@ -59,7 +59,7 @@ TEST_F(ConnectionTest, DeviceThatDoesNotAnswerIsLostWithinTheTimeout)
     // Without any call the link finds out by itself.
     const std::pair<std::function<void()>, std::function<void()>> ways[] = {
         {[this] { device->setSilent(true); }, [this] { device->setSilent(false); }},
-        {[this] { device->setAnswerDelay(50ms); }, [this] { device->setAnswerDelay(0ms); }}};
+        {[this] { device->setAnswerDelay(300ms); }, [this] { device->setAnswerDelay(0ms); }}};
     for (const auto& [begin, end] : ways) {
         start();
         ASSERT_TRUE(link->setOutputs(amperes(2.0)));
@@ -81,7 +81,7 @@ TEST_F(ConnectionTest, OutputsGoOffThoughTheReceiverIsBusy)
         if (line.starts_with("step"))
             isOff.get_future().wait();
     });
-    device->setTimeout(20ms);
+    device->setTimeout(200ms);
     start();
     ASSERT_TRUE(link->runSequence({{amperes(2.0), 1h}}));
     device->setSilent(true);
@@ -105,9 +105,9 @@ TEST_F(ConnectionTest, SlowDeviceObeysAtOnceAndAnswersLate)
 
     link->disconnect();
     device->setAnswerDelay(0ms);
-    device->setTimeout(100ms);
+    device->setTimeout(300ms);
     start();
-    device->setAnswerDelay(100ms);
+    device->setAnswerDelay(300ms);
     EXPECT_TRUE(isConnectionError(link->stopOutputs()));
     ASSERT_TRUE(receiver->waitFor("lost"));
 }

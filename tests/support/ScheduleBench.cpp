@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <condition_variable>
 #include <cstdlib>
 #include <future>
 #include <iostream>
@@ -31,6 +32,18 @@ bool isAboutAll(const std::string& text)
                                     "Errors.Sync.noneForSeveral",    "Errors.Sync.nothingToRun"};
     const auto isIn = [&](const char* part) { return text.find(part) != std::string::npos; };
     return std::ranges::any_of(keys, [&](const char* key) { return isIn(lng::HardwareManager::get(key)); });
+}
+
+/// The first seed, and how far it is to the next one.
+std::pair<unsigned, unsigned> getPart()
+{
+    const char* const part = std::getenv("KES_SCHEDULE_PART");
+    if (!part)
+        return {1, 1};
+    const std::string text = part;
+    const auto slash = text.find('/');
+    return {static_cast<unsigned>(std::stoul(text)),
+            static_cast<unsigned>(std::stoul(text.substr(slash + 1)))};
 }
 
 bool isNonsense(const std::string& text)
@@ -59,7 +72,8 @@ void runSchedules(unsigned count, const std::function<void(unsigned seed)>& sche
         run(static_cast<unsigned>(std::stoul(only)));
         return;
     }
-    for (unsigned seed = 1; seed <= count / scheduleShare && !testing::Test::HasFailure(); ++seed)
+    const auto [first, step] = getPart();
+    for (unsigned seed = first; seed <= count / scheduleShare && !testing::Test::HasFailure(); seed += step)
         run(seed);
 }
 
@@ -92,7 +106,6 @@ ScheduleBench::Device::Device(std::uint8_t number, Dice& dice)
     : address(Kesto::Address::Bytes{10, 1, 0, number}),
       simulated(std::make_shared<SimulatedKesto>(KestoIdentifer(3, firstSerialNumber + number)))
 {
-    simulated->setTimeout(scheduleSlowness * std::chrono::milliseconds(dice.isOneIn(4) ? 60 : 30));
     if (dice.isOneIn(40))
         simulated->setAnswerDelay(std::chrono::milliseconds(1 + dice.roll(3)));
     if (dice.isOneIn(2))
@@ -152,10 +165,31 @@ void ScheduleBench::listenTo(HardwareManager& hardware)
 
 // The hand at the bench
 
+/// A silent device loses its connection soon. It does so here instead of by the links' time-outs, which would
+/// have to be so short that a device counts as lost whose threads only wait for a processor.
 void ScheduleBench::_silence(Device& device)
 {
-    ++device.losses;
+    device.isSilent = true;
     device.simulated->setSilent(true);
+    std::lock_guard lock(_mutex);
+    if (!_dropping.joinable())
+        _dropping = std::jthread([this](std::stop_token stop) { _dropSilent(stop); });
+}
+
+void ScheduleBench::_dropSilent(std::stop_token stop)
+{
+    std::mutex mutex;
+    std::condition_variable_any ended;
+    std::unique_lock lock(mutex);
+    while (!ended.wait_for(lock, stop, scheduleSlowness * 15ms, [&] { return stop.stop_requested(); })) {
+        for (const auto& device : _devices)
+            if (device->isSilent) {
+                // The one that stands, and one that waited for its end and gets through before it is dropped,
+                // too.
+                device->losses += 2;
+                device->simulated->dropConnections();
+            }
+    }
 }
 
 void ScheduleBench::_setNonsense(Device& device, bool nonsense)
@@ -210,6 +244,7 @@ void ScheduleBench::disturb(Dice& dice)
         break;
     default:
         for (const auto& other : _devices) {
+            other->isSilent = false;
             other->simulated->setSilent(false);
             _setNonsense(*other, false);
             other->simulated->clearFaults();

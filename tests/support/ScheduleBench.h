@@ -10,7 +10,9 @@
 #include <memory>
 #include <mutex>
 #include <random>
+#include <stop_token>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace KesTest {
@@ -49,7 +51,8 @@ private:
     std::mt19937 _random;
 };
 
-/// Runs a schedule for each seed; only one of them when the environment variable KES_SCHEDULE names it.
+/// Runs a schedule for each seed; only one of them when the environment variable KES_SCHEDULE names it, and
+/// every third one from the second on when KES_SCHEDULE_PART is "2/3".
 void runSchedules(unsigned count, const std::function<void(unsigned seed)>& schedule);
 
 /// Waits for a thread's part of a schedule; one that hangs ends the process, since nothing can be taken down
@@ -108,6 +111,7 @@ private:
         const Address address;
         const std::shared_ptr<KesDriver::SimulatedKesto> simulated;
         std::atomic<bool> hasTalkedNonsense{false};
+        std::atomic<bool> isSilent{false};
         /// What may have cost it its connection.
         std::atomic<unsigned> losses{0};
         std::atomic<unsigned> lossesTold{0};
@@ -116,6 +120,7 @@ private:
     ScheduleBench() = default;
     void _awaitOutputs() const;
     void _silence(Device& device);
+    void _dropSilent(std::stop_token stop);
     void _setNonsense(Device& device, bool nonsense);
     void _lose(Device& device);
     void _hearInner(const Kes::ObjectError& error);
@@ -127,6 +132,8 @@ private:
     std::atomic<unsigned> _told{0};
     mutable std::mutex _mutex;
     std::vector<Text> _complaints;
+    /// Last: it works with the devices.
+    std::jthread _dropping;
 };
 
 } // namespace KesTest

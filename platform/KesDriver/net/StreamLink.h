@@ -41,6 +41,8 @@ public:
         /// How long an answer may take, and the beginning of a connection besides making the stream; asked at
         /// each attempt to connect.
         std::function<std::chrono::milliseconds()> getTimeout = [] { return std::chrono::seconds(2); };
+        /// How long a device may take to notice that a former connection of this program has ended.
+        std::chrono::milliseconds formerEnd{300};
         /// For a simulated device: after each event it does nothing more by itself until the receiver has
         /// heard of it, see `SIMulation:LOCKstep`.
         bool isInLockstep = false;

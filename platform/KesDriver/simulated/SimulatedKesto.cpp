@@ -135,6 +135,11 @@ void SimulatedKesto::simulateConnectionLoss()
     _host->simulateConnectionLoss();
 }
 
+void SimulatedKesto::dropConnections()
+{
+    _served->getSessions().dropOthers(0);
+}
+
 void SimulatedKesto::setSilent(bool silent)
 {
     _served->getSessions().setSilent(silent, 0);

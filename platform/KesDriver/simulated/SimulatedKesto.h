@@ -83,6 +83,9 @@ public:
 
     /// Drops the connection once; reconnecting works. The outputs are off when it returns.
     void simulateConnectionLoss();
+    /// Drops all connections once, also those that are being made, as `SIMulation:DROP` does. The outputs go
+    /// off soon.
+    void dropConnections();
     /// While set, nothing that the device says arrives: calls run into their time-out, and a link notices
     /// within the time-out that its connection is lost. What it is told to do it does.
     void setSilent(bool silent);

@@ -137,6 +137,7 @@ std::unique_ptr<IKestoLink> SimulatedNetwork::createLink(const NetAddress& addre
         const auto device = find();
         return device ? device->_timeout.load() : usual();
     };
+    settings.formerEnd = std::chrono::milliseconds(30);
     settings.isInLockstep = true;
     return std::make_unique<StreamLink>(std::move(settings));
 }

@@ -62,8 +62,8 @@ protected:
     bool isReading = false;
     ScriptedPeer peer;
     std::shared_ptr<RecordingReceiver> receiver = std::make_shared<RecordingReceiver>();
-    StreamLink link{
-        StreamLink::Settings{[this](GCancellable*) { return connect(); }, "127.8.0.1", "Test@here", 800ms}};
+    StreamLink link{StreamLink::Settings{[this](GCancellable*) { return connect(); }, "127.8.0.1",
+                                         "Test@here", [] { return 800ms; }}};
     ConnectionNumber connection = 0;
 };
 

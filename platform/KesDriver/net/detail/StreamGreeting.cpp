@@ -118,10 +118,9 @@ Kes::Result StreamLink::_greet(StreamConnection& connection)
 /// A connection of this program that has just ended may still be known to the device.
 Kes::Result StreamLink::_takeControl(StreamConnection& connection)
 {
-    constexpr std::chrono::milliseconds longestWait{300};
     constexpr std::chrono::milliseconds betweenTries{1};
     const auto controller = _settings.controller.empty() ? getProgram() : _settings.controller;
-    const auto end = std::chrono::steady_clock::now() + longestWait;
+    const auto end = std::chrono::steady_clock::now() + _settings.formerEnd;
     while (true) {
         const auto answer = connection.ask(":SYST:CONT:TAKE " + FieldText::quote(controller), 0);
         if (!answer)
