@@ -31,7 +31,8 @@ class Overcurrent(Program):
         return texts.PROGRAM.get(key, self.language)
 
     def word(self, key):
-        return texts.OVERCURRENT.get(key, self.language)
+        table = texts.OVERCURRENT if key in texts.OVERCURRENT.texts else texts.MEASURE
+        return table.get(key, self.language)
 
     def answer(self, box, key):
         """Presses a button of a message box, by the key of its text, with the mouse."""

@@ -60,6 +60,7 @@ TREE = Table("platform", "KesTree", "TreeText.cpp")
 RELAY = Table("platform", "KesTreeRelay", "detail", "RelayText.cpp")
 COMMON = Table("platform", "KesCommon", "CommonText.cpp")
 DRIVER = Table("platform", "KesDriver", "DriverText.cpp")
+MEASURE = Table("platform", "KesMeasure", "MeasureText.cpp")
 OVERCURRENT = Table("programs", "Overcurrent", "text", "OvercurrentText.cpp")
 SIMULATOR = Table("programs", "Simulator", "SimulatorText.cpp")
 

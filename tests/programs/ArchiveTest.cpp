@@ -1,5 +1,5 @@
-#include <Overcurrent/data/Outcome.h>
 #include <Overcurrent/data/OvercurrentArchive.h>
+#include <Overcurrent/data/TestOutcome.h>
 #include <Overcurrent/model/OvercurrentModel.h>
 
 #include <KesProgram/archive/ArchiveHelper.h>
@@ -261,7 +261,7 @@ TEST(OvercurrentModelArchiveTest, RepairSaysWhatWasLost)
     EXPECT_THAT(model.getState(), testing::HasSubstr("ORIGIN UNKNOWN"));
     entries["test-results.xml"] = "<broken";
     EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX), results + "\n" + plan);
-    EXPECT_EQ(Outcome::create(nullptr, true).text, "The results of this file could not be read.");
+    EXPECT_EQ(TestOutcome::create(nullptr, true).text, "The results of this file could not be read.");
     entries = entriesOf(untested);
     entries["info.xml"] = "<broken";
     EXPECT_EQ(repair(entries, ArchiveHelper::PREFIX), "");

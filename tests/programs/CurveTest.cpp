@@ -1,6 +1,6 @@
 #include <Overcurrent/data/Evaluation.h>
 #include <Overcurrent/data/OperateCurve.h>
-#include <Overcurrent/data/Outcome.h>
+#include <Overcurrent/data/TestOutcome.h>
 
 #include <gtest/gtest.h>
 
@@ -82,8 +82,8 @@ TestResults completeResults()
 
 TEST(EvaluationTest, PassesOnlyWhatIsWholeAndWithinTolerance)
 {
-    using KesProgram::RunVerdict;
-    EXPECT_EQ(Evaluation::verdict(completeResults()), RunVerdict::Passed);
+    using KesMeasure::Verdict;
+    EXPECT_EQ(Evaluation::verdict(completeResults()), Verdict::Passed);
     const auto verdictWith = [](auto change) {
         auto results = completeResults();
         change(results);
@@ -91,29 +91,29 @@ TEST(EvaluationTest, PassesOnlyWhatIsWholeAndWithinTolerance)
     };
     // 5 % of 10.029 s, and a little more.
     EXPECT_EQ(verdictWith([](auto& r) { r.points[0].time = std::chrono::microseconds(10530477); }),
-              RunVerdict::Passed);
+              Verdict::Passed);
     EXPECT_EQ(verdictWith([](auto& r) { r.points[0].time = std::chrono::microseconds(10530480); }),
-              RunVerdict::Failed);
-    EXPECT_EQ(verdictWith([](auto& r) { r.points[0].state = MeasureState::NoOperation; }),
-              RunVerdict::Failed);
-    EXPECT_EQ(verdictWith([](auto& r) { r.pickUp->multiple = 1.06; }), RunVerdict::Failed);
-    EXPECT_EQ(verdictWith([](auto& r) { r.dropOff->multiple = 0.9; }), RunVerdict::Failed);
-    EXPECT_EQ(verdictWith([](auto& r) { r.dropOff->multiple = 1.05; }), RunVerdict::Failed);
-    EXPECT_EQ(verdictWith([](auto& r) { r.end = RunEnd::Stopped; }), RunVerdict::Stopped);
-    EXPECT_EQ(verdictWith([](auto& r) { r.end = RunEnd::Fault; }), RunVerdict::Fault);
-    EXPECT_EQ(verdictWith([](auto& r) { r.end = RunEnd::Running; }), RunVerdict::None);
+              Verdict::Failed);
+    EXPECT_EQ(verdictWith([](auto& r) { r.points[0].state = MeasureState::NoOperation; }), Verdict::Failed);
+    EXPECT_EQ(verdictWith([](auto& r) { r.pickUp->multiple = 1.06; }), Verdict::Failed);
+    EXPECT_EQ(verdictWith([](auto& r) { r.dropOff->multiple = 0.9; }), Verdict::Failed);
+    EXPECT_EQ(verdictWith([](auto& r) { r.dropOff->multiple = 1.05; }), Verdict::Failed);
+    EXPECT_EQ(verdictWith([](auto& r) { r.end = RunEnd::Stopped; }), Verdict::Stopped);
+    EXPECT_EQ(verdictWith([](auto& r) { r.end = RunEnd::Fault; }), Verdict::Fault);
+    EXPECT_EQ(verdictWith([](auto& r) { r.end = RunEnd::Running; }), Verdict::None);
 }
 
 TEST(OutcomeTest, NamesWhatHasFailedAndCountsWhatIsMeasured)
 {
     auto results = completeResults();
-    EXPECT_EQ(Outcome::create(&results).text, "Test passed: 1 of 1 points within tolerance");
+    EXPECT_EQ(TestOutcome::create(&results).text, "Test passed: 1 of 1 points within tolerance");
     results.pickUp->multiple = 1.06;
-    EXPECT_EQ(Outcome::create(&results).text,
+    EXPECT_EQ(TestOutcome::create(&results).text,
               "Test failed: 1 of 1 points within tolerance, pick-up or drop-off outside");
     results.points[0].state = MeasureState::NoOperation;
-    EXPECT_EQ(Outcome::create(&results).text, "Test failed: 0 of 1 points within tolerance");
+    EXPECT_EQ(TestOutcome::create(&results).text, "Test failed: 0 of 1 points within tolerance");
     results.plan.multiples.push_back(5.0);
     results.end = RunEnd::Running;
-    EXPECT_EQ(Outcome::create(&results).text, "Test under way: 1 of 2 points measured, 0 within tolerance");
+    EXPECT_EQ(TestOutcome::create(&results).text,
+              "Test under way: 1 of 2 points measured, 0 within tolerance");
 }

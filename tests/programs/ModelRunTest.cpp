@@ -1,6 +1,6 @@
 #include <Overcurrent/model/OvercurrentModel.h>
 
-#include <Overcurrent/bench/SimulatedBench.h>
+#include <Overcurrent/bench/BenchRelay.h>
 
 #include <KesDriver/net/TcpNetwork.h>
 #include <KesDriver/simulated/SimulatedNetwork.h>
@@ -97,7 +97,7 @@ TEST_F(ModelRunTest, MeasuresOnTheNetworkAsWithinTheProcess)
     ASSERT_TRUE(runToEnd());
     auto within = *model.getResults();
     const auto device = std::make_shared<KesDriver::SimulatedKesto>(getDevice()->getIdentity());
-    device->connectTestObject(SimulatedBench::makeRelay(model.getSettings()));
+    device->connectTestObject(makeBenchRelay(model.getSettings()));
     device->setSpeed(100);
     KesDriver::DeviceServer server(device);
     const KesDriver::NetAddress address(KesDriver::NetAddress::Bytes{127, 8, 0, 5});

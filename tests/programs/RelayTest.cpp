@@ -1,4 +1,4 @@
-#include <Overcurrent/bench/SimulatedBench.h>
+#include <Overcurrent/bench/BenchRelay.h>
 #include <Overcurrent/data/OperateCurve.h>
 #include <Overcurrent/run/TestRun.h>
 
@@ -60,7 +60,7 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
             RelaySettings settings;
             settings.settingCurrent = 0.4;
             settings.curve = curve;
-            const auto relay = SimulatedBench::makeRelay(settings);
+            const auto relay = makeBenchRelay(settings);
             Player first(*relay);
             const auto time = operateTime(first.play(multiple * 0.4, 400s), DeviceTime(0));
             const double ideal = *OperateCurve::operateTime(settings, multiple);
@@ -76,7 +76,7 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
 TEST(SimulatedRelayTest, AddsUpWhatItHasTravelledAndForgetsItAtDropOff)
 {
     const RelaySettings settings;
-    const auto relay = SimulatedBench::makeRelay(settings);
+    const auto relay = makeBenchRelay(settings);
     Player whole(*relay);
     const auto alone = operateTime(whole.play(2.0, 30s), DeviceTime(0));
     // The same travel in two parts; the current in between is above drop-off, but does not move it.

@@ -86,7 +86,7 @@ protected:
     KesDevice::Kesto& kesto = *owned;
     RelaySettings settings;
     TestPlan plan;
-    RunControl control;
+    KesMeasure::RunControl control;
     Recorder recorder;
 };
 

@@ -1,6 +1,4 @@
 #include <Overcurrent/presenter/OvercurrentPresenter.h>
-#include <Overcurrent/view/ResultsView.h>
-#include <Overcurrent/view/SettingsView.h>
 
 #include <KesProgram/archive/ArchiveManager.h>
 
@@ -120,55 +118,4 @@ TEST_F(WindowTest, AsksBeforeATestReplacesACompleteOneThatIsInNoFile)
     EXPECT_EQ(dialogs.getMessages().size(), 2u);
     // Closing asks about a new archive, as after the other tests.
     model.getArchiveManager()->create({});
-}
-
-using ResultsViewTest = KesTest::GuiTest;
-
-TEST_F(ResultsViewTest, ShowsTheBeginningOfOtherResultsAndFollowsThoseOfATest)
-{
-    Gtk::Window window;
-    ResultsView view;
-    window.add(view);
-    window.show_all();
-    const auto rows = [](std::size_t count, const char* current) {
-        ResultRow row;
-        row.current = current;
-        return std::vector<ResultRow>(count, row);
-    };
-    auto& place = *KesTest::findWidgets<Gtk::TreeView>(view).front()->get_vadjustment().get();
-    double height = 0.0;
-    const auto isLaidOut = [&] {
-        return place.get_upper() > place.get_page_size() && place.get_upper() != height;
-    };
-    const auto show = [&](const std::vector<ResultRow>& shown) {
-        height = place.get_upper();
-        view.setRows(shown);
-        EXPECT_TRUE(waitFor(isLaidOut));
-        KesTest::runPendingEvents();
-    };
-    show(rows(50, "1"));
-    EXPECT_EQ(place.get_value(), 0.0);
-    show(rows(51, "1"));
-    EXPECT_TRUE(waitFor([&] { return place.get_value() == place.get_upper() - place.get_page_size(); }));
-    show(rows(60, "2"));
-    EXPECT_EQ(place.get_value(), 0.0);
-}
-
-TEST_F(ResultsViewTest, FreesWhatItShowedWhenItIsFilledAgainAsTheSettingsDo)
-{
-    KesTest::LiveWidgets live;
-    Gtk::Box box;
-    ResultsView results;
-    SettingsView settings;
-    box.add(results);
-    box.add(settings);
-    const auto fill = [&] {
-        results.setValues(ResultValue::create(nullptr));
-        settings.setLines(SettingsSummary::describe(RelaySettings()));
-        return live.getCount();
-    };
-    const int filled = fill();
-    EXPECT_EQ(fill(), filled);
-    settings.setLines({});
-    EXPECT_LT(live.getCount(), filled);
 }

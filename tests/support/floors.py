@@ -18,18 +18,22 @@ FLOORS = {
     "KesTreeManager": ["KesTree", "KesCommonView", "KesCommon"],
     "KesTreeRelay": ["KesTree", "KesCommonView", "KesCommon"],
 }
+FLOORS["KesMeasure"] = ["KesDevice", "KesDriver", "KesCommon"]
+FLOORS["KesMeasureView"] = ["KesMeasure", "KesCommonView", "KesCommon"]
 FLOORS["KesDevice/view"] = ["KesDevice", "KesDriver", "KesCommonView", "KesCommon"]
-PROGRAMS = list(FLOORS)
+PROGRAMS = [name for name in FLOORS if not name.startswith("KesMeasure")]
 for floor in (("text",), ("archive",), ("recovery",), ("views", "model"), ("statusbar",), ("shell",)):
     folders = [f"KesProgram/{name}" for name in floor]
     FLOORS.update({folder: list(PROGRAMS) for folder in folders})
     PROGRAMS += folders
+PROGRAMS += ["KesMeasure", "KesMeasureView"]  # beside the shell, which knows nothing of them
 
 # Models know no widget and views no model, though the folders below would let them.
 FORBIDDEN = {
     "KesCommon": r"gtk|gdk",
     "KesDriver": r"gtk|gdk",
     "KesDevice": r"gtk|gdk",
+    "KesMeasure": r"gtk|gdk",
     "KesTree": r"gtk|gdk",
     "KesProgram/recovery": r"gtk|gdk|KesCommonView/|KesDevice/",
     "KesProgram/model": r"gtk|gdk|KesDevice/view/|KesTreeManager/|KesTreeRelay/",

@@ -8,7 +8,7 @@
 
 namespace Overcurrent::Evaluation {
 
-using KesProgram::RunVerdict;
+using KesMeasure::Verdict;
 
 namespace {
 
@@ -68,21 +68,21 @@ std::size_t countPassed(const TestResults& results)
                       [&](const PointResult& point) { return evaluate(results, point).isPassed; }));
 }
 
-RunVerdict verdict(const TestResults& results)
+Verdict verdict(const TestResults& results)
 {
     switch (results.end) {
     case RunEnd::Running:
-        return RunVerdict::None;
+        return Verdict::None;
     case RunEnd::Stopped:
-        return RunVerdict::Stopped;
+        return Verdict::Stopped;
     case RunEnd::Fault:
-        return RunVerdict::Fault;
+        return Verdict::Fault;
     case RunEnd::Complete:
         break;
     }
     const bool isPassed = isComplete(results) && countPassed(results) == results.points.size() &&
                           isPickUpPassed(results) && isDropOffPassed(results);
-    return isPassed ? RunVerdict::Passed : RunVerdict::Failed;
+    return isPassed ? Verdict::Passed : Verdict::Failed;
 }
 
 } // namespace Overcurrent::Evaluation

@@ -34,6 +34,6 @@ bool isDropOffPassed(const TestResults& results);
 std::size_t countPassed(const TestResults& results);
 
 /// `None` while the test is under way.
-KesProgram::RunVerdict verdict(const TestResults& results);
+KesMeasure::Verdict verdict(const TestResults& results);
 
 } // namespace Overcurrent::Evaluation

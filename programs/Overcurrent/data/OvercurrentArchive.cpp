@@ -3,11 +3,12 @@
 #include <Overcurrent/data/InfoXml.h>
 #include <Overcurrent/data/PlanXml.h>
 #include <Overcurrent/data/ResultsXml.h>
-#include <Overcurrent/data/XmlAttributes.h>
 #include <Overcurrent/text/OvercurrentText.h>
 
 #include <KesCommon/FileStream.h>
 #include <KesProgram/archive/ArchiveHelper.h>
+
+#include <KesMeasure/XmlAttributes.h>
 
 #include <libxml++/libxml++.h>
 
@@ -21,6 +22,12 @@
 namespace Overcurrent {
 
 namespace {
+
+using KesMeasure::readXml;
+using KesMeasure::setAttribute;
+using KesMeasure::wordOf;
+using KesMeasure::writeXml;
+using KesMeasure::XmlAttributes;
 
 namespace ArchiveHelper = KesProgram::ArchiveHelper;
 

@@ -1,11 +1,11 @@
 #include <Overcurrent/data/PlanTexts.h>
 
 #include <Overcurrent/text/OvercurrentText.h>
-#include <Overcurrent/text/ScreenNumber.h>
 
 #include <KesCommon/NumberText.h>
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
+#include <KesMeasure/ScreenNumber.h>
 
 namespace Overcurrent {
 
@@ -72,9 +72,9 @@ PlanTexts::PlanTexts(const TestPlan& plan)
 {
     auto& multiples = (*this)[PlanField::Multiples];
     for (const double multiple : plan.multiples)
-        multiples += (multiples.empty() ? "" : "; ") + ScreenNumber::shortest(multiple);
+        multiples += (multiples.empty() ? "" : "; ") + KesMeasure::ScreenNumber::shortest(multiple);
     for (const auto& number : numbersOf(plan))
-        (*this)[number.field] = ScreenNumber::shortest(*number.value);
+        (*this)[number.field] = KesMeasure::ScreenNumber::shortest(*number.value);
 }
 
 std::string PlanTexts::nameOf(PlanField field)

@@ -1,12 +1,16 @@
 #include <Overcurrent/data/PlanXml.h>
 
-#include <Overcurrent/data/XmlAttributes.h>
+#include <KesMeasure/XmlAttributes.h>
 
 #include <libxml++/libxml++.h>
 
 namespace Overcurrent::PlanXml {
 
 namespace {
+
+using KesMeasure::setAttribute;
+using KesMeasure::wordOf;
+using KesMeasure::XmlAttributes;
 
 using namespace KesTree::RelayNodes;
 

@@ -1,7 +1,8 @@
 #include <Overcurrent/data/ResultsXml.h>
 
 #include <Overcurrent/data/PlanXml.h>
-#include <Overcurrent/data/XmlAttributes.h>
+
+#include <KesMeasure/XmlAttributes.h>
 
 #include <libxml++/libxml++.h>
 
@@ -11,6 +12,10 @@
 namespace Overcurrent::ResultsXml {
 
 namespace {
+
+using KesMeasure::setAttribute;
+using KesMeasure::wordOf;
+using KesMeasure::XmlAttributes;
 
 constexpr std::pair<const char*, MeasureState> states[] = {{"noOperation", MeasureState::NoOperation},
                                                            {"measured", MeasureState::Measured},

@@ -1,17 +1,17 @@
 #include <Overcurrent/data/SettingsSummary.h>
 
 #include <Overcurrent/text/OvercurrentText.h>
-#include <Overcurrent/text/ScreenNumber.h>
 
 #include <KesCommon/StringHelper.h>
+#include <KesMeasure/ScreenNumber.h>
 
 namespace Overcurrent::SettingsSummary {
 
 namespace {
 
 using Kes::StringHelper::format;
+using KesMeasure::ScreenNumber::shortest;
 using lng::Overcurrent::get;
-using ScreenNumber::shortest;
 
 std::string withUnit(double value, const char* unitKey)
 {
@@ -65,8 +65,9 @@ std::vector<Line> describe(const TestPlan& plan)
 
 std::string currentText(const RelaySettings& settings, double multiple)
 {
-    return format(get("Results.current.text"), ScreenNumber::amperes(multiple * settings.settingCurrent),
-                  ScreenNumber::multiple(multiple));
+    return format(get("Results.current.text"),
+                  KesMeasure::ScreenNumber::amperes(multiple * settings.settingCurrent),
+                  KesMeasure::ScreenNumber::multiple(multiple));
 }
 
 } // namespace Overcurrent::SettingsSummary

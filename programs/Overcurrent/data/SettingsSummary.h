@@ -3,17 +3,15 @@
 #include <Overcurrent/data/RelaySettings.h>
 #include <Overcurrent/data/TestPlan.h>
 
+#include <KesMeasure/TextLine.h>
+
 #include <string>
 #include <vector>
 
 /// Settings and plan as lines for people, in the language of the process. Any thread.
 namespace Overcurrent::SettingsSummary {
 
-struct Line {
-    std::string name;
-    /// With its unit.
-    std::string value;
-};
+using Line = KesMeasure::TextLine;
 
 /// The settings that play a part.
 std::vector<Line> describe(const RelaySettings& settings);

@@ -2,9 +2,9 @@
 
 #include <Overcurrent/data/OperateCurve.h>
 #include <Overcurrent/text/OvercurrentText.h>
-#include <Overcurrent/text/ScreenNumber.h>
 
 #include <KesCommon/StringHelper.h>
+#include <KesMeasure/ScreenNumber.h>
 
 #include <algorithm>
 #include <cmath>
@@ -15,7 +15,7 @@ namespace {
 
 using Kes::Result;
 using Kes::StringHelper::format;
-using ScreenNumber::shortest;
+using KesMeasure::ScreenNumber::shortest;
 
 /// A hair, in percent.
 constexpr double rounding = 1e-9;
@@ -133,7 +133,7 @@ Result TestPlan::check(const RelaySettings& settings) const
         const double latest = *expected + OperateCurve::tolerance(settings, *expected);
         if (latest > timeout)
             return refuse("Plan.timeoutTooShort", shortest(timeout), shortest(multiple),
-                          ScreenNumber::fixed(latest, 2));
+                          KesMeasure::ScreenNumber::fixed(latest, 2));
     }
     return true;
 }

@@ -4,7 +4,7 @@
 #include <Overcurrent/data/TestPlan.h>
 
 #include <KesDriver/Outputs.h>
-#include <KesProgram/model/RunVerdict.h>
+#include <KesMeasure/TestState.h>
 
 #include <optional>
 #include <string>
@@ -12,15 +12,9 @@
 
 namespace Overcurrent {
 
-/// How one measurement ended.
-enum class MeasureState {
-    /// The contact did what was waited for.
-    Measured,
-    /// It did not, within the time-out or the ramp.
-    NoOperation,
-    /// It had done so before the current was there: the wiring or the relay is not as it should be.
-    ContactEarly
-};
+using KesMeasure::MeasureState;
+using KesMeasure::Origin;
+using KesMeasure::RunEnd;
 
 /// The measured operate time at one multiple of Is.
 struct PointResult {
@@ -41,12 +35,6 @@ struct RampResult {
 
     bool operator==(const RampResult&) const = default;
 };
-
-/// How far a test has come.
-enum class RunEnd { Running, Complete, Stopped, Fault };
-
-/// What kind of device made results. Unknown when the file that held them was damaged there.
-enum class Origin { Device, Simulated, Unknown };
 
 /// What a test has measured, with the settings and the plan that it was made with: they may be edited
 /// afterwards. A value. Everything that can be calculated from the measured values is in `Evaluation`.

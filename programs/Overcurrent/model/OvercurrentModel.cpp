@@ -1,13 +1,15 @@
 #include <Overcurrent/model/OvercurrentModel.h>
 
-#include <Overcurrent/data/Outcome.h>
 #include <Overcurrent/data/OvercurrentArchive.h>
-#include <Overcurrent/report/ReportFile.h>
+#include <Overcurrent/data/TestOutcome.h>
+#include <Overcurrent/report/ReportDocument.h>
 #include <Overcurrent/text/OvercurrentText.h>
 
 #include <KesCommon/Directories.h>
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/StringHelper.h>
+#include <KesMeasure/MeasureText.h>
+#include <KesMeasure/ReportFile.h>
 #include <KesProgram/archive/ArchiveManager.h>
 
 namespace Overcurrent {
@@ -82,13 +84,13 @@ void OvercurrentModel::announceOutcome()
     if (isRunning())
         return;
     const auto results = getResults();
-    _announce(results ? Outcome::create(&*results).text : std::string(),
+    _announce(results ? TestOutcome::create(&*results).text : std::string(),
               results ? results->origin : Origin::Device);
 }
 
 void OvercurrentModel::_announce(const std::string& text, Origin origin)
 {
-    using lng::Overcurrent::get;
+    using lng::Measure::get;
     const char* const title = get(origin == Origin::Unknown ? "Unknown.title" : "Simulated.title");
     _setState(origin == Origin::Device
                   ? text
@@ -98,8 +100,9 @@ void OvercurrentModel::_announce(const std::string& text, Origin origin)
 Kes::Result OvercurrentModel::writeReport(const std::string& path)
 {
     const auto results = getResults();
-    return results ? ReportFile::write(path, results->settings, results->plan, &*results)
-                   : ReportFile::write(path, getSettings(), _plan, nullptr, _areResultsLost);
+    const auto data = results ? ReportDocument::create(results->settings, results->plan, &*results)
+                              : ReportDocument::create(getSettings(), _plan, nullptr, _areResultsLost);
+    return KesMeasure::ReportFile::write(path, data, "report/overcurrent.xsl");
 }
 
 std::string OvercurrentModel::getProgramName()

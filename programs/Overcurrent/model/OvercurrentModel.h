@@ -1,13 +1,13 @@
 #pragma once
 
-#include <Overcurrent/bench/SimulatedBench.h>
 #include <Overcurrent/data/DataSummary.h>
 #include <Overcurrent/data/TestPlan.h>
 #include <Overcurrent/data/TestResults.h>
-#include <Overcurrent/run/RunControl.h>
 #include <Overcurrent/run/TestRun.h>
 
 #include <KesCommon/Signal.h>
+#include <KesMeasure/EmbeddedBench.h>
+#include <KesMeasure/RunControl.h>
 #include <KesProgram/model/ProgramModel.h>
 #include <KesTree/Node.h>
 
@@ -111,8 +111,8 @@ private:
     TestPlan _plan;
     std::string _planError;
     bool _areResultsLost = false;
-    SimulatedBench _bench;
-    RunControl _control;
+    KesMeasure::EmbeddedBench _bench;
+    KesMeasure::RunControl _control;
     std::atomic<double> _progress{0.0};
     std::atomic<KesProgram::RunVerdict> _verdict{KesProgram::RunVerdict::None};
 

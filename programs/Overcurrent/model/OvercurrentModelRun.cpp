@@ -2,12 +2,13 @@
 
 #include <Overcurrent/model/OvercurrentModel.h>
 
+#include <Overcurrent/bench/BenchRelay.h>
 #include <Overcurrent/data/Evaluation.h>
 #include <Overcurrent/text/OvercurrentText.h>
-#include <Overcurrent/text/ScreenNumber.h>
 
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
+#include <KesMeasure/ScreenNumber.h>
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesProgram/text/Program.h>
 
@@ -28,6 +29,24 @@ std::string refusal(const Kes::Result& result)
                   Kes::ObjectErrorHelper::toDisplayString({result.getError()}));
 }
 
+RunVerdict toRunVerdict(KesMeasure::Verdict verdict)
+{
+    using KesMeasure::Verdict;
+    switch (verdict) {
+    case Verdict::None:
+        break;
+    case Verdict::Passed:
+        return RunVerdict::Passed;
+    case Verdict::Failed:
+        return RunVerdict::Failed;
+    case Verdict::Stopped:
+        return RunVerdict::Stopped;
+    case Verdict::Fault:
+        return RunVerdict::Fault;
+    }
+    return RunVerdict::None;
+}
+
 std::string phaseText(const RunPhase& phase)
 {
     switch (phase.kind) {
@@ -39,7 +58,7 @@ std::string phaseText(const RunPhase& phase)
         break;
     }
     return format(lng::Overcurrent::get("State.point"), phase.number, phase.count,
-                  ScreenNumber::multiple(phase.multiple));
+                  KesMeasure::ScreenNumber::multiple(phase.multiple));
 }
 
 } // namespace
@@ -71,7 +90,7 @@ bool OvercurrentModel::_hasUnsavedTest()
 bool OvercurrentModel::_onPrepareHardware()
 {
     if (!getHardware()->isOutputRunning())
-        _bench.wire(*getHardware(), _runSettings);
+        _bench.wire(*getHardware(), [this] { return makeBenchRelay(_runSettings); });
     if (!ProgramModel::_onPrepareHardware())
         return false;
     const auto result = _runPlan.check(_runSettings, _getKesto()->getLimits());
@@ -132,7 +151,7 @@ void OvercurrentModel::_endResults(RunEnd end)
     _verdict = end == RunEnd::Fault ? RunVerdict::Fault : RunVerdict::Stopped;
     _changeRunResults([&](TestResults& results) {
         results.end = end;
-        _verdict = Evaluation::verdict(results);
+        _verdict = toRunVerdict(Evaluation::verdict(results));
     });
     if (end == RunEnd::Complete)
         _progress = 1.0;

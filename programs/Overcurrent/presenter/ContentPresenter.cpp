@@ -1,6 +1,6 @@
 #include <Overcurrent/presenter/ContentPresenter.h>
 
-#include <Overcurrent/view/ContentView.h>
+#include <KesMeasureView/TestContentView.h>
 
 namespace Overcurrent {
 
@@ -8,9 +8,9 @@ ContentPresenter::ContentPresenter(OvercurrentModel& model)
     : _settings(model),
       _plan(model),
       _results(model),
-      _view(std::make_unique<ContentView>(*_settings.getView(), *_plan.getView(), _plan.getErrorView(),
-                                          _results.getOutcomeView(), _results.getChartView(),
-                                          _results.getResultsView()))
+      _view(std::make_unique<KesMeasure::TestContentView>(*_settings.getView(), *_plan.getView(),
+                                                          _plan.getErrorView(), _results.getOutcomeView(),
+                                                          _results.getChartView(), _results.getResultsView()))
 {}
 
 ContentPresenter::~ContentPresenter() = default;

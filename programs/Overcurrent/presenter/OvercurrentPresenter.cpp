@@ -2,11 +2,10 @@
 
 #include <Overcurrent/text/OvercurrentText.h>
 #include <Overcurrent/view/FileMenuTailView.h>
-#include <Overcurrent/view/WindowOpening.h>
 
 #include <KesCommon/StringHelper.h>
 #include <KesCommonView/DialogPresenter.h>
-#include <KesCommonView/Style.h>
+#include <KesMeasureView/WindowOpening.h>
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/shell/FileMenuPresenter.h>
@@ -93,14 +92,13 @@ bool OvercurrentPresenter::_ask(const std::string& question)
 void OvercurrentPresenter::_onInit()
 {
     _createMenus();
-    WindowOpening::setDefaultSize(*_getProgramView(), 84.0, 56.0);
-    WindowOpening::afterFirstFrame(*_getProgramView(),
-                                   sigc::mem_fun(*this, &OvercurrentPresenter::_createContent));
+    KesMeasure::WindowOpening::setDefaultSize(*_getProgramView(), 84.0, 56.0);
+    KesMeasure::WindowOpening::afterFirstFrame(*_getProgramView(),
+                                               sigc::mem_fun(*this, &OvercurrentPresenter::_createContent));
 }
 
 void OvercurrentPresenter::_createContent()
 {
-    KesView::Style::setStyle("Overcurrent/Overcurrent.css");
     _content = std::make_unique<ContentPresenter>(_model);
     _content->signalEdit().connect(sigc::mem_fun(*this, &OvercurrentPresenter::requestTestObject));
     _getProgramView()->setContent(*_content->getView());

@@ -1,16 +1,14 @@
 #pragma once
 
 #include <Overcurrent/model/OvercurrentModel.h>
-#include <Overcurrent/view/IChartView.h>
-#include <Overcurrent/view/IOutcomeView.h>
-#include <Overcurrent/view/IResultsView.h>
 
 #include <KesCommon/Connection.h>
 #include <KesCommonView/UpdateViewGuard.h>
+#include <KesMeasureView/ChartView.h>
+#include <KesMeasureView/OutcomeView.h>
+#include <KesMeasureView/ResultTableView.h>
 
 #include <sigc++/sigc++.h>
-
-#include <memory>
 
 namespace Overcurrent {
 
@@ -22,9 +20,9 @@ public:
     explicit ResultsPresenter(OvercurrentModel& model);
     ~ResultsPresenter();
 
-    Kes::IView& getOutcomeView() { return *_outcome; }
-    Kes::IView& getChartView() { return *_chart; }
-    Kes::IView& getResultsView() { return *_results; }
+    Kes::IView& getOutcomeView() { return _outcome; }
+    Kes::IView& getChartView() { return _chart; }
+    Kes::IView& getResultsView() { return _results; }
 
 private:
     void _update();
@@ -33,9 +31,9 @@ private:
     void _updateProgress();
 
     OvercurrentModel& _model;
-    std::unique_ptr<IOutcomeView> _outcome;
-    std::unique_ptr<IChartView> _chart;
-    std::unique_ptr<IResultsView> _results;
+    KesMeasure::OutcomeView _outcome;
+    KesMeasure::ChartView _chart;
+    KesMeasure::ResultTableView _results;
     Kes::UpdateViewGuard _guard;
     Kes::ScopedConnection _resultsConnection;
     Kes::ScopedConnection _progressConnection;

@@ -12,6 +12,10 @@ namespace Overcurrent {
 
 namespace {
 
+using KesMeasure::RunControl;
+using KesMeasure::SequenceRecord;
+using KesMeasure::SequenceRecorder;
+
 using KesDriver::DeviceTime;
 using KesDriver::InputCondition;
 using KesDriver::InputEvent;
@@ -54,7 +58,7 @@ MeasureState stateWithoutChange(const SequenceRecord& record, std::size_t firstS
 } // namespace
 
 TestRun::TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice::Kesto& kesto,
-                 RunControl& control, ITestRunListener& listener)
+                 KesMeasure::RunControl& control, ITestRunListener& listener)
     : _settings(settings), _plan(plan), _listener(listener), _recorder(kesto, control)
 {
     for (const double multiple : plan.multiples)

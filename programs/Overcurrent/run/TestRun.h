@@ -1,10 +1,10 @@
 #pragma once
 
 #include <Overcurrent/data/TestResults.h>
-#include <Overcurrent/run/RunControl.h>
-#include <Overcurrent/run/SequenceRecorder.h>
 
 #include <KesDevice/Kesto.h>
+#include <KesMeasure/RunControl.h>
+#include <KesMeasure/SequenceRecorder.h>
 
 #include <string>
 #include <vector>
@@ -46,8 +46,8 @@ public:
     static constexpr unsigned startInput = 2;
 
     /// The device, the control and the listener outlive it. The plan suits the settings and the device.
-    TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice::Kesto& kesto, RunControl& control,
-            ITestRunListener& listener);
+    TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice::Kesto& kesto,
+            KesMeasure::RunControl& control, ITestRunListener& listener);
 
     /// Returns when everything is measured, the run was stopped, or the device failed; all outputs are zero
     /// then.
@@ -61,7 +61,7 @@ private:
     RunEnd _measurePickUp();
     RunEnd _measureDropOff();
     RunEnd _runRamp(KesDriver::OutputSequence sequence, const Ramp& ramp, bool endsOnStart,
-                    SequenceRecord& record);
+                    KesMeasure::SequenceRecord& record);
     bool _evaluatePoint(PointResult& result);
     RunEnd _run(const KesDriver::OutputSequence& sequence);
     RunEnd _fail(std::string error);
@@ -74,7 +74,7 @@ private:
     const RelaySettings _settings;
     const TestPlan _plan;
     ITestRunListener& _listener;
-    SequenceRecorder _recorder;
+    KesMeasure::SequenceRecorder _recorder;
     double _wholeWeight = 0.0;
     double _doneWeight = 0.0;
     std::string _error;

@@ -15,21 +15,6 @@ constexpr Kes::TextTable table({
     {"Summary.few", "%zu results of %s", "%zu результата от %s"},
     {"Summary.many", "%zu results of %s", "%zu результатов от %s"},
 
-    {"Simulated.title", "SIMULATED DEVICE", "ИМИТИРУЕМОЕ УСТРОЙСТВО"},
-    {"Simulated.state", "%s - %s", "%s — %s"},
-    {"Simulated.notice",
-     "SIMULATED DEVICE: these results come from a simulated bench and say nothing about a real relay.",
-     "ИМИТИРУЕМОЕ УСТРОЙСТВО: результаты получены на имитируемом стенде и ничего не говорят о реальном "
-     "реле."},
-
-    {"Unknown.title", "ORIGIN UNKNOWN", "ПРОИСХОЖДЕНИЕ НЕИЗВЕСТНО"},
-    {"Unknown.notice",
-     "ORIGIN UNKNOWN: the file was damaged where it tells which device made these results. They may come "
-     "from "
-     "a simulated bench.",
-     "ПРОИСХОЖДЕНИЕ НЕИЗВЕСТНО: файл повреждён там, где указано, каким устройством получены эти результаты. "
-     "Возможно, они получены на имитируемом стенде."},
-
     {"State.point", "Point %zu of %zu: %s x Is", "Точка %zu из %zu: %s x Is"},
     {"State.pickUp", "Pick-up value", "Ток срабатывания"},
     {"State.dropOff", "Drop-off value", "Ток возврата"},
@@ -37,21 +22,12 @@ constexpr Kes::TextTable table({
     {"Outcome.None", "No test has been made yet", "Проверка ещё не проводилась"},
     {"Outcome.Lost", "The results of this file could not be read.",
      "Результаты этого файла прочитать не удалось."},
-    {"Outcome.Running", "Test under way", "Идёт проверка"},
-    {"Outcome.Passed", "Test passed", "Проверка пройдена"},
-    {"Outcome.Failed", "Test failed", "Проверка не пройдена"},
-    {"Outcome.Stopped", "Test stopped before its end", "Проверка остановлена до завершения"},
-    {"Outcome.Fault", "Test ended by a fault", "Проверка прервана аварией"},
     {"Outcome.counts", "%s: %zu of %zu points within tolerance", "%s: в допуске точек %zu из %zu"},
     {"Outcome.valuesFailed", "%s: %zu of %zu points within tolerance, pick-up or drop-off outside",
      "%s: в допуске точек %zu из %zu, срабатывание или возврат вне допуска"},
     {"Outcome.partly", "%s: %zu of %zu points measured, %zu within tolerance",
      "%s: измерено точек %zu из %zu, в допуске %zu"},
 
-    {"Run.sequenceEnded", "The device ended the output before its time.",
-     "Устройство прекратило выдачу раньше времени."},
-    {"Run.sequenceLost", "The device does not report the end of the output.",
-     "Устройство не сообщает об окончании выдачи."},
     {"Run.nonsense", "The device reported times that make no sense.",
      "Устройство сообщило недостоверные значения времени."},
     {"Run.archiveReplaced", "The test was stopped: its archive was closed.",
@@ -128,8 +104,6 @@ constexpr Kes::TextTable table({
     {"Settings.tolerance", "Time tolerance", "Допуск времени"},
     {"Settings.toleranceValue", "%s %%, at least %s ms", "%s %%, но не менее %s мс"},
     {"Settings.ramp", "%s to %s x Is, step %s, dwell %s s", "%s … %s x Is, шаг %s, выдержка %s с"},
-    {"Settings.stale", "The settings or the plan have been changed since this test.",
-     "Уставки или план изменены после этой проверки."},
 
     {"Curve.0", "Standard inverse", "Нормально инверсная"},
     {"Curve.1", "Very inverse", "Сильно инверсная"},
@@ -154,7 +128,6 @@ constexpr Kes::TextTable table({
     {"Unit.percent", "%", "%"},
     {"Unit.setting", "x Is", "x Is"},
 
-    {"Results.title", "Results", "Результаты"},
     {"Results.number", "No.", "№"},
     {"Results.multiple", "I / Is", "I / Is"},
     {"Results.current", "I, A", "I, А"},
@@ -169,7 +142,6 @@ constexpr Kes::TextTable table({
     {"Results.ratio", "Ratio", "Коэф. возврата"},
     {"Results.notYet", "-", "—"},
     {"Results.current.text", "%s A (%s x Is)", "%s А (%s x Is)"},
-    {"Results.progress", "Progress of the test", "Ход проверки"},
 
     {"Verdict.passed", "Passed", "В допуске"},
     {"Verdict.failed", "Failed", "Вне допуска"},
@@ -179,15 +151,7 @@ constexpr Kes::TextTable table({
     {"Chart.title", "Operate-time characteristic", "Характеристика срабатывания"},
     {"Chart.multiples", "I / Is", "I / Is"},
     {"Chart.seconds", "t, s", "t, с"},
-    {"Chart.expected", "expected", "ожидаемая"},
-    {"Chart.band", "tolerance", "допуск"},
-    {"Chart.passed", "passed", "в допуске"},
-    {"Chart.failed", "failed", "вне допуска"},
-    {"Chart.unmeasured", "no operate time", "время не измерено"},
-    {"Chart.description", "Operate time against current: %zu points measured, %zu passed, %zu failed.",
-     "Время срабатывания в зависимости от тока: измерено точек %zu, в допуске %zu, вне допуска %zu."},
 
-    {"Report.failed", "The report could not be made.", "Не удалось создать протокол."},
 });
 
 } // namespace

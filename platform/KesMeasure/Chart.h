@@ -1,0 +1,54 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesMeasure/Axis.h>
+
+#include <string>
+#include <vector>
+
+namespace KesMeasure {
+
+struct ChartPosition {
+    double x = 0.0;
+    double y = 0.0;
+
+    bool operator==(const ChartPosition&) const = default;
+};
+
+/// A measurement in the chart.
+struct ChartPoint {
+    enum class State {
+        /// Still to be measured; stands where it is expected.
+        Planned,
+        Passed,
+        Failed,
+        /// Has no measured value; stands at the limit of its measurement.
+        NotOperated
+    };
+
+    ChartPosition position;
+    State state = State::Planned;
+    /// What a pointer over it tells.
+    std::string text;
+};
+
+/// Everything that the chart of a test shows, on the screen and in the report: axes, the expected
+/// characteristic with its tolerance band, the points. A value. Any thread.
+struct KES_EXPORT Chart {
+    /// The chart's name for those who cannot see it.
+    std::string title;
+    Axis x;
+    std::string xTitle;
+    Axis y;
+    std::string yTitle;
+    /// The curve and its band, from left to right; may be empty.
+    std::vector<ChartPosition> expected;
+    std::vector<ChartPosition> upper;
+    std::vector<ChartPosition> lower;
+    std::vector<ChartPoint> points;
+
+    /// How many points are measured, have passed and have failed, in words.
+    std::string describe() const;
+};
+
+} // namespace KesMeasure

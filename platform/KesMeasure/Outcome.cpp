@@ -1,0 +1,31 @@
+#include <KesMeasure/Outcome.h>
+
+#include <KesMeasure/MeasureText.h>
+
+namespace KesMeasure {
+
+const char* Outcome::getTitle(Verdict verdict)
+{
+    switch (verdict) {
+    case Verdict::Passed:
+        return lng::Measure::get("Outcome.Passed");
+    case Verdict::Failed:
+        return lng::Measure::get("Outcome.Failed");
+    case Verdict::Stopped:
+        return lng::Measure::get("Outcome.Stopped");
+    case Verdict::Fault:
+        return lng::Measure::get("Outcome.Fault");
+    case Verdict::None:
+        break;
+    }
+    return lng::Measure::get("Outcome.Running");
+}
+
+Mark Outcome::getMark(Verdict verdict)
+{
+    if (verdict == Verdict::None)
+        return Mark::None;
+    return verdict == Verdict::Passed ? Mark::Passed : Mark::Failed;
+}
+
+} // namespace KesMeasure

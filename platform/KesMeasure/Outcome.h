@@ -1,0 +1,21 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesMeasure/Mark.h>
+#include <KesMeasure/TestState.h>
+
+#include <string>
+
+namespace KesMeasure {
+
+/// How a test ended, in one line for people. Any thread.
+struct KES_EXPORT Outcome {
+    std::string text;
+    Mark mark = Mark::None;
+
+    /// The words for a verdict, such as "Test passed", in the language of the process.
+    static const char* getTitle(Verdict verdict);
+    static Mark getMark(Verdict verdict);
+};
+
+} // namespace KesMeasure

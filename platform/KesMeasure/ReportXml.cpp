@@ -1,0 +1,145 @@
+#include <KesMeasure/ReportXml.h>
+
+#include <KesCommon/StringHelper.h>
+
+#include <libxml++/libxml++.h>
+
+namespace KesMeasure::ReportXml {
+
+namespace {
+
+/// The plot in the stylesheet's drawing, in its units.
+constexpr double plotWidth = 640.0;
+constexpr double plotHeight = 380.0;
+/// Of its text, with room for other fonts.
+constexpr double labelCharacter = 8.0;
+constexpr double labelGap = 4.0;
+constexpr double labelHeight = 15.0;
+/// Left, top, width and height, with room for the labels.
+constexpr const char* viewBox = "-58 -34 722 460";
+
+std::string coordinate(double value)
+{
+    return Kes::StringHelper::format("%.2f", value);
+}
+
+const char* wordOf(Mark mark)
+{
+    static constexpr const char* words[] = {"none", "passed", "failed"};
+    return words[static_cast<std::size_t>(mark)];
+}
+
+const char* wordOf(ChartPoint::State state)
+{
+    static constexpr const char* words[] = {"planned", "passed", "failed", "unmeasured"};
+    return words[static_cast<std::size_t>(state)];
+}
+
+/// Turns the chart's values into places in the plot, whose y axis points down.
+class ChartWriter {
+public:
+    ChartWriter(xmlpp::Element& parent, const Chart& chart)
+        : _chart(chart), _element(*parent.add_child("chart"))
+    {}
+
+    void write()
+    {
+        _element.set_attribute("viewBox", viewBox);
+        _element.set_attribute("width", coordinate(plotWidth));
+        _element.set_attribute("height", coordinate(plotHeight));
+        _element.set_attribute("description", _chart.describe());
+        const auto width = [](const std::string& label) {
+            return static_cast<double>(label.size()) * labelCharacter + labelGap;
+        };
+        const auto height = [](const std::string&) { return labelHeight; };
+        for (const auto& tick : _chart.x.getTicks(plotWidth, width))
+            _addTick("x", tick, _x(tick.value));
+        for (const auto& tick : _chart.y.getTicks(plotHeight, height))
+            _addTick("y", tick, _y(tick.value));
+        _writeCurves();
+        for (const auto& point : _chart.points) {
+            auto& marker = *_element.add_child("marker");
+            marker.set_attribute("x", coordinate(_x(point.position.x)));
+            marker.set_attribute("y", coordinate(_y(point.position.y)));
+            marker.set_attribute("mark", wordOf(point.state));
+        }
+    }
+
+private:
+    double _x(double value) const { return _chart.x.toShare(value) * plotWidth; }
+    double _y(double value) const { return (1.0 - _chart.y.toShare(value)) * plotHeight; }
+
+    void _addTick(const char* name, const AxisTick& tick, double at)
+    {
+        auto& element = *_element.add_child(name);
+        element.set_attribute("at", coordinate(at));
+        element.set_attribute("label", tick.label);
+    }
+
+    std::string _path(const std::vector<ChartPosition>& positions) const
+    {
+        std::string path;
+        for (const auto& position : positions)
+            path += (path.empty() ? "" : " ") + coordinate(_x(position.x)) + "," + coordinate(_y(position.y));
+        return path;
+    }
+
+    void _writeCurves()
+    {
+        const std::vector<ChartPosition> back(_chart.lower.rbegin(), _chart.lower.rend());
+        _element.add_child("band")->set_attribute("points", _path(_chart.upper) + " " + _path(back));
+        _element.add_child("curve")->set_attribute("points", _path(_chart.expected));
+    }
+
+    const Chart& _chart;
+    xmlpp::Element& _element;
+};
+
+} // namespace
+
+const char* wordOf(Verdict verdict)
+{
+    static constexpr const char* words[] = {"none", "passed", "failed", "stopped", "fault"};
+    return words[static_cast<std::size_t>(verdict)];
+}
+
+const char* wordOf(Origin origin)
+{
+    static constexpr const char* words[] = {"device", "simulated", "unknown"};
+    return words[static_cast<std::size_t>(origin)];
+}
+
+void addLines(xmlpp::Element& parent, const char* name, const std::vector<TextLine>& lines)
+{
+    auto& group = *parent.add_child(name);
+    for (const auto& line : lines) {
+        auto& element = *group.add_child("line");
+        element.set_attribute("name", line.name);
+        element.set_attribute("value", line.value);
+    }
+}
+
+void addResults(xmlpp::Element& parent, const ResultTable& table)
+{
+    auto& results = *parent.add_child("results");
+    for (const auto& row : table.rows) {
+        auto& element = *results.add_child("point");
+        for (std::size_t i = 0; i < table.columns.size() && i < row.cells.size(); ++i)
+            element.set_attribute(table.columns[i].name, row.cells[i]);
+        element.set_attribute("mark", wordOf(row.mark));
+    }
+    for (const auto& value : table.values) {
+        auto& element = *results.add_child("value");
+        element.set_attribute("name", value.name);
+        element.set_attribute("value", value.value);
+        element.set_attribute("verdict", value.verdict);
+        element.set_attribute("mark", wordOf(value.mark));
+    }
+}
+
+void addChart(xmlpp::Element& parent, const Chart& chart)
+{
+    ChartWriter(parent, chart).write();
+}
+
+} // namespace KesMeasure::ReportXml

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesMeasure/Chart.h>
+#include <KesMeasure/ResultTable.h>
+#include <KesMeasure/TestState.h>
+#include <KesMeasure/TextLine.h>
+
+#include <vector>
+
+namespace xmlpp {
+class Element;
+}
+
+/// The parts of a report as XML for its stylesheet: all values as the reader sees them, in the language of
+/// the process, and the chart in the units of its drawing. The same data gives the same bytes. Any thread.
+namespace KesMeasure::ReportXml {
+
+/// "none", "passed", "failed", "stopped", "fault".
+KES_EXPORT const char* wordOf(Verdict verdict);
+/// "device", "simulated", "unknown".
+KES_EXPORT const char* wordOf(Origin origin);
+
+/// A child of that name with a "line" (name, value) for each line.
+KES_EXPORT void addLines(xmlpp::Element& parent, const char* name, const std::vector<TextLine>& lines);
+
+/// A child "results" with a "point" for each row, its attributes named as the columns, and a "value" (name,
+/// value, verdict) for each value; each has a "mark": "none", "passed" or "failed".
+KES_EXPORT void addResults(xmlpp::Element& parent, const ResultTable& table);
+
+/// A child "chart": its size, ticks "x" and "y" (at, label), the "band" and the "curve" (points), and a
+/// "marker" (x, y, mark) for each point.
+KES_EXPORT void addChart(xmlpp::Element& parent, const Chart& chart);
+
+} // namespace KesMeasure::ReportXml

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <KesMeasure/Mark.h>
+
+#include <string>
+#include <vector>
+
+namespace KesMeasure {
+
+/// The results of a test as texts for people: a table with a row for each measurement, and single values
+/// beside it. What the window shows and the report prints. A value.
+struct ResultTable {
+    struct Column {
+        /// Stays the same in all languages, such as "expected"; the attribute's name in the report's data.
+        std::string name;
+        std::string title;
+        /// Numbers stand at the right, words at the left.
+        bool isNumber = true;
+    };
+    struct Row {
+        /// One for each column.
+        std::vector<std::string> cells;
+        Mark mark = Mark::None;
+
+        bool operator==(const Row&) const = default;
+    };
+    struct Value {
+        std::string name;
+        std::string value;
+        std::string verdict;
+        Mark mark = Mark::None;
+
+        bool operator==(const Value&) const = default;
+    };
+
+    /// The last one is the verdict: it is shown with the sign of the row's mark.
+    std::vector<Column> columns;
+    std::vector<Row> rows;
+    std::vector<Value> values;
+};
+
+} // namespace KesMeasure

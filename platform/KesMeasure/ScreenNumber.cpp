@@ -1,0 +1,58 @@
+#include <KesMeasure/ScreenNumber.h>
+
+#include <KesCommon/Language.h>
+#include <KesCommon/StringHelper.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace KesMeasure::ScreenNumber {
+
+namespace {
+
+std::string localised(std::string text)
+{
+    if (lng::language == lng::Russian)
+        std::replace(text.begin(), text.end(), '.', ',');
+    return text;
+}
+
+/// Without the zeros at the end beyond `least` decimals.
+std::string between(double value, int least, int most)
+{
+    std::string text = Kes::StringHelper::format("%.*f", most, value);
+    for (int decimals = most; decimals > least && text.back() == '0'; --decimals)
+        text.pop_back();
+    return localised(text);
+}
+
+} // namespace
+
+std::string fixed(double value, int decimals)
+{
+    return localised(Kes::StringHelper::format("%.*f", decimals, value));
+}
+
+std::string multiple(double value)
+{
+    return between(value, 2, 3);
+}
+
+std::string amperes(double value)
+{
+    // The first digit of 0.05 is its second decimal.
+    const double first = value > 0.0 ? std::ceil(-std::log10(value)) : 0.0;
+    return between(value, 3, 3 + static_cast<int>(std::clamp(first, 0.0, 6.0)));
+}
+
+std::string withSign(double value, int decimals)
+{
+    return localised(Kes::StringHelper::format("%+.*f", decimals, value));
+}
+
+std::string shortest(double value)
+{
+    return localised(Kes::StringHelper::format("%.6g", value));
+}
+
+} // namespace KesMeasure::ScreenNumber

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <KesCommon/Connection.h>
+#include <KesCommon/Export.h>
+#include <KesCommon/Result.h>
+#include <KesDevice/Kesto.h>
+#include <KesMeasure/RunControl.h>
+
+#include <optional>
+#include <vector>
+
+namespace KesMeasure {
+
+/// What a device has reported while it ran a sequence.
+struct SequenceRecord {
+    /// When each step that has begun did so.
+    std::vector<KesDriver::DeviceTime> steps;
+    /// Contact changes within the sequence.
+    std::vector<KesDriver::InputEvent> inputs;
+    std::optional<KesDriver::SequenceEvent> end;
+};
+
+/// Runs sequences on a device and collects what it reports meanwhile. Lives during a run, on the start
+/// thread; the device reports on its own thread.
+class KES_EXPORT SequenceRecorder {
+public:
+    /// The device and the control outlive it.
+    SequenceRecorder(KesDevice::Kesto& kesto, RunControl& control);
+
+    enum class Outcome { Complete, Stopped, Failed };
+
+    /// Starts the sequence and waits for its end. A stop ends the sequence on the device. `Failed`: the
+    /// device refuses the sequence, ends it by itself, or never tells its end; see `getError`.
+    Outcome run(const KesDriver::OutputSequence& sequence);
+
+    /// What the last sequence gave; once `run` has returned.
+    SequenceRecord getRecord() const;
+    const std::string& getError() const { return _error; }
+
+private:
+    Outcome _wait(KesDriver::DeviceTime expectedEnd);
+    bool _isOver(KesDriver::DeviceTime expectedEnd) const;
+    void _stopOutputs();
+    Outcome _judgeEnd();
+    Outcome _judgeEarlyEnd();
+    Outcome _fail(std::string error);
+    void _onReport(const KesDriver::Report& report);
+
+    KesDevice::Kesto& _kesto;
+    RunControl& _control;
+    SequenceRecord _record;
+    std::string _error;
+    Kes::ScopedConnection _reports;
+};
+
+} // namespace KesMeasure

@@ -1,0 +1,31 @@
+#pragma once
+
+namespace KesMeasure {
+
+/// How one measurement ended.
+enum class MeasureState {
+    /// The contact did what was waited for.
+    Measured,
+    /// It did not, within the time-out or the ramp.
+    NoOperation,
+    /// It had done so before the quantity was there: the wiring or the relay is not as it should be.
+    ContactEarly
+};
+
+/// How far a test has come.
+enum class RunEnd { Running, Complete, Stopped, Fault };
+
+/// What kind of device made results. Unknown when the file that held them was damaged there.
+enum class Origin { Device, Simulated, Unknown };
+
+/// What a test has shown.
+enum class Verdict {
+    /// No test yet, or one that is under way.
+    None,
+    Passed,
+    Failed,
+    Stopped,
+    Fault
+};
+
+} // namespace KesMeasure

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace KesMeasure {
+
+/// A setting or a part of a plan as people read it.
+struct TextLine {
+    std::string name;
+    /// With its unit.
+    std::string value;
+
+    bool operator==(const TextLine&) const = default;
+};
+
+} // namespace KesMeasure

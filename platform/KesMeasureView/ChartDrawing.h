@@ -1,0 +1,78 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesMeasure/Chart.h>
+
+#include <cairomm/context.h>
+#include <gdkmm/rgba.h>
+#include <pangomm/layout.h>
+
+#include <functional>
+#include <optional>
+
+namespace KesMeasure {
+
+/// The colours of a chart, from the theme.
+struct ChartColours {
+    Gdk::RGBA foreground;
+    Gdk::RGBA background;
+    Gdk::RGBA curve;
+    Gdk::RGBA passed;
+    Gdk::RGBA failed;
+};
+
+/// Draws a chart on any Cairo surface: grid and labels, the expected curve with its tolerance band, the
+/// points, a legend. A planned point is a small open circle, one that has passed a filled one, one that has
+/// failed a crossed square, one without operation an open triangle, so they are told apart without colours.
+/// Made for one drawing. GUI thread.
+class KES_EXPORT ChartDrawing {
+public:
+    using MakeLayout = std::function<Glib::RefPtr<Pango::Layout>(const std::string& text)>;
+
+    /// The chart outlives the drawing. All sizes follow the height of the layouts' text.
+    ChartDrawing(const Chart& chart, const ChartColours& colours, MakeLayout makeLayout, double width,
+                 double height);
+
+    void draw(const Cairo::RefPtr<Cairo::Context>& cairo);
+
+    /// The point at a place of the surface, as an index into the chart's points.
+    std::optional<std::size_t> findPoint(double x, double y) const;
+
+private:
+    struct Area {
+        double left = 0.0;
+        double top = 0.0;
+        double width = 0.0;
+        double height = 0.0;
+    };
+    enum class Align { Start, Middle, End };
+
+    double _x(double value) const;
+    double _y(double value) const;
+    void _setColour(const Gdk::RGBA& colour, double alpha = 1.0);
+    void _text(const std::string& text, double x, double y, Align align);
+    double _textWidth(const std::string& text) const;
+    void _drawGrid();
+    void _drawLabels();
+    void _drawCurves();
+    void _trace(const std::vector<ChartPosition>& positions, bool goesOn);
+    void _drawPoint(double x, double y, ChartPoint::State state);
+    void _drawPlanned(double x, double y);
+    void _drawPassed(double x, double y);
+    void _drawFailed(double x, double y);
+    void _drawNotOperated(double x, double y);
+    bool _hasPoint(ChartPoint::State state) const;
+    void _drawLegend();
+
+    const Chart& _chart;
+    const ChartColours _colours;
+    const MakeLayout _makeLayout;
+    /// The height of a line of text.
+    double _line = 0.0;
+    Area _plot;
+    std::vector<AxisTick> _xTicks;
+    std::vector<AxisTick> _yTicks;
+    Cairo::RefPtr<Cairo::Context> _cairo;
+};
+
+} // namespace KesMeasure

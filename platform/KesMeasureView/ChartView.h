@@ -1,0 +1,32 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommonView/IView.h>
+#include <KesMeasureView/ChartDrawing.h>
+
+#include <gtkmm/drawingarea.h>
+
+namespace KesMeasure {
+
+/// The chart as a widget: it takes its colours and font from the theme, tells assistive technology its
+/// content in words, and the point under the pointer in a tooltip. GUI thread.
+class KES_EXPORT ChartView : public Gtk::DrawingArea, public Kes::IView {
+public:
+    ChartView();
+
+    void setChart(const Chart& chart);
+
+protected:
+    bool on_draw(const Cairo::RefPtr<Cairo::Context>& cairo) override;
+    void get_preferred_width_vfunc(int& minimum, int& natural) const override;
+    void get_preferred_height_vfunc(int& minimum, int& natural) const override;
+
+private:
+    bool _onQueryTooltip(int x, int y, bool keyboard, const Glib::RefPtr<Gtk::Tooltip>& tooltip);
+    ChartDrawing _makeDrawing();
+    int _lineHeight() const;
+
+    Chart _chart;
+};
+
+} // namespace KesMeasure

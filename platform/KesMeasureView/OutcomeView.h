@@ -1,0 +1,37 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommonView/IView.h>
+#include <KesMeasure/Outcome.h>
+
+#include <gtkmm/box.h>
+#include <gtkmm/label.h>
+#include <gtkmm/progressbar.h>
+
+namespace KesMeasure {
+
+/// How far the test is and how it ended, readable from the other side of the bench: one or two lines of large
+/// text with the progress bar and the warnings. GUI thread.
+class KES_EXPORT OutcomeView : public Gtk::Box, public Kes::IView {
+public:
+    OutcomeView();
+
+    void setOutcome(const Outcome& outcome);
+    /// Where the results come from; a warning is shown unless that is a real device.
+    void setOrigin(Origin origin);
+    /// Whether the results belong to other settings than those shown.
+    void setStale(bool stale);
+    /// From 0 to 1.
+    void setProgress(double share);
+    /// Whether a test is under way: the progress is shown.
+    void setRunning(bool running);
+
+private:
+    Gtk::Box _line;
+    Gtk::Label _outcome;
+    Gtk::ProgressBar _progress;
+    Gtk::Label _origin;
+    Gtk::Label _stale;
+};
+
+} // namespace KesMeasure

@@ -1,0 +1,118 @@
+#include <KesMeasureView/ResultTableView.h>
+
+#include <KesMeasure/MeasureText.h>
+#include <KesMeasureView/MarkText.h>
+
+#include <KesCommonView/GtkWidgetHelper.h>
+
+#include <gtkmm/label.h>
+
+#include <algorithm>
+
+namespace KesMeasure {
+
+ResultTableView::Columns::Columns(std::size_t count) : cells(count)
+{
+    for (auto& cell : cells)
+        add(cell);
+    add(weight);
+}
+
+ResultTableView::ResultTableView()
+    : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _values(Gtk::ORIENTATION_HORIZONTAL, 18)
+{
+    get_style_context()->add_class("results");
+    Kes::GtkWidgetHelper::setAccessibleName(_table, lng::Measure::get("Results.title"));
+    _scroller.set_policy(Gtk::POLICY_AUTOMATIC, Gtk::POLICY_AUTOMATIC);
+    _scroller.set_shadow_type(Gtk::SHADOW_IN);
+    _scroller.set_min_content_height(90);
+    _scroller.add(_table);
+    _values.get_style_context()->add_class("result-values");
+    pack_start(_scroller, Gtk::PACK_EXPAND_WIDGET);
+    pack_start(_values, Gtk::PACK_SHRINK);
+}
+
+void ResultTableView::setTable(const ResultTable& table)
+{
+    if (!_columns)
+        _setColumns(table.columns);
+    _setRows(table.rows);
+    _setValues(table.values);
+}
+
+void ResultTableView::_setColumns(const std::vector<ResultTable::Column>& columns)
+{
+    _columns = std::make_unique<Columns>(columns.size());
+    _store = Gtk::ListStore::create(*_columns);
+    _table.set_model(_store);
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        _addColumn(columns[i], i);
+}
+
+void ResultTableView::get_preferred_height_vfunc(int& minimum, int& natural) const
+{
+    Gtk::Box::get_preferred_height_vfunc(minimum, natural);
+    int valuesMinimum = 0;
+    int valuesNatural = 0;
+    _values.get_preferred_height(valuesMinimum, valuesNatural);
+    // Three lines and a little; the table wants room for eight rows and its header.
+    natural = std::max(natural, valuesNatural * 11 / 2);
+}
+
+void ResultTableView::_addColumn(const ResultTable::Column& column, std::size_t index)
+{
+    const float alignment = column.isNumber ? 1.0f : 0.0f;
+    auto& renderer = *Gtk::manage(new Gtk::CellRendererText());
+    renderer.property_xalign() = alignment;
+    auto& view = *Gtk::manage(new Gtk::TreeViewColumn(column.title, renderer));
+    view.add_attribute(renderer.property_text(), _columns->cells[index]);
+    view.add_attribute(renderer.property_weight(), _columns->weight);
+    view.set_alignment(alignment);
+    view.set_resizable(true);
+    view.set_expand(true);
+    _table.append_column(view);
+}
+
+void ResultTableView::_fill(const Gtk::TreeRow& line, const ResultTable::Row& row)
+{
+    const auto count = std::min(row.cells.size(), _columns->cells.size());
+    for (std::size_t i = 0; i < count; ++i)
+        line[_columns->cells[i]] = i + 1 < count ? row.cells[i] : withSign(row.cells[i], row.mark);
+    line[_columns->weight] = row.mark == Mark::Failed ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL;
+}
+
+void ResultTableView::_setRows(const std::vector<ResultTable::Row>& rows)
+{
+    if (rows == _rows)
+        return;
+    const auto [shown, present] = std::mismatch(_rows.begin(), _rows.end(), rows.begin(), rows.end());
+    const bool isGrowing = !_rows.empty() && shown == _rows.end();
+    if (!isGrowing)
+        _store->clear();
+    for (auto row = isGrowing ? present : rows.begin(); row != rows.end(); ++row)
+        _fill(*_store->append(), *row);
+    _rows = rows;
+    // Other results begin at the top; those of a test under way are followed.
+    if (!_rows.empty())
+        _table.scroll_to_row(Gtk::TreePath(std::to_string(isGrowing ? _rows.size() - 1 : 0)));
+}
+
+void ResultTableView::_setValues(const std::vector<ResultTable::Value>& values)
+{
+    Kes::GtkWidgetHelper::removeChildren(_values);
+    for (const auto& value : values) {
+        auto& box = *Gtk::manage(new Gtk::Box(Gtk::ORIENTATION_VERTICAL));
+        auto& name = *Gtk::manage(new Gtk::Label(value.name, Gtk::ALIGN_START));
+        name.get_style_context()->add_class("dim-label");
+        auto& text = *Gtk::manage(new Gtk::Label(value.value, Gtk::ALIGN_START));
+        text.get_style_context()->add_class("result-value");
+        auto& verdict = *Gtk::manage(new Gtk::Label(withSign(value.verdict, value.mark), Gtk::ALIGN_START));
+        verdict.get_style_context()->add_class(styleClass(value.mark));
+        for (auto* label : {&name, &text, &verdict})
+            box.pack_start(*label, Gtk::PACK_SHRINK);
+        _values.pack_start(box, Gtk::PACK_EXPAND_WIDGET);
+    }
+    _values.show_all();
+}
+
+} // namespace KesMeasure

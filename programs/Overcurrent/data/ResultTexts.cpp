@@ -1,0 +1,111 @@
+#include <Overcurrent/data/ResultTexts.h>
+
+#include <Overcurrent/data/Evaluation.h>
+#include <Overcurrent/data/SettingsSummary.h>
+#include <Overcurrent/text/OvercurrentText.h>
+
+#include <KesMeasure/ScreenNumber.h>
+
+namespace Overcurrent::ResultTexts {
+
+namespace {
+
+using KesMeasure::Mark;
+using KesMeasure::ResultTable;
+using KesMeasure::ScreenNumber::amperes;
+using KesMeasure::ScreenNumber::fixed;
+using KesMeasure::ScreenNumber::multiple;
+using KesMeasure::ScreenNumber::withSign;
+using lng::Overcurrent::get;
+
+Mark toMark(bool isPassed)
+{
+    return isPassed ? Mark::Passed : Mark::Failed;
+}
+
+std::string verdictText(MeasureState state, bool isPassed)
+{
+    if (state == MeasureState::NoOperation)
+        return get("Verdict.noOperation");
+    if (state == MeasureState::ContactEarly)
+        return get("Verdict.contactEarly");
+    return get(isPassed ? "Verdict.passed" : "Verdict.failed");
+}
+
+ResultTable::Value rampValue(const char* nameKey, const TestResults* results,
+                             const std::optional<RampResult>& ramp, bool isPassed)
+{
+    ResultTable::Value value{get(nameKey), get("Results.notYet"), {}, Mark::None};
+    if (!results || !ramp)
+        return value;
+    if (ramp->state == MeasureState::Measured)
+        value.value = SettingsSummary::currentText(results->settings, ramp->multiple);
+    value.verdict = verdictText(ramp->state, isPassed);
+    value.mark = toMark(isPassed);
+    return value;
+}
+
+const std::vector<ResultTable::Column>& columns()
+{
+    static constexpr const char* names[] = {"number",           "multiple",  "current",
+                                            "expected",         "measured",  "deviation",
+                                            "deviationPercent", "tolerance", "verdict"};
+    static const auto made = [] {
+        std::vector<ResultTable::Column> all;
+        for (const char* name : names)
+            all.push_back({name, get(std::string("Results.") + name), std::string(name) != "verdict"});
+        return all;
+    }();
+    return made;
+}
+
+ResultTable::Row createRow(const TestResults& results, const PointResult& point, std::size_t number)
+{
+    const auto evaluated = Evaluation::evaluate(results, point);
+    const std::string none = get("Results.notYet");
+    return {{std::to_string(number), multiple(point.multiple), amperes(evaluated.current),
+             fixed(evaluated.expected, 3), evaluated.measured ? fixed(*evaluated.measured, 3) : none,
+             evaluated.deviation ? withSign(*evaluated.deviation, 3) : none,
+             evaluated.deviationPercent ? withSign(*evaluated.deviationPercent, 2) : none,
+             "\u00B1" + fixed(evaluated.tolerance, 3), verdictText(point.state, evaluated.isPassed)},
+            toMark(evaluated.isPassed)};
+}
+
+std::vector<ResultTable::Value> createValues(const TestResults* results)
+{
+    const bool isDropOffPassed = results && Evaluation::isDropOffPassed(*results);
+    std::vector<ResultTable::Value> values{
+        rampValue("Results.pickUp", results, results ? results->pickUp : std::nullopt,
+                  results && Evaluation::isPickUpPassed(*results)),
+        rampValue("Results.dropOff", results, results ? results->dropOff : std::nullopt, isDropOffPassed)};
+    ResultTable::Value ratio{get("Results.ratio"), get("Results.notYet"), {}, Mark::None};
+    if (const auto value = results ? Evaluation::ratio(*results) : std::nullopt) {
+        ratio.value = fixed(*value, 3);
+        ratio.verdict = get(isDropOffPassed ? "Verdict.passed" : "Verdict.failed");
+        ratio.mark = toMark(isDropOffPassed);
+    }
+    values.push_back(std::move(ratio));
+    return values;
+}
+
+} // namespace
+
+ResultTable createTable(const TestResults* results)
+{
+    ResultTable table{columns(), {}, createValues(results)};
+    if (results)
+        for (const auto& point : results->points)
+            table.rows.push_back(createRow(*results, point, table.rows.size() + 1));
+    return table;
+}
+
+std::string describe(const TestResults& results, const PointResult& point)
+{
+    const auto evaluated = Evaluation::evaluate(results, point);
+    const std::string measured = evaluated.measured ? fixed(*evaluated.measured, 3) : get("Results.notYet");
+    return multiple(point.multiple) + " " + get("Unit.setting") + "\n" + get("Results.expected") + ": " +
+           fixed(evaluated.expected, 3) + " \u00B1" + fixed(evaluated.tolerance, 3) + "\n" +
+           get("Results.measured") + ": " + measured + "\n" + verdictText(point.state, evaluated.isPassed);
+}
+
+} // namespace Overcurrent::ResultTexts

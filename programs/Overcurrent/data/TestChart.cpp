@@ -1,0 +1,103 @@
+#include <Overcurrent/data/TestChart.h>
+
+#include <Overcurrent/data/Evaluation.h>
+#include <Overcurrent/data/OperateCurve.h>
+#include <Overcurrent/data/ResultTexts.h>
+#include <Overcurrent/text/OvercurrentText.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Overcurrent::TestChart {
+
+namespace {
+
+using KesMeasure::Axis;
+using KesMeasure::Chart;
+using KesMeasure::ChartPoint;
+
+constexpr int curveSamples = 120;
+/// Where the curve begins: closer to Is its time has no bounds.
+constexpr double firstMultiple = 1.1;
+/// A lower band that reaches down to zero has no place on a logarithmic axis.
+constexpr double leastShare = 0.05;
+
+std::pair<double, double> plannedRange(const TestPlan& plan)
+{
+    double least = firstMultiple;
+    double most = 2.0;
+    for (const double multiple : plan.multiples)
+        if (multiple > 1.0 && multiple <= TestPlan::maximumMultiple) {
+            least = std::min(least, multiple);
+            most = std::max(most, multiple);
+        }
+    return {least, most};
+}
+
+void sampleCurve(Chart& chart, const RelaySettings& settings, double least, double most)
+{
+    for (int i = 0; i <= curveSamples; ++i) {
+        const double multiple = least * std::pow(most / least, static_cast<double>(i) / curveSamples);
+        const auto expected = OperateCurve::operateTime(settings, multiple);
+        if (!expected)
+            continue;
+        const double tolerance = OperateCurve::tolerance(settings, *expected);
+        chart.expected.push_back({multiple, *expected});
+        chart.upper.push_back({multiple, *expected + tolerance});
+        chart.lower.push_back({multiple, std::max(*expected - tolerance, *expected * leastShare)});
+    }
+}
+
+ChartPoint::State stateOf(const PointResult& point, bool isPassed)
+{
+    if (point.state != MeasureState::Measured)
+        return ChartPoint::State::NotOperated;
+    return isPassed ? ChartPoint::State::Passed : ChartPoint::State::Failed;
+}
+
+void addPoints(Chart& chart, const TestResults& results)
+{
+    for (const auto& point : results.points) {
+        const auto evaluated = Evaluation::evaluate(results, point);
+        chart.points.push_back({{point.multiple, evaluated.measured.value_or(results.plan.timeout)},
+                                stateOf(point, evaluated.isPassed),
+                                ResultTexts::describe(results, point)});
+    }
+}
+
+/// The band near Is would take most of the height; the axis ends a little above the first planned point.
+void chooseAxes(Chart& chart, const TestPlan& plan, const RelaySettings& settings, double most)
+{
+    chart.x = Axis::logarithmicFrom(1.0, most);
+    double longest = 0.0;
+    for (const double multiple : plan.multiples)
+        if (const auto expected = OperateCurve::operateTime(settings, multiple))
+            longest = std::max(longest, *expected + OperateCurve::tolerance(settings, *expected));
+    double shortest = longest;
+    for (const auto& position : chart.lower)
+        shortest = std::min(shortest, position.y);
+    for (const auto& point : chart.points) {
+        longest = std::max(longest, point.position.y);
+        shortest = std::min(shortest, std::max(point.position.y, 1e-3));
+    }
+    chart.y = Axis::logarithmic(shortest, longest * 1.3);
+}
+
+} // namespace
+
+Chart create(const RelaySettings& settings, const TestPlan& plan, const TestResults* results)
+{
+    using lng::Overcurrent::get;
+    Chart chart;
+    chart.title = get("Chart.title");
+    chart.xTitle = get("Chart.multiples");
+    chart.yTitle = get("Chart.seconds");
+    const auto [least, most] = plannedRange(plan);
+    sampleCurve(chart, settings, least, most);
+    if (results)
+        addPoints(chart, *results);
+    chooseAxes(chart, plan, settings, most);
+    return chart;
+}
+
+} // namespace Overcurrent::TestChart
