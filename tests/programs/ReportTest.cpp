@@ -58,8 +58,10 @@ TEST(SettingsSummaryTest, ShowsTheDigitsThatTellValuesApart)
     EXPECT_THAT(texts, ElementsAre("2.00", "1.50", "1.125", "1.001", "1.005", "33.333"));
     RelaySettings settings;
     settings.settingCurrent = 0.05;
-    EXPECT_EQ(SettingsSummary::currentText(settings, 1.01), "0.0505 A (1.01 x Is)");
-    EXPECT_EQ(SettingsSummary::currentText(settings, 20), "1.000 A (20.00 x Is)");
+    const RampResult ramp{MeasureState::Measured, 1.02, 1.00};
+    EXPECT_EQ(SettingsSummary::intervalText(settings, ramp), "0.0505 A (1.00 … 1.02 x Is)");
+    const RampResult falling{MeasureState::Measured, 19.0, 21.0};
+    EXPECT_EQ(SettingsSummary::intervalText(settings, falling), "1.000 A (19.00 … 21.00 x Is)");
 }
 
 TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)

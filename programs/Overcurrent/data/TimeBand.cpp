@@ -1,0 +1,23 @@
+#include <Overcurrent/data/TimeBand.h>
+
+#include <Overcurrent/data/OperateCurve.h>
+
+#include <algorithm>
+
+namespace Overcurrent {
+
+std::optional<TimeBand> TimeBand::at(const RelaySettings& settings, double multiple)
+{
+    const auto expected = OperateCurve::operateTime(settings, multiple);
+    if (!expected)
+        return std::nullopt;
+    const double share = settings.currentTolerancePercent / 100.0;
+    const auto tolerance = [&](double time) { return OperateCurve::tolerance(settings, multiple, time); };
+    const double fastest = *OperateCurve::operateTime(settings, multiple * (1.0 + share));
+    TimeBand band{std::max(0.0, fastest - tolerance(fastest)), *expected, std::nullopt};
+    if (const auto slowest = OperateCurve::operateTime(settings, multiple * (1.0 - share)))
+        band.latest = *slowest + tolerance(*slowest);
+    return band;
+}
+
+} // namespace Overcurrent
