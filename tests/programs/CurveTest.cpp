@@ -141,8 +141,9 @@ TEST(TimeBandTest, TheAssignedErrorGrowsTowardsTheSetting)
     settings.definiteTime = 10.0;
     settings.tolerancePercent = 4.0;
     settings.toleranceKind = AssignedError;
-    const std::pair<double, double> cases[] = {{1.5, 1.0}, {2.0, 1.0},  {4.99, 1.0}, {5.0, 0.6},
-                                               {9.9, 0.6}, {10.0, 0.4}, {30.0, 0.4}};
+    const std::pair<double, double> cases[] = {{1.5, 1.0},  {2.0, 1.0},  {5.0, 1.0},
+                                               {5.09, 1.0}, {5.11, 0.6}, {10.0, 0.6},
+                                               {10.2, 0.6}, {10.3, 0.4}, {30.0, 0.4}};
     for (const auto& [multiple, tolerance] : cases) {
         EXPECT_NEAR(*TimeBand::at(settings, multiple)->latest, 10.0 + tolerance, 1e-9) << multiple;
         EXPECT_NEAR(TimeBand::at(settings, multiple)->earliest, 10.0 - tolerance, 1e-9) << multiple;

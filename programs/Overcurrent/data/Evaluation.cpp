@@ -13,6 +13,8 @@ namespace {
 
 /// Values read from a ramp are sums of steps: what is a hair outside by rounding is inside.
 constexpr double rounding = 1e-9;
+/// The clock of a device tells whole microseconds.
+constexpr double clockStep = 1e-6;
 
 bool isFound(const std::optional<RampResult>& ramp)
 {
@@ -36,8 +38,8 @@ Point evaluate(const TestResults& results, const PointResult& point)
     evaluated.deviation = *evaluated.measured - evaluated.expected;
     if (evaluated.expected > 0.0)
         evaluated.deviationPercent = *evaluated.deviation / evaluated.expected * 100.0;
-    evaluated.isPassed = *evaluated.measured >= evaluated.earliest - rounding &&
-                         *evaluated.measured <= evaluated.latest + rounding;
+    evaluated.isPassed = *evaluated.measured >= evaluated.earliest - clockStep &&
+                         *evaluated.measured <= evaluated.latest + clockStep;
     return evaluated;
 }
 

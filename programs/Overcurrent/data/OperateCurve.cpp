@@ -35,12 +35,14 @@ Constants constants(CurveKind curve)
     return {0.14, 0.02};
 }
 
-/// What the assigned error is multiplied with. At a common bound the smaller one holds.
+/// What the assigned error is multiplied with. At a common bound the larger one holds: nobody knows on which
+/// side of it the current really is.
 double errorFactor(double multiple)
 {
-    if (multiple >= 10.0)
+    constexpr double rounding = 1e-9;
+    if (multiple > 10.0 + rounding)
         return 1.0;
-    return multiple >= 5.0 ? 1.5 : 2.5;
+    return multiple > 5.0 + rounding ? 1.5 : 2.5;
 }
 
 } // namespace

@@ -22,7 +22,7 @@ std::optional<double> operateTime(const RelaySettings& settings, double multiple
 
 /// How far in seconds an operate time at a multiple of Is may lie from the expected one: the relative
 /// tolerance or the absolute one, whichever is larger. The relative one of the assigned-error kind is the
-/// assigned error from 10 times Is on, 1.5 times that from 5 times on, and 2.5 times below.
+/// assigned error above 10 times Is, 1.5 times that above 5 times, and 2.5 times up to there.
 double tolerance(const RelaySettings& settings, double multiple, double expectedTime);
 
 } // namespace Overcurrent::OperateCurve

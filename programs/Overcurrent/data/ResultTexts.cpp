@@ -42,7 +42,7 @@ std::string verdictText(MeasureState state, bool isPassed)
 /// As a deviation from the expected time where both are the same, else the ends of the band.
 std::string bandText(const Evaluation::Point& point)
 {
-    constexpr int decimals = 3;
+    const int decimals = point.latest < 10.0 ? 3 : 2;
     const std::string below = fixed(point.expected - point.earliest, decimals);
     const std::string above = fixed(point.latest - point.expected, decimals);
     return below == above ? "\u00B1" + above
