@@ -42,11 +42,12 @@ std::string verdictText(MeasureState state, bool isPassed)
 /// As a deviation from the expected time where both are the same, else the ends of the band.
 std::string bandText(const Evaluation::Point& point)
 {
+    const std::string below = fixed(point.expected - point.earliest, 3);
+    const std::string above = fixed(point.latest - point.expected, 3);
+    if (below == above)
+        return "\u00B1" + above;
     const int decimals = point.latest < 10.0 ? 3 : 2;
-    const std::string below = fixed(point.expected - point.earliest, decimals);
-    const std::string above = fixed(point.latest - point.expected, decimals);
-    return below == above ? "\u00B1" + above
-                          : fixed(point.earliest, decimals) + " \u2026 " + fixed(point.latest, decimals);
+    return fixed(point.earliest, decimals) + " \u2026 " + fixed(point.latest, decimals);
 }
 
 ResultTable::Value rampValue(const char* nameKey, const TestResults* results,
