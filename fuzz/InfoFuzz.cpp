@@ -30,8 +30,8 @@ Overcurrent::TestResults makeResults()
     results.plan.multiples = {2, 5};
     results.points = {{2, Overcurrent::MeasureState::Measured, std::chrono::seconds(10)},
                       {5, Overcurrent::MeasureState::NoOperation, {}}};
-    results.pickUp = Overcurrent::RampResult{Overcurrent::MeasureState::Measured, 1.01};
-    results.dropOff = Overcurrent::RampResult{Overcurrent::MeasureState::ContactEarly, 0.0};
+    results.pickUp = Overcurrent::RampResult{Overcurrent::MeasureState::Measured, 1.01, 1.0};
+    results.dropOff = Overcurrent::RampResult{Overcurrent::MeasureState::ContactEarly};
     results.end = Overcurrent::RunEnd::Complete;
     results.device = "KESTO-3 No. 00001";
     results.startedAt = "2024-03-01 14:05:09";

@@ -113,6 +113,31 @@ TEST(PlanTest, RefusesWhatWouldJudgeOrBurnAHealthyRelay)
     }
 }
 
+/// Some values are accepted only after others.
+TEST(RelaySettingsTest, GoIntoATestObjectWhateverItHeldBefore)
+{
+    RelaySettings settings;
+    settings.nominalCurrent = 5.0;
+    settings.settingCurrent = 60.0;
+    settings.curve = CurveKind::IeeeVeryInverse;
+    settings.toleranceKind = TimeToleranceKind::AssignedError;
+    settings.tripInput = 2;
+    settings.startInput = 1;
+    settings.continuousWithstand = 200.0;
+    settings.tenSecondWithstand = 300.0;
+    settings.oneSecondWithstand = 400.0;
+    settings.resetTime = 5.0;
+    const auto stage = KesTree::RelayNodes::overcurrentStage();
+    for (const auto& wanted : {settings, RelaySettings(), settings}) {
+        EXPECT_TRUE(wanted.putInto(*stage));
+        EXPECT_EQ(RelaySettings::fromNode(*stage), wanted);
+    }
+    settings.startInput = settings.tripInput;
+    EXPECT_FALSE(settings.putInto(*stage));
+    settings.rampContact = RampContactKind::NoRamps;
+    EXPECT_TRUE(settings.putInto(*stage));
+}
+
 TEST(RampTest, ReachesBothEndsWhateverTheStep)
 {
     EXPECT_THAT((Ramp{0.9, 1.1, 0.1, 0.2}.getMultiples()), Pointwise(DoubleNear(1e-9), {0.9, 1.0, 1.1}));

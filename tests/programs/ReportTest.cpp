@@ -23,9 +23,10 @@ namespace {
 TestResults someResults()
 {
     TestResults results;
-    results.plan.multiples = {2.0, 5.0};
+    results.plan.multiples = {2.0, 5.0, 7.0};
     results.points = {{2.0, MeasureState::Measured, std::chrono::milliseconds(10100)},
-                      {5.0, MeasureState::NoOperation, {}}};
+                      {5.0, MeasureState::NoOperation, {}},
+                      {7.0, MeasureState::NotReset, {}}};
     results.end = RunEnd::Stopped;
     results.device = "KESTO-3 <b>No.</b> 00017";
     results.origin = Origin::Simulated;
@@ -68,10 +69,11 @@ TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)
 {
     const auto results = someResults();
     const std::string report = make(&results);
-    EXPECT_THAT(report, AllOf(HasSubstr("SIMULATED DEVICE"), HasSubstr("Test stopped before its end"),
-                              HasSubstr("10.100"), HasSubstr("No operation"), HasSubstr("no operate time"),
-                              HasSubstr("<svg"), HasSubstr("KESTO-3 &lt;b&gt;No.&lt;/b&gt; 00017"),
-                              HasSubstr("Standard inverse")));
+    EXPECT_THAT(report,
+                AllOf(HasSubstr("SIMULATED DEVICE"), HasSubstr("Test stopped before its end"),
+                      HasSubstr("10.100"), HasSubstr(">9.26 … 10.85<"), HasSubstr("No operation"),
+                      HasSubstr("Not reset"), HasSubstr("no operate time"), HasSubstr("<svg"),
+                      HasSubstr("KESTO-3 &lt;b&gt;No.&lt;/b&gt; 00017"), HasSubstr("Standard inverse")));
     EXPECT_THAT(report, AllOf(Not(HasSubstr("<script")), Not(HasSubstr("<link")), Not(HasSubstr("src="))));
     const KesTest::LanguageScope scope(lng::Russian);
     EXPECT_THAT(make(&results),
