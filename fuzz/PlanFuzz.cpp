@@ -9,7 +9,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     using Overcurrent::TestPlan;
     namespace PlanXml = Overcurrent::PlanXml;
     checkXmlPart<TestPlan>(
-        bytes, size, "plan", [](const xmlpp::Element& element) { return PlanXml::read(element); },
+        bytes, size, "plan",
+        [](const xmlpp::Element& element, auto form) { return PlanXml::read(element, form); },
         [](xmlpp::Element& element, const TestPlan& plan) { PlanXml::write(element, plan); });
     return 0;
 }

@@ -9,7 +9,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     using Overcurrent::TestResults;
     namespace ResultsXml = Overcurrent::ResultsXml;
     checkXmlPart<TestResults>(
-        bytes, size, "results", [](const xmlpp::Element& element) { return ResultsXml::read(element); },
+        bytes, size, "results",
+        [](const xmlpp::Element& element, auto form) { return ResultsXml::read(element, form); },
         [](xmlpp::Element& element, const TestResults& results) { ResultsXml::write(element, results); });
     return 0;
 }

@@ -2,7 +2,8 @@
 
 #include "Require.h"
 
-#include <Overcurrent/data/XmlAttributes.h>
+#include <KesMeasure/XmlAttributes.h>
+#include <Overcurrent/data/ArchiveForm.h>
 
 #include <libxml++/libxml++.h>
 
@@ -11,16 +12,18 @@
 #include <optional>
 #include <string>
 
-/// Reads the bytes as a document around one value. A value that was read can be written, and what was written
-/// reads back as the same.
+/// Reads the bytes as a document around one value, in the present form or else in the former one. A value
+/// that was read can be written, and what was written reads back as the same.
 template <typename Value, typename Read, typename Write>
 void checkXmlPart(const std::uint8_t* bytes, std::size_t size, const char* root, Read readElement,
                   Write writeElement)
 {
     const auto read = [&](const std::string& text) {
         std::optional<Value> value;
-        const bool isRead = Overcurrent::readXml(text, root, [&](const xmlpp::Element& element) {
-            value = readElement(element);
+        const bool isRead = KesMeasure::readXml(text, root, [&](const xmlpp::Element& element) {
+            value = readElement(element, Overcurrent::ArchiveForm::Present);
+            if (!value)
+                value = readElement(element, Overcurrent::ArchiveForm::Former);
             return value.has_value();
         });
         return isRead ? value : std::nullopt;
@@ -29,7 +32,7 @@ void checkXmlPart(const std::uint8_t* bytes, std::size_t size, const char* root,
     if (!value)
         return;
     const std::string written =
-        Overcurrent::writeXml(root, [&](xmlpp::Element& element) { writeElement(element, *value); });
+        KesMeasure::writeXml(root, [&](xmlpp::Element& element) { writeElement(element, *value); });
     const auto again = read(written);
     require(again.has_value(), "what was written is read");
     require(*again == *value, "what was written reads back as the same");

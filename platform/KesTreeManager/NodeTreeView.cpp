@@ -17,7 +17,7 @@ constexpr int rowGap = 6;
 constexpr int groupGap = 12;
 constexpr int margin = 12;
 /// In pixels; a form that is higher than this scrolls unless its window is made higher.
-constexpr int naturalHeight = 560;
+constexpr int naturalHeight = 780;
 
 Gtk::Box& makeHeading(const std::string& title, const std::string& icon)
 {
@@ -53,7 +53,7 @@ NodeTreeView::NodeTreeView() : _content(Gtk::ORIENTATION_VERTICAL, groupGap)
 void NodeTreeView::beginGroup(const std::string& title, const std::string& icon)
 {
     auto& heading = makeHeading(title, icon);
-    auto& rows = _open.empty() ? _addRootGroup(heading) : _addInnerGroup(heading);
+    auto& rows = _open.empty() ? _addRootGroup(heading) : _addInnerGroup(title, heading);
     Kes::GtkWidgetHelper::setAccessibleName(rows, title);
     _open.push_back(&rows);
     _content.show_all();
@@ -68,7 +68,7 @@ Gtk::Box& NodeTreeView::_addRootGroup(Gtk::Widget& heading)
     return rows;
 }
 
-Gtk::Box& NodeTreeView::_addInnerGroup(Gtk::Widget& heading)
+Gtk::Box& NodeTreeView::_addInnerGroup(const std::string& title, Gtk::Widget& heading)
 {
     auto& rows = *Gtk::make_managed<Gtk::Box>(Gtk::ORIENTATION_VERTICAL, rowGap);
     rows.set_margin_top(rowGap);
@@ -77,6 +77,8 @@ Gtk::Box& NodeTreeView::_addInnerGroup(Gtk::Widget& heading)
     heading.set_margin_start(rowGap);
     expander.set_label_widget(heading);
     expander.set_label_fill(true);
+    // A label widget that is no label gives it none.
+    Kes::GtkWidgetHelper::setAccessibleName(expander, title);
     expander.set_expanded(true);
     expander.set_margin_top(rowGap);
     expander.add(rows);

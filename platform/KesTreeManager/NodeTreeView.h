@@ -26,7 +26,7 @@ public:
 
 private:
     Gtk::Box& _addRootGroup(Gtk::Widget& heading);
-    Gtk::Box& _addInnerGroup(Gtk::Widget& heading);
+    Gtk::Box& _addInnerGroup(const std::string& title, Gtk::Widget& heading);
 
     Kes::SharedSizeGroupOwner _columns;
     Gtk::Box _content;

@@ -20,7 +20,7 @@ SELECTED, SENSITIVE, SHOWING, VISIBLE, READ_ONLY = 23, 24, 25, 30, 43
 
 # Not looked into: single controls, and tables, whose contents are asked for with `rows`.
 LEAVES = {"animation", "check box", "icon", "image", "label", "notification", "progress bar", "push button",
-          "scroll bar", "separator", "table", "text", "toggle button", "tree table"}
+          "scroll bar", "separator", "table", "text", "tree table"}
 
 
 class Bus:

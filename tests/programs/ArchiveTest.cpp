@@ -1,3 +1,4 @@
+#include <Overcurrent/data/Evaluation.h>
 #include <Overcurrent/data/OvercurrentArchive.h>
 #include <Overcurrent/data/TestOutcome.h>
 #include <Overcurrent/model/OvercurrentModel.h>
@@ -26,11 +27,13 @@ TestResults someResults()
 {
     TestResults results;
     results.settings.settingCurrent = 0.75;
+    results.settings.resetTime = 3.0;
+    results.settings.toleranceKind = TimeToleranceKind::AssignedError;
     results.plan.multiples = {2.0, 3.1, 5.0};
     results.points = {{2.0, MeasureState::Measured, std::chrono::microseconds(10234567)},
                       {3.1, MeasureState::NoOperation, {}},
                       {5.0, MeasureState::ContactEarly, {}}};
-    results.pickUp = RampResult{MeasureState::Measured, 1.01};
+    results.pickUp = RampResult{MeasureState::Measured, 1.01, 1.0};
     results.dropOff = RampResult{MeasureState::NoOperation, 0.0};
     results.end = RunEnd::Complete;
     results.device = "KESTO-3 No. 00017 <&\">";
@@ -52,6 +55,7 @@ OvercurrentArchive someArchive()
     archive.settings = model.getTestObject()->serialize();
     archive.plan.multiples = {1.7, 4.0};
     archive.plan.dropOff.dwell = 0.3;
+    archive.plan.goesOn = true;
     archive.results = someResults();
     return archive;
 }
@@ -123,7 +127,10 @@ TEST(OvercurrentArchiveTest, RefusesWhatIsMissingOrMakesNoSense)
         const char* what;
         const char* with;
     } const cases[] = {
-        {"info.xml", "format=\"2\"", "format=\"3\""},
+        {"info.xml", "format=\"3\"", "format=\"4\""},
+        {"plan.xml", " goesOn=\"true\"", ""},
+        {"test-results.xml", "tripInput=\"1\"", "tripInput=\"2\""},
+        {"test-results.xml", " without=\"1\"", ""},
         {"info.xml", "simulated=\"true\"", "simulated=\"perhaps\""},
         {"plan.xml", "multiple=\"1.7\"", "multiple=\"1.04\""},
         {"plan.xml", "<?xml", "<!DOCTYPE plan [<!ENTITY a \"b\">]><?xml"},
@@ -283,9 +290,9 @@ TEST(OvercurrentModelArchiveTest, RepairSaysWhatWasLost)
 
 namespace {
 
-std::ifstream outdatedFile()
+std::ifstream fileOf(const char* name)
 {
-    return std::ifstream(std::filesystem::path(__FILE__).parent_path() / "outdated.kovc", std::ios::binary);
+    return std::ifstream(std::filesystem::path(__FILE__).parent_path() / name, std::ios::binary);
 }
 
 } // namespace
@@ -294,14 +301,54 @@ TEST(OvercurrentModelArchiveTest, ConvertsTheOlderFormInRepairModeOnly)
 {
     OvercurrentModel model;
     model.signalMessage.connect([](const std::string& text) { ADD_FAILURE() << text; });
-    auto refused = outdatedFile();
+    auto refused = fileOf("outdated.kovc");
     EXPECT_FALSE(model.setDataStream(refused, false));
-    auto accepted = outdatedFile();
+    auto accepted = fileOf("outdated.kovc");
     ASSERT_TRUE(model.setDataStream(accepted, true));
     EXPECT_EQ(model.getSettings().settingCurrent, 1.25);
     EXPECT_EQ(model.getPlan().multiples, (std::vector<double>{2, 4, 8}));
     EXPECT_FALSE(model.getResults());
     // Saved again it is an archive of the present form.
+}
+
+TEST(OvercurrentModelArchiveTest, OpensTheFormerFormAsItIs)
+{
+    for (const bool repair : {false, true}) {
+        OvercurrentModel model;
+        model.signalMessage.connect([](const std::string& text) { ADD_FAILURE() << text; });
+        auto file = fileOf("former.kovc");
+        ASSERT_TRUE(model.setDataStream(file, repair));
+        EXPECT_EQ(model.getSettings(), RelaySettings());
+        EXPECT_EQ(model.getPlan(), TestPlan());
+        const auto results = model.getResults();
+        ASSERT_TRUE(results);
+        EXPECT_FALSE(model.isResultStale());
+        EXPECT_EQ(results->points.size(), 8u);
+        EXPECT_NEAR(results->pickUp->multiple - results->pickUp->without, 0.01, 1e-9);
+        EXPECT_EQ(Evaluation::verdict(*results), KesMeasure::Verdict::Passed);
+        const auto again = OvercurrentArchive::read(*model.getDataStream());
+        ASSERT_TRUE(again);
+        EXPECT_EQ(again->results, results);
+    }
+}
+
+TEST(OvercurrentArchiveTest, AFormerPlanWithoutRoomForATolerableCurrentKeepsItsResults)
+{
+    auto entries =
+        entriesOf(*OvercurrentArchive::read(*std::make_unique<std::ifstream>(fileOf("former.kovc"))));
+    const auto former = [&](const std::string& name) {
+        ArchiveHelper::DataMap data;
+        auto file = fileOf("former.kovc");
+        EXPECT_TRUE(ArchiveHelper::unpackStreamToData(file, data, ArchiveHelper::PREFIX));
+        return textOf(*data.at(name));
+    };
+    for (auto& [name, text] : entries)
+        text = former(name);
+    replace(entries.at("test-results.xml"), "timeout=\"60\"", "timeout=\"18.1\"");
+    auto stream = packed(entries, ArchiveHelper::PREFIX);
+    const auto read = OvercurrentArchive::read(stream);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->results->settings.currentTolerancePercent, 0.0);
 }
 
 TEST(OvercurrentModelArchiveTest, LoadsAllOrNothing)

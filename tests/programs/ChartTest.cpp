@@ -1,4 +1,5 @@
 #include <Overcurrent/data/TestChart.h>
+#include <Overcurrent/data/TestSequences.h>
 
 #include <gtest/gtest.h>
 
@@ -23,12 +24,13 @@ TEST(ChartTest, TheCurveLiesWithinItsBandAndTheAxes)
     }
 }
 
-TEST(ChartTest, APointWithoutOperationStandsAtTheTimeout)
+TEST(ChartTest, APointWithoutOperationStandsWhereItsMeasurementEnded)
 {
     TestResults results;
     results.points = {{2.0, MeasureState::NoOperation, {}}};
     const auto chart = TestChart::create(results.settings, results.plan, &results);
-    EXPECT_DOUBLE_EQ(chart.points[0].position.y, results.plan.timeout);
+    const double limit = TestSequences::pointLimit(results.settings, results.plan, 2.0);
+    EXPECT_DOUBLE_EQ(chart.points[0].position.y, limit);
     EXPECT_EQ(chart.points[0].state, KesMeasure::ChartPoint::State::NotOperated);
-    EXPECT_GE(chart.y.getMaximum(), results.plan.timeout);
+    EXPECT_GE(chart.y.getMaximum(), limit);
 }

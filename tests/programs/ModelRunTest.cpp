@@ -129,7 +129,8 @@ TEST_F(ModelRunTest, RefusesAPlanThatCannotBeRun)
 
 TEST_F(ModelRunTest, RefusesCurrentsThatTheDeviceCannotPutOut)
 {
-    ASSERT_TRUE(model.getTestObject()->find(KesTree::RelayNodes::SettingCurrent)->setValue(5.0));
+    for (const char* current : {KesTree::RelayNodes::NominalCurrent, KesTree::RelayNodes::SettingCurrent})
+        ASSERT_TRUE(model.getTestObject()->find(current)->setValue(5.0));
     ASSERT_TRUE(runToEnd());
     EXPECT_FALSE(startedOutput);
     EXPECT_THAT(getTexts(), HasSubstr("20 x Is is 100 A"));
@@ -144,6 +145,7 @@ TEST_F(ModelRunTest, IsStoppedWithinATenthOfASecondInEveryPhase)
     auto& stage = *model.getTestObject();
     ASSERT_TRUE(stage.find(KesTree::RelayNodes::Curve)
                     ->setValue(static_cast<long long>(CurveKind::ExtremelyInverse)));
+    ASSERT_TRUE(stage.find(KesTree::RelayNodes::CurrentTolerance)->setValue(0.0));
     TestPlan plan;
     plan.timeout = 2100.0;
     plan.pickUpTolerancePercent = 1.0;

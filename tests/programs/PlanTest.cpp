@@ -63,16 +63,79 @@ TEST(PlanTest, RefusesWhatDoesNotSuitRelayOrDevice)
 {
     RelaySettings settings;
     TestPlan plan;
-    plan.timeout = 17.5;
-    // 17.194 s and 5 % of it.
-    EXPECT_THAT(message(plan.check(settings)), HasSubstr("at 1.5 x Is the relay may take up to 18.05 s"));
-    plan.timeout = 18.06;
+    plan.timeout = 18.5;
+    // 18.10 s at 1.47 x Is and 5 % of it.
+    EXPECT_THAT(message(plan.check(settings)), HasSubstr("at 1.5 x Is the relay may take up to 19.00 s"));
+    plan.timeout = 19.01;
     EXPECT_TRUE(plan.check(settings));
     settings.settingCurrent = 1.6;
     EXPECT_TRUE(plan.check(settings, KesDriver::OutputLimits()));
     settings.settingCurrent = 2.0;
     EXPECT_THAT(message(plan.check(settings, KesDriver::OutputLimits())),
                 HasSubstr("20 x Is is 40 A, but the device puts out at most 32 A"));
+}
+
+TEST(PlanTest, RefusesWhatWouldJudgeOrBurnAHealthyRelay)
+{
+    struct {
+        const char* reason;
+        void (*spoil)(RelaySettings& settings, TestPlan& plan);
+    } const cases[] = {
+        {"1.06 x Is is too close to Is: a relay whose current is off by 6 %",
+         [](RelaySettings& settings, TestPlan& plan) {
+             settings.currentTolerancePercent = 6.0;
+             plan.multiples = {1.06};
+         }},
+        {"At 10 x Is for up to 171.",
+         [](RelaySettings& settings, TestPlan&) {
+             settings.timeMultiplier = 10.0;
+             settings.curve = CurveKind::LongTimeInverse;
+         }},
+        {"Pick-up ramp: the relay's current input",
+         [](RelaySettings& settings, TestPlan& plan) {
+             settings.settingCurrent = 20.0;
+             plan.pickUp.dwell = 10.0;
+             plan.multiples = {1.1};
+             settings.curve = CurveKind::DefiniteTimeCurve;
+         }},
+        {"with the definite-time characteristic only",
+         [](RelaySettings& settings, TestPlan&) { settings.rampContact = RampContactKind::ByTripContact; }},
+        {"input 9, but the device has 8",
+         [](RelaySettings& settings, TestPlan&) { settings.startInput = 9; }},
+    };
+    for (const auto& test : cases) {
+        RelaySettings settings;
+        TestPlan plan;
+        plan.timeout = 3600.0;
+        EXPECT_TRUE(plan.check(settings, KesDriver::OutputLimits())) << test.reason;
+        test.spoil(settings, plan);
+        EXPECT_THAT(message(plan.check(settings, KesDriver::OutputLimits())), HasSubstr(test.reason));
+    }
+}
+
+/// Some values are accepted only after others.
+TEST(RelaySettingsTest, GoIntoATestObjectWhateverItHeldBefore)
+{
+    RelaySettings settings;
+    settings.nominalCurrent = 5.0;
+    settings.settingCurrent = 60.0;
+    settings.curve = CurveKind::IeeeVeryInverse;
+    settings.toleranceKind = TimeToleranceKind::AssignedError;
+    settings.tripInput = 2;
+    settings.startInput = 1;
+    settings.continuousWithstand = 200.0;
+    settings.tenSecondWithstand = 300.0;
+    settings.oneSecondWithstand = 400.0;
+    settings.resetTime = 5.0;
+    const auto stage = KesTree::RelayNodes::overcurrentStage();
+    for (const auto& wanted : {settings, RelaySettings(), settings}) {
+        EXPECT_TRUE(wanted.putInto(*stage));
+        EXPECT_EQ(RelaySettings::fromNode(*stage), wanted);
+    }
+    settings.startInput = settings.tripInput;
+    EXPECT_FALSE(settings.putInto(*stage));
+    settings.rampContact = RampContactKind::NoRamps;
+    EXPECT_TRUE(settings.putInto(*stage));
 }
 
 TEST(RampTest, ReachesBothEndsWhateverTheStep)

@@ -1,6 +1,6 @@
 #include <Overcurrent/bench/BenchRelay.h>
 #include <Overcurrent/data/OperateCurve.h>
-#include <Overcurrent/run/TestRun.h>
+#include <Overcurrent/data/RelaySettings.h>
 
 #include <gtest/gtest.h>
 
@@ -45,7 +45,7 @@ private:
 DeviceTime operateTime(const std::vector<InputEvent>& changes, DeviceTime from)
 {
     for (const auto& change : changes)
-        if (change.input == TestRun::tripInput && change.isClosed)
+        if (change.input == RelaySettings().tripInput && change.isClosed)
             return change.time - from;
     return DeviceTime(-1);
 }
@@ -54,8 +54,10 @@ DeviceTime operateTime(const std::vector<InputEvent>& changes, DeviceTime from)
 
 TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
 {
-    for (const auto curve : {CurveKind::StandardInverse, CurveKind::VeryInverse, CurveKind::ExtremelyInverse,
-                             CurveKind::LongTimeInverse, CurveKind::DefiniteTimeCurve})
+    for (const auto curve :
+         {CurveKind::StandardInverse, CurveKind::VeryInverse, CurveKind::ExtremelyInverse,
+          CurveKind::LongTimeInverse, CurveKind::DefiniteTimeCurve, CurveKind::IeeeModeratelyInverse,
+          CurveKind::IeeeVeryInverse, CurveKind::IeeeExtremelyInverse})
         for (const double multiple : {1.5, 2.0, 5.0, 20.0}) {
             RelaySettings settings;
             settings.settingCurrent = 0.4;
@@ -66,7 +68,7 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
             const double ideal = *OperateCurve::operateTime(settings, multiple);
             const double measured = std::chrono::duration<double>(time).count();
             EXPECT_NE(measured, ideal);
-            EXPECT_NEAR(measured, ideal, OperateCurve::tolerance(settings, ideal))
+            EXPECT_NEAR(measured, ideal, OperateCurve::tolerance(settings, multiple, ideal))
                 << curve << " at " << multiple;
             Player second(*relay);
             EXPECT_EQ(operateTime(second.play(multiple * 0.4, 400s), DeviceTime(0)), time);

@@ -23,9 +23,10 @@ namespace {
 TestResults someResults()
 {
     TestResults results;
-    results.plan.multiples = {2.0, 5.0};
+    results.plan.multiples = {2.0, 5.0, 7.0};
     results.points = {{2.0, MeasureState::Measured, std::chrono::milliseconds(10100)},
-                      {5.0, MeasureState::NoOperation, {}}};
+                      {5.0, MeasureState::NoOperation, {}},
+                      {7.0, MeasureState::NotReset, {}}};
     results.end = RunEnd::Stopped;
     results.device = "KESTO-3 <b>No.</b> 00017";
     results.origin = Origin::Simulated;
@@ -58,18 +59,21 @@ TEST(SettingsSummaryTest, ShowsTheDigitsThatTellValuesApart)
     EXPECT_THAT(texts, ElementsAre("2.00", "1.50", "1.125", "1.001", "1.005", "33.333"));
     RelaySettings settings;
     settings.settingCurrent = 0.05;
-    EXPECT_EQ(SettingsSummary::currentText(settings, 1.01), "0.0505 A (1.01 x Is)");
-    EXPECT_EQ(SettingsSummary::currentText(settings, 20), "1.000 A (20.00 x Is)");
+    const RampResult ramp{MeasureState::Measured, 1.02, 1.00};
+    EXPECT_EQ(SettingsSummary::intervalText(settings, ramp), "0.0505 A (1.00 … 1.02 x Is)");
+    const RampResult falling{MeasureState::Measured, 19.0, 21.0};
+    EXPECT_EQ(SettingsSummary::intervalText(settings, falling), "1.000 A (19.00 … 21.00 x Is)");
 }
 
 TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)
 {
     const auto results = someResults();
     const std::string report = make(&results);
-    EXPECT_THAT(report, AllOf(HasSubstr("SIMULATED DEVICE"), HasSubstr("Test stopped before its end"),
-                              HasSubstr("10.100"), HasSubstr("No operation"), HasSubstr("no operate time"),
-                              HasSubstr("<svg"), HasSubstr("KESTO-3 &lt;b&gt;No.&lt;/b&gt; 00017"),
-                              HasSubstr("Standard inverse")));
+    EXPECT_THAT(report,
+                AllOf(HasSubstr("SIMULATED DEVICE"), HasSubstr("Test stopped before its end"),
+                      HasSubstr("10.100"), HasSubstr(">9.26 … 10.85<"), HasSubstr("No operation"),
+                      HasSubstr("Not reset"), HasSubstr("no operate time"), HasSubstr("<svg"),
+                      HasSubstr("KESTO-3 &lt;b&gt;No.&lt;/b&gt; 00017"), HasSubstr("Standard inverse")));
     EXPECT_THAT(report, AllOf(Not(HasSubstr("<script")), Not(HasSubstr("<link")), Not(HasSubstr("src="))));
     const KesTest::LanguageScope scope(lng::Russian);
     EXPECT_THAT(make(&results),

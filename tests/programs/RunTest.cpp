@@ -17,6 +17,10 @@ namespace {
 struct Recorder : ITestRunListener {
     void onPhase(const RunPhase& phase) override
     {
+        if (phase.coolingSeconds > 0.0) {
+            ++coolings;
+            return;
+        }
         EXPECT_GE(phase.progress, progress);
         EXPECT_LE(phase.progress, 1.0);
         progress = phase.progress;
@@ -31,6 +35,28 @@ struct Recorder : ITestRunListener {
     std::optional<RampResult> dropOff;
     double progress = 0.0;
     int phases = 0;
+    int coolings = 0;
+};
+
+/// Adds up the seconds for which it has carried current.
+class WatchedRelay : public KesTest::SimulatedRelay {
+public:
+    using SimulatedRelay::SimulatedRelay;
+
+    void applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime time) override
+    {
+        if (_amperes > 0.0)
+            carried += std::chrono::duration<double>(time - _since).count();
+        _amperes = outputs.currents[0].magnitude;
+        _since = time;
+        SimulatedRelay::applyOutputs(outputs, time);
+    }
+
+    double carried = 0.0;
+
+private:
+    double _amperes = 0.0;
+    KesDriver::DeviceTime _since{0};
 };
 
 /// Both contacts close by themselves soon after the working mode has begun.
@@ -41,7 +67,10 @@ public:
         _next = 0;
         _from = time;
     }
-    void applyOutputs(const KesDriver::OutputState&, KesDriver::DeviceTime) override {}
+    void applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime) override
+    {
+        largest = std::max(largest, outputs.currents[0].magnitude);
+    }
     std::optional<KesDriver::InputEvent> getNextChange() const override
     {
         if (_next == 2)
@@ -49,6 +78,8 @@ public:
         return KesDriver::InputEvent{_next + 1, true, _from + (_next + 1) * 1ms};
     }
     void acceptChange() override { ++_next; }
+
+    double largest = 0.0;
 
 private:
     unsigned _next = 0;
@@ -64,6 +95,7 @@ protected:
         EXPECT_TRUE(device->setSpeed(5000));
         plan.multiples = {2.0, 5.0};
         plan.timeout = 20.0;
+        plan.goesOn = true;
     }
 
     RunEnd run(std::shared_ptr<KesDriver::ISimulatedTestObject> relay)
@@ -74,6 +106,7 @@ protected:
         TestRun test(settings, plan, kesto, control, recorder);
         const auto end = test.execute();
         EXPECT_EQ(device->getOutputs(), KesDriver::OutputState());
+        (void)kesto.stopWorkingMode();
         return end;
     }
 
@@ -107,20 +140,80 @@ TEST_F(TestRunTest, MeasuresTheRelaysTimesExactly)
     EXPECT_EQ(recorder.phases, 4);
 }
 
-TEST_F(TestRunTest, APointWithoutOperationTakesTheTimeout)
+TEST_F(TestRunTest, APointWithoutOperationEndsTheTestUnlessThePlanGoesOn)
 {
-    EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(3.0, 1s, 10ms)), RunEnd::Complete);
+    const auto relay = std::make_shared<KesTest::SimulatedRelay>(3.0, 1s, 10ms);
+    EXPECT_EQ(run(relay), RunEnd::Complete);
     EXPECT_THAT(recorder.points,
                 ElementsAre(PointResult{2.0, MeasureState::NoOperation, {}}, measured(5.0, 1s)));
+    recorder = {};
+    plan.goesOn = false;
+    EXPECT_EQ(run(relay), RunEnd::Ended);
+    EXPECT_THAT(recorder.points, ElementsAre(PointResult{2.0, MeasureState::NoOperation, {}}));
+    EXPECT_FALSE(recorder.pickUp);
 }
 
-TEST_F(TestRunTest, AContactThatIsClosedBeforeTheCurrentIsNoOperateTime)
+TEST_F(TestRunTest, AContactThatIsClosedBeforeTheCurrentKeepsItOff)
 {
-    EXPECT_EQ(run(std::make_shared<StuckRelay>()), RunEnd::Complete);
+    const auto relay = std::make_shared<StuckRelay>();
+    EXPECT_EQ(run(relay), RunEnd::Complete);
     for (const auto& point : recorder.points)
-        EXPECT_EQ(point.state, MeasureState::ContactEarly);
+        EXPECT_EQ(point.state, MeasureState::NotReset);
     EXPECT_EQ(recorder.points.size(), 2u);
-    EXPECT_EQ(recorder.pickUp->state, MeasureState::ContactEarly);
+    EXPECT_EQ(recorder.pickUp->state, MeasureState::NotReset);
+    EXPECT_EQ(recorder.dropOff->state, MeasureState::NotReset);
+    EXPECT_EQ(relay->largest, 0.0);
+    plan.goesOn = false;
+    recorder = {};
+    EXPECT_EQ(run(relay), RunEnd::Ended);
+}
+
+/// A relay that never trips carries current no longer than a healthy one and a margin, not for the time-out.
+TEST_F(TestRunTest, ARelayThatDoesNotTripIsNotBurnt)
+{
+    plan.multiples = {20.0};
+    plan.timeout = 60.0;
+    settings.rampContact = RampContactKind::NoRamps;
+    const auto relay = std::make_shared<WatchedRelay>(1000.0, 1s, 10ms);
+    EXPECT_EQ(run(relay), RunEnd::Complete);
+    EXPECT_EQ(recorder.points[0].state, MeasureState::NoOperation);
+    // 2.267 s at 20 times Is, 5 % of tolerance, 20 % of margin, and a few milliseconds.
+    EXPECT_LT(relay->carried, 2.95);
+    EXPECT_GT(relay->carried, 2.8);
+}
+
+TEST_F(TestRunTest, WithoutRampsOnlyThePointsAreMeasured)
+{
+    settings.rampContact = RampContactKind::NoRamps;
+    EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(1.5, 345678us, 10ms)), RunEnd::Complete);
+    EXPECT_EQ(recorder.points.size(), 2u);
+    EXPECT_FALSE(recorder.pickUp || recorder.dropOff);
+    EXPECT_EQ(recorder.phases, 2);
+}
+
+TEST_F(TestRunTest, TheTripContactServesForTheRamps)
+{
+    settings.curve = CurveKind::DefiniteTimeCurve;
+    settings.rampContact = RampContactKind::ByTripContact;
+    plan.minimumRatio = 0.95;
+    EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(1.033, 1s, 10ms)), RunEnd::Complete);
+    EXPECT_NEAR(recorder.pickUp->multiple, 1.04, 1e-9);
+    EXPECT_NEAR(recorder.pickUp->without, 1.03, 1e-9);
+    EXPECT_NEAR(recorder.dropOff->multiple, 1.03, 1e-9);
+    EXPECT_NEAR(recorder.dropOff->without, 1.04, 1e-9);
+}
+
+/// Three points that are each a good half of what the relay withstands.
+TEST_F(TestRunTest, AWarmRelayCoolsDownFirst)
+{
+    settings.nominalCurrent = 0.4;
+    settings.curve = CurveKind::DefiniteTimeCurve;
+    settings.definiteTime = 2.0;
+    settings.rampContact = RampContactKind::NoRamps;
+    plan.multiples = {20.0, 20.0, 20.0};
+    EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(1.5, 2s, 10ms)), RunEnd::Complete);
+    EXPECT_EQ(recorder.points.size(), 3u);
+    EXPECT_EQ(recorder.coolings, 2);
 }
 
 /// The recording among others: without the contact's change the relay would be found not to operate.

@@ -90,9 +90,10 @@ def failedTest(studio):
     with studio.start(*FAST) as program:
         program.tool("testObject").act()
         window = program.find("frame", texts.WINDOWS.get("testObjectWindowTitle", studio.language))
-        tolerances = window.all("text")[-2:]
-        fill(tolerances[0], "1.8" if studio.language == "en" else "1,8")
-        fill(tolerances[1], "0")
+        relative, absolute, ofCurrent = window.all("text")[4:7]
+        fill(relative, "1.8" if studio.language == "en" else "1,8")
+        fill(absolute, "0")
+        fill(ofCurrent, "0")
         press("Tab", "Escape")
         program.waitUntilGone(window)
         program.tool("start").act()

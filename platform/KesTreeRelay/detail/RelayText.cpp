@@ -11,6 +11,10 @@ constexpr Kes::TextTable table({
      "ток уставки не может превышать номинальный более чем в %s раз"},
     {"Error.noTolerance", "one of the two tolerances must be above zero",
      "один из двух допусков должен быть больше нуля"},
+    {"Error.sameInput", "trip and start contact need different inputs",
+     "контактам отключения и пуска нужны разные входы"},
+    {"Error.withstandOrder", "a current that is withstood for a shorter time must be larger",
+     "ток, допустимый в течение меньшего времени, должен быть больше"},
 });
 
 } // namespace

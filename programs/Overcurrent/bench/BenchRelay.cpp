@@ -1,7 +1,5 @@
 #include <Overcurrent/bench/BenchRelay.h>
 
-#include <Overcurrent/run/TestRun.h>
-
 #include <KesDriver/simulated/relays/OvercurrentRelay.h>
 
 namespace Overcurrent {
@@ -20,6 +18,12 @@ KesDriver::OvercurrentRelay::Curve toCurve(CurveKind kind)
         return Curve::LongTimeInverse;
     case CurveKind::DefiniteTimeCurve:
         return Curve::DefiniteTime;
+    case CurveKind::IeeeModeratelyInverse:
+        return Curve::IeeeModeratelyInverse;
+    case CurveKind::IeeeVeryInverse:
+        return Curve::IeeeVeryInverse;
+    case CurveKind::IeeeExtremelyInverse:
+        return Curve::IeeeExtremelyInverse;
     case CurveKind::StandardInverse:
         break;
     }
@@ -35,8 +39,8 @@ std::shared_ptr<KesDriver::ISimulatedTestObject> makeBenchRelay(const RelaySetti
     relay.timeMultiplier = settings.timeMultiplier;
     relay.curve = toCurve(settings.curve);
     relay.definiteTime = settings.definiteTime;
-    relay.tripInput = TestRun::tripInput;
-    relay.startInput = TestRun::startInput;
+    relay.tripInput = settings.tripInput;
+    relay.startInput = settings.startInput;
     return std::make_shared<KesDriver::OvercurrentRelay>(relay);
 }
 

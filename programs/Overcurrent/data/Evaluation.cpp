@@ -1,10 +1,9 @@
 #include <Overcurrent/data/Evaluation.h>
 
-#include <Overcurrent/data/OperateCurve.h>
+#include <Overcurrent/data/TimeBand.h>
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 
 namespace Overcurrent::Evaluation {
 
@@ -14,10 +13,12 @@ namespace {
 
 /// Values read from a ramp are sums of steps: what is a hair outside by rounding is inside.
 constexpr double rounding = 1e-9;
+/// The clock of a device tells whole microseconds.
+constexpr double clockStep = 1e-6;
 
-bool isComplete(const TestResults& results)
+bool isFound(const std::optional<RampResult>& ramp)
 {
-    return results.points.size() == results.plan.multiples.size() && results.pickUp && results.dropOff;
+    return ramp && ramp->state == MeasureState::Measured && ramp->multiple > 0.0 && ramp->without > 0.0;
 }
 
 } // namespace
@@ -26,39 +27,48 @@ Point evaluate(const TestResults& results, const PointResult& point)
 {
     Point evaluated;
     evaluated.current = point.multiple * results.settings.settingCurrent;
-    evaluated.expected = OperateCurve::operateTime(results.settings, point.multiple).value_or(0.0);
-    evaluated.tolerance = OperateCurve::tolerance(results.settings, evaluated.expected);
+    if (const auto band = TimeBand::at(results.settings, point.multiple)) {
+        evaluated.expected = band->expected;
+        evaluated.earliest = band->earliest;
+        evaluated.latest = band->latest.value_or(results.plan.timeout);
+    }
     if (point.state != MeasureState::Measured)
         return evaluated;
     evaluated.measured = std::chrono::duration<double>(point.time).count();
     evaluated.deviation = *evaluated.measured - evaluated.expected;
     if (evaluated.expected > 0.0)
         evaluated.deviationPercent = *evaluated.deviation / evaluated.expected * 100.0;
-    evaluated.isPassed = std::fabs(*evaluated.deviation) <= evaluated.tolerance + rounding;
+    evaluated.isPassed = *evaluated.measured >= evaluated.earliest - clockStep &&
+                         *evaluated.measured <= evaluated.latest + clockStep;
     return evaluated;
 }
 
 bool isPickUpPassed(const TestResults& results)
 {
-    return results.pickUp && results.pickUp->state == MeasureState::Measured &&
-           std::fabs(results.pickUp->multiple - 1.0) <=
-               results.plan.pickUpTolerancePercent / 100.0 + rounding;
+    const double tolerance = results.plan.pickUpTolerancePercent / 100.0 + rounding;
+    return isFound(results.pickUp) && results.pickUp->multiple >= 1.0 - tolerance &&
+           results.pickUp->without <= 1.0 + tolerance;
 }
 
 std::optional<double> ratio(const TestResults& results)
 {
-    const auto isFound = [](const auto& ramp) {
-        return ramp && ramp->state == MeasureState::Measured && ramp->multiple > 0.0;
-    };
     if (!isFound(results.pickUp) || !isFound(results.dropOff))
         return std::nullopt;
-    return results.dropOff->multiple / results.pickUp->multiple;
+    return results.dropOff->getValue() / results.pickUp->getValue();
+}
+
+std::optional<std::pair<double, double>> ratioInterval(const TestResults& results)
+{
+    if (!ratio(results))
+        return std::nullopt;
+    return std::pair(results.dropOff->multiple / results.pickUp->multiple,
+                     results.dropOff->without / results.pickUp->without);
 }
 
 bool isDropOffPassed(const TestResults& results)
 {
-    const auto value = ratio(results);
-    return value && *value >= results.plan.minimumRatio - rounding && *value < 1.0;
+    const auto interval = ratioInterval(results);
+    return interval && interval->second >= results.plan.minimumRatio - rounding && interval->first < 1.0;
 }
 
 std::size_t countPassed(const TestResults& results)
@@ -77,11 +87,14 @@ Verdict verdict(const TestResults& results)
         return Verdict::Stopped;
     case RunEnd::Fault:
         return Verdict::Fault;
+    case RunEnd::Ended:
+        return Verdict::Failed;
     case RunEnd::Complete:
         break;
     }
-    const bool isPassed = isComplete(results) && countPassed(results) == results.points.size() &&
-                          isPickUpPassed(results) && isDropOffPassed(results);
+    const bool areRampsPassed =
+        !results.settings.hasRamps() || (isPickUpPassed(results) && isDropOffPassed(results));
+    const bool isPassed = isWhole(results) && countPassed(results) == results.points.size() && areRampsPassed;
     return isPassed ? Verdict::Passed : Verdict::Failed;
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <utility>
 
 /// What the measured values mean. Any thread.
 namespace Overcurrent::Evaluation {
@@ -12,7 +13,9 @@ namespace Overcurrent::Evaluation {
 struct Point {
     double current = 0.0;
     double expected = 0.0;
-    double tolerance = 0.0;
+    /// The ends of the band in which a healthy relay operates.
+    double earliest = 0.0;
+    double latest = 0.0;
     /// Only when measured.
     std::optional<double> measured;
     /// Measured minus expected.
@@ -24,11 +27,14 @@ struct Point {
 
 Point evaluate(const TestResults& results, const PointResult& point);
 
-/// The pick-up value was found, and is close enough to Is.
+/// The pick-up value was found, and is close enough to Is, or may be within its interval.
 bool isPickUpPassed(const TestResults& results);
 /// The drop-off value to the pick-up value; only when both were found.
 std::optional<double> ratio(const TestResults& results);
-/// The drop-off value was found below the pick-up value, and not too far below.
+/// The least and the largest ratio that the intervals of both values allow.
+std::optional<std::pair<double, double>> ratioInterval(const TestResults& results);
+/// The drop-off value was found below the pick-up value, and not too far below, or may be within the
+/// intervals.
 bool isDropOffPassed(const TestResults& results);
 
 std::size_t countPassed(const TestResults& results);

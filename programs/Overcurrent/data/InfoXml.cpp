@@ -1,6 +1,6 @@
 #include <Overcurrent/data/InfoXml.h>
 
-#include <Overcurrent/data/XmlAttributes.h>
+#include <KesMeasure/XmlAttributes.h>
 
 #include <libxml++/libxml++.h>
 
@@ -11,8 +11,14 @@ namespace Overcurrent::InfoXml {
 
 namespace {
 
+using KesMeasure::setAttribute;
+using KesMeasure::wordOf;
+using KesMeasure::XmlAttributes;
+
 constexpr const char* program = "kes-overcurrent";
-constexpr const char* form = "2";
+
+constexpr std::pair<const char*, ArchiveForm> forms[] = {{"3", ArchiveForm::Present},
+                                                         {"2", ArchiveForm::Former}};
 
 constexpr std::pair<const char*, Origin> origins[] = {
     {"false", Origin::Device}, {"true", Origin::Simulated}, {"unknown", Origin::Unknown}};
@@ -39,7 +45,7 @@ bool readTest(const xmlpp::Element& root, std::optional<TestResults>& results)
 void write(xmlpp::Element& element, const std::optional<TestResults>& results)
 {
     setAttribute(element, "program", std::string(program));
-    setAttribute(element, "format", std::string(form));
+    setAttribute(element, "format", wordOf(ArchiveForm::Present, forms));
     if (!results)
         return;
     auto& test = *element.add_child("test");
@@ -48,11 +54,16 @@ void write(xmlpp::Element& element, const std::optional<TestResults>& results)
     setAttribute(test, "startedAt", results->startedAt);
 }
 
-bool read(const xmlpp::Element& element, std::optional<TestResults>& results)
+std::optional<ArchiveForm> readForm(const xmlpp::Element& element)
 {
     XmlAttributes attributes(element);
-    return attributes.text("program") == program && attributes.text("format") == form &&
-           readTest(element, results);
+    const auto form = attributes.choice("format", forms);
+    return attributes.text("program") == program && attributes.isGood() ? std::optional(form) : std::nullopt;
+}
+
+bool read(const xmlpp::Element& element, std::optional<TestResults>& results)
+{
+    return readForm(element) && readTest(element, results);
 }
 
 } // namespace Overcurrent::InfoXml

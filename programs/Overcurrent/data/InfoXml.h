@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Overcurrent/data/ArchiveForm.h>
 #include <Overcurrent/data/TestResults.h>
 
 #include <optional>
@@ -13,6 +14,8 @@ class Element;
 namespace Overcurrent::InfoXml {
 
 void write(xmlpp::Element& element, const std::optional<TestResults>& results);
+/// Nothing when the element is not that of such a file.
+std::optional<ArchiveForm> readForm(const xmlpp::Element& element);
 /// Adds the circumstances to the results. False when the element is not that of such a file, or tells of a
 /// test where there are no results, or the other way round; nothing has been changed then.
 bool read(const xmlpp::Element& element, std::optional<TestResults>& results);

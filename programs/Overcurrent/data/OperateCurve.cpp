@@ -10,6 +10,7 @@ namespace {
 struct Constants {
     double k;
     double a;
+    double c = 0.0;
 };
 
 Constants constants(CurveKind curve)
@@ -21,11 +22,27 @@ Constants constants(CurveKind curve)
         return {80.0, 2.0};
     case CurveKind::LongTimeInverse:
         return {120.0, 1.0};
+    case CurveKind::IeeeModeratelyInverse:
+        return {0.0515, 0.02, 0.114};
+    case CurveKind::IeeeVeryInverse:
+        return {19.61, 2.0, 0.491};
+    case CurveKind::IeeeExtremelyInverse:
+        return {28.2, 2.0, 0.1217};
     case CurveKind::StandardInverse:
     case CurveKind::DefiniteTimeCurve:
         break;
     }
     return {0.14, 0.02};
+}
+
+/// What the assigned error is multiplied with. At a common bound the larger one holds: nobody knows on which
+/// side of it the current really is.
+double errorFactor(double multiple)
+{
+    constexpr double rounding = 1e-9;
+    if (multiple > 10.0 + rounding)
+        return 1.0;
+    return multiple > 5.0 + rounding ? 1.5 : 2.5;
 }
 
 } // namespace
@@ -36,17 +53,18 @@ std::optional<double> operateTime(const RelaySettings& settings, double multiple
         return std::nullopt;
     if (settings.curve == CurveKind::DefiniteTimeCurve)
         return settings.definiteTime;
-    const auto [k, a] = constants(settings.curve);
+    const auto [k, a, c] = constants(settings.curve);
     // expm1 keeps its digits close to Is, where the power is almost 1.
     const double excess = std::expm1(a * std::log(std::min(multiple, endOfDependentTime)));
-    const double time = settings.timeMultiplier * k / excess;
+    const double time = settings.timeMultiplier * (k / excess + c);
     return std::isfinite(time) ? std::optional(time) : std::nullopt;
 }
 
-double tolerance(const RelaySettings& settings, double expectedTime)
+double tolerance(const RelaySettings& settings, double multiple, double expectedTime)
 {
-    return std::max(expectedTime * settings.tolerancePercent / 100.0,
-                    settings.toleranceMilliseconds / 1000.0);
+    const bool isAssigned = settings.toleranceKind == TimeToleranceKind::AssignedError;
+    const double percent = settings.tolerancePercent * (isAssigned ? errorFactor(multiple) : 1.0);
+    return std::max(expectedTime * percent / 100.0, settings.toleranceMilliseconds / 1000.0);
 }
 
 } // namespace Overcurrent::OperateCurve

@@ -24,10 +24,7 @@ namespace Overcurrent {
 namespace {
 
 using KesMeasure::readXml;
-using KesMeasure::setAttribute;
-using KesMeasure::wordOf;
 using KesMeasure::writeXml;
-using KesMeasure::XmlAttributes;
 
 namespace ArchiveHelper = KesProgram::ArchiveHelper;
 
@@ -42,28 +39,52 @@ constexpr const char* planName = "plan.xml";
 constexpr const char* resultsName = "test-results.xml";
 constexpr const char* outdatedResultsName = "results.xml";
 
+/// Nothing when the text is not that of an archive of this program.
+std::optional<ArchiveForm> readForm(const std::string& text)
+{
+    std::optional<ArchiveForm> form;
+    (void)readXml(text, "info", [&](const xmlpp::Element& root) {
+        form = InfoXml::readForm(root);
+        return form.has_value();
+    });
+    return form;
+}
+
 bool readInfo(const std::string& text, std::optional<TestResults>& results)
 {
     return readXml(text, "info", [&](const xmlpp::Element& root) { return InfoXml::read(root, results); });
 }
 
-bool readPlan(const std::string& text, TestPlan& plan)
+bool readPlan(const std::string& text, ArchiveForm form, TestPlan& plan)
 {
     return readXml(text, "plan", [&](const xmlpp::Element& root) {
-        const auto read = PlanXml::read(root);
+        const auto read = PlanXml::read(root, form);
         plan = read.value_or(TestPlan());
         return read.has_value();
     });
 }
 
-bool readResults(const std::string& text, std::optional<TestResults>& results)
+bool readResults(const std::string& text, ArchiveForm form, std::optional<TestResults>& results)
 {
     return readXml(text, "results", [&](const xmlpp::Element& root) {
         const bool isEmpty = root.get_children().empty() && root.get_attributes().empty();
         if (!isEmpty)
-            results = ResultsXml::read(root);
+            results = ResultsXml::read(root, form);
         return isEmpty || results;
     });
+}
+
+/// The settings of a test object of an older form, with defaults for what they do not hold. As they are when
+/// they do not hold all that they should: then they are damaged.
+std::string convertSettings(const std::string& text)
+{
+    using namespace KesTree::RelayNodes;
+    for (const char* id : {NominalCurrent, SettingCurrent, TimeMultiplier, Curve, DefiniteTime,
+                           TolerancePercent, ToleranceMilliseconds})
+        if (text.find("id=\"" + std::string(id) + "\"") == std::string::npos)
+            return text;
+    const auto stage = overcurrentStage();
+    return stage->deserialize(text, false) ? stage->serialize() : text;
 }
 
 /// The text of an entry; nothing when it is missing.
@@ -105,23 +126,36 @@ OvercurrentArchive convertOutdated(const ArchiveHelper::DataMap& data)
     OvercurrentArchive archive;
     archive.settings = entryText(data, settingsName).value_or("");
     replaceAll(archive.settings, "id=\"pickupCurrent\"", "id=\"settingCurrent\"");
-    archive.isPlanLost = !readPlan(entryText(data, planName).value_or(""), archive.plan);
+    archive.settings = convertSettings(archive.settings);
+    archive.isPlanLost = !readPlan(entryText(data, planName).value_or(""), ArchiveForm::Former, archive.plan);
     const bool isNoTest = readXml(entryText(data, outdatedResultsName).value_or(""), "results",
                                   [](const xmlpp::Element& root) { return root.get_children().empty(); });
     archive.areResultsLost = !isNoTest;
     return archive;
 }
 
+/// When the entry that tells the form is damaged, each part is what it can be read as.
 OvercurrentArchive takeIntactParts(const ArchiveHelper::DataMap& data)
 {
-    const auto text = [&data](const char* name) { return entryText(data, name).value_or(""); };
+    // A stream can be read once only.
+    const auto take = [&data](const char* name) { return entryText(data, name).value_or(""); };
+    const std::string info = take(infoName);
+    const std::string plan = take(planName);
+    const std::string results = take(resultsName);
+    const auto told = readForm(info);
+    const auto isRead = [&](auto read) {
+        return told ? read(*told) : read(ArchiveForm::Present) || read(ArchiveForm::Former);
+    };
     OvercurrentArchive archive;
-    archive.settings = text(settingsName);
-    archive.isPlanLost = !readPlan(text(planName), archive.plan);
-    archive.areResultsLost = !readResults(text(resultsName), archive.results);
+    archive.settings = take(settingsName);
+    if (told != ArchiveForm::Present && archive.settings.find("currentInput") == std::string::npos)
+        archive.settings = convertSettings(archive.settings);
+    archive.isPlanLost = !isRead([&](ArchiveForm form) { return readPlan(plan, form, archive.plan); });
+    archive.areResultsLost =
+        !isRead([&](ArchiveForm form) { return readResults(results, form, archive.results); });
     if (archive.results) {
         // Results without their circumstances must not pass for those of a real device.
-        archive.isOriginLost = !readInfo(text(infoName), archive.results);
+        archive.isOriginLost = !readInfo(info, archive.results);
         if (archive.isOriginLost)
             archive.results->origin = Origin::Unknown;
         if (archive.isPlanLost)
@@ -163,10 +197,11 @@ std::optional<OvercurrentArchive> OvercurrentArchive::read(std::istream& stream)
     if (!info || !settings || !plan || !results)
         return std::nullopt;
     OvercurrentArchive archive;
-    archive.settings = *settings;
-    if (!readPlan(*plan, archive.plan) || !readResults(*results, archive.results) ||
+    const auto form = readForm(*info);
+    if (!form || !readPlan(*plan, *form, archive.plan) || !readResults(*results, *form, archive.results) ||
         !readInfo(*info, archive.results))
         return std::nullopt;
+    archive.settings = *form == ArchiveForm::Former ? convertSettings(*settings) : *settings;
     return archive;
 }
 

@@ -68,7 +68,7 @@ std::vector<std::string> splitMultiples(const std::string& text)
 
 } // namespace
 
-PlanTexts::PlanTexts(const TestPlan& plan)
+PlanTexts::PlanTexts(const TestPlan& plan) : goesOn(plan.goesOn)
 {
     auto& multiples = (*this)[PlanField::Multiples];
     for (const double multiple : plan.multiples)
@@ -106,6 +106,7 @@ Kes::Result PlanTexts::_readField(PlanField field, TestPlan& plan) const
 
 std::optional<PlanTextError> PlanTexts::read(TestPlan& plan) const
 {
+    plan.goesOn = goesOn;
     // Values that only make sense together are taken together.
     TestPlan whole = plan;
     bool isReadable = true;

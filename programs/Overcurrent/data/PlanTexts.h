@@ -36,9 +36,12 @@ struct PlanTextError {
     std::string text;
 };
 
-/// A plan as texts, one per field. A value. Any thread.
+/// A plan as texts, one per field, and its decision. A value. Any thread.
 class PlanTexts {
 public:
+    /// As `TestPlan::goesOn`.
+    bool goesOn = false;
+
     PlanTexts() = default;
     explicit PlanTexts(const TestPlan& plan);
 

@@ -14,11 +14,37 @@ using KesMeasure::XmlAttributes;
 
 using namespace KesTree::RelayNodes;
 
-constexpr std::pair<const char*, CurveKind> curves[] = {{"standardInverse", StandardInverse},
-                                                        {"veryInverse", VeryInverse},
-                                                        {"extremelyInverse", ExtremelyInverse},
-                                                        {"longTimeInverse", LongTimeInverse},
-                                                        {"definiteTime", DefiniteTimeCurve}};
+constexpr std::pair<const char*, CurveKind> curves[] = {
+    {"standardInverse", StandardInverse},   {"veryInverse", VeryInverse},
+    {"extremelyInverse", ExtremelyInverse}, {"longTimeInverse", LongTimeInverse},
+    {"definiteTime", DefiniteTimeCurve},    {"ieeeModeratelyInverse", IeeeModeratelyInverse},
+    {"ieeeVeryInverse", IeeeVeryInverse},   {"ieeeExtremelyInverse", IeeeExtremelyInverse}};
+
+constexpr std::pair<const char*, TimeToleranceKind> toleranceKinds[] = {{"same", SameTolerance},
+                                                                        {"assignedError", AssignedError}};
+
+constexpr std::pair<const char*, RampContactKind> rampContacts[] = {
+    {"start", ByStartContact}, {"trip", ByTripContact}, {"none", NoRamps}};
+
+constexpr std::pair<const char*, bool> decisions[] = {{"false", false}, {"true", true}};
+
+/// A number of the settings that form 2 does not hold.
+struct LaterNumber {
+    const char* name;
+    double RelaySettings::*value;
+};
+
+constexpr LaterNumber laterNumbers[] = {
+    {"currentTolerance", &RelaySettings::currentTolerancePercent},
+    {"debounce", &RelaySettings::debounceMilliseconds},
+    {"resetTime", &RelaySettings::resetTime},
+    {"continuousWithstand", &RelaySettings::continuousWithstand},
+    {"tenSecondWithstand", &RelaySettings::tenSecondWithstand},
+    {"oneSecondWithstand", &RelaySettings::oneSecondWithstand},
+};
+
+constexpr std::pair<const char*, unsigned RelaySettings::*> inputs[] = {
+    {"tripInput", &RelaySettings::tripInput}, {"startInput", &RelaySettings::startInput}};
 
 void writeRamp(xmlpp::Element& parent, const char* name, const Ramp& ramp)
 {
@@ -64,12 +90,39 @@ bool readMultiples(const xmlpp::Element& parent, std::vector<double>& multiples)
     return true;
 }
 
+bool areContactsSensible(const RelaySettings& settings)
+{
+    constexpr unsigned mostInputs = 64;
+    const auto isInput = [](unsigned input) { return input >= 1 && input <= mostInputs; };
+    const bool areDifferent =
+        settings.tripInput != settings.startInput || settings.rampContact != ByStartContact;
+    return isInput(settings.tripInput) && isInput(settings.startInput) && areDifferent &&
+           settings.debounceMilliseconds >= 0.0 && settings.debounceMilliseconds <= 100.0 &&
+           settings.resetTime >= 0.0 && settings.resetTime <= 60.0;
+}
+
 bool isSensible(const RelaySettings& settings)
 {
     return settings.nominalCurrent > 0.0 && settings.settingCurrent > 0.0 && settings.timeMultiplier > 0.0 &&
            settings.definiteTime > 0.0 && settings.tolerancePercent >= 0.0 &&
            settings.toleranceMilliseconds >= 0.0 &&
-           settings.tolerancePercent + settings.toleranceMilliseconds > 0.0;
+           settings.tolerancePercent + settings.toleranceMilliseconds > 0.0 &&
+           settings.currentTolerancePercent >= 0.0 && settings.currentTolerancePercent <= 20.0 &&
+           settings.continuousWithstand > 0.0 && settings.tenSecondWithstand > settings.continuousWithstand &&
+           settings.oneSecondWithstand > settings.tenSecondWithstand && areContactsSensible(settings);
+}
+
+/// What form 2 does not hold.
+void readLaterSettings(XmlAttributes& attributes, RelaySettings& settings)
+{
+    settings.toleranceKind = attributes.choice("toleranceKind", toleranceKinds);
+    settings.rampContact = attributes.choice("rampContact", rampContacts);
+    for (const auto& [name, value] : laterNumbers)
+        settings.*value = attributes.number(name);
+    for (const auto& [name, value] : inputs) {
+        const long long number = attributes.integer(name);
+        settings.*value = number > 0 && number < 1000 ? static_cast<unsigned>(number) : 0U;
+    }
 }
 
 } // namespace
@@ -80,13 +133,14 @@ void write(xmlpp::Element& element, const TestPlan& plan)
     setAttribute(element, "pause", plan.pause);
     setAttribute(element, "pickUpTolerance", plan.pickUpTolerancePercent);
     setAttribute(element, "minimumRatio", plan.minimumRatio);
+    setAttribute(element, "goesOn", wordOf(plan.goesOn, decisions));
     for (const double multiple : plan.multiples)
         setAttribute(*element.add_child("point"), "multiple", multiple);
     writeRamp(element, "pickUp", plan.pickUp);
     writeRamp(element, "dropOff", plan.dropOff);
 }
 
-std::optional<TestPlan> read(const xmlpp::Element& element)
+std::optional<TestPlan> read(const xmlpp::Element& element, ArchiveForm form)
 {
     XmlAttributes attributes(element);
     TestPlan plan;
@@ -94,6 +148,8 @@ std::optional<TestPlan> read(const xmlpp::Element& element)
     plan.pause = attributes.number("pause");
     plan.pickUpTolerancePercent = attributes.number("pickUpTolerance");
     plan.minimumRatio = attributes.number("minimumRatio");
+    if (form == ArchiveForm::Present)
+        plan.goesOn = attributes.choice("goesOn", decisions);
     const bool isRead = attributes.isGood() && readMultiples(element, plan.multiples) &&
                         readRamp(element, "pickUp", plan.pickUp) &&
                         readRamp(element, "dropOff", plan.dropOff);
@@ -109,9 +165,15 @@ void write(xmlpp::Element& element, const RelaySettings& settings)
     setAttribute(element, DefiniteTime, settings.definiteTime);
     setAttribute(element, TolerancePercent, settings.tolerancePercent);
     setAttribute(element, ToleranceMilliseconds, settings.toleranceMilliseconds);
+    setAttribute(element, "toleranceKind", wordOf(settings.toleranceKind, toleranceKinds));
+    setAttribute(element, "rampContact", wordOf(settings.rampContact, rampContacts));
+    for (const auto& [name, value] : laterNumbers)
+        setAttribute(element, name, settings.*value);
+    for (const auto& [name, value] : inputs)
+        setAttribute(element, name, std::to_string(settings.*value));
 }
 
-std::optional<RelaySettings> readSettings(const xmlpp::Element& element)
+std::optional<RelaySettings> readSettings(const xmlpp::Element& element, ArchiveForm form)
 {
     XmlAttributes attributes(element);
     RelaySettings settings;
@@ -122,6 +184,8 @@ std::optional<RelaySettings> readSettings(const xmlpp::Element& element)
     settings.definiteTime = attributes.number(DefiniteTime);
     settings.tolerancePercent = attributes.number(TolerancePercent);
     settings.toleranceMilliseconds = attributes.number(ToleranceMilliseconds);
+    if (form == ArchiveForm::Present)
+        readLaterSettings(attributes, settings);
     return attributes.isGood() && isSensible(settings) ? std::optional(settings) : std::nullopt;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Overcurrent/data/ArchiveForm.h>
 #include <Overcurrent/data/RelaySettings.h>
 #include <Overcurrent/data/TestPlan.h>
 
@@ -9,13 +10,15 @@ namespace xmlpp {
 class Element;
 }
 
-/// Plan and settings as XML elements. What has been read is complete and makes sense. Any thread.
+/// Plan and settings as XML elements. What has been read is complete and makes sense; what the former form
+/// does not hold has its default. Any thread.
 namespace Overcurrent::PlanXml {
 
 void write(xmlpp::Element& element, const TestPlan& plan);
-std::optional<TestPlan> read(const xmlpp::Element& element);
+std::optional<TestPlan> read(const xmlpp::Element& element, ArchiveForm form = ArchiveForm::Present);
 
 void write(xmlpp::Element& element, const RelaySettings& settings);
-std::optional<RelaySettings> readSettings(const xmlpp::Element& element);
+std::optional<RelaySettings> readSettings(const xmlpp::Element& element,
+                                          ArchiveForm form = ArchiveForm::Present);
 
 } // namespace Overcurrent::PlanXml

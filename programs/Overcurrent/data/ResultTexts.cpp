@@ -4,6 +4,7 @@
 #include <Overcurrent/data/SettingsSummary.h>
 #include <Overcurrent/text/OvercurrentText.h>
 
+#include <KesMeasure/MeasureText.h>
 #include <KesMeasure/ScreenNumber.h>
 
 namespace Overcurrent::ResultTexts {
@@ -25,11 +26,28 @@ Mark toMark(bool isPassed)
 
 std::string verdictText(MeasureState state, bool isPassed)
 {
-    if (state == MeasureState::NoOperation)
-        return get("Verdict.noOperation");
-    if (state == MeasureState::ContactEarly)
-        return get("Verdict.contactEarly");
+    switch (state) {
+    case MeasureState::NoOperation:
+        return lng::Measure::get("State.noOperation");
+    case MeasureState::ContactEarly:
+        return lng::Measure::get("State.contactEarly");
+    case MeasureState::NotReset:
+        return lng::Measure::get("State.notReset");
+    case MeasureState::Measured:
+        break;
+    }
     return get(isPassed ? "Verdict.passed" : "Verdict.failed");
+}
+
+/// As a deviation from the expected time where both are the same, else the ends of the band.
+std::string bandText(const Evaluation::Point& point)
+{
+    const std::string below = fixed(point.expected - point.earliest, 3);
+    const std::string above = fixed(point.latest - point.expected, 3);
+    if (below == above)
+        return "\u00B1" + above;
+    const int decimals = point.latest < 10.0 ? 3 : 2;
+    return fixed(point.earliest, decimals) + " \u2026 " + fixed(point.latest, decimals);
 }
 
 ResultTable::Value rampValue(const char* nameKey, const TestResults* results,
@@ -39,7 +57,7 @@ ResultTable::Value rampValue(const char* nameKey, const TestResults* results,
     if (!results || !ramp)
         return value;
     if (ramp->state == MeasureState::Measured)
-        value.value = SettingsSummary::currentText(results->settings, ramp->multiple);
+        value.value = SettingsSummary::intervalText(results->settings, *ramp);
     value.verdict = verdictText(ramp->state, isPassed);
     value.mark = toMark(isPassed);
     return value;
@@ -67,12 +85,14 @@ ResultTable::Row createRow(const TestResults& results, const PointResult& point,
              fixed(evaluated.expected, 3), evaluated.measured ? fixed(*evaluated.measured, 3) : none,
              evaluated.deviation ? withSign(*evaluated.deviation, 3) : none,
              evaluated.deviationPercent ? withSign(*evaluated.deviationPercent, 2) : none,
-             "\u00B1" + fixed(evaluated.tolerance, 3), verdictText(point.state, evaluated.isPassed)},
+             bandText(evaluated), verdictText(point.state, evaluated.isPassed)},
             toMark(evaluated.isPassed)};
 }
 
 std::vector<ResultTable::Value> createValues(const TestResults* results)
 {
+    if (results && !results->settings.hasRamps())
+        return {};
     const bool isDropOffPassed = results && Evaluation::isDropOffPassed(*results);
     std::vector<ResultTable::Value> values{
         rampValue("Results.pickUp", results, results ? results->pickUp : std::nullopt,
@@ -80,7 +100,8 @@ std::vector<ResultTable::Value> createValues(const TestResults* results)
         rampValue("Results.dropOff", results, results ? results->dropOff : std::nullopt, isDropOffPassed)};
     ResultTable::Value ratio{get("Results.ratio"), get("Results.notYet"), {}, Mark::None};
     if (const auto value = results ? Evaluation::ratio(*results) : std::nullopt) {
-        ratio.value = fixed(*value, 3);
+        const auto [least, most] = *Evaluation::ratioInterval(*results);
+        ratio.value = fixed(*value, 3) + " (" + fixed(least, 3) + " \u2026 " + fixed(most, 3) + ")";
         ratio.verdict = get(isDropOffPassed ? "Verdict.passed" : "Verdict.failed");
         ratio.mark = toMark(isDropOffPassed);
     }
@@ -104,8 +125,8 @@ std::string describe(const TestResults& results, const PointResult& point)
     const auto evaluated = Evaluation::evaluate(results, point);
     const std::string measured = evaluated.measured ? fixed(*evaluated.measured, 3) : get("Results.notYet");
     return multiple(point.multiple) + " " + get("Unit.setting") + "\n" + get("Results.expected") + ": " +
-           fixed(evaluated.expected, 3) + " \u00B1" + fixed(evaluated.tolerance, 3) + "\n" +
-           get("Results.measured") + ": " + measured + "\n" + verdictText(point.state, evaluated.isPassed);
+           fixed(evaluated.expected, 3) + " (" + bandText(evaluated) + ")\n" + get("Results.measured") +
+           ": " + measured + "\n" + verdictText(point.state, evaluated.isPassed);
 }
 
 } // namespace Overcurrent::ResultTexts

@@ -19,10 +19,13 @@ using KesMeasure::XmlAttributes;
 
 constexpr std::pair<const char*, MeasureState> states[] = {{"noOperation", MeasureState::NoOperation},
                                                            {"measured", MeasureState::Measured},
-                                                           {"contactEarly", MeasureState::ContactEarly}};
+                                                           {"contactEarly", MeasureState::ContactEarly},
+                                                           {"notReset", MeasureState::NotReset}};
 
-constexpr std::pair<const char*, RunEnd> ends[] = {
-    {"stopped", RunEnd::Stopped}, {"complete", RunEnd::Complete}, {"fault", RunEnd::Fault}};
+constexpr std::pair<const char*, RunEnd> ends[] = {{"stopped", RunEnd::Stopped},
+                                                   {"complete", RunEnd::Complete},
+                                                   {"fault", RunEnd::Fault},
+                                                   {"ended", RunEnd::Ended}};
 
 void writePoint(xmlpp::Element& parent, const PointResult& point)
 {
@@ -39,8 +42,10 @@ void writeRamp(xmlpp::Element& parent, const char* name, const std::optional<Ram
         return;
     auto& element = *parent.add_child(name);
     setAttribute(element, "state", wordOf(ramp->state, states));
-    if (ramp->state == MeasureState::Measured)
-        setAttribute(element, "multiple", ramp->multiple);
+    if (ramp->state != MeasureState::Measured)
+        return;
+    setAttribute(element, "without", ramp->without);
+    setAttribute(element, "multiple", ramp->multiple);
 }
 
 bool readPoint(const xmlpp::Element& element, const TestPlan& plan, PointResult& point)
@@ -56,7 +61,14 @@ bool readPoint(const xmlpp::Element& element, const TestPlan& plan, PointResult&
     return attributes.isGood() && point.time.count() >= 0 && point.time <= latest;
 }
 
-bool readRamp(const xmlpp::Element& parent, const char* name, const Ramp& plan,
+/// Form 2 tells the step with the change only; the one before it is a step of the plan away.
+double stepBefore(const Ramp& plan, double multiple)
+{
+    return plan.to > plan.from ? std::max(multiple - plan.step, plan.from)
+                               : std::min(multiple + plan.step, plan.from);
+}
+
+bool readRamp(const xmlpp::Element& parent, const char* name, const Ramp& plan, ArchiveForm form,
               std::optional<RampResult>& ramp)
 {
     const auto found = parent.get_children(name);
@@ -68,13 +80,18 @@ bool readRamp(const xmlpp::Element& parent, const char* name, const Ramp& plan,
     XmlAttributes attributes(*element);
     RampResult result;
     result.state = attributes.choice("state", states);
-    if (result.state == MeasureState::Measured)
+    if (result.state == MeasureState::Measured) {
         result.multiple = attributes.number("multiple");
+        result.without =
+            form == ArchiveForm::Present ? attributes.number("without") : stepBefore(plan, result.multiple);
+    }
     ramp = result;
     const auto [least, most] = std::minmax(plan.from, plan.to);
-    return attributes.isGood() &&
-           (result.state != MeasureState::Measured ||
-            (result.multiple >= least - plan.step && result.multiple <= most + plan.step));
+    const auto isOnRamp = [&, least = least, most = most](double multiple) {
+        return multiple >= least - plan.step && multiple <= most + plan.step;
+    };
+    return attributes.isGood() && (result.state != MeasureState::Measured ||
+                                   (isOnRamp(result.multiple) && isOnRamp(result.without)));
 }
 
 template <typename Read>
@@ -104,7 +121,9 @@ bool isConsistent(const TestResults& results)
     const bool allPoints = results.points.size() == results.plan.multiples.size();
     if ((results.pickUp && !allPoints) || (results.dropOff && !results.pickUp))
         return false;
-    return results.end != RunEnd::Complete || (allPoints && results.dropOff);
+    if (!results.settings.hasRamps() && (results.pickUp || results.dropOff))
+        return false;
+    return results.end != RunEnd::Complete || isWhole(results);
 }
 
 } // namespace
@@ -121,12 +140,18 @@ void write(xmlpp::Element& element, const TestResults& results)
     writeRamp(element, "dropOff", results.dropOff);
 }
 
-std::optional<TestResults> read(const xmlpp::Element& element)
+std::optional<TestResults> read(const xmlpp::Element& element, ArchiveForm form)
 {
-    const auto settings = readChild(element, "settings", PlanXml::readSettings);
+    auto settings = readChild(
+        element, "settings", [&](const xmlpp::Element& child) { return PlanXml::readSettings(child, form); });
     const auto plan =
-        readChild(element, "plan", [](const xmlpp::Element& child) { return PlanXml::read(child); });
-    if (!settings || !plan || !plan->check(*settings))
+        readChild(element, "plan", [&](const xmlpp::Element& child) { return PlanXml::read(child, form); });
+    if (!settings || !plan)
+        return std::nullopt;
+    // Form 2 knows no tolerance of the current, and allows plans that leave no room for one.
+    if (form == ArchiveForm::Former && !plan->checkTimes(*settings))
+        settings->currentTolerancePercent = 0.0;
+    if (!plan->checkTimes(*settings))
         return std::nullopt;
     XmlAttributes attributes(element);
     TestResults results;
@@ -134,8 +159,8 @@ std::optional<TestResults> read(const xmlpp::Element& element)
     results.plan = *plan;
     results.end = attributes.choice("end", ends);
     const bool isRead = attributes.isGood() && readPoints(element, results) &&
-                        readRamp(element, "pickUp", plan->pickUp, results.pickUp) &&
-                        readRamp(element, "dropOff", plan->dropOff, results.dropOff);
+                        readRamp(element, "pickUp", plan->pickUp, form, results.pickUp) &&
+                        readRamp(element, "dropOff", plan->dropOff, form, results.dropOff);
     return isRead && isConsistent(results) ? std::optional(results) : std::nullopt;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Overcurrent/data/ArchiveForm.h>
 #include <Overcurrent/data/TestResults.h>
 
 #include <optional>
@@ -14,6 +15,6 @@ namespace Overcurrent::ResultsXml {
 
 /// A test that is still under way is written as one that was stopped: that is what it would be for a reader.
 void write(xmlpp::Element& element, const TestResults& results);
-std::optional<TestResults> read(const xmlpp::Element& element);
+std::optional<TestResults> read(const xmlpp::Element& element, ArchiveForm form = ArchiveForm::Present);
 
 } // namespace Overcurrent::ResultsXml

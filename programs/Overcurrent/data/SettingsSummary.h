@@ -2,6 +2,7 @@
 
 #include <Overcurrent/data/RelaySettings.h>
 #include <Overcurrent/data/TestPlan.h>
+#include <Overcurrent/data/TestResults.h>
 
 #include <KesMeasure/TextLine.h>
 
@@ -13,11 +14,11 @@ namespace Overcurrent::SettingsSummary {
 
 using Line = KesMeasure::TextLine;
 
-/// The settings that play a part.
+/// The settings that play a part, and what of the plan does with them.
 std::vector<Line> describe(const RelaySettings& settings);
-std::vector<Line> describe(const TestPlan& plan);
+std::vector<Line> describe(const TestPlan& plan, const RelaySettings& settings);
 
-/// "1.010 A (1.01 x Is)".
-std::string currentText(const RelaySettings& settings, double multiple);
+/// "1.005 A (1.00 … 1.01 x Is)".
+std::string intervalText(const RelaySettings& settings, const RampResult& ramp);
 
 } // namespace Overcurrent::SettingsSummary

@@ -1,8 +1,9 @@
 #include <Overcurrent/data/TestChart.h>
 
 #include <Overcurrent/data/Evaluation.h>
-#include <Overcurrent/data/OperateCurve.h>
 #include <Overcurrent/data/ResultTexts.h>
+#include <Overcurrent/data/TestSequences.h>
+#include <Overcurrent/data/TimeBand.h>
 #include <Overcurrent/text/OvercurrentText.h>
 
 #include <algorithm>
@@ -38,13 +39,12 @@ void sampleCurve(Chart& chart, const RelaySettings& settings, double least, doub
 {
     for (int i = 0; i <= curveSamples; ++i) {
         const double multiple = least * std::pow(most / least, static_cast<double>(i) / curveSamples);
-        const auto expected = OperateCurve::operateTime(settings, multiple);
-        if (!expected)
+        const auto band = TimeBand::at(settings, multiple);
+        if (!band || !band->latest)
             continue;
-        const double tolerance = OperateCurve::tolerance(settings, *expected);
-        chart.expected.push_back({multiple, *expected});
-        chart.upper.push_back({multiple, *expected + tolerance});
-        chart.lower.push_back({multiple, std::max(*expected - tolerance, *expected * leastShare)});
+        chart.expected.push_back({multiple, band->expected});
+        chart.upper.push_back({multiple, *band->latest});
+        chart.lower.push_back({multiple, std::max(band->earliest, band->expected * leastShare)});
     }
 }
 
@@ -59,7 +59,8 @@ void addPoints(Chart& chart, const TestResults& results)
 {
     for (const auto& point : results.points) {
         const auto evaluated = Evaluation::evaluate(results, point);
-        chart.points.push_back({{point.multiple, evaluated.measured.value_or(results.plan.timeout)},
+        const double limit = TestSequences::pointLimit(results.settings, results.plan, point.multiple);
+        chart.points.push_back({{point.multiple, evaluated.measured.value_or(limit)},
                                 stateOf(point, evaluated.isPassed),
                                 ResultTexts::describe(results, point)});
     }
@@ -71,8 +72,8 @@ void chooseAxes(Chart& chart, const TestPlan& plan, const RelaySettings& setting
     chart.x = Axis::logarithmicFrom(1.0, most);
     double longest = 0.0;
     for (const double multiple : plan.multiples)
-        if (const auto expected = OperateCurve::operateTime(settings, multiple))
-            longest = std::max(longest, *expected + OperateCurve::tolerance(settings, *expected));
+        if (const auto band = TimeBand::at(settings, multiple))
+            longest = std::max(longest, band->latest.value_or(band->expected));
     double shortest = longest;
     for (const auto& position : chart.lower)
         shortest = std::min(shortest, position.y);

@@ -24,6 +24,8 @@ Outcome create(const TestResults* results, bool areResultsLost)
     const auto outcome = [&](const char* key, const auto&... counts) {
         return Outcome{Kes::StringHelper::format(get(key), title, counts...), Outcome::getMark(verdict)};
     };
+    if (results->end == RunEnd::Ended)
+        return outcome("Outcome.ended", measured, planned, passed);
     if (results->end != RunEnd::Complete)
         return outcome("Outcome.partly", measured, planned, passed);
     const bool areOnlyPointsPassed = verdict == Verdict::Failed && passed == planned;

@@ -1,9 +1,11 @@
 #include <Overcurrent/data/TestPlan.h>
 
-#include <Overcurrent/data/OperateCurve.h>
+#include <Overcurrent/data/TestSequences.h>
+#include <Overcurrent/data/TimeBand.h>
 #include <Overcurrent/text/OvercurrentText.h>
 
 #include <KesCommon/StringHelper.h>
+#include <KesMeasure/HeatBudget.h>
 #include <KesMeasure/ScreenNumber.h>
 
 #include <algorithm>
@@ -76,10 +78,29 @@ Result checkRamp(const char* nameKey, const Ramp& ramp, bool isRising, double to
     return true;
 }
 
-double largestMultiple(const TestPlan& plan)
+double largestMultiple(const RelaySettings& settings, const TestPlan& plan)
 {
-    return std::max(
-        {*std::max_element(plan.multiples.begin(), plan.multiples.end()), plan.pickUp.to, plan.dropOff.from});
+    const double point = *std::max_element(plan.multiples.begin(), plan.multiples.end());
+    return settings.hasRamps() ? std::max({point, plan.pickUp.to, plan.dropOff.from}) : point;
+}
+
+/// What a cold relay does not withstand, no rest before it makes possible. What has to wait for others to
+/// cool down is for the run to see to.
+Result checkHeat(const RelaySettings& settings, const TestPlan& plan)
+{
+    const KesMeasure::HeatBudget cold(settings.getWithstand());
+    const auto isTooMuch = [&](const auto& sequence) { return cold.getPeak(sequence) > 1.0; };
+    for (const double multiple : plan.multiples)
+        if (isTooMuch(TestSequences::point(settings, plan, multiple)))
+            return refuse("Plan.tooHotPoint", shortest(multiple),
+                          shortest(TestSequences::pointLimit(settings, plan, multiple)));
+    if (!settings.hasRamps())
+        return true;
+    if (isTooMuch(TestSequences::pickUp(settings, plan, TestSequences::coarse(plan.pickUp))))
+        return refuse("Plan.tooHotRamp", std::string(lng::Overcurrent::get("PlanView.pickUpRamp")));
+    if (isTooMuch(TestSequences::dropOff(settings, plan, TestSequences::coarse(plan.dropOff))))
+        return refuse("Plan.tooHotRamp", std::string(lng::Overcurrent::get("PlanView.dropOffRamp")));
+    return true;
 }
 
 } // namespace
@@ -122,27 +143,46 @@ Result TestPlan::check() const
     return checkRange("Plan.minimumRatio", minimumRatio, 0.01, 0.99);
 }
 
-Result TestPlan::check(const RelaySettings& settings) const
+Result TestPlan::checkTimes(const RelaySettings& settings) const
 {
     if (auto result = check(); !result)
         return result;
     for (const double multiple : multiples) {
-        const auto expected = OperateCurve::operateTime(settings, multiple);
-        if (!expected)
+        const auto band = TimeBand::at(settings, multiple);
+        if (!band)
             return refuse("Plan.belowSetting", shortest(multiple));
-        const double latest = *expected + OperateCurve::tolerance(settings, *expected);
-        if (latest > timeout)
+        if (!band->latest)
+            return refuse("Plan.withinCurrentTolerance", shortest(multiple),
+                          shortest(settings.currentTolerancePercent));
+        if (*band->latest > timeout)
             return refuse("Plan.timeoutTooShort", shortest(timeout), shortest(multiple),
-                          KesMeasure::ScreenNumber::fixed(latest, 2));
+                          KesMeasure::ScreenNumber::fixed(*band->latest, 2));
     }
     return true;
+}
+
+Result TestPlan::check(const RelaySettings& settings) const
+{
+    if (auto result = checkTimes(settings); !result)
+        return result;
+    if (settings.rampContact == RampContactKind::ByTripContact) {
+        if (settings.curve != CurveKind::DefiniteTimeCurve)
+            return refuse("Plan.rampByTrip");
+        if (!TimeBand::at(settings, dropOff.from)->latest)
+            return refuse("Plan.withinCurrentTolerance", shortest(dropOff.from),
+                          shortest(settings.currentTolerancePercent));
+    }
+    return checkHeat(settings, *this);
 }
 
 Result TestPlan::check(const RelaySettings& settings, const KesDriver::OutputLimits& limits) const
 {
     if (auto result = check(settings); !result)
         return result;
-    const double largest = largestMultiple(*this);
+    for (const unsigned input : {settings.tripInput, settings.getRampInput()})
+        if (input > limits.binaryInputs)
+            return refuse("Plan.noSuchInput", input, limits.binaryInputs);
+    const double largest = largestMultiple(settings, *this);
     if (largest * settings.settingCurrent <= limits.maximumAmperes)
         return true;
     return refuse("Plan.aboveOutput", shortest(largest), shortest(largest * settings.settingCurrent),

@@ -36,9 +36,10 @@ struct TestPlan {
 
     /// The multiples of Is, in the order of the test.
     std::vector<double> multiples{1.5, 2, 3, 5, 7, 10, 15, 20};
-    /// How long to wait for the trip contact, in seconds.
+    /// How long to wait for the trip contact at most, in seconds.
     double timeout = 60.0;
-    /// Before each point and each ramp: no current, so that the relay resets, in seconds.
+    /// Before each point and each ramp: no current for at least this long, in seconds. The reset time of the
+    /// relay may make it longer.
     double pause = 0.5;
     Ramp pickUp{0.9, 1.2, 0.01, 0.2};
     Ramp dropOff{1.2, 0.8, 0.01, 0.2};
@@ -46,11 +47,15 @@ struct TestPlan {
     double pickUpTolerancePercent = 5.0;
     /// The least ratio of the drop-off value to the pick-up value.
     double minimumRatio = 0.9;
+    /// Whether the test goes on after a measurement at which the relay did not do what was waited for.
+    bool goesOn = false;
 
     /// Whether the values make sense; the failure says which one does not, and why. Any thread.
     Kes::Result check() const;
-    /// Whether a relay with these settings can be tested with the plan on a device with these limits, beyond
-    /// `check`. Any thread.
+    /// Whether a relay with these settings has operated for certain when its time is over, beyond `check`.
+    Kes::Result checkTimes(const RelaySettings& settings) const;
+    /// Whether a relay with these settings can be tested with the plan without harm, beyond `checkTimes`; and
+    /// on a device with these limits. Any thread.
     Kes::Result check(const RelaySettings& settings) const;
     Kes::Result check(const RelaySettings& settings, const KesDriver::OutputLimits& limits) const;
 

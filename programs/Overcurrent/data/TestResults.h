@@ -20,18 +20,23 @@ using KesMeasure::RunEnd;
 struct PointResult {
     double multiple = 0.0;
     MeasureState state = MeasureState::Measured;
-    /// On the device's clock, from the beginning of the current to the closing of the trip contact; only
-    /// when measured.
+    /// On the device's clock, from the beginning of the current to the first closing of the trip contact;
+    /// only when measured.
     KesDriver::DeviceTime time{0};
 
     bool operator==(const PointResult&) const = default;
 };
 
-/// The current at which the start contact closed or opened on a ramp.
+/// The current at which a contact closed or opened on a ramp: between two steps of it.
 struct RampResult {
     MeasureState state = MeasureState::Measured;
-    /// Only when measured.
+    /// The first step with the change, as a multiple of Is; only when measured.
     double multiple = 0.0;
+    /// The last step without it.
+    double without = 0.0;
+
+    /// The middle of both, which is neither too high nor too low as a rule.
+    double getValue() const { return (multiple + without) / 2.0; }
 
     bool operator==(const RampResult&) const = default;
 };
@@ -54,5 +59,12 @@ struct TestResults {
 
     bool operator==(const TestResults&) const = default;
 };
+
+/// Whether there is a result for everything that the plan wants measured.
+inline bool isWhole(const TestResults& results)
+{
+    const bool areRampsWhole = !results.settings.hasRamps() || (results.pickUp && results.dropOff);
+    return results.points.size() == results.plan.multiples.size() && areRampsWhole;
+}
 
 } // namespace Overcurrent

@@ -8,6 +8,7 @@
 
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
+#include <KesMeasure/MeasureText.h>
 #include <KesMeasure/ScreenNumber.h>
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesProgram/text/Program.h>
@@ -47,7 +48,7 @@ RunVerdict toRunVerdict(KesMeasure::Verdict verdict)
     return RunVerdict::None;
 }
 
-std::string phaseText(const RunPhase& phase)
+std::string nameOf(const RunPhase& phase)
 {
     switch (phase.kind) {
     case RunPhase::Kind::PickUp:
@@ -59,6 +60,14 @@ std::string phaseText(const RunPhase& phase)
     }
     return format(lng::Overcurrent::get("State.point"), phase.number, phase.count,
                   KesMeasure::ScreenNumber::multiple(phase.multiple));
+}
+
+std::string phaseText(const RunPhase& phase)
+{
+    if (phase.coolingSeconds <= 0.0)
+        return nameOf(phase);
+    return format(lng::Measure::get("Run.cooling"), nameOf(phase),
+                  KesMeasure::ScreenNumber::shortest(phase.coolingSeconds));
 }
 
 } // namespace
@@ -108,7 +117,7 @@ void OvercurrentModel::_onStart()
     // What has become of the devices counts, and not who was told of it first.
     if (!getHardware()->checkOutput())
         end = RunEnd::Fault;
-    else if (end == RunEnd::Fault)
+    else if (!run.getError().empty())
         signalMessage.emit(run.getError());
     _endResults(end);
     _finish();

@@ -29,7 +29,7 @@ std::string ReportDocument::create(const RelaySettings& settings, const TestPlan
             root.set_attribute("startedAt", results->startedAt);
         }
         ReportXml::addLines(root, "settings", SettingsSummary::describe(settings));
-        ReportXml::addLines(root, "plan", SettingsSummary::describe(plan));
+        ReportXml::addLines(root, "plan", SettingsSummary::describe(plan, settings));
         ReportXml::addResults(root, ResultTexts::createTable(results));
         ReportXml::addChart(root, TestChart::create(settings, plan, results));
     });

@@ -1,77 +1,64 @@
 #include <Overcurrent/run/TestRun.h>
 
 #include <Overcurrent/data/OperateCurve.h>
-#include <Overcurrent/text/OvercurrentText.h>
+#include <Overcurrent/data/TestSequences.h>
+
+#include <KesMeasure/ContactChanges.h>
+#include <KesMeasure/MeasureText.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <optional>
 
 namespace Overcurrent {
 
 namespace {
 
-using KesMeasure::RunControl;
-using KesMeasure::SequenceRecord;
-using KesMeasure::SequenceRecorder;
-
 using KesDriver::DeviceTime;
 using KesDriver::InputCondition;
-using KesDriver::InputEvent;
-using KesDriver::OutputSequence;
-using Seconds = std::chrono::duration<double>;
-
-/// How long a relay may take to close its start contact at the upper end of the drop-off ramp.
-constexpr double startTime = 1.0;
+using KesMeasure::SequenceRecord;
+using KesMeasure::StepRunner;
+namespace ContactChanges = KesMeasure::ContactChanges;
 
 DeviceTime toDeviceTime(double seconds)
 {
     return DeviceTime(std::llround(seconds * 1e6));
 }
 
-/// The first change of the input to that state from the given step on.
-std::optional<InputEvent> firstChange(const SequenceRecord& record, InputCondition condition,
-                                      std::size_t fromStep = 0)
+/// No change came: either the first step ran its whole time, or the contact was closed at once.
+MeasureState stateWithoutChange(const SequenceRecord& record, DeviceTime whole)
 {
-    const auto found =
-        std::find_if(record.inputs.begin(), record.inputs.end(), [&](const InputEvent& change) {
-            return *change.step >= fromStep && *change.step < record.steps.size() &&
-                   change.input == condition.input && change.isClosed == condition.isClosed;
-        });
-    return found == record.inputs.end() ? std::nullopt : std::optional(*found);
-}
-
-/// Between the beginning of a step and the end of the sequence.
-DeviceTime timeFrom(const SequenceRecord& record, std::size_t step)
-{
-    return record.end->time - record.steps[step];
-}
-
-/// No change came: either the steps ran their whole time, or the contact was in the wanted state at once.
-MeasureState stateWithoutChange(const SequenceRecord& record, std::size_t firstStep, double shortestSeconds)
-{
-    return Seconds(timeFrom(record, firstStep)).count() < shortestSeconds * 0.5 ? MeasureState::ContactEarly
-                                                                                : MeasureState::NoOperation;
+    const auto end = record.steps.size() > 1 ? record.steps[1] : record.end->time;
+    return end - record.steps[0] < whole / 2 ? MeasureState::ContactEarly : MeasureState::NoOperation;
 }
 
 } // namespace
 
 TestRun::TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice::Kesto& kesto,
                  KesMeasure::RunControl& control, ITestRunListener& listener)
-    : _settings(settings), _plan(plan), _listener(listener), _recorder(kesto, control)
+    : _settings(settings),
+      _plan(plan),
+      _guard(TestSequences::guard(settings, plan)),
+      _listener(listener),
+      _runner(kesto, control, KesMeasure::HeatBudget(settings.getWithstand()))
 {
     for (const double multiple : plan.multiples)
         _wholeWeight += _pointWeight(multiple);
-    _wholeWeight += _rampWeight(plan.pickUp) + _rampWeight(plan.dropOff);
+    if (settings.hasRamps())
+        _wholeWeight +=
+            _rampWeight(plan.pickUp, plan.pickUp.dwell) + _rampWeight(plan.dropOff, settings.resetTime);
+    _runner.onCooling = [this](double seconds) {
+        _phase.coolingSeconds = seconds;
+        _listener.onPhase(_phase);
+    };
 }
 
 RunEnd TestRun::execute()
 {
-    for (const auto measure : {&TestRun::_measurePoints, &TestRun::_measurePickUp, &TestRun::_measureDropOff})
-        if (const auto end = (this->*measure)(); end != RunEnd::Complete)
-            return end;
-    return RunEnd::Complete;
+    if (const auto end = _measurePoints(); end != RunEnd::Complete || !_settings.hasRamps())
+        return end;
+    const auto end = _measurePickUp();
+    return end == RunEnd::Complete ? _measureDropOff() : end;
 }
 
 RunEnd TestRun::_measurePoints()
@@ -79,108 +66,155 @@ RunEnd TestRun::_measurePoints()
     std::size_t number = 0;
     for (const double multiple : _plan.multiples) {
         _announce({RunPhase::Kind::Point, ++number, _plan.multiples.size(), multiple});
-        auto fault = _step(multiple, _plan.timeout);
-        fault.endOn = InputCondition{tripInput, true};
-        if (const auto end = _run({_step(0.0, _plan.pause), fault}); end != RunEnd::Complete)
-            return end;
         PointResult result;
         result.multiple = multiple;
-        if (!_evaluatePoint(result))
-            return _fail(lng::Overcurrent::get("Run.nonsense"));
+        if (const auto end = _measurePoint(result); end != RunEnd::Complete)
+            return end;
         _doneWeight += _pointWeight(multiple);
         _listener.onPoint(result);
+        if (const auto end = _judge(result.state); end != RunEnd::Complete)
+            return end;
     }
     return RunEnd::Complete;
+}
+
+RunEnd TestRun::_measurePoint(PointResult& result)
+{
+    const auto end = _run(TestSequences::point(_settings, _plan, result.multiple), result.state);
+    if (end != RunEnd::Complete || result.state != MeasureState::Measured)
+        return end;
+    return _evaluatePoint(result) ? RunEnd::Complete : _fail(lng::Measure::get("Run.nonsense"));
 }
 
 /// False when the device's times make no sense.
 bool TestRun::_evaluatePoint(PointResult& result)
 {
-    const auto record = _recorder.getRecord();
-    if (record.steps.size() != 2)
+    const auto record = _runner.getRecord();
+    if (record.steps.size() != 1 || record.end->time < record.steps[0])
         return false;
-    const auto trip = firstChange(record, {tripInput, true});
+    const auto limit = toDeviceTime(TestSequences::pointLimit(_settings, _plan, result.multiple));
+    const auto trip = ContactChanges::findFirst(record, {_settings.tripInput, true}, _guard.debounce);
     if (!trip) {
-        result.state = stateWithoutChange(record, 1, _plan.timeout);
-        return timeFrom(record, 1).count() >= 0;
-    }
-    if (*trip->step == 0) {
-        result.state = MeasureState::ContactEarly;
+        result.state = stateWithoutChange(record, limit);
         return true;
     }
-    result.time = trip->time - record.steps[1];
-    return result.time.count() >= 0 && result.time <= toDeviceTime(_plan.timeout + 1.0);
+    result.time = trip->time - record.steps[0];
+    return result.time.count() >= 0 && result.time <= limit + std::chrono::seconds(1);
 }
 
 RunEnd TestRun::_measurePickUp()
 {
     _announce({RunPhase::Kind::PickUp});
-    SequenceRecord record;
-    if (const auto end = _runRamp({_step(0.0, _plan.pause)}, _plan.pickUp, true, record);
-        end != RunEnd::Complete)
-        return end;
     RampResult result;
-    const auto started = firstChange(record, {startInput, true});
-    if (!started)
-        result.state = stateWithoutChange(record, 1, _plan.pickUp.dwell);
-    else if (*started->step == 0)
-        result.state = MeasureState::ContactEarly;
-    else
-        result.multiple = _plan.pickUp.getMultiples()[*started->step - 1];
-    _doneWeight += _rampWeight(_plan.pickUp);
+    const auto end = _measureRamp(_plan.pickUp, result, [this](const auto& multiples, auto& found) {
+        return _runPickUp(multiples, found);
+    });
+    if (end != RunEnd::Complete)
+        return end;
+    _doneWeight += _rampWeight(_plan.pickUp, _plan.pickUp.dwell);
     _listener.onPickUp(result);
-    return RunEnd::Complete;
+    return _judge(result.state);
 }
 
 RunEnd TestRun::_measureDropOff()
 {
     _announce({RunPhase::Kind::DropOff});
-    auto hold = _step(_plan.dropOff.from, startTime);
-    hold.endOn = InputCondition{startInput, true};
-    SequenceRecord record;
-    if (const auto end = _runRamp({_step(0.0, _plan.pause), hold}, _plan.dropOff, false, record);
-        end != RunEnd::Complete)
-        return end;
     RampResult result;
-    const auto started = firstChange(record, {startInput, true});
-    const auto dropped = firstChange(record, {startInput, false}, 2);
-    if (started && *started->step == 0)
-        result.state = MeasureState::ContactEarly;
-    else if (!started || !dropped)
-        result.state = MeasureState::NoOperation;
-    else
-        result.multiple = _plan.dropOff.getMultiples()[*dropped->step - 2];
-    _doneWeight += _rampWeight(_plan.dropOff);
+    const auto end = _measureRamp(_plan.dropOff, result, [this](const auto& multiples, auto& found) {
+        return _runDropOff(multiples, found);
+    });
+    if (end != RunEnd::Complete)
+        return end;
+    _doneWeight += _rampWeight(_plan.dropOff, _settings.resetTime);
     _listener.onDropOff(result);
+    return _judge(result.state);
+}
+
+template <typename Measure>
+RunEnd TestRun::_measureRamp(const Ramp& ramp, RampResult& result, Measure measure)
+{
+    const auto end = measure(TestSequences::coarse(ramp), result);
+    if (end != RunEnd::Complete || result.state != MeasureState::Measured)
+        return end;
+    RampResult closer;
+    const auto fineEnd = measure(TestSequences::fine(ramp, result.without, result.multiple), closer);
+    // A relay that is not the same twice keeps the coarse interval.
+    if (fineEnd == RunEnd::Complete && closer.state == MeasureState::Measured)
+        result = closer;
+    else if (closer.state == MeasureState::NotReset)
+        result.state = closer.state;
+    return fineEnd;
+}
+
+namespace {
+
+/// Between the step of the change and the one before it. A change at the first step has none: where the relay
+/// changes is not known then.
+RampResult between(const std::vector<double>& multiples, std::size_t index)
+{
+    if (index == 0)
+        return {MeasureState::ContactEarly};
+    return {MeasureState::Measured, multiples[index], multiples[index - 1]};
+}
+
+} // namespace
+
+RunEnd TestRun::_runPickUp(const Multiples& multiples, RampResult& result)
+{
+    const auto sequence = TestSequences::pickUp(_settings, _plan, multiples);
+    const auto end = _run(sequence, result.state);
+    if (end != RunEnd::Complete || result.state != MeasureState::Measured)
+        return end;
+    const auto record = _runner.getRecord();
+    if (record.steps.size() != sequence.size())
+        return _fail(lng::Measure::get("Run.nonsense"));
+    const auto closed = ContactChanges::findFirst(record, {_settings.getRampInput(), true}, _guard.debounce);
+    result = closed ? between(multiples, *closed->step)
+                    : RampResult{stateWithoutChange(record, sequence[0].duration)};
     return RunEnd::Complete;
 }
 
-/// The ramp's steps come behind those given, and each ends early when the start contact closes (or opens).
-RunEnd TestRun::_runRamp(OutputSequence sequence, const Ramp& ramp, bool endsOnStart, SequenceRecord& record)
+RunEnd TestRun::_runDropOff(const Multiples& multiples, RampResult& result)
 {
-    for (const double multiple : ramp.getMultiples()) {
-        sequence.push_back(_step(multiple, ramp.dwell));
-        // The steps after the one that changes the contact end at once by the same condition.
-        sequence.back().endOn = InputCondition{startInput, endsOnStart};
-    }
-    if (const auto end = _run(sequence); end != RunEnd::Complete)
+    const auto sequence = TestSequences::dropOff(_settings, _plan, multiples);
+    const auto end = _run(sequence, result.state);
+    if (end != RunEnd::Complete || result.state != MeasureState::Measured)
         return end;
-    record = _recorder.getRecord();
-    return record.steps.size() == sequence.size() ? RunEnd::Complete
-                                                  : _fail(lng::Overcurrent::get("Run.nonsense"));
+    const auto record = _runner.getRecord();
+    if (record.steps.size() != sequence.size())
+        return _fail(lng::Measure::get("Run.nonsense"));
+    const unsigned input = _settings.getRampInput();
+    const auto closed = ContactChanges::findFirst(record, {input, true}, _guard.debounce);
+    const auto opened = ContactChanges::findFirst(record, {input, false}, _guard.debounce, 1);
+    if (!closed)
+        result = {stateWithoutChange(record, sequence[0].duration)};
+    else
+        result = opened ? between(multiples, *opened->step - 1) : RampResult{MeasureState::NoOperation};
+    return RunEnd::Complete;
 }
 
-RunEnd TestRun::_run(const OutputSequence& sequence)
+RunEnd TestRun::_run(const KesDriver::OutputSequence& sequence, MeasureState& state)
 {
-    switch (_recorder.run(sequence)) {
-    case SequenceRecorder::Outcome::Complete:
+    switch (_runner.run(_guard, sequence)) {
+    case Outcome::Complete:
         return RunEnd::Complete;
-    case SequenceRecorder::Outcome::Stopped:
+    case Outcome::NotReset:
+        state = MeasureState::NotReset;
+        return RunEnd::Complete;
+    case Outcome::TooHot:
+        _error = _runner.getError();
         return RunEnd::Stopped;
-    case SequenceRecorder::Outcome::Failed:
+    case Outcome::Stopped:
+        return RunEnd::Stopped;
+    case Outcome::Failed:
         break;
     }
-    return _fail(_recorder.getError());
+    return _fail(_runner.getError());
+}
+
+RunEnd TestRun::_judge(MeasureState state) const
+{
+    return state == MeasureState::Measured || _plan.goesOn ? RunEnd::Complete : RunEnd::Ended;
 }
 
 RunEnd TestRun::_fail(std::string error)
@@ -192,27 +226,23 @@ RunEnd TestRun::_fail(std::string error)
 void TestRun::_announce(RunPhase phase)
 {
     phase.progress = _wholeWeight > 0.0 ? _doneWeight / _wholeWeight : 0.0;
+    _phase = phase;
     _listener.onPhase(phase);
-}
-
-KesDriver::OutputStep TestRun::_step(double multiple, double seconds) const
-{
-    KesDriver::OutputStep step;
-    step.outputs.currents[0].magnitude = multiple * _settings.settingCurrent;
-    step.duration = toDeviceTime(seconds);
-    return step;
 }
 
 double TestRun::_pointWeight(double multiple) const
 {
-    return _plan.pause + OperateCurve::operateTime(_settings, multiple).value_or(0.0);
+    return std::max(_plan.pause, _settings.resetTime) +
+           OperateCurve::operateTime(_settings, multiple).value_or(0.0);
 }
 
-double TestRun::_rampWeight(const Ramp& ramp) const
+double TestRun::_rampWeight(const Ramp& ramp, double dwell) const
 {
-    // On the way to Is the ramp passes about this share of its steps.
+    // On the way to Is the ramp passes about this share of its coarse steps; a coarse step has some fine
+    // ones.
     const double share = std::clamp(std::fabs(1.0 - ramp.from) / std::fabs(ramp.to - ramp.from), 0.0, 1.0);
-    return _plan.pause + ramp.countSteps() * ramp.dwell * share;
+    const double steps = share * static_cast<double>(TestSequences::coarse(ramp).size()) + 4.0;
+    return 2.0 * std::max(_plan.pause, _settings.resetTime) + steps * std::max(ramp.dwell, dwell);
 }
 
 } // namespace Overcurrent

@@ -4,7 +4,7 @@
 
 #include <KesDevice/Kesto.h>
 #include <KesMeasure/RunControl.h>
-#include <KesMeasure/SequenceRecorder.h>
+#include <KesMeasure/StepRunner.h>
 
 #include <string>
 #include <vector>
@@ -22,6 +22,8 @@ struct RunPhase {
     double multiple = 0.0;
     /// The share of the expected duration that is over, from 0 to 1.
     double progress = 0.0;
+    /// Before it begins the relay cools down for this many seconds; 0: it does not need to.
+    double coolingSeconds = 0.0;
 };
 
 /// Hears what a run does, on the start thread.
@@ -35,46 +37,54 @@ public:
     virtual void onDropOff(const RampResult& result) = 0;
 };
 
-/// The test itself: every point of the plan, then pick-up and drop-off. Made for one run, on the start
-/// thread.
+/// The test itself: every point of the plan, then pick-up and drop-off, unless the settings say that they are
+/// not measured. Made for one run, on the start thread.
 ///
-/// Current is put out on the first phase. The trip contact is wired to input 1, the start contact to input 2.
-/// Every measurement is one sequence on the device, so all times are the device's own.
+/// Current is put out on the first phase. Every measurement is one sequence on the device, so all times are
+/// the device's own. A ramp runs twice: with coarse steps, and with fine ones where the coarse ones have
+/// found the change.
 class TestRun {
 public:
-    static constexpr unsigned tripInput = 1;
-    static constexpr unsigned startInput = 2;
-
     /// The device, the control and the listener outlive it. The plan suits the settings and the device.
     TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice::Kesto& kesto,
             KesMeasure::RunControl& control, ITestRunListener& listener);
 
-    /// Returns when everything is measured, the run was stopped, or the device failed; all outputs are zero
-    /// then.
+    /// Returns when everything is measured, the relay did not do what was waited for and the plan does not go
+    /// on, the run was stopped, or the device failed; all outputs are zero then.
     RunEnd execute();
 
-    /// Why the device failed.
+    /// Why the device failed, or why the test was stopped by itself; else empty.
     const std::string& getError() const { return _error; }
 
 private:
+    using Outcome = KesMeasure::StepRunner::Outcome;
+    using Multiples = std::vector<double>;
+
     RunEnd _measurePoints();
     RunEnd _measurePickUp();
     RunEnd _measureDropOff();
-    RunEnd _runRamp(KesDriver::OutputSequence sequence, const Ramp& ramp, bool endsOnStart,
-                    KesMeasure::SequenceRecord& record);
+    RunEnd _measurePoint(PointResult& result);
     bool _evaluatePoint(PointResult& result);
-    RunEnd _run(const KesDriver::OutputSequence& sequence);
+    /// Coarse, then fine. The function runs the steps for the multiples and tells the result.
+    template <typename Measure>
+    RunEnd _measureRamp(const Ramp& ramp, RampResult& result, Measure measure);
+    RunEnd _runPickUp(const Multiples& multiples, RampResult& result);
+    RunEnd _runDropOff(const Multiples& multiples, RampResult& result);
+    /// `Complete` also when the relay has not reset; the state tells.
+    RunEnd _run(const KesDriver::OutputSequence& sequence, MeasureState& state);
+    RunEnd _judge(MeasureState state) const;
     RunEnd _fail(std::string error);
     void _announce(RunPhase phase);
 
-    KesDriver::OutputStep _step(double multiple, double seconds) const;
     double _pointWeight(double multiple) const;
-    double _rampWeight(const Ramp& ramp) const;
+    double _rampWeight(const Ramp& ramp, double dwell) const;
 
     const RelaySettings _settings;
     const TestPlan _plan;
+    const KesMeasure::StepGuard _guard;
     ITestRunListener& _listener;
-    KesMeasure::SequenceRecorder _recorder;
+    KesMeasure::StepRunner _runner;
+    RunPhase _phase;
     double _wholeWeight = 0.0;
     double _doneWeight = 0.0;
     std::string _error;

@@ -47,6 +47,12 @@ PlanView::PlanView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(get("PlanView
     _addRamp("PlanView.dropOffRamp", PlanField::DropOffFrom);
     _addRow(PlanField::PickUpTolerance, "Unit.percent");
     _addRow(PlanField::MinimumRatio, nullptr);
+    _goesOn.set_label(get("PlanView.goesOn"));
+    _goesOn.signal_toggled().connect([this] {
+        if (!_isFilling)
+            signalEdited.emit();
+    });
+    _form.attach(_goesOn, 0, _row++, 3, 1);
     pack_start(_title, Gtk::PACK_SHRINK);
     pack_start(_form, Gtk::PACK_SHRINK);
 }
@@ -112,12 +118,14 @@ void PlanView::setTexts(const PlanTexts& texts)
     for (std::size_t i = 0; i < _entries.size(); ++i)
         if (const auto& text = texts[static_cast<PlanField>(i)]; _entries[i].get_text().raw() != text)
             _entries[i].set_text(text);
+    _goesOn.set_active(texts.goesOn);
     _isFilling = false;
 }
 
 PlanTexts PlanView::getTexts() const
 {
     PlanTexts texts;
+    texts.goesOn = _goesOn.get_active();
     for (std::size_t i = 0; i < _entries.size(); ++i)
         texts[static_cast<PlanField>(i)] = _entries[i].get_text().raw();
     return texts;

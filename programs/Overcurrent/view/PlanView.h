@@ -3,6 +3,7 @@
 #include <Overcurrent/view/IPlanView.h>
 
 #include <gtkmm/box.h>
+#include <gtkmm/checkbutton.h>
 #include <gtkmm/entry.h>
 #include <gtkmm/grid.h>
 #include <gtkmm/label.h>
@@ -11,7 +12,7 @@
 
 namespace Overcurrent {
 
-/// The plan as a form with one entry per value. GUI thread.
+/// The plan as a form with one entry per value and a check button. GUI thread.
 class PlanView : public Gtk::Box, public IPlanView {
 public:
     PlanView();
@@ -35,6 +36,7 @@ private:
     Gtk::Grid _form;
     int _row = 0;
     std::array<Gtk::Entry, static_cast<std::size_t>(PlanField::Count)> _entries;
+    Gtk::CheckButton _goesOn;
     ErrorView _error;
     bool _isFilling = false;
 };

@@ -20,6 +20,7 @@ constexpr double jitter = 1.5;
 struct Constants {
     double k;
     double a;
+    double c = 0.0;
 };
 
 Constants getConstants(OvercurrentRelay::Curve curve)
@@ -32,6 +33,12 @@ Constants getConstants(OvercurrentRelay::Curve curve)
         return {80.0, 2.0};
     case Curve::LongTimeInverse:
         return {120.0, 1.0};
+    case Curve::IeeeModeratelyInverse:
+        return {0.0515, 0.02, 0.114};
+    case Curve::IeeeVeryInverse:
+        return {19.61, 2.0, 0.491};
+    case Curve::IeeeExtremelyInverse:
+        return {28.2, 2.0, 0.1217};
     case Curve::StandardInverse:
     case Curve::DefiniteTime:
         break;
@@ -90,9 +97,9 @@ std::optional<double> OvercurrentRelay::_getOperateTime(double multiple) const
         return std::nullopt;
     if (_settings.curve == Curve::DefiniteTime)
         return _settings.definiteTime;
-    const auto [k, a] = getConstants(_settings.curve);
+    const auto [k, a, c] = getConstants(_settings.curve);
     const double excess = std::expm1(a * std::log(std::min(multiple, endOfDependentTime)));
-    const double time = _settings.timeMultiplier * k / excess;
+    const double time = _settings.timeMultiplier * (k / excess + c);
     return std::isfinite(time) ? std::optional(time) : std::nullopt;
 }
 

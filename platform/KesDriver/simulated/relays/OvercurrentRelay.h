@@ -8,14 +8,24 @@
 
 namespace KesDriver {
 
-/// A relay for the simulated bench: a time-overcurrent stage of IEC 60255-151 whose true characteristic is a
+/// A relay for the simulated bench: a time-overcurrent stage whose true characteristic is a
 /// little off the ideal one, as a real relay's is. Its current is that of the first phase.
 ///
 /// Its deviations come from a fixed seed: the same test gives the same results, always.
 /// Called by the simulated device only.
 class KES_EXPORT OvercurrentRelay : public ISimulatedTestObject {
 public:
-    enum class Curve { StandardInverse, VeryInverse, ExtremelyInverse, LongTimeInverse, DefiniteTime };
+    /// Those of IEC 60255-151 with the long-time inverse of BS 142 beside them, and those of IEEE C37.112.
+    enum class Curve {
+        StandardInverse,
+        VeryInverse,
+        ExtremelyInverse,
+        LongTimeInverse,
+        DefiniteTime,
+        IeeeModeratelyInverse,
+        IeeeVeryInverse,
+        IeeeExtremelyInverse
+    };
 
     struct Settings {
         /// In amperes, above zero.

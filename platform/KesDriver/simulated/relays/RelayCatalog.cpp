@@ -76,7 +76,7 @@ using Overcurrent = OvercurrentRelay::Settings;
 
 bool setCurve(Overcurrent& values, std::string_view text)
 {
-    constexpr std::string_view names[] = {"SI", "VI", "EI", "LTI", "DT"};
+    constexpr std::string_view names[] = {"SI", "VI", "EI", "LTI", "DT", "IEEE-MI", "IEEE-VI", "IEEE-EI"};
     const auto found = std::find(std::begin(names), std::end(names), text);
     if (found == std::end(names))
         return false;
