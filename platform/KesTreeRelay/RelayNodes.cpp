@@ -3,6 +3,7 @@
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
 #include <KesTreeRelay/detail/RelayText.h>
+#include <KesTreeRelay/detail/Rules.h>
 
 namespace KesTree::RelayNodes {
 
@@ -37,18 +38,6 @@ Kes::Result checkTolerance(double one, double other)
     return Kes::Result::failure(lng::TreeRelay::get("Error.noTolerance"));
 }
 
-/// Both values of a rule ask it, each with its own new value.
-template <typename Rule>
-void validateTogether(Node& first, Node& second, Rule rule)
-{
-    first.setValidation([&second, rule](const Node::Value& value) {
-        return rule(std::get<double>(value), second.getNumber());
-    });
-    second.setValidation([&first, rule](const Node::Value& value) {
-        return rule(first.getNumber(), std::get<double>(value));
-    });
-}
-
 void addCurrents(Node& stage)
 {
     auto& nominal = stage.add(
@@ -71,18 +60,18 @@ void addCharacteristic(Node& stage)
     definiteTime.setUsage([&curve] { return curve.getChoice() == DefiniteTimeCurve; });
 }
 
-void addTolerances(Node& stage)
+} // namespace
+
+void addTimeTolerances(Node& stage, double percentValue, double millisecondsValue)
 {
     auto& relative = stage.add(Node::number(TolerancePercent,
                                             {"Time tolerance, relative", "Допуск времени, относительный"},
-                                            percent, 5.0, 0.0, 100.0));
+                                            percent, percentValue, 0.0, 100.0));
     auto& absolute = stage.add(Node::number(ToleranceMilliseconds,
                                             {"Time tolerance, absolute", "Допуск времени, абсолютный"},
-                                            milliseconds, 30.0, 0.0, 10000.0));
+                                            milliseconds, millisecondsValue, 0.0, 10000.0));
     validateTogether(relative, absolute, checkTolerance);
 }
-
-} // namespace
 
 std::unique_ptr<Node> overcurrentStage()
 {
@@ -90,7 +79,7 @@ std::unique_ptr<Node> overcurrentStage()
         Node::group("overcurrent", {"Time-overcurrent stage", "Ступень максимальной токовой защиты"});
     addCurrents(*stage);
     addCharacteristic(*stage);
-    addTolerances(*stage);
+    addTimeTolerances(*stage, 5.0, 30.0);
     return stage;
 }
 
