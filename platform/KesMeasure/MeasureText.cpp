@@ -46,6 +46,41 @@ constexpr Kes::TextTable table({
     {"Chart.description", "%s: %zu points measured, %zu passed, %zu failed.",
      "%s: измерено точек %zu, в допуске %zu, вне допуска %zu."},
 
+    {"Reading.passed", "passed", "в допуске"},
+    {"Reading.failed", "failed", "вне допуска"},
+    {"Reading.noOperation", "no operation", "не сработало"},
+    {"Reading.contactEarly", "contact too early", "контакт раньше времени"},
+
+    {"Column.number", "No.", "№"},
+    {"Column.object", "Stage", "Ступень"},
+    {"Column.quantity", "Quantity", "Величина"},
+    {"Column.expected", "Expected", "Ожид."},
+    {"Column.band", "Permitted", "Допускается"},
+    {"Column.measured", "Measured", "Измерено"},
+    {"Column.deviation", "Deviation", "Откл."},
+    {"Column.unit", "Unit", "Ед."},
+    {"Column.verdict", "Verdict", "Оценка"},
+
+    {"Deviations.title", "Deviations", "Отклонения"},
+    {"Deviations.number", "No.", "№"},
+    {"Deviations.percent", "Deviation, % of tolerance", "Отклонение, % допуска"},
+
+    {"Outcome.noTest", "No test has been made yet", "Проверка ещё не проводилась"},
+    {"Outcome.lost", "The results of this file could not be read.",
+     "Результаты этого файла прочитать не удалось."},
+    {"Outcome.whole", "%s: %zu of %zu values within tolerance", "%s: в допуске величин %zu из %zu"},
+    {"Outcome.part", "%s: %zu of %zu values measured, %zu within tolerance",
+     "%s: измерено величин %zu из %zu, в допуске %zu"},
+
+    {"Settings.title", "Test object", "Объект испытаний"},
+    {"Settings.edit", "Edit...", "Изменить..."},
+    {"Settings.editTip", "Edit the test object", "Изменить объект испытаний"},
+
+    {"Summary.none", "settings", "уставки"},
+    {"Summary.one", "%zu result of %s", "%zu результат от %s"},
+    {"Summary.few", "%zu results of %s", "%zu результата от %s"},
+    {"Summary.many", "%zu results of %s", "%zu результатов от %s"},
+
     {"Report.failed", "The report could not be made.", "Не удалось создать протокол."},
 });
 
