@@ -101,9 +101,10 @@ void ResultTableView::_setRows(const std::vector<ResultTable::Row>& rows)
         _table.scroll_to_row(Gtk::TreePath(std::to_string(isGrowing ? _rows.size() - 1 : 0)));
 }
 
-/// Rows that stand before they are measured are filled one after the other.
+/// Rows that stand there before they are measured are filled one after the other, and followed.
 void ResultTableView::_refill(const std::vector<ResultTable::Row>& rows)
 {
+    const bool isOther = rows.front() != _rows.front();
     std::size_t last = 0;
     for (std::size_t i = 0; i < rows.size(); ++i)
         if (rows[i] != _rows[i]) {
@@ -111,7 +112,7 @@ void ResultTableView::_refill(const std::vector<ResultTable::Row>& rows)
             last = i;
         }
     _rows = rows;
-    _table.scroll_to_row(Gtk::TreePath(std::to_string(last)));
+    _table.scroll_to_row(Gtk::TreePath(std::to_string(isOther ? 0 : last)));
 }
 
 void ResultTableView::_setValues(const std::vector<ResultTable::Value>& values)
