@@ -34,6 +34,17 @@ constexpr Kes::TextTable table({
     {"Run.sequenceLost", "The device does not report the end of the output.",
      "Устройство не сообщает об окончании выдачи."},
 
+    {"Run.nonsense", "The device reported times that make no sense.",
+     "Устройство сообщило недостоверные значения времени."},
+    {"Run.tooHot",
+     "The test has ended: the next step would heat the relay's current input more than it withstands.",
+     "Проверка завершена: следующий шаг нагрел бы токовый вход реле сверх допустимого."},
+    {"Run.cooling", "%s: cooling of the relay, %s s", "%s: охлаждение реле, %s с"},
+
+    {"State.notReset", "Not reset", "Нет возврата"},
+    {"State.noOperation", "No operation", "Не сработало"},
+    {"State.contactEarly", "Contact closed too early", "Контакт замкнут заранее"},
+
     {"Results.title", "Results", "Результаты"},
     {"Results.progress", "Progress of the test", "Ход проверки"},
 

@@ -9,11 +9,20 @@ enum class MeasureState {
     /// It did not, within the time-out or the ramp.
     NoOperation,
     /// It had done so before the quantity was there: the wiring or the relay is not as it should be.
-    ContactEarly
+    ContactEarly,
+    /// The contacts did not open before it: the quantity was not put out.
+    NotReset
 };
 
 /// How far a test has come.
-enum class RunEnd { Running, Complete, Stopped, Fault };
+enum class RunEnd {
+    Running,
+    Complete,
+    Stopped,
+    Fault,
+    /// At a measurement after which it should not go on: the relay did not do what was waited for.
+    Ended
+};
 
 /// What kind of device made results. Unknown when the file that held them was damaged there.
 enum class Origin { Device, Simulated, Unknown };

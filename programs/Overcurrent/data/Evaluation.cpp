@@ -77,6 +77,8 @@ Verdict verdict(const TestResults& results)
         return Verdict::Stopped;
     case RunEnd::Fault:
         return Verdict::Fault;
+    case RunEnd::Ended:
+        return Verdict::Failed;
     case RunEnd::Complete:
         break;
     }

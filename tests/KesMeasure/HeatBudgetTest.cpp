@@ -1,0 +1,79 @@
+#include <KesMeasure/HeatBudget.h>
+
+#include <gtest/gtest.h>
+
+using namespace std::chrono_literals;
+using KesDriver::OutputSequence;
+using KesDriver::OutputStep;
+using KesMeasure::HeatBudget;
+using KesMeasure::Withstand;
+
+namespace {
+
+OutputStep step(double amperes, KesDriver::DeviceTime duration)
+{
+    OutputStep made;
+    made.outputs.currents[1].magnitude = amperes;
+    made.duration = duration;
+    return made;
+}
+
+/// Of a relay of 5 A.
+double shareAfter(double multiple, double seconds)
+{
+    HeatBudget budget({5.0, 4.0, 30.0, 100.0});
+    budget.add(multiple * 5.0, seconds);
+    return budget.getShare();
+}
+
+} // namespace
+
+TEST(HeatBudgetTest, IsFullAfterTheTimesThatTheRelayWithstands)
+{
+    EXPECT_NEAR(shareAfter(30.0, 10.0), 1.0, 1e-12);
+    EXPECT_NEAR(shareAfter(100.0, 1.0), 1.0, 1e-12);
+    EXPECT_EQ(shareAfter(4.0, 1e6), 0.0);
+    // 8840 is the I²t of 30 x In for 10 s above the continuous current.
+    EXPECT_NEAR(shareAfter(20.0, 10.0), 384.0 * 10.0 / 8840.0, 1e-12);
+    EXPECT_GT(shareAfter(32.0, 60.0), 6.0);
+    // Between both: more than neither allows.
+    EXPECT_LT(shareAfter(60.0, 2.4), 1.0);
+    EXPECT_GT(shareAfter(60.0, 2.7), 1.0);
+}
+
+TEST(HeatBudgetTest, AddsUpAndCoolsDownToCold)
+{
+    HeatBudget budget({1.0, 4.0, 30.0, 100.0});
+    budget.add(OutputSequence{step(30.0, 4s), step(30.0, 4s)});
+    EXPECT_NEAR(budget.getShare(), 0.8, 1e-12);
+    EXPECT_NEAR(budget.getPeak({step(30.0, 5s), step(0.0, 3600s)}), 1.3, 1e-12);
+    const double warm = budget.getShare();
+    budget.add(0.0, 60.0);
+    EXPECT_LT(budget.getShare(), warm);
+    budget.add(0.0, 3600.0);
+    EXPECT_EQ(budget.getShare(), 0.0);
+}
+
+TEST(HeatBudgetTest, TellsHowLongToRestBefore)
+{
+    const OutputSequence pulse{step(0.0, 1s), step(30.0, 6s)};
+    HeatBudget budget({1.0, 4.0, 30.0, 100.0});
+    EXPECT_EQ(budget.getRestBefore(pulse), 0.0);
+    budget.add(pulse);
+    const auto rest = budget.getRestBefore(pulse);
+    ASSERT_TRUE(rest);
+    EXPECT_GT(*rest, 60.0);
+    HeatBudget rested = budget;
+    rested.add(0.0, *rest * 0.99);
+    EXPECT_GT(rested.getPeak(pulse), 1.0);
+    budget.add(0.0, *rest * 1.01);
+    EXPECT_LE(budget.getPeak(pulse), 1.0);
+    EXPECT_FALSE(budget.getRestBefore({step(30.0, 11s)})) << "too much for a cold input";
+}
+
+TEST(HeatBudgetTest, ARampCountsWithItsLargestCurrent)
+{
+    auto rising = step(0.0, 1s);
+    rising.ramp.currents[1].magnitude = 30.0;
+    EXPECT_NEAR(HeatBudget(Withstand()).getPeak({rising}), 0.1, 1e-12);
+}

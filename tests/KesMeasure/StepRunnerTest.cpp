@@ -1,0 +1,129 @@
+#include <KesMeasure/ContactChanges.h>
+#include <KesMeasure/StepRunner.h>
+
+#include <KesDriver/simulated/SimulatedKesto.h>
+
+#include <support/SimulatedRelay.h>
+
+#include <gmock/gmock.h>
+
+using namespace KesMeasure;
+using namespace std::chrono_literals;
+using Outcome = StepRunner::Outcome;
+using testing::HasSubstr;
+
+namespace {
+
+/// Remembers the largest current that has reached it.
+class WatchedRelay : public KesTest::SimulatedRelay {
+public:
+    using SimulatedRelay::SimulatedRelay;
+
+    void applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime time) override
+    {
+        largest = std::max(largest, outputs.currents[0].magnitude);
+        SimulatedRelay::applyOutputs(outputs, time);
+    }
+
+    double largest = 0.0;
+};
+
+/// A device on a bench of its own with a relay of 1.5 A that trips in 100 ms.
+class StepRunnerTest : public testing::Test {
+protected:
+    StepRunnerTest()
+    {
+        EXPECT_TRUE(device->setSpeed(1000));
+        connect(2s);
+        EXPECT_TRUE(kesto->connect());
+        EXPECT_TRUE(kesto->startWorkingMode());
+        guard.contacts = {1, 2};
+    }
+
+    void connect(KesDriver::DeviceTime release)
+    {
+        relay = std::make_shared<WatchedRelay>(1.5, 100ms, release);
+        device->connectTestObject(relay);
+    }
+
+    static KesDriver::OutputStep step(double amperes, KesDriver::DeviceTime limit)
+    {
+        KesDriver::OutputStep made;
+        made.outputs.currents[0].magnitude = amperes;
+        made.duration = limit;
+        made.endOn = KesDriver::EndCondition({{1, true}}, KesDriver::EndCondition::Join::Any, 5ms);
+        return made;
+    }
+
+    std::shared_ptr<WatchedRelay> relay;
+    const std::shared_ptr<KesDriver::SimulatedKesto> device =
+        std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 7));
+    const std::shared_ptr<KesDevice::Kesto> kesto = KesDevice::Kesto::create(
+        KesDevice::Kesto::Address({10, 0, 0, 1}), KesDriver::SimulatedKesto::createLink(device));
+    RunControl control;
+    StepGuard guard;
+};
+
+} // namespace
+
+TEST_F(StepRunnerTest, WaitsForTheContactsAsLongAsTheRelayMayTake)
+{
+    StepRunner runner(*kesto, control);
+    guard.resetTime = 2s;
+    for (const double amperes : {2.0, 3.0}) {
+        ASSERT_EQ(runner.run(guard, {step(amperes, 10s)}), Outcome::Complete);
+        const auto record = runner.getRecord();
+        const auto trip = ContactChanges::findFirst(record, {1, true}, guard.debounce);
+        ASSERT_TRUE(trip) << amperes;
+        EXPECT_EQ(trip->time - record.steps[0], 100ms);
+        EXPECT_EQ(record.end->time - record.steps[0], 105ms);
+    }
+}
+
+TEST_F(StepRunnerTest, PutsNothingOutWhileAContactIsClosed)
+{
+    // The device's clock goes on between the steps, here a second in each millisecond.
+    connect(300s);
+    StepRunner runner(*kesto, control);
+    ASSERT_EQ(runner.run(guard, {step(2.0, 10s)}), Outcome::Complete);
+    EXPECT_EQ(runner.run(guard, {step(3.0, 10s)}), Outcome::NotReset);
+    EXPECT_EQ(relay->largest, 2.0);
+    guard.resetTime = 300s;
+    EXPECT_EQ(runner.run(guard, {step(3.0, 10s)}), Outcome::Complete);
+    EXPECT_EQ(relay->largest, 3.0);
+}
+
+TEST_F(StepRunnerTest, RestsLongerForAWarmRelayAndSparesIt)
+{
+    guard.resetTime = 2s;
+    // A relay of 0.05 A: at 1.4 A, below its setting, it is full in less than 12 s.
+    StepRunner runner(*kesto, control, HeatBudget({0.05, 4.0, 30.0, 100.0}));
+    std::vector<double> rests;
+    runner.onCooling = [&](double seconds) { rests.push_back(seconds); };
+    EXPECT_EQ(runner.run(guard, {step(1.4, 7s)}), Outcome::Complete);
+    EXPECT_TRUE(rests.empty());
+    EXPECT_EQ(runner.run(guard, {step(1.4, 7s)}), Outcome::Complete);
+    ASSERT_EQ(rests.size(), 1u);
+    EXPECT_GT(rests[0], 100.0);
+    EXPECT_EQ(runner.run(guard, {step(1.45, 60s)}), Outcome::TooHot);
+    EXPECT_THAT(runner.getError(), HasSubstr("more than it withstands"));
+    EXPECT_EQ(relay->largest, 1.4);
+}
+
+TEST_F(StepRunnerTest, OnlyTheTimeThatTheCurrentHasFlownHeats)
+{
+    guard.resetTime = 2s;
+    // The limit of each step would fill three quarters; the relay trips in a tenth of a second.
+    StepRunner runner(*kesto, control, HeatBudget({0.1, 4.0, 30.0, 100.0}));
+    runner.onCooling = [](double) { ADD_FAILURE(); };
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(runner.run(guard, {step(2.0, 17s)}), Outcome::Complete);
+}
+
+TEST_F(StepRunnerTest, AStopBeforeTheRestBeginsNothing)
+{
+    StepRunner runner(*kesto, control);
+    control.stop();
+    EXPECT_EQ(runner.run(guard, {step(2.0, 10s)}), Outcome::Stopped);
+    EXPECT_EQ(relay->largest, 0.0);
+}
