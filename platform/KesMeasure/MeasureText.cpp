@@ -41,6 +41,8 @@ constexpr Kes::TextTable table({
      "Проверка завершена: следующий шаг нагрел бы токовый вход реле сверх допустимого."},
     {"Run.cooling", "%s: cooling of the relay, %s s", "%s: охлаждение реле, %s с"},
 
+    {"State.passed", "Passed", "В допуске"},
+    {"State.failed", "Failed", "Вне допуска"},
     {"State.notReset", "Not reset", "Нет возврата"},
     {"State.noOperation", "No operation", "Не сработало"},
     {"State.contactEarly", "Contact closed too early", "Контакт замкнут заранее"},
@@ -56,11 +58,6 @@ constexpr Kes::TextTable table({
     {"Chart.notOperated", "no operation", "не сработало"},
     {"Chart.description", "%s: %zu points measured, %zu passed, %zu failed.",
      "%s: измерено точек %zu, в допуске %zu, вне допуска %zu."},
-
-    {"Reading.passed", "passed", "в допуске"},
-    {"Reading.failed", "failed", "вне допуска"},
-    {"Reading.noOperation", "no operation", "не сработало"},
-    {"Reading.contactEarly", "contact too early", "контакт раньше времени"},
 
     {"Column.number", "No.", "№"},
     {"Column.object", "Stage", "Ступень"},
@@ -81,7 +78,7 @@ constexpr Kes::TextTable table({
      "Результаты этого файла прочитать не удалось."},
     {"Outcome.whole", "%s: %zu of %zu values within tolerance", "%s: в допуске величин %zu из %zu"},
     {"Outcome.part", "%s: %zu of %zu values measured, %zu within tolerance",
-     "%s: измерено величин %zu из %zu, в допуске %zu"},
+     "%s: измерено %zu из %zu, в допуске %zu"},
 
     {"Settings.title", "Test object", "Объект испытаний"},
     {"Settings.edit", "Edit...", "Изменить..."},

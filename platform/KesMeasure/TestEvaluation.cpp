@@ -39,11 +39,17 @@ std::size_t countPassed(const MeasurementPlan& plan, const TestRecord& record)
 
 const char* verdictText(const Reading& reading, bool isPassed)
 {
-    if (reading.state == MeasureState::NoOperation)
-        return get("Reading.noOperation");
-    if (reading.state == MeasureState::ContactEarly)
-        return get("Reading.contactEarly");
-    return get(isPassed ? "Reading.passed" : "Reading.failed");
+    switch (reading.state) {
+    case MeasureState::NoOperation:
+        return get("State.noOperation");
+    case MeasureState::ContactEarly:
+        return get("State.contactEarly");
+    case MeasureState::NotReset:
+        return get("State.notReset");
+    case MeasureState::Measured:
+        break;
+    }
+    return get(isPassed ? "State.passed" : "State.failed");
 }
 
 std::string bandText(const PlannedMeasurement& planned)
@@ -121,6 +127,8 @@ Verdict judge(const MeasurementPlan& plan, const TestRecord& record)
         return Verdict::Stopped;
     case RunEnd::Fault:
         return Verdict::Fault;
+    case RunEnd::Ended:
+        return Verdict::Failed;
     case RunEnd::Complete:
         break;
     }

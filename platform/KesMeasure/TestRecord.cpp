@@ -12,10 +12,13 @@ namespace {
 
 constexpr std::pair<const char*, MeasureState> states[] = {{"noOperation", MeasureState::NoOperation},
                                                            {"measured", MeasureState::Measured},
-                                                           {"contactEarly", MeasureState::ContactEarly}};
+                                                           {"contactEarly", MeasureState::ContactEarly},
+                                                           {"notReset", MeasureState::NotReset}};
 
-constexpr std::pair<const char*, RunEnd> ends[] = {
-    {"stopped", RunEnd::Stopped}, {"complete", RunEnd::Complete}, {"fault", RunEnd::Fault}};
+constexpr std::pair<const char*, RunEnd> ends[] = {{"stopped", RunEnd::Stopped},
+                                                   {"complete", RunEnd::Complete},
+                                                   {"fault", RunEnd::Fault},
+                                                   {"ended", RunEnd::Ended}};
 
 constexpr std::pair<const char*, Origin> origins[] = {
     {"false", Origin::Device}, {"true", Origin::Simulated}, {"unknown", Origin::Unknown}};

@@ -10,7 +10,7 @@ enum class MeasureState {
     NoOperation,
     /// It had done so before the quantity was there: the wiring or the relay is not as it should be.
     ContactEarly,
-    /// The contacts did not open before it: the quantity was not put out.
+    /// The contacts did not open before it, so it shows nothing.
     NotReset
 };
 

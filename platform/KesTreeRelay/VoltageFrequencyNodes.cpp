@@ -1,10 +1,8 @@
 #include <KesTreeRelay/VoltageFrequencyNodes.h>
 
-#include <KesTreeRelay/RelayNodes.h>
-#include <KesTreeRelay/detail/RelayText.h>
 #include <KesTreeRelay/detail/Rules.h>
 
-namespace KesTree::RelayNodes {
+namespace KesTree::VoltageFrequencyNodes {
 
 namespace {
 
@@ -46,7 +44,7 @@ void addTolerances(Node& stage, const Quantity& tolerance, double milliseconds)
 {
     stage.add(Node::number(StageTolerance, {"Tolerance of the value", "Допуск уставки"}, tolerance.unit,
                            tolerance.value, tolerance.minimum, tolerance.maximum));
-    addTimeTolerances(stage, 1.0, milliseconds);
+    RelayNodes::addTimeTolerances(stage, 1.0, milliseconds);
 }
 
 const Quantity voltageTolerance{percent, 1.0, 0.05, 20.0};
@@ -118,4 +116,4 @@ std::unique_ptr<Node> voltageFrequencyRelay()
     return root;
 }
 
-} // namespace KesTree::RelayNodes
+} // namespace KesTree::VoltageFrequencyNodes

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-namespace KesTree::RelayNodes {
+namespace KesTree::VoltageFrequencyNodes {
 
 /// Node ids of a voltage and frequency relay, for `Node::find`; those of a stage stand behind the stage's:
 /// "undervoltage/setting". Nominal quantities and inputs are in the group "relay".
@@ -36,9 +36,9 @@ enum RateDirection : std::size_t { FallingFrequency, RisingFrequency };
 ///
 /// A stage has: whether it is used, its setting (V, Hz, Hz/s), its delay (s), its drop-off (a ratio for the
 /// voltages, a difference in Hz for the frequencies, none for the rate, which has the direction instead), the
-/// tolerance of its value (percent; Hz for the frequencies) and those of its time, `TolerancePercent` and
-/// `ToleranceMilliseconds` of RelayNodes.h, one of which is above zero. The values of a stage that is not
+/// tolerance of its value (percent; Hz for the frequencies) and those of its time, `TolerancePercent`
+/// and `ToleranceMilliseconds` of `RelayNodes`, one of which is above zero. The values of a stage that is not
 /// used play no part (`Node::isUsed`).
 KES_EXPORT std::unique_ptr<Node> voltageFrequencyRelay();
 
-} // namespace KesTree::RelayNodes
+} // namespace KesTree::VoltageFrequencyNodes

@@ -280,7 +280,7 @@ TEST_F(ModelTest, TheWindowShowsThePlanAndFillsIt)
     EXPECT_EQ(cell(13, 8), "");
     ASSERT_TRUE(shown.startTest());
     EXPECT_TRUE(KesTest::waitFor(
-        [&] { return shown.getCanStart() && cell(13, 8).find("passed") != std::string::npos; }));
+        [&] { return shown.getCanStart() && cell(13, 8).find("Passed") != std::string::npos; }));
     ASSERT_TRUE(shown.getTestObject()->find("frequencyRate/used")->setValue(false));
     EXPECT_EQ(tables().front()->get_model()->children().size(), 14u) << "results stay";
     dialogs.answer(Kes::DialogResult::No);

@@ -19,7 +19,7 @@ using KesMeasure::MeasureState;
 using KesMeasure::Reading;
 using KesTest::StageRelay;
 using Quantity = StageRelay::Values::Quantity;
-namespace Nodes = KesTree::RelayNodes;
+namespace Nodes = KesTree::VoltageFrequencyNodes;
 
 namespace {
 
@@ -155,7 +155,6 @@ TEST_F(VerdictTest, HealthyRelaysPassAndFaultyOnesDoNot)
             healthy.startTime = toTime(draw(0.005, 0.08));
             healthy.resetTime = toTime(draw(0.005, 0.03));
             healthy.bounces = promise.quantity == Quantity::HertzPerSecond ? 0 : i % 3;
-            healthy.tripTime -= 4ms * healthy.bounces;
             EXPECT_EQ(test(healthy), all(promise, true)) << promise.group << " " << i;
             auto faulty = makeRelay(promise, sign * draw(worst, 2.0), sign * draw(1.05, 2.0));
             EXPECT_EQ(test(faulty), all(promise, false)) << promise.group << " " << i;
@@ -174,7 +173,7 @@ TEST_F(VerdictTest, TellsWhatIsWrongWithAContact)
     relay.pickUp = 110.0;
     relay.dropOff = 120.0;
     EXPECT_EQ(test(relay), all(promise, false));
-    EXPECT_EQ(readings, std::vector<Reading>(3, {MeasureState::ContactEarly, 0.0})) << "it does not rest";
+    EXPECT_EQ(readings, std::vector<Reading>(3, {MeasureState::NotReset, 0.0})) << "it does not rest";
     relay = makeRelay(promise, 0.0, 0.0);
     relay.resetTime = 1500ms;
     (void)test(relay);

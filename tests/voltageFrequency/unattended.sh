@@ -58,7 +58,7 @@ holds net.html "Test passed"
 with_relay "voltage-frequency:U<=70" 1
 holds net.html "Test failed"
 with_relay overcurrent 1
-holds net.html "no operation"
+holds net.html "No operation"
 
 echo "SIGTERM"
 timeout 60 "$program" --language en --run --speed 0.5 --save stopped.kvf --report stopped.html --quit 2>err &

@@ -7,7 +7,7 @@
 
 namespace VoltageFrequency {
 
-namespace Nodes = KesTree::RelayNodes;
+namespace Nodes = KesTree::VoltageFrequencyNodes;
 using KesTree::Node;
 
 namespace {
@@ -45,8 +45,9 @@ Stage readStage(const Node& group, StageKind kind)
     Stage stage;
     stage.isUsed = group.find(Nodes::StageUsed)->getBoolean();
     stage.delay = group.find(Nodes::StageDelay)->getNumber();
-    stage.timeTolerance = std::max(stage.delay * group.find(Nodes::TolerancePercent)->getNumber() / 100.0,
-                                   group.find(Nodes::ToleranceMilliseconds)->getNumber() / 1000.0);
+    stage.timeTolerance =
+        std::max(stage.delay * group.find(KesTree::RelayNodes::TolerancePercent)->getNumber() / 100.0,
+                 group.find(KesTree::RelayNodes::ToleranceMilliseconds)->getNumber() / 1000.0);
     readValues(group, kind, stage);
     return stage;
 }

@@ -58,7 +58,8 @@ struct Settings {
     bool operator==(const Settings&) const = default;
 };
 
-/// The tree of the test object: the relay of `KesTree::RelayNodes` and a group "plan" for the test itself.
+/// The tree of the test object: the relay of `KesTree::VoltageFrequencyNodes` and a group "plan" for the test
+/// itself.
 std::unique_ptr<KesTree::Node> makeTestObject();
 
 inline bool isVoltage(StageKind kind)

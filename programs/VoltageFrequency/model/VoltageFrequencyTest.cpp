@@ -5,6 +5,7 @@
 
 #include <KesCommon/StringHelper.h>
 #include <KesDriver/simulated/relays/VoltageFrequencyRelay.h>
+#include <KesMeasure/MeasureText.h>
 #include <KesMeasure/ScreenNumber.h>
 
 #include <algorithm>
@@ -68,14 +69,15 @@ PlannedMeasurement planOf(StageKind kind, const char* quantity)
 void requireSteps(const SequenceRecord& record, std::size_t step)
 {
     if (record.steps.size() <= step)
-        throw std::runtime_error(get("Run.nonsense"));
+        throw std::runtime_error(lng::Measure::get("Run.nonsense"));
 }
 
 Reading readPickUp(const Settings& settings, const Steps::Ramp& ramp, const SequenceRecord& record)
 {
     requireSteps(record, Steps::pickUpStep);
-    if (!Steps::hasReset(record, settings) ||
-        Steps::isClosedBefore(record, Steps::pickUpStep, settings.startInput))
+    if (!Steps::hasReset(record, settings))
+        return {MeasureState::NotReset, 0.0};
+    if (Steps::isClosedBefore(record, Steps::pickUpStep, settings.startInput))
         return {MeasureState::ContactEarly, 0.0};
     const auto time = Steps::changeIn(record, Steps::pickUpStep, {settings.startInput, true});
     return time ? Reading{MeasureState::Measured, ramp.valueAt(*time)}
@@ -86,7 +88,7 @@ Reading readDropOff(const Settings& settings, const Steps::Ramp& ramp, const Seq
 {
     requireSteps(record, Steps::dropOffStep);
     if (!Steps::hasReset(record, settings))
-        return {MeasureState::ContactEarly, 0.0};
+        return {MeasureState::NotReset, 0.0};
     if (!Steps::isClosedBefore(record, Steps::dropOffStep, settings.startInput)) {
         const bool hasStarted =
             Steps::changeIn(record, Steps::operateStep, {settings.startInput, true}).has_value();
@@ -102,7 +104,7 @@ MaybeReading readChange(const Settings& settings, unsigned input, const Sequence
 {
     requireSteps(record, Steps::operateStep);
     if (!Steps::hasReset(record, settings))
-        return Reading{MeasureState::ContactEarly, 0.0};
+        return Reading{MeasureState::NotReset, 0.0};
     const auto time = Steps::changeIn(record, Steps::operateStep, {input, true});
     return time ? MaybeReading(Reading{MeasureState::Measured, Seconds(*time).count()}) : std::nullopt;
 }

@@ -1,5 +1,7 @@
 #include <VoltageFrequency/steps/Steps.h>
 
+#include <KesMeasure/ContactChanges.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -201,18 +203,8 @@ OutputSequence ratePulseOf(const Settings& settings, double hertzPerSecond)
 
 std::optional<DeviceTime> changeIn(const SequenceRecord& record, std::size_t step, InputCondition condition)
 {
-    const auto& inputs = record.inputs;
-    for (auto change = inputs.begin(); change != inputs.end(); ++change) {
-        if (*change->step != step || change->input != condition.input ||
-            change->isClosed != condition.isClosed)
-            continue;
-        const auto back = std::find_if(change + 1, inputs.end(), [&](const KesDriver::InputEvent& later) {
-            return later.input == condition.input;
-        });
-        if (back == inputs.end() || back->time - change->time >= debounce)
-            return change->time - record.steps[step];
-    }
-    return std::nullopt;
+    const auto change = KesMeasure::ContactChanges::findFirst(record, condition, debounce, step);
+    return change ? std::optional(change->time - record.steps[step]) : std::nullopt;
 }
 
 bool isClosedBefore(const SequenceRecord& record, std::size_t step, unsigned input)

@@ -46,7 +46,7 @@ inline constexpr std::size_t pickUpStep = 3;
 inline constexpr std::size_t dropOffStep = 4;
 inline constexpr std::size_t operateStep = 2;
 
-/// The time within that step at which the contact went to the state, bounces left out; nothing: it did not.
+/// From the step's beginning to the contact's change to the state, in it or a later one, bounces left out.
 std::optional<KesDriver::DeviceTime> changeIn(const KesMeasure::SequenceRecord& record, std::size_t step,
                                               KesDriver::InputCondition condition);
 /// Whether the contact was closed when the step began.

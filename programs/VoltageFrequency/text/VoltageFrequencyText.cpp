@@ -46,9 +46,6 @@ constexpr Kes::TextTable table({
     {"Check.rateReaches",
      "testing df/dt changes the frequency by %s Hz, which reaches the setting of %s. Switch one of them off.",
      "при проверке df/dt частота меняется на %s Гц и достигает уставки %s. Выведите одну из ступеней."},
-
-    {"Run.nonsense", "The device reported times that make no sense.",
-     "Устройство сообщило недостоверные значения времени."},
 });
 
 } // namespace
