@@ -27,6 +27,8 @@ public:
         Time resetTime{0};
         /// Each closing is followed by this many openings of 2 ms, 2 ms apart.
         int bounces = 0;
+        /// The trip contact closes for 2 ms so long before it operates; 0: it does not.
+        Time shakeBefore{0};
     };
 
     explicit StageRelay(const Values& values) : _values(values) {}
@@ -83,6 +85,11 @@ private:
         using namespace std::chrono_literals;
         if (_isClosed[input - 1])
             return;
+        if (input == 1 && _values.shakeBefore > Time(0))
+            for (const bool isClosed : {true, false})
+                _pending.push_back({input, isClosed,
+                                    at - _values.shakeBefore + (isClosed ? Time(0) : Time(2ms)),
+                                    std::nullopt});
         _pending.push_back({input, true, at, std::nullopt});
         for (int i = 0; i < _values.bounces; ++i) {
             _pending.push_back({input, false, at + 4ms * i + 2ms, std::nullopt});

@@ -155,6 +155,7 @@ TEST_F(VerdictTest, HealthyRelaysPassAndFaultyOnesDoNot)
             healthy.startTime = toTime(draw(0.005, 0.08));
             healthy.resetTime = toTime(draw(0.005, 0.03));
             healthy.bounces = promise.quantity == Quantity::HertzPerSecond ? 0 : i % 3;
+            healthy.shakeBefore = i % 4 == 1 ? 150ms : 0ms;
             EXPECT_EQ(test(healthy), all(promise, true)) << promise.group << " " << i;
             auto faulty = makeRelay(promise, sign * draw(worst, 2.0), sign * draw(1.05, 2.0));
             EXPECT_EQ(test(faulty), all(promise, false)) << promise.group << " " << i;
