@@ -2,7 +2,7 @@
 
 namespace KesTestProgram {
 
-std::shared_ptr<const KesMeasure::ITestDefinition> TestKind::makeTestOf(const std::string& settings) const
+TestKind::Test TestKind::makeTestOf(const std::string& settings) const
 {
     const auto tree = makeTestObject();
     if (!tree->deserialize(settings))

@@ -4,6 +4,7 @@
 #include <KesMeasure/ITestDefinition.h>
 #include <KesTree/Node.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -12,6 +13,10 @@ namespace KesTestProgram {
 /// What makes a test program different from the others: names, its test object and its test. A value; made
 /// once the language of the process has been chosen.
 struct KES_EXPORT TestKind {
+    using Test = std::shared_ptr<const KesMeasure::ITestDefinition>;
+    using MakeTestObject = std::function<std::unique_ptr<KesTree::Node>()>;
+    using MakeTest = std::function<Test(const KesTree::Node& testObject)>;
+
     /// As titles and help files name the program.
     std::string name;
     /// As its files name it, such as "kes-voltage-frequency".
@@ -23,13 +28,13 @@ struct KES_EXPORT TestKind {
     /// Below the title of its reports.
     std::string reportTitle;
     /// The tree of the test object with the values of a new archive; its plan is part of it.
-    std::unique_ptr<KesTree::Node> (*makeTestObject)() = nullptr;
+    MakeTestObject makeTestObject;
     /// The test with the tree's present values; never null.
-    std::shared_ptr<const KesMeasure::ITestDefinition> (*makeTest)(const KesTree::Node& testObject) = nullptr;
+    MakeTest makeTest;
 
     /// The test with the values of a written tree; null when they are not those of such a tree or make no
     /// test. GUI thread.
-    std::shared_ptr<const KesMeasure::ITestDefinition> makeTestOf(const std::string& settings) const;
+    Test makeTestOf(const std::string& settings) const;
 };
 
 } // namespace KesTestProgram

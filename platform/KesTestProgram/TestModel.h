@@ -91,7 +91,7 @@ protected:
     void _onStop() override;
 
 private:
-    using Test = std::shared_ptr<const KesMeasure::ITestDefinition>;
+    using Test = TestKind::Test;
 
     void onMeasurement(std::size_t index, double progress) override;
     void onReading(const KesMeasure::Reading& reading) override;

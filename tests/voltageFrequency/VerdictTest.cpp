@@ -43,7 +43,7 @@ public:
     static KesTestProgram::TestKind makeKind()
     {
         auto kind = VoltageFrequencyModel::kind();
-        kind.makeTest = [](const KesTree::Node& tree) -> std::shared_ptr<const KesMeasure::ITestDefinition> {
+        kind.makeTest = [](const KesTree::Node& tree) {
             return std::make_shared<WiredTest>(Settings::fromNode(tree));
         };
         return kind;

@@ -15,8 +15,7 @@ KesTestProgram::TestKind VoltageFrequencyModel::kind()
     kind.extension = "kvf";
     kind.reportTitle = lng::VoltageFrequency::get("Report.title");
     kind.makeTestObject = makeTestObject;
-    kind.makeTest =
-        [](const KesTree::Node& testObject) -> std::shared_ptr<const KesMeasure::ITestDefinition> {
+    kind.makeTest = [](const KesTree::Node& testObject) {
         return std::make_shared<VoltageFrequencyTest>(Settings::fromNode(testObject));
     };
     return kind;
