@@ -132,6 +132,15 @@ std::vector<KesMeasure::TextLine> VoltageFrequencyTest::describe() const
         lines.push_back({get("Settings.tolerance"), "\u00B1" + withUnit(stage.tolerance, unitOf(kind)) +
                                                         ", \u00B1" + withUnit(stage.timeTolerance, second)});
     }
+    const char* percent = get("Unit.percent");
+    lines.insert(lines.end(),
+                 {{get("Settings.plan"), ""},
+                  {get("Settings.healthy"), withUnit(_settings.healthyTime, second)},
+                  {get("Settings.reset"), withUnit(_settings.resetTime, second)},
+                  {get("Settings.ramp"), format(get("Settings.rampValue"), shortest(_settings.rampTime))},
+                  {get("Settings.steps"), withUnit(_settings.voltageStep * 100.0, percent) + ", " +
+                                              withUnit(_settings.frequencyStep, get("Unit.hertz")) + ", " +
+                                              withUnit(_settings.rateStep * 100.0, percent)}});
     return lines;
 }
 

@@ -26,6 +26,7 @@ constexpr Kes::TextTable table({
     {"Unit.hertz", "Hz", "Гц"},
     {"Unit.hertzPerSecond", "Hz/s", "Гц/с"},
     {"Unit.second", "s", "с"},
+    {"Unit.percent", "%", "%"},
 
     {"Settings.nominal", "Nominal", "Номинальные"},
     {"Settings.inputs", "Inputs", "Входы"},
@@ -33,6 +34,12 @@ constexpr Kes::TextTable table({
     {"Settings.setting", "Setting, delay", "Уставка, выдержка"},
     {"Settings.dropOff", "Drop-off", "Возврат"},
     {"Settings.tolerance", "Tolerances", "Допуски"},
+    {"Settings.plan", "Test plan", "План проверки"},
+    {"Settings.healthy", "Nominal before", "Номинал до подачи"},
+    {"Settings.reset", "Reset time", "Время возврата"},
+    {"Settings.ramp", "Ramp", "Изменение"},
+    {"Settings.rampValue", "%s s per tolerance", "%s с на допуск"},
+    {"Settings.steps", "Steps beyond", "Превышения"},
 
     {"Check.noStage", "no stage of the relay is in use.", "ни одна ступень реле не введена."},
     {"Check.sameInput", "trip and start contact need an input each.",
