@@ -1,6 +1,7 @@
 #include <VoltageFrequency/model/VoltageFrequencyModel.h>
 
 #include <KesCommon/FileSystem.h>
+#include <KesDriver/simulated/SimulatedNetwork.h>
 #include <KesMeasure/TestEvaluation.h>
 #include <KesProgram/archive/ArchiveHelper.h>
 #include <KesProgram/archive/ArchiveManager.h>
@@ -286,4 +287,36 @@ TEST_F(ModelTest, TheWindowShowsThePlanAndFillsIt)
     dialogs.answer(Kes::DialogResult::No);
     presenter.requestClose();
     EXPECT_TRUE(KesTest::waitFor([&isClosed] { return isClosed; }));
+}
+
+TEST_F(ModelTest, AFaultOfTheDeviceEndsTheRunAndKeepsWhatIsMeasured)
+{
+    model.setSpeed(50);
+    ASSERT_TRUE(model.startTest());
+    ASSERT_TRUE(KesTest::waitFor([this] {
+        const auto record = model.getTestInView().record;
+        return record && !record->readings.empty();
+    }));
+    const auto kestos = model.getHardware()->getKestos().getItems();
+    const auto device = KesDriver::SimulatedNetwork::getEmbedded()->get(kestos.front()->getAddress());
+    device->simulateQuickShutdown();
+    EXPECT_TRUE(KesTest::waitFor([this] { return model.getCanStart(); }));
+    EXPECT_EQ(model.getRunVerdict(), RunVerdict::Fault);
+    EXPECT_THAT(takeTexts(), testing::Not(IsEmpty()));
+    EXPECT_EQ(model.getTestInView().record->end, RunEnd::Fault);
+    device->clearFaults();
+}
+
+TEST_F(ModelTest, AnArchiveThatIsClosedTakesItsTestAlong)
+{
+    const auto empty = save();
+    model.setSpeed(50);
+    ASSERT_TRUE(model.startTest());
+    ASSERT_TRUE(KesTest::waitFor([this] { return model.getTestInView().record.has_value(); }));
+    std::stringstream stream(empty);
+    ASSERT_TRUE(model.setDataStream(stream, false));
+    EXPECT_THAT(takeTexts(), HasSubstr("its archive was closed"));
+    EXPECT_TRUE(KesTest::waitFor([this] { return model.getCanStart(); }));
+    EXPECT_FALSE(model.getTestInView().record) << "the test of another archive";
+    EXPECT_EQ(save(), empty);
 }

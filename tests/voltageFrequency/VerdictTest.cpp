@@ -178,6 +178,7 @@ TEST_F(VerdictTest, TellsWhatIsWrongWithAContact)
     relay = makeRelay(promise, 0.0, 0.0);
     relay.resetTime = 1500ms;
     (void)test(relay);
+    ASSERT_EQ(readings.size(), 3u);
     EXPECT_EQ(readings[2].state, MeasureState::Measured) << "the plan waits two seconds for it";
     relay = makeRelay(promise, 0.0, 0.0);
     relay.pickUp = 90.0;
