@@ -100,6 +100,8 @@ ChartPoint createPoint(const PlannedMeasurement& planned, std::size_t number, co
         point.position.y = percentOfTolerance(planned, reading->value);
         point.text += "\n" + fixed(reading->value, planned.decimals) + " " + planned.unit;
     } else {
+        // Outside of the band, in which it would look like a good one.
+        point.position.y = chartEnd;
         point.state = ChartPoint::State::NotOperated;
     }
     point.text += std::string("\n") + verdictText(*reading, isPassed);

@@ -21,7 +21,8 @@ KES_EXPORT Verdict judge(const MeasurementPlan& plan, const TestRecord& record);
 KES_EXPORT ResultTable createTable(const MeasurementPlan& plan, const TestRecord* record);
 
 /// The deviations from the expected values in percent of the tolerance on their side, so that values of
-/// different units stand beside each other, over the numbers of the table's rows.
+/// different units stand beside each other, over the numbers of the table's rows. What was not measured
+/// stands at the upper end.
 KES_EXPORT Chart createChart(const MeasurementPlan& plan, const TestRecord* record);
 
 /// `areResultsLost`: there was a test, but its results could not be read.
