@@ -106,9 +106,9 @@ TEST(TestEvaluationTest, TheChartMeasuresEachSideByItsOwnTolerance)
     EXPECT_DOUBLE_EQ(yOf(2, 10.0), 0.0) << "a band without width";
     EXPECT_DOUBLE_EQ(yOf(2, 10.1), 200.0);
     const auto idle = recordOf({{MeasureState::NoOperation, 0.0}}, RunEnd::Stopped);
-    const auto point = TestEvaluation::createChart(plan, &idle).points[0];
-    EXPECT_EQ(point.state, ChartPoint::State::NotOperated);
-    EXPECT_DOUBLE_EQ(point.position.y, 200.0);
+    const auto unmeasured = TestEvaluation::createChart(plan, &idle).points[0];
+    EXPECT_EQ(unmeasured.state, ChartPoint::State::NotOperated);
+    EXPECT_DOUBLE_EQ(unmeasured.position.y, 200.0);
     const auto empty = TestEvaluation::createChart(plan, nullptr);
     for (const auto& point : empty.points)
         EXPECT_EQ(point.state, ChartPoint::State::Planned);
