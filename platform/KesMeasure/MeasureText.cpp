@@ -41,6 +41,8 @@ constexpr Kes::TextTable table({
      "Проверка завершена: следующий шаг нагрел бы токовый вход реле сверх допустимого."},
     {"Run.cooling", "%s: cooling of the relay, %s s", "%s: охлаждение реле, %s с"},
 
+    {"State.passed", "Passed", "В допуске"},
+    {"State.failed", "Failed", "Вне допуска"},
     {"State.notReset", "Not reset", "Нет возврата"},
     {"State.noOperation", "No operation", "Не сработало"},
     {"State.contactEarly", "Contact closed too early", "Контакт замкнут заранее"},
@@ -56,6 +58,36 @@ constexpr Kes::TextTable table({
     {"Chart.notOperated", "no operation", "не сработало"},
     {"Chart.description", "%s: %zu points measured, %zu passed, %zu failed.",
      "%s: измерено точек %zu, в допуске %zu, вне допуска %zu."},
+
+    {"Column.number", "No.", "№"},
+    {"Column.object", "Stage", "Ступень"},
+    {"Column.quantity", "Quantity", "Величина"},
+    {"Column.expected", "Expected", "Ожид."},
+    {"Column.band", "Permitted", "Допускается"},
+    {"Column.measured", "Measured", "Измерено"},
+    {"Column.deviation", "Deviation", "Откл."},
+    {"Column.unit", "Unit", "Ед."},
+    {"Column.verdict", "Verdict", "Оценка"},
+
+    {"Deviations.title", "Deviations", "Отклонения"},
+    {"Deviations.number", "No.", "№"},
+    {"Deviations.percent", "Deviation, % of tolerance", "Отклонение, % допуска"},
+
+    {"Outcome.noTest", "No test has been made yet", "Проверка ещё не проводилась"},
+    {"Outcome.lost", "The results of this file could not be read.",
+     "Результаты этого файла прочитать не удалось."},
+    {"Outcome.whole", "%s: %zu of %zu values within tolerance", "%s: в допуске величин %zu из %zu"},
+    {"Outcome.part", "%s: %zu of %zu values measured, %zu within tolerance",
+     "%s: измерено %zu из %zu, в допуске %zu"},
+
+    {"Settings.title", "Test object", "Объект испытаний"},
+    {"Settings.edit", "Edit...", "Изменить..."},
+    {"Settings.editTip", "Edit the test object", "Изменить объект испытаний"},
+
+    {"Summary.none", "settings", "уставки"},
+    {"Summary.one", "%zu result of %s", "%zu результат от %s"},
+    {"Summary.few", "%zu results of %s", "%zu результата от %s"},
+    {"Summary.many", "%zu results of %s", "%zu результатов от %s"},
 
     {"Report.failed", "The report could not be made.", "Не удалось создать протокол."},
 });

@@ -106,6 +106,8 @@ void ChartDrawing::_text(const std::string& text, double x, double y, Align alig
     const double shift = align == Align::Start ? 0.0 : align == Align::Middle ? width / 2.0 : width;
     _cairo->move_to(std::round(x - shift), std::round(y));
     _makeLayout(text)->show_in_cairo_context(_cairo);
+    // An arc drawn next would begin with a line from here.
+    _cairo->begin_new_path();
 }
 
 void ChartDrawing::_drawGrid()

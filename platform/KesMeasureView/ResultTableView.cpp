@@ -87,6 +87,10 @@ void ResultTableView::_setRows(const std::vector<ResultTable::Row>& rows)
         return;
     const auto [shown, present] = std::mismatch(_rows.begin(), _rows.end(), rows.begin(), rows.end());
     const bool isGrowing = !_rows.empty() && shown == _rows.end();
+    if (!_rows.empty() && rows.size() == _rows.size()) {
+        _refill(rows);
+        return;
+    }
     if (!isGrowing)
         _store->clear();
     for (auto row = isGrowing ? present : rows.begin(); row != rows.end(); ++row)
@@ -95,6 +99,20 @@ void ResultTableView::_setRows(const std::vector<ResultTable::Row>& rows)
     // Other results begin at the top; those of a test under way are followed.
     if (!_rows.empty())
         _table.scroll_to_row(Gtk::TreePath(std::to_string(isGrowing ? _rows.size() - 1 : 0)));
+}
+
+/// Rows that stand there before they are measured are filled one after the other, and followed.
+void ResultTableView::_refill(const std::vector<ResultTable::Row>& rows)
+{
+    const bool isOther = rows.front() != _rows.front();
+    std::size_t last = 0;
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        if (rows[i] != _rows[i]) {
+            _fill(*_store->get_iter(Gtk::TreePath(std::to_string(i))), rows[i]);
+            last = i;
+        }
+    _rows = rows;
+    _table.scroll_to_row(Gtk::TreePath(std::to_string(isOther ? 0 : last)));
 }
 
 void ResultTableView::_setValues(const std::vector<ResultTable::Value>& values)

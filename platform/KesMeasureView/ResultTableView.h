@@ -35,6 +35,7 @@ private:
     void _setColumns(const std::vector<ResultTable::Column>& columns);
     void _addColumn(const ResultTable::Column& column, std::size_t index);
     void _setRows(const std::vector<ResultTable::Row>& rows);
+    void _refill(const std::vector<ResultTable::Row>& rows);
     void _fill(const Gtk::TreeRow& line, const ResultTable::Row& row);
     void _setValues(const std::vector<ResultTable::Value>& values);
 

@@ -15,6 +15,14 @@ Gtk::Widget& widgetOf(Kes::IView& view)
 
 TestContentView::TestContentView(Kes::IView& settings, Kes::IView& plan, Kes::IView& planError,
                                  Kes::IView& outcome, Kes::IView& chart, Kes::IView& results)
+    : TestContentView(settings, outcome, chart, results)
+{
+    _left.pack_start(widgetOf(plan), Gtk::PACK_SHRINK);
+    _leftColumn.pack_start(widgetOf(planError), Gtk::PACK_SHRINK);
+}
+
+TestContentView::TestContentView(Kes::IView& settings, Kes::IView& outcome, Kes::IView& chart,
+                                 Kes::IView& results)
     : Gtk::Paned(Gtk::ORIENTATION_HORIZONTAL),
       _leftColumn(Gtk::ORIENTATION_VERTICAL),
       _left(Gtk::ORIENTATION_VERTICAL),
@@ -25,7 +33,6 @@ TestContentView::TestContentView(Kes::IView& settings, Kes::IView& plan, Kes::IV
     get_style_context()->add_class("content");
     _left.get_style_context()->add_class("content-left");
     _left.pack_start(widgetOf(settings), Gtk::PACK_SHRINK);
-    _left.pack_start(widgetOf(plan), Gtk::PACK_SHRINK);
     _leftScroller.set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
     _leftScroller.set_propagate_natural_height(true);
     _leftScroller.add(_left);
@@ -35,7 +42,6 @@ TestContentView::TestContentView(Kes::IView& settings, Kes::IView& plan, Kes::IV
     _right.pack_start(widgetOf(outcome), Gtk::PACK_SHRINK);
     _right.pack_start(_measured, Gtk::PACK_EXPAND_WIDGET);
     _leftColumn.pack_start(_leftScroller, Gtk::PACK_EXPAND_WIDGET);
-    _leftColumn.pack_start(widgetOf(planError), Gtk::PACK_SHRINK);
     pack1(_leftColumn, false, false);
     pack2(_right, true, false);
 }

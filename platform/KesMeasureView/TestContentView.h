@@ -16,6 +16,8 @@ class KES_EXPORT TestContentView : public Gtk::Paned, public Kes::IView {
 public:
     TestContentView(Kes::IView& settings, Kes::IView& plan, Kes::IView& planError, Kes::IView& outcome,
                     Kes::IView& chart, Kes::IView& results);
+    /// Of a program whose plan is part of its settings.
+    TestContentView(Kes::IView& settings, Kes::IView& outcome, Kes::IView& chart, Kes::IView& results);
 
 private:
     Gtk::Box _leftColumn;

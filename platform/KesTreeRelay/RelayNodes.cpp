@@ -3,6 +3,7 @@
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
 #include <KesTreeRelay/detail/RelayText.h>
+#include <KesTreeRelay/detail/Rules.h>
 
 namespace KesTree::RelayNodes {
 
@@ -47,18 +48,6 @@ Kes::Result checkOrder(double smaller, double larger)
     return Kes::Result::failure(lng::TreeRelay::get("Error.withstandOrder"));
 }
 
-/// Both values of a rule ask it, each with its own new value.
-template <typename Rule>
-void validateTogether(Node& first, Node& second, Rule rule)
-{
-    first.setValidation([&second, rule](const Node::Value& value) {
-        return rule(std::get<double>(value), second.getNumber());
-    });
-    second.setValidation([&first, rule](const Node::Value& value) {
-        return rule(first.getNumber(), std::get<double>(value));
-    });
-}
-
 void addCurrents(Node& stage)
 {
     auto& nominal = stage.add(
@@ -87,13 +76,7 @@ void addTolerances(Node& stage)
                            {{"Same at all currents", "Одинаковый при всех токах"},
                             {"Assigned error (IEC 60255-151)", "Класс погрешности (МЭК 60255-151)"}},
                            SameTolerance));
-    auto& relative = stage.add(Node::number(TolerancePercent,
-                                            {"Time tolerance, relative", "Допуск времени, относительный"},
-                                            percent, 5.0, 0.0, 100.0));
-    auto& absolute = stage.add(Node::number(ToleranceMilliseconds,
-                                            {"Time tolerance, absolute", "Допуск времени, абсолютный"},
-                                            milliseconds, 30.0, 0.0, 10000.0));
-    validateTogether(relative, absolute, checkTolerance);
+    addTimeTolerances(stage, 5.0, 30.0);
     stage.add(Node::number(CurrentTolerance, {"Current tolerance", "Допуск тока"}, percent, 2.0, 0.0, 20.0));
 }
 
@@ -159,6 +142,17 @@ void addCurrentInput(Node& stage)
 }
 
 } // namespace
+
+void addTimeTolerances(Node& stage, double percentValue, double millisecondsValue)
+{
+    auto& relative = stage.add(Node::number(TolerancePercent,
+                                            {"Time tolerance, relative", "Допуск времени, относительный"},
+                                            percent, percentValue, 0.0, 100.0));
+    auto& absolute = stage.add(Node::number(ToleranceMilliseconds,
+                                            {"Time tolerance, absolute", "Допуск времени, абсолютный"},
+                                            milliseconds, millisecondsValue, 0.0, 10000.0));
+    validateTogether(relative, absolute, checkTolerance);
+}
 
 std::unique_ptr<Node> overcurrentStage()
 {

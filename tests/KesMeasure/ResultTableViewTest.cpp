@@ -38,6 +38,18 @@ TEST_F(ResultTableViewTest, ShowsTheBeginningOfOtherResultsAndFollowsThoseOfATes
     EXPECT_TRUE(waitFor([&] { return place.get_value() == place.get_upper() - place.get_page_size(); }));
     show(rows(60, "2"));
     EXPECT_EQ(place.get_value(), 0.0);
+    // A row that was there before it is measured.
+    table.rows[55] = {{"3", "Failed"}, Mark::Failed};
+    view.setTable(table);
+    EXPECT_TRUE(waitFor([&] { return place.get_value() > 0.0; }));
+    const auto shown = KesTest::findWidgets<Gtk::TreeView>(view).front()->get_model()->children();
+    EXPECT_EQ(shown.size(), 60u);
+    Glib::ustring text;
+    shown[55].get_value(0, text);
+    EXPECT_EQ(text, "3");
+    table.rows = rows(60, "4");
+    view.setTable(table);
+    EXPECT_TRUE(waitFor([&] { return place.get_value() == 0.0; }));
 }
 
 TEST_F(ResultTableViewTest, FreesWhatItShowedWhenItIsFilledAgain)

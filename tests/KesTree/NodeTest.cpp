@@ -1,5 +1,6 @@
 #include <KesTree/Node.h>
 #include <KesTreeRelay/RelayNodes.h>
+#include <KesTreeRelay/VoltageFrequencyNodes.h>
 
 #include "support/Message.h"
 
@@ -138,3 +139,19 @@ TEST(RelayNodesTest, StageRefusesSettingsThatContradictEachOther)
 }
 
 } // namespace
+
+TEST(RelayNodesTest, ValuesOfAStageThatIsNotUsedPlayNoPart)
+{
+    namespace Nodes = KesTree::VoltageFrequencyNodes;
+    const auto relay = Nodes::voltageFrequencyRelay();
+    auto& stage = *relay->find(Nodes::Undervoltage);
+    auto& used = *stage.find(Nodes::StageUsed);
+    ASSERT_TRUE(used.setValue(false));
+    EXPECT_TRUE(used.isUsed());
+    for (const auto& value : stage.getChildren())
+        EXPECT_EQ(value->isUsed(), value.get() == &used) << value->getId();
+    EXPECT_TRUE(relay->find(Nodes::Overvoltage)->find(Nodes::StageSetting)->isUsed());
+    ASSERT_TRUE(stage.find(KesTree::RelayNodes::TolerancePercent)->setValue(0.0));
+    EXPECT_FALSE(stage.find(KesTree::RelayNodes::ToleranceMilliseconds)->setValue(0.0))
+        << "no time hits exactly";
+}

@@ -62,6 +62,8 @@ COMMON = Table("platform", "KesCommon", "CommonText.cpp")
 DRIVER = Table("platform", "KesDriver", "DriverText.cpp")
 MEASURE = Table("platform", "KesMeasure", "MeasureText.cpp")
 OVERCURRENT = Table("programs", "Overcurrent", "text", "OvercurrentText.cpp")
+VOLTAGE_FREQUENCY = Table("programs", "VoltageFrequency", "text", "VoltageFrequencyText.cpp")
+TEST_PROGRAM = Table("platform", "KesTestProgram", "TestProgramText.cpp")
 SIMULATOR = Table("programs", "Simulator", "SimulatorText.cpp")
 
 

@@ -42,8 +42,8 @@ if [ -z "$flags" ]; then
     $command -x c++-header "$work/toolkit.h" -o "$work/toolkit.h.gch"
     # shellcheck disable=SC2086
     alone() { xargs -P"$(nproc)" -I{} $command -fsyntax-only "$@" -include {} -x c++ /dev/null; }
-    find KesCommon KesDriver KesDevice KesTree -name '*.h' ! -path '*/view/*' | alone
-    find KesCommonView KesDevice/view KesTreeManager KesTreeRelay KesProgram -name '*.h' |
+    find KesCommon KesDriver KesDevice KesTree KesMeasure -name '*.h' ! -path '*/view/*' | alone
+    find KesCommonView KesDevice/view KesTreeManager KesTreeRelay KesProgram KesMeasureView KesTestProgram -name '*.h' |
         alone -include "$work/toolkit.h"
 fi
 

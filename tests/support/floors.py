@@ -27,6 +27,8 @@ for floor in (("text",), ("archive",), ("recovery",), ("views", "model"), ("stat
     FLOORS.update({folder: list(PROGRAMS) for folder in folders})
     PROGRAMS += folders
 PROGRAMS += ["KesMeasure", "KesMeasureView"]  # beside the shell, which knows nothing of them
+FLOORS["KesTestProgram"] = list(PROGRAMS)  # stands on both
+PROGRAMS.append("KesTestProgram")
 
 # Models know no widget and views no model, though the folders below would let them.
 FORBIDDEN = {

@@ -29,7 +29,7 @@ TEST_F(SessionTest, TellsAboutTheDevice)
         {"OUTP?;:OUTP:AUX?;:APPL?", "0;0,0;0,0,0,0,0,0,0,0,0,0,0,0,50,50,0"},
         {"SOURCE:CURR3:PHAS?;:VOLT:LEV?;:CURR:FREQ?;:DIG?", "0;0;50;0"},
         {"EVEN:LAST?;DATA? 1;:INP:STAT?", "0;\"\";0"},
-        {"SEQ:COUN?;:SIM:WIRE:CAT?;:SIM:ENER?;OFF?", "0;\"overcurrent\";0;0"},
+        {"SEQ:COUN?;:SIM:WIRE:CAT?;:SIM:ENER?;OFF?", "0;\"overcurrent\",\"voltage-frequency\";0;0"},
         {"*STB?;*ESR?;*ESE?;*SRE?;:STAT:OPER?;OPER:COND?;PTR?;NTR?;:STAT:QUES:ENAB?",
          "0;128;0;0;0;0;32767;0;0"},
         {"SYST:ERR?", "0,\"No error\""},

@@ -3,8 +3,10 @@
 #include <KesDriver/detail/Refusing.h>
 #include <KesDriver/net/FieldText.h>
 #include <KesDriver/simulated/relays/OvercurrentRelay.h>
+#include <KesDriver/simulated/relays/VoltageFrequencyRelay.h>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <iterator>
 #include <optional>
@@ -102,6 +104,54 @@ Kes::Result makeOvercurrent(const Settings& settings, Relay& relay)
     return result;
 }
 
+using VoltageFrequency = VoltageFrequencyRelay::Settings;
+
+/// Zero switches the stage off; only a rate may lie below zero.
+template <VoltageFrequencyRelay::Kind kind>
+bool setStage(VoltageFrequency& values, std::string_view text)
+{
+    const auto value = FieldText::readNumber(text);
+    if (!value || std::fabs(*value) > mostOfAnything ||
+        (*value < 0.0 && kind != VoltageFrequencyRelay::FrequencyRate))
+        return false;
+    values.stages[kind].isUsed = *value != 0.0;
+    values.stages[kind].setting = *value;
+    return true;
+}
+
+template <VoltageFrequencyRelay::Kind kind>
+bool setStageTime(VoltageFrequency& values, std::string_view text)
+{
+    return setPositive(values.stages[kind].delay, text);
+}
+
+constexpr Setting<VoltageFrequency> voltageFrequencySettings[] = {
+    {"nominal",
+     [](VoltageFrequency& to, std::string_view text) { return setPositive(to.nominalVoltage, text); }},
+    {"U<", setStage<VoltageFrequencyRelay::Undervoltage>},
+    {"tU<", setStageTime<VoltageFrequencyRelay::Undervoltage>},
+    {"U>", setStage<VoltageFrequencyRelay::Overvoltage>},
+    {"tU>", setStageTime<VoltageFrequencyRelay::Overvoltage>},
+    {"f<", setStage<VoltageFrequencyRelay::Underfrequency>},
+    {"tf<", setStageTime<VoltageFrequencyRelay::Underfrequency>},
+    {"f>", setStage<VoltageFrequencyRelay::Overfrequency>},
+    {"tf>", setStageTime<VoltageFrequencyRelay::Overfrequency>},
+    {"rate", setStage<VoltageFrequencyRelay::FrequencyRate>},
+    {"trate", setStageTime<VoltageFrequencyRelay::FrequencyRate>},
+    {"trip", [](VoltageFrequency& to, std::string_view text) { return setInput(to.tripInput, text); }},
+    {"start", [](VoltageFrequency& to, std::string_view text) { return setInput(to.startInput, text); }},
+};
+
+Kes::Result makeVoltageFrequency(const Settings& settings, Relay& relay)
+{
+    VoltageFrequency values;
+    auto result =
+        readSettings(settings, std::span<const Setting<VoltageFrequency>>(voltageFrequencySettings), values);
+    if (result)
+        relay = std::make_shared<VoltageFrequencyRelay>(values);
+    return result;
+}
+
 struct Kind {
     const char* name;
     Kes::Result (*make)(const Settings& settings, Relay& relay);
@@ -109,6 +159,7 @@ struct Kind {
 
 constexpr Kind kinds[] = {
     {"overcurrent", makeOvercurrent},
+    {"voltage-frequency", makeVoltageFrequency},
 };
 
 } // namespace

@@ -16,7 +16,11 @@ KES_EXPORT std::vector<std::string> getKinds();
 
 /// Makes a relay of a kind at rest. Each setting is "<name>=<value>"; one that is not given has its default.
 /// "overcurrent": `pickup` (A), `tms`, `curve` (SI, VI, EI, LTI or DT), `time` (s, of DT), `trip` and `start`
-/// (the inputs of the contacts). A refusal (-222) names what is wrong.
+/// (the inputs of the contacts).
+/// "voltage-frequency": `nominal` (V, phase to phase), the stages `U<`, `U>` (V), `f<`, `f>` (Hz) and `rate`
+/// (Hz/s, below zero for a falling frequency), 0 for a stage that is not used, their delays `tU<`, `tU>`,
+/// `tf<`, `tf>` and `trate` (s), `trip` and `start`.
+/// A refusal (-222) names what is wrong.
 KES_EXPORT Kes::Result make(const std::string& kind, const std::vector<std::string>& settings,
                             std::shared_ptr<ISimulatedTestObject>& relay);
 

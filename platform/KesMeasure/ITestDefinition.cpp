@@ -1,0 +1,7 @@
+#include <KesMeasure/ITestDefinition.h>
+
+namespace KesMeasure {
+
+ITestDefinition::~ITestDefinition() = default;
+
+} // namespace KesMeasure

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <KesDriver/Outputs.h>
+#include <KesMeasure/SequenceRecorder.h>
+#include <KesMeasure/TestState.h>
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace KesMeasure {
+
+/// What one measurement gave. In the unit of its plan; no value unless measured.
+struct Reading {
+    MeasureState state = MeasureState::Measured;
+    double value = 0.0;
+
+    bool operator==(const Reading&) const = default;
+};
+
+/// A value to be measured, with what is expected of it and how to get it. A value.
+struct PlannedMeasurement {
+    /// Names it in files: ASCII letters, digits and dots; unique within a test.
+    std::string id;
+    /// What is measured, and what of it, as people read it.
+    std::string object;
+    std::string quantity;
+    std::string unit;
+    int decimals = 3;
+    double expected = 0.0;
+    /// The band that the value has to lie in, ends included; the expected value lies within.
+    double lower = 0.0;
+    double upper = 0.0;
+    /// How long it is expected to take; for the progress.
+    double seconds = 0.0;
+    /// One after the other, until one gives a reading. When none does, there was no operation.
+    std::vector<KesDriver::OutputSequence> sequences;
+    /// What the sequence of that number shows; nothing: go on with the next one. Start thread. Throws
+    /// `std::runtime_error` with a text for the user when the device's times make no sense.
+    std::function<std::optional<Reading>(std::size_t sequence, const SequenceRecord& record)> read;
+
+    bool isWithin(double value) const { return value >= lower && value <= upper; }
+    bool isPassed(const Reading& reading) const
+    {
+        return reading.state == MeasureState::Measured && isWithin(reading.value);
+    }
+};
+
+using MeasurementPlan = std::vector<PlannedMeasurement>;
+
+} // namespace KesMeasure

@@ -1,0 +1,102 @@
+#include <KesMeasure/TestRecord.h>
+
+#include <KesMeasure/XmlAttributes.h>
+
+#include <libxml++/libxml++.h>
+
+#include <cmath>
+
+namespace KesMeasure {
+
+namespace {
+
+constexpr std::pair<const char*, MeasureState> states[] = {{"noOperation", MeasureState::NoOperation},
+                                                           {"measured", MeasureState::Measured},
+                                                           {"contactEarly", MeasureState::ContactEarly},
+                                                           {"notReset", MeasureState::NotReset}};
+
+constexpr std::pair<const char*, RunEnd> ends[] = {{"stopped", RunEnd::Stopped},
+                                                   {"complete", RunEnd::Complete},
+                                                   {"fault", RunEnd::Fault},
+                                                   {"ended", RunEnd::Ended}};
+
+constexpr std::pair<const char*, Origin> origins[] = {
+    {"false", Origin::Device}, {"true", Origin::Simulated}, {"unknown", Origin::Unknown}};
+
+std::optional<Reading> readReading(const xmlpp::Element& element, const PlannedMeasurement& planned)
+{
+    XmlAttributes attributes(element);
+    Reading reading;
+    const bool isPlanned = attributes.text("id") == planned.id;
+    reading.state = attributes.choice("state", states);
+    if (reading.state == MeasureState::Measured)
+        reading.value = attributes.number("value");
+    const bool isRead = isPlanned && attributes.isGood() && std::isfinite(reading.value);
+    return isRead ? std::optional(reading) : std::nullopt;
+}
+
+} // namespace
+
+void TestRecord::writeResults(xmlpp::Element& element, const MeasurementPlan& plan) const
+{
+    setAttribute(element, "end", wordOf(end == RunEnd::Running ? RunEnd::Stopped : end, ends));
+    element.add_child("settings")->set_child_text(settings);
+    for (std::size_t i = 0; i < readings.size() && i < plan.size(); ++i) {
+        auto& child = *element.add_child("measurement");
+        setAttribute(child, "id", plan[i].id);
+        setAttribute(child, "state", wordOf(readings[i].state, states));
+        if (readings[i].state == MeasureState::Measured)
+            setAttribute(child, "value", readings[i].value);
+    }
+}
+
+std::optional<std::string> TestRecord::readSettings(const xmlpp::Element& element)
+{
+    const auto* child = dynamic_cast<const xmlpp::Element*>(element.get_first_child("settings"));
+    const auto* text = child ? child->get_child_text() : nullptr;
+    return text ? std::optional(text->get_content().raw()) : std::nullopt;
+}
+
+std::optional<TestRecord> TestRecord::readResults(const xmlpp::Element& element, const MeasurementPlan& plan)
+{
+    XmlAttributes attributes(element);
+    TestRecord record;
+    record.settings = readSettings(element).value_or("");
+    record.end = attributes.choice("end", ends);
+    if (!attributes.isGood() || record.settings.empty())
+        return std::nullopt;
+    for (const auto* child : element.get_children("measurement")) {
+        const auto* measured = dynamic_cast<const xmlpp::Element*>(child);
+        const std::size_t index = record.readings.size();
+        const auto reading =
+            measured && index < plan.size() ? readReading(*measured, plan[index]) : std::nullopt;
+        if (!reading)
+            return std::nullopt;
+        record.readings.push_back(*reading);
+    }
+    const bool isWhole = record.readings.size() == plan.size();
+    return record.end == RunEnd::Complete && !isWhole ? std::nullopt : std::optional(record);
+}
+
+void TestRecord::writeCircumstances(xmlpp::Element& element) const
+{
+    setAttribute(element, "simulated", wordOf(origin, origins));
+    setAttribute(element, "device", device);
+    setAttribute(element, "startedAt", startedAt);
+}
+
+bool TestRecord::readCircumstances(const xmlpp::Element& element)
+{
+    XmlAttributes attributes(element);
+    const auto whose = attributes.choice("simulated", origins);
+    const auto name = attributes.text("device");
+    const auto begin = attributes.text("startedAt");
+    if (!attributes.isGood())
+        return false;
+    origin = whose;
+    device = name;
+    startedAt = begin;
+    return true;
+}
+
+} // namespace KesMeasure

@@ -1,0 +1,43 @@
+#include <KesMeasureView/SettingsView.h>
+
+#include <KesCommonView/GtkWidgetHelper.h>
+#include <KesMeasure/MeasureText.h>
+
+namespace KesMeasure {
+
+SettingsView::SettingsView()
+    : Gtk::Box(Gtk::ORIENTATION_VERTICAL),
+      _title(lng::Measure::get("Settings.title"), Gtk::ALIGN_START),
+      _edit(lng::Measure::get("Settings.edit"))
+{
+    get_style_context()->add_class("section");
+    _title.get_style_context()->add_class("section-title");
+    _lines.get_style_context()->add_class("section-lines");
+    _edit.set_tooltip_text(lng::Measure::get("Settings.editTip"));
+    _edit.set_halign(Gtk::ALIGN_START);
+    _edit.signal_clicked().connect([this] { signalEdit.emit(); });
+    pack_start(_title, Gtk::PACK_SHRINK);
+    pack_start(_lines, Gtk::PACK_SHRINK);
+    pack_start(_edit, Gtk::PACK_SHRINK);
+}
+
+void SettingsView::setLines(const std::vector<TextLine>& lines)
+{
+    Kes::GtkWidgetHelper::removeChildren(_lines);
+    int row = 0;
+    for (const auto& line : lines) {
+        auto& name = *Gtk::manage(new Gtk::Label(line.name, Gtk::ALIGN_START));
+        const bool isTitle = line.value.empty();
+        name.get_style_context()->add_class(isTitle ? "settings-title" : "dim-label");
+        _lines.attach(name, 0, row, isTitle ? 2 : 1, 1);
+        if (!isTitle) {
+            auto& value = *Gtk::manage(new Gtk::Label(line.value, Gtk::ALIGN_START));
+            value.set_hexpand(true);
+            _lines.attach(value, 1, row, 1, 1);
+        }
+        ++row;
+    }
+    _lines.show_all();
+}
+
+} // namespace KesMeasure

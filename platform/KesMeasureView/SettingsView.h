@@ -1,0 +1,33 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+#include <KesCommonView/IView.h>
+#include <KesMeasure/TextLine.h>
+
+#include <gtkmm/box.h>
+#include <gtkmm/button.h>
+#include <gtkmm/grid.h>
+#include <gtkmm/label.h>
+
+#include <vector>
+
+namespace KesMeasure {
+
+/// The settings of a test as lines of name and value, and a button to edit them. A line without a value is
+/// the title of those after it. GUI thread.
+class KES_EXPORT SettingsView : public Gtk::Box, public Kes::IView {
+public:
+    /// The user wants to edit the test object.
+    sigc::signal<void()> signalEdit;
+
+    SettingsView();
+
+    void setLines(const std::vector<TextLine>& lines);
+
+private:
+    Gtk::Label _title;
+    Gtk::Grid _lines;
+    Gtk::Button _edit;
+};
+
+} // namespace KesMeasure

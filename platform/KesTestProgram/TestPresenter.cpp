@@ -1,0 +1,108 @@
+#include <KesTestProgram/TestPresenter.h>
+
+#include <KesTestProgram/FileMenuTailView.h>
+#include <KesTestProgram/TestProgramText.h>
+
+#include <KesCommonView/DialogPresenter.h>
+#include <KesMeasureView/WindowOpening.h>
+#include <KesProgram/archive/ArchiveManagerPresenter.h>
+#include <KesProgram/archive/FileRecentManager.h>
+#include <KesProgram/shell/FileMenuPresenter.h>
+#include <KesProgram/shell/FileRecentMenuPresenter.h>
+#include <KesProgram/shell/FileToolbarPresenter.h>
+#include <KesProgram/shell/HardwareControlToolbarPresenter.h>
+#include <KesProgram/shell/HardwareSettingsToolbarPresenter.h>
+#include <KesProgram/shell/HelpMenuPresenter.h>
+#include <KesProgram/shell/ProgramMainMenuPresenter.h>
+#include <KesProgram/shell/ToolsToolbarPresenter.h>
+#include <KesProgram/views/IProgramView.h>
+
+namespace KesTestProgram {
+
+struct TestPresenter::Menus {
+    Menus(TestPresenter& shell, TestModel& model)
+        : file(&shell),
+          recent(&shell),
+          fileTail(*file.getView(), *recent.getView()),
+          help(&shell, model),
+          fileTools(&shell),
+          control(model),
+          settings(&shell),
+          tools(&shell, true)
+    {}
+
+    KesProgram::FileMenuPresenter file;
+    KesProgram::FileRecentMenuPresenter recent;
+    FileMenuTailView fileTail;
+    KesProgram::HelpMenuPresenter help;
+    KesProgram::FileToolbarPresenter fileTools;
+    KesProgram::HardwareControlToolbarPresenter control;
+    KesProgram::HardwareSettingsToolbarPresenter settings;
+    KesProgram::ToolsToolbarPresenter tools;
+};
+
+TestPresenter::TestPresenter(TestModel& model) : _model(model)
+{
+    _model.confirmReplacing = [this] {
+        return Kes::DialogPresenter::show(getView(), lng::TestProgram::get("Run.replaceUnsaved"), "",
+                                          Kes::DialogResult::YesNo) == Kes::DialogResult::Yes;
+    };
+}
+
+TestPresenter::~TestPresenter()
+{
+    _model.confirmReplacing = nullptr;
+}
+
+void TestPresenter::openFile(const std::string& fileName)
+{
+    runDialogs([&] {
+        auto& archive = *getArchiveManagerPresenter();
+        if (_model.isUntouched())
+            archive.replace(fileName);
+        else
+            archive.open(fileName);
+    });
+}
+
+void TestPresenter::_onInit()
+{
+    _createMenus();
+    KesMeasure::WindowOpening::setDefaultSize(*_getProgramView(), 84.0, 56.0);
+    KesMeasure::WindowOpening::afterFirstFrame(*_getProgramView(),
+                                               sigc::mem_fun(*this, &TestPresenter::_createContent));
+}
+
+void TestPresenter::_createContent()
+{
+    _content = std::make_unique<TestContentPresenter>(_model);
+    _content->signalEdit().connect(sigc::mem_fun(*this, &TestPresenter::requestTestObject));
+    _getProgramView()->setContent(*_content->getView());
+}
+
+void TestPresenter::_createMenus()
+{
+    _menus = std::make_unique<Menus>(*this, _model);
+    _menus->fileTail.signalExit.connect(sigc::mem_fun(*this, &TestPresenter::requestClose));
+    getFileRecentManager()->signalChanged.connect(sigc::mem_fun(*this, &TestPresenter::_updateRecentFiles));
+    _updateRecentFiles();
+    auto& bar = *_getMenuBar();
+    bar.addMenu(_menus->file.getView());
+    bar.addMenu(_menus->help.getView());
+    bar.addToolbar(_menus->fileTools.getView());
+    bar.addToolbar(_menus->control.getView());
+    bar.addToolbar(_menus->settings.getView());
+    bar.addToolbar(_menus->tools.getView());
+}
+
+void TestPresenter::_updateRecentFiles()
+{
+    _menus->fileTail.setRecentEnabled(!getFileRecentManager()->getCollection().empty());
+}
+
+void TestPresenter::_onFinishedFromModel(bool)
+{
+    _model.announceOutcome();
+}
+
+} // namespace KesTestProgram

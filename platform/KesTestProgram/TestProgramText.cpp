@@ -1,0 +1,39 @@
+#include <KesTestProgram/TestProgramText.h>
+
+#include <KesCommon/TextTable.h>
+
+namespace lng::TestProgram {
+
+namespace {
+
+constexpr Kes::TextTable table({
+    {"State.measurement", "%zu of %zu: %s, %s", "%zu из %zu: %s, %s"},
+
+    {"Run.refused", "The test cannot be started: %s", "Невозможно начать проверку: %s"},
+    {"Run.replaceUnsaved",
+     "The results of the last test have not been saved. Begin a new test and lose them?",
+     "Результаты последней проверки не сохранены. Начать новую проверку и потерять их?"},
+    {"Run.archiveReplaced", "The test was stopped: its archive was closed.",
+     "Проверка остановлена: её архив закрыт."},
+
+    {"Error.tooMuchData", "The data is too large for an archive.", "Слишком много данных для архива."},
+
+    {"Repair.settingsLost", "The settings could not be read; the default ones are used.",
+     "Уставки прочитать не удалось; используются уставки по умолчанию."},
+    {"Repair.settingsOfTest", "The settings could not be read; those of the test are used.",
+     "Уставки прочитать не удалось; используются уставки выполненной проверки."},
+    {"Repair.settingsPartly", "Some settings are missing in the file; check them all.",
+     "В файле нет некоторых уставок; проверьте их все."},
+    {"Repair.originLost", "Which device made the results, and when, could not be read.",
+     "Каким устройством и когда получены результаты, прочитать не удалось."},
+    {"Repair.resultsLost", "The results could not be read.", "Результаты прочитать не удалось."},
+});
+
+} // namespace
+
+const char* get(const std::string& key)
+{
+    return table.get(key);
+}
+
+} // namespace lng::TestProgram

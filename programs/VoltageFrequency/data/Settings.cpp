@@ -1,0 +1,108 @@
+#include <VoltageFrequency/data/Settings.h>
+
+#include <KesTreeRelay/RelayNodes.h>
+#include <KesTreeRelay/VoltageFrequencyNodes.h>
+
+#include <algorithm>
+
+namespace VoltageFrequency {
+
+namespace Nodes = KesTree::VoltageFrequencyNodes;
+using KesTree::Node;
+
+namespace {
+
+constexpr const char* planGroup = "plan";
+constexpr const char* healthyTimeId = "healthyTime";
+constexpr const char* resetTimeId = "resetTime";
+constexpr const char* rampTimeId = "rampTime";
+constexpr const char* voltageStepId = "voltageStep";
+constexpr const char* frequencyStepId = "frequencyStep";
+constexpr const char* rateStepId = "rateStep";
+
+const char* const groups[] = {Nodes::Undervoltage, Nodes::Overvoltage, Nodes::Underfrequency,
+                              Nodes::Overfrequency, Nodes::FrequencyRate};
+
+void readValues(const Node& group, StageKind kind, Stage& stage)
+{
+    const double tolerance = group.find(Nodes::StageTolerance)->getNumber();
+    stage.setting = group.find(Nodes::StageSetting)->getNumber();
+    const bool isFrequency = kind == Underfrequency || kind == Overfrequency;
+    stage.tolerance = isFrequency ? tolerance : stage.setting * tolerance / 100.0;
+    if (kind == FrequencyRate) {
+        if (group.find(Nodes::StageDirection)->getChoice() == Nodes::FallingFrequency)
+            stage.setting = -stage.setting;
+        return;
+    }
+    const double dropOff = group.find(Nodes::StageDropOff)->getNumber();
+    stage.dropOff = isVoltage(kind)          ? stage.setting * dropOff
+                    : kind == Underfrequency ? stage.setting + dropOff
+                                             : stage.setting - dropOff;
+}
+
+Stage readStage(const Node& group, StageKind kind)
+{
+    Stage stage;
+    stage.isUsed = group.find(Nodes::StageUsed)->getBoolean();
+    stage.delay = group.find(Nodes::StageDelay)->getNumber();
+    stage.timeTolerance =
+        std::max(stage.delay * group.find(KesTree::RelayNodes::TolerancePercent)->getNumber() / 100.0,
+                 group.find(KesTree::RelayNodes::ToleranceMilliseconds)->getNumber() / 1000.0);
+    readValues(group, kind, stage);
+    return stage;
+}
+
+} // namespace
+
+Settings Settings::fromNode(const Node& testObject)
+{
+    const auto& relay = *testObject.find(Nodes::RelayGroup);
+    const auto& plan = *testObject.find(planGroup);
+    const auto planned = [&plan](const char* id) { return plan.find(id)->getNumber(); };
+    Settings settings;
+    settings.nominalVoltage = relay.find(Nodes::NominalVoltage)->getNumber();
+    settings.nominalFrequency = relay.find(Nodes::NominalFrequency)->getNumber();
+    settings.tripInput = static_cast<unsigned>(relay.find(Nodes::TripInput)->getInteger());
+    settings.startInput = static_cast<unsigned>(relay.find(Nodes::StartInput)->getInteger());
+    for (std::size_t i = 0; i < StageCount; ++i)
+        settings.stages[i] = readStage(*testObject.find(groups[i]), static_cast<StageKind>(i));
+    settings.healthyTime = planned(healthyTimeId);
+    settings.resetTime = planned(resetTimeId);
+    settings.rampTime = planned(rampTimeId);
+    settings.voltageStep = planned(voltageStepId) / 100.0;
+    settings.frequencyStep = planned(frequencyStepId);
+    settings.rateStep = planned(rateStepId) / 100.0;
+    return settings;
+}
+
+std::unique_ptr<Node> makeTestObject()
+{
+    const KesTree::TextPair seconds{"s", "с"};
+    const KesTree::TextPair percent{"%", "%"};
+    const KesTree::TextPair hertz{"Hz", "Гц"};
+    auto root = Nodes::voltageFrequencyRelay();
+    auto& plan = root->add(Node::group(planGroup, {"Test plan", "План проверки"}));
+    plan.add(Node::number(healthyTimeId, {"Nominal quantities before", "Номинальный режим перед подачей"},
+                          seconds, 1.0, 0.1, 60.0));
+    plan.add(Node::number(resetTimeId, {"Reset time of the relay", "Время возврата реле"}, seconds, 2.0, 0.05,
+                          60.0));
+    plan.add(Node::number(rampTimeId, {"Ramp time per tolerance", "Время изменения на один допуск"}, seconds,
+                          1.0, 0.5, 60.0));
+    plan.add(Node::number(voltageStepId, {"Step beyond the voltage setting", "Превышение уставки напряжения"},
+                          percent, 10.0, 1.0, 50.0));
+    plan.add(Node::number(frequencyStepId,
+                          {"Step beyond the frequency setting", "Превышение уставки частоты"}, hertz, 0.5,
+                          0.05, 5.0));
+    plan.add(Node::number(rateStepId, {"Step beyond the rate setting", "Превышение уставки скорости"},
+                          percent, 20.0, 5.0, 100.0));
+    return root;
+}
+
+double directionOf(const Settings& settings, StageKind kind)
+{
+    if (kind == FrequencyRate)
+        return settings.stages[kind].setting < 0.0 ? -1.0 : 1.0;
+    return kind == Undervoltage || kind == Underfrequency ? -1.0 : 1.0;
+}
+
+} // namespace VoltageFrequency

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <VoltageFrequency/data/Settings.h>
+
+#include <KesMeasure/ITestDefinition.h>
+
+namespace VoltageFrequency {
+
+/// The test of a voltage and frequency relay: of each stage in use pick-up, drop-off (not of the rate) and
+/// operate time. Any thread.
+///
+/// Bands: a value lies within its tolerance of the setting, a time within the larger one of its two. A ramp
+/// finds a value late by the way it goes while the relay measures and closes its contact; 0.15 s of it are
+/// permitted on top, and one step where a rate is sought in steps.
+class VoltageFrequencyTest : public KesMeasure::ITestDefinition {
+public:
+    explicit VoltageFrequencyTest(const Settings& settings) : _settings(settings) {}
+
+    std::vector<KesMeasure::TextLine> describe() const override;
+    Kes::Result check() const override;
+    KesMeasure::MeasurementPlan createPlan() const override;
+    std::shared_ptr<KesDriver::ISimulatedTestObject> makeTestObject() const override;
+
+private:
+    Kes::Result _checkStage(StageKind kind) const;
+    Kes::Result _checkRate() const;
+    KesMeasure::PlannedMeasurement _planPickUp(StageKind kind) const;
+    KesMeasure::PlannedMeasurement _planRatePickUp() const;
+    KesMeasure::PlannedMeasurement _planDropOff(StageKind kind) const;
+    KesMeasure::PlannedMeasurement _planOperateTime(StageKind kind) const;
+
+    const Settings _settings;
+};
+
+} // namespace VoltageFrequency

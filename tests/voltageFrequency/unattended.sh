@@ -1,0 +1,75 @@
+#!/bin/bash
+# Runs VoltageFrequency as a user without a screen would, within the process and over the network.
+# usage: unattended.sh FOLDER-OF-THE-PROGRAMS; on an X server, with a home to fill.
+set -u
+. "$(dirname "$0")/../support/programs.sh"
+program=$1/kes-voltage-frequency
+simulator=$1/kesto-sim
+device=127.12.0.1
+simulating=
+trap '[ -n "$simulating" ] && kill $simulating 2>/dev/null; rm -rf "$work"' EXIT
+
+# expect STATUS ARGUMENT...: standard error goes to the file err.
+expect() {
+    local expected=$1 status
+    shift
+    timeout 120 "$program" "$@" >out 2>err
+    status=$?
+    [ $status -eq "$expected" ] || fail "status $status instead of $expected: $* ($(cat err))"
+}
+
+holds() {
+    grep -qF -- "$2" "$1" || fail "\"$2\" is not in $1: $(head -c 400 "$1")"
+}
+
+# with_relay SETTINGS STATUS: a test of a relay in another process.
+with_relay() {
+    "$simulator" --listen $device --speed 1000 --wire "$1" >sim.out 2>sim.err &
+    simulating=$!
+    until grep -q $device sim.out; do
+        kill -0 $simulating 2>/dev/null || { fail "kesto-sim: $(cat sim.err)"; return; }
+        sleep 0.05
+    done
+    expect "$2" --language en --devices $device --run --report net.html --quit
+    kill $simulating
+    wait $simulating
+    simulating=
+}
+
+echo "A run that passes, its files, and their second reading"
+expect 0 --language en --run --speed 5000 --save a.kvf --report a.html --screenshot a.png --quit
+[ "$(head -c 8 a.png | od -An -tx1 | tr -d ' ')" = 89504e470d0a1a0a ] || fail "the screenshot is no PNG"
+holds a.html "SIMULATED DEVICE"
+expect 0 --language en a.kvf --report again.html --save again.kvf --quit
+cmp a.html again.html || fail "the report of the archive differs from that of the run"
+cmp a.kvf again.kvf || fail "the archive differs after opening and saving"
+expect 0 --language ru a.kvf --report ru.html --quit
+holds ru.html "ИМИТИРУЕМОЕ УСТРОЙСТВО"
+
+echo "Files that cannot be read"
+expect 3 --language en missing.kvf --quit
+head -c 900 a.kvf >short.kvf
+expect 3 --language en short.kvf --run --speed 5000 --report short.html --quit
+[ ! -e short.html ] || fail "a report without the archive that it was asked for"
+
+echo "A relay over the network, one that is set otherwise, and another program's"
+with_relay voltage-frequency 0
+holds net.html "Test passed"
+with_relay "voltage-frequency:U<=70" 1
+holds net.html "Test failed"
+with_relay overcurrent 1
+holds net.html "No operation"
+
+echo "SIGTERM"
+timeout 60 "$program" --language en --run --speed 0.5 --save stopped.kvf --report stopped.html --quit 2>err &
+child=$!
+until grep -q "KesProgram_Star" /proc/"$(pgrep -P $child)"/task/*/comm 2>/dev/null; do
+    kill -0 $child 2>/dev/null || break
+done
+pkill -TERM -P $child
+wait $child
+status=$?
+[ $status -eq 4 ] || fail "status $status instead of 4 after SIGTERM ($(cat err))"
+holds stopped.html "Test stopped before its end"
+
+conclude
