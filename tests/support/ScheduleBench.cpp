@@ -323,10 +323,11 @@ void ScheduleBench::_onAvary(const KesAvary& avary)
         complain("A fault that says nothing.");
 }
 
+/// An answer without sense costs the connection, too.
 void ScheduleBench::checkLosses()
 {
     for (const auto& device : _devices)
-        if (device->lossesTold > device->losses)
+        if (device->lossesTold > device->losses && !device->hasTalkedNonsense)
             complain(device->address.to_string() + " is said to be lost too often.");
 }
 
