@@ -17,8 +17,6 @@ using KesDriver::OutputSequence;
 /// A relay that opens its contact exactly at the end of its reset time is still seen to do so.
 constexpr DeviceTime grace = 100ms;
 
-constexpr double longestCooling = 1800.0;
-
 } // namespace
 
 StepRunner::StepRunner(KesDevice::Kesto& kesto, RunControl& control, std::optional<HeatBudget> budget)

@@ -33,6 +33,9 @@ struct StepGuard {
 /// the resting outputs directly before it begins with them.
 class KES_EXPORT StepRunner {
 public:
+    /// How long a rest may become for cooling, in seconds.
+    static constexpr double longestCooling = 1800.0;
+
     /// The device and the control outlive it. Without a budget heat plays no part.
     StepRunner(KesDevice::Kesto& kesto, RunControl& control, std::optional<HeatBudget> budget = std::nullopt);
 
@@ -44,7 +47,8 @@ public:
         Complete,
         /// The contacts did not open; the step was not begun.
         NotReset,
-        /// No rest of at most half an hour cools the relay enough; the step was not begun. See `getError`.
+        /// No rest of at most `longestCooling` cools the relay enough; the step was not begun. See
+        /// `getError`.
         TooHot,
         Stopped,
         /// As `SequenceRecorder::Outcome::Failed`.

@@ -91,6 +91,14 @@ TEST(PlanTest, RefusesWhatWouldJudgeOrBurnAHealthyRelay)
              settings.timeMultiplier = 10.0;
              settings.curve = CurveKind::LongTimeInverse;
          }},
+        // Each of them would do, but such a relay hardly cools down in between.
+        {"At 19 x Is for up to",
+         [](RelaySettings& settings, TestPlan& plan) {
+             settings.curve = CurveKind::DefiniteTimeCurve;
+             settings.definiteTime = 5.0;
+             settings.continuousWithstand = 0.5;
+             plan.multiples = {20.0, 20.0, 20.0, 19.0};
+         }},
         {"Pick-up ramp: the relay's current input",
          [](RelaySettings& settings, TestPlan& plan) {
              settings.settingCurrent = 20.0;

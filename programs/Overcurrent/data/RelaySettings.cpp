@@ -48,9 +48,11 @@ bool RelaySettings::putInto(KesTree::Node& stage) const
         {Nodes::TolerancePercent, tolerancePercent},
         {Nodes::ToleranceMilliseconds, toleranceMilliseconds},
         {Nodes::CurrentTolerance, currentTolerancePercent},
+        // Without a start contact the inputs may be the same for a moment: they may have to be exchanged.
+        {Nodes::RampContact, whole(RampContactKind::NoRamps)},
         {Nodes::TripInput, whole(tripInput)},
-        {Nodes::RampContact, whole(rampContact)},
         {Nodes::StartInput, whole(startInput)},
+        {Nodes::RampContact, whole(rampContact)},
         {Nodes::Debounce, debounceMilliseconds},
         {Nodes::ResetTime, resetTime},
         {Nodes::ContinuousWithstand, continuousWithstand},

@@ -47,7 +47,7 @@ std::string bandText(const Evaluation::Point& point)
     if (below == above)
         return "\u00B1" + above;
     const int decimals = point.latest < 10.0 ? 3 : 2;
-    return fixed(point.earliest, decimals) + " \u2026 " + fixed(point.latest, decimals);
+    return fixed(point.earliest, decimals) + "\u00A0\u2026\u00A0" + fixed(point.latest, decimals);
 }
 
 ResultTable::Value rampValue(const char* nameKey, const TestResults* results,

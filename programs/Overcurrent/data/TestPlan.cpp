@@ -84,21 +84,43 @@ double largestMultiple(const RelaySettings& settings, const TestPlan& plan)
     return settings.hasRamps() ? std::max({point, plan.pickUp.to, plan.dropOff.from}) : point;
 }
 
-/// What a cold relay does not withstand, no rest before it makes possible. What has to wait for others to
-/// cool down is for the run to see to.
+/// Walks through the test as it goes in the worst case, each step for its whole time, and with the rests that
+/// the run would put before.
+class HeatWalk {
+public:
+    HeatWalk(const RelaySettings& settings, const TestPlan& plan)
+        : _pause(plan.pause), _budget(settings.getWithstand())
+    {}
+
+    /// False when the sequence would be too much here.
+    bool pass(const KesDriver::OutputSequence& sequence)
+    {
+        const auto rest = _budget.getRestBefore(sequence);
+        if (!rest || *rest > KesMeasure::StepRunner::longestCooling)
+            return false;
+        _budget.add(0.0, std::max(_pause, *rest));
+        _budget.add(sequence);
+        return true;
+    }
+
+private:
+    const double _pause;
+    KesMeasure::HeatBudget _budget;
+};
+
 Result checkHeat(const RelaySettings& settings, const TestPlan& plan)
 {
-    const KesMeasure::HeatBudget cold(settings.getWithstand());
-    const auto isTooMuch = [&](const auto& sequence) { return cold.getPeak(sequence) > 1.0; };
+    using namespace TestSequences;
+    HeatWalk walk(settings, plan);
     for (const double multiple : plan.multiples)
-        if (isTooMuch(TestSequences::point(settings, plan, multiple)))
+        if (!walk.pass(point(settings, plan, multiple)))
             return refuse("Plan.tooHotPoint", shortest(multiple),
-                          shortest(TestSequences::pointLimit(settings, plan, multiple)));
+                          shortest(pointLimit(settings, plan, multiple)));
     if (!settings.hasRamps())
         return true;
-    if (isTooMuch(TestSequences::pickUp(settings, plan, TestSequences::coarse(plan.pickUp))))
+    if (!walk.pass(pickUp(settings, plan, coarse(plan.pickUp))))
         return refuse("Plan.tooHotRamp", std::string(lng::Overcurrent::get("PlanView.pickUpRamp")));
-    if (isTooMuch(TestSequences::dropOff(settings, plan, TestSequences::coarse(plan.dropOff))))
+    if (!walk.pass(dropOff(settings, plan, coarse(plan.dropOff))))
         return refuse("Plan.tooHotRamp", std::string(lng::Overcurrent::get("PlanView.dropOffRamp")));
     return true;
 }
