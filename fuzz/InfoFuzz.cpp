@@ -11,7 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     for (const Results& beside : {Results(Overcurrent::TestResults()), Results()})
         checkXmlPart<Results>(
             bytes, size, "info",
-            [&](const xmlpp::Element& element) {
+            [&](const xmlpp::Element& element, auto) {
                 Results results = beside;
                 return InfoXml::read(element, results) ? std::optional(results) : std::nullopt;
             },

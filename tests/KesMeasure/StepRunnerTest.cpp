@@ -1,7 +1,7 @@
 #include <KesMeasure/ContactChanges.h>
 #include <KesMeasure/StepRunner.h>
 
-#include <KesDriver/simulated/SimulatedKesto.h>
+#include <KesDriver/simulated/SimulatedNetwork.h>
 
 #include <support/SimulatedRelay.h>
 
@@ -58,8 +58,12 @@ protected:
     std::shared_ptr<WatchedRelay> relay;
     const std::shared_ptr<KesDriver::SimulatedKesto> device =
         std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 7));
-    const std::shared_ptr<KesDevice::Kesto> kesto = KesDevice::Kesto::create(
-        KesDevice::Kesto::Address({10, 0, 0, 1}), KesDriver::SimulatedKesto::createLink(device));
+    const KesDevice::Kesto::Address address{KesDevice::Kesto::Address::Bytes{10, 0, 0, 1}};
+    KesDriver::SimulatedNetwork network;
+    const std::shared_ptr<KesDevice::Kesto> kesto = [this] {
+        network.add(address, device);
+        return KesDevice::Kesto::create(address, network.createLink(address));
+    }();
     RunControl control;
     StepGuard guard;
 };

@@ -3,7 +3,7 @@
 #include <Overcurrent/data/Evaluation.h>
 #include <Overcurrent/run/TestRun.h>
 
-#include <KesDriver/simulated/SimulatedKesto.h>
+#include <KesDriver/simulated/SimulatedNetwork.h>
 
 #include <gtest/gtest.h>
 
@@ -55,8 +55,10 @@ TestResults runAt(double speed, const ModelRelay& relay, const TestPlan& plan)
     const auto device = std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 7));
     EXPECT_TRUE(device->setSpeed(speed));
     device->connectTestObject(std::make_shared<ModelRelayObject>(relay));
-    const auto kesto = KesDevice::Kesto::create(KesDevice::Kesto::Address({10, 0, 0, 1}),
-                                                KesDriver::SimulatedKesto::createLink(device));
+    const KesDevice::Kesto::Address address({10, 0, 0, 1});
+    KesDriver::SimulatedNetwork network;
+    network.add(address, device);
+    const auto kesto = KesDevice::Kesto::create(address, network.createLink(address));
     EXPECT_TRUE(kesto->connect());
     EXPECT_TRUE(kesto->startWorkingMode());
     KesMeasure::RunControl control;
