@@ -53,7 +53,11 @@ try {
     if (!Kes::XslTransformer(source.c_str(), (Kes::getDataDir() + stylesheet).c_str(), made.c_str())
              .transform())
         return Kes::Result::failure(lng::Measure::get("Report.failed"));
-    return Kes::writeWholeFile(path, Kes::readWholeFile(made));
+    const std::string report = Kes::readWholeFile(made);
+    // A file that cannot be read gives nothing.
+    if (report.empty())
+        return Kes::Result::failure(lng::Measure::get("Report.failed"));
+    return Kes::writeWholeFile(path, report);
 } catch (const Glib::FileError& error) {
     return Kes::Result::failure(error.what().raw());
 }
