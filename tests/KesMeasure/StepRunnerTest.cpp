@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+
 using namespace KesMeasure;
 using namespace std::chrono_literals;
 using Outcome = StepRunner::Outcome;
@@ -21,11 +23,12 @@ public:
 
     void applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime time) override
     {
-        largest = std::max(largest, outputs.currents[0].magnitude);
+        largest = std::max(largest.load(), outputs.currents[0].magnitude);
         SimulatedRelay::applyOutputs(outputs, time);
     }
 
-    double largest = 0.0;
+    /// Written on the device's thread.
+    std::atomic<double> largest{0.0};
 };
 
 /// A device on a bench of its own with a relay of 1.5 A that trips in 100 ms.
@@ -91,10 +94,10 @@ TEST_F(StepRunnerTest, PutsNothingOutWhileAContactIsClosed)
     StepRunner runner(*kesto, control);
     ASSERT_EQ(runner.run(guard, {step(2.0, 10s)}), Outcome::Complete);
     EXPECT_EQ(runner.run(guard, {step(3.0, 10s)}), Outcome::NotReset);
-    EXPECT_EQ(relay->largest, 2.0);
+    EXPECT_EQ(relay->largest.load(), 2.0);
     guard.resetTime = 300s;
     EXPECT_EQ(runner.run(guard, {step(3.0, 10s)}), Outcome::Complete);
-    EXPECT_EQ(relay->largest, 3.0);
+    EXPECT_EQ(relay->largest.load(), 3.0);
 }
 
 TEST_F(StepRunnerTest, RestsLongerForAWarmRelayAndSparesIt)
@@ -111,7 +114,7 @@ TEST_F(StepRunnerTest, RestsLongerForAWarmRelayAndSparesIt)
     EXPECT_GT(rests[0], 100.0);
     EXPECT_EQ(runner.run(guard, {step(1.45, 60s)}), Outcome::TooHot);
     EXPECT_THAT(runner.getError(), HasSubstr("more than it withstands"));
-    EXPECT_EQ(relay->largest, 1.4);
+    EXPECT_EQ(relay->largest.load(), 1.4);
 }
 
 TEST_F(StepRunnerTest, OnlyTheTimeThatTheCurrentHasFlownHeats)
@@ -129,5 +132,5 @@ TEST_F(StepRunnerTest, AStopBeforeTheRestBeginsNothing)
     StepRunner runner(*kesto, control);
     control.stop();
     EXPECT_EQ(runner.run(guard, {step(2.0, 10s)}), Outcome::Stopped);
-    EXPECT_EQ(relay->largest, 0.0);
+    EXPECT_EQ(relay->largest.load(), 0.0);
 }
