@@ -1,20 +1,31 @@
-// The circumstances of a test (info.xml), beside results and without any.
+// The circumstances of a test (info.xml), beside a test and without any. What was read can be written, and
+// what was written reads back as the same.
 
-#include "XmlPart.h"
+#include "Require.h"
 
-#include <Overcurrent/data/InfoXml.h>
+#include <KesTestProgram/ArchiveInfo.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
 {
-    using Results = std::optional<Overcurrent::TestResults>;
-    namespace InfoXml = Overcurrent::InfoXml;
-    for (const Results& beside : {Results(Overcurrent::TestResults()), Results()})
-        checkXmlPart<Results>(
-            bytes, size, "info",
-            [&](const xmlpp::Element& element, auto) {
-                Results results = beside;
-                return InfoXml::read(element, results) ? std::optional(results) : std::nullopt;
-            },
-            [](xmlpp::Element& element, const Results& results) { InfoXml::write(element, results); });
+    namespace ArchiveInfo = KesTestProgram::ArchiveInfo;
+    const std::string text(reinterpret_cast<const char*>(bytes), size);
+    const std::string program = "kes-overcurrent";
+    const auto form = ArchiveInfo::readForm(text, program);
+    if (!form)
+        return 0;
+    for (const bool hasTest : {true, false}) {
+        KesMeasure::MeasuredTest test;
+        if (!ArchiveInfo::readTest(text, hasTest ? &test : nullptr))
+            continue;
+        const std::string written = ArchiveInfo::write(program, *form, hasTest ? &test : nullptr);
+        require(ArchiveInfo::readForm(written, program) == form, "what was written is read");
+        KesMeasure::MeasuredTest again;
+        require(ArchiveInfo::readTest(written, hasTest ? &again : nullptr) && again == test,
+                "what was written reads back as the same");
+    }
     return 0;
 }

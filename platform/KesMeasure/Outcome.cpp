@@ -4,6 +4,11 @@
 
 namespace KesMeasure {
 
+Outcome Outcome::withoutTest(bool areResultsLost)
+{
+    return {lng::Measure::get(areResultsLost ? "Outcome.lost" : "Outcome.noTest"), Mark::None};
+}
+
 const char* Outcome::getTitle(Verdict verdict)
 {
     switch (verdict) {

@@ -13,6 +13,9 @@ struct KES_EXPORT Outcome {
     std::string text;
     Mark mark = Mark::None;
 
+    /// Before the first test; `areResultsLost`: there was one, but its results could not be read.
+    static Outcome withoutTest(bool areResultsLost);
+
     /// The words for a verdict, such as "Test passed", in the language of the process.
     static const char* getTitle(Verdict verdict);
     static Mark getMark(Verdict verdict);

@@ -1,5 +1,6 @@
 #include <KesMeasure/ReportXml.h>
 
+#include <KesCommon/Language.h>
 #include <KesCommon/StringHelper.h>
 
 #include <libxml++/libxml++.h>
@@ -21,6 +22,18 @@ constexpr const char* viewBox = "-58 -34 722 460";
 std::string coordinate(double value)
 {
     return Kes::StringHelper::format("%.2f", value);
+}
+
+const char* wordOf(Verdict verdict)
+{
+    static constexpr const char* words[] = {"none", "passed", "failed", "stopped", "fault"};
+    return words[static_cast<std::size_t>(verdict)];
+}
+
+const char* wordOf(Origin origin)
+{
+    static constexpr const char* words[] = {"device", "simulated", "unknown"};
+    return words[static_cast<std::size_t>(origin)];
 }
 
 const char* wordOf(Mark mark)
@@ -97,16 +110,16 @@ private:
 
 } // namespace
 
-const char* wordOf(Verdict verdict)
+void addHead(xmlpp::Element& root, Verdict verdict, const Outcome& outcome, const MeasuredTest* test)
 {
-    static constexpr const char* words[] = {"none", "passed", "failed", "stopped", "fault"};
-    return words[static_cast<std::size_t>(verdict)];
-}
-
-const char* wordOf(Origin origin)
-{
-    static constexpr const char* words[] = {"device", "simulated", "unknown"};
-    return words[static_cast<std::size_t>(origin)];
+    root.set_attribute("language", lng::language == lng::Russian ? "ru-RU" : "en-US");
+    root.set_attribute("verdict", wordOf(verdict));
+    root.set_attribute("outcome", outcome.text);
+    root.set_attribute("origin", wordOf(test ? test->origin : Origin::Device));
+    if (!test)
+        return;
+    root.set_attribute("device", test->device);
+    root.set_attribute("startedAt", test->startedAt);
 }
 
 void addLines(xmlpp::Element& parent, const char* name, const std::vector<TextLine>& lines)

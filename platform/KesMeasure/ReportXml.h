@@ -2,8 +2,9 @@
 
 #include <KesCommon/Export.h>
 #include <KesMeasure/Chart.h>
+#include <KesMeasure/MeasuredTest.h>
+#include <KesMeasure/Outcome.h>
 #include <KesMeasure/ResultTable.h>
-#include <KesMeasure/TestState.h>
 #include <KesMeasure/TextLine.h>
 
 #include <vector>
@@ -16,10 +17,11 @@ class Element;
 /// the process, and the chart in the units of its drawing. The same data gives the same bytes. Any thread.
 namespace KesMeasure::ReportXml {
 
-/// "none", "passed", "failed", "stopped", "fault".
-KES_EXPORT const char* wordOf(Verdict verdict);
-/// "device", "simulated", "unknown".
-KES_EXPORT const char* wordOf(Origin origin);
+/// The attributes "language" ("en-US" or "ru-RU"), "verdict" ("none", "passed", "failed", "stopped",
+/// "fault"), "outcome" and "origin" ("device", "simulated", "unknown"), and of a test "device" and
+/// "startedAt". `test` may be null: no test yet.
+KES_EXPORT void addHead(xmlpp::Element& root, Verdict verdict, const Outcome& outcome,
+                        const MeasuredTest* test);
 
 /// A child of that name with a "line" (name, value) for each line.
 KES_EXPORT void addLines(xmlpp::Element& parent, const char* name, const std::vector<TextLine>& lines);

@@ -3,9 +3,9 @@
 #include <KesMeasure/MeasureText.h>
 #include <KesMeasure/ReportXml.h>
 #include <KesMeasure/ScreenNumber.h>
+#include <KesMeasure/StateText.h>
 #include <KesMeasure/XmlAttributes.h>
 
-#include <KesCommon/Language.h>
 #include <KesCommon/StringHelper.h>
 
 #include <libxml++/libxml++.h>
@@ -37,21 +37,6 @@ std::size_t countPassed(const MeasurementPlan& plan, const TestRecord& record)
     return passed;
 }
 
-const char* verdictText(const Reading& reading, bool isPassed)
-{
-    switch (reading.state) {
-    case MeasureState::NoOperation:
-        return get("State.noOperation");
-    case MeasureState::ContactEarly:
-        return get("State.contactEarly");
-    case MeasureState::NotReset:
-        return get("State.notReset");
-    case MeasureState::Measured:
-        break;
-    }
-    return get(isPassed ? "State.passed" : "State.failed");
-}
-
 std::string bandText(const PlannedMeasurement& planned)
 {
     return fixed(planned.lower, planned.decimals) + " \u2026 " + fixed(planned.upper, planned.decimals);
@@ -70,7 +55,7 @@ ResultTable::Row createRow(const PlannedMeasurement& planned, std::size_t number
         row.cells[5] = fixed(reading->value, planned.decimals);
         row.cells[6] = ScreenNumber::withSign(reading->value - planned.expected, planned.decimals);
     }
-    row.cells[8] = verdictText(*reading, isPassed);
+    row.cells[8] = stateText(reading->state, isPassed);
     row.mark = isPassed ? Mark::Passed : Mark::Failed;
     return row;
 }
@@ -104,38 +89,15 @@ ChartPoint createPoint(const PlannedMeasurement& planned, std::size_t number, co
         point.position.y = chartEnd;
         point.state = ChartPoint::State::NotOperated;
     }
-    point.text += std::string("\n") + verdictText(*reading, isPassed);
+    point.text += std::string("\n") + stateText(reading->state, isPassed);
     return point;
-}
-
-const char* summaryFormOf(std::size_t count)
-{
-    if (lng::language != lng::Russian)
-        return count == 1 ? "Summary.one" : "Summary.many";
-    const bool isTeen = count / 10 % 10 == 1;
-    if (count % 10 == 1 && !isTeen)
-        return "Summary.one";
-    return count % 10 >= 2 && count % 10 <= 4 && !isTeen ? "Summary.few" : "Summary.many";
 }
 
 } // namespace
 
 Verdict judge(const MeasurementPlan& plan, const TestRecord& record)
 {
-    switch (record.end) {
-    case RunEnd::Running:
-        return Verdict::None;
-    case RunEnd::Stopped:
-        return Verdict::Stopped;
-    case RunEnd::Fault:
-        return Verdict::Fault;
-    case RunEnd::Ended:
-        return Verdict::Failed;
-    case RunEnd::Complete:
-        break;
-    }
-    const bool isPassed = !plan.empty() && countPassed(plan, record) == plan.size();
-    return isPassed ? Verdict::Passed : Verdict::Failed;
+    return record.judge(!plan.empty() && countPassed(plan, record) == plan.size());
 }
 
 ResultTable createTable(const MeasurementPlan& plan, const TestRecord* record)
@@ -175,7 +137,7 @@ Chart createChart(const MeasurementPlan& plan, const TestRecord* record)
 Outcome createOutcome(const MeasurementPlan& plan, const TestRecord* record, bool areResultsLost)
 {
     if (!record)
-        return {get(areResultsLost ? "Outcome.lost" : "Outcome.noTest"), Mark::None};
+        return Outcome::withoutTest(areResultsLost);
     const auto verdict = judge(plan, *record);
     const std::string title = Outcome::getTitle(verdict);
     const std::size_t passed = countPassed(plan, *record);
@@ -187,11 +149,8 @@ Outcome createOutcome(const MeasurementPlan& plan, const TestRecord* record, boo
 
 std::string summarize(const TestRecord* record)
 {
-    if (!record || record->readings.empty())
-        return get("Summary.none");
-    const std::size_t count = record->readings.size();
-    // Without the seconds.
-    return format(get(summaryFormOf(count)), count, record->startedAt.substr(0, 16));
+    return record && !record->readings.empty() ? record->summarize(record->readings.size())
+                                               : get("Summary.none");
 }
 
 std::string createReport(const std::string& title, const ITestDefinition& test, const TestRecord* record,
@@ -199,15 +158,9 @@ std::string createReport(const std::string& title, const ITestDefinition& test, 
 {
     const auto plan = test.createPlan();
     return writeXml("report", [&](xmlpp::Element& root) {
-        root.set_attribute("language", lng::language == lng::Russian ? "ru-RU" : "en-US");
+        const auto verdict = record ? judge(plan, *record) : Verdict::None;
+        ReportXml::addHead(root, verdict, createOutcome(plan, record, areResultsLost), record);
         root.set_attribute("subtitle", title);
-        root.set_attribute("verdict", ReportXml::wordOf(record ? judge(plan, *record) : Verdict::None));
-        root.set_attribute("outcome", createOutcome(plan, record, areResultsLost).text);
-        root.set_attribute("origin", ReportXml::wordOf(record ? record->origin : Origin::Device));
-        if (record) {
-            root.set_attribute("device", record->device);
-            root.set_attribute("startedAt", record->startedAt);
-        }
         const auto table = createTable(plan, record);
         ReportXml::addLines(root, "settings", test.describe());
         ReportXml::addResults(root, table);

@@ -1,6 +1,6 @@
 #include <KesMeasure/TestRecord.h>
 
-#include <KesMeasure/XmlAttributes.h>
+#include <KesMeasure/StateXml.h>
 
 #include <libxml++/libxml++.h>
 
@@ -10,25 +10,12 @@ namespace KesMeasure {
 
 namespace {
 
-constexpr std::pair<const char*, MeasureState> states[] = {{"noOperation", MeasureState::NoOperation},
-                                                           {"measured", MeasureState::Measured},
-                                                           {"contactEarly", MeasureState::ContactEarly},
-                                                           {"notReset", MeasureState::NotReset}};
-
-constexpr std::pair<const char*, RunEnd> ends[] = {{"stopped", RunEnd::Stopped},
-                                                   {"complete", RunEnd::Complete},
-                                                   {"fault", RunEnd::Fault},
-                                                   {"ended", RunEnd::Ended}};
-
-constexpr std::pair<const char*, Origin> origins[] = {
-    {"false", Origin::Device}, {"true", Origin::Simulated}, {"unknown", Origin::Unknown}};
-
 std::optional<Reading> readReading(const xmlpp::Element& element, const PlannedMeasurement& planned)
 {
     XmlAttributes attributes(element);
     Reading reading;
     const bool isPlanned = attributes.text("id") == planned.id;
-    reading.state = attributes.choice("state", states);
+    reading.state = StateXml::readState(attributes);
     if (reading.state == MeasureState::Measured)
         reading.value = attributes.number("value");
     const bool isRead = isPlanned && attributes.isGood() && std::isfinite(reading.value);
@@ -39,12 +26,12 @@ std::optional<Reading> readReading(const xmlpp::Element& element, const PlannedM
 
 void TestRecord::writeResults(xmlpp::Element& element, const MeasurementPlan& plan) const
 {
-    setAttribute(element, "end", wordOf(end == RunEnd::Running ? RunEnd::Stopped : end, ends));
+    StateXml::write(element, end);
     element.add_child("settings")->set_child_text(settings);
     for (std::size_t i = 0; i < readings.size() && i < plan.size(); ++i) {
         auto& child = *element.add_child("measurement");
         setAttribute(child, "id", plan[i].id);
-        setAttribute(child, "state", wordOf(readings[i].state, states));
+        StateXml::write(child, readings[i].state);
         if (readings[i].state == MeasureState::Measured)
             setAttribute(child, "value", readings[i].value);
     }
@@ -62,7 +49,7 @@ std::optional<TestRecord> TestRecord::readResults(const xmlpp::Element& element,
     XmlAttributes attributes(element);
     TestRecord record;
     record.settings = readSettings(element).value_or("");
-    record.end = attributes.choice("end", ends);
+    record.end = StateXml::readEnd(attributes);
     if (!attributes.isGood() || record.settings.empty())
         return std::nullopt;
     for (const auto* child : element.get_children("measurement")) {
@@ -76,27 +63,6 @@ std::optional<TestRecord> TestRecord::readResults(const xmlpp::Element& element,
     }
     const bool isWhole = record.readings.size() == plan.size();
     return record.end == RunEnd::Complete && !isWhole ? std::nullopt : std::optional(record);
-}
-
-void TestRecord::writeCircumstances(xmlpp::Element& element) const
-{
-    setAttribute(element, "simulated", wordOf(origin, origins));
-    setAttribute(element, "device", device);
-    setAttribute(element, "startedAt", startedAt);
-}
-
-bool TestRecord::readCircumstances(const xmlpp::Element& element)
-{
-    XmlAttributes attributes(element);
-    const auto whose = attributes.choice("simulated", origins);
-    const auto name = attributes.text("device");
-    const auto begin = attributes.text("startedAt");
-    if (!attributes.isGood())
-        return false;
-    origin = whose;
-    device = name;
-    startedAt = begin;
-    return true;
 }
 
 } // namespace KesMeasure

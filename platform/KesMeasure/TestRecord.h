@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KesCommon/Export.h>
+#include <KesMeasure/MeasuredTest.h>
 #include <KesMeasure/Measurement.h>
 
 #include <optional>
@@ -13,19 +14,13 @@ class Element;
 
 namespace KesMeasure {
 
-/// What a test has measured and under which circumstances. A value. What follows from the measured values is
+/// What a test that is a list of measurements has measured. A value. What follows from the measured values is
 /// in `TestEvaluation`.
-struct KES_EXPORT TestRecord {
+struct KES_EXPORT TestRecord : MeasuredTest {
     /// The settings of the test, as the test object's tree writes them: they may be edited afterwards.
     std::string settings;
     /// Of the plan's measurements, from the first one on.
     std::vector<Reading> readings;
-    RunEnd end = RunEnd::Running;
-    /// The device of the test, as it calls itself; empty when it is not known.
-    std::string device;
-    Origin origin = Origin::Device;
-    /// When the test began, as "2024-03-01 14:05:09" in local time; empty when it is not known.
-    std::string startedAt;
 
     bool operator==(const TestRecord&) const = default;
 
@@ -35,10 +30,6 @@ struct KES_EXPORT TestRecord {
     static std::optional<std::string> readSettings(const xmlpp::Element& element);
     /// Nothing when it is not what a test with the plan can have given.
     static std::optional<TestRecord> readResults(const xmlpp::Element& element, const MeasurementPlan& plan);
-
-    /// Device, origin and beginning.
-    void writeCircumstances(xmlpp::Element& element) const;
-    bool readCircumstances(const xmlpp::Element& element);
 };
 
 } // namespace KesMeasure

@@ -1,13 +1,11 @@
 #include <KesTestProgram/TestContentPresenter.h>
 
-#include <KesMeasure/TestEvaluation.h>
 #include <KesMeasureView/TestContentView.h>
 
 namespace KesTestProgram {
 
-TestContentPresenter::TestContentPresenter(TestModel& model)
-    : _model(model),
-      _view(std::make_unique<KesMeasure::TestContentView>(_settings, _outcome, _chart, _results))
+TestContentPresenter::TestContentPresenter(TestProgramModel& model, std::unique_ptr<IPlanEditor> planEditor)
+    : _model(model), _planEditor(std::move(planEditor)), _view(_createView())
 {
     model.signalSettingsChanged.connect(sigc::mem_fun(*this, &TestContentPresenter::_updateSettings));
     _resultsConnection =
@@ -22,23 +20,30 @@ TestContentPresenter::TestContentPresenter(TestModel& model)
 
 TestContentPresenter::~TestContentPresenter() = default;
 
+std::unique_ptr<Kes::IView> TestContentPresenter::_createView()
+{
+    using KesMeasure::TestContentView;
+    if (!_planEditor)
+        return std::make_unique<TestContentView>(_settings, _outcome, _chart, _results);
+    return std::make_unique<TestContentView>(_settings, *_planEditor->getView(), _planEditor->getErrorView(),
+                                             _outcome, _chart, _results);
+}
+
 void TestContentPresenter::_updateSettings()
 {
-    _settings.setLines(_model.createTest()->describe());
+    _settings.setLines(_model.describeSettings());
     _updateResults();
 }
 
 void TestContentPresenter::_updateResults()
 {
-    namespace TestEvaluation = KesMeasure::TestEvaluation;
-    const auto shown = _model.getTestInView();
-    const auto* record = shown.getRecord();
-    const auto plan = shown.test->createPlan();
-    _outcome.setOutcome(TestEvaluation::createOutcome(plan, record, _model.areResultsLost()));
-    _outcome.setOrigin(record ? record->origin : KesMeasure::Origin::Device);
+    const auto test = _model.getMeasuredTest();
+    const auto shown = _model.getShownTest();
+    _outcome.setOutcome(shown.outcome);
+    _outcome.setOrigin(test ? test->origin : KesMeasure::Origin::Device);
     _outcome.setStale(_model.isResultStale());
-    _chart.setChart(TestEvaluation::createChart(plan, record));
-    _results.setTable(TestEvaluation::createTable(plan, record));
+    _chart.setChart(shown.chart);
+    _results.setTable(shown.table);
 }
 
 void TestContentPresenter::_updateProgress()

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <KesTestProgram/TestModel.h>
+#include <KesTestProgram/IPlanEditor.h>
+#include <KesTestProgram/TestProgramModel.h>
 
 #include <KesCommon/Connection.h>
 #include <KesCommon/Export.h>
@@ -17,12 +18,13 @@
 
 namespace KesTestProgram {
 
-/// The content of a test program's window: settings, outcome and progress, chart, table, as they are
-/// measured. Owned by the main presenter. GUI thread; it hears of the run on the run's thread.
+/// The content of a test program's window: settings, plan when it is not part of them, outcome and progress,
+/// chart, table, as they are measured. Owned by the main presenter. GUI thread; it hears of the run on the
+/// run's thread.
 class KES_EXPORT TestContentPresenter : public Kes::IPresenter, public sigc::trackable {
 public:
-    /// The model outlives the presenter.
-    explicit TestContentPresenter(TestModel& model);
+    /// The model outlives the presenter. The editor is null when the plan is part of the settings.
+    TestContentPresenter(TestProgramModel& model, std::unique_ptr<IPlanEditor> planEditor);
     ~TestContentPresenter() override;
 
     Kes::IView* getView() override { return _view.get(); }
@@ -31,11 +33,13 @@ public:
     sigc::signal<void()>& signalEdit() { return _settings.signalEdit; }
 
 private:
+    std::unique_ptr<Kes::IView> _createView();
     void _updateSettings();
     void _updateResults();
     void _updateProgress();
 
-    TestModel& _model;
+    TestProgramModel& _model;
+    std::unique_ptr<IPlanEditor> _planEditor;
     KesMeasure::SettingsView _settings;
     KesMeasure::OutcomeView _outcome;
     KesMeasure::ChartView _chart;

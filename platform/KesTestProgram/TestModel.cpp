@@ -3,199 +3,155 @@
 #include <KesTestProgram/TestArchive.h>
 #include <KesTestProgram/TestProgramText.h>
 
-#include <KesCommon/Directories.h>
-#include <KesCommon/FileSystem.h>
 #include <KesCommon/StringHelper.h>
-#include <KesMeasure/MeasureText.h>
-#include <KesMeasure/ReportFile.h>
+#include <KesDriver/OutputCheck.h>
 #include <KesMeasure/TestEvaluation.h>
 
 namespace KesTestProgram {
 
-namespace {
-
-using KesMeasure::Origin;
 using KesMeasure::TestRecord;
 namespace TestEvaluation = KesMeasure::TestEvaluation;
 
-constexpr const char* settingsLostKey = "Repair.settingsLost";
-
-} // namespace
-
-TestModel::TestModel(TestKind kind) : _kind(std::move(kind)), _testObject(_kind.makeTestObject())
-{
-    _defaultSettings = _testObject->serialize();
-    _testObject->signalChanged.connect([this](KesTree::Node&) { signalSettingsChanged.emit(); });
-    _setCanProgramStart(true);
-}
+TestModel::TestModel(TestKind kind) : ResultsModel(kind.makeTestObject()), _kind(std::move(kind)) {}
 
 TestModel::~TestModel() = default;
 
-TestModel::Test TestModel::createTest() const
+TestKind::Test TestModel::createTest() const
 {
-    return _kind.makeTest(*_testObject);
+    return _kind.makeTest(_getTree());
 }
 
 TestInView TestModel::getTestInView() const
 {
-    {
-        std::lock_guard lock(_recordMutex);
-        if (_record)
-            return {_recordTest, _record};
-    }
+    if (const auto results = getResults())
+        return {results->test, TestRecord(*results)};
     return {createTest(), std::nullopt};
-}
-
-std::optional<TestRecord> TestModel::_getRecord() const
-{
-    std::lock_guard lock(_recordMutex);
-    return _record;
 }
 
 bool TestModel::isResultStale() const
 {
-    const auto record = _getRecord();
-    return record && record->settings != _testObject->serialize();
+    const auto results = getResults();
+    return results && results->settings != _getTree().serialize();
 }
 
-bool TestModel::isUntouched() const
+std::vector<KesMeasure::TextLine> TestModel::describeSettings() const
 {
-    return !_getRecord() && _testObject->serialize() == _defaultSettings;
+    return createTest()->describe();
 }
 
-void TestModel::announceOutcome()
+ShownTest TestModel::getShownTest() const
 {
-    if (isRunning())
-        return;
     const auto shown = getTestInView();
     const auto* record = shown.getRecord();
-    _announce(record ? TestEvaluation::createOutcome(shown.test->createPlan(), record).text : std::string(),
-              record ? record->origin : Origin::Device);
-}
-
-void TestModel::_announce(const std::string& text, Origin origin)
-{
-    using lng::Measure::get;
-    const char* const title = get(origin == Origin::Unknown ? "Unknown.title" : "Simulated.title");
-    _setState(origin == Origin::Device
-                  ? text
-                  : Kes::StringHelper::format(get("Simulated.state"), text, std::string(title)));
+    const auto plan = shown.test->createPlan();
+    return {TestEvaluation::createOutcome(plan, record, areResultsLost()),
+            TestEvaluation::createChart(plan, record), TestEvaluation::createTable(plan, record)};
 }
 
 std::string TestModel::getDataSummary()
 {
-    const auto record = _getRecord();
-    return TestEvaluation::summarize(record ? &*record : nullptr);
+    return TestEvaluation::summarize(getTestInView().getRecord());
 }
 
-Kes::Result TestModel::writeReport(const std::string& path)
+std::string TestModel::_createReportData() const
 {
     const auto shown = getTestInView();
-    const auto data =
-        TestEvaluation::createReport(_kind.reportTitle, *shown.test, shown.getRecord(), _areResultsLost);
-    return KesMeasure::ReportFile::write(path, data, "report/measurements.xsl");
-}
-
-std::string TestModel::createReport()
-{
-    const std::string folder = Kes::getKesCrossDocDir();
-    Kes::mkdir_with_parents(folder);
-    const std::string path = folder + "report.html";
-    return writeReport(path) ? path : std::string();
-}
-
-void TestModel::newData(const std::string&)
-{
-    _abandonRun();
-    (void)_testObject->deserialize(_defaultSettings);
-    _replaceData(TestArchive());
+    return TestEvaluation::createReport(_kind.reportTitle, *shown.test, shown.getRecord(), areResultsLost());
 }
 
 std::unique_ptr<std::istream> TestModel::getDataStream()
 {
-    return TestArchive{_testObject->serialize(), _getRecord()}.pack(_kind);
+    TestArchive archive;
+    archive.settings = _getTree().serialize();
+    archive.record = getTestInView().record;
+    return archive.pack(_kind);
 }
 
-bool TestModel::setDataStream(std::istream& stream, bool flag)
+std::optional<LoadedArchive> TestModel::_readArchive(std::istream& stream, bool isRepair)
 {
-    if (flag)
-        return setRepairDataStream(stream);
-    const auto archive = TestArchive::read(_kind, stream);
-    if (!archive || !_testObject->deserialize(archive->settings))
-        return false;
-    _load(*archive);
-    return true;
-}
-
-bool TestModel::setRepairDataStream(std::istream& stream)
-{
-    const auto archive = TestArchive::repair(_kind, stream);
+    const auto archive = isRepair ? TestArchive::repair(_kind, stream) : TestArchive::read(_kind, stream);
     if (!archive)
-        return false;
-    const std::string former = _testObject->serialize();
-    const char* const settingsKey = _repairSettings(*archive);
-    if (settingsKey == settingsLostKey && !archive->record) {
-        // Nothing is left of the file.
-        (void)_testObject->deserialize(former);
-        return false;
-    }
-    _load(*archive);
-    std::string text;
-    const auto tell = [&text](bool isLost, const char* key) {
-        if (isLost)
-            text += (text.empty() ? "" : "\n") + std::string(lng::TestProgram::get(key));
-    };
-    tell(archive->areResultsLost, "Repair.resultsLost");
-    tell(archive->isOriginLost, "Repair.originLost");
-    tell(settingsKey, settingsKey);
-    if (!text.empty())
-        signalMessage.emit(text);
+        return std::nullopt;
+    LoadedArchive loaded;
+    loaded.settings = archive->settings;
+    loaded.areResultsLost = archive->areResultsLost;
+    loaded.isOriginLost = archive->isOriginLost;
+    loaded.isRestLost = !archive->record;
+    if (archive->record)
+        loaded.putSettingsOfTest = [settings = archive->record->settings](KesTree::Node& testObject) {
+            return testObject.deserialize(settings);
+        };
+    loaded.take = [this, record = archive->record] { _replaceResults(_withTest(record)); };
+    return loaded;
+}
+
+std::optional<RecordedTest> TestModel::_withTest(const std::optional<TestRecord>& record) const
+{
+    if (!record)
+        return std::nullopt;
+    return RecordedTest{*record, _kind.makeTestOf(record->settings)};
+}
+
+Kes::Result TestModel::_prepareTest()
+{
+    _runSettings = _getTree().serialize();
+    _runDefinition = createTest();
+    if (auto result = _runDefinition->check(); !result)
+        return result;
+    _runPlan = _runDefinition->createPlan();
     return true;
 }
 
-const char* TestModel::_repairSettings(const TestArchive& archive)
+Kes::Result TestModel::_checkLimits(const KesDriver::OutputLimits& limits) const
 {
-    // What the file does not hold becomes that of its test or the default, not what the last file held.
-    (void)_testObject->deserialize(_defaultSettings);
-    const bool isOfTest = archive.record && _testObject->deserialize(archive.record->settings);
-    if (_testObject->deserialize(archive.settings))
-        return nullptr;
-    if (_testObject->deserialize(archive.settings, false))
-        return "Repair.settingsPartly";
-    return isOfTest ? "Repair.settingsOfTest" : settingsLostKey;
+    for (const auto& planned : _runPlan)
+        for (const auto& sequence : planned.sequences)
+            if (auto result = KesDriver::checkSequence(sequence, limits); !result)
+                return result;
+    return true;
 }
 
-void TestModel::_load(const TestArchive& archive)
+std::shared_ptr<KesDriver::ISimulatedTestObject> TestModel::_makeBenchObject() const
 {
-    _abandonRun();
-    _replaceData(archive);
+    return _runDefinition->makeTestObject();
 }
 
-void TestModel::_abandonRun()
+TestModel::RunResult TestModel::_runTest(KesDevice::Kesto& kesto, KesMeasure::RunControl& control)
 {
-    {
-        std::lock_guard lock(_recordMutex);
-        _isRunKept = false;
-    }
-    if (isRunning()) {
-        stopTest();
-        signalMessage.emit(lng::TestProgram::get("Run.archiveReplaced"));
-    }
+    KesMeasure::MeasurementRun run(_runPlan, kesto, control, *this);
+    const auto end = run.execute();
+    return {end, run.getError()};
 }
 
-void TestModel::_replaceData(const TestArchive& archive)
+RecordedTest TestModel::_createResults() const
 {
-    _areResultsLost = archive.areResultsLost;
-    auto test = archive.record ? _kind.makeTestOf(archive.record->settings) : nullptr;
-    {
-        std::lock_guard lock(_recordMutex);
-        _record = archive.record;
-        _recordTest = std::move(test);
-    }
-    _progress = 0.0;
-    signalSettingsChanged.emit();
-    signalResultsChanged.emit();
-    announceOutcome();
+    RecordedTest results;
+    results.settings = _runSettings;
+    results.test = _runDefinition;
+    return results;
+}
+
+KesMeasure::Verdict TestModel::_judge(const RecordedTest& results) const
+{
+    return TestEvaluation::judge(_runPlan, results);
+}
+
+std::size_t TestModel::_countMeasuredIn(const RecordedTest& results) const
+{
+    return results.readings.size();
+}
+
+void TestModel::onMeasurement(std::size_t index, double progress)
+{
+    const auto& planned = _runPlan[index];
+    _announceStep(Kes::StringHelper::format(lng::TestProgram::get("State.measurement"), index + 1,
+                                            _runPlan.size(), planned.object, planned.quantity),
+                  progress);
+}
+
+void TestModel::onReading(const KesMeasure::Reading& reading)
+{
+    _changeResults([&](RecordedTest& results) { results.readings.push_back(reading); });
 }
 
 } // namespace KesTestProgram

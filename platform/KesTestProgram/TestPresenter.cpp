@@ -3,6 +3,7 @@
 #include <KesTestProgram/FileMenuTailView.h>
 #include <KesTestProgram/TestProgramText.h>
 
+#include <KesCommon/StringHelper.h>
 #include <KesCommonView/DialogPresenter.h>
 #include <KesMeasureView/WindowOpening.h>
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
@@ -20,7 +21,7 @@
 namespace KesTestProgram {
 
 struct TestPresenter::Menus {
-    Menus(TestPresenter& shell, TestModel& model)
+    Menus(TestPresenter& shell, TestProgramModel& model)
         : file(&shell),
           recent(&shell),
           fileTail(*file.getView(), *recent.getView()),
@@ -41,12 +42,9 @@ struct TestPresenter::Menus {
     KesProgram::ToolsToolbarPresenter tools;
 };
 
-TestPresenter::TestPresenter(TestModel& model) : _model(model)
+TestPresenter::TestPresenter(TestProgramModel& model) : _model(model)
 {
-    _model.confirmReplacing = [this] {
-        return Kes::DialogPresenter::show(getView(), lng::TestProgram::get("Run.replaceUnsaved"), "",
-                                          Kes::DialogResult::YesNo) == Kes::DialogResult::Yes;
-    };
+    _model.confirmReplacing = [this] { return _ask(lng::TestProgram::get("Run.replaceUnsaved")); };
 }
 
 TestPresenter::~TestPresenter()
@@ -65,6 +63,37 @@ void TestPresenter::openFile(const std::string& fileName)
     });
 }
 
+void TestPresenter::saveArchive()
+{
+    if (_confirmSavedPlan())
+        ProgramBasePresenter::saveArchive();
+}
+
+void TestPresenter::saveAsArchive()
+{
+    if (_confirmSavedPlan())
+        ProgramBasePresenter::saveAsArchive();
+}
+
+/// What is saved is not what the window shows while that is no plan.
+bool TestPresenter::_confirmSavedPlan()
+{
+    const std::string& error = _model.getPlanError();
+    return error.empty() ||
+           _ask(Kes::StringHelper::format(lng::TestProgram::get("Plan.saveLastValid"), error));
+}
+
+bool TestPresenter::_ask(const std::string& question)
+{
+    return Kes::DialogPresenter::show(getView(), question, "", Kes::DialogResult::YesNo) ==
+           Kes::DialogResult::Yes;
+}
+
+std::unique_ptr<IPlanEditor> TestPresenter::_createPlanEditor()
+{
+    return nullptr;
+}
+
 void TestPresenter::_onInit()
 {
     _createMenus();
@@ -75,7 +104,7 @@ void TestPresenter::_onInit()
 
 void TestPresenter::_createContent()
 {
-    _content = std::make_unique<TestContentPresenter>(_model);
+    _content = std::make_unique<TestContentPresenter>(_model, _createPlanEditor());
     _content->signalEdit().connect(sigc::mem_fun(*this, &TestPresenter::requestTestObject));
     _getProgramView()->setContent(*_content->getView());
 }

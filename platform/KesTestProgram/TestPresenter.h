@@ -1,7 +1,7 @@
 #pragma once
 
 #include <KesTestProgram/TestContentPresenter.h>
-#include <KesTestProgram/TestModel.h>
+#include <KesTestProgram/TestProgramModel.h>
 
 #include <KesCommon/Export.h>
 #include <KesProgram/shell/ProgramBasePresenter.h>
@@ -15,15 +15,19 @@ namespace KesTestProgram {
 class KES_EXPORT TestPresenter : public KesProgram::ProgramBasePresenter {
 public:
     /// The model outlives `signalClosed`.
-    explicit TestPresenter(TestModel& model);
+    explicit TestPresenter(TestProgramModel& model);
     ~TestPresenter() override;
 
     void openFile(const std::string& fileName) override;
+    void saveArchive() override;
+    void saveAsArchive() override;
 
 protected:
     KesProgram::ProgramModel* _getModel() override { return &_model; }
     void _onInit() override;
     void _onFinishedFromModel(bool outputStarted) override;
+    /// The editor of a plan beside the test object; null: there is none.
+    virtual std::unique_ptr<IPlanEditor> _createPlanEditor();
 
 private:
     struct Menus;
@@ -31,8 +35,10 @@ private:
     void _createMenus();
     void _createContent();
     void _updateRecentFiles();
+    bool _confirmSavedPlan();
+    bool _ask(const std::string& question);
 
-    TestModel& _model;
+    TestProgramModel& _model;
     std::unique_ptr<Menus> _menus;
     std::unique_ptr<TestContentPresenter> _content;
 };

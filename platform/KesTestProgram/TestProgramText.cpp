@@ -16,6 +16,9 @@ constexpr Kes::TextTable table({
     {"Run.archiveReplaced", "The test was stopped: its archive was closed.",
      "Проверка остановлена: её архив закрыт."},
 
+    {"Plan.saveLastValid", "%s\n\nSave with the last valid value instead?",
+     "%s\n\nСохранить с последним допустимым значением?"},
+
     {"Error.tooMuchData", "The data is too large for an archive.", "Слишком много данных для архива."},
 
     {"Repair.settingsLost", "The settings could not be read; the default ones are used.",

@@ -31,7 +31,8 @@ class Overcurrent(Program):
         return texts.PROGRAM.get(key, self.language)
 
     def word(self, key):
-        table = texts.OVERCURRENT if key in texts.OVERCURRENT.texts else texts.MEASURE
+        tables = (texts.OVERCURRENT, texts.TEST_PROGRAM, texts.MEASURE)
+        table = next((table for table in tables if key in table.texts), texts.MEASURE)
         return table.get(key, self.language)
 
     def answer(self, box, key):

@@ -53,7 +53,7 @@ class RunsTest(DesktopTest):
         rows = program.rows()
         self.assertEqual([row[1] for row in rows], self.number("1.50 2.00 3.00 5.00 7.00 10.00 15.00 20.00").split())
         for row in rows:
-            self.assertIn(program.word("Verdict.passed"), row[-1])
+            self.assertIn(program.word("State.passed"), row[-1])
         self.assertTrue(program.reads(program.word("Simulated.notice")))
 
         # The file keeps what was measured.
@@ -90,7 +90,7 @@ class RunsTest(DesktopTest):
         reason = program.word("Plan.belowSetting").replace("%s", self.number("0.5"))
         program.waitForText(reason)
         click(program.tool("start"))
-        program.answer(program.message(program.word("Plan.refused").replace("%s", reason)), "ok")
+        program.answer(program.message(program.word("Run.refused").replace("%s", reason)), "ok")
         self.assertTrue(program.tool("start").isSensitive)
         self.assertFalse(program.tool("stop").isSensitive)
         program.discard()

@@ -58,7 +58,7 @@ class WindowsTest(DesktopTest):
         with open(report, encoding="utf-8") as file:
             empty = file.read()
         self.assertIn(program.word("PlanView.title"), empty)
-        self.assertNotIn(program.word("Verdict.passed"), empty)
+        self.assertNotIn(program.word("State.passed"), empty)
 
         program.tool("start").act()
         program.waitForOutcome("Passed")
@@ -66,7 +66,7 @@ class WindowsTest(DesktopTest):
         wait("a second one", lambda: self.home.opened() == [report, report])
         with open(report, encoding="utf-8") as file:
             measured = file.read()
-        self.assertIn(program.word("Verdict.passed"), measured)
+        self.assertIn(program.word("State.passed"), measured)
         self.assertIn(program.word("Simulated.title"), measured)
         program.discard()
 

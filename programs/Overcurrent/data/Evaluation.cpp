@@ -7,8 +7,6 @@
 
 namespace Overcurrent::Evaluation {
 
-using KesMeasure::Verdict;
-
 namespace {
 
 /// Values read from a ramp are sums of steps: what is a hair outside by rounding is inside.
@@ -78,24 +76,11 @@ std::size_t countPassed(const TestResults& results)
                       [&](const PointResult& point) { return evaluate(results, point).isPassed; }));
 }
 
-Verdict verdict(const TestResults& results)
+KesMeasure::Verdict verdict(const TestResults& results)
 {
-    switch (results.end) {
-    case RunEnd::Running:
-        return Verdict::None;
-    case RunEnd::Stopped:
-        return Verdict::Stopped;
-    case RunEnd::Fault:
-        return Verdict::Fault;
-    case RunEnd::Ended:
-        return Verdict::Failed;
-    case RunEnd::Complete:
-        break;
-    }
     const bool areRampsPassed =
         !results.settings.hasRamps() || (isPickUpPassed(results) && isDropOffPassed(results));
-    const bool isPassed = isWhole(results) && countPassed(results) == results.points.size() && areRampsPassed;
-    return isPassed ? Verdict::Passed : Verdict::Failed;
+    return results.judge(isWhole(results) && countPassed(results) == results.points.size() && areRampsPassed);
 }
 
 } // namespace Overcurrent::Evaluation

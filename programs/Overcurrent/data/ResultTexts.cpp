@@ -4,8 +4,8 @@
 #include <Overcurrent/data/SettingsSummary.h>
 #include <Overcurrent/text/OvercurrentText.h>
 
-#include <KesMeasure/MeasureText.h>
 #include <KesMeasure/ScreenNumber.h>
+#include <KesMeasure/StateText.h>
 
 namespace Overcurrent::ResultTexts {
 
@@ -13,6 +13,7 @@ namespace {
 
 using KesMeasure::Mark;
 using KesMeasure::ResultTable;
+using KesMeasure::stateText;
 using KesMeasure::ScreenNumber::amperes;
 using KesMeasure::ScreenNumber::fixed;
 using KesMeasure::ScreenNumber::multiple;
@@ -22,21 +23,6 @@ using lng::Overcurrent::get;
 Mark toMark(bool isPassed)
 {
     return isPassed ? Mark::Passed : Mark::Failed;
-}
-
-std::string verdictText(MeasureState state, bool isPassed)
-{
-    switch (state) {
-    case MeasureState::NoOperation:
-        return lng::Measure::get("State.noOperation");
-    case MeasureState::ContactEarly:
-        return lng::Measure::get("State.contactEarly");
-    case MeasureState::NotReset:
-        return lng::Measure::get("State.notReset");
-    case MeasureState::Measured:
-        break;
-    }
-    return get(isPassed ? "Verdict.passed" : "Verdict.failed");
 }
 
 /// As a deviation from the expected time where both are the same, else the ends of the band.
@@ -58,7 +44,7 @@ ResultTable::Value rampValue(const char* nameKey, const TestResults* results,
         return value;
     if (ramp->state == MeasureState::Measured)
         value.value = SettingsSummary::intervalText(results->settings, *ramp);
-    value.verdict = verdictText(ramp->state, isPassed);
+    value.verdict = stateText(ramp->state, isPassed);
     value.mark = toMark(isPassed);
     return value;
 }
@@ -85,7 +71,7 @@ ResultTable::Row createRow(const TestResults& results, const PointResult& point,
              fixed(evaluated.expected, 3), evaluated.measured ? fixed(*evaluated.measured, 3) : none,
              evaluated.deviation ? withSign(*evaluated.deviation, 3) : none,
              evaluated.deviationPercent ? withSign(*evaluated.deviationPercent, 2) : none,
-             bandText(evaluated), verdictText(point.state, evaluated.isPassed)},
+             bandText(evaluated), stateText(point.state, evaluated.isPassed)},
             toMark(evaluated.isPassed)};
 }
 
@@ -102,7 +88,7 @@ std::vector<ResultTable::Value> createValues(const TestResults* results)
     if (const auto value = results ? Evaluation::ratio(*results) : std::nullopt) {
         const auto [least, most] = *Evaluation::ratioInterval(*results);
         ratio.value = fixed(*value, 3) + " (" + fixed(least, 3) + " \u2026 " + fixed(most, 3) + ")";
-        ratio.verdict = get(isDropOffPassed ? "Verdict.passed" : "Verdict.failed");
+        ratio.verdict = stateText(MeasureState::Measured, isDropOffPassed);
         ratio.mark = toMark(isDropOffPassed);
     }
     values.push_back(std::move(ratio));
@@ -126,7 +112,7 @@ std::string describe(const TestResults& results, const PointResult& point)
     const std::string measured = evaluated.measured ? fixed(*evaluated.measured, 3) : get("Results.notYet");
     return multiple(point.multiple) + " " + get("Unit.setting") + "\n" + get("Results.expected") + ": " +
            fixed(evaluated.expected, 3) + " (" + bandText(evaluated) + ")\n" + get("Results.measured") +
-           ": " + measured + "\n" + verdictText(point.state, evaluated.isPassed);
+           ": " + measured + "\n" + stateText(point.state, evaluated.isPassed);
 }
 
 } // namespace Overcurrent::ResultTexts

@@ -2,7 +2,7 @@
 
 #include <Overcurrent/data/PlanXml.h>
 
-#include <KesMeasure/XmlAttributes.h>
+#include <KesMeasure/StateXml.h>
 
 #include <libxml++/libxml++.h>
 
@@ -14,24 +14,14 @@ namespace Overcurrent::ResultsXml {
 namespace {
 
 using KesMeasure::setAttribute;
-using KesMeasure::wordOf;
 using KesMeasure::XmlAttributes;
-
-constexpr std::pair<const char*, MeasureState> states[] = {{"noOperation", MeasureState::NoOperation},
-                                                           {"measured", MeasureState::Measured},
-                                                           {"contactEarly", MeasureState::ContactEarly},
-                                                           {"notReset", MeasureState::NotReset}};
-
-constexpr std::pair<const char*, RunEnd> ends[] = {{"stopped", RunEnd::Stopped},
-                                                   {"complete", RunEnd::Complete},
-                                                   {"fault", RunEnd::Fault},
-                                                   {"ended", RunEnd::Ended}};
+namespace StateXml = KesMeasure::StateXml;
 
 void writePoint(xmlpp::Element& parent, const PointResult& point)
 {
     auto& element = *parent.add_child("point");
     setAttribute(element, "multiple", point.multiple);
-    setAttribute(element, "state", wordOf(point.state, states));
+    StateXml::write(element, point.state);
     if (point.state == MeasureState::Measured)
         setAttribute(element, "microseconds", std::to_string(point.time.count()));
 }
@@ -41,7 +31,7 @@ void writeRamp(xmlpp::Element& parent, const char* name, const std::optional<Ram
     if (!ramp)
         return;
     auto& element = *parent.add_child(name);
-    setAttribute(element, "state", wordOf(ramp->state, states));
+    StateXml::write(element, ramp->state);
     if (ramp->state != MeasureState::Measured)
         return;
     setAttribute(element, "without", ramp->without);
@@ -52,7 +42,7 @@ bool readPoint(const xmlpp::Element& element, const TestPlan& plan, PointResult&
 {
     XmlAttributes attributes(element);
     point.multiple = attributes.number("multiple");
-    point.state = attributes.choice("state", states);
+    point.state = StateXml::readState(attributes);
     if (!attributes.isGood() || point.state != MeasureState::Measured)
         return attributes.isGood();
     point.time = KesDriver::DeviceTime(attributes.integer("microseconds"));
@@ -79,7 +69,7 @@ bool readRamp(const xmlpp::Element& parent, const char* name, const Ramp& plan, 
         return false;
     XmlAttributes attributes(*element);
     RampResult result;
-    result.state = attributes.choice("state", states);
+    result.state = StateXml::readState(attributes);
     if (result.state == MeasureState::Measured) {
         result.multiple = attributes.number("multiple");
         result.without =
@@ -130,8 +120,7 @@ bool isConsistent(const TestResults& results)
 
 void write(xmlpp::Element& element, const TestResults& results)
 {
-    setAttribute(element, "end",
-                 wordOf(results.end == RunEnd::Running ? RunEnd::Stopped : results.end, ends));
+    StateXml::write(element, results.end);
     PlanXml::write(*element.add_child("settings"), results.settings);
     PlanXml::write(*element.add_child("plan"), results.plan);
     for (const auto& point : results.points)
@@ -157,7 +146,7 @@ std::optional<TestResults> read(const xmlpp::Element& element, ArchiveForm form)
     TestResults results;
     results.settings = *settings;
     results.plan = *plan;
-    results.end = attributes.choice("end", ends);
+    results.end = StateXml::readEnd(attributes);
     const bool isRead = attributes.isGood() && readPoints(element, results) &&
                         readRamp(element, "pickUp", plan->pickUp, form, results.pickUp) &&
                         readRamp(element, "dropOff", plan->dropOff, form, results.dropOff);

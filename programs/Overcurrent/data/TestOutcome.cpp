@@ -7,7 +7,6 @@
 
 namespace Overcurrent::TestOutcome {
 
-using KesMeasure::Mark;
 using KesMeasure::Outcome;
 using KesMeasure::Verdict;
 
@@ -15,7 +14,7 @@ Outcome create(const TestResults* results, bool areResultsLost)
 {
     using lng::Overcurrent::get;
     if (!results)
-        return {get(areResultsLost ? "Outcome.Lost" : "Outcome.None"), Mark::None};
+        return Outcome::withoutTest(areResultsLost);
     const auto verdict = Evaluation::verdict(*results);
     const std::string title = Outcome::getTitle(verdict);
     const std::size_t planned = results->plan.multiples.size();

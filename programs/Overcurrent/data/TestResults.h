@@ -4,10 +4,9 @@
 #include <Overcurrent/data/TestPlan.h>
 
 #include <KesDriver/Outputs.h>
-#include <KesMeasure/TestState.h>
+#include <KesMeasure/MeasuredTest.h>
 
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace Overcurrent {
@@ -43,19 +42,12 @@ struct RampResult {
 
 /// What a test has measured, with the settings and the plan that it was made with: they may be edited
 /// afterwards. A value. Everything that can be calculated from the measured values is in `Evaluation`.
-struct TestResults {
+struct TestResults : KesMeasure::MeasuredTest {
     RelaySettings settings;
     TestPlan plan;
     std::vector<PointResult> points;
     std::optional<RampResult> pickUp;
     std::optional<RampResult> dropOff;
-    RunEnd end = RunEnd::Running;
-    /// The device of the test, as it calls itself, and whether it exists in this process only. The name is
-    /// empty when it is not known.
-    std::string device;
-    Origin origin = Origin::Device;
-    /// When the test began, as "2024-03-01 14:05:09" in local time; empty when it is not known.
-    std::string startedAt;
 
     bool operator==(const TestResults&) const = default;
 };

@@ -1,52 +1,63 @@
 #include <Overcurrent/model/OvercurrentModel.h>
 
+#include <Overcurrent/bench/BenchRelay.h>
+#include <Overcurrent/data/DataSummary.h>
+#include <Overcurrent/data/Evaluation.h>
 #include <Overcurrent/data/OvercurrentArchive.h>
+#include <Overcurrent/data/ResultTexts.h>
+#include <Overcurrent/data/SettingsSummary.h>
+#include <Overcurrent/data/TestChart.h>
 #include <Overcurrent/data/TestOutcome.h>
 #include <Overcurrent/report/ReportDocument.h>
 #include <Overcurrent/text/OvercurrentText.h>
 
-#include <KesCommon/Directories.h>
-#include <KesCommon/FileSystem.h>
 #include <KesCommon/StringHelper.h>
 #include <KesMeasure/MeasureText.h>
-#include <KesMeasure/ReportFile.h>
-#include <KesProgram/archive/ArchiveManager.h>
+#include <KesMeasure/ScreenNumber.h>
 
 namespace Overcurrent {
 
 namespace {
 
-using KesProgram::RunVerdict;
-namespace Nodes = KesTree::RelayNodes;
+using Kes::StringHelper::format;
+using KesTestProgram::LoadedArchive;
 
-constexpr const char* settingsLostKey = "Repair.settingsLost";
-
-/// What `OvercurrentArchive::repair` could not read, a line for each.
-std::string lossText(const OvercurrentArchive& archive)
+/// A one-ampere relay: a device can put out twenty times its setting.
+std::unique_ptr<KesTree::Node> makeTestObject()
 {
-    std::string text;
-    const auto tell = [&text](bool isLost, const char* key) {
-        if (isLost)
-            text += (text.empty() ? "" : "\n") + std::string(lng::Overcurrent::get(key));
-    };
-    tell(archive.areResultsLost, "Repair.resultsLost");
-    tell(archive.isOriginLost, "Repair.originLost");
-    tell(archive.isPlanLost, archive.results ? "Repair.planOfTest" : "Repair.planLost");
-    return text;
+    namespace Nodes = KesTree::RelayNodes;
+    auto stage = Nodes::overcurrentStage();
+    const RelaySettings settings;
+    (void)stage->find(Nodes::SettingCurrent)->setValue(settings.settingCurrent);
+    (void)stage->find(Nodes::NominalCurrent)->setValue(settings.nominalCurrent);
+    return stage;
+}
+
+std::string nameOf(const RunPhase& phase)
+{
+    switch (phase.kind) {
+    case RunPhase::Kind::PickUp:
+        return lng::Overcurrent::get("State.pickUp");
+    case RunPhase::Kind::DropOff:
+        return lng::Overcurrent::get("State.dropOff");
+    case RunPhase::Kind::Point:
+        break;
+    }
+    return format(lng::Overcurrent::get("State.point"), phase.number, phase.count,
+                  KesMeasure::ScreenNumber::multiple(phase.multiple));
+}
+
+std::string phaseText(const RunPhase& phase)
+{
+    if (phase.coolingSeconds <= 0.0)
+        return nameOf(phase);
+    return format(lng::Measure::get("Run.cooling"), nameOf(phase),
+                  KesMeasure::ScreenNumber::shortest(phase.coolingSeconds));
 }
 
 } // namespace
 
-OvercurrentModel::OvercurrentModel() : _testObject(Nodes::overcurrentStage())
-{
-    // A one-ampere relay: a device can put out twenty times its setting.
-    const RelaySettings settings;
-    (void)_testObject->find(Nodes::SettingCurrent)->setValue(settings.settingCurrent);
-    (void)_testObject->find(Nodes::NominalCurrent)->setValue(settings.nominalCurrent);
-    _defaultSettings = _testObject->serialize();
-    _testObject->signalChanged.connect([this](KesTree::Node&) { signalPlanChanged.emit(); });
-    _setCanProgramStart(true);
-}
+OvercurrentModel::OvercurrentModel() : ResultsModel(makeTestObject()) {}
 
 OvercurrentModel::~OvercurrentModel() = default;
 
@@ -56,15 +67,9 @@ Kes::Result OvercurrentModel::setPlan(const TestPlan& plan)
         return result;
     if (_plan != plan) {
         _plan = plan;
-        signalPlanChanged.emit();
+        signalSettingsChanged.emit();
     }
     return true;
-}
-
-std::optional<TestResults> OvercurrentModel::getResults() const
-{
-    std::lock_guard lock(_resultsMutex);
-    return _results;
 }
 
 bool OvercurrentModel::isResultStale() const
@@ -75,34 +80,22 @@ bool OvercurrentModel::isResultStale() const
 
 bool OvercurrentModel::isUntouched() const
 {
-    return !getResults() && _planError.empty() && _plan == TestPlan() &&
-           _testObject->serialize() == _defaultSettings;
+    return _plan == TestPlan() && ResultsModel::isUntouched();
 }
 
-void OvercurrentModel::announceOutcome()
+std::vector<KesMeasure::TextLine> OvercurrentModel::describeSettings() const
 {
-    if (isRunning())
-        return;
-    const auto results = getResults();
-    _announce(results ? TestOutcome::create(&*results).text : std::string(),
-              results ? results->origin : Origin::Device);
+    return SettingsSummary::describe(getSettings());
 }
 
-void OvercurrentModel::_announce(const std::string& text, Origin origin)
-{
-    using lng::Measure::get;
-    const char* const title = get(origin == Origin::Unknown ? "Unknown.title" : "Simulated.title");
-    _setState(origin == Origin::Device
-                  ? text
-                  : Kes::StringHelper::format(get("Simulated.state"), text, std::string(title)));
-}
-
-Kes::Result OvercurrentModel::writeReport(const std::string& path)
+KesTestProgram::ShownTest OvercurrentModel::getShownTest() const
 {
     const auto results = getResults();
-    const auto data = results ? ReportDocument::create(results->settings, results->plan, &*results)
-                              : ReportDocument::create(getSettings(), _plan, nullptr, _areResultsLost);
-    return KesMeasure::ReportFile::write(path, data, "report/overcurrent.xsl");
+    const auto* measured = results ? &*results : nullptr;
+    return {TestOutcome::create(measured, areResultsLost()),
+            TestChart::create(measured ? measured->settings : getSettings(),
+                              measured ? measured->plan : _plan, measured),
+            ResultTexts::createTable(measured)};
 }
 
 std::string OvercurrentModel::getProgramName()
@@ -115,113 +108,121 @@ std::string OvercurrentModel::getExtension()
     return "kovc";
 }
 
-KesTree::Node* OvercurrentModel::getTestObject()
+std::string OvercurrentModel::getDataSummary()
 {
-    return _testObject.get();
+    return DataSummary::text(getResults());
 }
 
-RunVerdict OvercurrentModel::getRunVerdict()
+std::string OvercurrentModel::_createReportData() const
 {
-    return _verdict;
+    const auto results = getResults();
+    return results ? ReportDocument::create(results->settings, results->plan, &*results)
+                   : ReportDocument::create(getSettings(), _plan, nullptr, areResultsLost());
 }
 
-std::string OvercurrentModel::createReport()
+std::string OvercurrentModel::_getStylesheet() const
 {
-    const std::string folder = Kes::getKesCrossDocDir();
-    Kes::mkdir_with_parents(folder);
-    const std::string path = folder + "report.html";
-    return writeReport(path) ? path : std::string();
-}
-
-void OvercurrentModel::newData(const std::string&)
-{
-    _abandonRun();
-    (void)_testObject->deserialize(_defaultSettings);
-    _replaceData(OvercurrentArchive());
+    return "report/overcurrent.xsl";
 }
 
 std::unique_ptr<std::istream> OvercurrentModel::getDataStream()
 {
-    return OvercurrentArchive{_testObject->serialize(), _plan, getResults()}.pack();
+    return OvercurrentArchive{_getTree().serialize(), _plan, getResults()}.pack();
 }
 
-bool OvercurrentModel::setDataStream(std::istream& stream, bool flag)
+std::optional<LoadedArchive> OvercurrentModel::_readArchive(std::istream& stream, bool isRepair)
 {
-    if (flag)
-        return setRepairDataStream(stream);
-    const auto archive = OvercurrentArchive::read(stream);
-    if (!archive || !_testObject->deserialize(archive->settings))
-        return false;
-    _load(*archive);
-    return true;
-}
-
-bool OvercurrentModel::setRepairDataStream(std::istream& stream)
-{
-    const auto archive = OvercurrentArchive::repair(stream);
+    const auto archive = isRepair ? OvercurrentArchive::repair(stream) : OvercurrentArchive::read(stream);
     if (!archive)
-        return false;
-    const std::string former = _testObject->serialize();
-    const char* const settingsKey = _repairSettings(*archive);
-    if (settingsKey == settingsLostKey && archive->isPlanLost && !archive->results) {
-        // Nothing is left of the file.
-        (void)_testObject->deserialize(former);
-        return false;
-    }
-    _load(*archive);
-    std::string text = lossText(*archive);
-    if (settingsKey)
-        text += (text.empty() ? "" : "\n") + std::string(lng::Overcurrent::get(settingsKey));
-    if (!text.empty())
-        signalMessage.emit(text);
-    return true;
+        return std::nullopt;
+    LoadedArchive loaded;
+    loaded.settings = archive->settings;
+    loaded.areResultsLost = archive->areResultsLost;
+    loaded.isOriginLost = archive->isOriginLost;
+    if (archive->isPlanLost)
+        loaded.otherLosses.push_back(
+            lng::Overcurrent::get(archive->results ? "Repair.planOfTest" : "Repair.planLost"));
+    loaded.isRestLost = archive->isPlanLost && !archive->results;
+    if (archive->results)
+        loaded.putSettingsOfTest = [settings = archive->results->settings](KesTree::Node& testObject) {
+            return settings.putInto(testObject);
+        };
+    loaded.take = [this, archive = *archive] { _take(archive.plan, archive.results); };
+    return loaded;
 }
 
-const char* OvercurrentModel::_repairSettings(const OvercurrentArchive& archive)
+void OvercurrentModel::_clearData()
 {
-    // What the file does not hold becomes that of its test or the default, not what the last file held.
-    (void)_testObject->deserialize(_defaultSettings);
-    const bool isOfTest = archive.results && archive.results->settings.putInto(*_testObject);
-    if (archive.results && !isOfTest)
-        (void)_testObject->deserialize(_defaultSettings);
-    if (_testObject->deserialize(archive.settings))
-        return nullptr;
-    if (_testObject->deserialize(archive.settings, false))
-        return "Repair.settingsPartly";
-    return isOfTest ? "Repair.settingsOfTest" : settingsLostKey;
+    _take(TestPlan(), std::nullopt);
 }
 
-void OvercurrentModel::_load(const OvercurrentArchive& archive)
+void OvercurrentModel::_take(const TestPlan& plan, const std::optional<TestResults>& results)
 {
-    _abandonRun();
-    _replaceData(archive);
+    _plan = plan;
+    _replaceResults(results);
 }
 
-void OvercurrentModel::_abandonRun()
+Kes::Result OvercurrentModel::_prepareTest()
 {
-    {
-        std::lock_guard lock(_resultsMutex);
-        _isRunKept = false;
-    }
-    if (isRunning()) {
-        stopTest();
-        signalMessage.emit(lng::Overcurrent::get("Run.archiveReplaced"));
-    }
+    _runSettings = getSettings();
+    _runPlan = _plan;
+    return _runPlan.check(_runSettings);
 }
 
-void OvercurrentModel::_replaceData(const OvercurrentArchive& archive)
+Kes::Result OvercurrentModel::_checkLimits(const KesDriver::OutputLimits& limits) const
 {
-    _plan = archive.plan;
-    _planError.clear();
-    _areResultsLost = archive.areResultsLost;
-    {
-        std::lock_guard lock(_resultsMutex);
-        _results = archive.results;
-    }
-    _progress = 0.0;
-    signalPlanChanged.emit();
-    signalResultsChanged.emit();
-    announceOutcome();
+    return _runPlan.check(_runSettings, limits);
+}
+
+std::shared_ptr<KesDriver::ISimulatedTestObject> OvercurrentModel::_makeBenchObject() const
+{
+    return makeBenchRelay(_runSettings);
+}
+
+OvercurrentModel::RunResult OvercurrentModel::_runTest(KesDevice::Kesto& kesto,
+                                                       KesMeasure::RunControl& control)
+{
+    TestRun run(_runSettings, _runPlan, kesto, control, *this);
+    const auto end = run.execute();
+    return {end, run.getError()};
+}
+
+TestResults OvercurrentModel::_createResults() const
+{
+    TestResults results;
+    results.settings = _runSettings;
+    results.plan = _runPlan;
+    return results;
+}
+
+KesMeasure::Verdict OvercurrentModel::_judge(const TestResults& results) const
+{
+    return Evaluation::verdict(results);
+}
+
+std::size_t OvercurrentModel::_countMeasuredIn(const TestResults& results) const
+{
+    return DataSummary::countMeasured(results);
+}
+
+void OvercurrentModel::onPhase(const RunPhase& phase)
+{
+    _announceStep(phaseText(phase), phase.progress);
+}
+
+void OvercurrentModel::onPoint(const PointResult& result)
+{
+    _changeResults([&](TestResults& results) { results.points.push_back(result); });
+}
+
+void OvercurrentModel::onPickUp(const RampResult& result)
+{
+    _changeResults([&](TestResults& results) { results.pickUp = result; });
+}
+
+void OvercurrentModel::onDropOff(const RampResult& result)
+{
+    _changeResults([&](TestResults& results) { results.dropOff = result; });
 }
 
 } // namespace Overcurrent

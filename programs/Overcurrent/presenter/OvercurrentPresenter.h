@@ -1,42 +1,24 @@
 #pragma once
 
 #include <Overcurrent/model/OvercurrentModel.h>
-#include <Overcurrent/presenter/ContentPresenter.h>
 
-#include <KesProgram/shell/ProgramBasePresenter.h>
+#include <KesTestProgram/TestPresenter.h>
 
 #include <memory>
 
 namespace Overcurrent {
 
-/// The main presenter of the program. GUI thread.
-class OvercurrentPresenter : public KesProgram::ProgramBasePresenter {
+/// The main presenter of the program: that of every test program, with an editor for the plan. GUI thread.
+class OvercurrentPresenter : public KesTestProgram::TestPresenter {
 public:
     /// The model outlives `signalClosed`.
-    explicit OvercurrentPresenter(OvercurrentModel& model);
-    ~OvercurrentPresenter() override;
-
-    void openFile(const std::string& fileName) override;
-    void saveArchive() override;
-    void saveAsArchive() override;
+    explicit OvercurrentPresenter(OvercurrentModel& model) : TestPresenter(model), _model(model) {}
 
 protected:
-    KesProgram::ProgramModel* _getModel() override { return &_model; }
-    void _onInit() override;
-    void _onFinishedFromModel(bool outputStarted) override;
+    std::unique_ptr<KesTestProgram::IPlanEditor> _createPlanEditor() override;
 
 private:
-    struct Menus;
-
-    void _createMenus();
-    void _createContent();
-    void _updateRecentFiles();
-    bool _confirmSavedPlan();
-    bool _ask(const std::string& question);
-
     OvercurrentModel& _model;
-    std::unique_ptr<Menus> _menus;
-    std::unique_ptr<ContentPresenter> _content;
 };
 
 } // namespace Overcurrent

@@ -7,7 +7,7 @@ namespace Overcurrent {
 PlanPresenter::PlanPresenter(OvercurrentModel& model) : _model(model), _view(std::make_unique<PlanView>())
 {
     _view->signalEdited.connect(sigc::mem_fun(*this, &PlanPresenter::_onEdited));
-    model.signalPlanChanged.connect(sigc::mem_fun(*this, &PlanPresenter::_onPlanChanged));
+    model.signalSettingsChanged.connect(sigc::mem_fun(*this, &PlanPresenter::_onPlanChanged));
     _canStartConnection = model.signalCanStartChanged.connect(
         [this] { _guard.safeUpdateView([this] { _onHardwareRunning(); }); });
     _onPlanChanged();

@@ -8,7 +8,6 @@
 
 #include <KesMeasure/ReportXml.h>
 #include <KesMeasure/XmlAttributes.h>
-#include <KesProgram/text/Program.h>
 
 #include <libxml++/libxml++.h>
 
@@ -19,15 +18,8 @@ std::string ReportDocument::create(const RelaySettings& settings, const TestPlan
 {
     using namespace KesMeasure;
     return writeXml("report", [&](xmlpp::Element& root) {
-        root.set_attribute("language", lng::languageName());
-        root.set_attribute("verdict",
-                           ReportXml::wordOf(results ? Evaluation::verdict(*results) : Verdict::None));
-        root.set_attribute("outcome", TestOutcome::create(results, areResultsLost).text);
-        root.set_attribute("origin", ReportXml::wordOf(results ? results->origin : Origin::Device));
-        if (results) {
-            root.set_attribute("device", results->device);
-            root.set_attribute("startedAt", results->startedAt);
-        }
+        const auto verdict = results ? Evaluation::verdict(*results) : Verdict::None;
+        ReportXml::addHead(root, verdict, TestOutcome::create(results, areResultsLost), results);
         ReportXml::addLines(root, "settings", SettingsSummary::describe(settings));
         ReportXml::addLines(root, "plan", SettingsSummary::describe(plan, settings));
         ReportXml::addResults(root, ResultTexts::createTable(results));

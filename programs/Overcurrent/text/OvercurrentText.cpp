@@ -11,17 +11,11 @@ constexpr Kes::TextTable table({
      "Проверка реле максимального тока с зависимой выдержкой времени с помощью устройства КЕСТО."},
 
     {"Summary.noResults", "settings and plan", "уставки и план проверки"},
-    {"Summary.one", "%zu result of %s", "%zu результат от %s"},
-    {"Summary.few", "%zu results of %s", "%zu результата от %s"},
-    {"Summary.many", "%zu results of %s", "%zu результатов от %s"},
 
     {"State.point", "Point %zu of %zu: %s x Is", "Точка %zu из %zu: %s x Is"},
     {"State.pickUp", "Pick-up value", "Ток срабатывания"},
     {"State.dropOff", "Drop-off value", "Ток возврата"},
 
-    {"Outcome.None", "No test has been made yet", "Проверка ещё не проводилась"},
-    {"Outcome.Lost", "The results of this file could not be read.",
-     "Результаты этого файла прочитать не удалось."},
     {"Outcome.counts", "%s: %zu of %zu points within tolerance", "%s: в допуске точек %zu из %zu"},
     {"Outcome.valuesFailed", "%s: %zu of %zu points within tolerance, pick-up or drop-off outside",
      "%s: в допуске точек %zu из %zu, срабатывание или возврат вне допуска"},
@@ -31,31 +25,11 @@ constexpr Kes::TextTable table({
     {"Outcome.partly", "%s: %zu of %zu points measured, %zu within tolerance",
      "%s: измерено точек %zu из %zu, в допуске %zu"},
 
-    {"Run.archiveReplaced", "The test was stopped: its archive was closed.",
-     "Проверка остановлена: её архив закрыт."},
-
-    {"Error.tooMuchData", "The data is too large for an archive.", "Слишком много данных для архива."},
-
     {"Repair.planLost", "The plan could not be read; the default one is used.",
      "План проверки прочитать не удалось; используется план по умолчанию."},
     {"Repair.planOfTest", "The plan could not be read; that of the test is used.",
      "План проверки прочитать не удалось; используется план выполненной проверки."},
-    {"Repair.settingsLost", "The settings could not be read; the default ones are used.",
-     "Уставки прочитать не удалось; используются уставки по умолчанию."},
-    {"Repair.settingsOfTest", "The settings could not be read; those of the test are used.",
-     "Уставки прочитать не удалось; используются уставки выполненной проверки."},
-    {"Repair.settingsPartly", "Some settings are missing in the file; check them all.",
-     "В файле нет некоторых уставок; проверьте их все."},
-    {"Repair.originLost", "Which device made the results, and when, could not be read.",
-     "Каким устройством и когда получены результаты, прочитать не удалось."},
-    {"Repair.resultsLost", "The results could not be read.", "Результаты прочитать не удалось."},
 
-    {"Plan.refused", "The test cannot be started: %s", "Невозможно начать проверку: %s"},
-    {"Run.replaceUnsaved",
-     "The results of the last test have not been saved. Begin a new test and lose them?",
-     "Результаты последней проверки не сохранены. Начать новую проверку и потерять их?"},
-    {"Plan.saveLastValid", "%s\n\nSave with the last valid value instead?",
-     "%s\n\nСохранить с последним допустимым значением?"},
     {"Plan.noPoints", "The plan holds no points to try.", "План не содержит ни одной точки."},
     {"Plan.tooManyPoints", "The plan holds %zu points; at most %zu are possible.",
      "В плане %zu точек; допускается не более %zu."},
@@ -114,9 +88,6 @@ constexpr Kes::TextTable table({
     {"Plan.pickUpTolerance", "Pick-up tolerance", "Допуск срабатывания"},
     {"Plan.minimumRatio", "Least drop-off ratio", "Наименьший коэф. возврата"},
 
-    {"Settings.title", "Test object", "Объект испытаний"},
-    {"Settings.edit", "Edit...", "Изменить..."},
-    {"Settings.editTip", "Edit the test object", "Изменить объект испытаний"},
     {"Settings.curve", "Characteristic", "Характеристика"},
     {"Settings.nominalCurrent", "Nominal current In", "Номинальный ток Iн"},
     {"Settings.settingCurrent", "Setting current Is", "Ток уставки Is"},
@@ -177,9 +148,6 @@ constexpr Kes::TextTable table({
     {"Results.ratio", "Ratio", "Коэф. возврата"},
     {"Results.notYet", "-", "—"},
     {"Results.interval.text", "%s A (%s … %s x Is)", "%s А (%s … %s x Is)"},
-
-    {"Verdict.passed", "Passed", "В допуске"},
-    {"Verdict.failed", "Failed", "Вне допуска"},
 
     {"Chart.title", "Operate-time characteristic", "Характеристика срабатывания"},
     {"Chart.multiples", "I / Is", "I / Is"},

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <KesTree/Node.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace KesTestProgram {
+
+/// What has been read of an archive file, for the model to take over.
+struct LoadedArchive {
+    /// As `KesTree::Node::serialize` writes it; for the test object to accept or refuse. Empty when lost.
+    std::string settings;
+    /// Puts everything but the settings into the model.
+    std::function<void()> take;
+
+    // What could not be read; of a repaired file only.
+    bool areResultsLost = false;
+    bool isOriginLost = false;
+    /// Of the program's other parts, as texts for the user.
+    std::vector<std::string> otherLosses;
+    /// Nothing but the settings is left.
+    bool isRestLost = false;
+    /// Puts the settings with which the results were measured into the test object; false when it refuses
+    /// one of them. None without results.
+    std::function<bool(KesTree::Node& testObject)> putSettingsOfTest;
+};
+
+} // namespace KesTestProgram
