@@ -61,6 +61,8 @@ public:
         _element.set_attribute("width", coordinate(plotWidth));
         _element.set_attribute("height", coordinate(plotHeight));
         _element.set_attribute("description", _chart.describe());
+        _element.set_attribute("xTitle", _chart.xTitle);
+        _element.set_attribute("yTitle", _chart.yTitle);
         const auto width = [](const std::string& label) {
             return static_cast<double>(label.size()) * labelCharacter + labelGap;
         };
@@ -135,6 +137,12 @@ void addLines(xmlpp::Element& parent, const char* name, const std::vector<TextLi
 void addResults(xmlpp::Element& parent, const ResultTable& table)
 {
     auto& results = *parent.add_child("results");
+    for (const auto& column : table.columns) {
+        auto& element = *results.add_child("column");
+        element.set_attribute("name", column.name);
+        element.set_attribute("title", column.title);
+        element.set_attribute("kind", column.isNumber ? "number" : "word");
+    }
     for (const auto& row : table.rows) {
         auto& element = *results.add_child("point");
         for (std::size_t i = 0; i < table.columns.size() && i < row.cells.size(); ++i)

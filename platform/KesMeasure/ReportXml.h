@@ -26,11 +26,12 @@ KES_EXPORT void addHead(xmlpp::Element& root, Verdict verdict, const Outcome& ou
 /// A child of that name with a "line" (name, value) for each line.
 KES_EXPORT void addLines(xmlpp::Element& parent, const char* name, const std::vector<TextLine>& lines);
 
-/// A child "results" with a "point" for each row, its attributes named as the columns, and a "value" (name,
-/// value, verdict) for each value; each has a "mark": "none", "passed" or "failed".
+/// A child "results" with the "column"s (name, title, kind: "number" or "word"), a "point" for each row, its
+/// attributes named as the columns, and a "value" (name, value, verdict) for each value; points and values
+/// have a "mark": "none", "passed" or "failed".
 KES_EXPORT void addResults(xmlpp::Element& parent, const ResultTable& table);
 
-/// A child "chart": its size, ticks "x" and "y" (at, label), the "band" and the "curve" (points), and a
+/// A child "chart": its size and the titles of its axes, ticks "x" and "y" (at, label), the "band" and the "curve" (points), and a
 /// "marker" (x, y, mark) for each point.
 KES_EXPORT void addChart(xmlpp::Element& parent, const Chart& chart);
 

@@ -161,13 +161,9 @@ std::string createReport(const std::string& title, const ITestDefinition& test, 
         const auto verdict = record ? judge(plan, *record) : Verdict::None;
         ReportXml::addHead(root, verdict, createOutcome(plan, record, areResultsLost), record);
         root.set_attribute("subtitle", title);
-        const auto table = createTable(plan, record);
         ReportXml::addLines(root, "settings", test.describe());
-        ReportXml::addResults(root, table);
-        const auto chart = createChart(plan, record);
-        ReportXml::addChart(root, chart);
-        root.set_attribute("xTitle", chart.xTitle);
-        root.set_attribute("yTitle", chart.yTitle);
+        ReportXml::addResults(root, createTable(plan, record));
+        ReportXml::addChart(root, createChart(plan, record));
     });
 }
 

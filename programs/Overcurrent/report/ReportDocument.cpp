@@ -5,6 +5,7 @@
 #include <Overcurrent/data/SettingsSummary.h>
 #include <Overcurrent/data/TestChart.h>
 #include <Overcurrent/data/TestOutcome.h>
+#include <Overcurrent/text/OvercurrentText.h>
 
 #include <KesMeasure/ReportXml.h>
 #include <KesMeasure/XmlAttributes.h>
@@ -20,6 +21,7 @@ std::string ReportDocument::create(const RelaySettings& settings, const TestPlan
     return writeXml("report", [&](xmlpp::Element& root) {
         const auto verdict = results ? Evaluation::verdict(*results) : Verdict::None;
         ReportXml::addHead(root, verdict, TestOutcome::create(results, areResultsLost), results);
+        root.set_attribute("subtitle", lng::Overcurrent::get("Report.title"));
         ReportXml::addLines(root, "settings", SettingsSummary::describe(settings));
         ReportXml::addLines(root, "plan", SettingsSummary::describe(plan, settings));
         ReportXml::addResults(root, ResultTexts::createTable(results));

@@ -12,6 +12,9 @@ constexpr Kes::TextTable table({
 
     {"Summary.noResults", "settings and plan", "уставки и план проверки"},
 
+    {"Report.title", "Inverse-time overcurrent relay: operate time, pick-up and drop-off",
+     "Реле максимального тока с зависимой выдержкой: время срабатывания, токи срабатывания и возврата"},
+
     {"State.point", "Point %zu of %zu: %s x Is", "Точка %zu из %zu: %s x Is"},
     {"State.pickUp", "Pick-up value", "Ток срабатывания"},
     {"State.dropOff", "Drop-off value", "Ток возврата"},
