@@ -50,7 +50,8 @@ ShownTest TestModel::getShownTest() const
 
 std::string TestModel::getDataSummary()
 {
-    return TestEvaluation::summarize(getTestInView().getRecord());
+    const auto results = getResults();
+    return TestEvaluation::summarize(results ? &*results : nullptr);
 }
 
 std::string TestModel::_createReportData() const
@@ -63,7 +64,7 @@ std::unique_ptr<std::istream> TestModel::getDataStream()
 {
     TestArchive archive;
     archive.settings = _getTree().serialize();
-    archive.record = getTestInView().record;
+    archive.record = getResults();
     return archive.pack(_kind);
 }
 

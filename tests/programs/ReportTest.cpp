@@ -94,6 +94,14 @@ TEST_F(ReportTest, ARealDeviceHasNoWarningAndNoTestNoResults)
     EXPECT_THAT(make(nullptr), AllOf(HasSubstr("No test has been made"), Not(HasSubstr("Operate times"))));
 }
 
+TEST_F(ReportTest, WithoutRampsThereIsNoTableForThem)
+{
+    auto results = someResults();
+    EXPECT_THAT(make(&results), HasSubstr("Pick-up and drop-off"));
+    results.settings.rampContact = RampContactKind::NoRamps;
+    EXPECT_THAT(make(&results), Not(HasSubstr("Pick-up and drop-off")));
+}
+
 TEST_F(ReportTest, TheModelMakesTheFolderOfItsReport)
 {
     OvercurrentModel model;
