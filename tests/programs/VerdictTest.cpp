@@ -20,7 +20,10 @@ constexpr std::mt19937::result_type seed = 20240311;
 /// What a test without any fault of its own would measure, with a ramp of one run.
 TestResults measure(const ModelRelay& relay, const TestPlan& plan)
 {
-    TestResults results{relay.settings, plan, {}, {}, {}, RunEnd::Complete, {}, {}, {}};
+    TestResults results;
+    results.settings = relay.settings;
+    results.plan = plan;
+    results.end = RunEnd::Complete;
     for (const double multiple : plan.multiples) {
         PointResult point{multiple, MeasureState::NoOperation, {}};
         if (!relay.neverTrips && multiple > relay.getPickUp())
