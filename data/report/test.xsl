@@ -326,33 +326,33 @@
       <text x="50" y="-14">
         <xsl:call-template name="text"><xsl:with-param name="key" select="'legendExpected'"/></xsl:call-template>
       </text>
-      <rect x="128" y="-23" width="24" height="10" fill="#2a6fb0" fill-opacity="0.25"/>
-      <text x="158" y="-14">
+      <rect x="136" y="-23" width="24" height="10" fill="#2a6fb0" fill-opacity="0.25"/>
+      <text x="166" y="-14">
         <xsl:call-template name="text"><xsl:with-param name="key" select="'legendBand'"/></xsl:call-template>
       </text>
       <xsl:call-template name="marker">
-        <xsl:with-param name="x" select="218"/>
+        <xsl:with-param name="x" select="240"/>
         <xsl:with-param name="y" select="-18"/>
         <xsl:with-param name="mark" select="'passed'"/>
       </xsl:call-template>
-      <text x="229" y="-14">
+      <text x="251" y="-14">
         <xsl:call-template name="text"><xsl:with-param name="key" select="'legendPassed'"/></xsl:call-template>
       </text>
       <xsl:call-template name="marker">
-        <xsl:with-param name="x" select="308"/>
+        <xsl:with-param name="x" select="328"/>
         <xsl:with-param name="y" select="-18"/>
         <xsl:with-param name="mark" select="'failed'"/>
       </xsl:call-template>
-      <text x="319" y="-14">
+      <text x="339" y="-14">
         <xsl:call-template name="text"><xsl:with-param name="key" select="'legendFailed'"/></xsl:call-template>
       </text>
       <xsl:if test="marker[@mark = 'unmeasured']">
         <xsl:call-template name="marker">
-          <xsl:with-param name="x" select="410"/>
+          <xsl:with-param name="x" select="432"/>
           <xsl:with-param name="y" select="-18"/>
           <xsl:with-param name="mark" select="'unmeasured'"/>
         </xsl:call-template>
-        <text x="421" y="-14">
+        <text x="443" y="-14">
           <xsl:call-template name="text"><xsl:with-param name="key" select="'legendUnmeasured'"/></xsl:call-template>
         </text>
       </xsl:if>
