@@ -12,7 +12,7 @@ sys.path.insert(0, os.path.join(HERE, "..", "..", "tests", "desktop"))
 
 import texts  # noqa: E402
 
-TABLES = {"Program": texts.PROGRAM, "Settings": texts.SETTINGS, "Overcurrent": texts.OVERCURRENT}
+TABLES = {"Program": texts.PROGRAM, "Settings": texts.SETTINGS, "Measure": texts.MEASURE}
 LANGUAGES = {"en": "English", "ru": "Русский"}
 NAME = re.compile(r"(?<!!)\[\[(\w+):([\w.]+)\]\]")
 PICTURE = re.compile(r"!\[\[([\w-]+)\]\]")
