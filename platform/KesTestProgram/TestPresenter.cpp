@@ -25,18 +25,21 @@ struct TestPresenter::Menus {
         : file(&shell),
           recent(&shell),
           fileTail(*file.getView(), *recent.getView()),
-          help(&shell, model),
-          fileTools(&shell),
-          control(model),
-          settings(&shell),
-          tools(&shell, true)
+          help(&shell, model)
     {}
 
     KesProgram::FileMenuPresenter file;
     KesProgram::FileRecentMenuPresenter recent;
     FileMenuTailView fileTail;
     KesProgram::HelpMenuPresenter help;
-    KesProgram::FileToolbarPresenter fileTools;
+};
+
+struct TestPresenter::Toolbars {
+    Toolbars(TestPresenter& shell, TestProgramModel& model)
+        : file(&shell), control(model), settings(&shell), tools(&shell, true)
+    {}
+
+    KesProgram::FileToolbarPresenter file;
     KesProgram::HardwareControlToolbarPresenter control;
     KesProgram::HardwareSettingsToolbarPresenter settings;
     KesProgram::ToolsToolbarPresenter tools;
@@ -99,11 +102,13 @@ void TestPresenter::_onInit()
     _createMenus();
     KesMeasure::WindowOpening::setDefaultSize(*_getProgramView(), 84.0, 56.0);
     KesMeasure::WindowOpening::afterFirstFrame(*_getProgramView(),
-                                               sigc::mem_fun(*this, &TestPresenter::_createContent));
+                                               sigc::mem_fun(*this, &TestPresenter::_fill));
 }
 
-void TestPresenter::_createContent()
+/// What would hold up the first frame by a few milliseconds.
+void TestPresenter::_fill()
 {
+    _createToolbars();
     _content = std::make_unique<TestContentPresenter>(_model, _createPlanEditor());
     _content->signalEdit().connect(sigc::mem_fun(*this, &TestPresenter::requestTestObject));
     _getProgramView()->setContent(*_content->getView());
@@ -118,10 +123,16 @@ void TestPresenter::_createMenus()
     auto& bar = *_getMenuBar();
     bar.addMenu(_menus->file.getView());
     bar.addMenu(_menus->help.getView());
-    bar.addToolbar(_menus->fileTools.getView());
-    bar.addToolbar(_menus->control.getView());
-    bar.addToolbar(_menus->settings.getView());
-    bar.addToolbar(_menus->tools.getView());
+}
+
+void TestPresenter::_createToolbars()
+{
+    _toolbars = std::make_unique<Toolbars>(*this, _model);
+    auto& bar = *_getMenuBar();
+    bar.addToolbar(_toolbars->file.getView());
+    bar.addToolbar(_toolbars->control.getView());
+    bar.addToolbar(_toolbars->settings.getView());
+    bar.addToolbar(_toolbars->tools.getView());
 }
 
 void TestPresenter::_updateRecentFiles()

@@ -31,15 +31,18 @@ protected:
 
 private:
     struct Menus;
+    struct Toolbars;
 
     void _createMenus();
-    void _createContent();
+    void _fill();
+    void _createToolbars();
     void _updateRecentFiles();
     bool _confirmSavedPlan();
     bool _ask(const std::string& question);
 
     TestProgramModel& _model;
     std::unique_ptr<Menus> _menus;
+    std::unique_ptr<Toolbars> _toolbars;
     std::unique_ptr<TestContentPresenter> _content;
 };
 
