@@ -2,6 +2,7 @@
 
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
+#include <KesTreeRelay/Nameplate.h>
 #include <KesTreeRelay/detail/RelayText.h>
 #include <KesTreeRelay/detail/Rules.h>
 
@@ -80,13 +81,6 @@ void addTolerances(Node& stage)
     stage.add(Node::number(CurrentTolerance, {"Current tolerance", "Допуск тока"}, percent, 2.0, 0.0, 20.0));
 }
 
-/// The last part of a node's path.
-std::string idOf(const char* path)
-{
-    const std::string text = path;
-    return text.substr(text.find('/') + 1);
-}
-
 constexpr long long mostInputs = 64;
 
 void addContacts(Node& stage)
@@ -143,6 +137,12 @@ void addCurrentInput(Node& stage)
 
 } // namespace
 
+std::string idOf(const char* path)
+{
+    const std::string text = path;
+    return text.substr(text.find('/') + 1);
+}
+
 void addTimeTolerances(Node& stage, double percentValue, double millisecondsValue)
 {
     auto& relative = stage.add(Node::number(TolerancePercent,
@@ -163,6 +163,7 @@ std::unique_ptr<Node> overcurrentStage()
     addTolerances(*stage);
     addContacts(*stage);
     addCurrentInput(*stage);
+    Nameplate::addTo(*stage);
     return stage;
 }
 

@@ -55,8 +55,8 @@ inline constexpr double MaximumSettingRatio = 40.0;
 /// A time-overcurrent stage: a group "overcurrent" with nominal current (A), setting current Is (A), time
 /// multiplier, curve, definite operate time (s), the operate-time tolerance in percent and milliseconds, the
 /// tolerance of the current (%); a group of the contacts with their inputs, debounce time (ms) and reset time
-/// (s); and a group of the current input with what it withstands for ever, 10 s and 1 s (multiples of the
-/// nominal current).
+/// (s); a group of the current input with what it withstands for ever, 10 s and 1 s (multiples of the nominal
+/// current); and the nameplate (`Nameplate`).
 ///
 /// Beyond the ranges of the values: Is is at most `MaximumSettingRatio` times the nominal current, and one of
 /// the two time tolerances is above zero, since no measured time hits the expected one exactly. The contacts
