@@ -15,6 +15,8 @@
           ru="Файл повреждён там, где указано, каким устройством получены результаты. Возможно, они получены на имитируемом стенде."/>
   <t:text key="device" en="Test device" ru="Испытательное устройство"/>
   <t:text key="startedAt" en="Beginning of the test" ru="Начало проверки"/>
+  <t:text key="nameplate" en="Nameplate and remarks" ru="Паспорт и примечания"/>
+  <t:text key="circumstances" en="Test device and file" ru="Испытательное устройство и файл"/>
   <t:text key="settings" en="Test object" ru="Объект испытаний"/>
   <t:text key="plan" en="Plan" ru="План проверки"/>
   <t:text key="quantity" en="Quantity" ru="Величина"/>
@@ -96,6 +98,7 @@
           td { text-align: right; }
           .lines th { text-align: left; font-weight: normal; background: none; width: 45%; padding-left: 0; }
           .lines th.group { font-weight: 600; padding-top: .9em; }
+          .lines td { overflow-wrap: anywhere; }
           .lines td, .left, th.left { text-align: left; }
           .mark-passed, .mark-failed { white-space: nowrap; }
           .mark-passed { color: #1f7a3d; } .mark-failed { color: #b3261e; font-weight: 600; }
@@ -120,12 +123,10 @@
           </div>
         </xsl:if>
         <xsl:call-template name="outcome"/>
+        <xsl:apply-templates select="nameplate[line]" mode="section"/>
         <div class="columns">
           <xsl:for-each select="settings | plan">
-            <div>
-              <xsl:call-template name="heading"><xsl:with-param name="key" select="name()"/></xsl:call-template>
-              <xsl:apply-templates select="."/>
-            </div>
+            <div><xsl:apply-templates select="." mode="section"/></div>
           </xsl:for-each>
         </div>
         <xsl:call-template name="heading"><xsl:with-param name="key" select="'chart'"/></xsl:call-template>
@@ -138,6 +139,7 @@
           <xsl:call-template name="heading"><xsl:with-param name="key" select="'values'"/></xsl:call-template>
           <xsl:call-template name="values"/>
         </xsl:if>
+        <xsl:apply-templates select="circumstances[line]" mode="section"/>
         <div class="signature">
           <div><xsl:call-template name="text"><xsl:with-param name="key" select="'tester'"/></xsl:call-template></div>
           <div><xsl:call-template name="text"><xsl:with-param name="key" select="'approver'"/></xsl:call-template></div>
@@ -147,9 +149,13 @@
   </xsl:template>
 
   <xsl:template name="outcome">
-    <div class="outcome {@verdict}">
+    <!-- What has been changed by hand is not shown as a passed test. -->
+    <xsl:variable name="shown">
+      <xsl:if test="@verdict != 'passed' or not(@changedByHand)"><xsl:value-of select="@verdict"/></xsl:if>
+    </xsl:variable>
+    <div class="outcome {$shown}">
       <b>
-        <xsl:call-template name="sign"><xsl:with-param name="mark" select="@verdict"/></xsl:call-template>
+        <xsl:call-template name="sign"><xsl:with-param name="mark" select="$shown"/></xsl:call-template>
         <xsl:value-of select="@outcome"/>
       </b>
       <xsl:if test="string(@device)">
@@ -167,7 +173,8 @@
     </div>
   </xsl:template>
 
-  <xsl:template match="settings | plan">
+  <xsl:template match="nameplate | settings | plan | circumstances" mode="section">
+    <xsl:call-template name="heading"><xsl:with-param name="key" select="name()"/></xsl:call-template>
     <table class="lines">
       <xsl:for-each select="line">
         <xsl:choose>

@@ -29,6 +29,21 @@ constexpr Kes::TextTable table({
     {"Outcome.stale", "The settings or the plan have been changed since this test.",
      "Уставки или план изменены после этой проверки."},
 
+    {"Outcome.changedByHand", "%s. The file of these results has been changed by hand.",
+     "%s. Файл этих результатов изменён вручную."},
+
+    {"Circumstances.serialNumber", "Serial number", "Заводской номер"},
+    {"Circumstances.firmwareVersion", "Firmware version", "Версия встроенного ПО"},
+    {"Circumstances.calibrationDate", "Last calibration", "Последняя калибровка"},
+    {"Circumstances.checksum", "Checksum of settings and results (SHA-256)",
+     "Контрольная сумма уставок и результатов (SHA-256)"},
+    {"Circumstances.wrongChecksum", "WRONG: THE FILE HAS BEEN CHANGED BY HAND",
+     "НЕ СОВПАДАЕТ: ФАЙЛ ИЗМЕНЁН ВРУЧНУЮ"},
+    {"Circumstances.noChecksum", "none in the file", "в файле отсутствует"},
+
+    {"Results.fileKind", "\"%s\" is no name of a results file; it must end in .csv, .json or .xml.",
+     "\"%s\" — не имя файла результатов; оно должно оканчиваться на .csv, .json или .xml."},
+
     {"Run.sequenceEnded", "The device ended the output before its time.",
      "Устройство прекратило выдачу раньше времени."},
     {"Run.sequenceLost", "The device does not report the end of the output.",

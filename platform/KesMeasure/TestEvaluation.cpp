@@ -141,10 +141,11 @@ Outcome createOutcome(const MeasurementPlan& plan, const TestRecord* record, boo
     const auto verdict = judge(plan, *record);
     const std::string title = Outcome::getTitle(verdict);
     const std::size_t passed = countPassed(plan, *record);
-    if (record->end == RunEnd::Complete)
-        return {format(get("Outcome.whole"), title, passed, plan.size()), Outcome::getMark(verdict)};
-    return {format(get("Outcome.part"), title, record->readings.size(), plan.size(), passed),
-            Outcome::getMark(verdict)};
+    const std::string text =
+        record->end == RunEnd::Complete
+            ? format(get("Outcome.whole"), title, passed, plan.size())
+            : format(get("Outcome.part"), title, record->readings.size(), plan.size(), passed);
+    return Outcome{text, Outcome::getMark(verdict)}.withCircumstances(*record);
 }
 
 std::string summarize(const TestRecord* record)
@@ -159,7 +160,8 @@ std::string createReport(const std::string& title, const ITestDefinition& test, 
     const auto plan = test.createPlan();
     return writeXml("report", [&](xmlpp::Element& root) {
         const auto verdict = record ? judge(plan, *record) : Verdict::None;
-        ReportXml::addHead(root, verdict, createOutcome(plan, record, areResultsLost), record);
+        ReportXml::addHead(root, verdict, createOutcome(plan, record, areResultsLost), record,
+                           record ? record->getResultsXml(plan) : std::string());
         root.set_attribute("subtitle", title);
         ReportXml::addLines(root, "settings", test.describe());
         ReportXml::addResults(root, createTable(plan, record));

@@ -40,7 +40,8 @@ std::optional<ArchiveForm> readForm(const std::string& text)
 
 bool readTest(const std::string& text, std::optional<TestResults>& results)
 {
-    return ArchiveInfo::readTest(text, results ? &*results : nullptr);
+    auto* const test = results ? &*results : nullptr;
+    return ArchiveInfo::readTest(text, test, ResultsXml::toText(test));
 }
 
 bool readPlan(const std::string& text, ArchiveForm form, TestPlan& plan)
@@ -120,10 +121,10 @@ OvercurrentArchive takeIntactParts(const ArchiveEntries& entries)
         return readResults(entries.get(ArchiveEntries::results), form, archive.results);
     });
     if (archive.results) {
-        // Results without their circumstances must not pass for those of a real device.
         archive.isOriginLost = !told || !readTest(info, archive.results);
         if (archive.isOriginLost)
-            archive.results->origin = Origin::Unknown;
+            static_cast<KesMeasure::TestCircumstances&>(*archive.results) =
+                KesMeasure::TestCircumstances::lost();
         if (archive.isPlanLost)
             archive.plan = archive.results->plan;
     }
@@ -134,16 +135,15 @@ OvercurrentArchive takeIntactParts(const ArchiveEntries& entries)
 
 std::unique_ptr<std::istream> OvercurrentArchive::pack() const
 {
+    const auto* const test = results ? &*results : nullptr;
+    const auto resultsText = ResultsXml::toText(test);
     ArchiveEntries entries;
-    entries.set(ArchiveEntries::info,
-                ArchiveInfo::write(program, KesMeasure::wordOf(ArchiveForm::Present, forms),
-                                   results ? &*results : nullptr));
+    entries.set(
+        ArchiveEntries::info,
+        ArchiveInfo::write(program, KesMeasure::wordOf(ArchiveForm::Present, forms), test, resultsText));
     entries.set(ArchiveEntries::settings, settings);
     entries.set(planName, writeXml("plan", [&](xmlpp::Element& root) { PlanXml::write(root, plan); }));
-    entries.set(ArchiveEntries::results, writeXml("results", [&](xmlpp::Element& root) {
-                    if (results)
-                        ResultsXml::write(root, *results);
-                }));
+    entries.set(ArchiveEntries::results, resultsText);
     return entries.pack();
 }
 
