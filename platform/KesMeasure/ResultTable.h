@@ -2,13 +2,14 @@
 
 #include <KesMeasure/Mark.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace KesMeasure {
 
 /// The results of a test as texts for people: a table with a row for each measurement, and single values
-/// beside it. What the window shows and the report prints. A value.
+/// beside it. What the window shows, the report prints and files of results hold. A value.
 struct ResultTable {
     struct Column {
         /// Stays the same in all languages, such as "expected"; the attribute's name in the report's data.
@@ -21,6 +22,8 @@ struct ResultTable {
         /// One for each column.
         std::vector<std::string> cells;
         Mark mark = Mark::None;
+        /// Names the row in files, the same in all languages, such as "overvoltage.pickUp".
+        std::string id{};
 
         bool operator==(const Row&) const = default;
     };
@@ -29,6 +32,11 @@ struct ResultTable {
         std::string value;
         std::string verdict;
         Mark mark = Mark::None;
+        /// As that of a row.
+        std::string id{};
+        /// The number in `value` with its unit, for files; nothing when it was not measured.
+        std::optional<double> number{};
+        std::string unit{};
 
         bool operator==(const Value&) const = default;
     };

@@ -47,7 +47,8 @@ ResultTable::Row createRow(const PlannedMeasurement& planned, std::size_t number
     ResultTable::Row row{{std::to_string(number), planned.object, planned.quantity,
                           fixed(planned.expected, planned.decimals), bandText(planned), "", "", planned.unit,
                           ""},
-                         Mark::None};
+                         Mark::None,
+                         planned.id};
     if (!reading)
         return row;
     const bool isPassed = planned.isPassed(*reading);
@@ -155,7 +156,7 @@ std::string summarize(const TestRecord* record)
 }
 
 std::string createReport(const std::string& title, const ITestDefinition& test, const TestRecord* record,
-                         bool areResultsLost)
+                         bool areResultsLost, const std::vector<TextLine>& nameplate)
 {
     const auto plan = test.createPlan();
     return writeXml("report", [&](xmlpp::Element& root) {
@@ -163,6 +164,7 @@ std::string createReport(const std::string& title, const ITestDefinition& test, 
         ReportXml::addHead(root, verdict, createOutcome(plan, record, areResultsLost), record,
                            record ? record->getResultsXml(plan) : std::string());
         root.set_attribute("subtitle", title);
+        ReportXml::addLines(root, "nameplate", nameplate);
         ReportXml::addLines(root, "settings", test.describe());
         ReportXml::addResults(root, createTable(plan, record));
         ReportXml::addChart(root, createChart(plan, record));

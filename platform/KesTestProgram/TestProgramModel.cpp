@@ -7,6 +7,7 @@
 #include <KesCommon/StringHelper.h>
 #include <KesMeasure/MeasureText.h>
 #include <KesMeasure/ReportFile.h>
+#include <KesTreeRelay/Nameplate.h>
 
 namespace KesTestProgram {
 
@@ -76,6 +77,32 @@ std::string TestProgramModel::createReport()
     Kes::mkdir_with_parents(folder);
     const std::string path = folder + "report.html";
     return writeReport(path) ? path : std::string();
+}
+
+std::vector<KesMeasure::TextLine> TestProgramModel::_describeNameplate() const
+{
+    std::vector<KesMeasure::TextLine> lines;
+    for (const auto& entry : KesTree::Nameplate::getFilled(*_testObject))
+        lines.push_back({entry.name, entry.text});
+    return lines;
+}
+
+Kes::Result TestProgramModel::checkResultsFile(const std::string& path)
+{
+    return KesMeasure::ResultFile::check(path);
+}
+
+Kes::Result TestProgramModel::writeResults(const std::string& path)
+{
+    const auto shown = getShownTest();
+    KesMeasure::TestSummary summary;
+    summary.program = _getProgramId();
+    summary.outcome = shown.outcome.text;
+    summary.table = shown.table;
+    _summarizeResults(summary);
+    for (const auto& entry : KesTree::Nameplate::getFilled(*_testObject))
+        summary.nameplate.push_back({entry.id, entry.text});
+    return KesMeasure::ResultFile::write(path, summary);
 }
 
 void TestProgramModel::newData(const std::string&)

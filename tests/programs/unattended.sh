@@ -47,6 +47,9 @@ expect 3 "$overcurrent" --language en short.kovc --run --speed 5000 --report sho
 holds err "Try opening in data recovery mode?"
 holds err "Answer: "
 [ ! -e short.html ] || fail "a report without the archive that it was asked for"
+expect 0 "$overcurrent" --language en a.kovc --results a.json --quit
+python3 -c 'import json; data = json.load(open("a.json")); assert data["verdict"] == "passed" and data["values"][0]["value"] > 0' ||
+    fail "the results of the archive"
 for option in save report screenshot; do
     expect 3 "$overcurrent" --language en --$option "$work/a.kovc/file" --quit
     holds err "a.kovc/file"
@@ -75,7 +78,7 @@ holds err "is no speed factor"
 expect 2 "$overcurrent" --language en --speed fast
 expect 2 "$overcurrent" --no-such-option
 expect 2 "$overcurrent" one two
-for arguments in "--save=" "--report=" "--screenshot=" ""; do
+for arguments in "--save=" "--report=" "--results=" "--screenshot=" ""; do
     expect 2 "$overcurrent" --language en "$arguments" --quit
     holds err "The name of a file is empty."
 done
@@ -98,6 +101,8 @@ holds stopped.html "Test stopped before its end"
 expect 0 "$overcurrent" stopped.kovc --quit
 
 echo "The smallest program"
+expect 2 "$template" --language en --run --results r.json --quit
+holds err "writes no results"
 expect 0 "$template" --language en --screenshot template.png --quit
 timeout 60 "$template" --language en --run --quit 2>err &
 child=$!

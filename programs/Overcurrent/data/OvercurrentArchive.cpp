@@ -21,7 +21,6 @@ using KesMeasure::writeXml;
 using KesTestProgram::ArchiveEntries;
 namespace ArchiveInfo = KesTestProgram::ArchiveInfo;
 
-constexpr const char* program = "kes-overcurrent";
 constexpr const char* planName = "plan.xml";
 constexpr const char* outdatedResultsName = "results.xml";
 
@@ -31,7 +30,7 @@ constexpr std::pair<const char*, ArchiveForm> forms[] = {{"3", ArchiveForm::Pres
 /// Nothing when the text is not that of an archive of this program.
 std::optional<ArchiveForm> readForm(const std::string& text)
 {
-    const auto found = ArchiveInfo::readForm(text, program);
+    const auto found = ArchiveInfo::readForm(text, OvercurrentArchive::program);
     for (const auto& [word, form] : forms)
         if (found == word)
             return form;

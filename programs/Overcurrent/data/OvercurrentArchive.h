@@ -21,6 +21,9 @@ namespace Overcurrent {
 /// "settings.xml". It is read in repair mode only, and without its results: nothing in it tells whether they
 /// come from a real device.
 struct OvercurrentArchive {
+    /// As the files name the program.
+    static constexpr const char* program = "kes-overcurrent";
+
     /// As `KesTree::Node::serialize` writes it; for the test object to accept or refuse. Empty when lost.
     std::string settings;
     TestPlan plan;

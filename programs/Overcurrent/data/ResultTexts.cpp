@@ -4,6 +4,7 @@
 #include <Overcurrent/data/SettingsSummary.h>
 #include <Overcurrent/text/OvercurrentText.h>
 
+#include <KesCommon/NumberText.h>
 #include <KesMeasure/ScreenNumber.h>
 #include <KesMeasure/StateText.h>
 
@@ -36,14 +37,17 @@ std::string bandText(const Evaluation::Point& point)
     return fixed(point.earliest, decimals) + "\u00A0\u2026\u00A0" + fixed(point.latest, decimals);
 }
 
-ResultTable::Value rampValue(const char* nameKey, const TestResults* results,
+ResultTable::Value rampValue(const char* id, const TestResults* results,
                              const std::optional<RampResult>& ramp, bool isPassed)
 {
-    ResultTable::Value value{get(nameKey), get("Results.notYet"), {}, Mark::None};
+    ResultTable::Value value{get(std::string("Results.") + id), get("Results.notYet"), {}, Mark::None, id};
     if (!results || !ramp)
         return value;
-    if (ramp->state == MeasureState::Measured)
+    if (ramp->state == MeasureState::Measured) {
         value.value = SettingsSummary::intervalText(results->settings, *ramp);
+        value.number = ramp->getValue() * results->settings.settingCurrent;
+        value.unit = get("Unit.ampere");
+    }
     value.verdict = stateText(ramp->state, isPassed);
     value.mark = toMark(isPassed);
     return value;
@@ -72,7 +76,8 @@ ResultTable::Row createRow(const TestResults& results, const PointResult& point,
              evaluated.deviation ? withSign(*evaluated.deviation, 3) : none,
              evaluated.deviationPercent ? withSign(*evaluated.deviationPercent, 2) : none,
              bandText(evaluated), stateText(point.state, evaluated.isPassed)},
-            toMark(evaluated.isPassed)};
+            toMark(evaluated.isPassed),
+            "point." + Kes::NumberText::write(point.multiple)};
 }
 
 std::vector<ResultTable::Value> createValues(const TestResults* results)
@@ -81,13 +86,14 @@ std::vector<ResultTable::Value> createValues(const TestResults* results)
         return {};
     const bool isDropOffPassed = results && Evaluation::isDropOffPassed(*results);
     std::vector<ResultTable::Value> values{
-        rampValue("Results.pickUp", results, results ? results->pickUp : std::nullopt,
+        rampValue("pickUp", results, results ? results->pickUp : std::nullopt,
                   results && Evaluation::isPickUpPassed(*results)),
-        rampValue("Results.dropOff", results, results ? results->dropOff : std::nullopt, isDropOffPassed)};
-    ResultTable::Value ratio{get("Results.ratio"), get("Results.notYet"), {}, Mark::None};
+        rampValue("dropOff", results, results ? results->dropOff : std::nullopt, isDropOffPassed)};
+    ResultTable::Value ratio{get("Results.ratio"), get("Results.notYet"), {}, Mark::None, "ratio"};
     if (const auto value = results ? Evaluation::ratio(*results) : std::nullopt) {
         const auto [least, most] = *Evaluation::ratioInterval(*results);
         ratio.value = fixed(*value, 3) + " (" + fixed(least, 3) + " \u2026 " + fixed(most, 3) + ")";
+        ratio.number = *value;
         ratio.verdict = stateText(MeasureState::Measured, isDropOffPassed);
         ratio.mark = toMark(isDropOffPassed);
     }
