@@ -24,6 +24,8 @@ struct FileRequest {
     std::string title;
     std::vector<std::pair<std::string, std::string>> filters;
     bool save = false;
+    /// The path that is offered when saving; empty: none.
+    std::string suggestion{};
 };
 
 /// The way by which all modal dialogs reach the user. GUI thread.

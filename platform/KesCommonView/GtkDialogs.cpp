@@ -125,6 +125,14 @@ std::string ask(const Glib::RefPtr<Gtk::FileChooserNative>& chooser,
         path, request.filters[static_cast<std::size_t>(chosen - filters.begin())].first);
 }
 
+void suggest(const Glib::RefPtr<Gtk::FileChooserNative>& chooser, const FileRequest& request)
+{
+    if (!request.save || request.suggestion.empty())
+        return;
+    chooser->set_current_folder(Glib::path_get_dirname(request.suggestion));
+    chooser->set_current_name(Glib::filename_display_basename(request.suggestion));
+}
+
 bool mayReplace(const FileRequest& request, const std::string& path)
 {
     if (!request.save || !Glib::file_test(path, Glib::FILE_TEST_EXISTS))
@@ -173,6 +181,7 @@ std::string GtkDialogs::chooseFile(const FileRequest& request)
         chooser->set_filter(filters.front());
     // The chooser would ask about the name as typed; the question is about the completed one.
     chooser->set_do_overwrite_confirmation(false);
+    suggest(chooser, request);
     auto path = ask(chooser, filters, request);
     while (!path.empty() && !mayReplace(request, path)) {
         chooser->set_filename(path);

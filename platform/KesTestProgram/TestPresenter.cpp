@@ -3,9 +3,15 @@
 #include <KesTestProgram/FileMenuTailView.h>
 #include <KesTestProgram/TestProgramText.h>
 
+#include <KesCommon/Directories.h>
+#include <KesCommon/FileSystem.h>
+#include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
 #include <KesCommonView/DialogPresenter.h>
+#include <KesCommonView/FileDialogPresenter.h>
+#include <KesDriver/XdgOpen.h>
 #include <KesMeasureView/WindowOpening.h>
+#include <KesProgram/archive/ArchiveManager.h>
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/shell/FileMenuPresenter.h>
@@ -17,6 +23,8 @@
 #include <KesProgram/shell/ProgramMainMenuPresenter.h>
 #include <KesProgram/shell/ToolsToolbarPresenter.h>
 #include <KesProgram/views/IProgramView.h>
+
+#include <filesystem>
 
 namespace KesTestProgram {
 
@@ -95,6 +103,42 @@ bool TestPresenter::_ask(const std::string& question)
 std::unique_ptr<IPlanEditor> TestPresenter::_createPlanEditor()
 {
     return nullptr;
+}
+
+void TestPresenter::requestReport()
+{
+    runDialogs([this] {
+        const auto path = Kes::FileDialogPresenter().show(getView(), lng::TestProgram::get("Report.title"),
+                                                          {{"*.html", lng::TestProgram::get("Report.kind")}},
+                                                          true, _suggestReport());
+        if (path.empty())
+            return;
+        auto result = _model.writeReport(path);
+        if (result)
+            result = cross::xdg_open(path);
+        if (!result)
+            Kes::DialogPresenter::show(getView(),
+                                       Kes::ObjectErrorHelper::toDisplayString({result.getError()}), "",
+                                       Kes::DialogResult::Ok);
+    });
+}
+
+std::string TestPresenter::_suggestReport()
+{
+    const auto* archive = _model.getArchiveManager();
+    std::filesystem::path base;
+    if (archive && !archive->isNew()) {
+        base = archive->getFileName();
+    } else {
+        const auto folder = Kes::getKesCrossDocDir();
+        Kes::mkdir_with_parents(folder);
+        base = folder + getProgramName();
+    }
+    base.replace_extension();
+    auto path = base.string() + ".html";
+    for (int number = 2; Kes::fileExist(path); ++number)
+        path = base.string() + "-" + std::to_string(number) + ".html";
+    return path;
 }
 
 void TestPresenter::_onInit()

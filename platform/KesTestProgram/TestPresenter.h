@@ -21,6 +21,8 @@ public:
     void openFile(const std::string& fileName) override;
     void saveArchive() override;
     void saveAsArchive() override;
+    /// The user chooses name and place of the report; a former one is not offered again.
+    void requestReport() override;
 
 protected:
     KesProgram::ProgramModel* _getModel() override { return &_model; }
@@ -39,6 +41,8 @@ private:
     void _updateRecentFiles();
     bool _confirmSavedPlan();
     bool _ask(const std::string& question);
+    /// Beside the archive and named after it, or else in the folder of the reports.
+    std::string _suggestReport();
 
     TestProgramModel& _model;
     std::unique_ptr<Menus> _menus;

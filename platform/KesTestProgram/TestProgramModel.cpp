@@ -2,8 +2,6 @@
 
 #include <KesTestProgram/TestProgramText.h>
 
-#include <KesCommon/Directories.h>
-#include <KesCommon/FileSystem.h>
 #include <KesCommon/StringHelper.h>
 #include <KesMeasure/MeasureText.h>
 #include <KesMeasure/ReportFile.h>
@@ -69,14 +67,6 @@ void TestProgramModel::_announce(const std::string& text, Origin origin)
 Kes::Result TestProgramModel::writeReport(const std::string& path)
 {
     return KesMeasure::ReportFile::write(path, _createReportData(), _getStylesheet());
-}
-
-std::string TestProgramModel::createReport()
-{
-    const std::string folder = Kes::getKesCrossDocDir();
-    Kes::mkdir_with_parents(folder);
-    const std::string path = folder + "report.html";
-    return writeReport(path) ? path : std::string();
 }
 
 std::vector<KesMeasure::TextLine> TestProgramModel::_describeNameplate() const

@@ -81,7 +81,6 @@ public:
     bool setDataStream(std::istream& stream, bool flag) override;
     bool setRepairDataStream(std::istream& stream) override;
     KesTree::Node* getTestObject() override { return _testObject.get(); }
-    std::string createReport() override;
     Kes::Result checkResultsFile(const std::string& path) override;
     Kes::Result writeResults(const std::string& path) override;
     KesProgram::RunVerdict getRunVerdict() override { return _verdict; }

@@ -46,6 +46,31 @@ cmp a.kvf again.kvf || fail "the archive differs after opening and saving"
 expect 0 --language ru a.kvf --report ru.html --quit
 holds ru.html "ИМИТИРУЕМОЕ УСТРОЙСТВО"
 
+echo "Results for other programs, of the run and of its archive"
+for kind in csv json xml; do
+    expect 0 --language ru a.kvf --results of-archive.$kind --quit
+done
+expect 0 --language en --run --speed 5000 --results run.json --quit
+python3 - <<'END' || fail "the results are not what they should be"
+import csv, json, xml.etree.ElementTree as xml
+data, archive = json.load(open("run.json", encoding="utf-8")), json.load(open("of-archive.json", encoding="utf-8"))
+assert data["verdict"] == archive["verdict"] == "passed" and data["origin"] == "simulated" and not data["changedByHand"]
+assert len(data["checksum"]) == 64 and data["firmwareVersion"] and data["serialNumber"]
+numbers = [[row[name] for name in ("id", "expected", "measured", "deviation", "band", "mark")] for row in data["rows"]]
+assert len(numbers) == 14
+assert numbers == [[row[name] for name in ("id", "expected", "measured", "deviation", "band", "mark")]
+                   for row in archive["rows"]], "language or reading makes a difference"
+table = list(csv.DictReader(open("of-archive.csv", encoding="utf-8", newline="")))
+assert [float(row["measured"]) for row in table] == [row["measured"] for row in archive["rows"]]
+suite = xml.parse("of-archive.xml").getroot().find("testsuite")
+assert (suite.get("tests"), suite.get("failures"), suite.get("errors"), suite.get("skipped")) == ("15", "0", "0", "0")
+END
+expect 2 --language en --run --speed 5000 --results r.txt --save none.kvf --quit
+holds err "must end in .csv, .json or .xml"
+[ ! -e none.kvf ] || fail "a test whose results cannot be written was started"
+ln -s /dev/full full.csv
+expect 3 --language en a.kvf --results full.csv --quit
+
 echo "Files that cannot be read"
 expect 3 --language en missing.kvf --quit
 head -c 900 a.kvf >short.kvf
