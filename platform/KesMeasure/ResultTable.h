@@ -17,6 +17,16 @@ struct ResultTable {
         std::string title;
         /// Numbers stand at the right, words at the left.
         bool isNumber = true;
+        /// The cells tell a band; files tell its ends instead.
+        bool isBand = false;
+    };
+    /// Where a value has to lie, for files: numbers as in cells, empty where there is no band.
+    struct Band {
+        std::string from;
+        std::string to;
+        std::string unit;
+
+        bool operator==(const Band&) const = default;
     };
     struct Row {
         /// One for each column.
@@ -24,6 +34,7 @@ struct ResultTable {
         Mark mark = Mark::None;
         /// Names the row in files, the same in all languages, such as "overvoltage.pickUp".
         std::string id{};
+        Band band{};
 
         bool operator==(const Row&) const = default;
     };
@@ -37,6 +48,7 @@ struct ResultTable {
         /// The number in `value` with its unit, for files; nothing when it was not measured.
         std::optional<double> number{};
         std::string unit{};
+        Band band{};
 
         bool operator==(const Value&) const = default;
     };

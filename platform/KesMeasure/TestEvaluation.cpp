@@ -37,9 +37,15 @@ std::size_t countPassed(const MeasurementPlan& plan, const TestRecord& record)
     return passed;
 }
 
+ResultTable::Band bandOf(const PlannedMeasurement& planned)
+{
+    return {fixed(planned.lower, planned.decimals), fixed(planned.upper, planned.decimals), planned.unit};
+}
+
 std::string bandText(const PlannedMeasurement& planned)
 {
-    return fixed(planned.lower, planned.decimals) + " \u2026 " + fixed(planned.upper, planned.decimals);
+    const auto band = bandOf(planned);
+    return band.from + " \u2026 " + band.to;
 }
 
 ResultTable::Row createRow(const PlannedMeasurement& planned, std::size_t number, const Reading* reading)
@@ -48,7 +54,8 @@ ResultTable::Row createRow(const PlannedMeasurement& planned, std::size_t number
                           fixed(planned.expected, planned.decimals), bandText(planned), "", "", planned.unit,
                           ""},
                          Mark::None,
-                         planned.id};
+                         planned.id,
+                         bandOf(planned)};
     if (!reading)
         return row;
     const bool isPassed = planned.isPassed(*reading);
@@ -109,7 +116,7 @@ ResultTable createTable(const MeasurementPlan& plan, const TestRecord* record)
         const std::string column = name;
         const bool isWord =
             column == "object" || column == "quantity" || column == "unit" || column == "verdict";
-        table.columns.push_back({column, get("Column." + column), !isWord});
+        table.columns.push_back({column, get("Column." + column), !isWord, column == "band"});
     }
     for (std::size_t i = 0; i < plan.size(); ++i)
         table.rows.push_back(createRow(plan[i], i + 1, readingOf(record, i)));

@@ -33,14 +33,18 @@ TestSummary someSummary()
     auto& table = summary.table;
     table.columns = {{"number", "No."},
                      {"object", "Stage", false},
-                     {"band", "Permitted"},
+                     {"band", "Permitted", true, true},
                      {"measured", "Measured"},
                      {"verdict", "Verdict", false}};
-    table.rows = {{{"1", "U>, \"59\"", "99,0 … 102,0", "+101,5", "В допуске"}, Mark::Passed, "over.pickUp"},
-                  {{"2", "=a\nb", "±0,05", "—", "Not reset"}, Mark::Failed, "over.time"},
+    table.rows = {{{"1", "U>, \"59\"", "99,0 … 102,0", "+101,5", "В допуске"},
+                   Mark::Passed,
+                   "over.pickUp",
+                   {"99,0", "102,0", "В"}},
+                  {{"2", "=a\nb", "±0,05", "—", "Not reset"}, Mark::Failed, "over.time", {"0,05", "", "s"}},
                   {{"3", "", "", "", ""}, Mark::None, "rate"}};
-    table.values = {{"Ratio", "0,950 (0,940 … 0,960)", "Passed", Mark::Passed, "ratio", 0.95, ""},
-                    {"Pick-up", "-", "", Mark::None, "pickUp"}};
+    table.values = {
+        {"Ratio", "0,950 (0,940 … 0,960)", "Passed", Mark::Passed, "ratio", 0.95, "", {"0,900", "1", ""}},
+        {"Pick-up", "-", "", Mark::None, "pickUp"}};
     return summary;
 }
 
@@ -70,14 +74,16 @@ std::string readJUnit(const std::string& text)
 TEST(ResultFileTest, TheTableIsTheSameForEveryReaderOfTables)
 {
     const auto text = ResultFile::toText(Kind::Csv, someSummary());
-    EXPECT_EQ(text, "id,number,object,band,measured,verdict,value,valueUnit,mark,origin,device,startedAt\r\n"
-                    "over.pickUp,1,\"U>, \"\"59\"\"\",99.0 … 102.0,+101.5,В допуске,,,passed,simulated,"
-                    "\"KESTO-3, No. 00017\",2026-11-20 14:05:09\r\n"
-                    "over.time,2,\"=a\nb\",±0.05,,Not reset,,,failed,simulated,\"KESTO-3, No. 00017\","
-                    "2026-11-20 14:05:09\r\n"
-                    "rate,3,,,,,,,none,simulated,\"KESTO-3, No. 00017\",2026-11-20 14:05:09\r\n"
-                    "ratio,,,,,Passed,0.95,,passed,simulated,\"KESTO-3, No. 00017\",2026-11-20 14:05:09\r\n"
-                    "pickUp,,,,,,,,none,simulated,\"KESTO-3, No. 00017\",2026-11-20 14:05:09\r\n");
+    EXPECT_EQ(
+        text,
+        "id,number,object,from,to,bandUnit,measured,verdict,value,valueUnit,mark,origin,device,startedAt\r\n"
+        "over.pickUp,1,\"U>, \"\"59\"\"\",99.0,102.0,В,+101.5,В допуске,,,passed,simulated,"
+        "\"KESTO-3, No. 00017\",2026-11-20 14:05:09\r\n"
+        "over.time,2,\"=a\nb\",0.05,,s,,Not reset,,,failed,simulated,\"KESTO-3, No. 00017\","
+        "2026-11-20 14:05:09\r\n"
+        "rate,3,,,,,,,,,none,simulated,\"KESTO-3, No. 00017\",2026-11-20 14:05:09\r\n"
+        "ratio,,,0.900,1,,,Passed,0.95,,passed,simulated,\"KESTO-3, No. 00017\",2026-11-20 14:05:09\r\n"
+        "pickUp,,,,,,,,,,none,simulated,\"KESTO-3, No. 00017\",2026-11-20 14:05:09\r\n");
     auto untested = someSummary();
     untested.circumstances.reset();
     EXPECT_THAT(ResultFile::toText(Kind::Csv, untested), HasSubstr(",failed,,,\r\n"));
@@ -89,8 +95,8 @@ TEST(ResultFileTest, DataHoldsNumbersAndEscapesWhatIsNoText)
     for (const char* part :
          {R"("outcome": "1 of \"2\" <good>")", R"("place": "Nord\\Süd\u0009\"1\"")",
           R"("comment": "one\u000atwo��]]>")", R"("measured": 101.5)", R"("measured": null)",
-          R"("band": "99.0 … 102.0")", R"("number": 3)", R"("value": 0.95)", R"("value": null)",
-          R"("origin": "simulated")", R"("changedByHand": false)"})
+          R"("from": 99,)", R"("to": 102,)", R"("bandUnit": "В")", R"("from": 0.9,)", R"("number": 3)",
+          R"("value": 0.95)", R"("value": null)", R"("origin": "simulated")", R"("changedByHand": false)"})
         EXPECT_THAT(text, HasSubstr(part));
     const TestSummary nothing;
     EXPECT_EQ(ResultFile::toText(Kind::Json, nothing),

@@ -48,7 +48,12 @@ holds err "Try opening in data recovery mode?"
 holds err "Answer: "
 [ ! -e short.html ] || fail "a report without the archive that it was asked for"
 expect 0 "$overcurrent" --language en a.kovc --results a.json --quit
-python3 -c 'import json; data = json.load(open("a.json")); assert data["verdict"] == "passed" and data["values"][0]["value"] > 0' ||
+python3 -c 'import json
+data = json.load(open("a.json"))
+assert data["verdict"] == "passed" and len(data["rows"]) == 8
+assert all(row["from"] <= row["measured"] <= row["to"] and row["bandUnit"] == "s" for row in data["rows"])
+for value in data["values"][0], data["values"][2]:
+    assert value["from"] <= value["value"] <= value["to"]' ||
     fail "the results of the archive"
 for option in save report screenshot; do
     expect 3 "$overcurrent" --language en --$option "$work/a.kovc/file" --quit

@@ -56,9 +56,9 @@ import csv, json, xml.etree.ElementTree as xml
 data, archive = json.load(open("run.json", encoding="utf-8")), json.load(open("of-archive.json", encoding="utf-8"))
 assert data["verdict"] == archive["verdict"] == "passed" and data["origin"] == "simulated" and not data["changedByHand"]
 assert len(data["checksum"]) == 64 and data["firmwareVersion"] and data["serialNumber"]
-numbers = [[row[name] for name in ("id", "expected", "measured", "deviation", "band", "mark")] for row in data["rows"]]
-assert len(numbers) == 14
-assert numbers == [[row[name] for name in ("id", "expected", "measured", "deviation", "band", "mark")]
+numbers = [[row[name] for name in ("id", "expected", "measured", "deviation", "from", "to", "mark")] for row in data["rows"]]
+assert len(numbers) == 14 and all(row["from"] <= row["measured"] <= row["to"] for row in data["rows"])
+assert numbers == [[row[name] for name in ("id", "expected", "measured", "deviation", "from", "to", "mark")]
                    for row in archive["rows"]], "language or reading makes a difference"
 table = list(csv.DictReader(open("of-archive.csv", encoding="utf-8", newline="")))
 assert [float(row["measured"]) for row in table] == [row["measured"] for row in archive["rows"]]

@@ -47,8 +47,8 @@ void append(Line& line, const Line& more)
 Line namesOf(const ResultTable& table)
 {
     Line line{"id"};
-    for (const auto& column : table.columns)
-        line.push_back(column.name);
+    for (const auto& field : listFields(table, {}))
+        line.push_back(field.name);
     if (!table.values.empty())
         append(line, {"value", "valueUnit"});
     append(line, {"mark", "origin", "device", "startedAt"});
@@ -58,19 +58,21 @@ Line namesOf(const ResultTable& table)
 Line lineOf(const ResultTable& table, const ResultTable::Row& row)
 {
     Line line{row.id};
-    for (std::size_t i = 0; i < table.columns.size(); ++i)
-        line.push_back(i < row.cells.size() ? toCellText(table.columns[i], row.cells[i]) : std::string());
-    if (!table.values.empty())
-        append(line, {"", ""});
+    for (const auto& field : listFields(table, row))
+        line.push_back(field.text);
     return line;
 }
 
 /// A value beside the table has no cells but the last one, its verdict.
 Line lineOf(const ResultTable& table, const ResultTable::Value& value)
 {
-    Line line{value.id};
-    line.resize(1 + table.columns.size());
-    line.back() = toValidText(value.verdict);
+    ResultTable::Row row;
+    row.id = value.id;
+    row.cells.resize(table.columns.size());
+    if (!row.cells.empty())
+        row.cells.back() = value.verdict;
+    row.band = value.band;
+    auto line = lineOf(table, row);
     append(line, {toValueText(value), value.number ? value.unit : std::string()});
     return line;
 }
@@ -81,15 +83,18 @@ std::string toCsv(const TestSummary& summary)
 {
     const auto& table = summary.table;
     std::string text = join(namesOf(table));
-    const auto add = [&](const auto& part) {
-        auto line = lineOf(table, part);
-        append(line, lastCells(summary, part.mark));
+    const auto add = [&](Line line, Mark mark) {
+        append(line, lastCells(summary, mark));
         text += join(line);
     };
-    for (const auto& row : table.rows)
-        add(row);
+    for (const auto& row : table.rows) {
+        auto line = lineOf(table, row);
+        if (!table.values.empty())
+            append(line, {"", ""});
+        add(line, row.mark);
+    }
     for (const auto& value : table.values)
-        add(value);
+        add(lineOf(table, value), value.mark);
     return text;
 }
 

@@ -8,23 +8,22 @@ namespace KesMeasure::ResultFormats {
 
 namespace {
 
-void addCell(JsonWriter& json, const ResultTable::Column& column, const std::string& cell)
+void addField(JsonWriter& json, const Field& field)
 {
-    const auto text = toCellText(column, cell);
-    if (text.empty())
-        json.addNull(column.name);
-    else if (const auto number = column.isNumber ? Kes::NumberText::read(text) : std::nullopt)
-        json.addNumber(column.name, *number);
+    if (field.text.empty())
+        json.addNull(field.name);
+    else if (const auto number = field.isNumber ? Kes::NumberText::read(field.text) : std::nullopt)
+        json.addNumber(field.name, *number);
     else
-        json.addText(column.name, text);
+        json.addText(field.name, field.text);
 }
 
 void addRow(JsonWriter& json, const ResultTable& table, const ResultTable::Row& row)
 {
     json.beginObject();
     json.addText("id", toValidText(row.id));
-    for (std::size_t i = 0; i < table.columns.size() && i < row.cells.size(); ++i)
-        addCell(json, table.columns[i], row.cells[i]);
+    for (const auto& field : listFields(table, row))
+        addField(json, field);
     json.addText("mark", ReportXml::wordOf(row.mark));
     json.endObject();
 }
@@ -39,6 +38,8 @@ void addValue(JsonWriter& json, const ResultTable::Value& value)
     else
         json.addNull("value");
     json.addText("unit", toValidText(value.unit));
+    for (const auto& field : listBand(value.band))
+        addField(json, field);
     json.addText("text", toValidText(value.value));
     json.addText("verdict", toValidText(value.verdict));
     json.addText("mark", ReportXml::wordOf(value.mark));

@@ -13,6 +13,20 @@ namespace {
 
 constexpr const char* digits = "0123456789";
 
+std::string toNumberText(const std::string& cell)
+{
+    std::string text = toValidText(cell);
+    if (text.find_first_of(digits) == std::string::npos)
+        return {};
+    std::replace(text.begin(), text.end(), ',', '.');
+    return text;
+}
+
+Field makeField(const std::string& name, const std::string& text, bool isNumber)
+{
+    return {name, isNumber ? toNumberText(text) : toValidText(text), isNumber};
+}
+
 } // namespace
 
 std::string toValidText(const std::string& text)
@@ -26,15 +40,26 @@ std::string toValidText(const std::string& text)
     return valid.raw();
 }
 
-std::string toCellText(const ResultTable::Column& column, const std::string& cell)
+std::vector<Field> listBand(const ResultTable::Band& band)
 {
-    std::string text = toValidText(cell);
-    if (!column.isNumber)
-        return text;
-    if (text.find_first_of(digits) == std::string::npos)
-        return {};
-    std::replace(text.begin(), text.end(), ',', '.');
-    return text;
+    return {makeField("from", band.from, true), makeField("to", band.to, true),
+            makeField("bandUnit", band.unit, false)};
+}
+
+std::vector<Field> listFields(const ResultTable& table, const ResultTable::Row& row)
+{
+    std::vector<Field> fields;
+    for (std::size_t i = 0; i < table.columns.size(); ++i) {
+        const auto& column = table.columns[i];
+        const std::string cell = i < row.cells.size() ? row.cells[i] : std::string();
+        if (!column.isBand) {
+            fields.push_back(makeField(column.name, cell, column.isNumber));
+            continue;
+        }
+        const auto ends = listBand(row.band);
+        fields.insert(fields.end(), ends.begin(), ends.end());
+    }
+    return fields;
 }
 
 std::string toValueText(const ResultTable::Value& value)

@@ -53,6 +53,13 @@ ResultTable::Value rampValue(const char* id, const TestResults* results,
     return value;
 }
 
+ResultTable::Band pickUpBand(const TestResults& results)
+{
+    const double tolerance = results.plan.pickUpTolerancePercent / 100.0;
+    const double current = results.settings.settingCurrent;
+    return {amperes(current * (1.0 - tolerance)), amperes(current * (1.0 + tolerance)), get("Unit.ampere")};
+}
+
 const std::vector<ResultTable::Column>& columns()
 {
     static constexpr const char* names[] = {"number",           "multiple",  "current",
@@ -61,7 +68,8 @@ const std::vector<ResultTable::Column>& columns()
     static const auto made = [] {
         std::vector<ResultTable::Column> all;
         for (const char* name : names)
-            all.push_back({name, get(std::string("Results.") + name), std::string(name) != "verdict"});
+            all.push_back({name, get(std::string("Results.") + name), std::string(name) != "verdict",
+                           std::string(name) == "tolerance"});
         return all;
     }();
     return made;
@@ -77,7 +85,8 @@ ResultTable::Row createRow(const TestResults& results, const PointResult& point,
              evaluated.deviationPercent ? withSign(*evaluated.deviationPercent, 2) : none,
              bandText(evaluated), stateText(point.state, evaluated.isPassed)},
             toMark(evaluated.isPassed),
-            "point." + Kes::NumberText::write(point.multiple)};
+            "point." + Kes::NumberText::write(point.multiple),
+            {fixed(evaluated.earliest, 3), fixed(evaluated.latest, 3), get("Unit.second")}};
 }
 
 std::vector<ResultTable::Value> createValues(const TestResults* results)
@@ -89,11 +98,14 @@ std::vector<ResultTable::Value> createValues(const TestResults* results)
         rampValue("pickUp", results, results ? results->pickUp : std::nullopt,
                   results && Evaluation::isPickUpPassed(*results)),
         rampValue("dropOff", results, results ? results->dropOff : std::nullopt, isDropOffPassed)};
+    if (results)
+        values.front().band = pickUpBand(*results);
     ResultTable::Value ratio{get("Results.ratio"), get("Results.notYet"), {}, Mark::None, "ratio"};
     if (const auto value = results ? Evaluation::ratio(*results) : std::nullopt) {
         const auto [least, most] = *Evaluation::ratioInterval(*results);
         ratio.value = fixed(*value, 3) + " (" + fixed(least, 3) + " \u2026 " + fixed(most, 3) + ")";
         ratio.number = *value;
+        ratio.band = {fixed(results->plan.minimumRatio, 3), fixed(1.0, 3), ""};
         ratio.verdict = stateText(MeasureState::Measured, isDropOffPassed);
         ratio.mark = toMark(isDropOffPassed);
     }
