@@ -28,6 +28,7 @@ struct TestSummary {
     std::string outcome;
     /// Nothing: no test yet.
     std::optional<TestCircumstances> circumstances;
+    /// Empty when the results' file has none, or another one than theirs.
     std::string checksum;
     std::vector<Remark> nameplate;
     ResultTable table;

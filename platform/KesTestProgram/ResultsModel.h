@@ -94,7 +94,8 @@ private:
             return;
         summary.verdict = _judge(*results);
         summary.circumstances = *results;
-        summary.checksum = results->getChecksum(_toXml(*results));
+        if (!results->foreignChecksum)
+            summary.checksum = results->getChecksum(_toXml(*results));
     }
 
     void _abandonResults() override

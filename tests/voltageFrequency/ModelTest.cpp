@@ -288,15 +288,8 @@ TEST_F(ModelTest, AnArchiveChangedByHandIsOpenedAndSaysSo)
 TEST_F(ModelTest, TheNameplateIsToldAtAnyTimeAndBelongsToItsFile)
 {
     namespace Nameplate = KesTree::Nameplate;
-    const auto old = [this] {
-        auto former = entries();
-        auto& settings = former.at("settings.xml");
-        const auto from = settings.find("<group id=\"nameplate\">");
-        settings.erase(from, settings.find("</group>", from) + 8 - from);
-        return pack(former);
-    };
     ASSERT_TRUE(runToEnd());
-    auto former = old();
+    const auto saved = save();
     auto& comment = *model.getTestObject()->find(Nameplate::Comment);
     ASSERT_TRUE(comment.setText("<second> \"try\""));
     EXPECT_FALSE(model.isResultStale());
@@ -304,9 +297,41 @@ TEST_F(ModelTest, TheNameplateIsToldAtAnyTimeAndBelongsToItsFile)
     EXPECT_THAT(Kes::readWholeFile(home.file("report.html")), HasSubstr("&lt;second&gt; \"try\""));
     ASSERT_TRUE(model.writeResults(home.file("r.json")));
     EXPECT_THAT(Kes::readWholeFile(home.file("r.json")), HasSubstr(R"("comment": "<second> \"try\"")"));
-    ASSERT_TRUE(model.setDataStream(former, false));
+    std::stringstream other(saved);
+    ASSERT_TRUE(model.setDataStream(other, false));
     EXPECT_EQ(comment.getText(), "") << "that of another file";
-    EXPECT_FALSE(model.isResultStale());
+}
+
+TEST_F(ModelTest, AnArchiveFromBeforeNameplateAndChecksumIsWhole)
+{
+    ASSERT_TRUE(runToEnd());
+    auto former = entries();
+    const auto erase = [&former](const char* entry, const std::string& from, const std::string& to) {
+        auto& text = former.at(entry);
+        const auto at = text.find(from);
+        ASSERT_NE(at, std::string::npos) << from << " in " << text;
+        text.erase(at, text.find(to, at + from.size()) + to.size() - at);
+    };
+    erase("settings.xml", "<group id=\"nameplate\">", "</group>");
+    erase("test-results.xml", "&lt;group id=\"nameplate\"&gt;", "&lt;/group&gt;");
+    for (const char* name :
+         {" serialNumber=\"", " firmwareVersion=\"", " calibrationDate=\"", " checksum=\""})
+        erase("info.xml", name, "\"");
+    for (const bool repair : {false, true}) {
+        ASSERT_TRUE(model.getTestObject()->find(KesTree::Nameplate::Comment)->setText("of another file"));
+        auto stream = pack(former);
+        ASSERT_TRUE(model.setDataStream(stream, repair));
+        EXPECT_THAT(takeTexts(), IsEmpty());
+        EXPECT_EQ(model.getTestObject()->find(KesTree::Nameplate::Comment)->getText(), "");
+        EXPECT_FALSE(model.isResultStale());
+        EXPECT_FALSE(model.getTestInView().record->isChangedByHand());
+        ASSERT_TRUE(model.writeReport(home.file("report.html")));
+        EXPECT_THAT(Kes::readWholeFile(home.file("report.html")), HasSubstr("none in the file"));
+        ASSERT_TRUE(model.writeResults(home.file("r.json")));
+        EXPECT_THAT(
+            Kes::readWholeFile(home.file("r.json")),
+            testing::AllOf(testing::Not(HasSubstr("checksum")), HasSubstr("\"changedByHand\": false")));
+    }
 }
 
 TEST_F(ModelTest, TheUserChoosesTheReportAndNoneIsOverwritten)
