@@ -105,6 +105,15 @@ constexpr Kes::TextTable table({
     {"Summary.many", "%zu results of %s", "%zu результатов от %s"},
 
     {"Report.failed", "The report could not be made.", "Не удалось создать протокол."},
+    {"Report.cancelled", "The report was not made: it was cancelled.", "Протокол не создан: отменено."},
+    {"Pdf.missing",
+     "A report as PDF is made by the program WeasyPrint, which is not installed. Install the package "
+     "\"weasyprint\", or choose a file name that ends in \".html\".",
+     "Протокол в формате PDF создаёт программа WeasyPrint, которая не установлена. Установите пакет "
+     "\"weasyprint\" или выберите имя файла с расширением \".html\"."},
+    {"Pdf.failed", "WeasyPrint could not make the PDF file: %s", "WeasyPrint не смог создать файл PDF: %s"},
+    {"Pdf.late", "WeasyPrint did not make the PDF file in two minutes and was ended.",
+     "WeasyPrint не создал файл PDF за две минуты и был остановлен."},
 });
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <KesCommon/StringHelper.h>
 #include <KesMeasure/MeasureText.h>
 #include <KesMeasure/ReportFile.h>
+#include <KesProgram/archive/ArchiveManager.h>
 #include <KesTreeRelay/Nameplate.h>
 
 namespace KesTestProgram {
@@ -66,7 +67,19 @@ void TestProgramModel::_announce(const std::string& text, Origin origin)
 
 Kes::Result TestProgramModel::writeReport(const std::string& path)
 {
-    return KesMeasure::ReportFile::write(path, _createReportData(), _getStylesheet());
+    return prepareReport(path)({});
+}
+
+TestProgramModel::ReportWriter TestProgramModel::prepareReport(const std::string& path)
+{
+    KesMeasure::ReportFile::Foot foot;
+    if (const auto* archive = getArchiveManager())
+        foot.file = archive->getFileName();
+    foot.program = getProgramName() + " " + getPackageVersion();
+    return [path, foot, data = _createReportData(),
+            sheet = _getStylesheet()](const Glib::RefPtr<Gio::Cancellable>& cancellable) {
+        return KesMeasure::ReportFile::write(path, data, sheet, foot, cancellable);
+    };
 }
 
 std::vector<KesMeasure::TextLine> TestProgramModel::_describeNameplate() const

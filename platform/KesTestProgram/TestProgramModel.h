@@ -14,6 +14,8 @@
 #include <KesTestProgram/LoadedArchive.h>
 #include <KesTestProgram/ShownTest.h>
 
+#include <giomm/cancellable.h>
+
 #include <atomic>
 #include <cstddef>
 #include <functional>
@@ -74,8 +76,12 @@ public:
     /// Puts how the last test ended into the state text, with a warning when its device was simulated.
     void announceOutcome();
 
-    /// Writes the report of the present data; the file appears whole or not at all.
+    /// Writes the report of the present data; the file appears whole or not at all. PDF if the path ends so,
+    /// which takes seconds, else HTML.
     Kes::Result writeReport(const std::string& path);
+    /// The same for another thread: takes the data at once, and writes when it is called; see `ReportFile`.
+    using ReportWriter = std::function<Kes::Result(const Glib::RefPtr<Gio::Cancellable>&)>;
+    ReportWriter prepareReport(const std::string& path);
 
     void newData(const std::string& fileName) override;
     bool setDataStream(std::istream& stream, bool flag) override;
