@@ -15,6 +15,8 @@ struct Unref {
 };
 
 using Subprocess = std::unique_ptr<GSubprocess, Unref>;
+/// giomm's own class needs an initialisation that is not for any thread.
+using Stop = std::unique_ptr<GCancellable, Unref>;
 
 using End = ChildProcess::End;
 
@@ -33,8 +35,8 @@ Subprocess start(const std::vector<std::string>& command, ChildProcess::Outcome&
     arguments.push_back(nullptr);
     GError* error = nullptr;
     Subprocess process(g_subprocess_newv(
-        arguments.data(), GSubprocessFlags(G_SUBPROCESS_FLAGS_STDOUT_SILENCE | G_SUBPROCESS_FLAGS_STDERR_PIPE),
-        &error));
+        arguments.data(),
+        GSubprocessFlags(G_SUBPROCESS_FLAGS_STDOUT_SILENCE | G_SUBPROCESS_FLAGS_STDERR_PIPE), &error));
     if (!process) {
         outcome.end =
             g_error_matches(error, G_SPAWN_ERROR, G_SPAWN_ERROR_NOENT) ? End::NotFound : End::NotStarted;
@@ -58,23 +60,25 @@ public:
         const auto timer = Glib::TimeoutSource::create(static_cast<unsigned>(limit.count()));
         timer->connect([this] {
             _isLate = true;
-            _stop->cancel();
+            g_cancellable_cancel(_stop.get());
             return false;
         });
         timer->attach(_context);
         // Called on the thread that cancels.
         const gulong connection =
-            cancellable ? g_cancellable_connect(cancellable->gobj(), G_CALLBACK(&_onCancelled),
-                                                _stop->gobj(), nullptr)
-                        : 0;
-        g_subprocess_communicate_async(process, nullptr, _stop->gobj(), &_onEnd, this);
+            cancellable
+                ? g_cancellable_connect(cancellable->gobj(), G_CALLBACK(&_onCancelled), _stop.get(), nullptr)
+                : 0;
+        g_subprocess_communicate_async(process, nullptr, _stop.get(), &_onEnd, this);
         while (!_isOver)
             _context->iteration(true);
         if (connection)
             g_cancellable_disconnect(cancellable->gobj(), connection);
         timer->destroy();
         outcome.errors = _errors;
-        outcome.end = _isLate ? End::TimedOut : _stop->is_cancelled() ? End::Cancelled : End::Exited;
+        outcome.end = _isLate                                   ? End::TimedOut
+                      : g_cancellable_is_cancelled(_stop.get()) ? End::Cancelled
+                                                                : End::Exited;
     }
 
 private:
@@ -100,7 +104,7 @@ private:
     }
 
     const Glib::RefPtr<Glib::MainContext> _context = Glib::MainContext::create();
-    const Glib::RefPtr<Gio::Cancellable> _stop = Gio::Cancellable::create();
+    const Stop _stop{g_cancellable_new()};
     bool _isLate = false;
     bool _isOver = false;
     std::string _errors;

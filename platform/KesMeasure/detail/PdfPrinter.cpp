@@ -35,8 +35,8 @@ Kes::Result failure(const char* key)
 Kes::Result PdfPrinter::print(const std::string& html, const std::string& pdf,
                               const Glib::RefPtr<Gio::Cancellable>& cancellable)
 {
-    const auto outcome =
-        Kes::ChildProcess::run({"weasyprint", "--quiet", "--encoding", "utf-8", html, pdf}, longest, cancellable);
+    const auto outcome = Kes::ChildProcess::run({"weasyprint", "--quiet", "--encoding", "utf-8", html, pdf},
+                                                longest, cancellable);
     if (outcome.isSuccess())
         return true;
     switch (outcome.end) {
