@@ -2,6 +2,7 @@
 #include "support/TemporaryHome.h"
 
 #include <KesCommon/SignalGate.h>
+#include <KesCommonView/CancelableWork.h>
 #include <KesCommonView/DialogPresenter.h>
 #include <KesCommonView/FileDialogPresenter.h>
 #include <KesCommonView/FileNamePattern.h>
@@ -11,6 +12,9 @@
 #include <glibmm/main.h>
 
 #include <array>
+#include <atomic>
+#include <chrono>
+#include <thread>
 
 namespace {
 
@@ -86,6 +90,36 @@ TEST_F(GtkDialogsTest, escapeAndTheCloseButtonDecline)
         whenShown<Gtk::MessageDialog>([](auto& box) { box.response(Gtk::RESPONSE_DELETE_EVENT); });
         EXPECT_EQ(gtk.showMessage({nullptr, "?", "", buttons}), answer);
     }
+}
+
+TEST_F(GtkDialogsTest, workIsWaitedForAndEndsWhenTheUserCancels)
+{
+    auto scripted = Kes::DialogBackend::install(nullptr);
+    WindowOnScreen parent;
+    parent.show();
+    const auto work = [](const Glib::RefPtr<Gio::Cancellable>& cancellable) {
+        while (!cancellable->is_cancelled())
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    };
+    for (const bool isEscape : {false, true}) {
+        whenShown<Gtk::MessageDialog>([&](auto& box) {
+            EXPECT_EQ(box.get_transient_for(), &parent);
+            if (isEscape)
+                pressKey(box, GDK_KEY_Escape);
+            else
+                box.get_widget_for_response(static_cast<int>(DialogResult::Cancel))->activate();
+        });
+        Kes::CancelableWork::run(&parent, "Wait", work);
+    }
+    std::atomic<bool> isSeen = false;
+    whenShown<Gtk::MessageDialog>([&](auto&) { isSeen = true; });
+    Kes::CancelableWork::run(&parent, "Wait", [&](const auto& cancellable) {
+        while (!isSeen)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        EXPECT_FALSE(cancellable->is_cancelled());
+    });
+    EXPECT_TRUE(isSeen);
+    Kes::DialogBackend::install(std::move(scripted));
 }
 
 TEST_F(GtkDialogsTest, anyTextIsShownToCopyAndFitsTheScreen)
