@@ -79,7 +79,10 @@ public:
              {"en|ru", "en|ru"}, language);
         _add("run", {"Start the test once the window is open", "Начать проверку, когда окно открыто"}, run);
         _addFile("save", {"Save the archive", "Сохранить архив"}, file, save);
-        _addFile("report", {"Write the report", "Записать протокол"}, file, report);
+        _addFile("report",
+                 {"Write the report; test programs make PDF of a name that ends in .pdf",
+                  "Записать протокол; если имя оканчивается на .pdf, программы проверки создают PDF"},
+                 file, report);
         _addFile("results",
                  {"Write the results as a table (.csv), as data (.json) or as test cases (.xml, JUnit)",
                   "Записать результаты таблицей (.csv), данными (.json) или отчётом о тестах (.xml, JUnit)"},

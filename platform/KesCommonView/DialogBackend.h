@@ -25,7 +25,7 @@ struct FileRequest {
     std::string title;
     std::vector<std::pair<std::string, std::string>> filters;
     bool save = false;
-    /// The path that is offered when saving; empty: none.
+    /// The path that is offered when saving, of the kind of the first filter; empty: none.
     std::string suggestion{};
 };
 

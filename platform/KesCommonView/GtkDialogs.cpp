@@ -134,8 +134,11 @@ std::string ask(const Glib::RefPtr<Gtk::FileChooserNative>& chooser,
     const auto chosen = std::find(filters.begin(), filters.end(), chooser->get_filter());
     if (!request.save || chosen == filters.end())
         return path;
-    return FileNamePattern::complete(
-        path, request.filters[static_cast<std::size_t>(chosen - filters.begin())].first);
+    const auto& pattern = request.filters[static_cast<std::size_t>(chosen - filters.begin())].first;
+    // Who takes the name as it was offered and chooses another kind does not want the kind of that name.
+    if (path == request.suggestion)
+        return FileNamePattern::exchange(path, request.filters.front().first, pattern);
+    return FileNamePattern::complete(path, pattern);
 }
 
 void suggest(const Glib::RefPtr<Gtk::FileChooserNative>& chooser, const FileRequest& request)

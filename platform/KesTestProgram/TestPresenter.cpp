@@ -7,9 +7,11 @@
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
+#include <KesCommonView/CancelableWork.h>
 #include <KesCommonView/DialogPresenter.h>
 #include <KesCommonView/FileDialogPresenter.h>
 #include <KesDriver/XdgOpen.h>
+#include <KesMeasure/ReportFile.h>
 #include <KesMeasureView/WindowOpening.h>
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
@@ -108,12 +110,13 @@ std::unique_ptr<IPlanEditor> TestPresenter::_createPlanEditor()
 void TestPresenter::requestReport()
 {
     runDialogs([this] {
-        const auto path = Kes::FileDialogPresenter().show(getView(), lng::TestProgram::get("Report.title"),
-                                                          {{"*.html", lng::TestProgram::get("Report.kind")}},
-                                                          true, _suggestReport());
+        using lng::TestProgram::get;
+        const auto path = Kes::FileDialogPresenter().show(
+            getView(), get("Report.title"), {{"*.html", get("Report.kind")}, {"*.pdf", get("Report.pdf")}},
+            true, _suggestReport());
         if (path.empty())
             return;
-        auto result = _model.writeReport(path);
+        auto result = _writeReport(path);
         if (result)
             result = cross::xdg_open(path);
         if (!result)
@@ -121,6 +124,17 @@ void TestPresenter::requestReport()
                                        Kes::ObjectErrorHelper::toDisplayString({result.getError()}), "",
                                        Kes::DialogResult::Ok);
     });
+}
+
+Kes::Result TestPresenter::_writeReport(const std::string& path)
+{
+    if (!KesMeasure::ReportFile::isPdf(path))
+        return _model.writeReport(path);
+    Kes::Result result(false);
+    const auto write = _model.prepareReport(path);
+    Kes::CancelableWork::run(getView(), lng::TestProgram::get("Report.making"),
+                             [&](const auto& cancellable) { result = write(cancellable); });
+    return result;
 }
 
 std::string TestPresenter::_suggestReport()
@@ -135,10 +149,13 @@ std::string TestPresenter::_suggestReport()
         base = folder + getProgramName();
     }
     base.replace_extension();
-    auto path = base.string() + ".html";
-    for (int number = 2; Kes::fileExist(path); ++number)
-        path = base.string() + "-" + std::to_string(number) + ".html";
-    return path;
+    const auto isTaken = [](const std::string& stem) {
+        return Kes::fileExist(stem + ".html") || Kes::fileExist(stem + ".pdf");
+    };
+    auto stem = base.string();
+    for (int number = 2; isTaken(stem); ++number)
+        stem = base.string() + "-" + std::to_string(number);
+    return stem + ".html";
 }
 
 void TestPresenter::_onInit()

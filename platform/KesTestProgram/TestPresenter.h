@@ -21,7 +21,8 @@ public:
     void openFile(const std::string& fileName) override;
     void saveArchive() override;
     void saveAsArchive() override;
-    /// The user chooses name and place of the report; a former one is not offered again.
+    /// The user chooses name, place and kind of the report; a former one is not offered again. PDF is made on
+    /// a thread while a box with a button to cancel is shown.
     void requestReport() override;
 
 protected:
@@ -41,6 +42,7 @@ private:
     void _updateRecentFiles();
     bool _confirmSavedPlan();
     bool _ask(const std::string& question);
+    Kes::Result _writeReport(const std::string& path);
     /// Beside the archive and named after it, or else in the folder of the reports.
     std::string _suggestReport();
 

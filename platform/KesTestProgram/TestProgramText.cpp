@@ -21,6 +21,8 @@ constexpr Kes::TextTable table({
 
     {"Report.title", "Save the report", "Сохранить протокол"},
     {"Report.kind", "Report (HTML)", "Протокол (HTML)"},
+    {"Report.pdf", "Report (PDF)", "Протокол (PDF)"},
+    {"Report.making", "The report is being made...", "Создаётся протокол..."},
 
     {"Error.tooMuchData", "The data is too large for an archive.", "Слишком много данных для архива."},
 

@@ -37,6 +37,9 @@ TEST(FileNamePatternTest, completesNamesWithoutExtension)
              Case{"", "*.abc", ""},
          })
         EXPECT_EQ(Kes::FileNamePattern::complete(path, pattern), expected) << path << " " << pattern;
+    EXPECT_EQ(Kes::FileNamePattern::exchange("/d.abc/report.abc", "*.abc", "*.xyz"), "/d.abc/report.xyz");
+    EXPECT_EQ(Kes::FileNamePattern::exchange("/d.abc/report", "*.abc", "*.xyz"), "/d.abc/report");
+    EXPECT_EQ(Kes::FileNamePattern::exchange("/d/report.abc", "*.abc", "*"), "/d/report.abc");
     EXPECT_EQ(Kes::FileNamePattern::ignoreCase("*.aB1"), "*.[aA][bB]1");
 }
 
@@ -191,6 +194,11 @@ TEST_F(FileChooserTest, completedNameIsAskedForBeforeItIsReplaced)
     type("old.abc");
     dialogs.answer(DialogResult::Yes);
     EXPECT_EQ(gtk.chooseFile(request), home.file("old.abc"));
+    request.suggestion = home.file("offered.abc");
+    type("offered.abc", 1);
+    EXPECT_EQ(gtk.chooseFile(request), home.file("offered.xyz"));
+    type("typed.abc", 1);
+    EXPECT_EQ(gtk.chooseFile(request), home.file("typed.abc"));
     whenShown<Gtk::FileChooserDialog>([](auto& dialog) { pressKey(dialog, GDK_KEY_Escape); });
     EXPECT_EQ(gtk.chooseFile(request), "");
 }

@@ -346,11 +346,12 @@ TEST_F(ModelTest, TheUserChoosesTheReportAndNoneIsOverwritten)
         opened.push_back(path);
         return Kes::Result(true);
     });
-    for (const char* name : {"one.html", "two.html"}) {
+    for (const char* name : {"one.html", "two.pdf"}) {
         dialogs.answerFile(home.file(name));
         presenter.requestReport();
     }
-    EXPECT_THAT(opened, testing::ElementsAre(home.file("one.html"), home.file("two.html")));
+    EXPECT_THAT(opened, testing::ElementsAre(home.file("one.html"), home.file("two.pdf")));
+    EXPECT_THAT(KesTest::readFile(home.file("two.pdf")), testing::StartsWith("%PDF-"));
     const auto offered = dialogs.getFiles().back().suggestion;
     KesTest::writeFile(offered, "former");
     dialogs.answerFile("");
