@@ -80,6 +80,14 @@ class WindowsTest(DesktopTest):
             measured = file.read()
         self.assertIn(program.word("State.passed"), measured)
         self.assertIn(program.word("Simulated.title"), measured)
+
+        program.tool("report").act()
+        self.waitForOffer(program, "Overcurrent-2.html")
+        printed = self.file("printed.pdf")
+        program.chooseFile(printed)
+        wait("a printed one", lambda: self.home.opened() == [report, second, printed])
+        with open(printed, "rb") as file:
+            self.assertEqual(file.read(5), b"%PDF-")
         program.discard()
 
     def testHelpIsOpenedByTheDesktop(self):

@@ -6,7 +6,7 @@ programs=$(realpath "$1") || exit 1
 here=$(dirname "$(realpath "$0")")
 kept=${2:-}
 dir=${kept:-$(mktemp -d)}
-mkdir -p "$dir"/{state,spool,kesto,healthy,faulty,away,cancelled} && cd "$dir" || exit 1
+mkdir -p "$dir"/{state,spool,kesto,healthy,faulty,away,lost,cancelled} && cd "$dir" || exit 1
 export PATH=$programs:$PATH HOME=$dir XDG_CACHE_HOME=$dir/cache XDG_STATE_HOME=$dir/state-of-user SLURM_CONF=$dir/slurm.conf KESTO_DEVICES=$dir/kesto
 simulators=()
 failures=0
@@ -111,6 +111,10 @@ await "a held job" '[ "$(squeue --noheader --format=%t)" = SE ]'
 simulate 127.13.0.1 4 overcurrent
 scontrol release "$job" && scontrol update JobId="$job" StartTime=now
 await "the test of the device that has come" '[ -e away/result-1.json ] && [ "$(count COMPLETED 0)" -eq 1 ]'
+
+echo "A test without its archive"
+(cd lost && sbatch --array=1 "$here/overcurrent.sbatch")
+await "a failed job" '[ "$(count FAILED 3)" -eq 1 ]'
 
 echo "A test that is cancelled"
 endSimulation
