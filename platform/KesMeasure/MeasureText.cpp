@@ -105,7 +105,6 @@ constexpr Kes::TextTable table({
     {"Summary.many", "%zu results of %s", "%zu результатов от %s"},
 
     {"Report.failed", "The report could not be made.", "Не удалось создать протокол."},
-    {"Report.cancelled", "The report was not made: it was cancelled.", "Протокол не создан: отменено."},
     {"Pdf.missing",
      "A report as PDF is made by the program WeasyPrint, which is not installed. Install the package "
      "\"weasyprint\", or choose a file name that ends in \".html\".",

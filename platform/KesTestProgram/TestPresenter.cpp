@@ -119,7 +119,7 @@ void TestPresenter::requestReport()
         auto result = _writeReport(path);
         if (result)
             result = cross::xdg_open(path);
-        if (!result)
+        if (result.getError())
             Kes::DialogPresenter::show(getView(),
                                        Kes::ObjectErrorHelper::toDisplayString({result.getError()}), "",
                                        Kes::DialogResult::Ok);

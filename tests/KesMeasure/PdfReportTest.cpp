@@ -178,7 +178,7 @@ TEST_F(PdfFailuresTest, CancellingEndsWeasyPrint)
     const auto cancellable = Gio::Cancellable::create();
     cancellable->cancel();
     const auto result = ReportFile::write(path, makeData("device", "en-US", 1), sheet, {}, cancellable);
-    ASSERT_FALSE(result);
-    EXPECT_THAT(result.getError()->getMessage(), HasSubstr("cancelled"));
+    EXPECT_FALSE(result);
+    EXPECT_FALSE(result.getError());
     EXPECT_EQ(KesTest::readFile(path), "former");
 }

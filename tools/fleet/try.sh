@@ -18,10 +18,10 @@ fail() {
 
 stop() {
     for daemon in slurmd slurmctld munged; do
-        [ -e $daemon.pid ] && kill "$(cat $daemon.pid)"
+        [ -e "$daemon.pid" ] && kill "$(cat "$daemon.pid")"
+        await "an end of $daemon" "[ ! -e $daemon.pid ]"
     done
     endSimulation
-    while [ -e slurmctld.pid ]; do sleep 0.1; done
     [ -n "$kept" ] || rm -rf "$dir"
 }
 trap stop EXIT
@@ -38,7 +38,7 @@ simulate() {
 }
 
 endSimulation() {
-    [ ${#simulators[@]} -eq 0 ] || { kill "${simulators[@]}"; wait "${simulators[@]}"; } 2>/dev/null
+    [ ${#simulators[@]} -eq 0 ] || { kill "${simulators[@]}"; wait "${simulators[@]}"; }
     simulators=()
     : >sim.log
 }
@@ -85,7 +85,7 @@ done
 munged --key-file="$dir/munge.key" --socket="$dir/munge.socket" --pid-file="$dir/munged.pid" \
     --log-file="$dir/munged.log" --seed-file="$dir/munged.seed" || exit 1
 slurmctld && slurmd || exit 1
-until sinfo --noheader --states=idle | grep -q .; do sleep 0.2; done
+await "an idle node" 'sinfo --noheader --states=idle | grep -q .'
 xvfb-run -a kes-overcurrent --save settings.kovc --quit 2>program.log
 
 echo "Eight tests of good relays on four devices"
