@@ -111,6 +111,7 @@
           }
           @media print {
             body { margin: 0; padding: 0; max-width: none; font-size: 11px; }
+            svg { max-height: 105mm; }
             h2 { break-after: avoid; }
             thead { display: table-header-group; }
             h2, tr, svg, .simulated, .outcome, .signature { break-inside: avoid; }
