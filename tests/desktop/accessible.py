@@ -123,7 +123,8 @@ class Node:
     def walk(self, hidden=False):
         """This object and all inside it, from top to bottom, without the cells of tables."""
         try:
-            if not hidden and not self.isShowing:
+            # The toolkit says of a viewport that has been scrolled by more than its own height that it is gone.
+            if not hidden and not self.isShowing and self.role != "viewport":
                 return
             children = [] if self.role in LEAVES else self.children()
         except GLib.Error:  # it has gone meanwhile
