@@ -2,10 +2,15 @@
 
 #include <Overcurrent/data/Evaluation.h>
 #include <Overcurrent/data/SettingsSummary.h>
+#include <Overcurrent/data/StageTimes.h>
 #include <Overcurrent/text/OvercurrentText.h>
 
+#include <KesCommon/StringHelper.h>
 #include <KesMeasure/ScreenNumber.h>
 #include <KesMeasure/StateText.h>
+
+#include <algorithm>
+#include <iterator>
 
 namespace Overcurrent::ResultTexts {
 
@@ -36,14 +41,24 @@ std::string bandText(const Evaluation::Point& point)
     return fixed(point.earliest, decimals) + "\u00A0\u2026\u00A0" + fixed(point.latest, decimals);
 }
 
+/// With several faults it says with which one it has been measured.
+std::string rampName(const char* nameKey, const TestResults* results)
+{
+    if (!results || results->plan.faults.size() < 2)
+        return get(nameKey);
+    return Kes::StringHelper::format(get("Results.withFault"), std::string(get(nameKey)),
+                                     Faults::nameOf(results->plan.faults.front()));
+}
+
 ResultTable::Value rampValue(const char* nameKey, const TestResults* results,
                              const std::optional<RampResult>& ramp, bool isPassed)
 {
-    ResultTable::Value value{get(nameKey), get("Results.notYet"), {}, Mark::None};
+    ResultTable::Value value{rampName(nameKey, results), get("Results.notYet"), {}, Mark::None};
     if (!results || !ramp)
         return value;
     if (ramp->state == MeasureState::Measured)
-        value.value = SettingsSummary::intervalText(results->settings, *ramp);
+        value.value = SettingsSummary::intervalText(
+            StageTimes::pickUpCurrent(results->settings, results->plan.getRampCase()), *ramp);
     value.verdict = stateText(ramp->state, isPassed);
     value.mark = toMark(isPassed);
     return value;
@@ -51,13 +66,17 @@ ResultTable::Value rampValue(const char* nameKey, const TestResults* results,
 
 const std::vector<ResultTable::Column>& columns()
 {
-    static constexpr const char* names[] = {"number",           "multiple",  "current",
-                                            "expected",         "measured",  "deviation",
-                                            "deviationPercent", "tolerance", "verdict"};
-    static const auto made = [] {
+    static constexpr const char* names[] = {"number",   "fault",     "multiple",         "current",   "stage",
+                                            "expected", "measured",  "deviation",        "deviationPercent",
+                                            "tolerance", "verdict"};
+    static constexpr const char* words[] = {"fault", "stage", "verdict"};
+    const auto isWord = [](const std::string& name) {
+        return std::find(std::begin(words), std::end(words), name) != std::end(words);
+    };
+    static const auto made = [&] {
         std::vector<ResultTable::Column> all;
         for (const char* name : names)
-            all.push_back({name, get(std::string("Results.") + name), std::string(name) != "verdict"});
+            all.push_back({name, get(std::string("Results.") + name), !isWord(name)});
         return all;
     }();
     return made;
@@ -67,8 +86,8 @@ ResultTable::Row createRow(const TestResults& results, const PointResult& point,
 {
     const auto evaluated = Evaluation::evaluate(results, point);
     const std::string none = get("Results.notYet");
-    return {{std::to_string(number), multiple(point.multiple), amperes(evaluated.current),
-             fixed(evaluated.expected, 3), evaluated.measured ? fixed(*evaluated.measured, 3) : none,
+    return {{std::to_string(number), Faults::nameOf(point.fault), multiple(point.multiple),
+             amperes(evaluated.current), SettingsSummary::nameOf(evaluated.stage), fixed(evaluated.expected, 3), evaluated.measured ? fixed(*evaluated.measured, 3) : none,
              evaluated.deviation ? withSign(*evaluated.deviation, 3) : none,
              evaluated.deviationPercent ? withSign(*evaluated.deviationPercent, 2) : none,
              bandText(evaluated), stateText(point.state, evaluated.isPassed)},
@@ -110,7 +129,8 @@ std::string describe(const TestResults& results, const PointResult& point)
 {
     const auto evaluated = Evaluation::evaluate(results, point);
     const std::string measured = evaluated.measured ? fixed(*evaluated.measured, 3) : get("Results.notYet");
-    return multiple(point.multiple) + " " + get("Unit.setting") + "\n" + get("Results.expected") + ": " +
+    return Faults::nameOf(point.fault) + ", " + multiple(point.multiple) + " " + get("Unit.setting") + ", " +
+           SettingsSummary::nameOf(evaluated.stage) + "\n" + get("Results.expected") + ": " +
            fixed(evaluated.expected, 3) + " (" + bandText(evaluated) + ")\n" + get("Results.measured") +
            ": " + measured + "\n" + stateText(point.state, evaluated.isPassed);
 }

@@ -35,11 +35,12 @@ std::pair<double, double> plannedRange(const TestPlan& plan)
     return {least, most};
 }
 
-void sampleCurve(Chart& chart, const RelaySettings& settings, double least, double most)
+void sampleCurve(Chart& chart, const RelaySettings& settings, const FaultCase& faultCase, double least,
+                 double most)
 {
     for (int i = 0; i <= curveSamples; ++i) {
         const double multiple = least * std::pow(most / least, static_cast<double>(i) / curveSamples);
-        const auto band = TimeBand::at(settings, multiple);
+        const auto band = TimeBand::at(settings, faultCase, multiple);
         if (!band || !band->latest)
             continue;
         chart.expected.push_back({multiple, band->expected});
@@ -59,7 +60,7 @@ void addPoints(Chart& chart, const TestResults& results)
 {
     for (const auto& point : results.points) {
         const auto evaluated = Evaluation::evaluate(results, point);
-        const double limit = TestSequences::pointLimit(results.settings, results.plan, point.multiple);
+        const double limit = TestSequences::pointLimit(results.settings, results.plan, point);
         chart.points.push_back({{point.multiple, evaluated.measured.value_or(limit)},
                                 stateOf(point, evaluated.isPassed),
                                 ResultTexts::describe(results, point)});
@@ -71,8 +72,8 @@ void chooseAxes(Chart& chart, const TestPlan& plan, const RelaySettings& setting
 {
     chart.x = Axis::logarithmicFrom(1.0, most);
     double longest = 0.0;
-    for (const double multiple : plan.multiples)
-        if (const auto band = TimeBand::at(settings, multiple))
+    for (const auto& point : plan.getPoints())
+        if (const auto band = TimeBand::at(settings, plan.caseOf(point.fault), point.multiple))
             longest = std::max(longest, band->latest.value_or(band->expected));
     double shortest = longest;
     for (const auto& position : chart.lower)
@@ -94,7 +95,7 @@ Chart create(const RelaySettings& settings, const TestPlan& plan, const TestResu
     chart.xTitle = get("Chart.multiples");
     chart.yTitle = get("Chart.seconds");
     const auto [least, most] = plannedRange(plan);
-    sampleCurve(chart, settings, least, most);
+    sampleCurve(chart, settings, plan.getRampCase(), least, most);
     if (results)
         addPoints(chart, *results);
     chooseAxes(chart, plan, settings, most);
