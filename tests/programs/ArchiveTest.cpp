@@ -26,13 +26,13 @@ namespace {
 TestResults someResults()
 {
     TestResults results;
-    results.settings.settingCurrent = 0.75;
+    results.settings[StageId::First].settingCurrent = 0.75;
     results.settings.resetTime = 3.0;
     results.settings.toleranceKind = TimeToleranceKind::AssignedError;
     results.plan.multiples = {2.0, 3.1, 5.0};
-    results.points = {{2.0, MeasureState::Measured, std::chrono::microseconds(10234567)},
-                      {3.1, MeasureState::NoOperation, {}},
-                      {5.0, MeasureState::ContactEarly, {}}};
+    results.points = {{{Fault::A, 2.0}, MeasureState::Measured, std::chrono::microseconds(10234567)},
+                      {{Fault::A, 3.1}, MeasureState::NoOperation, {}},
+                      {{Fault::A, 5.0}, MeasureState::ContactEarly, {}}};
     results.pickUp = RampResult{MeasureState::Measured, 1.01, 1.0};
     results.dropOff = RampResult{MeasureState::NoOperation, 0.0};
     results.end = RunEnd::Complete;
@@ -127,7 +127,7 @@ TEST(OvercurrentArchiveTest, RefusesWhatIsMissingOrMakesNoSense)
         const char* what;
         const char* with;
     } const cases[] = {
-        {"info.xml", "format=\"3\"", "format=\"4\""},
+        {"info.xml", "format=\"4\"", "format=\"5\""},
         {"plan.xml", " goesOn=\"true\"", ""},
         {"test-results.xml", "tripInput=\"1\"", "tripInput=\"2\""},
         {"test-results.xml", " without=\"1\"", ""},
@@ -190,7 +190,7 @@ TEST(OvercurrentModelArchiveTest, AChangedByteCostsOnePartAtMostAndThatIsNamed)
         std::stringstream stream(damaged);
         said.clear();
         ASSERT_TRUE(model.setDataStream(stream, true)) << at;
-        const bool areSettingsWhole = model.getSettings().settingCurrent == 0.9;
+        const bool areSettingsWhole = model.getSettings()[StageId::First].settingCurrent == 0.9;
         const bool isPlanWhole = model.getPlan() == someArchive().plan;
         const auto results = model.getResults();
         const bool isOriginWhole = results && results->origin == Origin::Simulated;
@@ -305,7 +305,7 @@ TEST(OvercurrentModelArchiveTest, ConvertsTheOlderFormInRepairModeOnly)
     EXPECT_FALSE(model.setDataStream(refused, false));
     auto accepted = fileOf("outdated.kovc");
     ASSERT_TRUE(model.setDataStream(accepted, true));
-    EXPECT_EQ(model.getSettings().settingCurrent, 1.25);
+    EXPECT_EQ(model.getSettings()[StageId::First].settingCurrent, 1.25);
     EXPECT_EQ(model.getPlan().multiples, (std::vector<double>{2, 4, 8}));
     EXPECT_FALSE(model.getResults());
     // Saved again it is an archive of the present form.
@@ -374,7 +374,7 @@ TEST(OvercurrentModelArchiveTest, ResultsOfOtherSettingsAreNotTakenForThoseOfThe
     OvercurrentModel model;
     auto archive = someArchive();
     ASSERT_TRUE(model.setDataStream(*archive.pack(), false));
-    EXPECT_EQ(model.getResults()->settings.settingCurrent, 0.75);
+    EXPECT_EQ(model.getResults()->settings[StageId::First].settingCurrent, 0.75);
     EXPECT_TRUE(model.isResultStale());
     archive.results->settings = model.getSettings();
     archive.results->plan.multiples = {2.0, 3.1, 6.0};

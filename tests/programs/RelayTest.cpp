@@ -60,12 +60,12 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
           CurveKind::IeeeVeryInverse, CurveKind::IeeeExtremelyInverse})
         for (const double multiple : {1.5, 2.0, 5.0, 20.0}) {
             RelaySettings settings;
-            settings.settingCurrent = 0.4;
-            settings.curve = curve;
-            const auto relay = makeBenchRelay(settings);
+            settings[StageId::First].settingCurrent = 0.4;
+            settings[StageId::First].curve = curve;
+            const auto relay = makeBenchRelay(settings, TestPlan());
             Player first(*relay);
             const auto time = operateTime(first.play(multiple * 0.4, 400s), DeviceTime(0));
-            const double ideal = *OperateCurve::operateTime(settings, multiple);
+            const double ideal = *OperateCurve::operateTime(settings[StageId::First], multiple);
             const double measured = std::chrono::duration<double>(time).count();
             EXPECT_NE(measured, ideal);
             EXPECT_NEAR(measured, ideal, OperateCurve::tolerance(settings, multiple, ideal))
@@ -78,7 +78,7 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
 TEST(SimulatedRelayTest, AddsUpWhatItHasTravelledAndForgetsItAtDropOff)
 {
     const RelaySettings settings;
-    const auto relay = makeBenchRelay(settings);
+    const auto relay = makeBenchRelay(settings, TestPlan());
     Player whole(*relay);
     const auto alone = operateTime(whole.play(2.0, 30s), DeviceTime(0));
     // The same travel in two parts; the current in between is above drop-off, but does not move it.

@@ -78,6 +78,8 @@ bool holds(const std::string& settings, const std::string& id)
 std::string moveIntoStage(const std::string& text)
 {
     std::string moved = text;
+    if (holds(text, OvercurrentStages[0]))
+        return moved;
     (void)readXml(text, "tree", [&](const xmlpp::Element& root) {
         const auto* relay = dynamic_cast<const xmlpp::Element*>(root.get_first_child("group"));
         if (!relay)

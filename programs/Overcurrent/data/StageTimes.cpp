@@ -6,11 +6,15 @@ namespace Overcurrent::StageTimes {
 
 namespace {
 
-bool looksThere(DirectionKind stage, FaultDirection fault)
+bool looksThere(const RelaySettings& settings, StageId stage, const FaultCase& faultCase)
 {
-    if (stage == DirectionKind::NonDirectional)
+    const auto direction = settings[stage].direction;
+    if (direction == DirectionKind::NonDirectional)
         return true;
-    return (stage == DirectionKind::ForwardOnly) == (fault == FaultDirection::Forward);
+    // Currents that are the same in all phases lie in both directions against the voltages of the phases.
+    if (faultCase.fault == Fault::N && stage != StageId::Residual)
+        return true;
+    return (direction == DirectionKind::ForwardOnly) == (faultCase.direction == FaultDirection::Forward);
 }
 
 /// The fault's current at which the stage sees its Is; only of one that counts.
@@ -23,7 +27,7 @@ double currentOf(const RelaySettings& settings, StageId stage, const FaultCase& 
 
 double shareOf(const RelaySettings& settings, StageId stage, const FaultCase& faultCase)
 {
-    if (!settings[stage].isUsed || !looksThere(settings[stage].direction, faultCase.direction))
+    if (!settings[stage].isUsed || !looksThere(settings, stage, faultCase))
         return 0.0;
     if (stage == StageId::Residual)
         return Faults::residualShare(faultCase.fault);
