@@ -5,6 +5,13 @@
 
 namespace KesMeasure {
 
+namespace {
+
+/// In characters; longer values get a line more.
+constexpr int widestValue = 30;
+
+} // namespace
+
 SettingsView::SettingsView()
     : Gtk::Box(Gtk::ORIENTATION_VERTICAL),
       _title(lng::Measure::get("Settings.title"), Gtk::ALIGN_START),
@@ -33,6 +40,9 @@ void SettingsView::setLines(const std::vector<TextLine>& lines)
         if (!isTitle) {
             auto& value = *Gtk::manage(new Gtk::Label(line.value, Gtk::ALIGN_START));
             value.set_hexpand(true);
+            value.set_line_wrap(true);
+            value.set_xalign(0.0f);
+            value.set_max_width_chars(widestValue);
             _lines.attach(value, 1, row, 1, 1);
         }
         ++row;

@@ -34,22 +34,20 @@ std::string multiplesText(const std::vector<double>& multiples)
     return text + " " + get("Unit.setting");
 }
 
-std::string timeText(const Stage& stage)
+std::string curveText(const Stage& stage)
 {
     const std::string curve = get("Curve." + std::to_string(static_cast<int>(stage.curve)));
-    switch (stage.curve) {
-    case CurveKind::DefiniteTimeCurve:
-        return curve + ", " + withUnit(stage.definiteTime, "Unit.second");
-    case CurveKind::TableCurve:
-        return curve + " " + KesTree::CurveTable::show(stage.table);
-    default:
-        return curve + ", TMS " + shortest(stage.timeMultiplier);
-    }
+    return stage.curve == CurveKind::TableCurve ? curve + " " + KesTree::CurveTable::show(stage.table)
+                                                : curve;
 }
 
 std::string stageText(const Stage& stage)
 {
-    const std::string text = withUnit(stage.settingCurrent, "Unit.ampere") + ", " + timeText(stage);
+    std::string text = withUnit(stage.settingCurrent, "Unit.ampere");
+    if (stage.curve == CurveKind::DefiniteTimeCurve)
+        text += ", " + withUnit(stage.definiteTime, "Unit.second");
+    else if (stage.curve != CurveKind::TableCurve)
+        text += ", TMS " + shortest(stage.timeMultiplier);
     if (stage.direction == DirectionKind::NonDirectional)
         return text;
     const bool isForward = stage.direction == DirectionKind::ForwardOnly;
@@ -87,8 +85,10 @@ std::vector<Line> describe(const RelaySettings& settings)
     std::vector<Line> lines{
         {get("Settings.nominalCurrent"), withUnit(settings.nominalCurrent, "Unit.ampere")}};
     for (const auto stage : allStages)
-        if (settings[stage].isUsed)
+        if (settings[stage].isUsed) {
             lines.push_back({nameOf(stage), stageText(settings[stage])});
+            lines.push_back({format(get("Settings.curveOf"), nameOf(stage)), curveText(settings[stage])});
+        }
     if (settings.isDirectional())
         lines.push_back(
             {get("Settings.directional"), format(get("Settings.directionalValue"),

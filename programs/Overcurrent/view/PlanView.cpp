@@ -44,8 +44,7 @@ PlanView::PlanView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(get("PlanView
     ++_row;
     _form.attach(multiples, 0, _row++, 3, 1);
     _addFaults();
-    _addChoice("PlanView.direction", _direction, {get("Direction.forward"), get("Direction.reverse")});
-    _addChoice("PlanView.outputs", _outputs, {"1", "2", "3"});
+    _addChoices();
     _addRow(PlanField::Timeout, "Unit.second");
     _addRow(PlanField::Pause, "Unit.second");
     _addRamp("PlanView.pickUpRamp", PlanField::PickUpFrom);
@@ -85,14 +84,25 @@ void PlanView::_addFaults()
     _form.attach(grid, 0, _row++, 3, 1);
 }
 
-void PlanView::_addChoice(const char* nameKey, Gtk::ComboBoxText& choice, const std::vector<std::string>& texts)
+void PlanView::_addChoices()
 {
-    _addLabel(get(nameKey), 0);
-    for (const auto& text : texts)
-        choice.append(text);
-    Kes::GtkWidgetHelper::setAccessibleName(choice, get(nameKey));
-    choice.signal_changed().connect(sigc::mem_fun(*this, &PlanView::_onEdited));
-    _form.attach(choice, 1, _row++, 2, 1);
+    auto& grid = *Gtk::manage(new Gtk::Grid());
+    grid.get_style_context()->add_class("plan-choices");
+    const auto add = [&](const std::string& key, Gtk::ComboBoxText& choice, const std::vector<std::string>& texts,
+                         int column) {
+        auto& label = makeLabel(get(key));
+        for (const auto& text : texts)
+            choice.append(text);
+        label.set_tooltip_text(get(key + "Tip"));
+        choice.set_tooltip_text(get(key + "Tip"));
+        Kes::GtkWidgetHelper::setAccessibleName(choice, get(key));
+        choice.signal_changed().connect(sigc::mem_fun(*this, &PlanView::_onEdited));
+        grid.attach(label, column, 0, 1, 1);
+        grid.attach(choice, column, 1, 1, 1);
+    };
+    add("PlanView.direction", _direction, {get("Direction.forward"), get("Direction.reverse")}, 0);
+    add("PlanView.outputs", _outputs, {"1", "2", "3"}, 1);
+    _form.attach(grid, 0, _row++, 3, 1);
 }
 
 Gtk::Label& PlanView::_addLabel(const std::string& text, int column, int width)

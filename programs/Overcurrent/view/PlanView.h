@@ -32,7 +32,7 @@ private:
     void _addRow(PlanField field, const char* unitKey);
     void _addRamp(const char* nameKey, PlanField first);
     void _addFaults();
-    void _addChoice(const char* nameKey, Gtk::ComboBoxText& choice, const std::vector<std::string>& texts);
+    void _addChoices();
     void _onEdited();
     Gtk::Entry& _prepareEntry(PlanField field);
     Gtk::Label& _addLabel(const std::string& text, int column, int width = 1);
