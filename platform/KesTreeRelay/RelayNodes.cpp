@@ -83,9 +83,9 @@ std::vector<StageDefaults> stageDefaults()
 
 void addTable(Node& stage)
 {
-    auto& table = stage.add(Node::text(StageTable,
-                                       {"Table, multiple of Is : seconds; ...", "Таблица, кратность Iуст : с; ..."},
-                                       "2:10; 5:3.5; 10:1.2"));
+    auto& table = stage.add(
+        Node::text(StageTable, {"Table, multiple of Is : seconds; ...", "Таблица, кратность Iуст : с; ..."},
+                   "2:10; 5:3.5; 10:1.2"));
     table.setValidation([](const Node::Value& value) {
         CurveTable::Pairs pairs;
         return CurveTable::read(std::get<std::string>(value), pairs);
@@ -121,16 +121,15 @@ StageNodes addStage(Node& relay, const char* id, const StageDefaults& defaults)
     auto& setting = stage.add(Node::number(StageSetting, {"Setting current Is", "Ток уставки Iуст"}, amperes,
                                            defaults.setting, defaults.leastSetting, 100.0));
     stage.add(Node::choice(StageCurve, {"Characteristic", "Характеристика"}, curves(), defaults.curve));
-    stage.add(Node::number(StageMultiplier, {"Time multiplier TMS", "Множитель времени TMS"}, {}, 1.0, 0.01,
-                           10.0));
+    stage.add(
+        Node::number(StageMultiplier, {"Time multiplier TMS", "Множитель времени TMS"}, {}, 1.0, 0.01, 10.0));
     stage.add(Node::number(StageTime, {"Definite operate time", "Независимое время срабатывания"}, seconds,
                            defaults.definiteTime, 0.01, 600.0));
     addTable(stage);
-    auto& direction = stage.add(Node::choice(StageDirection, {"Direction", "Направленность"},
-                                             {{"Non-directional", "Ненаправленная"},
-                                              {"Forward", "Вперёд"},
-                                              {"Reverse", "Назад"}},
-                                             NonDirectional));
+    auto& direction = stage.add(
+        Node::choice(StageDirection, {"Direction", "Направленность"},
+                     {{"Non-directional", "Ненаправленная"}, {"Forward", "Вперёд"}, {"Reverse", "Назад"}},
+                     NonDirectional));
     setUsages(stage);
     return {&used, &setting, &direction};
 }
@@ -198,9 +197,8 @@ void addPolarisation(Node& relay, const AllStages& stages)
                                          {"Characteristic angle", "Угол максимальной чувствительности"},
                                          {"°", "°"}, -45.0, -180.0, 180.0));
     auto& voltage = group.add(Node::number(
-        idOf(NominalVoltage),
-        {"Nominal voltage (phase to phase)", "Номинальное напряжение (междуфазное)"}, {"V", "В"}, 100.0, 10.0,
-        500.0));
+        idOf(NominalVoltage), {"Nominal voltage (phase to phase)", "Номинальное напряжение (междуфазное)"},
+        {"V", "В"}, 100.0, 10.0, 500.0));
     const auto isDirectional = [stages] {
         return std::any_of(stages.begin(), stages.end(), [](const StageNodes& stage) {
             return stage.used->getBoolean() && stage.direction->getChoice() != NonDirectional;

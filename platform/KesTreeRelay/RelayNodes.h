@@ -82,8 +82,8 @@ inline constexpr double MaximumSettingRatio = 40.0;
 /// current against the voltage of the faulted loop, below zero when the current lags.
 ///
 /// Beyond the ranges of the values: one stage at least is in use, Is of a stage in use is at most
-/// `MaximumSettingRatio` times the nominal current, and one of the two time tolerances is above zero, since no
-/// measured time hits the expected one exactly. The contacts have different inputs, and a current that is
+/// `MaximumSettingRatio` times the nominal current, and one of the two time tolerances is above zero, since
+/// no measured time hits the expected one exactly. The contacts have different inputs, and a current that is
 /// withstood for a shorter time is larger. Values of a stage that is not in use, the angle without a
 /// directional stage, and of time multiplier, definite time and table those that the curve does not need play
 /// no part, nor does the input of the start contact without it (`Node::isUsed`).

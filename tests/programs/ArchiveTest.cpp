@@ -29,6 +29,10 @@ TestResults someResults()
     results.settings[StageId::First].settingCurrent = 0.75;
     results.settings.resetTime = 3.0;
     results.settings.toleranceKind = TimeToleranceKind::AssignedError;
+    results.settings[StageId::Second].isUsed = true;
+    results.settings[StageId::Second].settingCurrent = 9.0;
+    results.settings[StageId::Second].direction = DirectionKind::ReverseOnly;
+    results.settings[StageId::Residual].table = {{1.5, 3.25}, {4.0, 1.0}};
     results.plan.multiples = {2.0, 3.1, 5.0};
     results.points = {{{Fault::A, 2.0}, MeasureState::Measured, std::chrono::microseconds(10234567)},
                       {{Fault::A, 3.1}, MeasureState::NoOperation, {}},
@@ -56,6 +60,8 @@ OvercurrentArchive someArchive()
     archive.plan.multiples = {1.7, 4.0};
     archive.plan.dropOff.dwell = 0.3;
     archive.plan.goesOn = true;
+    archive.plan.faults = {Fault::CA, Fault::N};
+    archive.plan.direction = FaultDirection::Reverse;
     archive.results = someResults();
     return archive;
 }
@@ -136,6 +142,11 @@ TEST(OvercurrentArchiveTest, RefusesWhatIsMissingOrMakesNoSense)
         {"plan.xml", "<?xml", "<!DOCTYPE plan [<!ENTITY a \"b\">]><?xml"},
         {"test-results.xml", "microseconds=\"10234567\"", "microseconds=\"999999999999\""},
         {"test-results.xml", "curve=\"standardInverse\"", "curve=\"straight\""},
+        {"test-results.xml", "fault=\"A\"", "fault=\"B\""},
+        {"test-results.xml", "table=\"1.5:3.25; 4:1\"", "table=\"1.5:3.25; 1.4:1\""},
+        {"test-results.xml", "used=\"true\"", "used=\"perhaps\""},
+        {"plan.xml", "faults=\"CA N\"", "faults=\"CA NN\""},
+        {"plan.xml", "outputsPerPhase=\"1\"", "outputsPerPhase=\"4\""},
         // Such a relay takes longer than the plan waits.
         {"test-results.xml", "timeMultiplier=\"1\"", "timeMultiplier=\"9\""},
     };
@@ -311,12 +322,16 @@ TEST(OvercurrentModelArchiveTest, ConvertsTheOlderFormInRepairModeOnly)
     // Saved again it is an archive of the present form.
 }
 
-TEST(OvercurrentModelArchiveTest, OpensTheFormerFormAsItIs)
+TEST(OvercurrentModelArchiveTest, OpensTheFormerFormsAsTheyAre)
 {
-    for (const bool repair : {false, true}) {
+    for (const auto& [name, repair] : {std::pair("former.kovc", false),
+                                       {"former.kovc", true},
+                                       {"third.kovc", false},
+                                       {"third.kovc", true}}) {
+        SCOPED_TRACE(name);
         OvercurrentModel model;
         model.signalMessage.connect([](const std::string& text) { ADD_FAILURE() << text; });
-        auto file = fileOf("former.kovc");
+        auto file = fileOf(name);
         ASSERT_TRUE(model.setDataStream(file, repair));
         EXPECT_EQ(model.getSettings(), RelaySettings());
         EXPECT_EQ(model.getPlan(), TestPlan());
@@ -330,6 +345,40 @@ TEST(OvercurrentModelArchiveTest, OpensTheFormerFormAsItIs)
         ASSERT_TRUE(again);
         EXPECT_EQ(again->results, results);
     }
+}
+
+/// One that holds other values than the defaults, and damaged ones.
+TEST(OvercurrentModelArchiveTest, TheOnlyStageOfTheThirdFormBecomesTheFirstOne)
+{
+    ArchiveHelper::DataMap data;
+    auto file = fileOf("third.kovc");
+    ASSERT_TRUE(ArchiveHelper::unpackStreamToData(file, data, ArchiveHelper::PREFIX));
+    std::map<std::string, std::string> entries;
+    for (const auto& [name, stream] : data)
+        entries[name] = textOf(*stream);
+    replace(entries.at("settings.xml"), "<value id=\"settingCurrent\">1<",
+            "<value id=\"settingCurrent\">0.25<");
+    replace(entries.at("settings.xml"), "<value id=\"nominalCurrent\">1<",
+            "<value id=\"nominalCurrent\">0.1<");
+    replace(entries.at("settings.xml"), "<value id=\"startInput\">2<", "<value id=\"startInput\">5<");
+    OvercurrentModel model;
+    auto stream = packed(entries, ArchiveHelper::PREFIX);
+    ASSERT_TRUE(model.setDataStream(stream, false));
+    RelaySettings expected;
+    expected.nominalCurrent = 0.1;
+    expected[StageId::First].settingCurrent = 0.25;
+    expected.startInput = 5;
+    EXPECT_EQ(model.getSettings(), expected);
+    EXPECT_TRUE(model.isResultStale());
+    replace(entries.at("settings.xml"), "<value id=\"startInput\">5</value>", "");
+    auto damaged = packed(entries, ArchiveHelper::PREFIX);
+    EXPECT_FALSE(model.setDataStream(damaged, false));
+    std::string said;
+    model.signalMessage.connect([&](const std::string& text) { said += text; });
+    auto repaired = packed(entries, ArchiveHelper::PREFIX);
+    EXPECT_TRUE(model.setDataStream(repaired, true));
+    EXPECT_EQ(said, "Some settings are missing in the file; check them all.");
+    EXPECT_EQ(model.getSettings()[StageId::First].settingCurrent, 0.25);
 }
 
 TEST(OvercurrentArchiveTest, AFormerPlanWithoutRoomForATolerableCurrentKeepsItsResults)

@@ -65,7 +65,8 @@ std::optional<double> readTable(const KesTree::CurveTable::Pairs& table, double 
         const auto& [lower, ofLower] = *std::next(at);
         if (multiple >= upper)
             break;
-        const double part = (std::log10(upper) - std::log10(multiple)) / (std::log10(upper) - std::log10(lower));
+        const double part =
+            (std::log10(upper) - std::log10(multiple)) / (std::log10(upper) - std::log10(lower));
         seconds = std::pow(ofUpper, 1.0 - part) * std::pow(ofLower, part);
         if (multiple >= lower)
             break;
@@ -182,7 +183,8 @@ KesTree::CurveTable::Pairs drawTable(std::mt19937& random)
 {
     KesTree::CurveTable::Pairs table{{1.02, draw(random, 5.0, 20.0)}};
     for (int i = 0; i < 4; ++i)
-        table.push_back({table.back().multiple * draw(random, 1.3, 3.0), table.back().seconds * draw(random, 0.3, 1.0)});
+        table.push_back(
+            {table.back().multiple * draw(random, 1.3, 3.0), table.back().seconds * draw(random, 0.3, 1.0)});
     return table;
 }
 
@@ -294,8 +296,7 @@ double ModelRelay::getMultiple(std::size_t stage, const KesDriver::OutputState& 
     const auto counts = [&](double ofCurrent, double ofVoltage) {
         if (own.direction == DirectionKind::NonDirectional)
             return true;
-        const bool isForward =
-            std::fabs(lead(ofCurrent, ofVoltage + settings.characteristicAngle)) < 90.0;
+        const bool isForward = std::fabs(lead(ofCurrent, ofVoltage + settings.characteristicAngle)) < 90.0;
         return (isForward == (own.direction == DirectionKind::ForwardOnly)) != error.isInverted;
     };
     double seen = 0.0;
@@ -366,7 +367,8 @@ void ModelRelayObject::reset(KesDriver::DeviceTime time)
 
 bool ModelRelayObject::_isPickedUp() const
 {
-    return std::any_of(_elements.begin(), _elements.end(), [](const Element& element) { return element.isPickedUp; });
+    return std::any_of(_elements.begin(), _elements.end(),
+                       [](const Element& element) { return element.isPickedUp; });
 }
 
 void ModelRelayObject::applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime time)

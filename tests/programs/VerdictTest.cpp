@@ -34,9 +34,9 @@ TestResults measure(const ModelRelay& relay)
         return results;
     const auto find = [&](const Ramp& ramp, auto hasChanged) {
         const auto multiples = ramp.getMultiples();
-        const auto found =
-            std::find_if(multiples.begin(), multiples.end(),
-                         [&](double multiple) { return hasChanged(outputsOfRamp(relay, multiple)); });
+        const auto found = std::find_if(multiples.begin(), multiples.end(), [&](double multiple) {
+            return hasChanged(outputsOfRamp(relay, multiple));
+        });
         return found == multiples.begin() || found == multiples.end()
                    ? RampResult{MeasureState::NoOperation}
                    : RampResult{MeasureState::Measured, *found, *std::prev(found)};
@@ -84,8 +84,9 @@ std::string describe(const TestResults& results)
     std::string text;
     for (const auto& point : results.points) {
         const auto evaluated = Evaluation::evaluate(results, point);
-        text += Faults::wordOf(point.fault) + " " + std::to_string(point.multiple) + ": " + std::to_string(evaluated.measured.value_or(-1.0)) +
-                " of " + std::to_string(evaluated.earliest) + " to " + std::to_string(evaluated.latest) +
+        text += Faults::wordOf(point.fault) + " " + std::to_string(point.multiple) + ": " +
+                std::to_string(evaluated.measured.value_or(-1.0)) + " of " +
+                std::to_string(evaluated.earliest) + " to " + std::to_string(evaluated.latest) +
                 (evaluated.isPassed ? "\n" : " FAILED\n");
     }
     for (const auto& ramp : {results.pickUp, results.dropOff})
@@ -110,7 +111,8 @@ int countWrong(int count, const Draw& draw, Make make, Verdict right)
         if (Evaluation::verdict(results) == right)
             continue;
         ++wrong;
-        ADD_FAILURE() << "relay " << i << ", curve " << relay.settings[StageId::First].curve << "\n" << describe(results);
+        ADD_FAILURE() << "relay " << i << ", curve " << relay.settings[StageId::First].curve << "\n"
+                      << describe(results);
     }
     return wrong;
 }
@@ -145,8 +147,8 @@ TEST(VerdictTest, TheRunMeasuresWhatTheRelayDoes)
         const auto results = run(relay);
         ASSERT_EQ(results.points.size(), relay.plan.countPoints()) << i;
         for (const auto& point : results.points)
-            EXPECT_NEAR(static_cast<double>(point.time.count()), *relay.getTime(outputsOf(relay, point)) * 1e6,
-                        1.0)
+            EXPECT_NEAR(static_cast<double>(point.time.count()),
+                        *relay.getTime(outputsOf(relay, point)) * 1e6, 1.0)
                 << i;
         if (!relay.settings.hasRamps())
             continue;

@@ -83,7 +83,9 @@ std::string wordOf(Fault fault)
 std::optional<Fault> find(const std::string& word)
 {
     const auto found = std::find(std::begin(words), std::end(words), word);
-    return found == std::end(words) ? std::nullopt : std::optional(allFaults[static_cast<std::size_t>(found - std::begin(words))]);
+    return found == std::end(words)
+               ? std::nullopt
+               : std::optional(allFaults[static_cast<std::size_t>(found - std::begin(words))]);
 }
 
 std::string nameOf(Fault fault)

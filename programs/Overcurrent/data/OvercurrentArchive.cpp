@@ -109,9 +109,9 @@ bool isComplete(const std::string& settings, ArchiveForm form)
 {
     const auto holdsIt = [&](const char* id) { return holds(settings, id); };
     constexpr const char* ofSecond[] = {NominalCurrent, TolerancePercent, ToleranceMilliseconds};
-    constexpr const char* ofThird[] = {"toleranceKind",       "currentTolerance",   "tripInput",
-                                       "rampContact",         "startInput",         "debounce",
-                                       "resetTime",           "continuousWithstand", "tenSecondWithstand",
+    constexpr const char* ofThird[] = {"toleranceKind",     "currentTolerance",    "tripInput",
+                                       "rampContact",       "startInput",          "debounce",
+                                       "resetTime",         "continuousWithstand", "tenSecondWithstand",
                                        "oneSecondWithstand"};
     return std::all_of(std::begin(formerStageIds), std::end(formerStageIds), holdsIt) &&
            std::all_of(std::begin(ofSecond), std::end(ofSecond), holdsIt) &&
@@ -124,8 +124,8 @@ std::string convertSettings(const std::string& text, ArchiveForm form)
 {
     const auto moved = moveIntoStage(text);
     const auto relay = overcurrentStage();
-    const bool isConverted = isComplete(moved, form) && RelaySettings().putInto(*relay) &&
-                             relay->deserialize(moved, false);
+    const bool isConverted =
+        isComplete(moved, form) && RelaySettings().putInto(*relay) && relay->deserialize(moved, false);
     return isConverted ? relay->serialize() : moved;
 }
 
@@ -167,7 +167,8 @@ OvercurrentArchive takeIntactParts(const ArchiveEntries& entries)
     };
     OvercurrentArchive archive;
     archive.settings = entries.get(ArchiveEntries::settings);
-    const bool isFormer = told ? *told != ArchiveForm::Present : !holds(archive.settings, OvercurrentStages[0]);
+    const bool isFormer =
+        told ? *told != ArchiveForm::Present : !holds(archive.settings, OvercurrentStages[0]);
     const auto likely = holds(archive.settings, "currentInput") ? ArchiveForm::Third : ArchiveForm::Second;
     if (isFormer)
         archive.settings = convertSettings(archive.settings, told.value_or(likely));

@@ -18,12 +18,15 @@ using KesMeasure::XmlAttributes;
 
 using namespace KesTree::RelayNodes;
 
-constexpr std::pair<const char*, CurveKind> curves[] = {
-    {"standardInverse", StandardInverse},   {"veryInverse", VeryInverse},
-    {"extremelyInverse", ExtremelyInverse}, {"longTimeInverse", LongTimeInverse},
-    {"definiteTime", DefiniteTimeCurve},    {"ieeeModeratelyInverse", IeeeModeratelyInverse},
-    {"ieeeVeryInverse", IeeeVeryInverse},   {"ieeeExtremelyInverse", IeeeExtremelyInverse},
-    {"table", TableCurve}};
+constexpr std::pair<const char*, CurveKind> curves[] = {{"standardInverse", StandardInverse},
+                                                        {"veryInverse", VeryInverse},
+                                                        {"extremelyInverse", ExtremelyInverse},
+                                                        {"longTimeInverse", LongTimeInverse},
+                                                        {"definiteTime", DefiniteTimeCurve},
+                                                        {"ieeeModeratelyInverse", IeeeModeratelyInverse},
+                                                        {"ieeeVeryInverse", IeeeVeryInverse},
+                                                        {"ieeeExtremelyInverse", IeeeExtremelyInverse},
+                                                        {"table", TableCurve}};
 
 constexpr std::pair<const char*, DirectionKind> stageDirections[] = {
     {"none", NonDirectional}, {"forward", ForwardOnly}, {"reverse", ReverseOnly}};
@@ -285,7 +288,8 @@ std::optional<RelaySettings> readSettings(const xmlpp::Element& element, Archive
         readFormerStage(attributes, settings[StageId::First]);
     }
     const bool areStagesRead = form != ArchiveForm::Present || readStages(element, settings);
-    return areStagesRead && attributes.isGood() && isSensible(settings) ? std::optional(settings) : std::nullopt;
+    return areStagesRead && attributes.isGood() && isSensible(settings) ? std::optional(settings)
+                                                                        : std::nullopt;
 }
 
 } // namespace Overcurrent::PlanXml

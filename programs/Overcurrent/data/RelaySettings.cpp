@@ -67,8 +67,7 @@ RelaySettings RelaySettings::fromNode(const KesTree::Node& relay)
     RelaySettings settings;
     settings.nominalCurrent = number(Nodes::NominalCurrent);
     for (const auto stage : allStages)
-        settings[stage] =
-            readStage(*relay.find(Nodes::OvercurrentStages[static_cast<std::size_t>(stage)]));
+        settings[stage] = readStage(*relay.find(Nodes::OvercurrentStages[static_cast<std::size_t>(stage)]));
     settings.characteristicAngle = number(Nodes::CharacteristicAngle);
     settings.nominalVoltage = number(Nodes::NominalVoltage);
     settings.toleranceKind = static_cast<TimeToleranceKind>(relay.find(Nodes::ToleranceKind)->getChoice());

@@ -41,13 +41,19 @@ std::string bandText(const Evaluation::Point& point)
     return fixed(point.earliest, decimals) + "\u00A0\u2026\u00A0" + fixed(point.latest, decimals);
 }
 
-/// With several faults it says with which one it has been measured.
+/// With several faults or stages it says with which fault it has been measured, and whose value it is.
 std::string rampName(const char* nameKey, const TestResults* results)
 {
-    if (!results || results->plan.faults.size() < 2)
+    const auto isUsed = [](const Stage& stage) { return stage.isUsed; };
+    if (!results ||
+        (results->plan.faults.size() < 2 &&
+         std::count_if(results->settings.stages.begin(), results->settings.stages.end(), isUsed) < 2))
         return get(nameKey);
+    const auto faultCase = results->plan.getRampCase();
+    const auto stage = StageTimes::firstToPickUp(results->settings, faultCase);
     return Kes::StringHelper::format(get("Results.withFault"), std::string(get(nameKey)),
-                                     Faults::nameOf(results->plan.faults.front()));
+                                     Faults::nameOf(faultCase.fault),
+                                     stage ? SettingsSummary::nameOf(*stage) : std::string());
 }
 
 ResultTable::Value rampValue(const char* nameKey, const TestResults* results,
@@ -66,9 +72,9 @@ ResultTable::Value rampValue(const char* nameKey, const TestResults* results,
 
 const std::vector<ResultTable::Column>& columns()
 {
-    static constexpr const char* names[] = {"number",   "fault",     "multiple",         "current",   "stage",
-                                            "expected", "measured",  "deviation",        "deviationPercent",
-                                            "tolerance", "verdict"};
+    static constexpr const char* names[] = {
+        "number",   "fault",     "multiple",         "current",   "stage",  "expected",
+        "measured", "deviation", "deviationPercent", "tolerance", "verdict"};
     static constexpr const char* words[] = {"fault", "stage", "verdict"};
     const auto isWord = [](const std::string& name) {
         return std::find(std::begin(words), std::end(words), name) != std::end(words);
@@ -87,7 +93,8 @@ ResultTable::Row createRow(const TestResults& results, const PointResult& point,
     const auto evaluated = Evaluation::evaluate(results, point);
     const std::string none = get("Results.notYet");
     return {{std::to_string(number), Faults::nameOf(point.fault), multiple(point.multiple),
-             amperes(evaluated.current), SettingsSummary::nameOf(evaluated.stage), fixed(evaluated.expected, 3), evaluated.measured ? fixed(*evaluated.measured, 3) : none,
+             amperes(evaluated.current), SettingsSummary::nameOf(evaluated.stage),
+             fixed(evaluated.expected, 3), evaluated.measured ? fixed(*evaluated.measured, 3) : none,
              evaluated.deviation ? withSign(*evaluated.deviation, 3) : none,
              evaluated.deviationPercent ? withSign(*evaluated.deviationPercent, 2) : none,
              bandText(evaluated), stateText(point.state, evaluated.isPassed)},

@@ -90,10 +90,9 @@ std::vector<Line> describe(const RelaySettings& settings)
             lines.push_back({format(get("Settings.curveOf"), nameOf(stage)), curveText(settings[stage])});
         }
     if (settings.isDirectional())
-        lines.push_back(
-            {get("Settings.directional"), format(get("Settings.directionalValue"),
-                                                 shortest(settings.characteristicAngle),
-                                                 shortest(settings.nominalVoltage))});
+        lines.push_back({get("Settings.directional"),
+                         format(get("Settings.directionalValue"), shortest(settings.characteristicAngle),
+                                shortest(settings.nominalVoltage))});
     const bool isAssigned = settings.toleranceKind == TimeToleranceKind::AssignedError;
     lines.push_back({get("Settings.tolerance"),
                      format(get(isAssigned ? "Settings.assignedError" : "Settings.toleranceValue"),

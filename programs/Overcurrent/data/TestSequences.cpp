@@ -84,8 +84,8 @@ OutputStep rampStep(const RelaySettings& settings, const TestPlan& plan, double 
 {
     const auto faultCase = plan.getRampCase();
     const double amperes = multiple * StageTimes::pickUpCurrent(settings, faultCase);
-    return stepUntil(settings, outputs(settings, plan, faultCase.fault, amperes), seconds, settings.getRampInput(),
-                     isClosed);
+    return stepUntil(settings, outputs(settings, plan, faultCase.fault, amperes), seconds,
+                     settings.getRampInput(), isClosed);
 }
 
 /// The latest trip of the stage that picks up first, at a multiple of its Is: no shorter than a healthy relay
@@ -93,8 +93,8 @@ OutputStep rampStep(const RelaySettings& settings, const TestPlan& plan, double 
 double longestTrip(const RelaySettings& settings, const TestPlan& plan, double multiple)
 {
     const auto faultCase = plan.getRampCase();
-    const double share = StageTimes::pickUpCurrent(settings, faultCase) /
-                         StageTimes::referenceCurrent(settings, faultCase);
+    const double share =
+        StageTimes::pickUpCurrent(settings, faultCase) / StageTimes::referenceCurrent(settings, faultCase);
     return pointLimit(settings, plan, {faultCase.fault, multiple * share});
 }
 
@@ -156,8 +156,7 @@ KesDriver::OutputState outputs(const RelaySettings& settings, const TestPlan& pl
 
 OutputSequence point(const RelaySettings& settings, const TestPlan& plan, const PlannedPoint& point)
 {
-    const double amperes =
-        point.multiple * StageTimes::referenceCurrent(settings, plan.caseOf(point.fault));
+    const double amperes = point.multiple * StageTimes::referenceCurrent(settings, plan.caseOf(point.fault));
     return {stepUntil(settings, outputs(settings, plan, point.fault, amperes),
                       pointLimit(settings, plan, point), settings.tripInput, true)};
 }
@@ -180,8 +179,8 @@ OutputSequence pickUp(const RelaySettings& settings, const TestPlan& plan,
                       const std::vector<double>& multiples)
 {
     OutputSequence sequence;
-    addSteps(sequence, settings, plan, multiples, closingTime(settings, plan, plan.pickUp.to, plan.pickUp.dwell),
-             true);
+    addSteps(sequence, settings, plan, multiples,
+             closingTime(settings, plan, plan.pickUp.to, plan.pickUp.dwell), true);
     return sequence;
 }
 
@@ -189,10 +188,11 @@ OutputSequence dropOff(const RelaySettings& settings, const TestPlan& plan,
                        const std::vector<double>& multiples)
 {
     const double from = plan.dropOff.from;
-    OutputSequence sequence{rampStep(settings, plan, from, closingTime(settings, plan, from, startTime), true)};
+    OutputSequence sequence{
+        rampStep(settings, plan, from, closingTime(settings, plan, from, startTime), true)};
     // A contact that opens late would be seen to open at a step further down.
-    addSteps(sequence, settings, plan, multiples, std::max(plan.dropOff.dwell, settings.resetTime + contactTime),
-             false);
+    addSteps(sequence, settings, plan, multiples,
+             std::max(plan.dropOff.dwell, settings.resetTime + contactTime), false);
     return sequence;
 }
 

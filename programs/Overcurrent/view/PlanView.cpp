@@ -88,8 +88,8 @@ void PlanView::_addChoices()
 {
     auto& grid = *Gtk::manage(new Gtk::Grid());
     grid.get_style_context()->add_class("plan-choices");
-    const auto add = [&](const std::string& key, Gtk::ComboBoxText& choice, const std::vector<std::string>& texts,
-                         int column) {
+    const auto add = [&](const std::string& key, Gtk::ComboBoxText& choice,
+                         const std::vector<std::string>& texts, int column) {
         auto& label = makeLabel(get(key));
         for (const auto& text : texts)
             choice.append(text);

@@ -113,8 +113,8 @@ double largestPhase(const Inputs& inputs, const Stage& stage, double characteris
     for (std::size_t i = 0; i < inputs.currents.size(); ++i) {
         // A quarter of a turn behind the phase's own voltage.
         const auto across = inputs.voltages[(i + 1) % 3] - inputs.voltages[(i + 2) % 3];
-        largest = std::max(largest, directed(inputs.currents[i], across * Complex(0.0, 1.0), stage,
-                                             characteristicAngle));
+        largest = std::max(
+            largest, directed(inputs.currents[i], across * Complex(0.0, 1.0), stage, characteristicAngle));
     }
     return largest;
 }
