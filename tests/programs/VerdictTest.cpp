@@ -1,5 +1,6 @@
 #include "ModelRelay.h"
 
+#include <Overcurrent/bench/BenchRelay.h>
 #include <Overcurrent/data/Evaluation.h>
 #include <Overcurrent/run/TestRun.h>
 
@@ -47,7 +48,8 @@ TestResults measure(const ModelRelay& relay)
 }
 
 /// The same on a simulated bench, in full.
-TestResults runAt(double speed, const ModelRelay& relay)
+TestResults runAt(double speed, const ModelRelay& relay,
+                  std::shared_ptr<KesDriver::ISimulatedTestObject> object)
 {
     const auto& plan = relay.plan;
     struct Collector : ITestRunListener {
@@ -59,7 +61,7 @@ TestResults runAt(double speed, const ModelRelay& relay)
     };
     const auto device = std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 7));
     EXPECT_TRUE(device->setSpeed(speed));
-    device->connectTestObject(std::make_shared<ModelRelayObject>(relay));
+    device->connectTestObject(std::move(object));
     const KesDevice::Kesto::Address address({10, 0, 0, 1});
     KesDriver::SimulatedNetwork network;
     network.add(address, device);
@@ -76,7 +78,7 @@ TestResults runAt(double speed, const ModelRelay& relay)
 
 TestResults run(const ModelRelay& relay)
 {
-    return runAt(100000, relay);
+    return runAt(100000, relay, std::make_shared<ModelRelayObject>(relay));
 }
 
 std::string describe(const TestResults& results)
@@ -160,6 +162,28 @@ TEST(VerdictTest, TheRunMeasuresWhatTheRelayDoes)
     }
 }
 
+/// The relay of the simulated bench, which a user sees, with stages and faults of any kind.
+TEST(VerdictTest, TheBenchRelayPasses)
+{
+    std::mt19937 random(seed + 2);
+    for (int i = 0; i < 40; ++i) {
+        auto relay = ModelRelay::healthyStages(random);
+        auto& settings = relay.settings;
+        auto& plan = relay.plan;
+        settings.toleranceMilliseconds = 30.0;
+        settings.tolerancePercent = 5.0;
+        settings.currentTolerancePercent = 2.0;
+        settings.debounceMilliseconds = 5.0;
+        if (i % 2) {
+            const bool isResidual = settings[StageId::Residual].isUsed && random() % 2;
+            plan.faults = {isResidual ? Fault::N : allFaults[random() % 3]};
+            plan.outputsPerPhase = 2 + static_cast<unsigned>(random() % 2);
+        }
+        const auto results = runAt(100000, relay, makeBenchRelay(settings, plan));
+        EXPECT_EQ(Evaluation::verdict(results), Verdict::Passed) << i << "\n" << describe(results);
+    }
+}
+
 /// At a speed at which the device's clock hardly moves between two steps: a disk that is still on its way
 /// back would arrive too early.
 TEST(VerdictTest, ADiskHasTheTimeToReset)
@@ -169,6 +193,6 @@ TEST(VerdictTest, ADiskHasTheTimeToReset)
     relay.settings.resetTime = relay.reset = 5.0;
     relay.settings.rampContact = RampContactKind::NoRamps;
     relay.plan.multiples = {10.0, 2.0, 10.0};
-    const auto results = runAt(100, relay);
+    const auto results = runAt(100, relay, std::make_shared<ModelRelayObject>(relay));
     EXPECT_EQ(Evaluation::verdict(results), Verdict::Passed) << describe(results);
 }
