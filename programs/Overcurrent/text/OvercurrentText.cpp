@@ -7,8 +7,8 @@ namespace lng::Overcurrent {
 namespace {
 
 constexpr Kes::TextTable table({
-    {"Program.summary", "Tests an inverse-time overcurrent relay with a KESTO device.",
-     "Проверка реле максимального тока с зависимой выдержкой времени с помощью устройства КЕСТО."},
+    {"Program.summary", "Tests an overcurrent relay with a KESTO device.",
+     "Проверка реле максимального тока с помощью устройства КЕСТО."},
 
     {"Summary.noResults", "settings and plan", "уставки и план проверки"},
 
