@@ -111,7 +111,8 @@ public:
                      std::function<std::string(const std::string&)> read);
 
     /// Tells whether the value plays a part with the present values of the other nodes; without it, it does.
-    /// A value without a part is still checked and stored, but shown as out of use.
+    /// A value without a part is still checked and stored, but shown as out of use; a group is folded when a
+    /// form opens.
     void setUsage(std::function<bool()> usage);
     bool isUsed() const;
 

@@ -104,6 +104,7 @@ void setUsages(Node& stage)
 {
     const auto* used = stage.find(StageUsed);
     const auto* curve = stage.find(StageCurve);
+    stage.setUsage([used] { return used->getBoolean(); });
     const auto use = [&](const char* id, auto needs) {
         stage.find(id)->setUsage([=] { return used->getBoolean() && needs(curve->getChoice()); });
     };
@@ -204,6 +205,7 @@ void addPolarisation(Node& relay, const AllStages& stages)
             return stage.used->getBoolean() && stage.direction->getChoice() != NonDirectional;
         });
     };
+    group.setUsage(isDirectional);
     angle.setUsage(isDirectional);
     voltage.setUsage(isDirectional);
 }
