@@ -179,6 +179,11 @@ TEST(FaultTest, RefusesWhatCannotBeWiredOrSeen)
              plan.faults = {Fault::N};
              settings[StageId::Residual].isUsed = false;
          }},
+        {"At 1.5 x Is no stage operates with fault BC",
+         [](RelaySettings& settings, TestPlan& plan) {
+             plan.faults = {Fault::BC};
+             settings[StageId::First].curve = CurveKind::TableCurve;
+         }},
         {"No stage in use sees fault A",
          [](RelaySettings& settings, TestPlan& plan) {
              plan.direction = FaultDirection::Reverse;

@@ -133,8 +133,9 @@ Result checkStages(const RelaySettings& settings, const TestPlan& plan)
 Result checkTimes(const RelaySettings& settings, const TestPlan& plan, const PlannedPoint& point)
 {
     const auto band = TimeBand::at(settings, plan.caseOf(point.fault), point.multiple);
+    // Below the first pair of a table.
     if (!band)
-        return refuse("Plan.belowSetting", shortest(point.multiple));
+        return refuse("Plan.noStageAt", shortest(point.multiple), Faults::nameOf(point.fault));
     if (!band->latest)
         return refuse("Plan.withinCurrentTolerance", shortest(point.multiple),
                       shortest(settings.currentTolerancePercent));

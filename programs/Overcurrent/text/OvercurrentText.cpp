@@ -54,6 +54,8 @@ constexpr Kes::TextTable table({
     {"Plan.oneInput",
      "With outputs in parallel one input of the relay is wired only: it cannot be both %s and %s.",
      "При параллельном соединении выходов подключён один вход реле: это не могут быть и %s, и %s."},
+    {"Plan.noStageAt", "At %s x Is no stage operates with fault %s.",
+     "При %s x Iуст ни одна ступень не срабатывает при КЗ %s."},
     {"Plan.noStage", "No stage in use sees fault %s in this direction.",
      "Ни одна введённая ступень не реагирует на КЗ %s этого направления."},
     {"Plan.range", "%s is %s, but must lie between %s and %s.", "%s: значение %s, допускается от %s до %s."},
