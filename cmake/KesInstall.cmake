@@ -11,7 +11,7 @@ list(REMOVE_DUPLICATES folders)
 foreach(folder IN LISTS folders)
     if(NOT folder MATCHES "/KesDevice/view$")
         install(DIRECTORY ${folder} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kesprogram
-            FILES_MATCHING PATTERN "*.h" PATTERN "*.inl" PATTERN "detail" EXCLUDE)
+            FILES_MATCHING PATTERN "*.h" PATTERN "*.inl" PATTERN "detail" EXCLUDE PATTERN "late" EXCLUDE)
     endif()
 endforeach()
 

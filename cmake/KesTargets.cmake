@@ -26,6 +26,7 @@ function(kes_library name)
     file(${glob} sources CONFIGURE_DEPENDS ${ARG_ROOT}/${ARG_FOLDER}/*.cpp)
     file(GLOB details CONFIGURE_DEPENDS ${ARG_ROOT}/${ARG_FOLDER}/detail/*.cpp)
     list(APPEND sources ${details})
+    list(FILTER sources EXCLUDE REGEX "/late/")
     list(REMOVE_DUPLICATES sources)
     if(NOT sources)
         file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp "")
@@ -48,6 +49,26 @@ function(kes_library name)
     endif()
     set_property(GLOBAL APPEND PROPERTY KES_LIBRARIES ${name})
     set_property(GLOBAL APPEND PROPERTY KES_HEADER_FOLDERS ${ARG_ROOT}/${ARG_FOLDER})
+endfunction()
+
+# kes_late_library(<name> FOLDER <dir> LINKS <targets>...): one that its folder's library loads when it is first
+# needed (KesCommon/LateLibrary.h); programs and other libraries do not link it.
+function(kes_late_library name)
+    cmake_parse_arguments(ARG "" "FOLDER" "LINKS" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${ARG_FOLDER}/*.cpp)
+    add_library(${name} SHARED ${sources})
+    set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN"
+        VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS})
+    target_precompile_headers(${name} REUSE_FROM KesPrecompiled)
+    install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} NAMELINK_SKIP)
+    set_property(GLOBAL APPEND PROPERTY KES_LATE_LIBRARIES ${name})
+endfunction()
+
+# They are built before the program that may load them.
+function(kes_needs_late_libraries name)
+    get_property(late GLOBAL PROPERTY KES_LATE_LIBRARIES)
+    add_dependencies(${name} ${late})
 endfunction()
 
 # kes_program(<name> FOLDER <dir> LINKS <targets>...)

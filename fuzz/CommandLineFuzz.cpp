@@ -28,7 +28,7 @@ void checkPath(const std::string& path)
 
 void check(const CommandLine& line)
 {
-    for (const auto& path : {line.file, line.save, line.report, line.screenshot})
+    for (const auto& path : {line.file, line.save, line.report, line.results, line.screenshot})
         checkPath(path);
     require(line.speed > 0.0 && line.speed < 1e6, "the speed is one that can be run with");
 }

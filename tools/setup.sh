@@ -1,11 +1,12 @@
 # Sourced by run and test: installs what is needed on Debian 12, and builds.
 
-build_packages="build-essential cmake ninja-build pkg-config python3 weasyprint libgtkmm-3.0-dev libxml++2.6-dev
+build_packages="build-essential cmake ninja-build pkg-config python3 libgtkmm-3.0-dev libxml++2.6-dev
     libarchive-dev libxslt1-dev libavahi-client-dev libavahi-glib-dev"
-run_packages="librsvg2-common adwaita-icon-theme fonts-dejavu-core at-spi2-core"
+# weasyprint prints reports as PDF and, in the build, the help.
+run_packages="weasyprint librsvg2-common adwaita-icon-theme fonts-dejavu-core at-spi2-core"
 headless_packages="xvfb xauth x11-utils openbox dbus-daemon"
 test_packages="libgtest-dev libgmock-dev libbenchmark-dev xdotool imagemagick python3-gi locales
-    unzip python3-pyvisa python3-pyvisa-py lxi-tools avahi-daemon avahi-utils iproute2"
+    unzip poppler-utils python3-pyvisa python3-pyvisa-py lxi-tools avahi-daemon avahi-utils iproute2"
 fuzz_packages="clang libclang-rt-14-dev"
 
 # ensure_packages PACKAGE...: installs those that are missing, as root or with sudo; else says which and ends.

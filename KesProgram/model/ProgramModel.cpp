@@ -120,6 +120,16 @@ KesTree::Node* ProgramModel::getTestObject()
     return nullptr;
 }
 
+Kes::Result ProgramModel::checkResultsFile(const std::string&)
+{
+    return Kes::Result::failure(lng::Program::get("Error.noResults"));
+}
+
+Kes::Result ProgramModel::writeResults(const std::string& path)
+{
+    return checkResultsFile(path);
+}
+
 std::string ProgramModel::createReport()
 {
     return {};

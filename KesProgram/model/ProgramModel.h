@@ -2,6 +2,7 @@
 
 #include <KesCommon/Connection.h>
 #include <KesCommon/Export.h>
+#include <KesCommon/Result.h>
 #include <KesCommon/Signal.h>
 #include <KesCommon/WaitCondition.h>
 #include <KesCommon/Worker.h>
@@ -110,6 +111,11 @@ public:
     virtual KesTree::Node* getTestObject();
     /// Writes the report and returns its path; empty: there is none.
     virtual std::string createReport();
+    /// Whether `writeResults` knows what a file of that name is to hold; the failure can be shown to the
+    /// user: there are no results for other programs.
+    virtual Kes::Result checkResultsFile(const std::string& path);
+    /// Writes the results for other programs, whole or not at all; as `checkResultsFile`.
+    virtual Kes::Result writeResults(const std::string& path);
 
 protected:
     /// The hardware configuration is new or has changed (null: at `init`). On the changing thread; nothing.

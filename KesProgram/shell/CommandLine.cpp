@@ -79,7 +79,14 @@ public:
              {"en|ru", "en|ru"}, language);
         _add("run", {"Start the test once the window is open", "Начать проверку, когда окно открыто"}, run);
         _addFile("save", {"Save the archive", "Сохранить архив"}, file, save);
-        _addFile("report", {"Write the report", "Записать протокол"}, file, report);
+        _addFile("report",
+                 {"Write the report; test programs make PDF of a name that ends in .pdf",
+                  "Записать протокол; если имя оканчивается на .pdf, программы проверки создают PDF"},
+                 file, report);
+        _addFile("results",
+                 {"Write the results as a table (.csv), as data (.json) or as test cases (.xml, JUnit)",
+                  "Записать результаты таблицей (.csv), данными (.json) или отчётом о тестах (.xml, JUnit)"},
+                 file, results);
         _addFile("screenshot", {"Write a picture (PNG) of the window", "Записать снимок окна (PNG)"}, file,
                  screenshot);
         _add("speed", {"Speed factor of the simulated bench", "Ускорение имитируемого стенда"}, {"N", "N"},
@@ -103,6 +110,7 @@ public:
     /// The last one counts.
     std::vector<std::string> save;
     std::vector<std::string> report;
+    std::vector<std::string> results;
     std::vector<std::string> screenshot;
     std::vector<std::string> files;
     bool run = false;
@@ -155,7 +163,8 @@ std::variant<CommandLine, std::string> convert(const Options& options)
         return refuse({"Only one file can be opened; \"%s\" is one too many.",
                        "Можно открыть только один файл; \"%s\" - лишний."},
                       options.files[1]);
-    for (const auto* paths : {&options.files, &options.save, &options.report, &options.screenshot})
+    for (const auto* paths :
+         {&options.files, &options.save, &options.report, &options.results, &options.screenshot})
         if (std::find(paths->begin(), paths->end(), std::string()) != paths->end())
             return lng::choose({"The name of a file is empty.", "Имя файла пусто."});
     if (!options.speed.empty()) {
@@ -174,6 +183,7 @@ std::variant<CommandLine, std::string> convert(const Options& options)
     line.run = options.run;
     line.save = absolute(options.save);
     line.report = absolute(options.report);
+    line.results = absolute(options.results);
     line.screenshot = absolute(options.screenshot);
     line.quit = options.quit;
     line.version = options.version;
@@ -184,7 +194,7 @@ std::variant<CommandLine, std::string> convert(const Options& options)
 
 bool CommandLine::isUnattended() const
 {
-    return run || quit || !save.empty() || !report.empty() || !screenshot.empty();
+    return run || quit || !save.empty() || !report.empty() || !results.empty() || !screenshot.empty();
 }
 
 std::variant<CommandLine, std::string> CommandLine::parse(int argc, char** argv,

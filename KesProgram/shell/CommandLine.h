@@ -16,10 +16,11 @@ struct KES_EXPORT CommandLine {
     std::string file;
     /// Start the test once the window is open.
     bool run = false;
-    /// Where to put archive, report and picture of the window, when the run has ended, or at once without
-    /// one.
+    /// Where to put archive, report, results for other programs and picture of the window, when the run has
+    /// ended, or at once without one.
     std::string save;
     std::string report;
+    std::string results;
     std::string screenshot;
     /// Close the program when all that is done.
     bool quit = false;

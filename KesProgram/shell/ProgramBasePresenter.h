@@ -89,7 +89,7 @@ public:
     /// Opens the window of the test object; nothing when it is open or the program has no test object.
     void requestTestObject();
     /// Builds the report and opens it with the desktop's application; a failure is shown.
-    void requestReport();
+    virtual void requestReport();
     /// Closes the program as the window's close button does. Nothing before the first `open` and while
     /// a question of the closing is open; while a dialog of the shell is open, once that has been closed;
     /// while a test that was stopped still runs, asks once more. What a step throws reaches the caller, and

@@ -164,7 +164,12 @@ bool UnattendedRun::_lookForEnd()
 
 void UnattendedRun::_onWindowShown()
 {
-    if (!_openFile()) {
+    const auto& results = _commandLine.results;
+    if (const auto result = results.empty() ? Kes::Result(true) : _model.checkResultsFile(results); !result) {
+        tell(Kes::ObjectErrorHelper::toDisplayString({result.getError()}));
+        _status = NotStarted;
+        _complete();
+    } else if (!_openFile()) {
         _addFailure();
         _complete();
     } else if (_commandLine.run && !_isTerminating) {
@@ -241,22 +246,26 @@ void UnattendedRun::_stopWanted()
 void UnattendedRun::_writeFiles()
 {
     _phase = Phase::Writing;
-    _write(_commandLine.save, &UnattendedRun::_save);
-    _write(_commandLine.report, &UnattendedRun::_report);
+    _writeData();
     if (_commandLine.screenshot.empty())
         _complete();
     else
         _whenDrawn(&UnattendedRun::_takeScreenshot);
 }
 
+void UnattendedRun::_writeData()
+{
+    _write(_commandLine.save, &UnattendedRun::_save);
+    _write(_commandLine.report, &UnattendedRun::_report);
+    _write(_commandLine.results, &UnattendedRun::_results);
+}
+
 UnattendedRun::Status UnattendedRun::endWithoutDisplay()
 {
     if (_phase == Phase::Testing)
         _status = Stopped;
-    if (_phase == Phase::Testing || _phase == Phase::Writing) {
-        _write(_commandLine.save, &UnattendedRun::_save);
-        _write(_commandLine.report, &UnattendedRun::_report);
-    }
+    if (_phase == Phase::Testing || _phase == Phase::Writing)
+        _writeData();
     return _status == Success ? Failure : _status;
 }
 
@@ -327,6 +336,11 @@ Kes::Result UnattendedRun::_report()
     if (contents.empty())
         return Kes::Result::failure(FileManagerLocalization::fileCreateError());
     return Kes::writeWholeFile(_commandLine.report, contents);
+}
+
+Kes::Result UnattendedRun::_results()
+{
+    return _model.writeResults(_commandLine.results);
 }
 
 Kes::Result UnattendedRun::_screenshot()

@@ -20,13 +20,14 @@ namespace KesProgram {
 class ProgramBasePresenter;
 class ProgramModel;
 
-/// Does what the command line asks for without a user: opens the file, runs the test, writes archive, report
-/// and picture, and closes the program.
+/// Does what the command line asks for without a user: opens the file, runs the test, writes archive, report,
+/// results and picture, and closes the program.
 ///
 /// Without a file it begins with a new document, whatever was open last. Until all is done, messages go to
 /// standard error and questions get their declining answer; afterwards, without "--quit", the window is the
 /// user's. A test that was not started writes no files; one that was stopped or ended by a fault writes what
-/// it has measured. Whatever fails, throws or ends the program meanwhile, the run comes to its end with a
+/// it has measured. Results that the program cannot write keep it from starting: nobody wants to hear of that
+/// after hours. Whatever fails, throws or ends the program meanwhile, the run comes to its end with a
 /// status that says so.
 ///
 /// Owned by `ProgramMain`; lives while the window does. GUI thread.
@@ -59,8 +60,8 @@ public:
     void begin();
     /// The process is to end: stops the test, writes the files, and closes the program.
     void terminate();
-    /// The display has gone, and the main loop does not turn any more: writes archive and report at once, and
-    /// tells the status to end with. Touches no widget.
+    /// The display has gone, and the main loop does not turn any more: writes archive, report and results at
+    /// once, and tells the status to end with. Touches no widget.
     Status endWithoutDisplay();
 
     /// Whether the window is the user's.
@@ -94,6 +95,7 @@ private:
     void _onFinished();
     void _stopWanted();
     void _writeFiles();
+    void _writeData();
     void _takeScreenshot();
     void _whenDrawn(Step step);
     void _complete();
@@ -102,6 +104,7 @@ private:
     void _write(const std::string& path, Kes::Result (UnattendedRun::*write)());
     Kes::Result _save();
     Kes::Result _report();
+    Kes::Result _results();
     Kes::Result _screenshot();
     void _addFailure();
     void _notStarted();

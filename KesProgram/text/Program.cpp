@@ -56,6 +56,9 @@ Table makeTable()
         {"Status.syncTitle", {"Sync:", "Синх.:"}},
         {"Error.dataFormat", {"Data format error", "Ошибка формата данных"}},
         {"Error.fileAccess", {"File access error", "Ошибка доступа к файлу"}},
+        {"Error.noResults",
+         {"This program writes no results for other programs.",
+          "Эта программа не записывает результаты для других программ."}},
         {"Error.configLoad",
          {"Error loading program configuration", "Ошибка загрузки конфигурации программы"}},
     };

@@ -33,6 +33,8 @@ void ProgramMainMenuView::addToolbar(Kes::IView* view)
     separator->get_style_context()->add_class("menuitem_separator");
     _toolbars.add(*separator);
     _toolbars.add(*toolbar);
+    // It may come when the window is up already.
+    _toolbars.show_all();
 }
 
 } // namespace KesProgram

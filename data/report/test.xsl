@@ -1,9 +1,10 @@
 <?xml version="1.0" encoding="UTF-8"?>
-<!-- The report of a test: one HTML page that needs nothing beside itself. The XML holds every value as the reader sees
-     it; the captions that all tests share, in both languages, stand here. A stylesheet that imports this one adds its own
+<!-- The report of a test: one HTML page that needs nothing beside itself, and that is printed on A4 with a head and a foot
+     on each sheet. The XML holds every value as the reader sees it; the captions that all tests share, in both languages, stand here. A stylesheet that imports this one adds its own
      captions, or puts them in the place of those here. -->
 <xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform" xmlns:t="urn:texts"
-                xmlns:svg="http://www.w3.org/2000/svg" exclude-result-prefixes="t svg">
+                xmlns:svg="http://www.w3.org/2000/svg" xmlns:str="http://exslt.org/strings"
+                exclude-result-prefixes="t svg str">
   <xsl:output method="html" encoding="UTF-8" indent="no" doctype-system="about:legacy-compat"/>
 
   <t:text key="title" en="Test report" ru="Протокол проверки"/>
@@ -15,6 +16,8 @@
           ru="Файл повреждён там, где указано, каким устройством получены результаты. Возможно, они получены на имитируемом стенде."/>
   <t:text key="device" en="Test device" ru="Испытательное устройство"/>
   <t:text key="startedAt" en="Beginning of the test" ru="Начало проверки"/>
+  <t:text key="nameplate" en="Nameplate and remarks" ru="Паспорт и примечания"/>
+  <t:text key="circumstances" en="Test device and file" ru="Испытательное устройство и файл"/>
   <t:text key="settings" en="Test object" ru="Объект испытаний"/>
   <t:text key="plan" en="Plan" ru="План проверки"/>
   <t:text key="quantity" en="Quantity" ru="Величина"/>
@@ -25,8 +28,14 @@
   <t:text key="legendPassed" en="passed" ru="в допуске"/>
   <t:text key="legendFailed" en="failed" ru="вне допуска"/>
   <t:text key="legendUnmeasured" en="not measured" ru="не измерено"/>
+  <t:text key="page" en="Page " ru="Страница "/>
+  <t:text key="ofPages" en=" of " ru=" из "/>
   <t:text key="tester" en="Tested by" ru="Проверку провёл"/>
   <t:text key="approver" en="Approved by" ru="Утвердил"/>
+
+  <!-- For the foot of each sheet: the name of the file, and name and version of the program. -->
+  <xsl:param name="file"/>
+  <xsl:param name="program"/>
 
   <xsl:variable name="russian" select="/report/@language = 'ru-RU'"/>
   <!-- The importing stylesheet's captions. -->
@@ -65,6 +74,50 @@
     </xsl:choose>
   </xsl:template>
 
+  <!-- A text within quotes in a style sheet, and in the element "style", which knows no entities. -->
+  <xsl:template name="quoted">
+    <xsl:param name="text"/>
+    <xsl:variable name="plain" select="str:replace(str:replace($text, '\', '\5c '), '&quot;', '\22 ')"/>
+    <xsl:value-of select="str:replace(str:replace($plain, '&lt;', '\3c '), '&#10;', '\a ')"/>
+  </xsl:template>
+
+  <xsl:template name="quotedText">
+    <xsl:param name="key"/>
+    <xsl:call-template name="quoted">
+      <xsl:with-param name="text">
+        <xsl:call-template name="text"><xsl:with-param name="key" select="$key"/></xsl:call-template>
+      </xsl:with-param>
+    </xsl:call-template>
+  </xsl:template>
+
+  <!-- Head and foot as texts, not as strings set by elements: browsers know only those. -->
+  <xsl:template name="sheets">
+          @page {
+            size: A4; margin: 20mm 15mm;
+            @top-left { width: 100%; font: bold 10px "DejaVu Sans", sans-serif; letter-spacing: .06em; color: #6b3405;
+              content: "<xsl:if test="@origin != 'device'">
+                <xsl:call-template name="quotedText"><xsl:with-param name="key" select="@origin"/></xsl:call-template>
+              </xsl:if>"; }
+            @bottom-left { width: 80%; font: 9px "DejaVu Sans", sans-serif; color: #56606b; overflow-wrap: anywhere;
+              content: "<xsl:call-template name="quoted"><xsl:with-param name="text" select="$file"/></xsl:call-template>
+              <xsl:text> · </xsl:text>
+              <xsl:call-template name="quoted"><xsl:with-param name="text" select="$program"/></xsl:call-template>"; }
+            @bottom-right { width: 20%; font: 9px "DejaVu Sans", sans-serif; color: #56606b;
+              content: "<xsl:call-template name="quotedText">
+                <xsl:with-param name="key" select="'page'"/>
+              </xsl:call-template>" counter(page) "<xsl:call-template name="quotedText">
+                <xsl:with-param name="key" select="'ofPages'"/>
+              </xsl:call-template>" counter(pages); }
+          }
+          @media print {
+            body { margin: 0; padding: 0; max-width: none; font-size: 11px; }
+            svg { max-height: 105mm; }
+            h2 { break-after: avoid; }
+            thead { display: table-header-group; }
+            h2, tr, svg, .simulated, .outcome, .signature { break-inside: avoid; }
+          }
+  </xsl:template>
+
   <xsl:template match="/report">
     <html lang="{substring(@language, 1, 2)}">
       <head>
@@ -96,6 +149,7 @@
           td { text-align: right; }
           .lines th { text-align: left; font-weight: normal; background: none; width: 45%; padding-left: 0; }
           .lines th.group { font-weight: 600; padding-top: .9em; }
+          .lines td { overflow-wrap: anywhere; }
           .lines td, .left, th.left { text-align: left; }
           .mark-passed, .mark-failed { white-space: nowrap; }
           .mark-passed { color: #1f7a3d; } .mark-failed { color: #b3261e; font-weight: 600; }
@@ -103,7 +157,7 @@
           svg { display: block; width: 100%; height: auto; margin-top: .5em; }
           .signature { display: flex; margin: 3em -3em 0 0; color: #56606b; }
           .signature div { flex: 1; margin-right: 3em; border-top: 1px solid #8b959f; padding-top: .3em; }
-          @media print { body { margin: 0; max-width: none; font-size: 11px; } h2, tr, svg { break-inside: avoid; } }
+          <xsl:call-template name="sheets"/>
         </style>
       </head>
       <body>
@@ -120,12 +174,10 @@
           </div>
         </xsl:if>
         <xsl:call-template name="outcome"/>
+        <xsl:apply-templates select="nameplate[line]" mode="section"/>
         <div class="columns">
           <xsl:for-each select="settings | plan">
-            <div>
-              <xsl:call-template name="heading"><xsl:with-param name="key" select="name()"/></xsl:call-template>
-              <xsl:apply-templates select="."/>
-            </div>
+            <div><xsl:apply-templates select="." mode="section"/></div>
           </xsl:for-each>
         </div>
         <xsl:call-template name="heading"><xsl:with-param name="key" select="'chart'"/></xsl:call-template>
@@ -138,6 +190,7 @@
           <xsl:call-template name="heading"><xsl:with-param name="key" select="'values'"/></xsl:call-template>
           <xsl:call-template name="values"/>
         </xsl:if>
+        <xsl:apply-templates select="circumstances[line]" mode="section"/>
         <div class="signature">
           <div><xsl:call-template name="text"><xsl:with-param name="key" select="'tester'"/></xsl:call-template></div>
           <div><xsl:call-template name="text"><xsl:with-param name="key" select="'approver'"/></xsl:call-template></div>
@@ -147,9 +200,13 @@
   </xsl:template>
 
   <xsl:template name="outcome">
-    <div class="outcome {@verdict}">
+    <!-- What has been changed by hand is not shown as a passed test. -->
+    <xsl:variable name="shown">
+      <xsl:if test="@verdict != 'passed' or not(@changedByHand)"><xsl:value-of select="@verdict"/></xsl:if>
+    </xsl:variable>
+    <div class="outcome {$shown}">
       <b>
-        <xsl:call-template name="sign"><xsl:with-param name="mark" select="@verdict"/></xsl:call-template>
+        <xsl:call-template name="sign"><xsl:with-param name="mark" select="$shown"/></xsl:call-template>
         <xsl:value-of select="@outcome"/>
       </b>
       <xsl:if test="string(@device)">
@@ -167,7 +224,8 @@
     </div>
   </xsl:template>
 
-  <xsl:template match="settings | plan">
+  <xsl:template match="nameplate | settings | plan | circumstances" mode="section">
+    <xsl:call-template name="heading"><xsl:with-param name="key" select="name()"/></xsl:call-template>
     <table class="lines">
       <xsl:for-each select="line">
         <xsl:choose>

@@ -18,6 +18,11 @@ std::unique_ptr<DialogBackend>& installed()
 
 DialogBackend::~DialogBackend() = default;
 
+bool DialogBackend::showWaiting(const MessageRequest&, const std::function<bool()>&)
+{
+    return true;
+}
+
 DialogBackend& DialogBackend::get()
 {
     static GtkDialogs gtk;

@@ -3,6 +3,7 @@
 #include <KesCommonView/DialogResult.h>
 #include <KesCommonView/IView.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -24,6 +25,8 @@ struct FileRequest {
     std::string title;
     std::vector<std::pair<std::string, std::string>> filters;
     bool save = false;
+    /// The path that is offered when saving, of the kind of the first filter; empty: none.
+    std::string suggestion{};
 };
 
 /// The way by which all modal dialogs reach the user. GUI thread.
@@ -38,6 +41,9 @@ public:
     virtual DialogResult showMessage(const MessageRequest& request) = 0;
     /// Returns the chosen path, empty when the user cancelled.
     virtual std::string chooseFile(const FileRequest& request) = 0;
+    /// Shows the text until `isOver`, which is asked again and again, says so; false: the user has cancelled
+    /// before. Here there is no user: true, without a wait.
+    virtual bool showWaiting(const MessageRequest& request, const std::function<bool()>& isOver);
 
     static DialogBackend& get();
     /// Makes `backend` the one in use (null: GTK's boxes) and returns the previous one.

@@ -49,6 +49,14 @@ std::string complete(const std::string& path, const std::string& pattern)
     return stem + std::string(extension);
 }
 
+std::string exchange(const std::string& path, const std::string& from, const std::string& to)
+{
+    const auto old = getExtension(from);
+    if (old.empty() || getExtension(to).empty() || !path.ends_with(old))
+        return path;
+    return path.substr(0, path.size() - old.size()) + std::string(getExtension(to));
+}
+
 std::string ignoreCase(const std::string& pattern)
 {
     std::string result;

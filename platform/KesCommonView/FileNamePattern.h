@@ -12,6 +12,10 @@ namespace Kes::FileNamePattern {
 /// get one. A pattern without a plain extension ("*", "*.*", "data.?") completes nothing.
 KES_EXPORT std::string complete(const std::string& path, const std::string& pattern);
 
+/// The path with the extension of the second pattern in the place of that of the first one; as it is when it
+/// does not end in that, or one of the patterns has no plain extension.
+KES_EXPORT std::string exchange(const std::string& path, const std::string& from, const std::string& to);
+
 /// The pattern for a matcher that tells upper and lower case apart, so that it takes the Latin letters of
 /// both: "*.abc" becomes "*.[aA][bB][cC]".
 KES_EXPORT std::string ignoreCase(const std::string& pattern);

@@ -7,12 +7,14 @@
 
 #include <glibmm/convert.h>
 #include <glibmm/fileutils.h>
+#include <glibmm/main.h>
 #include <glibmm/miscutils.h>
 #include <gtkmm/button.h>
 #include <gtkmm/dialog.h>
 #include <gtkmm/filechoosernative.h>
 #include <gtkmm/label.h>
 #include <gtkmm/messagedialog.h>
+#include <gtkmm/progressbar.h>
 #include <gtkmm/scrolledwindow.h>
 
 #include <algorithm>
@@ -26,6 +28,9 @@ constexpr std::ptrdiff_t maximumLines = 16;
 constexpr std::size_t maximumBytes = 2000;
 constexpr int scrolledHeight = 300;
 constexpr int textWidthInCharacters = 64;
+
+/// In milliseconds.
+constexpr unsigned waitingInterval = 50;
 
 struct ButtonCaption {
     DialogResult button;
@@ -112,6 +117,14 @@ void addButtons(Gtk::MessageDialog& box, DialogResult buttons)
         button->grab_focus();
 }
 
+void prepare(Gtk::MessageDialog& box, const MessageRequest& request)
+{
+    box.set_title(getTitle(request.title));
+    setParent(box, request.parent);
+    formatBox(box, request.text);
+    addButtons(box, request.buttons);
+}
+
 std::string ask(const Glib::RefPtr<Gtk::FileChooserNative>& chooser,
                 const std::vector<Glib::RefPtr<Gtk::FileFilter>>& filters, const FileRequest& request)
 {
@@ -121,8 +134,19 @@ std::string ask(const Glib::RefPtr<Gtk::FileChooserNative>& chooser,
     const auto chosen = std::find(filters.begin(), filters.end(), chooser->get_filter());
     if (!request.save || chosen == filters.end())
         return path;
-    return FileNamePattern::complete(
-        path, request.filters[static_cast<std::size_t>(chosen - filters.begin())].first);
+    const auto& pattern = request.filters[static_cast<std::size_t>(chosen - filters.begin())].first;
+    // Who takes the name as it was offered and chooses another kind does not want the kind of that name.
+    if (path == request.suggestion)
+        return FileNamePattern::exchange(path, request.filters.front().first, pattern);
+    return FileNamePattern::complete(path, pattern);
+}
+
+void suggest(const Glib::RefPtr<Gtk::FileChooserNative>& chooser, const FileRequest& request)
+{
+    if (!request.save || request.suggestion.empty())
+        return;
+    chooser->set_current_folder(Glib::path_get_dirname(request.suggestion));
+    chooser->set_current_name(Glib::filename_display_basename(request.suggestion));
 }
 
 bool mayReplace(const FileRequest& request, const std::string& path)
@@ -143,10 +167,7 @@ DialogResult GtkDialogs::showMessage(const MessageRequest& request)
     Gtk::MessageDialog box(getShownText(request.text), false,
                            isQuestion ? Gtk::MESSAGE_QUESTION : Gtk::MESSAGE_WARNING, Gtk::BUTTONS_NONE,
                            true);
-    box.set_title(getTitle(request.title));
-    setParent(box, request.parent);
-    formatBox(box, request.text);
-    addButtons(box, request.buttons);
+    prepare(box, request);
     GtkWidgetHelper::setAccessibleName(
         box, lng::CommonView::get(isQuestion ? "Dialog.question" : "Dialog.message"));
     const auto answer = static_cast<DialogResult>(box.run());
@@ -173,12 +194,34 @@ std::string GtkDialogs::chooseFile(const FileRequest& request)
         chooser->set_filter(filters.front());
     // The chooser would ask about the name as typed; the question is about the completed one.
     chooser->set_do_overwrite_confirmation(false);
+    suggest(chooser, request);
     auto path = ask(chooser, filters, request);
     while (!path.empty() && !mayReplace(request, path)) {
         chooser->set_filename(path);
         path = ask(chooser, filters, request);
     }
     return path;
+}
+
+bool GtkDialogs::showWaiting(const MessageRequest& request, const std::function<bool()>& isOver)
+{
+    Gtk::MessageDialog box(getShownText(request.text), false, Gtk::MESSAGE_INFO, Gtk::BUTTONS_NONE, true);
+    prepare(box, request);
+    GtkWidgetHelper::setAccessibleName(box, lng::CommonView::get("Dialog.waiting"));
+    Gtk::ProgressBar bar;
+    box.get_message_area()->pack_start(bar, Gtk::PACK_SHRINK);
+    bar.show();
+    sigc::connection watch = Glib::signal_timeout().connect(
+        [&] {
+            if (isOver())
+                box.response(Gtk::RESPONSE_OK);
+            bar.pulse();
+            return true;
+        },
+        waitingInterval);
+    const int response = box.run();
+    watch.disconnect();
+    return response == Gtk::RESPONSE_OK;
 }
 
 void GtkDialogs::dismissAll()

@@ -12,6 +12,7 @@ class KES_EXPORT GtkDialogs : public DialogBackend {
 public:
     DialogResult showMessage(const MessageRequest& request) override;
     std::string chooseFile(const FileRequest& request) override;
+    bool showWaiting(const MessageRequest& request, const std::function<bool()>& isOver) override;
 
     /// Closes all that are open, as their close buttons do. They are gone when the functions that have shown
     /// them have returned.

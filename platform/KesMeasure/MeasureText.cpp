@@ -29,6 +29,21 @@ constexpr Kes::TextTable table({
     {"Outcome.stale", "The settings or the plan have been changed since this test.",
      "Уставки или план изменены после этой проверки."},
 
+    {"Outcome.changedByHand", "%s. The file of these results has been changed by hand.",
+     "%s. Файл этих результатов изменён вручную."},
+
+    {"Circumstances.serialNumber", "Serial number", "Заводской номер"},
+    {"Circumstances.firmwareVersion", "Firmware version", "Версия встроенного ПО"},
+    {"Circumstances.calibrationDate", "Last calibration", "Последняя калибровка"},
+    {"Circumstances.checksum", "Checksum of settings and results (SHA-256)",
+     "Контрольная сумма уставок и результатов (SHA-256)"},
+    {"Circumstances.wrongChecksum", "WRONG: THE FILE HAS BEEN CHANGED BY HAND",
+     "НЕ СОВПАДАЕТ: ФАЙЛ ИЗМЕНЁН ВРУЧНУЮ"},
+    {"Circumstances.noChecksum", "none in the file", "в файле отсутствует"},
+
+    {"Results.fileKind", "\"%s\" is no name of a results file; it must end in .csv, .json or .xml.",
+     "\"%s\" — не имя файла результатов; оно должно оканчиваться на .csv, .json или .xml."},
+
     {"Run.sequenceEnded", "The device ended the output before its time.",
      "Устройство прекратило выдачу раньше времени."},
     {"Run.sequenceLost", "The device does not report the end of the output.",
@@ -90,6 +105,14 @@ constexpr Kes::TextTable table({
     {"Summary.many", "%zu results of %s", "%zu результатов от %s"},
 
     {"Report.failed", "The report could not be made.", "Не удалось создать протокол."},
+    {"Pdf.missing",
+     "A report as PDF is made by the program WeasyPrint, which is not installed. Install the package "
+     "\"weasyprint\", or choose a file name that ends in \".html\".",
+     "Протокол в формате PDF создаёт программа WeasyPrint, которая не установлена. Установите пакет "
+     "\"weasyprint\" или выберите имя файла с расширением \".html\"."},
+    {"Pdf.failed", "WeasyPrint could not make the PDF file: %s", "WeasyPrint не смог создать файл PDF: %s"},
+    {"Pdf.late", "WeasyPrint did not make the PDF file in two minutes and was ended.",
+     "WeasyPrint не создал файл PDF за две минуты и был остановлен."},
 });
 
 } // namespace

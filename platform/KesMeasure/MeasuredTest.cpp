@@ -1,19 +1,13 @@
 #include <KesMeasure/MeasuredTest.h>
 
 #include <KesMeasure/MeasureText.h>
-#include <KesMeasure/XmlAttributes.h>
 
 #include <KesCommon/Language.h>
 #include <KesCommon/StringHelper.h>
 
-#include <libxml++/libxml++.h>
-
 namespace KesMeasure {
 
 namespace {
-
-constexpr std::pair<const char*, Origin> origins[] = {
-    {"false", Origin::Device}, {"true", Origin::Simulated}, {"unknown", Origin::Unknown}};
 
 const char* summaryFormOf(std::size_t count)
 {
@@ -48,27 +42,6 @@ std::string MeasuredTest::summarize(std::size_t count) const
 {
     // Without the seconds.
     return Kes::StringHelper::format(lng::Measure::get(summaryFormOf(count)), count, startedAt.substr(0, 16));
-}
-
-void MeasuredTest::writeCircumstances(xmlpp::Element& element) const
-{
-    setAttribute(element, "simulated", wordOf(origin, origins));
-    setAttribute(element, "device", device);
-    setAttribute(element, "startedAt", startedAt);
-}
-
-bool MeasuredTest::readCircumstances(const xmlpp::Element& element)
-{
-    XmlAttributes attributes(element);
-    const auto whose = attributes.choice("simulated", origins);
-    const auto name = attributes.text("device");
-    const auto begin = attributes.text("startedAt");
-    if (!attributes.isGood())
-        return false;
-    origin = whose;
-    device = name;
-    startedAt = begin;
-    return true;
 }
 
 } // namespace KesMeasure

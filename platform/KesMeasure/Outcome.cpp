@@ -1,5 +1,6 @@
 #include <KesMeasure/Outcome.h>
 
+#include <KesCommon/StringHelper.h>
 #include <KesMeasure/MeasureText.h>
 
 namespace KesMeasure {
@@ -31,6 +32,14 @@ Mark Outcome::getMark(Verdict verdict)
     if (verdict == Verdict::None)
         return Mark::None;
     return verdict == Verdict::Passed ? Mark::Passed : Mark::Failed;
+}
+
+Outcome Outcome::withCircumstances(const TestCircumstances& circumstances) const
+{
+    if (!circumstances.isChangedByHand())
+        return *this;
+    return {Kes::StringHelper::format(lng::Measure::get("Outcome.changedByHand"), text),
+            mark == Mark::Passed ? Mark::None : mark};
 }
 
 } // namespace KesMeasure

@@ -2,7 +2,7 @@
 
 #include <KesCommon/Export.h>
 #include <KesMeasure/Mark.h>
-#include <KesMeasure/TestState.h>
+#include <KesMeasure/TestCircumstances.h>
 
 #include <string>
 
@@ -19,6 +19,10 @@ struct KES_EXPORT Outcome {
     /// The words for a verdict, such as "Test passed", in the language of the process.
     static const char* getTitle(Verdict verdict);
     static Mark getMark(Verdict verdict);
+
+    /// As it is, or, when the file of the results has been changed by hand, saying so and without the sign
+    /// of a passed test.
+    Outcome withCircumstances(const TestCircumstances& circumstances) const;
 };
 
 } // namespace KesMeasure

@@ -3,17 +3,37 @@
 #include <KesCommon/Export.h>
 #include <KesCommon/Result.h>
 
+#include <giomm/cancellable.h>
+
 #include <string>
 
 namespace KesMeasure {
 
-/// Makes an HTML report from its data and a stylesheet, with a folder for temporary files that is gone
-/// afterwards. Any thread.
+/// Makes a report from its data and a stylesheet, with a folder for temporary files that is gone afterwards.
+/// Any thread.
 class KES_EXPORT ReportFile {
 public:
-    /// Writes the report; the file appears whole or not at all. The stylesheet is one of the data
-    /// directory's, such as "report/overcurrent.xsl". The failure's text can be shown to the user.
-    static Kes::Result write(const std::string& path, const std::string& data, const std::string& stylesheet);
+    /// What the foot of each printed page tells.
+    struct Foot {
+        /// The name of the file that holds the data; empty: that of the report.
+        std::string file;
+        /// Name and version of the program.
+        std::string program;
+    };
+
+    /// Writes the report; the file appears whole or not at all. A path that ends in ".pdf" gives PDF, any
+    /// other one HTML. The stylesheet is one of the data directory's, such as "report/overcurrent.xsl"; it
+    /// gets the foot as the parameters "file" and "program". The failure's text can be shown to the user.
+    /// PDF takes seconds and can be cancelled, which is a failure without a text.
+    static Kes::Result write(const std::string& path, const std::string& data, const std::string& stylesheet,
+                             const Foot& foot, const Glib::RefPtr<Gio::Cancellable>& cancellable = {});
+    static Kes::Result write(const std::string& path, const std::string& data, const std::string& stylesheet)
+    {
+        return write(path, data, stylesheet, {});
+    }
+
+    /// Whether a report at this path is PDF.
+    static bool isPdf(const std::string& path);
 };
 
 } // namespace KesMeasure

@@ -24,24 +24,6 @@ std::string coordinate(double value)
     return Kes::StringHelper::format("%.2f", value);
 }
 
-const char* wordOf(Verdict verdict)
-{
-    static constexpr const char* words[] = {"none", "passed", "failed", "stopped", "fault"};
-    return words[static_cast<std::size_t>(verdict)];
-}
-
-const char* wordOf(Origin origin)
-{
-    static constexpr const char* words[] = {"device", "simulated", "unknown"};
-    return words[static_cast<std::size_t>(origin)];
-}
-
-const char* wordOf(Mark mark)
-{
-    static constexpr const char* words[] = {"none", "passed", "failed"};
-    return words[static_cast<std::size_t>(mark)];
-}
-
 const char* wordOf(ChartPoint::State state)
 {
     static constexpr const char* words[] = {"planned", "passed", "failed", "unmeasured"};
@@ -114,7 +96,26 @@ private:
 
 } // namespace
 
-void addHead(xmlpp::Element& root, Verdict verdict, const Outcome& outcome, const MeasuredTest* test)
+const char* wordOf(Verdict verdict)
+{
+    static constexpr const char* words[] = {"none", "passed", "failed", "stopped", "fault"};
+    return words[static_cast<std::size_t>(verdict)];
+}
+
+const char* wordOf(Mark mark)
+{
+    static constexpr const char* words[] = {"none", "passed", "failed"};
+    return words[static_cast<std::size_t>(mark)];
+}
+
+const char* wordOf(Origin origin)
+{
+    static constexpr const char* words[] = {"device", "simulated", "unknown"};
+    return words[static_cast<std::size_t>(origin)];
+}
+
+void addHead(xmlpp::Element& root, Verdict verdict, const Outcome& outcome, const MeasuredTest* test,
+             const std::string& results)
 {
     root.set_attribute("language", lng::language == lng::Russian ? "ru-RU" : "en-US");
     root.set_attribute("verdict", wordOf(verdict));
@@ -124,6 +125,9 @@ void addHead(xmlpp::Element& root, Verdict verdict, const Outcome& outcome, cons
         return;
     root.set_attribute("device", test->device);
     root.set_attribute("startedAt", test->startedAt);
+    if (test->isChangedByHand())
+        root.set_attribute("changedByHand", "true");
+    addLines(root, "circumstances", test->describe(results));
 }
 
 void addLines(xmlpp::Element& parent, const char* name, const std::vector<TextLine>& lines)

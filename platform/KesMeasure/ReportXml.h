@@ -7,6 +7,7 @@
 #include <KesMeasure/ResultTable.h>
 #include <KesMeasure/TextLine.h>
 
+#include <string>
 #include <vector>
 
 namespace xmlpp {
@@ -17,11 +18,18 @@ class Element;
 /// the process, and the chart in the units of its drawing. The same data gives the same bytes. Any thread.
 namespace KesMeasure::ReportXml {
 
-/// The attributes "language" ("en-US" or "ru-RU"), "verdict" ("none", "passed", "failed", "stopped",
-/// "fault"), "outcome" and "origin" ("device", "simulated", "unknown"), and of a test "device" and
-/// "startedAt". `test` may be null: no test yet.
+/// "none", "passed", "failed", "stopped", "fault".
+KES_EXPORT const char* wordOf(Verdict verdict);
+/// "none", "passed", "failed".
+KES_EXPORT const char* wordOf(Mark mark);
+/// "device", "simulated", "unknown".
+KES_EXPORT const char* wordOf(Origin origin);
+
+/// The attributes "language" ("en-US" or "ru-RU"), "verdict", "outcome" and "origin", and of a test "device",
+/// "startedAt", "changedByHand" when that is so, and lines "circumstances" with the rest. `test` may be null:
+/// no test yet; `results` are its, as for the checksum.
 KES_EXPORT void addHead(xmlpp::Element& root, Verdict verdict, const Outcome& outcome,
-                        const MeasuredTest* test);
+                        const MeasuredTest* test, const std::string& results);
 
 /// A child of that name with a "line" (name, value) for each line.
 KES_EXPORT void addLines(xmlpp::Element& parent, const char* name, const std::vector<TextLine>& lines);
@@ -31,8 +39,8 @@ KES_EXPORT void addLines(xmlpp::Element& parent, const char* name, const std::ve
 /// have a "mark": "none", "passed" or "failed".
 KES_EXPORT void addResults(xmlpp::Element& parent, const ResultTable& table);
 
-/// A child "chart": its size and the titles of its axes, ticks "x" and "y" (at, label), the "band" and the "curve" (points), and a
-/// "marker" (x, y, mark) for each point.
+/// A child "chart": its size and the titles of its axes, ticks "x" and "y" (at, label), the "band" and the
+/// "curve" (points), and a "marker" (x, y, mark) for each point.
 KES_EXPORT void addChart(xmlpp::Element& parent, const Chart& chart);
 
 } // namespace KesMeasure::ReportXml

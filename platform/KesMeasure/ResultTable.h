@@ -2,13 +2,14 @@
 
 #include <KesMeasure/Mark.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace KesMeasure {
 
 /// The results of a test as texts for people: a table with a row for each measurement, and single values
-/// beside it. What the window shows and the report prints. A value.
+/// beside it. What the window shows, the report prints and files of results hold. A value.
 struct ResultTable {
     struct Column {
         /// Stays the same in all languages, such as "expected"; the attribute's name in the report's data.
@@ -16,11 +17,24 @@ struct ResultTable {
         std::string title;
         /// Numbers stand at the right, words at the left.
         bool isNumber = true;
+        /// The cells tell a band; files tell its ends instead.
+        bool isBand = false;
+    };
+    /// Where a value has to lie, for files: numbers as in cells, empty where there is no band.
+    struct Band {
+        std::string from;
+        std::string to;
+        std::string unit;
+
+        bool operator==(const Band&) const = default;
     };
     struct Row {
         /// One for each column.
         std::vector<std::string> cells;
         Mark mark = Mark::None;
+        /// Names the row in files, the same in all languages, such as "overvoltage.pickUp".
+        std::string id{};
+        Band band{};
 
         bool operator==(const Row&) const = default;
     };
@@ -29,6 +43,12 @@ struct ResultTable {
         std::string value;
         std::string verdict;
         Mark mark = Mark::None;
+        /// As that of a row.
+        std::string id{};
+        /// The number in `value` with its unit, for files; nothing when it was not measured.
+        std::optional<double> number{};
+        std::string unit{};
+        Band band{};
 
         bool operator==(const Value&) const = default;
     };

@@ -37,9 +37,15 @@ std::size_t countPassed(const MeasurementPlan& plan, const TestRecord& record)
     return passed;
 }
 
+ResultTable::Band bandOf(const PlannedMeasurement& planned)
+{
+    return {fixed(planned.lower, planned.decimals), fixed(planned.upper, planned.decimals), planned.unit};
+}
+
 std::string bandText(const PlannedMeasurement& planned)
 {
-    return fixed(planned.lower, planned.decimals) + " \u2026 " + fixed(planned.upper, planned.decimals);
+    const auto band = bandOf(planned);
+    return band.from + " \u2026 " + band.to;
 }
 
 ResultTable::Row createRow(const PlannedMeasurement& planned, std::size_t number, const Reading* reading)
@@ -47,7 +53,9 @@ ResultTable::Row createRow(const PlannedMeasurement& planned, std::size_t number
     ResultTable::Row row{{std::to_string(number), planned.object, planned.quantity,
                           fixed(planned.expected, planned.decimals), bandText(planned), "", "", planned.unit,
                           ""},
-                         Mark::None};
+                         Mark::None,
+                         planned.id,
+                         bandOf(planned)};
     if (!reading)
         return row;
     const bool isPassed = planned.isPassed(*reading);
@@ -108,7 +116,7 @@ ResultTable createTable(const MeasurementPlan& plan, const TestRecord* record)
         const std::string column = name;
         const bool isWord =
             column == "object" || column == "quantity" || column == "unit" || column == "verdict";
-        table.columns.push_back({column, get("Column." + column), !isWord});
+        table.columns.push_back({column, get("Column." + column), !isWord, column == "band"});
     }
     for (std::size_t i = 0; i < plan.size(); ++i)
         table.rows.push_back(createRow(plan[i], i + 1, readingOf(record, i)));
@@ -141,10 +149,11 @@ Outcome createOutcome(const MeasurementPlan& plan, const TestRecord* record, boo
     const auto verdict = judge(plan, *record);
     const std::string title = Outcome::getTitle(verdict);
     const std::size_t passed = countPassed(plan, *record);
-    if (record->end == RunEnd::Complete)
-        return {format(get("Outcome.whole"), title, passed, plan.size()), Outcome::getMark(verdict)};
-    return {format(get("Outcome.part"), title, record->readings.size(), plan.size(), passed),
-            Outcome::getMark(verdict)};
+    const std::string text =
+        record->end == RunEnd::Complete
+            ? format(get("Outcome.whole"), title, passed, plan.size())
+            : format(get("Outcome.part"), title, record->readings.size(), plan.size(), passed);
+    return Outcome{text, Outcome::getMark(verdict)}.withCircumstances(*record);
 }
 
 std::string summarize(const TestRecord* record)
@@ -154,13 +163,15 @@ std::string summarize(const TestRecord* record)
 }
 
 std::string createReport(const std::string& title, const ITestDefinition& test, const TestRecord* record,
-                         bool areResultsLost)
+                         bool areResultsLost, const std::vector<TextLine>& nameplate)
 {
     const auto plan = test.createPlan();
     return writeXml("report", [&](xmlpp::Element& root) {
         const auto verdict = record ? judge(plan, *record) : Verdict::None;
-        ReportXml::addHead(root, verdict, createOutcome(plan, record, areResultsLost), record);
+        ReportXml::addHead(root, verdict, createOutcome(plan, record, areResultsLost), record,
+                           record ? record->getResultsXml(plan) : std::string());
         root.set_attribute("subtitle", title);
+        ReportXml::addLines(root, "nameplate", nameplate);
         ReportXml::addLines(root, "settings", test.describe());
         ReportXml::addResults(root, createTable(plan, record));
         ReportXml::addChart(root, createChart(plan, record));

@@ -6,8 +6,10 @@
 #include <KesMeasure/Outcome.h>
 #include <KesMeasure/ResultTable.h>
 #include <KesMeasure/TestRecord.h>
+#include <KesMeasure/TextLine.h>
 
 #include <string>
+#include <vector>
 
 /// What the readings of a test mean, for the window and the report, in the language of the process. Any
 /// thread.
@@ -33,8 +35,9 @@ KES_EXPORT Outcome createOutcome(const MeasurementPlan& plan, const TestRecord* 
 KES_EXPORT std::string summarize(const TestRecord* record);
 
 /// The data of a report for the stylesheet "report/measurements.xsl": all values as the reader sees them. The
-/// same data gives the same bytes.
+/// same data gives the same bytes. `nameplate`: who and what has been tested, in addition to the settings.
 KES_EXPORT std::string createReport(const std::string& title, const ITestDefinition& test,
-                                    const TestRecord* record, bool areResultsLost = false);
+                                    const TestRecord* record, bool areResultsLost = false,
+                                    const std::vector<TextLine>& nameplate = {});
 
 } // namespace KesMeasure::TestEvaluation

@@ -37,6 +37,11 @@ void TestRecord::writeResults(xmlpp::Element& element, const MeasurementPlan& pl
     }
 }
 
+std::string TestRecord::getResultsXml(const MeasurementPlan& plan) const
+{
+    return writeXml("results", [&](xmlpp::Element& root) { writeResults(root, plan); });
+}
+
 std::optional<std::string> TestRecord::readSettings(const xmlpp::Element& element)
 {
     const auto* child = dynamic_cast<const xmlpp::Element*>(element.get_first_child("settings"));

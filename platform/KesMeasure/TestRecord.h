@@ -26,6 +26,8 @@ struct KES_EXPORT TestRecord : MeasuredTest {
 
     /// Puts readings, end and settings into the element; a test under way is written as a stopped one.
     void writeResults(xmlpp::Element& element, const MeasurementPlan& plan) const;
+    /// The same as a document, for files and their checksum.
+    std::string getResultsXml(const MeasurementPlan& plan) const;
     /// The settings alone, for the plan that `readResults` needs; nothing when there are none.
     static std::optional<std::string> readSettings(const xmlpp::Element& element);
     /// Nothing when it is not what a test with the plan can have given.

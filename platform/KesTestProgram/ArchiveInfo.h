@@ -7,16 +7,17 @@
 #include <string>
 
 /// What a test program's archive file says of itself ("info.xml"): program, version of the form and, when a
-/// test has been made, its circumstances. Any thread.
+/// test has been made, its circumstances with a checksum. Any thread.
+///
+/// `test` is null when there is none; `results` are its, as for the checksum.
 namespace KesTestProgram::ArchiveInfo {
 
-/// `test` may be null: no test yet.
 KES_EXPORT std::string write(const std::string& program, const std::string& form,
-                             const KesMeasure::MeasuredTest* test);
+                             const KesMeasure::MeasuredTest* test, const std::string& results);
 /// The version of the form; nothing when the text is not that of a file of the program.
 KES_EXPORT std::optional<std::string> readForm(const std::string& text, const std::string& program);
 /// Adds the circumstances to the test. False, with nothing changed, when the text tells of a test where
-/// there is none (null), or the other way round.
-KES_EXPORT bool readTest(const std::string& text, KesMeasure::MeasuredTest* test);
+/// there is none, or the other way round.
+KES_EXPORT bool readTest(const std::string& text, KesMeasure::MeasuredTest* test, const std::string& results);
 
 } // namespace KesTestProgram::ArchiveInfo

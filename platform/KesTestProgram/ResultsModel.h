@@ -5,6 +5,7 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace KesTestProgram {
@@ -34,6 +35,8 @@ protected:
     virtual Results _createResults() const = 0;
     /// Under the lock, so the results alone count. Any thread.
     virtual KesMeasure::Verdict _judge(const Results& results) const = 0;
+    /// As the archive holds them: the checksum is made of it.
+    virtual std::string _toXml(const Results& results) const = 0;
     virtual std::size_t _countMeasuredIn(const Results& results) const = 0;
 
     /// Of the run that is under way; nothing when its archive has been closed. Start thread.
@@ -82,6 +85,17 @@ private:
             verdict = _judge(results);
         });
         return verdict;
+    }
+
+    void _summarizeResults(KesMeasure::TestSummary& summary) const override
+    {
+        const auto results = getResults();
+        if (!results)
+            return;
+        summary.verdict = _judge(*results);
+        summary.circumstances = *results;
+        if (!results->foreignChecksum)
+            summary.checksum = results->getChecksum(_toXml(*results));
     }
 
     void _abandonResults() override

@@ -20,19 +20,17 @@ KesMeasure::MeasuredTest* testOf(std::optional<TestRecord>& record)
     return record ? &*record : nullptr;
 }
 
+std::string writeResults(const TestKind& kind, const std::optional<TestRecord>& record)
+{
+    const auto test = record ? kind.makeTestOf(record->settings) : nullptr;
+    return test ? record->getResultsXml(test->createPlan())
+                : writeXml("results", [](const xmlpp::Element&) {});
+}
+
 bool readInfo(const TestKind& kind, const std::string& text, std::optional<TestRecord>& record)
 {
     return ArchiveInfo::readForm(text, kind.program) == kind.form &&
-           ArchiveInfo::readTest(text, testOf(record));
-}
-
-std::string writeResults(const TestKind& kind, const std::optional<TestRecord>& record)
-{
-    return writeXml("results", [&](xmlpp::Element& root) {
-        const auto test = record ? kind.makeTestOf(record->settings) : nullptr;
-        if (test)
-            record->writeResults(root, test->createPlan());
-    });
+           ArchiveInfo::readTest(text, testOf(record), writeResults(kind, record));
 }
 
 bool readResults(const TestKind& kind, const std::string& text, std::optional<TestRecord>& record)
@@ -51,11 +49,12 @@ bool readResults(const TestKind& kind, const std::string& text, std::optional<Te
 
 std::unique_ptr<std::istream> TestArchive::pack(const TestKind& kind) const
 {
+    const auto results = writeResults(kind, record);
     ArchiveEntries entries;
     entries.set(ArchiveEntries::info,
-                ArchiveInfo::write(kind.program, kind.form, record ? &*record : nullptr));
+                ArchiveInfo::write(kind.program, kind.form, record ? &*record : nullptr, results));
     entries.set(ArchiveEntries::settings, settings);
-    entries.set(ArchiveEntries::results, writeResults(kind, record));
+    entries.set(ArchiveEntries::results, results);
     return entries.pack();
 }
 
@@ -83,10 +82,10 @@ std::optional<TestArchive> TestArchive::repair(const TestKind& kind, std::istrea
     archive.settings = entries->get(ArchiveEntries::settings);
     archive.areResultsLost = !readResults(kind, entries->get(ArchiveEntries::results), archive.record);
     if (archive.record) {
-        // Results without their circumstances must not pass for those of a real device.
         archive.isOriginLost = !readInfo(kind, entries->get(ArchiveEntries::info), archive.record);
         if (archive.isOriginLost)
-            archive.record->origin = KesMeasure::Origin::Unknown;
+            static_cast<KesMeasure::TestCircumstances&>(*archive.record) =
+                KesMeasure::TestCircumstances::lost();
     }
     return archive;
 }

@@ -14,7 +14,7 @@ namespace KesTestProgram {
 /// What an archive file of a test program holds, and its form as bytes. GUI thread.
 ///
 /// The file holds three streams: "info.xml" (program, version of the form and, when a test has been made, its
-/// device, whether that was simulated, and its beginning), "settings.xml" (the test object's values) and
+/// circumstances with a checksum), "settings.xml" (the test object's values) and
 /// "test-results.xml" (empty before the first test). The same content gives the same bytes.
 struct KES_EXPORT TestArchive {
     /// As `KesTree::Node::serialize` writes it; for the test object to accept or refuse. Empty when lost.
@@ -28,7 +28,8 @@ struct KES_EXPORT TestArchive {
     /// more than could be read again.
     std::unique_ptr<std::istream> pack(const TestKind& kind) const;
 
-    /// Nothing when the stream holds anything but a complete archive of the program that makes sense.
+    /// Nothing when the stream holds anything but a complete archive of the program that makes sense. Results
+    /// that do not fit their checksum are taken, and say so.
     static std::optional<TestArchive> read(const TestKind& kind, std::istream& stream);
     /// What can be read of a damaged archive; nothing when the stream is none (a signature with up to three
     /// damaged bytes counts as one). Results that cannot be read are left out; results whose circumstances

@@ -6,6 +6,7 @@
 #include <KesCommon/StringHelper.h>
 #include <KesDriver/OutputCheck.h>
 #include <KesMeasure/TestEvaluation.h>
+#include <KesTreeRelay/Nameplate.h>
 
 namespace KesTestProgram {
 
@@ -31,7 +32,14 @@ TestInView TestModel::getTestInView() const
 bool TestModel::isResultStale() const
 {
     const auto results = getResults();
-    return results && results->settings != _getTree().serialize();
+    if (!results || results->settings == _getTree().serialize())
+        return false;
+    // Who and what was tested is often told afterwards.
+    const auto tested = _kind.makeTestObject();
+    if (!tested->deserialize(results->settings))
+        return true;
+    KesTree::Nameplate::copy(_getTree(), *tested);
+    return tested->serialize() != _getTree().serialize();
 }
 
 std::vector<KesMeasure::TextLine> TestModel::describeSettings() const
@@ -57,7 +65,8 @@ std::string TestModel::getDataSummary()
 std::string TestModel::_createReportData() const
 {
     const auto shown = getTestInView();
-    return TestEvaluation::createReport(_kind.reportTitle, *shown.test, shown.getRecord(), areResultsLost());
+    return TestEvaluation::createReport(_kind.reportTitle, *shown.test, shown.getRecord(), areResultsLost(),
+                                        _describeNameplate());
 }
 
 std::unique_ptr<std::istream> TestModel::getDataStream()
@@ -134,7 +143,12 @@ RecordedTest TestModel::_createResults() const
 
 KesMeasure::Verdict TestModel::_judge(const RecordedTest& results) const
 {
-    return TestEvaluation::judge(_runPlan, results);
+    return TestEvaluation::judge(results.test->createPlan(), results);
+}
+
+std::string TestModel::_toXml(const RecordedTest& results) const
+{
+    return results.getResultsXml(results.test->createPlan());
 }
 
 std::size_t TestModel::_countMeasuredIn(const RecordedTest& results) const

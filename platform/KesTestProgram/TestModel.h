@@ -59,8 +59,10 @@ private:
     void _clearData() override { _replaceResults(std::nullopt); }
     std::string _createReportData() const override;
     std::string _getStylesheet() const override { return "report/measurements.xsl"; }
+    std::string _getProgramId() const override { return _kind.program; }
     RecordedTest _createResults() const override;
     KesMeasure::Verdict _judge(const RecordedTest& results) const override;
+    std::string _toXml(const RecordedTest& results) const override;
     std::size_t _countMeasuredIn(const RecordedTest& results) const override;
 
     void onMeasurement(std::size_t index, double progress) override;

@@ -3,9 +3,17 @@
 #include <KesTestProgram/FileMenuTailView.h>
 #include <KesTestProgram/TestProgramText.h>
 
+#include <KesCommon/Directories.h>
+#include <KesCommon/FileSystem.h>
+#include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
+#include <KesCommonView/CancelableWork.h>
 #include <KesCommonView/DialogPresenter.h>
+#include <KesCommonView/FileDialogPresenter.h>
+#include <KesDriver/XdgOpen.h>
+#include <KesMeasure/ReportFile.h>
 #include <KesMeasureView/WindowOpening.h>
+#include <KesProgram/archive/ArchiveManager.h>
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/shell/FileMenuPresenter.h>
@@ -18,6 +26,8 @@
 #include <KesProgram/shell/ToolsToolbarPresenter.h>
 #include <KesProgram/views/IProgramView.h>
 
+#include <filesystem>
+
 namespace KesTestProgram {
 
 struct TestPresenter::Menus {
@@ -25,18 +35,21 @@ struct TestPresenter::Menus {
         : file(&shell),
           recent(&shell),
           fileTail(*file.getView(), *recent.getView()),
-          help(&shell, model),
-          fileTools(&shell),
-          control(model),
-          settings(&shell),
-          tools(&shell, true)
+          help(&shell, model)
     {}
 
     KesProgram::FileMenuPresenter file;
     KesProgram::FileRecentMenuPresenter recent;
     FileMenuTailView fileTail;
     KesProgram::HelpMenuPresenter help;
-    KesProgram::FileToolbarPresenter fileTools;
+};
+
+struct TestPresenter::Toolbars {
+    Toolbars(TestPresenter& shell, TestProgramModel& model)
+        : file(&shell), control(model), settings(&shell), tools(&shell, true)
+    {}
+
+    KesProgram::FileToolbarPresenter file;
     KesProgram::HardwareControlToolbarPresenter control;
     KesProgram::HardwareSettingsToolbarPresenter settings;
     KesProgram::ToolsToolbarPresenter tools;
@@ -94,16 +107,69 @@ std::unique_ptr<IPlanEditor> TestPresenter::_createPlanEditor()
     return nullptr;
 }
 
+void TestPresenter::requestReport()
+{
+    runDialogs([this] {
+        using lng::TestProgram::get;
+        const auto path = Kes::FileDialogPresenter().show(
+            getView(), get("Report.title"), {{"*.html", get("Report.kind")}, {"*.pdf", get("Report.pdf")}},
+            true, _suggestReport());
+        if (path.empty())
+            return;
+        auto result = _writeReport(path);
+        if (result)
+            result = cross::xdg_open(path);
+        if (result.getError())
+            Kes::DialogPresenter::show(getView(),
+                                       Kes::ObjectErrorHelper::toDisplayString({result.getError()}), "",
+                                       Kes::DialogResult::Ok);
+    });
+}
+
+Kes::Result TestPresenter::_writeReport(const std::string& path)
+{
+    if (!KesMeasure::ReportFile::isPdf(path))
+        return _model.writeReport(path);
+    Kes::Result result(false);
+    const auto write = _model.prepareReport(path);
+    Kes::CancelableWork::run(getView(), lng::TestProgram::get("Report.making"),
+                             [&](const auto& cancellable) { result = write(cancellable); });
+    return result;
+}
+
+std::string TestPresenter::_suggestReport()
+{
+    const auto* archive = _model.getArchiveManager();
+    std::filesystem::path base;
+    if (archive && !archive->isNew()) {
+        base = archive->getFileName();
+    } else {
+        const auto folder = Kes::getKesCrossDocDir();
+        Kes::mkdir_with_parents(folder);
+        base = folder + getProgramName();
+    }
+    base.replace_extension();
+    const auto isTaken = [](const std::string& stem) {
+        return Kes::fileExist(stem + ".html") || Kes::fileExist(stem + ".pdf");
+    };
+    auto stem = base.string();
+    for (int number = 2; isTaken(stem); ++number)
+        stem = base.string() + "-" + std::to_string(number);
+    return stem + ".html";
+}
+
 void TestPresenter::_onInit()
 {
     _createMenus();
     KesMeasure::WindowOpening::setDefaultSize(*_getProgramView(), 84.0, 56.0);
     KesMeasure::WindowOpening::afterFirstFrame(*_getProgramView(),
-                                               sigc::mem_fun(*this, &TestPresenter::_createContent));
+                                               sigc::mem_fun(*this, &TestPresenter::_fill));
 }
 
-void TestPresenter::_createContent()
+/// What would hold up the first frame by a few milliseconds.
+void TestPresenter::_fill()
 {
+    _createToolbars();
     _content = std::make_unique<TestContentPresenter>(_model, _createPlanEditor());
     _content->signalEdit().connect(sigc::mem_fun(*this, &TestPresenter::requestTestObject));
     _getProgramView()->setContent(*_content->getView());
@@ -118,10 +184,16 @@ void TestPresenter::_createMenus()
     auto& bar = *_getMenuBar();
     bar.addMenu(_menus->file.getView());
     bar.addMenu(_menus->help.getView());
-    bar.addToolbar(_menus->fileTools.getView());
-    bar.addToolbar(_menus->control.getView());
-    bar.addToolbar(_menus->settings.getView());
-    bar.addToolbar(_menus->tools.getView());
+}
+
+void TestPresenter::_createToolbars()
+{
+    _toolbars = std::make_unique<Toolbars>(*this, _model);
+    auto& bar = *_getMenuBar();
+    bar.addToolbar(_toolbars->file.getView());
+    bar.addToolbar(_toolbars->control.getView());
+    bar.addToolbar(_toolbars->settings.getView());
+    bar.addToolbar(_toolbars->tools.getView());
 }
 
 void TestPresenter::_updateRecentFiles()

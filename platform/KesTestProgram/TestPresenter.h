@@ -21,6 +21,9 @@ public:
     void openFile(const std::string& fileName) override;
     void saveArchive() override;
     void saveAsArchive() override;
+    /// The user chooses name, place and kind of the report; a former one is not offered again. PDF is made on
+    /// a thread while a box with a button to cancel is shown.
+    void requestReport() override;
 
 protected:
     KesProgram::ProgramModel* _getModel() override { return &_model; }
@@ -31,15 +34,21 @@ protected:
 
 private:
     struct Menus;
+    struct Toolbars;
 
     void _createMenus();
-    void _createContent();
+    void _fill();
+    void _createToolbars();
     void _updateRecentFiles();
     bool _confirmSavedPlan();
     bool _ask(const std::string& question);
+    Kes::Result _writeReport(const std::string& path);
+    /// Beside the archive and named after it, or else in the folder of the reports.
+    std::string _suggestReport();
 
     TestProgramModel& _model;
     std::unique_ptr<Menus> _menus;
+    std::unique_ptr<Toolbars> _toolbars;
     std::unique_ptr<TestContentPresenter> _content;
 };
 

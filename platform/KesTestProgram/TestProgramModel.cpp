@@ -2,11 +2,11 @@
 
 #include <KesTestProgram/TestProgramText.h>
 
-#include <KesCommon/Directories.h>
-#include <KesCommon/FileSystem.h>
 #include <KesCommon/StringHelper.h>
 #include <KesMeasure/MeasureText.h>
 #include <KesMeasure/ReportFile.h>
+#include <KesProgram/archive/ArchiveManager.h>
+#include <KesTreeRelay/Nameplate.h>
 
 namespace KesTestProgram {
 
@@ -67,15 +67,45 @@ void TestProgramModel::_announce(const std::string& text, Origin origin)
 
 Kes::Result TestProgramModel::writeReport(const std::string& path)
 {
-    return KesMeasure::ReportFile::write(path, _createReportData(), _getStylesheet());
+    return prepareReport(path)({});
 }
 
-std::string TestProgramModel::createReport()
+TestProgramModel::ReportWriter TestProgramModel::prepareReport(const std::string& path)
 {
-    const std::string folder = Kes::getKesCrossDocDir();
-    Kes::mkdir_with_parents(folder);
-    const std::string path = folder + "report.html";
-    return writeReport(path) ? path : std::string();
+    KesMeasure::ReportFile::Foot foot;
+    if (const auto* archive = getArchiveManager())
+        foot.file = archive->getFileName();
+    foot.program = getProgramName() + " " + getPackageVersion();
+    return [path, foot, data = _createReportData(),
+            sheet = _getStylesheet()](const Glib::RefPtr<Gio::Cancellable>& cancellable) {
+        return KesMeasure::ReportFile::write(path, data, sheet, foot, cancellable);
+    };
+}
+
+std::vector<KesMeasure::TextLine> TestProgramModel::_describeNameplate() const
+{
+    std::vector<KesMeasure::TextLine> lines;
+    for (const auto& entry : KesTree::Nameplate::getFilled(*_testObject))
+        lines.push_back({entry.name, entry.text});
+    return lines;
+}
+
+Kes::Result TestProgramModel::checkResultsFile(const std::string& path)
+{
+    return KesMeasure::ResultFile::check(path);
+}
+
+Kes::Result TestProgramModel::writeResults(const std::string& path)
+{
+    const auto shown = getShownTest();
+    KesMeasure::TestSummary summary;
+    summary.program = _getProgramId();
+    summary.outcome = shown.outcome.text;
+    summary.table = shown.table;
+    _summarizeResults(summary);
+    for (const auto& entry : KesTree::Nameplate::getFilled(*_testObject))
+        summary.nameplate.push_back({entry.id, entry.text});
+    return KesMeasure::ResultFile::write(path, summary);
 }
 
 void TestProgramModel::newData(const std::string&)

@@ -7,11 +7,14 @@
 #include <KesDriver/Outputs.h>
 #include <KesMeasure/EmbeddedBench.h>
 #include <KesMeasure/MeasuredTest.h>
+#include <KesMeasure/ResultFile.h>
 #include <KesMeasure/RunControl.h>
 #include <KesMeasure/TextLine.h>
 #include <KesProgram/model/ProgramModel.h>
 #include <KesTestProgram/LoadedArchive.h>
 #include <KesTestProgram/ShownTest.h>
+
+#include <giomm/cancellable.h>
 
 #include <atomic>
 #include <cstddef>
@@ -73,14 +76,19 @@ public:
     /// Puts how the last test ended into the state text, with a warning when its device was simulated.
     void announceOutcome();
 
-    /// Writes the report of the present data; the file appears whole or not at all.
+    /// Writes the report of the present data; the file appears whole or not at all. PDF if the path ends so,
+    /// which takes seconds, else HTML.
     Kes::Result writeReport(const std::string& path);
+    /// The same for another thread: takes the data at once, and writes when it is called; see `ReportFile`.
+    using ReportWriter = std::function<Kes::Result(const Glib::RefPtr<Gio::Cancellable>&)>;
+    ReportWriter prepareReport(const std::string& path);
 
     void newData(const std::string& fileName) override;
     bool setDataStream(std::istream& stream, bool flag) override;
     bool setRepairDataStream(std::istream& stream) override;
     KesTree::Node* getTestObject() override { return _testObject.get(); }
-    std::string createReport() override;
+    Kes::Result checkResultsFile(const std::string& path) override;
+    Kes::Result writeResults(const std::string& path) override;
     KesProgram::RunVerdict getRunVerdict() override { return _verdict; }
 
 protected:
@@ -109,6 +117,8 @@ protected:
     /// For the report's stylesheet, and its name in the data directory.
     virtual std::string _createReportData() const = 0;
     virtual std::string _getStylesheet() const = 0;
+    /// The program as its files name it, such as "kes-overcurrent".
+    virtual std::string _getProgramId() const = 0;
 
     /// What a run does to the results: begins new ones, and ends them with their verdict; nothing when there
     /// are none any more. Start thread.
@@ -116,6 +126,8 @@ protected:
     virtual std::optional<KesMeasure::Verdict> _endResults(KesMeasure::RunEnd end) = 0;
     /// The archive that a run belongs to is closed: its results have no place any more.
     virtual void _abandonResults() = 0;
+    /// Adds verdict, circumstances and checksum of the results, if there are any.
+    virtual void _summarizeResults(KesMeasure::TestSummary& summary) const = 0;
     /// How many values have been measured.
     virtual std::size_t _countMeasured() const = 0;
 
@@ -128,6 +140,8 @@ protected:
     void _onStop() override;
 
     const KesTree::Node& _getTree() const { return *_testObject; }
+    /// What has been filled in of the test object's nameplate.
+    std::vector<KesMeasure::TextLine> _describeNameplate() const;
 
 private:
     /// The state text, with a warning unless the device is known to be a real one. Any thread.

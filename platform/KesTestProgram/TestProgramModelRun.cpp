@@ -9,15 +9,12 @@
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesProgram/text/Program.h>
 
-#include <glibmm/datetime.h>
-
 #include <stdexcept>
 
 namespace KesTestProgram {
 
 namespace {
 
-using KesMeasure::MeasuredTest;
 using KesMeasure::Origin;
 using KesMeasure::RunEnd;
 using KesMeasure::Verdict;
@@ -81,11 +78,7 @@ bool TestProgramModel::_onPrepareHardware()
 void TestProgramModel::_onStart()
 {
     const auto kesto = _getKesto();
-    MeasuredTest test;
-    test.device = kesto->getIdentifer().toDisplayString();
-    test.origin = kesto->isSimulated() ? Origin::Simulated : Origin::Device;
-    test.startedAt = Glib::DateTime::create_now_local().format("%Y-%m-%d %H:%M:%S");
-    _beginResults(test);
+    _beginResults({KesMeasure::TestCircumstances::ofTestWith(*kesto)});
     auto result = _runTest(*kesto, _control);
     // What has become of the devices counts, and not who was told of it first.
     if (!getHardware()->checkOutput())

@@ -19,6 +19,11 @@ constexpr Kes::TextTable table({
     {"Plan.saveLastValid", "%s\n\nSave with the last valid value instead?",
      "%s\n\nСохранить с последним допустимым значением?"},
 
+    {"Report.title", "Save the report", "Сохранить протокол"},
+    {"Report.kind", "Report (HTML)", "Протокол (HTML)"},
+    {"Report.pdf", "Report (PDF)", "Протокол (PDF)"},
+    {"Report.making", "The report is being made...", "Создаётся протокол..."},
+
     {"Error.tooMuchData", "The data is too large for an archive.", "Слишком много данных для архива."},
 
     {"Repair.settingsLost", "The settings could not be read; the default ones are used.",

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -116,6 +117,10 @@ public:
     void setUsage(std::function<bool()> usage);
     bool isUsed() const;
 
+    /// Marks a value that trees had not always: a written tree without it counts as complete, and gives it
+    /// the value that it has now.
+    void setIsLater() { _laterValue = _value; }
+
     /// Appends and returns the child. Only to a group; ids of siblings differ (else `std::invalid_argument`).
     Node& add(std::unique_ptr<Node> child);
     const std::vector<std::unique_ptr<Node>>& getChildren() const { return _children; }
@@ -128,7 +133,7 @@ public:
     std::string serialize() const;
     /// Reads what `serialize` of a tree with the same ids has written. All or nothing: on a failure no value
     /// has changed. Unknown ids are refused, missing ones keep their value unless `complete` demands them
-    /// all.
+    /// all (but see `setIsLater`).
     Kes::Result deserialize(const std::string& xml, bool complete = true);
 
 private:
@@ -157,6 +162,7 @@ private:
     double _maximum = 0.0;
     std::vector<TextPair> _choices;
     Value _value;
+    std::optional<Value> _laterValue;
     std::function<Kes::Result(const Value&)> _validation;
     std::function<std::string(const std::string&)> _show;
     std::function<std::string(const std::string&)> _read;

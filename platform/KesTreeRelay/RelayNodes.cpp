@@ -3,6 +3,7 @@
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
 #include <KesTreeRelay/CurveTable.h>
+#include <KesTreeRelay/Nameplate.h>
 #include <KesTreeRelay/detail/RelayText.h>
 #include <KesTreeRelay/detail/Rules.h>
 
@@ -182,13 +183,6 @@ void addTolerances(Node& stage)
     stage.add(Node::number(CurrentTolerance, {"Current tolerance", "Допуск тока"}, percent, 2.0, 0.0, 20.0));
 }
 
-/// The last part of a node's path.
-std::string idOf(const char* path)
-{
-    const std::string text = path;
-    return text.substr(text.find('/') + 1);
-}
-
 constexpr long long mostInputs = 64;
 
 void addPolarisation(Node& relay, const AllStages& stages)
@@ -264,6 +258,12 @@ void addCurrentInput(Node& stage)
 
 } // namespace
 
+std::string idOf(const char* path)
+{
+    const std::string text = path;
+    return text.substr(text.find('/') + 1);
+}
+
 void addTimeTolerances(Node& stage, double percentValue, double millisecondsValue)
 {
     auto& relative = stage.add(Node::number(TolerancePercent,
@@ -283,6 +283,7 @@ std::unique_ptr<Node> overcurrentStage()
     addPolarisation(*stage, stages);
     addContacts(*stage);
     addCurrentInput(*stage);
+    Nameplate::addTo(*stage);
     return stage;
 }
 

@@ -74,8 +74,9 @@ inline constexpr double MaximumSettingRatio = 40.0;
 /// An overcurrent relay: a group "overcurrent" with the nominal current (A); a group for each stage; the
 /// operate-time tolerance in percent and milliseconds and the tolerance of the current (%); a group of the
 /// directional elements with their characteristic angle (degrees) and the nominal voltage (V, phase to
-/// phase); a group of the contacts with their inputs, debounce time (ms) and reset time (s); and a group of
-/// the current input with what it withstands for ever, 10 s and 1 s (multiples of the nominal current).
+/// phase); a group of the contacts with their inputs, debounce time (ms) and reset time (s); a group of the
+/// current input with what it withstands for ever, 10 s and 1 s (multiples of the nominal current); and the
+/// nameplate (`Nameplate`).
 ///
 /// A stage has: whether it is in use (the first one is at first), its setting current Is (A), curve, time
 /// multiplier, definite operate time (s), table and direction. The characteristic angle is that of the fault

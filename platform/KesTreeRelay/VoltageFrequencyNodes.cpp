@@ -1,5 +1,6 @@
 #include <KesTreeRelay/VoltageFrequencyNodes.h>
 
+#include <KesTreeRelay/Nameplate.h>
 #include <KesTreeRelay/detail/Rules.h>
 
 namespace KesTree::VoltageFrequencyNodes {
@@ -113,6 +114,7 @@ std::unique_ptr<Node> voltageFrequencyRelay()
             for (const auto& value : stage->getChildren())
                 if (value.get() != used)
                     value->setUsage([used] { return used->getBoolean(); });
+    Nameplate::addTo(*root);
     return root;
 }
 

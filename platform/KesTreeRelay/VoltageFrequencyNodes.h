@@ -38,7 +38,7 @@ enum RateDirection : std::size_t { FallingFrequency, RisingFrequency };
 /// voltages, a difference in Hz for the frequencies, none for the rate, which has the direction instead), the
 /// tolerance of its value (percent; Hz for the frequencies) and those of its time, `TolerancePercent`
 /// and `ToleranceMilliseconds` of `RelayNodes`, one of which is above zero. The values of a stage that is not
-/// used play no part (`Node::isUsed`).
+/// used play no part (`Node::isUsed`). The last group is the nameplate (`Nameplate`).
 KES_EXPORT std::unique_ptr<Node> voltageFrequencyRelay();
 
 } // namespace KesTree::VoltageFrequencyNodes

@@ -2,6 +2,7 @@
 #include "support/TemporaryHome.h"
 
 #include <KesCommon/SignalGate.h>
+#include <KesCommonView/CancelableWork.h>
 #include <KesCommonView/DialogPresenter.h>
 #include <KesCommonView/FileDialogPresenter.h>
 #include <KesCommonView/FileNamePattern.h>
@@ -11,6 +12,9 @@
 #include <glibmm/main.h>
 
 #include <array>
+#include <atomic>
+#include <chrono>
+#include <thread>
 
 namespace {
 
@@ -33,6 +37,9 @@ TEST(FileNamePatternTest, completesNamesWithoutExtension)
              Case{"", "*.abc", ""},
          })
         EXPECT_EQ(Kes::FileNamePattern::complete(path, pattern), expected) << path << " " << pattern;
+    EXPECT_EQ(Kes::FileNamePattern::exchange("/d.abc/report.abc", "*.abc", "*.xyz"), "/d.abc/report.xyz");
+    EXPECT_EQ(Kes::FileNamePattern::exchange("/d.abc/report", "*.abc", "*.xyz"), "/d.abc/report");
+    EXPECT_EQ(Kes::FileNamePattern::exchange("/d/report.abc", "*.abc", "*"), "/d/report.abc");
     EXPECT_EQ(Kes::FileNamePattern::ignoreCase("*.aB1"), "*.[aA][bB]1");
 }
 
@@ -86,6 +93,36 @@ TEST_F(GtkDialogsTest, escapeAndTheCloseButtonDecline)
         whenShown<Gtk::MessageDialog>([](auto& box) { box.response(Gtk::RESPONSE_DELETE_EVENT); });
         EXPECT_EQ(gtk.showMessage({nullptr, "?", "", buttons}), answer);
     }
+}
+
+TEST_F(GtkDialogsTest, workIsWaitedForAndEndsWhenTheUserCancels)
+{
+    auto scripted = Kes::DialogBackend::install(nullptr);
+    WindowOnScreen parent;
+    parent.show();
+    const auto work = [](const Glib::RefPtr<Gio::Cancellable>& cancellable) {
+        while (!cancellable->is_cancelled())
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    };
+    for (const bool isEscape : {false, true}) {
+        whenShown<Gtk::MessageDialog>([&](auto& box) {
+            EXPECT_EQ(box.get_transient_for(), &parent);
+            if (isEscape)
+                pressKey(box, GDK_KEY_Escape);
+            else
+                box.get_widget_for_response(static_cast<int>(DialogResult::Cancel))->activate();
+        });
+        Kes::CancelableWork::run(&parent, "Wait", work);
+    }
+    std::atomic<bool> isSeen = false;
+    whenShown<Gtk::MessageDialog>([&](auto&) { isSeen = true; });
+    Kes::CancelableWork::run(&parent, "Wait", [&](const auto& cancellable) {
+        while (!isSeen)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        EXPECT_FALSE(cancellable->is_cancelled());
+    });
+    EXPECT_TRUE(isSeen);
+    Kes::DialogBackend::install(std::move(scripted));
 }
 
 TEST_F(GtkDialogsTest, anyTextIsShownToCopyAndFitsTheScreen)
@@ -157,6 +194,11 @@ TEST_F(FileChooserTest, completedNameIsAskedForBeforeItIsReplaced)
     type("old.abc");
     dialogs.answer(DialogResult::Yes);
     EXPECT_EQ(gtk.chooseFile(request), home.file("old.abc"));
+    request.suggestion = home.file("offered.abc");
+    type("offered.abc", 1);
+    EXPECT_EQ(gtk.chooseFile(request), home.file("offered.xyz"));
+    type("typed.abc", 1);
+    EXPECT_EQ(gtk.chooseFile(request), home.file("typed.abc"));
     whenShown<Gtk::FileChooserDialog>([](auto& dialog) { pressKey(dialog, GDK_KEY_Escape); });
     EXPECT_EQ(gtk.chooseFile(request), "");
 }

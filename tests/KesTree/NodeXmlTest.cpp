@@ -77,6 +77,21 @@ TEST(NodeXmlTest, ReadsBackEveryValue)
     }
 }
 
+TEST(NodeXmlTest, ATreeFromBeforeThereWasAValueIsComplete)
+{
+    const auto tree = sample();
+    auto& later = tree->add(Node::text("later", {"Later", "Позже"}, "at first"));
+    EXPECT_FALSE(tree->deserialize(written()));
+    later.setIsLater();
+    ASSERT_TRUE(later.setText("of another tree"));
+    const auto result = tree->deserialize(written());
+    ASSERT_TRUE(result) << textOf(result);
+    EXPECT_EQ(later.getText(), "at first");
+    ASSERT_TRUE(later.setText("kept"));
+    EXPECT_TRUE(tree->deserialize(written(), false));
+    EXPECT_EQ(later.getText(), "kept");
+}
+
 TEST(NodeXmlTest, DamageIsRefusedAndChangesNothing)
 {
     std::string deep, ends;

@@ -13,6 +13,11 @@ TAGS = {"en": "en-US", "ru": "ru-RU"}
 
 
 class WindowsTest(DesktopTest):
+    def waitForOffer(self, program, name):
+        """The name of a file that is offered before the user types one."""
+        chooser = program.find("file chooser")
+        wait(f"the name {name}", lambda: any(field.text == name for field in chooser.all("text")))
+
     def testTheTestObjectRefusesWrongValuesInPlace(self):
         program = self.start()
         title = texts.WINDOWS.get("testObjectWindowTitle", self.language)
@@ -52,8 +57,10 @@ class WindowsTest(DesktopTest):
 
     def testTheReportIsOpenedByTheDesktop(self):
         program = self.start("--speed", "1000")
-        report = self.file("Documents/kes/report.html")
+        report = self.file("Documents/kes/Overcurrent.html")
         click(program.tool("report"))
+        self.waitForOffer(program, "Overcurrent.html")
+        program.chooseFile(report)
         wait("an opened report", lambda: self.home.opened() == [report])
         with open(report, encoding="utf-8") as file:
             empty = file.read()
@@ -63,11 +70,24 @@ class WindowsTest(DesktopTest):
         program.tool("start").act()
         program.waitForOutcome("Passed")
         program.tool("report").act()
-        wait("a second one", lambda: self.home.opened() == [report, report])
+        self.waitForOffer(program, "Overcurrent-2.html")
+        program.chooseFile(self.file("second"))
+        second = self.file("second.html")  # completed by the file chooser
+        wait("a second one", lambda: self.home.opened() == [report, second])
         with open(report, encoding="utf-8") as file:
+            self.assertEqual(file.read(), empty)
+        with open(second, encoding="utf-8") as file:
             measured = file.read()
         self.assertIn(program.word("State.passed"), measured)
         self.assertIn(program.word("Simulated.title"), measured)
+
+        program.tool("report").act()
+        self.waitForOffer(program, "Overcurrent-2.html")
+        printed = self.file("printed.pdf")
+        program.chooseFile(printed)
+        wait("a printed one", lambda: self.home.opened() == [report, second, printed])
+        with open(printed, "rb") as file:
+            self.assertEqual(file.read(5), b"%PDF-")
         program.discard()
 
     def testHelpIsOpenedByTheDesktop(self):

@@ -4,6 +4,7 @@
 #include <Overcurrent/model/OvercurrentModel.h>
 
 #include <KesProgram/archive/ArchiveHelper.h>
+#include <KesTreeRelay/Nameplate.h>
 
 #include <support/TemporaryHome.h>
 
@@ -111,6 +112,45 @@ TEST(OvercurrentArchiveTest, ComesBackAsItWasAndWithTheSameBytes)
     }
 }
 
+TEST(OvercurrentArchiveTest, ResultsThatWereChangedByHandSaySo)
+{
+    auto entries = entriesOf(someArchive());
+    replace(entries["test-results.xml"], "microseconds=\"10234567\"", "microseconds=\"10034567\"");
+    auto stream = packed(entries, ArchiveHelper::PREFIX);
+    const auto read = OvercurrentArchive::read(stream);
+    ASSERT_TRUE(read && read->results);
+    EXPECT_TRUE(read->results->isChangedByHand());
+    EXPECT_TRUE(OvercurrentArchive::read(*read->pack())->results->isChangedByHand());
+    EXPECT_THAT(TestOutcome::create(&*read->results).text, testing::HasSubstr("changed by hand"));
+}
+
+TEST(OvercurrentModelArchiveTest, AnArchiveFromBeforeNameplateAndChecksumIsWhole)
+{
+    auto entries = entriesOf(someArchive());
+    auto& settings = entries["settings.xml"];
+    const auto group = settings.find("<group id=\"nameplate\">");
+    ASSERT_NE(group, std::string::npos);
+    settings.erase(group, settings.find("</group>", group) + 8 - group);
+    auto& info = entries["info.xml"];
+    const auto checksum = info.find(" checksum=\"");
+    ASSERT_NE(checksum, std::string::npos);
+    info.erase(checksum, info.find('"', checksum + 11) + 1 - checksum);
+    for (const bool repair : {false, true}) {
+        OvercurrentModel model;
+        model.signalMessage.connect([](const std::string& text) { ADD_FAILURE() << text; });
+        auto& comment = *model.getTestObject()->find(KesTree::Nameplate::Comment);
+        ASSERT_TRUE(comment.setText("of another file"));
+        auto stream = packed(entries, ArchiveHelper::PREFIX);
+        ASSERT_TRUE(model.setDataStream(stream, repair));
+        EXPECT_EQ(comment.getText(), "");
+        EXPECT_EQ(model.getSettings()[StageId::First].settingCurrent, 0.9);
+        auto former = someResults();
+        former.foreignChecksum = "";
+        EXPECT_EQ(model.getResults(), former);
+        EXPECT_FALSE(former.isChangedByHand());
+    }
+}
+
 TEST(OvercurrentArchiveTest, ATestUnderWayIsKeptAsAStoppedOne)
 {
     auto archive = someArchive();
@@ -184,6 +224,7 @@ TEST(OvercurrentArchiveTest, RepairKeepsWhatCanBeRead)
     unknown.origin = Origin::Unknown;
     unknown.device.clear();
     unknown.startedAt.clear();
+    unknown.foreignChecksum = "";
     EXPECT_EQ(repairedWithout("info.xml")->results, unknown);
     EXPECT_EQ(OvercurrentArchive::read(*repairedWithout("info.xml")->pack())->results, unknown);
 }

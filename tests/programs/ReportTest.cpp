@@ -100,8 +100,9 @@ TEST_F(ReportTest, WithoutRampsThereIsNoTableForThem)
     EXPECT_THAT(make(&results), Not(HasSubstr("Pick-up and drop-off")));
 }
 
-TEST_F(ReportTest, TheModelMakesTheFolderOfItsReport)
+TEST_F(ReportTest, TheModelReportsThatThereIsNoTest)
 {
     OvercurrentModel model;
-    EXPECT_THAT(KesTest::readFile(model.createReport()), HasSubstr("No test has been made"));
+    ASSERT_TRUE(model.writeReport(home.file("none.html")));
+    EXPECT_THAT(KesTest::readFile(home.file("none.html")), HasSubstr("No test has been made"));
 }

@@ -22,9 +22,10 @@ echo "A run that passes, its files, and their second reading"
 expect 0 "$overcurrent" --language en --run --speed 5000 --save a.kovc --report a.html --screenshot a.png --quit
 [ "$(head -c 8 a.png | od -An -tx1 | tr -d ' ')" = 89504e470d0a1a0a ] || fail "the screenshot is no PNG"
 holds a.html "SIMULATED DEVICE"
-expect 0 "$overcurrent" --language en a.kovc --report again.html --save again.kovc --quit
+mkdir again comma # a report tells the name of its archive
+expect 0 "$overcurrent" --language en a.kovc --report again.html --save again/a.kovc --quit
 cmp a.html again.html || fail "the report of the archive differs from that of the run"
-cmp a.kovc again.kovc || fail "the archive differs after opening and saving"
+cmp a.kovc again/a.kovc || fail "the archive differs after opening and saving"
 expect 0 "$overcurrent" --language ru a.kovc --report ru.html --quit
 holds ru.html "ИМИТИРУЕМОЕ УСТРОЙСТВО"
 rm -rf "$XDG_CACHE_HOME/kes"
@@ -33,11 +34,29 @@ cmp a.html fresh.html || fail "the report of a first start differs"
 
 if localedef -i ru_RU -f UTF-8 "$work/ru_RU.UTF-8" >/dev/null 2>&1; then
     echo "A locale of decimal commas"
-    LOCPATH=$work LC_ALL=ru_RU.UTF-8 expect 0 "$overcurrent" --language en a.kovc --report comma.html --save comma.kovc \
+    LOCPATH=$work LC_ALL=ru_RU.UTF-8 expect 0 "$overcurrent" --language en a.kovc --report comma.html --save comma/a.kovc \
         --quit
     cmp a.html comma.html || fail "the report depends on the locale"
-    cmp a.kovc comma.kovc || fail "the archive depends on the locale"
+    cmp a.kovc comma/a.kovc || fail "the archive depends on the locale"
 fi
+
+echo "A report as PDF"
+expect 0 "$overcurrent" --language en a.kovc --report a.pdf --quit
+pages=$(pdfinfo a.pdf | sed -n 's/^Pages: *//p')
+for words in "SIMULATED DEVICE" "a.kovc · Overcurrent $("$overcurrent" --version)" " of $pages"; do
+    for page in $(seq "${pages:-1}"); do
+        pdftotext -layout -f "$page" -l "$page" a.pdf page.txt
+        holds page.txt "$words"
+    done
+done
+mkdir none
+cp a.pdf former.pdf
+expect 3 env PATH="$work/none" "$overcurrent" --language en a.kovc --report former.pdf --save saved.kovc --quit
+holds err "Install the package \"weasyprint\""
+cmp a.pdf former.pdf || fail "a report that was not made has replaced the former one"
+cmp a.kovc saved.kovc || fail "a report that was not made has kept the archive from being written"
+expect 3 "$overcurrent" --language en a.kovc --report missing/a.pdf --quit
+holds err "missing/a.pdf"
 
 echo "Files that cannot be read or written"
 expect 3 "$overcurrent" --language en missing.kovc --quit
@@ -47,6 +66,14 @@ expect 3 "$overcurrent" --language en short.kovc --run --speed 5000 --report sho
 holds err "Try opening in data recovery mode?"
 holds err "Answer: "
 [ ! -e short.html ] || fail "a report without the archive that it was asked for"
+expect 0 "$overcurrent" --language en a.kovc --results a.json --quit
+python3 -c 'import json
+data = json.load(open("a.json"))
+assert data["verdict"] == "passed" and len(data["rows"]) == 8
+assert all(row["from"] <= row["measured"] <= row["to"] and row["bandUnit"] == "s" for row in data["rows"])
+for value in data["values"][0], data["values"][2]:
+    assert value["from"] <= value["value"] <= value["to"]' ||
+    fail "the results of the archive"
 for option in save report screenshot; do
     expect 3 "$overcurrent" --language en --$option "$work/a.kovc/file" --quit
     holds err "a.kovc/file"
@@ -75,7 +102,7 @@ holds err "is no speed factor"
 expect 2 "$overcurrent" --language en --speed fast
 expect 2 "$overcurrent" --no-such-option
 expect 2 "$overcurrent" one two
-for arguments in "--save=" "--report=" "--screenshot=" ""; do
+for arguments in "--save=" "--report=" "--results=" "--screenshot=" ""; do
     expect 2 "$overcurrent" --language en "$arguments" --quit
     holds err "The name of a file is empty."
 done
@@ -98,6 +125,8 @@ holds stopped.html "Test stopped before its end"
 expect 0 "$overcurrent" stopped.kovc --quit
 
 echo "The smallest program"
+expect 2 "$template" --language en --run --results r.json --quit
+holds err "writes no results"
 expect 0 "$template" --language en --screenshot template.png --quit
 timeout 60 "$template" --language en --run --quit 2>err &
 child=$!

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Fails when an #include runs upward, or into the private folder of another library: each one may use only what
-stands below it, and nobody else's folder `detail`.
+stands below it, and nobody else's folders `detail` and `late`.
 
 usage: floors.py SOURCE_DIR
 """
@@ -50,9 +50,9 @@ def folder_of(path, names):
 
 
 def is_private_of_another(target, own, names):
-    """Whether the header lies in a folder `detail` of another library than the including file's."""
+    """Whether the header lies in a folder `detail` or `late` of another library than the including file's."""
     folders = target.split("/")[:-1]
-    return "detail" in folders and library_of(folder_of(target, names) or folders[0]) != library_of(own)
+    return {"detail", "late"} & set(folders) and library_of(folder_of(target, names) or folders[0]) != library_of(own)
 
 
 def library_of(folder):

@@ -1,11 +1,13 @@
 #include <VoltageFrequency/model/VoltageFrequencyModel.h>
 
+#include <KesCommon/DesktopOpener.h>
 #include <KesCommon/FileSystem.h>
 #include <KesDriver/simulated/SimulatedNetwork.h>
 #include <KesMeasure/TestEvaluation.h>
 #include <KesProgram/archive/ArchiveHelper.h>
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesTestProgram/TestPresenter.h>
+#include <KesTreeRelay/Nameplate.h>
 
 #include <support/GuiTest.h>
 #include <support/TemporaryHome.h>
@@ -258,6 +260,112 @@ TEST_F(ModelTest, TheReportSaysWhatTheWindowDoes)
     for (const auto& row :
          KesMeasure::TestEvaluation::createTable(shown.test->createPlan(), shown.getRecord()).rows)
         EXPECT_THAT(report, HasSubstr("<td>" + row.cells[5] + "</td>"));
+}
+
+TEST_F(ModelTest, AnArchiveChangedByHandIsOpenedAndSaysSo)
+{
+    ASSERT_TRUE(runToEnd());
+    auto changed = entries();
+    auto& results = changed.at("test-results.xml");
+    const auto at = results.find("value=\"") + 7;
+    results.replace(at, results.find('"', at) - at, "81.5");
+    auto stream = pack(changed);
+    ASSERT_TRUE(model.setDataStream(stream, false));
+    EXPECT_THAT(model.getState(), HasSubstr("Test failed: 13 of 14"));
+    EXPECT_THAT(model.getState(), HasSubstr("changed by hand"));
+    const auto again = save();
+    std::stringstream saved(again);
+    ASSERT_TRUE(model.setDataStream(saved, false));
+    EXPECT_THAT(model.getState(), HasSubstr("changed by hand"));
+    ASSERT_TRUE(model.writeReport(home.file("report.html")));
+    EXPECT_THAT(Kes::readWholeFile(home.file("report.html")), HasSubstr("CHANGED BY HAND"));
+    ASSERT_TRUE(model.writeResults(home.file("r.json")));
+    EXPECT_THAT(Kes::readWholeFile(home.file("r.json")), HasSubstr("\"changedByHand\": true"));
+    ASSERT_TRUE(runToEnd());
+    EXPECT_FALSE(model.getTestInView().record->isChangedByHand()) << "a new test";
+}
+
+TEST_F(ModelTest, TheNameplateIsToldAtAnyTimeAndBelongsToItsFile)
+{
+    namespace Nameplate = KesTree::Nameplate;
+    ASSERT_TRUE(runToEnd());
+    const auto saved = save();
+    auto& comment = *model.getTestObject()->find(Nameplate::Comment);
+    ASSERT_TRUE(comment.setText("<second> \"try\""));
+    EXPECT_FALSE(model.isResultStale());
+    ASSERT_TRUE(model.writeReport(home.file("report.html")));
+    EXPECT_THAT(Kes::readWholeFile(home.file("report.html")), HasSubstr("&lt;second&gt; \"try\""));
+    ASSERT_TRUE(model.writeResults(home.file("r.json")));
+    EXPECT_THAT(Kes::readWholeFile(home.file("r.json")), HasSubstr(R"("comment": "<second> \"try\"")"));
+    std::stringstream other(saved);
+    ASSERT_TRUE(model.setDataStream(other, false));
+    EXPECT_EQ(comment.getText(), "") << "that of another file";
+}
+
+TEST_F(ModelTest, AnArchiveFromBeforeNameplateAndChecksumIsWhole)
+{
+    ASSERT_TRUE(runToEnd());
+    auto former = entries();
+    const auto erase = [&former](const char* entry, const std::string& from, const std::string& to) {
+        auto& text = former.at(entry);
+        const auto at = text.find(from);
+        ASSERT_NE(at, std::string::npos) << from << " in " << text;
+        text.erase(at, text.find(to, at + from.size()) + to.size() - at);
+    };
+    erase("settings.xml", "<group id=\"nameplate\">", "</group>");
+    erase("test-results.xml", "&lt;group id=\"nameplate\"&gt;", "&lt;/group&gt;");
+    for (const char* name :
+         {" serialNumber=\"", " firmwareVersion=\"", " calibrationDate=\"", " checksum=\""})
+        erase("info.xml", name, "\"");
+    for (const bool repair : {false, true}) {
+        ASSERT_TRUE(model.getTestObject()->find(KesTree::Nameplate::Comment)->setText("of another file"));
+        auto stream = pack(former);
+        ASSERT_TRUE(model.setDataStream(stream, repair));
+        EXPECT_THAT(takeTexts(), IsEmpty());
+        EXPECT_EQ(model.getTestObject()->find(KesTree::Nameplate::Comment)->getText(), "");
+        EXPECT_FALSE(model.isResultStale());
+        EXPECT_FALSE(model.getTestInView().record->isChangedByHand());
+        ASSERT_TRUE(model.writeReport(home.file("report.html")));
+        EXPECT_THAT(Kes::readWholeFile(home.file("report.html")), HasSubstr("none in the file"));
+        ASSERT_TRUE(model.writeResults(home.file("r.json")));
+        EXPECT_THAT(
+            Kes::readWholeFile(home.file("r.json")),
+            testing::AllOf(testing::Not(HasSubstr("checksum")), HasSubstr("\"changedByHand\": false")));
+    }
+}
+
+TEST_F(ModelTest, TheUserChoosesTheReportAndNoneIsOverwritten)
+{
+    VoltageFrequencyModel shown;
+    KesTestProgram::TestPresenter presenter(shown);
+    bool isClosed = false;
+    presenter.signalClosed.connect([&isClosed] { isClosed = true; });
+    presenter.open(nullptr);
+    std::vector<std::string> opened;
+    auto previous = Kes::DesktopOpener::replace([&opened](const std::string& path) {
+        opened.push_back(path);
+        return Kes::Result(true);
+    });
+    for (const char* name : {"one.html", "two.pdf"}) {
+        dialogs.answerFile(home.file(name));
+        presenter.requestReport();
+    }
+    EXPECT_THAT(opened, testing::ElementsAre(home.file("one.html"), home.file("two.pdf")));
+    EXPECT_THAT(KesTest::readFile(home.file("two.pdf")), testing::StartsWith("%PDF-"));
+    const auto offered = dialogs.getFiles().back().suggestion;
+    KesTest::writeFile(offered, "former");
+    dialogs.answerFile("");
+    presenter.requestReport();
+    EXPECT_NE(dialogs.getFiles().back().suggestion, offered);
+    EXPECT_EQ(opened.size(), 2u) << "cancelled";
+    dialogs.answerFile("/dev/full");
+    dialogs.answer(Kes::DialogResult::Ok);
+    presenter.requestReport();
+    EXPECT_EQ(opened.size(), 2u);
+    Kes::DesktopOpener::replace(std::move(previous));
+    dialogs.answer(Kes::DialogResult::No);
+    presenter.requestClose();
+    EXPECT_TRUE(KesTest::waitFor([&isClosed] { return isClosed; }));
 }
 
 TEST_F(ModelTest, TheWindowShowsThePlanAndFillsIt)

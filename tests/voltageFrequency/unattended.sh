@@ -40,11 +40,37 @@ echo "A run that passes, its files, and their second reading"
 expect 0 --language en --run --speed 5000 --save a.kvf --report a.html --screenshot a.png --quit
 [ "$(head -c 8 a.png | od -An -tx1 | tr -d ' ')" = 89504e470d0a1a0a ] || fail "the screenshot is no PNG"
 holds a.html "SIMULATED DEVICE"
-expect 0 --language en a.kvf --report again.html --save again.kvf --quit
+mkdir again # a report tells the name of its archive
+expect 0 --language en a.kvf --report again.html --save again/a.kvf --quit
 cmp a.html again.html || fail "the report of the archive differs from that of the run"
-cmp a.kvf again.kvf || fail "the archive differs after opening and saving"
+cmp a.kvf again/a.kvf || fail "the archive differs after opening and saving"
 expect 0 --language ru a.kvf --report ru.html --quit
 holds ru.html "ИМИТИРУЕМОЕ УСТРОЙСТВО"
+
+echo "Results for other programs, of the run and of its archive"
+for kind in csv json xml; do
+    expect 0 --language ru a.kvf --results of-archive.$kind --quit
+done
+expect 0 --language en --run --speed 5000 --results run.json --quit
+python3 - <<'END' || fail "the results are not what they should be"
+import csv, json, xml.etree.ElementTree as xml
+data, archive = json.load(open("run.json", encoding="utf-8")), json.load(open("of-archive.json", encoding="utf-8"))
+assert data["verdict"] == archive["verdict"] == "passed" and data["origin"] == "simulated" and not data["changedByHand"]
+assert len(data["checksum"]) == 64 and data["firmwareVersion"] and data["serialNumber"]
+numbers = [[row[name] for name in ("id", "expected", "measured", "deviation", "from", "to", "mark")] for row in data["rows"]]
+assert len(numbers) == 14 and all(row["from"] <= row["measured"] <= row["to"] for row in data["rows"])
+assert numbers == [[row[name] for name in ("id", "expected", "measured", "deviation", "from", "to", "mark")]
+                   for row in archive["rows"]], "language or reading makes a difference"
+table = list(csv.DictReader(open("of-archive.csv", encoding="utf-8", newline="")))
+assert [float(row["measured"]) for row in table] == [row["measured"] for row in archive["rows"]]
+suite = xml.parse("of-archive.xml").getroot().find("testsuite")
+assert (suite.get("tests"), suite.get("failures"), suite.get("errors"), suite.get("skipped")) == ("15", "0", "0", "0")
+END
+expect 2 --language en --run --speed 5000 --results r.txt --save none.kvf --quit
+holds err "must end in .csv, .json or .xml"
+[ ! -e none.kvf ] || fail "a test whose results cannot be written was started"
+ln -s /dev/full full.csv
+expect 3 --language en a.kvf --results full.csv --quit
 
 echo "Files that cannot be read"
 expect 3 --language en missing.kvf --quit

@@ -21,6 +21,7 @@ constexpr Kes::TextTable table({
     {"About.title", "About", "О программе"},
     {"Dialog.question", "Question", "Вопрос"},
     {"Dialog.message", "Message", "Сообщение"},
+    {"Dialog.waiting", "Please wait", "Подождите"},
     {"Unattended.answer", "Answer", "Ответ"},
     {"Unattended.noFile", "No file is chosen", "Файл не выбран"},
 });

@@ -1,6 +1,6 @@
 #include <KesDriver/net/ServiceAnnouncement.h>
 
-#include <KesDriver/net/detail/AvahiPublisher.h>
+#include <KesDriver/net/detail/AvahiLibrary.h>
 #include <KesDriver/net/detail/ServiceText.h>
 #include <KesDriver/net/detail/ThreadContext.h>
 
@@ -15,7 +15,7 @@ ServiceAnnouncement::ServiceAnnouncement(const NetAddress& address, std::uint16_
     _worker = Kes::Worker("KesAnnounce", [name = ServiceText::makeName(identity),
                                           service = std::move(service), stop = _stop.get_token()] {
         ThreadContext context;
-        const AvahiPublisher publisher(name, service);
+        const auto publisher = makeAvahiPublisher(name, service);
         context.run(stop, std::nullopt, [] { return false; });
     });
 }

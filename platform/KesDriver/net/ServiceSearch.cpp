@@ -1,7 +1,7 @@
 #include <KesDriver/net/ServiceSearch.h>
 
 #include <KesDriver/DriverText.h>
-#include <KesDriver/net/detail/AvahiBrowser.h>
+#include <KesDriver/net/detail/AvahiLibrary.h>
 #include <KesDriver/net/detail/DeviceQuestions.h>
 #include <KesDriver/net/detail/ServiceText.h>
 #include <KesDriver/net/detail/ThreadContext.h>

@@ -125,8 +125,10 @@ std::string NodeXmlWriter::write(const Node& root)
 Kes::Result NodeXmlReader::read(const std::string& xml, bool complete)
 {
     auto result = _collect(xml);
-    if (result && complete)
+    if (result && complete) {
+        _addLater(_root);
         result = _checkComplete(_root);
+    }
     if (result)
         result = _apply();
     if (result)
@@ -210,6 +212,14 @@ bool NodeXmlReader::_isRead(const Node& node) const
 {
     return std::any_of(_values.begin(), _values.end(),
                        [&](const NodeValue& value) { return value.first == &node; });
+}
+
+void NodeXmlReader::_addLater(Node& node)
+{
+    if (node._laterValue && !_isRead(node))
+        _values.emplace_back(&node, *node._laterValue);
+    for (const auto& child : node.getChildren())
+        _addLater(*child);
 }
 
 Kes::Result NodeXmlReader::_checkComplete(const Node& node) const

@@ -35,6 +35,8 @@ private:
     Kes::Result _readNode(Node& node, const xmlpp::Element& element);
     Kes::Result _readGroup(Node& node, const xmlpp::Element& element);
     Kes::Result _readValue(Node& node, const xmlpp::Element& element);
+    /// What a tree from before there were some values would hold.
+    void _addLater(Node& node);
     Kes::Result _checkComplete(const Node& node) const;
     Kes::Result _validateAll(const Node& node) const;
     bool _isRead(const Node& node) const;

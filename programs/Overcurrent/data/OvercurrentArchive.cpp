@@ -23,7 +23,6 @@ using KesMeasure::writeXml;
 using KesTestProgram::ArchiveEntries;
 namespace ArchiveInfo = KesTestProgram::ArchiveInfo;
 
-constexpr const char* program = "kes-overcurrent";
 constexpr const char* planName = "plan.xml";
 constexpr const char* outdatedResultsName = "results.xml";
 
@@ -34,16 +33,20 @@ constexpr std::pair<const char*, ArchiveForm> forms[] = {
 /// Nothing when the text is not that of an archive of this program.
 std::optional<ArchiveForm> readForm(const std::string& text)
 {
-    const auto found = ArchiveInfo::readForm(text, program);
+    const auto found = ArchiveInfo::readForm(text, OvercurrentArchive::program);
     for (const auto& [word, form] : forms)
         if (found == word)
             return form;
     return std::nullopt;
 }
 
-bool readTest(const std::string& text, std::optional<TestResults>& results)
+/// The checksum of an older form is that of its own text.
+bool readTest(const std::string& text, ArchiveForm form, const std::string& resultsText,
+              std::optional<TestResults>& results)
 {
-    return ArchiveInfo::readTest(text, results ? &*results : nullptr);
+    auto* const test = results ? &*results : nullptr;
+    return ArchiveInfo::readTest(text, test,
+                                 form == ArchiveForm::Present ? ResultsXml::toText(test) : resultsText);
 }
 
 bool readPlan(const std::string& text, ArchiveForm form, TestPlan& plan)
@@ -178,10 +181,11 @@ OvercurrentArchive takeIntactParts(const ArchiveEntries& entries)
         return readResults(entries.get(ArchiveEntries::results), form, archive.results);
     });
     if (archive.results) {
-        // Results without their circumstances must not pass for those of a real device.
-        archive.isOriginLost = !told || !readTest(info, archive.results);
+        archive.isOriginLost =
+            !told || !readTest(info, *told, entries.get(ArchiveEntries::results), archive.results);
         if (archive.isOriginLost)
-            archive.results->origin = Origin::Unknown;
+            static_cast<KesMeasure::TestCircumstances&>(*archive.results) =
+                KesMeasure::TestCircumstances::lost();
         if (archive.isPlanLost)
             archive.plan = archive.results->plan;
     }
@@ -192,16 +196,15 @@ OvercurrentArchive takeIntactParts(const ArchiveEntries& entries)
 
 std::unique_ptr<std::istream> OvercurrentArchive::pack() const
 {
+    const auto* const test = results ? &*results : nullptr;
+    const auto resultsText = ResultsXml::toText(test);
     ArchiveEntries entries;
-    entries.set(ArchiveEntries::info,
-                ArchiveInfo::write(program, KesMeasure::wordOf(ArchiveForm::Present, forms),
-                                   results ? &*results : nullptr));
+    entries.set(
+        ArchiveEntries::info,
+        ArchiveInfo::write(program, KesMeasure::wordOf(ArchiveForm::Present, forms), test, resultsText));
     entries.set(ArchiveEntries::settings, settings);
     entries.set(planName, writeXml("plan", [&](xmlpp::Element& root) { PlanXml::write(root, plan); }));
-    entries.set(ArchiveEntries::results, writeXml("results", [&](xmlpp::Element& root) {
-                    if (results)
-                        ResultsXml::write(root, *results);
-                }));
+    entries.set(ArchiveEntries::results, resultsText);
     return entries.pack();
 }
 
@@ -219,7 +222,7 @@ std::optional<OvercurrentArchive> OvercurrentArchive::read(std::istream& stream)
     const auto form = readForm(info);
     if (!form || !readPlan(entries->get(planName), *form, archive.plan) ||
         !readResults(entries->get(ArchiveEntries::results), *form, archive.results) ||
-        !readTest(info, archive.results))
+        !readTest(info, *form, entries->get(ArchiveEntries::results), archive.results))
         return std::nullopt;
     archive.settings = entries->get(ArchiveEntries::settings);
     if (*form != ArchiveForm::Present)

@@ -13,9 +13,8 @@ namespace Overcurrent {
 /// What an archive file of the program holds, and its form as bytes.
 ///
 /// The file holds four streams: "info.xml" (program, version of the form and, when a test has been made, its
-/// device, whether that was simulated, and its beginning), "settings.xml" (the test object's values),
-/// "plan.xml" and "test-results.xml" (empty before the first test). The same content gives the same bytes.
-/// Any thread.
+/// circumstances with a checksum), "settings.xml" (the test object's values), "plan.xml" and
+/// "test-results.xml" (empty before the first test). The same content gives the same bytes. Any thread.
 ///
 /// This is form 4. Form 3 knows one stage and the fault of phase A only: they are read as the first stage and
 /// that fault. Form 2 lacks some settings and decisions as well, and of a ramp the step before the change; it
@@ -23,6 +22,9 @@ namespace Overcurrent {
 /// in "settings.xml". It is read in repair mode only, and without its results: nothing in it tells whether
 /// they come from a real device.
 struct OvercurrentArchive {
+    /// As the files name the program.
+    static constexpr const char* program = "kes-overcurrent";
+
     /// As `KesTree::Node::serialize` writes it; for the test object to accept or refuse. Empty when lost.
     std::string settings;
     TestPlan plan;
@@ -36,7 +38,8 @@ struct OvercurrentArchive {
     /// more than could be read again.
     std::unique_ptr<std::istream> pack() const;
 
-    /// Nothing when the stream holds anything but a complete archive that makes sense.
+    /// Nothing when the stream holds anything but a complete archive that makes sense. Results that do not
+    /// fit their checksum are taken, and say so.
     static std::optional<OvercurrentArchive> read(std::istream& stream);
     /// What can be read of a damaged archive or of one in the older form; nothing when the stream is neither
     /// (a signature with up to three damaged bytes counts as one). A plan that cannot be read becomes that of

@@ -5,6 +5,7 @@
 #include <Overcurrent/data/StageTimes.h>
 #include <Overcurrent/text/OvercurrentText.h>
 
+#include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
 #include <KesMeasure/ScreenNumber.h>
 #include <KesMeasure/StateText.h>
@@ -41,33 +42,48 @@ std::string bandText(const Evaluation::Point& point)
     return fixed(point.earliest, decimals) + "\u00A0\u2026\u00A0" + fixed(point.latest, decimals);
 }
 
+double pickUpCurrentOf(const TestResults& results)
+{
+    return StageTimes::pickUpCurrent(results.settings, results.plan.getRampCase());
+}
+
 /// With several faults or stages it says with which fault it has been measured, and whose value it is.
-std::string rampName(const char* nameKey, const TestResults* results)
+std::string rampName(const std::string& id, const TestResults* results)
 {
     const auto isUsed = [](const Stage& stage) { return stage.isUsed; };
     if (!results ||
         (results->plan.faults.size() < 2 &&
          std::count_if(results->settings.stages.begin(), results->settings.stages.end(), isUsed) < 2))
-        return get(nameKey);
+        return get("Results." + id);
     const auto faultCase = results->plan.getRampCase();
     const auto stage = StageTimes::firstToPickUp(results->settings, faultCase);
-    return Kes::StringHelper::format(get("Results.withFault"), std::string(get(nameKey)),
+    return Kes::StringHelper::format(get("Results.withFault"), std::string(get("Results." + id)),
                                      Faults::nameOf(faultCase.fault),
                                      stage ? SettingsSummary::nameOf(*stage) : std::string());
 }
 
-ResultTable::Value rampValue(const char* nameKey, const TestResults* results,
+ResultTable::Value rampValue(const char* id, const TestResults* results,
                              const std::optional<RampResult>& ramp, bool isPassed)
 {
-    ResultTable::Value value{rampName(nameKey, results), get("Results.notYet"), {}, Mark::None};
+    ResultTable::Value value{rampName(id, results), get("Results.notYet"), {}, Mark::None, id};
     if (!results || !ramp)
         return value;
-    if (ramp->state == MeasureState::Measured)
-        value.value = SettingsSummary::intervalText(
-            StageTimes::pickUpCurrent(results->settings, results->plan.getRampCase()), *ramp);
+    if (ramp->state == MeasureState::Measured) {
+        const double current = pickUpCurrentOf(*results);
+        value.value = SettingsSummary::intervalText(current, *ramp);
+        value.number = ramp->getValue() * current;
+        value.unit = get("Unit.ampere");
+    }
     value.verdict = stateText(ramp->state, isPassed);
     value.mark = toMark(isPassed);
     return value;
+}
+
+ResultTable::Band pickUpBand(const TestResults& results)
+{
+    const double tolerance = results.plan.pickUpTolerancePercent / 100.0;
+    const double current = pickUpCurrentOf(results);
+    return {amperes(current * (1.0 - tolerance)), amperes(current * (1.0 + tolerance)), get("Unit.ampere")};
 }
 
 const std::vector<ResultTable::Column>& columns()
@@ -82,7 +98,8 @@ const std::vector<ResultTable::Column>& columns()
     static const auto made = [&] {
         std::vector<ResultTable::Column> all;
         for (const char* name : names)
-            all.push_back({name, get(std::string("Results.") + name), !isWord(name)});
+            all.push_back(
+                {name, get(std::string("Results.") + name), !isWord(name), std::string(name) == "tolerance"});
         return all;
     }();
     return made;
@@ -98,7 +115,9 @@ ResultTable::Row createRow(const TestResults& results, const PointResult& point,
              evaluated.deviation ? withSign(*evaluated.deviation, 3) : none,
              evaluated.deviationPercent ? withSign(*evaluated.deviationPercent, 2) : none,
              bandText(evaluated), stateText(point.state, evaluated.isPassed)},
-            toMark(evaluated.isPassed)};
+            toMark(evaluated.isPassed),
+            "point." + Faults::wordOf(point.fault) + "." + Kes::NumberText::write(point.multiple),
+            {fixed(evaluated.earliest, 3), fixed(evaluated.latest, 3), get("Unit.second")}};
 }
 
 std::vector<ResultTable::Value> createValues(const TestResults* results)
@@ -107,13 +126,17 @@ std::vector<ResultTable::Value> createValues(const TestResults* results)
         return {};
     const bool isDropOffPassed = results && Evaluation::isDropOffPassed(*results);
     std::vector<ResultTable::Value> values{
-        rampValue("Results.pickUp", results, results ? results->pickUp : std::nullopt,
+        rampValue("pickUp", results, results ? results->pickUp : std::nullopt,
                   results && Evaluation::isPickUpPassed(*results)),
-        rampValue("Results.dropOff", results, results ? results->dropOff : std::nullopt, isDropOffPassed)};
-    ResultTable::Value ratio{get("Results.ratio"), get("Results.notYet"), {}, Mark::None};
+        rampValue("dropOff", results, results ? results->dropOff : std::nullopt, isDropOffPassed)};
+    if (results)
+        values.front().band = pickUpBand(*results);
+    ResultTable::Value ratio{get("Results.ratio"), get("Results.notYet"), {}, Mark::None, "ratio"};
     if (const auto value = results ? Evaluation::ratio(*results) : std::nullopt) {
         const auto [least, most] = *Evaluation::ratioInterval(*results);
         ratio.value = fixed(*value, 3) + " (" + fixed(least, 3) + " \u2026 " + fixed(most, 3) + ")";
+        ratio.number = *value;
+        ratio.band = {fixed(results->plan.minimumRatio, 3), fixed(1.0, 3), ""};
         ratio.verdict = stateText(MeasureState::Measured, isDropOffPassed);
         ratio.mark = toMark(isDropOffPassed);
     }

@@ -137,6 +137,14 @@ void write(xmlpp::Element& element, const TestResults& results)
     writeRamp(element, "dropOff", results.dropOff);
 }
 
+std::string toText(const TestResults* results)
+{
+    return KesMeasure::writeXml("results", [results](xmlpp::Element& root) {
+        if (results)
+            write(root, *results);
+    });
+}
+
 std::optional<TestResults> read(const xmlpp::Element& element, ArchiveForm form)
 {
     auto settings = readChild(

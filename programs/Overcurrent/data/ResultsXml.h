@@ -4,6 +4,7 @@
 #include <Overcurrent/data/TestResults.h>
 
 #include <optional>
+#include <string>
 
 namespace xmlpp {
 class Element;
@@ -15,6 +16,8 @@ namespace Overcurrent::ResultsXml {
 
 /// A test that is still under way is written as one that was stopped: that is what it would be for a reader.
 void write(xmlpp::Element& element, const TestResults& results);
+/// The same as a document, for files and their checksum; an empty one without results (null).
+std::string toText(const TestResults* results);
 std::optional<TestResults> read(const xmlpp::Element& element, ArchiveForm form = ArchiveForm::Present);
 
 } // namespace Overcurrent::ResultsXml

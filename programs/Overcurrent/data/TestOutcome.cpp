@@ -21,7 +21,8 @@ Outcome create(const TestResults* results, bool areResultsLost)
     const std::size_t measured = results->points.size();
     const std::size_t passed = Evaluation::countPassed(*results);
     const auto outcome = [&](const char* key, const auto&... counts) {
-        return Outcome{Kes::StringHelper::format(get(key), title, counts...), Outcome::getMark(verdict)};
+        return Outcome{Kes::StringHelper::format(get(key), title, counts...), Outcome::getMark(verdict)}
+            .withCircumstances(*results);
     };
     if (results->end == RunEnd::Ended)
         return outcome("Outcome.ended", measured, planned, passed);

@@ -5,6 +5,7 @@
 #include <Overcurrent/data/Evaluation.h>
 #include <Overcurrent/data/OvercurrentArchive.h>
 #include <Overcurrent/data/ResultTexts.h>
+#include <Overcurrent/data/ResultsXml.h>
 #include <Overcurrent/data/SettingsSummary.h>
 #include <Overcurrent/data/TestChart.h>
 #include <Overcurrent/data/TestOutcome.h>
@@ -114,13 +115,19 @@ std::string OvercurrentModel::getDataSummary()
 std::string OvercurrentModel::_createReportData() const
 {
     const auto results = getResults();
-    return results ? ReportDocument::create(results->settings, results->plan, &*results)
-                   : ReportDocument::create(getSettings(), _plan, nullptr, areResultsLost());
+    const auto nameplate = _describeNameplate();
+    return results ? ReportDocument::create(results->settings, results->plan, &*results, false, nameplate)
+                   : ReportDocument::create(getSettings(), _plan, nullptr, areResultsLost(), nameplate);
 }
 
 std::string OvercurrentModel::_getStylesheet() const
 {
     return "report/overcurrent.xsl";
+}
+
+std::string OvercurrentModel::_getProgramId() const
+{
+    return OvercurrentArchive::program;
 }
 
 std::unique_ptr<std::istream> OvercurrentModel::getDataStream()
@@ -196,6 +203,11 @@ TestResults OvercurrentModel::_createResults() const
 KesMeasure::Verdict OvercurrentModel::_judge(const TestResults& results) const
 {
     return Evaluation::verdict(results);
+}
+
+std::string OvercurrentModel::_toXml(const TestResults& results) const
+{
+    return ResultsXml::toText(&results);
 }
 
 std::size_t OvercurrentModel::_countMeasuredIn(const TestResults& results) const

@@ -44,8 +44,10 @@ private:
     void _clearData() override;
     std::string _createReportData() const override;
     std::string _getStylesheet() const override;
+    std::string _getProgramId() const override;
     TestResults _createResults() const override;
     KesMeasure::Verdict _judge(const TestResults& results) const override;
+    std::string _toXml(const TestResults& results) const override;
     std::size_t _countMeasuredIn(const TestResults& results) const override;
 
     void onPhase(const RunPhase& phase) override;

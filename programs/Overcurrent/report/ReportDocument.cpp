@@ -2,6 +2,7 @@
 
 #include <Overcurrent/data/Evaluation.h>
 #include <Overcurrent/data/ResultTexts.h>
+#include <Overcurrent/data/ResultsXml.h>
 #include <Overcurrent/data/SettingsSummary.h>
 #include <Overcurrent/data/TestChart.h>
 #include <Overcurrent/data/TestOutcome.h>
@@ -15,13 +16,16 @@
 namespace Overcurrent {
 
 std::string ReportDocument::create(const RelaySettings& settings, const TestPlan& plan,
-                                   const TestResults* results, bool areResultsLost)
+                                   const TestResults* results, bool areResultsLost,
+                                   const std::vector<KesMeasure::TextLine>& nameplate)
 {
     using namespace KesMeasure;
     return writeXml("report", [&](xmlpp::Element& root) {
         const auto verdict = results ? Evaluation::verdict(*results) : Verdict::None;
-        ReportXml::addHead(root, verdict, TestOutcome::create(results, areResultsLost), results);
+        ReportXml::addHead(root, verdict, TestOutcome::create(results, areResultsLost), results,
+                           ResultsXml::toText(results));
         root.set_attribute("subtitle", lng::Overcurrent::get("Report.title"));
+        ReportXml::addLines(root, "nameplate", nameplate);
         ReportXml::addLines(root, "settings", SettingsSummary::describe(settings));
         ReportXml::addLines(root, "plan", SettingsSummary::describe(plan, settings));
         ReportXml::addResults(root, ResultTexts::createTable(results));

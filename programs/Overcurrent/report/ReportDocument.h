@@ -2,7 +2,10 @@
 
 #include <Overcurrent/data/TestResults.h>
 
+#include <KesMeasure/TextLine.h>
+
 #include <string>
+#include <vector>
 
 namespace Overcurrent {
 
@@ -11,8 +14,10 @@ namespace Overcurrent {
 class ReportDocument {
 public:
     /// `results` may be null: no test yet, or one whose results were lost with its file.
+    /// `nameplate`: who and what has been tested, in addition to the settings.
     static std::string create(const RelaySettings& settings, const TestPlan& plan, const TestResults* results,
-                              bool areResultsLost = false);
+                              bool areResultsLost = false,
+                              const std::vector<KesMeasure::TextLine>& nameplate = {});
 };
 
 } // namespace Overcurrent

@@ -48,9 +48,7 @@ TEST_F(StreamLinkEventsTest, ComeWholeOnceAndInOrderOrAreNonsense)
         {later, {nonsense}, R"("")"},
         {later, {nonsense}, "6"},
         {later, {nonsense}, "-222,\"Forgotten\""},
-        {"!8,30,INP,3,1\n!10,50,INP,4,1\n",
-         {all[0], all[1], all[2], nonsense},
-         R"("6,10,INP,1,1","7,20,INP,2,1")"},
+        {"!8,30,INP,3,1\n!10,50,INP,4,1\n", {nonsense}, R"("6,10,INP,1,1","7,20,INP,2,1")"},
     };
     for (const auto& [events, lines, missing] : cases) {
         SCOPED_TRACE(events + missing);
@@ -79,6 +77,18 @@ TEST_F(StreamLinkEventsTest, AreNotHeldBackWithoutEnd)
         EventOrder other;
         other.take(std::to_string(1 + missing) + ",10,INP,1,1");
         EXPECT_EQ(other.hasGap(), missing == 1000);
+    }
+}
+
+TEST_F(StreamLinkEventsTest, BehindAGapAreOutOfOrderBeforeTheMissingOnesAreThere)
+{
+    for (const char* second : {"6,10,INP,1,1", "7,10,INP,1,1", "9,10,INP,1,1"}) {
+        EventOrder order;
+        order.begin(5);
+        order.take("7,10,INP,1,1");
+        EXPECT_FALSE(order.isBroken());
+        order.take(second);
+        EXPECT_TRUE(order.isBroken()) << second;
     }
 }
 

@@ -3,6 +3,7 @@
 #include <KesCommonView/UnattendedDialogs.h>
 #include <KesProgram/shell/UnattendedRun.h>
 
+#include <atomic>
 #include <filesystem>
 #include <stdexcept>
 
@@ -109,6 +110,25 @@ TEST_P(UnattendedRunTest, EndsWithAStatusWhateverFails)
     EXPECT_TRUE(waitFor([this] { return isClosed; }));
     EXPECT_EQ(run.getStatus(), GetParam().status);
     EXPECT_EQ(std::filesystem::exists(line.report), GetParam().isReported);
+}
+
+TEST_F(ShellTest, NothingIsPutOutForResultsThatNobodyCanWrite)
+{
+    KesProgram::CommandLine line;
+    line.run = true;
+    line.results = home.file("r.json");
+    line.report = home.file("r.html");
+    model._setCanProgramStart(true);
+    open();
+    std::atomic<bool> isStarted{false};
+    const Kes::ScopedConnection running =
+        model.signalRunningChanged.connect([&isStarted] { isStarted = true; });
+    UnattendedRun run(line, model, shell, {});
+    run.begin();
+    EXPECT_TRUE(waitFor([&run] { return run.isDone(); }));
+    EXPECT_EQ(run.getStatus(), UnattendedRun::NotStarted);
+    EXPECT_FALSE(isStarted);
+    EXPECT_FALSE(std::filesystem::exists(line.report));
 }
 
 /// As by a second signal, before the test has come to its end.

@@ -2,11 +2,16 @@
 
 namespace KesDriver {
 
-ByteStream::ByteStream() : _cancellable(g_cancellable_new()) {}
+ByteStream::ByteStream() : _cancellable(g_cancellable_new())
+{
+    // As long as somebody has it, no call that waits makes and closes one of its own.
+    g_cancellable_get_fd(_cancellable);
+}
 
 ByteStream::~ByteStream()
 {
     close();
+    g_cancellable_release_fd(_cancellable);
     g_object_unref(_cancellable);
 }
 

@@ -30,8 +30,9 @@ void EventOrder::_hold(Record record)
     if (_held.empty()) {
         _gap = Gap{_next, record.number - _next};
         _isBroken = _gap->count > mostMissing;
+    } else {
+        _isBroken = record.number != _held.back().number + 1 || _held.size() == mostHeld;
     }
-    _isBroken = _isBroken || _held.size() == mostHeld;
     _held.push_back(std::move(record));
 }
 

@@ -89,6 +89,7 @@ void StreamConnection::end(End reason)
     _end = reason;
     _stream.cancel();
     _changed.notify_all();
+    _answered.notify_all();
     if (_isEstablished && reason != End::Closed)
         _reports->push(_number, ConnectionLost{}, std::numeric_limits<ReportQueue::Run>::max());
 }
@@ -126,7 +127,7 @@ std::optional<Answer> StreamConnection::_ask(const std::string& commands, std::s
         question = _send(commands, queries, purpose);
     }
     Lock lock(_mutex);
-    _changed.wait(lock, [&] { return _end != End::None || (question && question->answer); });
+    _answered.wait(lock, [&] { return _end != End::None || (question && question->answer); });
     return question ? std::move(question->answer) : std::nullopt;
 }
 
@@ -143,8 +144,8 @@ std::shared_ptr<StreamConnection::Question> StreamConnection::_send(const std::s
         const auto deadline = _isEstablished ? _lastSent + _timeout : _attemptEnd;
         *question = {++_lastNumber, purpose, queries, deadline, _run, {}};
         _questions.push_back(question);
-        // The watch looks when this one's time is over.
-        _changed.notify_all();
+        if (deadline < _watchWakes)
+            _changed.notify_all();
     }
     if (!_stream.write(writeQuestion(commands, question->number)))
         end(End::Dropped);
@@ -166,9 +167,12 @@ void StreamConnection::_watch()
             end(End::Silent);
             return;
         }
-        auto wake = std::max(_lastSent, now) + interval;
+        auto wake = _lastSent + interval;
+        if (wake <= now)
+            wake = now + interval;
         if (!_questions.empty())
             wake = std::min(wake, _questions.front()->deadline);
+        _watchWakes = wake;
         if (_end == End::None)
             _changed.wait_until(lock, wake);
     }

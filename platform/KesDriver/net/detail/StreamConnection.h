@@ -121,7 +121,12 @@ private:
     /// Held while a line is written; before the other one.
     std::mutex _writing;
     mutable std::mutex _mutex;
+    /// What the watch waits for: the end, a gap between the events, a question whose time ends before it
+    /// wakes.
     std::condition_variable _changed;
+    Clock::time_point _watchWakes;
+    /// What those who ask wait for: an answer, the end.
+    std::condition_variable _answered;
     End _end = End::None;
     bool _isEstablished = false;
     bool _isWatching = false;

@@ -79,8 +79,8 @@ void StreamConnection::_hearAnswer(const std::string& line)
         isRestarted = _isOtherBoot(*question);
         if (!isRestarted)
             due = _use(*question);
-        _changed.notify_all();
     }
+    _answered.notify_all();
     if (isRestarted)
         end(End::Restarted);
     _hearEvents(due);

@@ -69,8 +69,10 @@ void SimulatedHost::_step(Lock& lock)
         _tellLoss(lock);
     else if (const auto now = SimulatedClock::now(); _work(now))
         _letOthersIn(lock);
-    else
-        _changed.wait_until(lock, _getNextWake(now));
+    else {
+        _wakes = _getNextWake(now);
+        _changed.wait_until(lock, _wakes);
+    }
 }
 
 /// Without memory: the device must not be gone without a word, or whoever measures waits for it. Called
@@ -146,11 +148,21 @@ SimulatedHost::RealTime SimulatedHost::_getNextWake(RealTime now) const
 void SimulatedHost::_passOnReports() noexcept
 {
     try {
-        _noteFailure([this] { _takeReports(); });
+        _noteFailure([this] {
+            _takeReports();
+            if (_hasWork())
+                _changed.notify_all();
+        });
     } catch (...) {
-        // Noted.
+        // Noted, and the thread told.
     }
-    _changed.notify_all();
+}
+
+/// Whether its thread may have to do something before it wakes by itself. Most requests only ask.
+bool SimulatedHost::_hasWork() const
+{
+    return _hasFailed || !_lost.empty() || !_startSignals.empty() ||
+           _getNextWake(SimulatedClock::now()) < _wakes;
 }
 
 void SimulatedHost::_takeReports()

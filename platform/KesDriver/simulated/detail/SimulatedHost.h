@@ -102,6 +102,7 @@ private:
     void _letOthersIn(Lock& lock);
     bool _work(RealTime now);
     RealTime _getNextWake(RealTime now) const;
+    bool _hasWork() const;
 
     void _passOnReports() noexcept;
     void _takeReports();
@@ -125,6 +126,8 @@ private:
     std::shared_ptr<ISimulatedObserver> _observer;
     /// The observer has stopped what happens.
     std::optional<RealTime> _heldUntil;
+    /// When the thread, while it waits, wakes by itself.
+    RealTime _wakes = RealTime::max();
     std::deque<std::pair<bool, SimulatedDevice::Moment>> _startSignals;
 };
 

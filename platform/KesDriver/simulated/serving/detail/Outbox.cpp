@@ -4,8 +4,11 @@
 
 namespace KesDriver {
 
-Outbox::Outbox(Write write, std::function<void()> overflow)
-    : _write(std::move(write)), _overflow(std::move(overflow)), _worker("KesSessionOut", [this] { _run(); })
+Outbox::Outbox(Write write, WriteSome writeSome, std::function<void()> overflow)
+    : _write(std::move(write)),
+      _writeSome(std::move(writeSome)),
+      _overflow(std::move(overflow)),
+      _worker("KesSessionOut", [this] { _run(); })
 {}
 
 Outbox::~Outbox()
@@ -34,6 +37,11 @@ void Outbox::_add(std::string line, bool isDelayed)
     std::lock_guard lock(_mutex);
     if (_isOver)
         return;
+    const auto delay = isDelayed ? _delay : _delay.zero();
+    if (_isFree() && delay == delay.zero())
+        line.erase(0, _writeSome(line));
+    if (line.empty())
+        return;
     if (_bytes + line.size() > capacity) {
         _isOver = true;
         _overflow();
@@ -41,8 +49,7 @@ void Outbox::_add(std::string line, bool isDelayed)
         return;
     }
     _bytes += line.size();
-    _lines.push_back(
-        {std::move(line), std::chrono::steady_clock::now() + (isDelayed ? _delay : _delay.zero())});
+    _lines.push_back({std::move(line), std::chrono::steady_clock::now() + delay});
     _changed.notify_all();
 }
 
@@ -65,6 +72,12 @@ void Outbox::finish(std::chrono::milliseconds longest)
     _changed.wait_for(lock, longest, [&] { return _isOver || _isSilent || (_lines.empty() && !_isWriting); });
     _isOver = true;
     _changed.notify_all();
+}
+
+/// Whether nothing has to be sent before what comes next. With the lock.
+bool Outbox::_isFree() const
+{
+    return _lines.empty() && !_isWriting && !_isSilent;
 }
 
 /// False at the end.

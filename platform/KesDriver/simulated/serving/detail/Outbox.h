@@ -14,15 +14,18 @@
 namespace KesDriver {
 
 /// What a session has still to get, and the thread that sends it in the order in which it came about, so that
-/// nobody waits for a reader who does not read. Any thread.
+/// nobody waits for a reader who does not read. What can be sent at once, before all others and without a
+/// wait, is: a thread more on the way of each answer would be felt. Any thread.
 class Outbox : public ILineSink {
 public:
     /// Sends all the bytes; false when there is nobody any more.
     using Write = std::function<bool(std::string_view bytes)>;
+    /// Sends what goes without waiting; says how many bytes that were.
+    using WriteSome = std::function<std::size_t(std::string_view bytes)>;
     static constexpr std::size_t capacity = std::size_t{4} << 20U;
 
     /// `overflow` is called when more waits than the capacity; it must not wait.
-    Outbox(Write write, std::function<void()> overflow);
+    Outbox(Write write, WriteSome writeSome, std::function<void()> overflow);
     /// What waits is lost. `write` has to return by itself.
     ~Outbox() override;
 
@@ -44,9 +47,11 @@ private:
 
     void _add(std::string line, bool isDelayed);
     void _run();
+    bool _isFree() const;
     bool _waitForLine(std::unique_lock<std::mutex>& lock);
 
     const Write _write;
+    const WriteSome _writeSome;
     const std::function<void()> _overflow;
     std::mutex _mutex;
     std::condition_variable _changed;

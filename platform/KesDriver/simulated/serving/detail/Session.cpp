@@ -30,6 +30,7 @@ Session::Session(std::shared_ptr<ServedDevice> device, GObjectPtr<GSocket> socke
       _log(std::move(log)),
       _socket(std::move(socket)),
       _outbox(std::make_shared<Outbox>([this](std::string_view bytes) { return _socket.send(bytes); },
+                                       [this](std::string_view bytes) { return _socket.sendSome(bytes); },
                                        [this] { drop(); })),
       _dialogue(_device, _outbox, _socket.getAddress())
 {}

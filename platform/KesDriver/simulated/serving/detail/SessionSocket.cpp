@@ -64,6 +64,13 @@ bool SessionSocket::send(std::string_view bytes)
     return true;
 }
 
+std::size_t SessionSocket::sendSome(std::string_view bytes)
+{
+    const auto count =
+        g_socket_send_with_blocking(_socket.get(), bytes.data(), bytes.size(), FALSE, nullptr, nullptr);
+    return static_cast<std::size_t>(std::max<gssize>(0, count));
+}
+
 void SessionSocket::shutDown()
 {
     g_socket_shutdown(_socket.get(), TRUE, TRUE, nullptr);

@@ -17,7 +17,8 @@ struct GObjectDeleter {
 template <typename T>
 using GObjectPtr = std::unique_ptr<T, GObjectDeleter<T>>;
 
-/// A connected stream socket. One thread receives while another one sends; `shutDown` on any.
+/// A connected stream socket. One thread receives while another one sends; `sendSome` while nobody sends;
+/// `shutDown` on any.
 class SessionSocket {
 public:
     using RealTime = std::chrono::steady_clock::time_point;
@@ -35,6 +36,8 @@ public:
     Received receive(std::string& bytes, std::optional<RealTime> deadline);
     /// False when the connection has ended.
     bool send(std::string_view bytes);
+    /// Sends what goes without waiting; says how many bytes that were. None when the connection has ended.
+    std::size_t sendSome(std::string_view bytes);
     /// What waits in `receive` and `send` returns, and nothing can be sent or received any more.
     void shutDown();
 

@@ -1,10 +1,10 @@
-#include <KesDriver/net/detail/AvahiBrowser.h>
+#include <KesDriver/net/late/AvahiServices.h>
 
 #include <KesCommon/Log.h>
 #include <KesDriver/DriverText.h>
-#include <KesDriver/net/detail/AvahiHandles.h>
-#include <KesDriver/net/detail/AvahiProbe.h>
 #include <KesDriver/net/detail/ServiceText.h>
+#include <KesDriver/net/late/AvahiHandles.h>
+#include <KesDriver/net/late/AvahiProbe.h>
 
 #include <avahi-client/lookup.h>
 #include <avahi-common/error.h>
@@ -117,9 +117,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<IServiceBrowser> makeAvahiBrowser()
+IServiceBrowser* kesMakeAvahiBrowser()
 {
-    return std::make_unique<AvahiBrowser>();
+    return new AvahiBrowser;
 }
 
 } // namespace KesDriver

@@ -1,4 +1,4 @@
-#include <KesDriver/net/detail/AvahiProbe.h>
+#include <KesDriver/net/late/AvahiProbe.h>
 
 #include <utility>
 

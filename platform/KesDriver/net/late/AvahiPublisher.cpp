@@ -1,4 +1,4 @@
-#include <KesDriver/net/detail/AvahiPublisher.h>
+#include <KesDriver/net/late/AvahiPublisher.h>
 
 #include <KesCommon/Log.h>
 #include <KesCommon/StringHelper.h>
@@ -198,6 +198,11 @@ void AvahiPublisher::_report(const std::string& problem)
     if (std::exchange(_problem, problem) != problem)
         KesLog::Log::writeWarn(Kes::StringHelper::format("%s is not announced in the network: %s",
                                                          _service.address.to_string(), problem));
+}
+
+IServicePublisher* kesMakeAvahiPublisher(const std::string& name, const ServiceRecord& service)
+{
+    return new AvahiPublisher(name, service);
 }
 
 } // namespace KesDriver

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <KesDriver/net/IServiceBrowser.h>
-#include <KesDriver/net/detail/AvahiHandles.h>
-#include <KesDriver/net/detail/AvahiProbe.h>
+#include <KesDriver/net/late/AvahiHandles.h>
+#include <KesDriver/net/late/AvahiProbe.h>
+#include <KesDriver/net/late/AvahiServices.h>
 
 #include <avahi-client/publish.h>
 
@@ -15,11 +15,11 @@ namespace KesDriver {
 
 /// Keeps one service announced through the system's Avahi service, whenever there is one. Belongs to one
 /// thread, whose default main context it works in.
-class AvahiPublisher {
+class AvahiPublisher : public IServicePublisher {
 public:
     /// `name` is the service's, as long as nobody else has it.
     AvahiPublisher(const std::string& name, ServiceRecord service);
-    ~AvahiPublisher();
+    ~AvahiPublisher() override;
     AvahiPublisher(const AvahiPublisher&) = delete;
     AvahiPublisher& operator=(const AvahiPublisher&) = delete;
 
