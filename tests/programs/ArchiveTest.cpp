@@ -368,7 +368,9 @@ TEST(OvercurrentModelArchiveTest, OpensTheFormerFormsAsTheyAre)
     for (const auto& [name, repair] : {std::pair("former.kovc", false),
                                        {"former.kovc", true},
                                        {"third.kovc", false},
-                                       {"third.kovc", true}}) {
+                                       {"third.kovc", true},
+                                       {"sealed.kovc", false},
+                                       {"sealed.kovc", true}}) {
         SCOPED_TRACE(name);
         OvercurrentModel model;
         model.signalMessage.connect([](const std::string& text) { ADD_FAILURE() << text; });
@@ -379,6 +381,9 @@ TEST(OvercurrentModelArchiveTest, OpensTheFormerFormsAsTheyAre)
         const auto results = model.getResults();
         ASSERT_TRUE(results);
         EXPECT_FALSE(model.isResultStale());
+        // The checksum is that of the text of its form.
+        EXPECT_EQ(results->foreignChecksum.has_value(), std::string(name) != "sealed.kovc");
+        EXPECT_FALSE(results->isChangedByHand());
         EXPECT_EQ(results->points.size(), 8u);
         EXPECT_NEAR(results->pickUp->multiple - results->pickUp->without, 0.01, 1e-9);
         EXPECT_EQ(Evaluation::verdict(*results), KesMeasure::Verdict::Passed);
