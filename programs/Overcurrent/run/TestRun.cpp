@@ -1,6 +1,6 @@
 #include <Overcurrent/run/TestRun.h>
 
-#include <Overcurrent/data/OperateCurve.h>
+#include <Overcurrent/data/StageTimes.h>
 #include <Overcurrent/data/TestSequences.h>
 
 #include <KesMeasure/ContactChanges.h>
@@ -42,8 +42,8 @@ TestRun::TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice:
       _listener(listener),
       _runner(kesto, control, KesMeasure::HeatBudget(settings.getWithstand()))
 {
-    for (const double multiple : plan.multiples)
-        _wholeWeight += _pointWeight(multiple);
+    for (const auto& point : plan.getPoints())
+        _wholeWeight += _pointWeight(point);
     if (settings.hasRamps())
         _wholeWeight +=
             _rampWeight(plan.pickUp, plan.pickUp.dwell) + _rampWeight(plan.dropOff, settings.resetTime);
@@ -64,13 +64,12 @@ RunEnd TestRun::execute()
 RunEnd TestRun::_measurePoints()
 {
     std::size_t number = 0;
-    for (const double multiple : _plan.multiples) {
-        _announce({RunPhase::Kind::Point, ++number, _plan.multiples.size(), multiple});
-        PointResult result;
-        result.multiple = multiple;
+    for (const auto& point : _plan.getPoints()) {
+        _announce({RunPhase::Kind::Point, ++number, _plan.countPoints(), point});
+        PointResult result{point};
         if (const auto end = _measurePoint(result); end != RunEnd::Complete)
             return end;
-        _doneWeight += _pointWeight(multiple);
+        _doneWeight += _pointWeight(point);
         _listener.onPoint(result);
         if (const auto end = _judge(result.state); end != RunEnd::Complete)
             return end;
@@ -80,7 +79,7 @@ RunEnd TestRun::_measurePoints()
 
 RunEnd TestRun::_measurePoint(PointResult& result)
 {
-    const auto end = _run(TestSequences::point(_settings, _plan, result.multiple), result.state);
+    const auto end = _run(TestSequences::point(_settings, _plan, result), result.state);
     if (end != RunEnd::Complete || result.state != MeasureState::Measured)
         return end;
     return _evaluatePoint(result) ? RunEnd::Complete : _fail(lng::Measure::get("Run.nonsense"));
@@ -92,7 +91,7 @@ bool TestRun::_evaluatePoint(PointResult& result)
     const auto record = _runner.getRecord();
     if (record.steps.size() != 1 || record.end->time < record.steps[0])
         return false;
-    const auto limit = toDeviceTime(TestSequences::pointLimit(_settings, _plan, result.multiple));
+    const auto limit = toDeviceTime(TestSequences::pointLimit(_settings, _plan, result));
     const auto trip = ContactChanges::findFirst(record, {_settings.tripInput, true}, _guard.debounce);
     if (!trip) {
         result.state = stateWithoutChange(record, limit);
@@ -230,10 +229,10 @@ void TestRun::_announce(RunPhase phase)
     _listener.onPhase(phase);
 }
 
-double TestRun::_pointWeight(double multiple) const
+double TestRun::_pointWeight(const PlannedPoint& point) const
 {
-    return std::max(_plan.pause, _settings.resetTime) +
-           OperateCurve::operateTime(_settings, multiple).value_or(0.0);
+    const auto trip = StageTimes::operate(_settings, _plan.caseOf(point.fault), point.multiple);
+    return std::max(_plan.pause, _settings.resetTime) + (trip ? trip->seconds : 0.0);
 }
 
 double TestRun::_rampWeight(const Ramp& ramp, double dwell) const
