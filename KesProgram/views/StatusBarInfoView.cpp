@@ -31,6 +31,9 @@ void StatusBarInfoView::setInfo(const std::string& text)
 void StatusBarInfoView::_show(const std::string& text)
 {
     const Glib::ustring shown = Glib::ustring(text).make_valid();
+    // The bold font would hold up the first frame, when there is no text yet.
+    if (!shown.empty())
+        _label.get_style_context()->add_class("status_text");
     _label.set_text(shown);
     _label.set_tooltip_text(shown);
     Kes::GtkWidgetHelper::setAccessibleName(*this, shown);
