@@ -19,6 +19,8 @@ struct ResultTable {
         bool isNumber = true;
         /// The cells tell a band; files tell its ends instead.
         bool isBand = false;
+
+        bool operator==(const Column&) const = default;
     };
     /// Where a value has to lie, for files: numbers as in cells, empty where there is no band.
     struct Band {

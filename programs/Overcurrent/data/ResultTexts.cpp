@@ -6,6 +6,7 @@
 
 #include <KesCommon/NumberText.h>
 #include <KesMeasure/ScreenNumber.h>
+#include <KesMeasure/SpreadColumn.h>
 #include <KesMeasure/StateText.h>
 
 namespace Overcurrent::ResultTexts {
@@ -75,16 +76,19 @@ const std::vector<ResultTable::Column>& columns()
     return made;
 }
 
-ResultTable::Row createRow(const TestResults& results, const PointResult& point, std::size_t number)
+ResultTable::Row createRow(const TestResults& results, const PointResult& point, std::size_t number,
+                           bool isMeasured)
 {
-    const auto evaluated = Evaluation::evaluate(results, point);
+    auto evaluated = Evaluation::evaluate(results, point);
+    if (!isMeasured)
+        evaluated.measured = evaluated.deviation = evaluated.deviationPercent = std::nullopt;
     const std::string none = get("Results.notYet");
     return {{std::to_string(number), multiple(point.multiple), amperes(evaluated.current),
              fixed(evaluated.expected, 3), evaluated.measured ? fixed(*evaluated.measured, 3) : none,
              evaluated.deviation ? withSign(*evaluated.deviation, 3) : none,
              evaluated.deviationPercent ? withSign(*evaluated.deviationPercent, 2) : none,
-             bandText(evaluated), stateText(point.state, evaluated.isPassed)},
-            toMark(evaluated.isPassed),
+             bandText(evaluated), isMeasured ? stateText(point.state, evaluated.isPassed) : ""},
+            isMeasured ? toMark(evaluated.isPassed) : Mark::None,
             "point." + Kes::NumberText::write(point.multiple),
             {fixed(evaluated.earliest, 3), fixed(evaluated.latest, 3), get("Unit.second")}};
 }
@@ -115,22 +119,36 @@ std::vector<ResultTable::Value> createValues(const TestResults* results)
 
 } // namespace
 
-ResultTable createTable(const TestResults* results)
+ResultTable createTable(const TestResults& results)
 {
-    ResultTable table{columns(), {}, createValues(results)};
-    if (results)
-        for (const auto& point : results->points)
-            table.rows.push_back(createRow(*results, point, table.rows.size() + 1));
+    ResultTable table{columns(), {}, createValues(&results)};
+    std::vector<std::string> spreads;
+    for (const auto& planned : results.plan.multiples) {
+        const std::size_t index = table.rows.size();
+        const bool isMeasured = index < results.points.size();
+        const auto point = isMeasured ? results.points[index] : PointResult{planned};
+        table.rows.push_back(createRow(results, point, index + 1, isMeasured));
+        const auto spread = isMeasured ? Evaluation::evaluate(results, point).spread : std::nullopt;
+        spreads.push_back(spread ? fixed(*spread, 3) : get("Results.notYet"));
+    }
+    if (results.plan.repetitions > 1)
+        KesMeasure::addSpreadColumn(table, results.plan.repetitions, get("Unit.second"), spreads);
     return table;
+}
+
+std::string describePlanned(const TestResults& results, const PointResult& point)
+{
+    const auto evaluated = Evaluation::evaluate(results, point);
+    return multiple(point.multiple) + " " + get("Unit.setting") + "\n" + get("Results.expected") + ": " +
+           fixed(evaluated.expected, 3) + " (" + bandText(evaluated) + ")";
 }
 
 std::string describe(const TestResults& results, const PointResult& point)
 {
     const auto evaluated = Evaluation::evaluate(results, point);
     const std::string measured = evaluated.measured ? fixed(*evaluated.measured, 3) : get("Results.notYet");
-    return multiple(point.multiple) + " " + get("Unit.setting") + "\n" + get("Results.expected") + ": " +
-           fixed(evaluated.expected, 3) + " (" + bandText(evaluated) + ")\n" + get("Results.measured") +
-           ": " + measured + "\n" + stateText(point.state, evaluated.isPassed);
+    return describePlanned(results, point) + "\n" + get("Results.measured") + ": " + measured + "\n" +
+           stateText(point.state, evaluated.isPassed);
 }
 
 } // namespace Overcurrent::ResultTexts

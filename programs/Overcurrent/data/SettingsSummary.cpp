@@ -82,6 +82,8 @@ std::vector<Line> describe(const TestPlan& plan, const RelaySettings& settings)
     std::vector<Line> lines{{get("PlanView.multiples"), multiplesText(plan.multiples)},
                             {get("Plan.timeout"), withUnit(plan.timeout, "Unit.second")},
                             {get("Plan.pause"), withUnit(plan.pause, "Unit.second")}};
+    if (plan.repetitions > 1)
+        lines.push_back({get("Plan.repetitions"), std::to_string(plan.repetitions)});
     if (settings.hasRamps()) {
         lines.push_back({get("PlanView.pickUpRamp"), rampText(plan.pickUp)});
         lines.push_back({get("PlanView.dropOffRamp"), rampText(plan.dropOff)});

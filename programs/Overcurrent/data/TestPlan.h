@@ -4,6 +4,7 @@
 
 #include <KesCommon/Result.h>
 #include <KesDriver/Outputs.h>
+#include <KesMeasure/SinglesXml.h>
 
 #include <cstddef>
 #include <vector>
@@ -33,6 +34,7 @@ struct TestPlan {
     static constexpr std::size_t maximumPoints = 100;
     static constexpr double maximumMultiple = 100.0;
     static constexpr std::size_t maximumRampSteps = 2000;
+    static constexpr unsigned maximumRepetitions = KesMeasure::SinglesXml::mostRepetitions;
 
     /// The multiples of Is, in the order of the test.
     std::vector<double> multiples{1.5, 2, 3, 5, 7, 10, 15, 20};
@@ -47,6 +49,8 @@ struct TestPlan {
     double pickUpTolerancePercent = 5.0;
     /// The least ratio of the drop-off value to the pick-up value.
     double minimumRatio = 0.9;
+    /// How many times each point is measured, 1 to 20.
+    unsigned repetitions = 1;
     /// Whether the test goes on after a measurement at which the relay did not do what was waited for.
     bool goesOn = false;
 

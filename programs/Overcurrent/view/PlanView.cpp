@@ -41,6 +41,7 @@ PlanView::PlanView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(get("PlanView
     _addLabel(PlanTexts::nameOf(PlanField::Multiples) + ", " + get("Unit.setting"), 0, 3);
     ++_row;
     _form.attach(multiples, 0, _row++, 3, 1);
+    _addRow(PlanField::Repetitions, nullptr);
     _addRow(PlanField::Timeout, "Unit.second");
     _addRow(PlanField::Pause, "Unit.second");
     _addRamp("PlanView.pickUpRamp", PlanField::PickUpFrom);
