@@ -2,6 +2,7 @@
 
 #include <KesMeasure/Mark.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -51,6 +52,9 @@ struct ResultTable {
         std::optional<double> number{};
         std::string unit{};
         Band band{};
+        /// A measured value that can be measured again by itself counts as a row behind the last one; this
+        /// is its number, from 0.
+        std::optional<std::size_t> row{};
 
         bool operator==(const Value&) const = default;
     };

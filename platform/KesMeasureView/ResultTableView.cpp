@@ -3,6 +3,7 @@
 #include <KesMeasure/MeasureText.h>
 #include <KesMeasureView/MarkText.h>
 
+#include <KesCommon/StringHelper.h>
 #include <KesCommonView/GtkWidgetHelper.h>
 
 #include <gtkmm/label.h>
@@ -115,6 +116,10 @@ void ResultTableView::_updateCommands()
     const bool isNoneSelected = _whyNotRepeat.empty() && _getSelected().empty();
     offer(_repeat, _repeatItem, isNoneSelected ? get("Results.noneSelected") : _whyNotRepeat,
           get("Results.repeatTip"));
+    for (auto* button : _valueButtons) {
+        button->set_sensitive(_whyNotRepeat.empty());
+        button->set_tooltip_text(_whyNotRepeat.empty() ? get("Results.repeatValueTip") : _whyNotRepeat);
+    }
     offer(_continue, _continueItem, _whyNotContinue, get("Results.continueTip"));
 }
 
@@ -157,8 +162,11 @@ void ResultTableView::get_preferred_height_vfunc(int& minimum, int& natural) con
     int valuesMinimum = 0;
     int valuesNatural = 0;
     _values.get_preferred_height(valuesMinimum, valuesNatural);
+    int commandsMinimum = 0;
+    int commandsNatural = 0;
+    _commands.get_preferred_height(commandsMinimum, commandsNatural);
     // Three lines and a little; the table wants room for eight rows and its header.
-    natural = std::max(natural, valuesNatural * 11 / 2);
+    natural = std::max(natural, valuesNatural * 11 / 2 + commandsNatural);
 }
 
 void ResultTableView::_addColumn(const ResultTable::Column& column, std::size_t index)
@@ -219,6 +227,10 @@ void ResultTableView::_refill(const std::vector<ResultTable::Row>& rows)
 
 void ResultTableView::_setValues(const std::vector<ResultTable::Value>& values)
 {
+    if (values == _shownValues)
+        return;
+    _shownValues = values;
+    _valueButtons.clear();
     Kes::GtkWidgetHelper::removeChildren(_values);
     for (const auto& value : values) {
         auto& box = *Gtk::manage(new Gtk::Box(Gtk::ORIENTATION_VERTICAL));
@@ -228,11 +240,29 @@ void ResultTableView::_setValues(const std::vector<ResultTable::Value>& values)
         text.get_style_context()->add_class("result-value");
         auto& verdict = *Gtk::manage(new Gtk::Label(withSign(value.verdict, value.mark), Gtk::ALIGN_START));
         verdict.get_style_context()->add_class(styleClass(value.mark));
-        for (auto* label : {&name, &text, &verdict})
-            box.pack_start(*label, Gtk::PACK_SHRINK);
+        auto& line = *Gtk::manage(new Gtk::Box(Gtk::ORIENTATION_HORIZONTAL));
+        line.pack_start(verdict, Gtk::PACK_SHRINK);
+        if (value.row)
+            line.pack_start(_makeRepeatButton(value), Gtk::PACK_SHRINK);
+        for (Gtk::Widget* widget : {static_cast<Gtk::Widget*>(&name), static_cast<Gtk::Widget*>(&text),
+                                    static_cast<Gtk::Widget*>(&line)})
+            box.pack_start(*widget, Gtk::PACK_SHRINK);
         _values.pack_start(box, Gtk::PACK_EXPAND_WIDGET);
     }
     _values.show_all();
+}
+
+Gtk::Button& ResultTableView::_makeRepeatButton(const ResultTable::Value& value)
+{
+    auto& button = *Gtk::manage(new Gtk::Button(lng::Measure::get("Results.repeatValue")));
+    const std::string name =
+        Kes::StringHelper::format(lng::Measure::get("Results.repeatValueName"), value.name);
+    Kes::GtkWidgetHelper::setAccessibleName(button, name);
+    button.get_style_context()->add_class("result-repeat");
+    button.set_relief(Gtk::RELIEF_NONE);
+    button.signal_clicked().connect([this, row = *value.row] { signalRepeat.emit({row}); });
+    _valueButtons.push_back(&button);
+    return button;
 }
 
 } // namespace KesMeasure

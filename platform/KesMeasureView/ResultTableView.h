@@ -26,7 +26,8 @@ class KES_EXPORT ResultTableView : public Gtk::Box, public Kes::IView {
 public:
     ResultTableView();
 
-    /// The user wants these rows to be measured again, the rest of the test to be measured.
+    /// The user wants these rows, or values that count as such, to be measured again, the rest of the test to
+    /// be measured.
     sigc::signal<void(std::vector<std::size_t>)> signalRepeat;
     sigc::signal<void()> signalContinue;
 
@@ -58,12 +59,16 @@ private:
     void _refill(const std::vector<ResultTable::Row>& rows);
     void _fill(const Gtk::TreeRow& line, const ResultTable::Row& row);
     void _setValues(const std::vector<ResultTable::Value>& values);
+    Gtk::Button& _makeRepeatButton(const ResultTable::Value& value);
 
     std::unique_ptr<Columns> _columns;
     Glib::RefPtr<Gtk::ListStore> _store;
     Gtk::TreeView _table;
     Gtk::ScrolledWindow _scroller;
     Gtk::Box _values;
+    /// Of the values; they live until the values are filled again.
+    std::vector<Gtk::Button*> _valueButtons;
+    std::vector<ResultTable::Value> _shownValues;
     std::vector<ResultTable::Column> _shownColumns;
     std::vector<ResultTable::Row> _rows;
     Gtk::Box _commands;

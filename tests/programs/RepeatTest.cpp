@@ -66,6 +66,14 @@ TEST_F(RepeatTest, APointIsMeasuredAgainAndTheRestOfATestWithItsRamps)
     EXPECT_EQ(results.points[0].time, 1s);
     EXPECT_EQ(results.pickUp, whole.pickUp);
     EXPECT_EQ(results.end, RunEnd::Complete);
+    // Pick-up and drop-off count as rows behind the points.
+    const auto values = model.getShownTest().table.values;
+    ASSERT_EQ(values[1].row, 4u);
+    model.edit([](TestResults& edited) { edited.dropOff->state = MeasureState::NoOperation; });
+    ASSERT_TRUE(model.repeatTest({*values[1].row}) && waitForEnd());
+    results = *model.getResults();
+    EXPECT_EQ(results.dropOff->state, MeasureState::Measured);
+    EXPECT_EQ(results.pickUp, whole.pickUp);
     model.edit([](TestResults& edited) {
         edited.points.resize(2);
         edited.pickUp = edited.dropOff = std::nullopt;

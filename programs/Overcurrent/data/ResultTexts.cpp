@@ -104,6 +104,10 @@ std::vector<ResultTable::Value> createValues(const TestResults* results)
         rampValue("dropOff", results, results ? results->dropOff : std::nullopt, isDropOffPassed)};
     if (results)
         values.front().band = pickUpBand(*results);
+    if (results && results->pickUp)
+        values[0].row = results->plan.multiples.size();
+    if (results && results->dropOff)
+        values[1].row = results->plan.multiples.size() + 1;
     ResultTable::Value ratio{get("Results.ratio"), get("Results.notYet"), {}, Mark::None, "ratio"};
     if (const auto value = results ? Evaluation::ratio(*results) : std::nullopt) {
         const auto [least, most] = *Evaluation::ratioInterval(*results);
