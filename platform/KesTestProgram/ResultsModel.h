@@ -84,16 +84,21 @@ private:
         signalResultsChanged.emit();
     }
 
-    void _resumeResults(const KesMeasure::MeasuredTest& test) override
+    void _keepResults() override
     {
-        {
-            std::lock_guard lock(_mutex);
-            _isRunKept = _results.has_value();
-        }
-        _changeResults([&test](Results& results) {
+        std::lock_guard lock(_mutex);
+        _isRunKept = _results.has_value();
+    }
+
+    bool _resumeResults(const KesMeasure::MeasuredTest& test) override
+    {
+        bool isKept = false;
+        _changeResults([&](Results& results) {
             results.end = test.end;
             results.continuedAt = test.startedAt;
+            isKept = true;
         });
+        return isKept;
     }
 
     std::optional<KesMeasure::Verdict> _endResults(KesMeasure::RunEnd end) override

@@ -8,6 +8,7 @@
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
 #include <KesCommonView/CancelableWork.h>
+#include <KesCommonView/DialogBackend.h>
 #include <KesCommonView/DialogPresenter.h>
 #include <KesCommonView/FileDialogPresenter.h>
 #include <KesDriver/XdgOpen.h>
@@ -103,6 +104,8 @@ bool TestPresenter::_ask(const std::string& question)
 
 std::optional<RunKind> TestPresenter::_chooseStart()
 {
+    if (!Kes::DialogBackend::get().hasUser())
+        return RunKind::Anew;
     switch (Kes::DialogPresenter::show(getView(), lng::TestProgram::get("Run.continue"), "",
                                        Kes::DialogResult::YesNoCancel)) {
     case Kes::DialogResult::Yes:

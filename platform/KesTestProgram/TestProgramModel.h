@@ -56,8 +56,8 @@ public:
     /// Asked before a test replaces results that are in no file, however their test ended; false: it does not
     /// start. Without it nobody is asked. GUI thread.
     std::function<bool()> confirmReplacing;
-    /// Asked instead when the test before could be continued: nothing means that none starts. Without it a
-    /// new one does. GUI thread.
+    /// Asked first when the test before could be continued; nothing: none starts. Without it a new one does.
+    /// GUI thread.
     std::function<std::optional<RunKind>()> chooseStart;
 
     /// The tree has the values of a new archive.
@@ -148,10 +148,13 @@ protected:
     /// The program as its files name it, such as "kes-overcurrent".
     virtual std::string _getProgramId() const = 0;
 
-    /// What a run does to the results: begins new ones, goes on with those that there are, and ends them with
-    /// their verdict; nothing when there are none any more. Start thread.
+    /// What a run does to the results: begins new ones, goes on with those that it has been given
+    /// (false: their archive has been closed since), and ends them with their verdict; nothing when there are
+    /// none any more. Start thread.
     virtual void _beginResults(const KesMeasure::MeasuredTest& test) = 0;
-    virtual void _resumeResults(const KesMeasure::MeasuredTest& test) = 0;
+    virtual bool _resumeResults(const KesMeasure::MeasuredTest& test) = 0;
+    /// The results that there are belong to the run that begins. GUI thread.
+    virtual void _keepResults() = 0;
     virtual std::optional<KesMeasure::Verdict> _endResults(KesMeasure::RunEnd end) = 0;
     /// The archive that a run belongs to is closed: its results have no place any more.
     virtual void _abandonResults() = 0;
@@ -184,6 +187,8 @@ private:
     bool _chooseKind();
     std::string _whyResultsStay() const;
     bool _isSameDevice();
+    bool _beginRun(const KesMeasure::MeasuredTest& test);
+    RunResult _run(KesDevice::Kesto& kesto);
     std::vector<std::size_t> _getOrder() const;
     KesMeasure::RunEnd _judgeEnd(KesMeasure::RunEnd end) const;
     bool _accept(const Kes::Result& result);

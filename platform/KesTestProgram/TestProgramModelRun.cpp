@@ -102,6 +102,8 @@ bool TestProgramModel::_onPrepareStart()
         return false;
     if (_kind == RunKind::Anew && !_chooseKind())
         return false;
+    if (_kind != RunKind::Anew)
+        _keepResults();
     _verdict = RunVerdict::None;
     _progress = 0.0;
     _remaining = 0.0;
@@ -113,12 +115,13 @@ bool TestProgramModel::_onPrepareStart()
 /// GUI thread.
 bool TestProgramModel::_chooseKind()
 {
-    const bool canContinue = _countMeasured() < _countPlanned() && _whyResultsStay().empty();
-    if (!canContinue || !chooseStart)
-        return !confirmReplacing || !_hasUnsavedTest() || confirmReplacing();
-    const auto chosen = chooseStart();
-    _kind = chosen.value_or(RunKind::Anew);
-    return chosen.has_value();
+    if (chooseStart && _countMeasured() < _countPlanned() && _whyResultsStay().empty()) {
+        const auto chosen = chooseStart();
+        if (!chosen)
+            return false;
+        _kind = *chosen;
+    }
+    return _kind != RunKind::Anew || !confirmReplacing || !_hasUnsavedTest() || confirmReplacing();
 }
 
 /// GUI thread.
@@ -168,28 +171,40 @@ void TestProgramModel::_onStart()
 {
     const auto kesto = _getKesto();
     const KesMeasure::MeasuredTest test{KesMeasure::TestCircumstances::ofTestWith(*kesto)};
-    if (_kind == RunKind::Anew)
-        _beginResults(test);
-    else
-        _resumeResults(test);
-    auto result = _runTest(*kesto, _control, _getOrder());
+    const auto result = _beginRun(test) ? _run(*kesto) : RunResult{RunEnd::Stopped, {}};
+    _endRun(_judgeEnd(result.end));
+    _finish();
+}
+
+/// False when the results to go on with are there no more.
+bool TestProgramModel::_beginRun(const KesMeasure::MeasuredTest& test)
+{
+    if (_kind != RunKind::Anew)
+        return _resumeResults(test);
+    _beginResults(test);
+    return true;
+}
+
+TestProgramModel::RunResult TestProgramModel::_run(KesDevice::Kesto& kesto)
+{
+    auto result = _runTest(kesto, _control, _getOrder());
     // What has become of the devices counts, and not who was told of it first.
     if (!getHardware()->checkOutput())
         result.end = RunEnd::Fault;
     else if (!result.error.empty())
         signalMessage.emit(result.error);
-    _endRun(_judgeEnd(result.end));
-    _finish();
+    return result;
 }
 
 /// What a repetition leaves is what counts: a part of a test is no whole one, and a whole one that stays so
-/// has not been stopped.
+/// has not been stopped or ended.
 RunEnd TestProgramModel::_judgeEnd(RunEnd end) const
 {
     const bool isWhole = _countMeasured() == _countPlanned();
     if (end == RunEnd::Complete && !isWhole)
         return RunEnd::Stopped;
-    return end == RunEnd::Stopped && isWhole && _kind == RunKind::Again ? RunEnd::Complete : end;
+    const bool isStillWhole = isWhole && _kind == RunKind::Again && end != RunEnd::Fault;
+    return isStillWhole ? RunEnd::Complete : end;
 }
 
 /// Any thread.

@@ -1,5 +1,9 @@
 #include <VoltageFrequency/model/VoltageFrequencyModel.h>
 
+#include <KesCommonView/UnattendedDialogs.h>
+#include <KesProgram/archive/ArchiveManager.h>
+#include <KesTestProgram/TestPresenter.h>
+
 #include <support/GuiTest.h>
 #include <support/TemporaryHome.h>
 
@@ -128,7 +132,8 @@ TEST_F(RepeatTest, AStoppedTestGoesOnWhereItEnded)
     int asked = 0;
     std::optional<RunKind> answer;
     model.chooseStart = [&] { return ++asked, answer; };
-    model.confirmReplacing = [] { return ADD_FAILURE() << "one question is enough", true; };
+    int confirmed = 0;
+    model.confirmReplacing = [&confirmed] { return ++confirmed > 0; };
     breakTest();
     EXPECT_FALSE(model.startTest());
     EXPECT_EQ(getRecord().readings.size(), 6u);
@@ -140,6 +145,7 @@ TEST_F(RepeatTest, AStoppedTestGoesOnWhereItEnded)
     ASSERT_TRUE(runWhole());
     EXPECT_EQ(getRecord().readings, whole.readings);
     EXPECT_EQ(asked, 3);
+    EXPECT_EQ(confirmed, 1) << "what is in no file is not lost by a mistaken answer";
 }
 
 TEST_F(RepeatTest, NothingIsAddedToResultsOfOtherCircumstances)
@@ -193,4 +199,36 @@ TEST_F(RepeatTest, EachValueIsMeasuredSeveralTimesAndTheWorstCounts)
     model.newData("");
     ASSERT_TRUE(model.setDataStream(*stream, false));
     EXPECT_EQ(getRecord(), record);
+}
+
+TEST_F(RepeatTest, WithoutAUserAStartIsANewTestAndLosesNothing)
+{
+    KesTestProgram::TestPresenter presenter(model);
+    ASSERT_TRUE(runWhole());
+    const auto breakTest = [this] {
+        model.edit([](EditedModel::Results& results) {
+            results.readings.resize(6);
+            results.end = RunEnd::Stopped;
+        });
+    };
+    breakTest();
+    auto scripted = Kes::DialogBackend::install(std::make_unique<Kes::UnattendedDialogs>());
+    EXPECT_FALSE(model.startTest()) << "they are in no file";
+    ASSERT_TRUE(model.getArchiveManager()->saveAs(home.file("a.kvf")));
+    EXPECT_TRUE(runWhole());
+    EXPECT_EQ(getRecord().continuedAt, "");
+    Kes::DialogBackend::install(std::move(scripted));
+    // With one, all three answers are on offer.
+    breakTest();
+    dialogs.answer(Kes::DialogResult::Cancel);
+    EXPECT_FALSE(model.startTest());
+    dialogs.answer(Kes::DialogResult::Yes);
+    EXPECT_TRUE(runWhole());
+    EXPECT_NE(getRecord().continuedAt, "");
+    breakTest();
+    dialogs.answer(Kes::DialogResult::No);
+    dialogs.answer(Kes::DialogResult::Yes);
+    EXPECT_TRUE(runWhole());
+    EXPECT_EQ(getRecord().continuedAt, "");
+    EXPECT_THAT(dialogs.getTexts().back(), HasSubstr("have not been saved"));
 }
