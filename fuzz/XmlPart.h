@@ -12,7 +12,7 @@
 #include <optional>
 #include <string>
 
-/// Reads the bytes as a document around one value, in the present form or else in the former one. A value
+/// Reads the bytes as a document around one value, in the present form or else in an older one. A value
 /// that was read can be written, and what was written reads back as the same.
 template <typename Value, typename Read, typename Write>
 void checkXmlPart(const std::uint8_t* bytes, std::size_t size, const char* root, Read readElement,
@@ -21,9 +21,10 @@ void checkXmlPart(const std::uint8_t* bytes, std::size_t size, const char* root,
     const auto read = [&](const std::string& text) {
         std::optional<Value> value;
         const bool isRead = KesMeasure::readXml(text, root, [&](const xmlpp::Element& element) {
-            value = readElement(element, Overcurrent::ArchiveForm::Present);
-            if (!value)
-                value = readElement(element, Overcurrent::ArchiveForm::Former);
+            using Overcurrent::ArchiveForm;
+            for (const auto form : {ArchiveForm::Present, ArchiveForm::Third, ArchiveForm::Second})
+                if (!value)
+                    value = readElement(element, form);
             return value.has_value();
         });
         return isRead ? value : std::nullopt;

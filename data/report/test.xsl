@@ -329,8 +329,12 @@
       </g>
       <clipPath id="plot"><rect width="{@width}" height="{@height}"/></clipPath>
       <g clip-path="url(#plot)">
-        <polygon points="{band/@points}" fill="#2a6fb0" fill-opacity="0.18"/>
-        <polyline points="{curve/@points}" fill="none" stroke="#2a6fb0" stroke-width="2"/>
+        <xsl:for-each select="band">
+          <polygon points="{@points}" fill="#2a6fb0" fill-opacity="0.18"/>
+        </xsl:for-each>
+        <xsl:for-each select="curve">
+          <polyline points="{@points}" fill="none" stroke="#2a6fb0" stroke-width="2"/>
+        </xsl:for-each>
       </g>
       <rect width="{@width}" height="{@height}" fill="none" stroke="#56606b"/>
       <g text-anchor="middle">

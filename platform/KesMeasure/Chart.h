@@ -32,19 +32,26 @@ struct ChartPoint {
     std::string text;
 };
 
+/// An expected characteristic and its tolerance band, from left to right; may be empty. A value.
+struct ChartCurve {
+    std::vector<ChartPosition> expected;
+    std::vector<ChartPosition> upper;
+    std::vector<ChartPosition> lower;
+
+    bool operator==(const ChartCurve&) const = default;
+};
+
 /// Everything that the chart of a test shows, on the screen and in the report: axes, the expected
-/// characteristic with its tolerance band, the points. A value. Any thread.
-struct KES_EXPORT Chart {
+/// characteristic, the points. A value. Any thread.
+struct KES_EXPORT Chart : ChartCurve {
     /// The chart's name for those who cannot see it.
     std::string title;
     Axis x;
     std::string xTitle;
     Axis y;
     std::string yTitle;
-    /// The curve and its band, from left to right; may be empty.
-    std::vector<ChartPosition> expected;
-    std::vector<ChartPosition> upper;
-    std::vector<ChartPosition> lower;
+    /// Further characteristics, for points to which another one applies.
+    std::vector<ChartCurve> others;
     std::vector<ChartPoint> points;
 
     /// How many points are measured, have passed and have failed, in words.

@@ -1,8 +1,11 @@
 #include <KesMeasure/HeatBudget.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
+#include <complex>
+#include <numbers>
 #include <numeric>
 
 namespace KesMeasure {
@@ -19,13 +22,22 @@ double toSeconds(KesDriver::DeviceTime time)
     return std::chrono::duration<double>(time).count();
 }
 
+/// Of the three and their sum.
+double largestCurrent(const std::array<KesDriver::Phasor, 3>& currents)
+{
+    std::complex<double> sum;
+    double largest = 0.0;
+    for (const auto& [magnitude, degrees] : currents) {
+        sum += std::polar(magnitude, degrees * std::numbers::pi / 180.0);
+        largest = std::max(largest, magnitude);
+    }
+    return std::max(largest, std::abs(sum));
+}
+
 double largestCurrent(const KesDriver::OutputStep& step)
 {
     const auto end = KesDriver::follow(step.outputs, step.ramp, step.duration);
-    double largest = 0.0;
-    for (std::size_t i = 0; i < step.outputs.currents.size(); ++i)
-        largest = std::max({largest, step.outputs.currents[i].magnitude, end.currents[i].magnitude});
-    return largest;
+    return std::max(largestCurrent(step.outputs.currents), largestCurrent(end.currents));
 }
 
 } // namespace

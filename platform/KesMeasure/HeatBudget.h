@@ -13,7 +13,9 @@ namespace KesMeasure {
 ///
 /// The heat rises with the square of the current above the continuous one, and falls in the same way below
 /// it, down to cold. What fills the store is the I²t of the ten-second current; above that current it goes
-/// over to the I²t of the one-second current. Of the three currents of an output the largest counts.
+/// over to the I²t of the one-second current. The largest of the three currents of an
+/// output counts, or their sum, which flows through the residual input and through one that several outputs
+/// feed.
 class KES_EXPORT HeatBudget {
 public:
     explicit HeatBudget(const Withstand& withstand);

@@ -53,7 +53,9 @@ public:
             _addTick("x", tick, _x(tick.value));
         for (const auto& tick : _chart.y.getTicks(plotHeight, height))
             _addTick("y", tick, _y(tick.value));
-        _writeCurves();
+        _writeCurve(_chart);
+        for (const auto& curve : _chart.others)
+            _writeCurve(curve);
         for (const auto& point : _chart.points) {
             auto& marker = *_element.add_child("marker");
             marker.set_attribute("x", coordinate(_x(point.position.x)));
@@ -81,11 +83,11 @@ private:
         return path;
     }
 
-    void _writeCurves()
+    void _writeCurve(const ChartCurve& curve)
     {
-        const std::vector<ChartPosition> back(_chart.lower.rbegin(), _chart.lower.rend());
-        _element.add_child("band")->set_attribute("points", _path(_chart.upper) + " " + _path(back));
-        _element.add_child("curve")->set_attribute("points", _path(_chart.expected));
+        const std::vector<ChartPosition> back(curve.lower.rbegin(), curve.lower.rend());
+        _element.add_child("band")->set_attribute("points", _path(curve.upper) + " " + _path(back));
+        _element.add_child("curve")->set_attribute("points", _path(curve.expected));
     }
 
     const Chart& _chart;

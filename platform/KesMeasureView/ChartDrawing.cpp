@@ -35,8 +35,8 @@ ChartDrawing::ChartDrawing(const Chart& chart, const ChartColours& colours, Make
         widest = std::max(widest, _textWidth(tick.label));
     _plot.left = widest + _line;
     _plot.width = std::max(1.0, width - _plot.left - _line * 1.2);
-    _xTicks = chart.x.getTicks(
-        _plot.width, [this](const std::string& label) { return _textWidth(label) + _line * 0.3; });
+    _xTicks = chart.x.getTicks(_plot.width,
+                               [this](const std::string& label) { return _textWidth(label) + _line * 0.3; });
 }
 
 void ChartDrawing::draw(const Cairo::RefPtr<Cairo::Context>& cairo)
@@ -152,17 +152,24 @@ void ChartDrawing::_trace(const std::vector<ChartPosition>& positions, bool goes
 
 void ChartDrawing::_drawCurves()
 {
-    if (_chart.expected.empty())
+    _drawCurve(_chart);
+    for (const auto& curve : _chart.others)
+        _drawCurve(curve);
+}
+
+void ChartDrawing::_drawCurve(const ChartCurve& curve)
+{
+    if (curve.expected.empty())
         return;
-    _trace(_chart.upper, false);
-    _trace(std::vector<ChartPosition>(_chart.lower.rbegin(), _chart.lower.rend()), true);
+    _trace(curve.upper, false);
+    _trace(std::vector<ChartPosition>(curve.lower.rbegin(), curve.lower.rend()), true);
     _cairo->close_path();
     _setColour(_colours.curve, 0.22);
     _cairo->fill_preserve();
     _setColour(_colours.curve, 0.35);
     _cairo->set_line_width(1.0);
     _cairo->stroke();
-    _trace(_chart.expected, false);
+    _trace(curve.expected, false);
     _setColour(_colours.curve);
     _cairo->set_line_width(std::max(1.5, _line * 0.11));
     _cairo->set_line_join(Cairo::LINE_JOIN_ROUND);

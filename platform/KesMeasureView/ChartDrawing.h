@@ -55,6 +55,7 @@ private:
     void _drawGrid();
     void _drawLabels();
     void _drawCurves();
+    void _drawCurve(const ChartCurve& curve);
     void _trace(const std::vector<ChartPosition>& positions, bool goesOn);
     void _drawPoint(double x, double y, ChartPoint::State state);
     void _drawPlanned(double x, double y);

@@ -3,7 +3,16 @@
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesMeasure/MeasureText.h>
 
+#include <algorithm>
+
 namespace KesMeasure {
+
+namespace {
+
+/// In characters; longer values get a line more.
+constexpr int widestValue = 29;
+
+} // namespace
 
 SettingsView::SettingsView()
     : Gtk::Box(Gtk::ORIENTATION_VERTICAL),
@@ -33,6 +42,10 @@ void SettingsView::setLines(const std::vector<TextLine>& lines)
         if (!isTitle) {
             auto& value = *Gtk::manage(new Gtk::Label(line.value, Gtk::ALIGN_START));
             value.set_hexpand(true);
+            value.set_line_wrap(true);
+            value.set_xalign(0.0f);
+            value.set_width_chars(std::min(static_cast<int>(value.get_text().size()), widestValue));
+            value.set_max_width_chars(widestValue);
             _lines.attach(value, 1, row, 1, 1);
         }
         ++row;

@@ -114,6 +114,13 @@ void Node::setValidation(std::function<Kes::Result(const Value&)> validation)
     _validation = std::move(validation);
 }
 
+void Node::setNotation(std::function<std::string(const std::string&)> show,
+                       std::function<std::string(const std::string&)> read)
+{
+    _show = std::move(show);
+    _read = std::move(read);
+}
+
 void Node::setUsage(std::function<bool()> usage)
 {
     _usage = std::move(usage);

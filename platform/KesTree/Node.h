@@ -105,8 +105,15 @@ public:
     /// in place when it is asked.
     void setValidation(std::function<Kes::Result(const Value&)> validation);
 
+    /// For a Text that people write in another way than files hold it, such as one with decimal commas: from
+    /// the value to what `toText` gives, and from what a user types to the value. What is no such text comes
+    /// out of `read` as it is, for the validation to refuse.
+    void setNotation(std::function<std::string(const std::string&)> show,
+                     std::function<std::string(const std::string&)> read);
+
     /// Tells whether the value plays a part with the present values of the other nodes; without it, it does.
-    /// A value without a part is still checked and stored, but shown as out of use.
+    /// A value without a part is still checked and stored, but shown as out of use; a group is folded when a
+    /// form opens.
     void setUsage(std::function<bool()> usage);
     bool isUsed() const;
 
@@ -157,6 +164,8 @@ private:
     Value _value;
     std::optional<Value> _laterValue;
     std::function<Kes::Result(const Value&)> _validation;
+    std::function<std::string(const std::string&)> _show;
+    std::function<std::string(const std::string&)> _read;
     std::function<bool()> _usage;
     std::vector<std::unique_ptr<Node>> _children;
     Node* _parent = nullptr;

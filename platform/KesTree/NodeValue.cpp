@@ -179,7 +179,7 @@ std::string Node::toText() const
     case NodeType::Choice:
         return _choices[getChoice()].get();
     case NodeType::Text:
-        return getText();
+        return _show ? _show(getText()) : getText();
     }
     return {};
 }
@@ -215,7 +215,7 @@ Kes::Result Node::_parse(const std::string& text, Value& value) const
     case NodeType::Choice:
         return _parseChoice(text, value);
     case NodeType::Text:
-        value = text;
+        value = _read ? _read(text) : text;
         return true;
     }
     return false;

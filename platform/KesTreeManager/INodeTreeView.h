@@ -15,8 +15,8 @@ public:
     sigc::signal<void(bool)> signalReadOnlyChanged;
 
     /// What is added next belongs to a new group, up to the matching `endGroup`. `icon` names an icon of the
-    /// icon theme.
-    virtual void beginGroup(const std::string& title, const std::string& icon) = 0;
+    /// icon theme. A group within another one may be folded at first.
+    virtual void beginGroup(const std::string& title, const std::string& icon, bool isFolded) = 0;
     virtual void endGroup() = 0;
     /// Places the view of a value; it is not owned.
     virtual void addValue(Kes::IView& value) = 0;

@@ -29,7 +29,7 @@ void NodeTreeContentPresenter::_onViewInited()
 
 void NodeTreeContentPresenter::_addGroup(Node& group)
 {
-    _getView().beginGroup(group.getName(), "kes-node-" + group.getId() + "-symbolic");
+    _getView().beginGroup(group.getName(), "kes-node-" + group.getId() + "-symbolic", !group.isUsed());
     for (const auto& child : group.getChildren()) {
         if (child->getType() == NodeType::Group)
             _addGroup(*child);

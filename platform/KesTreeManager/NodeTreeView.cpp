@@ -50,10 +50,10 @@ NodeTreeView::NodeTreeView() : _content(Gtk::ORIENTATION_VERTICAL, groupGap)
     show_all();
 }
 
-void NodeTreeView::beginGroup(const std::string& title, const std::string& icon)
+void NodeTreeView::beginGroup(const std::string& title, const std::string& icon, bool isFolded)
 {
     auto& heading = makeHeading(title, icon);
-    auto& rows = _open.empty() ? _addRootGroup(heading) : _addInnerGroup(title, heading);
+    auto& rows = _open.empty() ? _addRootGroup(heading) : _addInnerGroup(title, heading, isFolded);
     Kes::GtkWidgetHelper::setAccessibleName(rows, title);
     _open.push_back(&rows);
     _content.show_all();
@@ -68,7 +68,7 @@ Gtk::Box& NodeTreeView::_addRootGroup(Gtk::Widget& heading)
     return rows;
 }
 
-Gtk::Box& NodeTreeView::_addInnerGroup(const std::string& title, Gtk::Widget& heading)
+Gtk::Box& NodeTreeView::_addInnerGroup(const std::string& title, Gtk::Widget& heading, bool isFolded)
 {
     auto& rows = *Gtk::make_managed<Gtk::Box>(Gtk::ORIENTATION_VERTICAL, rowGap);
     rows.set_margin_top(rowGap);
@@ -79,7 +79,7 @@ Gtk::Box& NodeTreeView::_addInnerGroup(const std::string& title, Gtk::Widget& he
     expander.set_label_fill(true);
     // A label widget that is no label gives it none.
     Kes::GtkWidgetHelper::setAccessibleName(expander, title);
-    expander.set_expanded(true);
+    expander.set_expanded(!isFolded);
     expander.set_margin_top(rowGap);
     expander.add(rows);
     _open.back()->pack_start(expander, Gtk::PACK_SHRINK);

@@ -19,14 +19,14 @@ class KES_EXPORT NodeTreeView : public Gtk::ScrolledWindow,
 public:
     NodeTreeView();
 
-    void beginGroup(const std::string& title, const std::string& icon) override;
+    void beginGroup(const std::string& title, const std::string& icon, bool isFolded) override;
     void endGroup() override;
     void addValue(Kes::IView& value) override;
     void setIsReadOnly(bool readOnly) override;
 
 private:
     Gtk::Box& _addRootGroup(Gtk::Widget& heading);
-    Gtk::Box& _addInnerGroup(const std::string& title, Gtk::Widget& heading);
+    Gtk::Box& _addInnerGroup(const std::string& title, Gtk::Widget& heading, bool isFolded);
 
     Kes::SharedSizeGroupOwner _columns;
     Gtk::Box _content;

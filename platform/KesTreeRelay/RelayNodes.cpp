@@ -2,9 +2,14 @@
 
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
+#include <KesTreeRelay/CurveTable.h>
 #include <KesTreeRelay/Nameplate.h>
 #include <KesTreeRelay/detail/RelayText.h>
 #include <KesTreeRelay/detail/Rules.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
 
 namespace KesTree::RelayNodes {
 
@@ -24,7 +29,8 @@ std::vector<TextPair> curves()
             {"Definite time", "Независимая"},
             {"Moderately inverse (IEEE)", "Умеренно инверсная (IEEE)"},
             {"Very inverse (IEEE)", "Сильно инверсная (IEEE)"},
-            {"Extremely inverse (IEEE)", "Чрезвычайно инверсная (IEEE)"}};
+            {"Extremely inverse (IEEE)", "Чрезвычайно инверсная (IEEE)"},
+            {"As a table", "Таблица"}};
 }
 
 Kes::Result checkRatio(double setting, double nominal)
@@ -49,26 +55,122 @@ Kes::Result checkOrder(double smaller, double larger)
     return Kes::Result::failure(lng::TreeRelay::get("Error.withstandOrder"));
 }
 
-void addCurrents(Node& stage)
+/// The nodes that a rule between stages looks at.
+struct StageNodes {
+    Node* used;
+    Node* setting;
+    Node* direction;
+};
+using AllStages = std::vector<StageNodes>;
+
+/// What a stage is at first, and how small its setting may be.
+struct StageDefaults {
+    TextPair name;
+    bool isUsed;
+    double setting;
+    double leastSetting;
+    OvercurrentCurve curve;
+    double definiteTime;
+};
+
+/// In the order of `OvercurrentStages`.
+std::vector<StageDefaults> stageDefaults()
 {
-    auto& nominal = stage.add(
-        Node::number(NominalCurrent, {"Nominal current In", "Номинальный ток Iн"}, amperes, 5.0, 0.1, 100.0));
-    auto& setting = stage.add(
-        Node::number(SettingCurrent, {"Setting current Is", "Ток уставки Is"}, amperes, 5.0, 0.05, 100.0));
-    validateTogether(setting, nominal, checkRatio);
+    return {{{"Stage I>", "Ступень I>"}, true, 5.0, 0.05, StandardInverse, 1.0},
+            {{"Stage I>>", "Ступень I>>"}, false, 25.0, 0.05, DefiniteTimeCurve, 0.3},
+            {{"Stage I>>>", "Ступень I>>>"}, false, 50.0, 0.05, DefiniteTimeCurve, 0.05},
+            {{"Residual stage I0>", "Ступень 3I0>"}, false, 1.0, 0.01, DefiniteTimeCurve, 0.5}};
 }
 
-void addCharacteristic(Node& stage)
+void addTable(Node& stage)
 {
-    auto& multiplier = stage.add(
-        Node::number(TimeMultiplier, {"Time multiplier TMS", "Множитель времени TMS"}, {}, 1.0, 0.01, 10.0));
-    auto& curve =
-        stage.add(Node::choice(Curve, {"Characteristic", "Характеристика"}, curves(), StandardInverse));
-    auto& definiteTime =
-        stage.add(Node::number(DefiniteTime, {"Definite operate time", "Независимое время срабатывания"},
-                               seconds, 1.0, 0.01, 600.0));
-    multiplier.setUsage([&curve] { return curve.getChoice() != DefiniteTimeCurve; });
-    definiteTime.setUsage([&curve] { return curve.getChoice() == DefiniteTimeCurve; });
+    auto& table = stage.add(
+        Node::text(StageTable, {"Table, multiple of Is : seconds; ...", "Таблица, кратность Iуст : с; ..."},
+                   "2:10; 5:3.5; 10:1.2"));
+    table.setValidation([](const Node::Value& value) {
+        CurveTable::Pairs pairs;
+        return CurveTable::read(std::get<std::string>(value), pairs);
+    });
+    const auto rewrite = [](std::string (*how)(const CurveTable::Pairs&)) {
+        return [how](const std::string& text) {
+            CurveTable::Pairs pairs;
+            return CurveTable::read(text, pairs) ? how(pairs) : text;
+        };
+    };
+    table.setNotation(rewrite(CurveTable::show), rewrite(CurveTable::write));
+}
+
+/// Which values of a stage play a part.
+void setUsages(Node& stage)
+{
+    const auto* used = stage.find(StageUsed);
+    const auto* curve = stage.find(StageCurve);
+    stage.setUsage([used] { return used->getBoolean(); });
+    const auto use = [&](const char* id, auto needs) {
+        stage.find(id)->setUsage([=] { return used->getBoolean() && needs(curve->getChoice()); });
+    };
+    for (const char* id : {StageSetting, StageCurve, StageDirection})
+        use(id, [](std::size_t) { return true; });
+    use(StageMultiplier, [](std::size_t kind) { return kind != DefiniteTimeCurve && kind != TableCurve; });
+    use(StageTime, [](std::size_t kind) { return kind == DefiniteTimeCurve; });
+    use(StageTable, [](std::size_t kind) { return kind == TableCurve; });
+}
+
+StageNodes addStage(Node& relay, const char* id, const StageDefaults& defaults)
+{
+    auto& stage = relay.add(Node::group(id, defaults.name));
+    auto& used = stage.add(Node::boolean(StageUsed, {"In use", "Введена"}, defaults.isUsed));
+    auto& setting = stage.add(Node::number(StageSetting, {"Setting current Is", "Ток уставки Iуст"}, amperes,
+                                           defaults.setting, defaults.leastSetting, 100.0));
+    stage.add(Node::choice(StageCurve, {"Characteristic", "Характеристика"}, curves(), defaults.curve));
+    stage.add(
+        Node::number(StageMultiplier, {"Time multiplier TMS", "Множитель времени TMS"}, {}, 1.0, 0.01, 10.0));
+    stage.add(Node::number(StageTime, {"Definite operate time", "Независимое время срабатывания"}, seconds,
+                           defaults.definiteTime, 0.01, 600.0));
+    addTable(stage);
+    auto& direction = stage.add(
+        Node::choice(StageDirection, {"Direction", "Направленность"},
+                     {{"Non-directional", "Ненаправленная"}, {"Forward", "Вперёд"}, {"Reverse", "Назад"}},
+                     NonDirectional));
+    setUsages(stage);
+    return {&used, &setting, &direction};
+}
+
+/// The rules of a stage with the nominal current and with the other stages.
+void setStageRules(Node& nominal, const AllStages& stages)
+{
+    for (const auto& stage : stages) {
+        stage.setting->setValidation([stage, &nominal](const Node::Value& value) {
+            return stage.used->getBoolean() ? checkRatio(std::get<double>(value), nominal.getNumber())
+                                            : Kes::Result(true);
+        });
+        stage.used->setValidation([stage, stages, &nominal](const Node::Value& value) {
+            if (std::get<bool>(value))
+                return checkRatio(stage.setting->getNumber(), nominal.getNumber());
+            const bool isOther = std::any_of(stages.begin(), stages.end(), [&](const StageNodes& other) {
+                return other.used != stage.used && other.used->getBoolean();
+            });
+            return isOther ? Kes::Result(true) : Kes::Result::failure(lng::TreeRelay::get("Error.noStage"));
+        });
+    }
+    nominal.setValidation([stages](const Node::Value& value) {
+        Kes::Result result = true;
+        for (const auto& stage : stages)
+            if (result && stage.used->getBoolean())
+                result = checkRatio(stage.setting->getNumber(), std::get<double>(value));
+        return result;
+    });
+}
+
+AllStages addStages(Node& relay)
+{
+    auto& nominal = relay.add(
+        Node::number(NominalCurrent, {"Nominal current In", "Номинальный ток Iн"}, amperes, 5.0, 0.1, 100.0));
+    AllStages stages;
+    for (const auto& defaults : stageDefaults())
+        stages.push_back(addStage(relay, OvercurrentStages[stages.size()], defaults));
+    setStageRules(nominal, stages);
+    return stages;
 }
 
 void addTolerances(Node& stage)
@@ -82,6 +184,25 @@ void addTolerances(Node& stage)
 }
 
 constexpr long long mostInputs = 64;
+
+void addPolarisation(Node& relay, const AllStages& stages)
+{
+    auto& group = relay.add(Node::group("polarisation", {"Directional elements", "Направленные органы"}));
+    auto& angle = group.add(Node::number(idOf(CharacteristicAngle),
+                                         {"Characteristic angle", "Угол максимальной чувствительности"},
+                                         {"°", "°"}, -45.0, -180.0, 180.0));
+    auto& voltage = group.add(Node::number(
+        idOf(NominalVoltage), {"Nominal voltage (phase to phase)", "Номинальное напряжение (междуфазное)"},
+        {"V", "В"}, 100.0, 10.0, 500.0));
+    const auto isDirectional = [stages] {
+        return std::any_of(stages.begin(), stages.end(), [](const StageNodes& stage) {
+            return stage.used->getBoolean() && stage.direction->getChoice() != NonDirectional;
+        });
+    };
+    group.setUsage(isDirectional);
+    angle.setUsage(isDirectional);
+    voltage.setUsage(isDirectional);
+}
 
 void addContacts(Node& stage)
 {
@@ -156,11 +277,10 @@ void addTimeTolerances(Node& stage, double percentValue, double millisecondsValu
 
 std::unique_ptr<Node> overcurrentStage()
 {
-    auto stage =
-        Node::group("overcurrent", {"Time-overcurrent stage", "Ступень максимальной токовой защиты"});
-    addCurrents(*stage);
-    addCharacteristic(*stage);
+    auto stage = Node::group("overcurrent", {"Overcurrent relay", "Реле максимального тока"});
+    const auto stages = addStages(*stage);
     addTolerances(*stage);
+    addPolarisation(*stage, stages);
     addContacts(*stage);
     addCurrentInput(*stage);
     Nameplate::addTo(*stage);

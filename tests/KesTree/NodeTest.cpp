@@ -155,3 +155,52 @@ TEST(RelayNodesTest, ValuesOfAStageThatIsNotUsedPlayNoPart)
     EXPECT_FALSE(stage.find(KesTree::RelayNodes::ToleranceMilliseconds)->setValue(0.0))
         << "no time hits exactly";
 }
+
+TEST_F(NodeTest, ATableIsWrittenInTheLanguageOfTheUserAndRefusedByItsPair)
+{
+    namespace Nodes = KesTree::RelayNodes;
+    const auto relay = Nodes::overcurrentStage();
+    auto& table = *relay->find(std::string(Nodes::OvercurrentStages[0]) + "/" + Nodes::StageTable);
+    EXPECT_FALSE(table.isUsed());
+    for (const char* text : {"1.5:3.25;4:1", " 1,5 : 3,25 ; 4:1; "}) {
+        ASSERT_TRUE(table.setText(text)) << text;
+        EXPECT_EQ(table.getText(), "1.5:3.25; 4:1");
+    }
+    lng::language = lng::Russian;
+    EXPECT_EQ(table.toText(), "1,5:3,25; 4:1");
+    lng::language = lng::English;
+    const std::pair<const char*, const char*> cases[] = {
+        {"2:10", "between 2 and 50 pairs"},
+        {"2:10; 5", "“5” is not a pair"},
+        {"2:10; ; 5:1", "“” is not a pair"},
+        {"2:10; 5:1:1", "“5:1:1” is not a pair"},
+        {"0.9:10; 5:1", "“0.9:10”: the multiple must lie between 1 and 100"},
+        {"2:10; 5:0", "“5:0”: the time must lie"},
+        {"2:10; 2:9", "“2:9”: its multiple must be larger"},
+        {"2:10; 5:9; 6:9.1", "“6:9.1”: its time must not be longer"},
+    };
+    for (const auto& [text, reason] : cases) {
+        EXPECT_THAT(message(table.setText(text)), HasSubstr(reason)) << text;
+        EXPECT_EQ(table.getText(), "1.5:3.25; 4:1");
+    }
+}
+
+TEST(RelayNodesTest, OneStageIsInUseAtLeastAndSuitsTheNominalCurrent)
+{
+    namespace Nodes = KesTree::RelayNodes;
+    const auto relay = Nodes::overcurrentStage();
+    const auto of = [&](std::size_t stage, const char* id) -> Node& {
+        return *relay->find(std::string(Nodes::OvercurrentStages[stage]) + "/" + id);
+    };
+    EXPECT_FALSE(of(0, Nodes::StageUsed).setValue(false));
+    EXPECT_FALSE(of(3, Nodes::StageSetting).isUsed());
+    ASSERT_TRUE(of(3, Nodes::StageUsed).setValue(true));
+    EXPECT_TRUE(of(3, Nodes::StageSetting).isUsed());
+    ASSERT_TRUE(of(0, Nodes::StageUsed).setValue(false));
+    // That of a stage which is not in use does not matter.
+    ASSERT_TRUE(relay->find(Nodes::NominalCurrent)->setValue(0.1));
+    EXPECT_FALSE(of(2, Nodes::StageUsed).setValue(true)) << "50 A are too much for a relay of 0.1 A";
+    EXPECT_FALSE(relay->find(Nodes::CharacteristicAngle)->isUsed());
+    ASSERT_TRUE(of(3, Nodes::StageDirection).setValue(1LL));
+    EXPECT_TRUE(relay->find(Nodes::CharacteristicAngle)->isUsed());
+}

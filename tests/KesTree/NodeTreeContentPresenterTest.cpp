@@ -25,11 +25,22 @@ protected:
     Node& node(const char* id) { return *stage->find(id); }
     KesTree::NodeValueView& row(const char* id)
     {
-        const auto& children = stage->getChildren();
-        const auto place = std::find_if(children.begin(), children.end(),
-                                        [&](const auto& child) { return child->getId() == id; });
+        const auto values = valuesOf(*stage);
+        const auto place = std::find(values.begin(), values.end(), stage->find(id));
         return *KesTest::findWidgets<KesTree::NodeValueView>(window).at(
-            static_cast<std::size_t>(place - children.begin()));
+            static_cast<std::size_t>(place - values.begin()));
+    }
+    /// All values below a group, in the order of their rows.
+    static std::vector<const Node*> valuesOf(const Node& group)
+    {
+        std::vector<const Node*> values;
+        for (const auto& child : group.getChildren()) {
+            const auto below = valuesOf(*child);
+            values.insert(values.end(), below.begin(), below.end());
+            if (child->getType() != KesTree::NodeType::Group)
+                values.push_back(child.get());
+        }
+        return values;
     }
     Gtk::Entry& entry(const char* id) { return *KesTest::findWidgets<Gtk::Entry>(row(id)).at(0); }
     Gtk::ComboBoxText& combo(const char* id)

@@ -51,7 +51,7 @@ class RunsTest(DesktopTest):
         press("space")
         program.waitForOutcome("Passed")
         rows = program.rows()
-        self.assertEqual([row[1] for row in rows], self.number("1.50 2.00 3.00 5.00 7.00 10.00 15.00 20.00").split())
+        self.assertEqual([row[2] for row in rows], self.number("1.50 2.00 3.00 5.00 7.00 10.00 15.00 20.00").split())
         for row in rows:
             self.assertIn(program.word("State.passed"), row[-1])
         self.assertTrue(program.reads(program.word("Simulated.notice")))

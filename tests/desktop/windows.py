@@ -8,7 +8,7 @@ from accessible import EDITABLE
 from bench import DesktopTest
 from desk import click, fill, find, press, wait
 
-NAMES = {"en": "Setting current Is, A", "ru": "Ток уставки Is, А"}
+NAMES = {"en": "Setting current Is, A", "ru": "Ток уставки Iуст, А"}
 TAGS = {"en": "en-US", "ru": "ru-RU"}
 
 
@@ -37,7 +37,7 @@ class WindowsTest(DesktopTest):
         fill(entry, "2")
         press("Tab")
         wait("the new value in the main window", lambda: any(
-            re.fullmatch("2 (A|А)", label) for label in program.window.labels))
+            re.fullmatch("2 (A|А), TMS 1", label) for label in program.window.labels))
 
         # There is one such window, however often it is asked for.
         program.tool("testObject").act()

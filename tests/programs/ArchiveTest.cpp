@@ -27,13 +27,17 @@ namespace {
 TestResults someResults()
 {
     TestResults results;
-    results.settings.settingCurrent = 0.75;
+    results.settings[StageId::First].settingCurrent = 0.75;
     results.settings.resetTime = 3.0;
     results.settings.toleranceKind = TimeToleranceKind::AssignedError;
+    results.settings[StageId::Second].isUsed = true;
+    results.settings[StageId::Second].settingCurrent = 9.0;
+    results.settings[StageId::Second].direction = DirectionKind::ReverseOnly;
+    results.settings[StageId::Residual].table = {{1.5, 3.25}, {4.0, 1.0}};
     results.plan.multiples = {2.0, 3.1, 5.0};
-    results.points = {{2.0, MeasureState::Measured, std::chrono::microseconds(10234567)},
-                      {3.1, MeasureState::NoOperation, {}},
-                      {5.0, MeasureState::ContactEarly, {}}};
+    results.points = {{{Fault::A, 2.0}, MeasureState::Measured, std::chrono::microseconds(10234567)},
+                      {{Fault::A, 3.1}, MeasureState::NoOperation, {}},
+                      {{Fault::A, 5.0}, MeasureState::ContactEarly, {}}};
     results.pickUp = RampResult{MeasureState::Measured, 1.01, 1.0};
     results.dropOff = RampResult{MeasureState::NoOperation, 0.0};
     results.end = RunEnd::Complete;
@@ -57,6 +61,8 @@ OvercurrentArchive someArchive()
     archive.plan.multiples = {1.7, 4.0};
     archive.plan.dropOff.dwell = 0.3;
     archive.plan.goesOn = true;
+    archive.plan.faults = {Fault::CA, Fault::N};
+    archive.plan.direction = FaultDirection::Reverse;
     archive.results = someResults();
     return archive;
 }
@@ -137,7 +143,7 @@ TEST(OvercurrentModelArchiveTest, AnArchiveFromBeforeNameplateAndChecksumIsWhole
         auto stream = packed(entries, ArchiveHelper::PREFIX);
         ASSERT_TRUE(model.setDataStream(stream, repair));
         EXPECT_EQ(comment.getText(), "");
-        EXPECT_EQ(model.getSettings().settingCurrent, 0.9);
+        EXPECT_EQ(model.getSettings()[StageId::First].settingCurrent, 0.9);
         auto former = someResults();
         former.foreignChecksum = "";
         EXPECT_EQ(model.getResults(), former);
@@ -167,7 +173,7 @@ TEST(OvercurrentArchiveTest, RefusesWhatIsMissingOrMakesNoSense)
         const char* what;
         const char* with;
     } const cases[] = {
-        {"info.xml", "format=\"3\"", "format=\"4\""},
+        {"info.xml", "format=\"4\"", "format=\"5\""},
         {"plan.xml", " goesOn=\"true\"", ""},
         {"test-results.xml", "tripInput=\"1\"", "tripInput=\"2\""},
         {"test-results.xml", " without=\"1\"", ""},
@@ -176,6 +182,11 @@ TEST(OvercurrentArchiveTest, RefusesWhatIsMissingOrMakesNoSense)
         {"plan.xml", "<?xml", "<!DOCTYPE plan [<!ENTITY a \"b\">]><?xml"},
         {"test-results.xml", "microseconds=\"10234567\"", "microseconds=\"999999999999\""},
         {"test-results.xml", "curve=\"standardInverse\"", "curve=\"straight\""},
+        {"test-results.xml", "fault=\"A\"", "fault=\"B\""},
+        {"test-results.xml", "table=\"1.5:3.25; 4:1\"", "table=\"1.5:3.25; 1.4:1\""},
+        {"test-results.xml", "used=\"true\"", "used=\"perhaps\""},
+        {"plan.xml", "faults=\"CA N\"", "faults=\"CA NN\""},
+        {"plan.xml", "outputsPerPhase=\"1\"", "outputsPerPhase=\"4\""},
         // Such a relay takes longer than the plan waits.
         {"test-results.xml", "timeMultiplier=\"1\"", "timeMultiplier=\"9\""},
     };
@@ -231,7 +242,7 @@ TEST(OvercurrentModelArchiveTest, AChangedByteCostsOnePartAtMostAndThatIsNamed)
         std::stringstream stream(damaged);
         said.clear();
         ASSERT_TRUE(model.setDataStream(stream, true)) << at;
-        const bool areSettingsWhole = model.getSettings().settingCurrent == 0.9;
+        const bool areSettingsWhole = model.getSettings()[StageId::First].settingCurrent == 0.9;
         const bool isPlanWhole = model.getPlan() == someArchive().plan;
         const auto results = model.getResults();
         const bool isOriginWhole = results && results->origin == Origin::Simulated;
@@ -346,24 +357,33 @@ TEST(OvercurrentModelArchiveTest, ConvertsTheOlderFormInRepairModeOnly)
     EXPECT_FALSE(model.setDataStream(refused, false));
     auto accepted = fileOf("outdated.kovc");
     ASSERT_TRUE(model.setDataStream(accepted, true));
-    EXPECT_EQ(model.getSettings().settingCurrent, 1.25);
+    EXPECT_EQ(model.getSettings()[StageId::First].settingCurrent, 1.25);
     EXPECT_EQ(model.getPlan().multiples, (std::vector<double>{2, 4, 8}));
     EXPECT_FALSE(model.getResults());
     // Saved again it is an archive of the present form.
 }
 
-TEST(OvercurrentModelArchiveTest, OpensTheFormerFormAsItIs)
+TEST(OvercurrentModelArchiveTest, OpensTheFormerFormsAsTheyAre)
 {
-    for (const bool repair : {false, true}) {
+    for (const auto& [name, repair] : {std::pair("former.kovc", false),
+                                       {"former.kovc", true},
+                                       {"third.kovc", false},
+                                       {"third.kovc", true},
+                                       {"sealed.kovc", false},
+                                       {"sealed.kovc", true}}) {
+        SCOPED_TRACE(name);
         OvercurrentModel model;
         model.signalMessage.connect([](const std::string& text) { ADD_FAILURE() << text; });
-        auto file = fileOf("former.kovc");
+        auto file = fileOf(name);
         ASSERT_TRUE(model.setDataStream(file, repair));
         EXPECT_EQ(model.getSettings(), RelaySettings());
         EXPECT_EQ(model.getPlan(), TestPlan());
         const auto results = model.getResults();
         ASSERT_TRUE(results);
         EXPECT_FALSE(model.isResultStale());
+        // The checksum is that of the text of its form.
+        EXPECT_EQ(results->foreignChecksum.has_value(), std::string(name) != "sealed.kovc");
+        EXPECT_FALSE(results->isChangedByHand());
         EXPECT_EQ(results->points.size(), 8u);
         EXPECT_NEAR(results->pickUp->multiple - results->pickUp->without, 0.01, 1e-9);
         EXPECT_EQ(Evaluation::verdict(*results), KesMeasure::Verdict::Passed);
@@ -371,6 +391,40 @@ TEST(OvercurrentModelArchiveTest, OpensTheFormerFormAsItIs)
         ASSERT_TRUE(again);
         EXPECT_EQ(again->results, results);
     }
+}
+
+/// One that holds other values than the defaults, and damaged ones.
+TEST(OvercurrentModelArchiveTest, TheOnlyStageOfTheThirdFormBecomesTheFirstOne)
+{
+    ArchiveHelper::DataMap data;
+    auto file = fileOf("third.kovc");
+    ASSERT_TRUE(ArchiveHelper::unpackStreamToData(file, data, ArchiveHelper::PREFIX));
+    std::map<std::string, std::string> entries;
+    for (const auto& [name, stream] : data)
+        entries[name] = textOf(*stream);
+    replace(entries.at("settings.xml"), "<value id=\"settingCurrent\">1<",
+            "<value id=\"settingCurrent\">0.25<");
+    replace(entries.at("settings.xml"), "<value id=\"nominalCurrent\">1<",
+            "<value id=\"nominalCurrent\">0.1<");
+    replace(entries.at("settings.xml"), "<value id=\"startInput\">2<", "<value id=\"startInput\">5<");
+    OvercurrentModel model;
+    auto stream = packed(entries, ArchiveHelper::PREFIX);
+    ASSERT_TRUE(model.setDataStream(stream, false));
+    RelaySettings expected;
+    expected.nominalCurrent = 0.1;
+    expected[StageId::First].settingCurrent = 0.25;
+    expected.startInput = 5;
+    EXPECT_EQ(model.getSettings(), expected);
+    EXPECT_TRUE(model.isResultStale());
+    replace(entries.at("settings.xml"), "<value id=\"startInput\">5</value>", "");
+    auto damaged = packed(entries, ArchiveHelper::PREFIX);
+    EXPECT_FALSE(model.setDataStream(damaged, false));
+    std::string said;
+    model.signalMessage.connect([&](const std::string& text) { said += text; });
+    auto repaired = packed(entries, ArchiveHelper::PREFIX);
+    EXPECT_TRUE(model.setDataStream(repaired, true));
+    EXPECT_EQ(said, "Some settings are missing in the file; check them all.");
+    EXPECT_EQ(model.getSettings()[StageId::First].settingCurrent, 0.25);
 }
 
 TEST(OvercurrentArchiveTest, AFormerPlanWithoutRoomForATolerableCurrentKeepsItsResults)
@@ -415,7 +469,7 @@ TEST(OvercurrentModelArchiveTest, ResultsOfOtherSettingsAreNotTakenForThoseOfThe
     OvercurrentModel model;
     auto archive = someArchive();
     ASSERT_TRUE(model.setDataStream(*archive.pack(), false));
-    EXPECT_EQ(model.getResults()->settings.settingCurrent, 0.75);
+    EXPECT_EQ(model.getResults()->settings[StageId::First].settingCurrent, 0.75);
     EXPECT_TRUE(model.isResultStale());
     archive.results->settings = model.getSettings();
     archive.results->plan.multiples = {2.0, 3.1, 6.0};

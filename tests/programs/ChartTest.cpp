@@ -10,7 +10,7 @@ TEST(ChartTest, TheCurveLiesWithinItsBandAndTheAxes)
     for (const auto curve :
          {CurveKind::StandardInverse, CurveKind::ExtremelyInverse, CurveKind::DefiniteTimeCurve}) {
         RelaySettings settings;
-        settings.curve = curve;
+        settings[StageId::First].curve = curve;
         const auto chart = TestChart::create(settings, TestPlan(), nullptr);
         ASSERT_EQ(chart.expected.size(), chart.upper.size());
         ASSERT_EQ(chart.expected.size(), chart.lower.size());
@@ -27,9 +27,9 @@ TEST(ChartTest, TheCurveLiesWithinItsBandAndTheAxes)
 TEST(ChartTest, APointWithoutOperationStandsWhereItsMeasurementEnded)
 {
     TestResults results;
-    results.points = {{2.0, MeasureState::NoOperation, {}}};
+    results.points = {{{Fault::A, 2.0}, MeasureState::NoOperation, {}}};
     const auto chart = TestChart::create(results.settings, results.plan, &results);
-    const double limit = TestSequences::pointLimit(results.settings, results.plan, 2.0);
+    const double limit = TestSequences::pointLimit(results.settings, results.plan, results.points[0]);
     EXPECT_DOUBLE_EQ(chart.points[0].position.y, limit);
     EXPECT_EQ(chart.points[0].state, KesMeasure::ChartPoint::State::NotOperated);
     EXPECT_GE(chart.y.getMaximum(), limit);

@@ -13,12 +13,12 @@ using namespace KesTree::RelayNodes;
 
 namespace {
 
-RelaySettings settingsOf(CurveKind curve, double multiplier)
+Stage stageOf(CurveKind curve, double multiplier)
 {
-    RelaySettings settings;
-    settings.curve = curve;
-    settings.timeMultiplier = multiplier;
-    return settings;
+    Stage stage{true};
+    stage.curve = curve;
+    stage.timeMultiplier = multiplier;
+    return stage;
 }
 
 } // namespace
@@ -42,24 +42,24 @@ TEST(OperateCurveTest, GivesTheTabulatedTimes)
     };
     for (const auto& test : cases)
         for (std::size_t i = 0; i < std::size(multiples); ++i) {
-            const auto seconds = OperateCurve::operateTime(settingsOf(test.curve, 1.0), multiples[i]);
+            const auto seconds = OperateCurve::operateTime(stageOf(test.curve, 1.0), multiples[i]);
             ASSERT_TRUE(seconds);
             EXPECT_NEAR(*seconds, test.seconds[i], 6e-4 * test.seconds[i] + 5e-4)
                 << test.curve << " at " << multiples[i];
-            EXPECT_DOUBLE_EQ(*OperateCurve::operateTime(settingsOf(test.curve, 0.3), multiples[i]),
+            EXPECT_DOUBLE_EQ(*OperateCurve::operateTime(stageOf(test.curve, 0.3), multiples[i]),
                              *seconds * 0.3);
         }
     // From twenty times the setting on, the time stays as it is there.
-    EXPECT_NEAR(*OperateCurve::operateTime(settingsOf(VeryInverse, 1.0), 30.0), 0.710526, 1e-6);
+    EXPECT_NEAR(*OperateCurve::operateTime(stageOf(VeryInverse, 1.0), 30.0), 0.710526, 1e-6);
 }
 
 TEST(OperateCurveTest, DefiniteTimeDependsOnNothingAboveTheSetting)
 {
-    auto settings = settingsOf(DefiniteTimeCurve, 7.0);
-    settings.definiteTime = 0.4;
-    EXPECT_EQ(OperateCurve::operateTime(settings, 1.01), 0.4);
-    EXPECT_EQ(OperateCurve::operateTime(settings, 50.0), 0.4);
-    EXPECT_FALSE(OperateCurve::operateTime(settings, 1.0));
+    auto stage = stageOf(DefiniteTimeCurve, 7.0);
+    stage.definiteTime = 0.4;
+    EXPECT_EQ(OperateCurve::operateTime(stage, 1.01), 0.4);
+    EXPECT_EQ(OperateCurve::operateTime(stage, 50.0), 0.4);
+    EXPECT_FALSE(OperateCurve::operateTime(stage, 1.0));
 }
 
 TEST(OperateCurveTest, DoesNotOperateAtOrBelowTheSetting)
@@ -68,7 +68,7 @@ TEST(OperateCurveTest, DoesNotOperateAtOrBelowTheSetting)
     for (const auto curve :
          {StandardInverse, VeryInverse, ExtremelyInverse, LongTimeInverse, DefiniteTimeCurve})
         for (const double multiple : {1.0, 0.99, 0.0, -2.0, nan})
-            EXPECT_FALSE(OperateCurve::operateTime(settingsOf(curve, 1.0), multiple)) << multiple;
+            EXPECT_FALSE(OperateCurve::operateTime(stageOf(curve, 1.0), multiple)) << multiple;
 }
 
 namespace {
@@ -77,7 +77,7 @@ TestResults completeResults()
 {
     TestResults results;
     results.plan.multiples = {2.0};
-    results.points = {{2.0, MeasureState::Measured, std::chrono::milliseconds(10100)}};
+    results.points = {{{Fault::A, 2.0}, MeasureState::Measured, std::chrono::milliseconds(10100)}};
     results.pickUp = RampResult{MeasureState::Measured, 1.01, 1.0};
     results.dropOff = RampResult{MeasureState::Measured, 0.95, 0.96};
     results.settings.currentTolerancePercent = 0.0;
@@ -124,29 +124,29 @@ TEST(TimeBandTest, ReachesAsFarAsARelayThatIsOffInTheCurrent)
 {
     RelaySettings settings;
     settings.currentTolerancePercent = 2.0;
-    const auto band = TimeBand::at(settings, 1.1);
+    const auto band = TimeBand::at(settings, {}, 1.1);
     ASSERT_TRUE(band && band->latest);
     // Calculated by hand: 60.74 s at 1.122 x Is less 5 %, 93.13 s at 1.078 x Is and 5 %.
     EXPECT_NEAR(band->earliest, 57.703, 0.001);
     EXPECT_NEAR(band->expected, 73.374, 0.001);
     EXPECT_NEAR(*band->latest, 97.786, 0.001);
-    EXPECT_FALSE(TimeBand::at(settings, 1.02)->latest) << "may be below its setting";
-    EXPECT_FALSE(TimeBand::at(settings, 1.0));
+    EXPECT_FALSE(TimeBand::at(settings, {}, 1.02)->latest) << "may be below its setting";
+    EXPECT_FALSE(TimeBand::at(settings, {}, 1.0));
 }
 
 TEST(TimeBandTest, TheAssignedErrorGrowsTowardsTheSetting)
 {
     RelaySettings settings;
-    settings.curve = DefiniteTimeCurve;
-    settings.definiteTime = 10.0;
+    settings[StageId::First].curve = DefiniteTimeCurve;
+    settings[StageId::First].definiteTime = 10.0;
     settings.tolerancePercent = 4.0;
     settings.toleranceKind = AssignedError;
     const std::pair<double, double> cases[] = {{1.5, 1.0},  {2.0, 1.0},  {5.0, 1.0},
                                                {5.09, 1.0}, {5.11, 0.6}, {10.0, 0.6},
                                                {10.2, 0.6}, {10.3, 0.4}, {30.0, 0.4}};
     for (const auto& [multiple, tolerance] : cases) {
-        EXPECT_NEAR(*TimeBand::at(settings, multiple)->latest, 10.0 + tolerance, 1e-9) << multiple;
-        EXPECT_NEAR(TimeBand::at(settings, multiple)->earliest, 10.0 - tolerance, 1e-9) << multiple;
+        EXPECT_NEAR(*TimeBand::at(settings, {}, multiple)->latest, 10.0 + tolerance, 1e-9) << multiple;
+        EXPECT_NEAR(TimeBand::at(settings, {}, multiple)->earliest, 10.0 - tolerance, 1e-9) << multiple;
     }
 }
 

@@ -1,29 +1,14 @@
 #include "ModelRelay.h"
 
+#include <Overcurrent/data/TestSequences.h>
+
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 using namespace Overcurrent;
 
 namespace {
-
-double draw(std::mt19937& random, double least, double most)
-{
-    return least + (most - least) * static_cast<double>(random()) / static_cast<double>(std::mt19937::max());
-}
-
-/// Within [-1, 1], one time in three at one of the ends.
-double drawShare(std::mt19937& random)
-{
-    switch (random() % 6) {
-    case 0:
-        return -1.0;
-    case 1:
-        return 1.0;
-    default:
-        return draw(random, -1.0, 1.0);
-    }
-}
 
 /// The time of a curve without its multiplier.
 double tabled(CurveKind curve, double multiple)
@@ -45,9 +30,40 @@ double tabled(CurveKind curve, double multiple)
     case CurveKind::IeeeExtremelyInverse:
         return 28.2 / (m * m - 1.0) + 0.1217;
     case CurveKind::DefiniteTimeCurve:
+    case CurveKind::TableCurve:
         break;
     }
     return 1.0;
+}
+
+/// A power law between the neighbours.
+std::optional<double> readTable(const KesTree::CurveTable::Pairs& table, double multiple)
+{
+    if (multiple < table.front().multiple - 1e-9)
+        return std::nullopt;
+    double seconds = table.back().seconds;
+    for (auto at = table.rbegin(); std::next(at) != table.rend(); ++at) {
+        const auto& [upper, ofUpper] = *at;
+        const auto& [lower, ofLower] = *std::next(at);
+        if (multiple >= upper)
+            break;
+        const double part =
+            (std::log10(upper) - std::log10(multiple)) / (std::log10(upper) - std::log10(lower));
+        seconds = std::pow(ofUpper, 1.0 - part) * std::pow(ofLower, part);
+        if (multiple >= lower)
+            break;
+    }
+    return seconds;
+}
+
+std::optional<double> ownTime(const Stage& stage, double multiple)
+{
+    if (!(multiple > 1.0))
+        return std::nullopt;
+    if (stage.curve == CurveKind::TableCurve)
+        return readTable(stage.table, multiple);
+    return stage.curve == CurveKind::DefiniteTimeCurve ? stage.definiteTime
+                                                       : stage.timeMultiplier * tabled(stage.curve, multiple);
 }
 
 double ownTolerance(const RelaySettings& settings, double multiple, double seconds)
@@ -58,6 +74,25 @@ double ownTolerance(const RelaySettings& settings, double multiple, double secon
     return std::max(percent / 100.0 * seconds, settings.toleranceMilliseconds / 1000.0);
 }
 
+/// The angle by which one leads the other, within half a turn.
+double lead(double degrees, double ofOther)
+{
+    return std::remainder(degrees - ofOther, 360.0);
+}
+
+/// Rectangular parts, and back.
+KesDriver::Phasor sum(const std::array<KesDriver::Phasor, 3>& phases)
+{
+    constexpr double radian = 57.295779513082320877;
+    double x = 0.0;
+    double y = 0.0;
+    for (const auto& [magnitude, degrees] : phases) {
+        x += magnitude * std::cos(degrees / radian);
+        y += magnitude * std::sin(degrees / radian);
+    }
+    return {std::hypot(x, y), std::atan2(y, x) * radian};
+}
+
 KesDriver::DeviceTime toDeviceTime(double seconds)
 {
     return KesDriver::DeviceTime(std::llround(seconds * 1e6));
@@ -65,108 +100,172 @@ KesDriver::DeviceTime toDeviceTime(double seconds)
 
 } // namespace
 
-TestPlan modelPlan()
+bool ModelRelay::_isFaultSeen() const
 {
-    TestPlan plan;
-    plan.multiples = {1.1, 1.3, 2.0, 3.0, 4.9, 5.0, 7.5, 10.0, 15.0, 20.0};
-    plan.timeout = 3600.0;
-    return plan;
-}
-
-ModelRelay ModelRelay::healthy(std::mt19937& random)
-{
-    ModelRelay relay;
-    auto& settings = relay.settings;
-    settings.nominalCurrent = 1.0;
-    settings.settingCurrent = draw(random, 0.2, 0.8);
-    settings.curve = static_cast<CurveKind>(random() % 8);
-    settings.timeMultiplier = draw(random, 0.05, 1.0);
-    settings.definiteTime = draw(random, 0.05, 3.0);
-    settings.toleranceKind = static_cast<TimeToleranceKind>(random() % 2);
-    settings.tolerancePercent = draw(random, 2.0, 7.5);
-    settings.toleranceMilliseconds = draw(random, 25.0, 40.0);
-    settings.currentTolerancePercent = draw(random, 0.0, 4.0);
-    relay.currentFactor = 1.0 + drawShare(random) * settings.currentTolerancePercent / 100.0;
-    relay.timeShare = drawShare(random);
-    relay.dropOffRatio = draw(random, 0.905, 0.985);
-    relay.contactTime = draw(random, 0.0, 0.02);
-    relay.bounce = draw(random, 0.0, 0.01);
-    settings.debounceMilliseconds = relay.bounce * 1000.0 + 0.1;
-    settings.resetTime = draw(random, 0.1, 5.0);
-    relay.reset = settings.resetTime;
-    relay.contactReset = std::max(drawShare(random), 0.0) * (relay.reset - 0.02) + 0.02 - relay.bounce;
-    if (settings.curve == CurveKind::DefiniteTimeCurve)
-        settings.rampContact = static_cast<RampContactKind>(random() % 3);
-    return relay;
-}
-
-ModelRelay ModelRelay::faulty(std::mt19937& random, const TestPlan& plan)
-{
-    auto relay = healthy(random);
-    relay.settings.rampContact = RampContactKind::ByStartContact;
-    const double sign = random() % 2 ? 1.0 : -1.0;
-    switch (random() % 4) {
-    case 0:
-        // Out of its time beyond what an error of the current excuses.
-        relay.currentFactor = 1.0 - sign * relay.settings.currentTolerancePercent / 100.0;
-        relay.timeShare = sign * draw(random, 1.05, 3.0);
-        break;
-    case 1:
-        relay.currentFactor =
-            1.0 /
-            (1.0 + sign * (plan.pickUpTolerancePercent / 100.0 + draw(random, 1.1, 3.0) * plan.pickUp.step));
-        break;
-    case 2:
-        relay.dropOffRatio = plan.minimumRatio - draw(random, 2.5, 5.0) * plan.dropOff.step;
-        break;
-    default:
-        relay.neverTrips = true;
-        break;
+    ModelRelay ideal = *this;
+    ideal.errors = {};
+    ideal.deadPhase.reset();
+    constexpr double margin = 0.002;
+    const double share = settings.currentTolerancePercent / 100.0;
+    for (const auto& point : plan.getPoints()) {
+        const auto outputs = outputsOf(*this, point);
+        double earliest = 1e9;
+        double latest = 1e9;
+        for (std::size_t i = 0; i < errors.size(); ++i) {
+            const double multiple = ideal.getMultiple(i, outputs);
+            const auto tolerance = [&](double seconds) {
+                return ownTolerance(settings, multiple * (1.0 - share), seconds);
+            };
+            if (const auto time = ownTime(settings.stages[i], multiple * (1.0 + share)))
+                earliest = std::min(earliest, *time - tolerance(*time));
+            if (const auto time = ownTime(settings.stages[i], multiple * (1.0 - share)))
+                latest = std::min(latest, *time + tolerance(*time));
+        }
+        const auto time = getTime(outputs);
+        if (!time || *time > latest + margin || *time < earliest - margin)
+            return true;
     }
-    return relay;
+    return false;
 }
 
-double ModelRelay::getTime(double multiple) const
+double ModelRelay::getMultiple(std::size_t stage, const KesDriver::OutputState& outputs) const
 {
-    const bool isDefinite = settings.curve == CurveKind::DefiniteTimeCurve;
-    const double exact = isDefinite
-                             ? settings.definiteTime
-                             : settings.timeMultiplier * tabled(settings.curve, multiple * currentFactor);
-    return std::max(exact + timeShare * ownTolerance(settings, multiple, exact), 1e-6);
+    const auto& own = settings.stages[stage];
+    const auto& error = errors[stage];
+    if (!own.isUsed || error.isMissing)
+        return 0.0;
+    auto currents = outputs.currents;
+    if (deadPhase)
+        currents[*deadPhase].magnitude = 0.0;
+    const auto counts = [&](double ofCurrent, double ofVoltage) {
+        if (own.direction == DirectionKind::NonDirectional)
+            return true;
+        const bool isForward = std::fabs(lead(ofCurrent, ofVoltage + settings.characteristicAngle)) < 90.0;
+        return (isForward == (own.direction == DirectionKind::ForwardOnly)) != error.isInverted;
+    };
+    double seen = 0.0;
+    if (stage + 1 == errors.size()) {
+        const auto current = sum(currents);
+        if (counts(current.degrees, sum(outputs.voltages).degrees + 180.0))
+            seen = current.magnitude;
+    } else {
+        for (std::size_t i = 0; i < currents.size(); ++i)
+            if (counts(currents[i].degrees, outputs.voltages[i].degrees))
+                seen = std::max(seen, currents[i].magnitude);
+    }
+    return seen / own.settingCurrent;
+}
+
+std::optional<double> ModelRelay::getTime(std::size_t stage, const KesDriver::OutputState& outputs) const
+{
+    const auto& error = errors[stage];
+    const double multiple = getMultiple(stage, outputs);
+    const auto exact = ownTime(settings.stages[stage], multiple * error.currentFactor);
+    if (!exact || error.neverTrips)
+        return std::nullopt;
+    return std::max(*exact + error.timeShare * ownTolerance(settings, multiple, *exact), 1e-6);
+}
+
+std::optional<double> ModelRelay::getTime(const KesDriver::OutputState& outputs) const
+{
+    std::optional<double> shortest;
+    for (std::size_t i = 0; i < errors.size(); ++i)
+        if (const auto time = getTime(i, outputs))
+            shortest = std::min(*time, shortest.value_or(*time));
+    return shortest;
+}
+
+bool ModelRelay::picksUp(const KesDriver::OutputState& outputs) const
+{
+    for (std::size_t i = 0; i < errors.size(); ++i)
+        if (getMultiple(i, outputs) * errors[i].currentFactor > 1.0)
+            return true;
+    return false;
+}
+
+bool ModelRelay::dropsOff(const KesDriver::OutputState& outputs) const
+{
+    for (std::size_t i = 0; i < errors.size(); ++i)
+        if (getMultiple(i, outputs) * errors[i].currentFactor >= dropOffRatio)
+            return false;
+    return true;
+}
+
+KesDriver::OutputState outputsOf(const ModelRelay& relay, const PlannedPoint& point)
+{
+    return TestSequences::point(relay.settings, relay.plan, point)[0].outputs;
+}
+
+KesDriver::OutputState outputsOfRamp(const ModelRelay& relay, double multiple)
+{
+    return TestSequences::pickUp(relay.settings, relay.plan, {multiple})[0].outputs;
 }
 
 void ModelRelayObject::reset(KesDriver::DeviceTime time)
 {
     _contacts = {};
     _now = std::chrono::duration<double>(time).count();
-    _multiple = 0.0;
-    _isPickedUp = false;
-    _travelled = 0.0;
+    _outputs = {};
+    _elements = {};
+}
+
+bool ModelRelayObject::_isPickedUp() const
+{
+    return std::any_of(_elements.begin(), _elements.end(),
+                       [](const Element& element) { return element.isPickedUp; });
 }
 
 void ModelRelayObject::applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime time)
 {
     _advance(std::chrono::duration<double>(time).count());
-    _multiple = outputs.currents[0].magnitude / _relay.settings.settingCurrent;
+    _outputs = outputs;
+    const bool wasPickedUp = _isPickedUp();
+    _measure();
     auto& [trip, start] = _contacts;
-    if (!_isPickedUp && _multiple > _relay.getPickUp()) {
-        _isPickedUp = true;
+    if (!wasPickedUp && _isPickedUp()) {
         _move(start, true, _now + _relay.contactTime);
-    } else if (_isPickedUp && _multiple < _relay.getDropOff()) {
-        _isPickedUp = false;
+    } else if (wasPickedUp && !_isPickedUp()) {
         _move(start, false, _now + _relay.contactReset);
         _move(trip, false, _now + _relay.contactReset);
     }
-    if (_isPickedUp && _multiple > _relay.getPickUp() && _travelled < 1.0 && !_relay.neverTrips)
-        _move(trip, true, _now + (1.0 - _travelled) * _relay.getTime(_multiple));
+    _predictTrip();
+}
+
+void ModelRelayObject::_measure()
+{
+    for (std::size_t i = 0; i < _elements.size(); ++i) {
+        const double multiple = _relay.getMultiple(i, _outputs) * _relay.errors[i].currentFactor;
+        auto& element = _elements[i];
+        element.isPickedUp = element.isPickedUp ? multiple >= _relay.dropOffRatio : multiple > 1.0;
+    }
+}
+
+void ModelRelayObject::_predictTrip()
+{
+    std::optional<double> rest;
+    for (std::size_t i = 0; i < _elements.size(); ++i) {
+        const auto time = _relay.getTime(i, _outputs);
+        if (!time || !_elements[i].isPickedUp)
+            continue;
+        // It has operated, and its contact is on its way.
+        if (_elements[i].travelled >= 1.0)
+            return;
+        const double own = (1.0 - _elements[i].travelled) * *time;
+        rest = std::min(own, rest.value_or(own));
+    }
+    if (rest)
+        _move(_contacts[0], true, _now + *rest);
 }
 
 void ModelRelayObject::_advance(double now)
 {
-    if (!_isPickedUp)
-        _travelled = std::max(0.0, _travelled - (now - _now) / _relay.reset);
-    else if (_multiple > _relay.getPickUp())
-        _travelled = std::min(1.0, _travelled + (now - _now) / _relay.getTime(_multiple));
+    for (std::size_t i = 0; i < _elements.size(); ++i) {
+        auto& [isPickedUp, travelled] = _elements[i];
+        if (!isPickedUp)
+            travelled = std::max(0.0, travelled - (now - _now) / _relay.reset);
+        else if (const auto time = _relay.getTime(i, _outputs))
+            travelled = std::min(1.0, travelled + (now - _now) / *time);
+    }
     _now = now;
 }
 

@@ -97,7 +97,7 @@ TEST_F(ModelRunTest, MeasuresOnTheNetworkAsWithinTheProcess)
     ASSERT_TRUE(runToEnd());
     auto within = *model.getResults();
     const auto device = std::make_shared<KesDriver::SimulatedKesto>(getDevice()->getIdentity());
-    device->connectTestObject(makeBenchRelay(model.getSettings()));
+    device->connectTestObject(makeBenchRelay(model.getSettings(), model.getPlan()));
     device->setSpeed(100);
     KesDriver::DeviceServer server(device);
     const KesDriver::NetAddress address(KesDriver::NetAddress::Bytes{127, 8, 0, 5});

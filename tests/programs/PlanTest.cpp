@@ -68,9 +68,9 @@ TEST(PlanTest, RefusesWhatDoesNotSuitRelayOrDevice)
     EXPECT_THAT(message(plan.check(settings)), HasSubstr("at 1.5 x Is the relay may take up to 19.00 s"));
     plan.timeout = 19.01;
     EXPECT_TRUE(plan.check(settings));
-    settings.settingCurrent = 1.6;
+    settings[StageId::First].settingCurrent = 1.6;
     EXPECT_TRUE(plan.check(settings, KesDriver::OutputLimits()));
-    settings.settingCurrent = 2.0;
+    settings[StageId::First].settingCurrent = 2.0;
     EXPECT_THAT(message(plan.check(settings, KesDriver::OutputLimits())),
                 HasSubstr("20 x Is is 40 A, but the device puts out at most 32 A"));
 }
@@ -88,23 +88,23 @@ TEST(PlanTest, RefusesWhatWouldJudgeOrBurnAHealthyRelay)
          }},
         {"At 10 x Is for up to 171.",
          [](RelaySettings& settings, TestPlan&) {
-             settings.timeMultiplier = 10.0;
-             settings.curve = CurveKind::LongTimeInverse;
+             settings[StageId::First].timeMultiplier = 10.0;
+             settings[StageId::First].curve = CurveKind::LongTimeInverse;
          }},
         // Each of them would do, but such a relay hardly cools down in between.
         {"At 19 x Is for up to",
          [](RelaySettings& settings, TestPlan& plan) {
-             settings.curve = CurveKind::DefiniteTimeCurve;
-             settings.definiteTime = 5.0;
+             settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
+             settings[StageId::First].definiteTime = 5.0;
              settings.continuousWithstand = 0.5;
              plan.multiples = {20.0, 20.0, 20.0, 19.0};
          }},
         {"Pick-up ramp: the relay's current input",
          [](RelaySettings& settings, TestPlan& plan) {
-             settings.settingCurrent = 20.0;
+             settings[StageId::First].settingCurrent = 20.0;
              plan.pickUp.dwell = 10.0;
              plan.multiples = {1.1};
-             settings.curve = CurveKind::DefiniteTimeCurve;
+             settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
          }},
         {"with the definite-time characteristic only",
          [](RelaySettings& settings, TestPlan&) { settings.rampContact = RampContactKind::ByTripContact; }},
@@ -126,8 +126,8 @@ TEST(RelaySettingsTest, GoIntoATestObjectWhateverItHeldBefore)
 {
     RelaySettings settings;
     settings.nominalCurrent = 5.0;
-    settings.settingCurrent = 60.0;
-    settings.curve = CurveKind::IeeeVeryInverse;
+    settings[StageId::First].settingCurrent = 60.0;
+    settings[StageId::First].curve = CurveKind::IeeeVeryInverse;
     settings.toleranceKind = TimeToleranceKind::AssignedError;
     settings.tripInput = 2;
     settings.startInput = 1;

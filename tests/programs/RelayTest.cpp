@@ -2,6 +2,8 @@
 #include <Overcurrent/data/OperateCurve.h>
 #include <Overcurrent/data/RelaySettings.h>
 
+#include <KesDriver/simulated/relays/RelayCatalog.h>
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -60,12 +62,12 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
           CurveKind::IeeeVeryInverse, CurveKind::IeeeExtremelyInverse})
         for (const double multiple : {1.5, 2.0, 5.0, 20.0}) {
             RelaySettings settings;
-            settings.settingCurrent = 0.4;
-            settings.curve = curve;
-            const auto relay = makeBenchRelay(settings);
+            settings[StageId::First].settingCurrent = 0.4;
+            settings[StageId::First].curve = curve;
+            const auto relay = makeBenchRelay(settings, TestPlan());
             Player first(*relay);
             const auto time = operateTime(first.play(multiple * 0.4, 400s), DeviceTime(0));
-            const double ideal = *OperateCurve::operateTime(settings, multiple);
+            const double ideal = *OperateCurve::operateTime(settings[StageId::First], multiple);
             const double measured = std::chrono::duration<double>(time).count();
             EXPECT_NE(measured, ideal);
             EXPECT_NEAR(measured, ideal, OperateCurve::tolerance(settings, multiple, ideal))
@@ -78,7 +80,7 @@ TEST(SimulatedRelayTest, OperatesALittleOffTheIdealCurveAlwaysTheSame)
 TEST(SimulatedRelayTest, AddsUpWhatItHasTravelledAndForgetsItAtDropOff)
 {
     const RelaySettings settings;
-    const auto relay = makeBenchRelay(settings);
+    const auto relay = makeBenchRelay(settings, TestPlan());
     Player whole(*relay);
     const auto alone = operateTime(whole.play(2.0, 30s), DeviceTime(0));
     // The same travel in two parts; the current in between is above drop-off, but does not move it.
@@ -92,4 +94,28 @@ TEST(SimulatedRelayTest, AddsUpWhatItHasTravelledAndForgetsItAtDropOff)
     reset.play(2.0, 9s);
     reset.play(0.0, 1s);
     EXPECT_GT(operateTime(reset.play(2.0, 30s), 10s), 9s);
+}
+
+TEST(SimulatedRelayTest, ItsStagesAreSetByNames)
+{
+    using Settings = std::vector<std::string>;
+    const auto tripAfter = [](const Settings& settings, double amperes) {
+        std::shared_ptr<KesDriver::ISimulatedTestObject> relay;
+        const auto made = KesDriver::RelayCatalog::make("overcurrent", settings, relay);
+        EXPECT_TRUE(made) << (made ? "" : made.getError()->getMessage());
+        Player player(*relay);
+        return std::chrono::duration<double>(operateTime(player.play(amperes, 100s), DeviceTime(0))).count();
+    };
+    const Settings stages{"pickup=1", "curve=TABLE", "table=2:10;4:5", "pickup2=6", "curve2=DT", "time2=0.2"};
+    EXPECT_NEAR(tripAfter(stages, 2.83), 7.07, 0.3);
+    EXPECT_NEAR(tripAfter(stages, 5.0), 5.0, 0.2);
+    EXPECT_NEAR(tripAfter(stages, 7.0), 0.2, 0.03);
+    EXPECT_LT(tripAfter(stages, 1.5), 0.0) << "below its first pair";
+    EXPECT_NEAR(tripAfter({"pickup=0", "pickupN=0.2", "curveN=DT", "timeN=0.7"}, 0.3), 0.7, 0.03);
+    EXPECT_LT(tripAfter({"curve=DT", "direction=FORWARD"}, 3.0), 0.0) << "without voltages";
+    EXPECT_LT(tripAfter({"curve=DT", "connection=N"}, 3.0), 0.0) << "all in the residual input";
+    std::shared_ptr<KesDriver::ISimulatedTestObject> relay;
+    for (const char* wrong :
+         {"table=2", "table=4:1;2:2", "direction=UP", "angle=181", "connection=D", "curve4=DT"})
+        EXPECT_FALSE(KesDriver::RelayCatalog::make("overcurrent", {wrong}, relay)) << wrong;
 }

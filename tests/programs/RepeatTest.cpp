@@ -58,7 +58,8 @@ TEST_F(RepeatTest, APointIsMeasuredAgainAndTheRestOfATestWithItsRamps)
     ASSERT_EQ(whole.end, RunEnd::Complete);
     model.edit([](TestResults& results) {
         results.points[0].time = 1s;
-        results.points[1] = {results.points[1].multiple, MeasureState::NoOperation};
+        results.points[1].state = MeasureState::NoOperation;
+        results.points[1].takeSingles({});
     });
     ASSERT_TRUE(model.repeatTest({1}) && waitForEnd());
     auto results = *model.getResults();

@@ -24,9 +24,9 @@ TestResults someResults()
 {
     TestResults results;
     results.plan.multiples = {2.0, 5.0, 7.0};
-    results.points = {{2.0, MeasureState::Measured, std::chrono::milliseconds(10100)},
-                      {5.0, MeasureState::NoOperation, {}},
-                      {7.0, MeasureState::NotReset, {}}};
+    results.points = {{{Fault::A, 2.0}, MeasureState::Measured, std::chrono::milliseconds(10100)},
+                      {{Fault::A, 5.0}, MeasureState::NoOperation, {}},
+                      {{Fault::A, 7.0}, MeasureState::NotReset, {}}};
     results.end = RunEnd::Stopped;
     results.device = "KESTO-3 <b>No.</b> 00017";
     results.origin = Origin::Simulated;
@@ -57,12 +57,10 @@ TEST(SettingsSummaryTest, ShowsTheDigitsThatTellValuesApart)
     for (const double multiple : multiples)
         texts.push_back(KesMeasure::ScreenNumber::multiple(multiple));
     EXPECT_THAT(texts, ElementsAre("2.00", "1.50", "1.125", "1.001", "1.005", "33.333"));
-    RelaySettings settings;
-    settings.settingCurrent = 0.05;
     const RampResult ramp{MeasureState::Measured, 1.02, 1.00};
-    EXPECT_EQ(SettingsSummary::intervalText(settings, ramp), "0.0505 A (1.00 … 1.02 x Is)");
+    EXPECT_EQ(SettingsSummary::intervalText(0.05, ramp), "0.0505 A (1.00 … 1.02 x Is)");
     const RampResult falling{MeasureState::Measured, 19.0, 21.0};
-    EXPECT_EQ(SettingsSummary::intervalText(settings, falling), "1.000 A (19.00 … 21.00 x Is)");
+    EXPECT_EQ(SettingsSummary::intervalText(0.05, falling), "1.000 A (19.00 … 21.00 x Is)");
 }
 
 TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)

@@ -127,7 +127,7 @@ protected:
 
 PointResult measured(double multiple, KesDriver::DeviceTime time)
 {
-    return {multiple, MeasureState::Measured, time};
+    return {{Fault::A, multiple}, MeasureState::Measured, time};
 }
 
 } // namespace
@@ -147,11 +147,11 @@ TEST_F(TestRunTest, APointWithoutOperationEndsTheTestUnlessThePlanGoesOn)
     const auto relay = std::make_shared<KesTest::SimulatedRelay>(3.0, 1s, 10ms);
     EXPECT_EQ(run(relay), RunEnd::Complete);
     EXPECT_THAT(recorder.points,
-                ElementsAre(PointResult{2.0, MeasureState::NoOperation, {}}, measured(5.0, 1s)));
+                ElementsAre(PointResult{{Fault::A, 2.0}, MeasureState::NoOperation, {}}, measured(5.0, 1s)));
     recorder = {};
     plan.goesOn = false;
     EXPECT_EQ(run(relay), RunEnd::Ended);
-    EXPECT_THAT(recorder.points, ElementsAre(PointResult{2.0, MeasureState::NoOperation, {}}));
+    EXPECT_THAT(recorder.points, ElementsAre(PointResult{{Fault::A, 2.0}, MeasureState::NoOperation, {}}));
     EXPECT_FALSE(recorder.pickUp);
 }
 
@@ -195,7 +195,7 @@ TEST_F(TestRunTest, WithoutRampsOnlyThePointsAreMeasured)
 
 TEST_F(TestRunTest, TheTripContactServesForTheRamps)
 {
-    settings.curve = CurveKind::DefiniteTimeCurve;
+    settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
     settings.rampContact = RampContactKind::ByTripContact;
     plan.minimumRatio = 0.95;
     EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(1.033, 1s, 10ms)), RunEnd::Complete);
@@ -209,8 +209,8 @@ TEST_F(TestRunTest, TheTripContactServesForTheRamps)
 TEST_F(TestRunTest, AWarmRelayCoolsDownFirst)
 {
     settings.nominalCurrent = 0.4;
-    settings.curve = CurveKind::DefiniteTimeCurve;
-    settings.definiteTime = 2.0;
+    settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
+    settings[StageId::First].definiteTime = 2.0;
     settings.rampContact = RampContactKind::NoRamps;
     plan.multiples = {20.0, 20.0, 20.0};
     EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(1.5, 2s, 10ms)), RunEnd::Complete);

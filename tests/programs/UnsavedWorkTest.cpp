@@ -101,7 +101,8 @@ TEST_F(UnsavedWorkTest, ALookAtThePlansLargestResultsIsShort)
     archive.plan.multiples.clear();
     for (std::size_t i = 0; i < TestPlan::maximumPoints; ++i) {
         archive.plan.multiples.push_back(2.0 + 0.01 * static_cast<double>(i));
-        archive.results->points.push_back({archive.plan.multiples.back(), MeasureState::Measured, {}});
+        archive.results->points.push_back(
+            {{Fault::A, archive.plan.multiples.back()}, MeasureState::Measured, {}});
     }
     archive.results->plan = archive.plan;
     ASSERT_TRUE(model.setDataStream(*archive.pack(), true));

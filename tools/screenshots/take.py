@@ -16,6 +16,10 @@ from desk import Home, click, fill, find, focus, press, wait  # noqa: E402
 
 ARCHIVES = {"en": "Feeder 12, stage I>.kovc", "ru": "Фидер 12, ступень I>.kovc"}
 HOME = "/tmp/engineer"  # seen in pictures, so always the same
+TOLERANCES = {
+    "en": ("Time tolerance, relative, %", "Time tolerance, absolute, ms", "Current tolerance, %"),
+    "ru": ("Допуск времени, относительный, %", "Допуск времени, абсолютный, мс", "Допуск тока, %"),
+}
 FAST = ("--speed", "2000")
 
 
@@ -90,10 +94,8 @@ def failedTest(studio):
     with studio.start(*FAST) as program:
         program.tool("testObject").act()
         window = program.find("frame", texts.WINDOWS.get("testObjectWindowTitle", studio.language))
-        relative, absolute, ofCurrent = window.all("text")[4:7]
-        fill(relative, "1.8" if studio.language == "en" else "1,8")
-        fill(absolute, "0")
-        fill(ofCurrent, "0")
+        for name, value in zip(TOLERANCES[studio.language], ("1.8", "0", "0")):
+            fill(find(window, "text", name), value.replace(".", "." if studio.language == "en" else ","))
         press("Tab", "Escape")
         program.waitUntilGone(window)
         program.tool("start").act()

@@ -11,7 +11,7 @@ std::size_t DataSummary::countMeasured(const TestResults& results)
 
 std::size_t DataSummary::countPlanned(const TestResults& results)
 {
-    return results.plan.multiples.size() + (results.settings.hasRamps() ? 2U : 0U);
+    return results.plan.countPoints() + (results.settings.hasRamps() ? 2U : 0U);
 }
 
 std::string DataSummary::text(const std::optional<TestResults>& results)

@@ -1,5 +1,6 @@
 #include <Overcurrent/data/Evaluation.h>
 
+#include <Overcurrent/data/StageTimes.h>
 #include <Overcurrent/data/TimeBand.h>
 
 #include <KesMeasure/Series.h>
@@ -31,8 +32,10 @@ bool isFound(const std::optional<RampResult>& ramp)
 Point evaluate(const TestResults& results, const PointResult& point)
 {
     Point evaluated;
-    evaluated.current = point.multiple * results.settings.settingCurrent;
-    if (const auto band = TimeBand::at(results.settings, point.multiple)) {
+    const auto faultCase = results.plan.caseOf(point.fault);
+    evaluated.current = point.multiple * StageTimes::referenceCurrent(results.settings, faultCase);
+    if (const auto band = TimeBand::at(results.settings, faultCase, point.multiple)) {
+        evaluated.stage = band->stage;
         evaluated.expected = band->expected;
         evaluated.earliest = band->earliest;
         evaluated.latest = band->latest.value_or(results.plan.timeout);

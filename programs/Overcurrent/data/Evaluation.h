@@ -11,7 +11,10 @@ namespace Overcurrent::Evaluation {
 
 /// One point against the characteristic; all times in seconds.
 struct Point {
+    /// Of the fault, in amperes.
     double current = 0.0;
+    /// The one that should operate.
+    StageId stage = StageId::First;
     double expected = 0.0;
     /// The ends of the band in which a healthy relay operates.
     double earliest = 0.0;

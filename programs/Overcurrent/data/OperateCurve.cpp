@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace Overcurrent::OperateCurve {
 
@@ -30,9 +31,25 @@ Constants constants(CurveKind curve)
         return {28.2, 2.0, 0.1217};
     case CurveKind::StandardInverse:
     case CurveKind::DefiniteTimeCurve:
+    case CurveKind::TableCurve:
         break;
     }
     return {0.14, 0.02};
+}
+
+std::optional<double> fromTable(const KesTree::CurveTable::Pairs& table, double multiple)
+{
+    // A multiple that has been calculated may be a hair off.
+    constexpr double rounding = 1e-9;
+    if (table.empty() || multiple < table.front().multiple * (1.0 - rounding))
+        return std::nullopt;
+    const auto next = std::find_if(table.begin(), table.end(),
+                                   [multiple](const auto& pair) { return pair.multiple > multiple; });
+    if (next == table.end() || next == table.begin())
+        return next == table.end() ? table.back().seconds : table.front().seconds;
+    const auto& from = *std::prev(next);
+    const double share = std::log(multiple / from.multiple) / std::log(next->multiple / from.multiple);
+    return from.seconds * std::pow(next->seconds / from.seconds, share);
 }
 
 /// What the assigned error is multiplied with. At a common bound the larger one holds: nobody knows on which
@@ -47,16 +64,18 @@ double errorFactor(double multiple)
 
 } // namespace
 
-std::optional<double> operateTime(const RelaySettings& settings, double multiple)
+std::optional<double> operateTime(const Stage& stage, double multiple)
 {
     if (!(multiple > 1.0))
         return std::nullopt;
-    if (settings.curve == CurveKind::DefiniteTimeCurve)
-        return settings.definiteTime;
-    const auto [k, a, c] = constants(settings.curve);
+    if (stage.curve == CurveKind::DefiniteTimeCurve)
+        return stage.definiteTime;
+    if (stage.curve == CurveKind::TableCurve)
+        return fromTable(stage.table, multiple);
+    const auto [k, a, c] = constants(stage.curve);
     // expm1 keeps its digits close to Is, where the power is almost 1.
     const double excess = std::expm1(a * std::log(std::min(multiple, endOfDependentTime)));
-    const double time = settings.timeMultiplier * (k / excess + c);
+    const double time = stage.timeMultiplier * (k / excess + c);
     return std::isfinite(time) ? std::optional(time) : std::nullopt;
 }
 

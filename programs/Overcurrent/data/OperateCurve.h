@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Overcurrent/data/RelaySettings.h>
+#include <Overcurrent/data/Stage.h>
 
 #include <optional>
 
@@ -18,7 +19,10 @@ inline constexpr double endOfDependentTime = 20.0;
 /// and 1. Of IEEE C37.112: t = TMS * (k / ((I/Is)^a - 1) + c): moderately inverse 0.0515, 0.02 and 0.114,
 /// very inverse 19.61, 2 and 0.491, extremely inverse 28.2, 2 and 0.1217. From 20 times Is on, the time at 20
 /// times Is. Definite time: the same time at every current above Is.
-std::optional<double> operateTime(const RelaySettings& settings, double multiple);
+///
+/// A table: between two pairs a straight line on logarithmic axes, from the last one on its time. Below the
+/// first one the stage does not operate.
+std::optional<double> operateTime(const Stage& stage, double multiple);
 
 /// How far in seconds an operate time at a multiple of Is may lie from the expected one: the relative
 /// tolerance or the absolute one, whichever is larger. The relative one of the assigned-error kind is the

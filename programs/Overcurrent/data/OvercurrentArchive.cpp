@@ -10,6 +10,8 @@
 
 #include <libxml++/libxml++.h>
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace Overcurrent {
@@ -24,8 +26,9 @@ namespace ArchiveInfo = KesTestProgram::ArchiveInfo;
 constexpr const char* planName = "plan.xml";
 constexpr const char* outdatedResultsName = "results.xml";
 
-constexpr std::pair<const char*, ArchiveForm> forms[] = {{"3", ArchiveForm::Present},
-                                                         {"2", ArchiveForm::Former}};
+/// The present one first.
+constexpr std::pair<const char*, ArchiveForm> forms[] = {
+    {"4", ArchiveForm::Present}, {"3", ArchiveForm::Third}, {"2", ArchiveForm::Second}};
 
 /// Nothing when the text is not that of an archive of this program.
 std::optional<ArchiveForm> readForm(const std::string& text)
@@ -37,10 +40,13 @@ std::optional<ArchiveForm> readForm(const std::string& text)
     return std::nullopt;
 }
 
-bool readTest(const std::string& text, std::optional<TestResults>& results)
+/// The checksum of an older form is that of its own text.
+bool readTest(const std::string& text, ArchiveForm form, const std::string& resultsText,
+              std::optional<TestResults>& results)
 {
     auto* const test = results ? &*results : nullptr;
-    return ArchiveInfo::readTest(text, test, ResultsXml::toText(test));
+    return ArchiveInfo::readTest(text, test,
+                                 form == ArchiveForm::Present ? ResultsXml::toText(test) : resultsText);
 }
 
 bool readPlan(const std::string& text, ArchiveForm form, TestPlan& plan)
@@ -62,17 +68,68 @@ bool readResults(const std::string& text, ArchiveForm form, std::optional<TestRe
     });
 }
 
-/// The settings of a test object of an older form, with defaults for what they do not hold. As they are when
-/// they do not hold all that they should: then they are damaged.
-std::string convertSettings(const std::string& text)
+using namespace KesTree::RelayNodes;
+
+constexpr const char* formerStageIds[] = {StageSetting, StageMultiplier, StageCurve, StageTime};
+
+bool holds(const std::string& settings, const std::string& id)
 {
-    using namespace KesTree::RelayNodes;
-    for (const char* id : {NominalCurrent, SettingCurrent, TimeMultiplier, Curve, DefiniteTime,
-                           TolerancePercent, ToleranceMilliseconds})
-        if (text.find("id=\"" + std::string(id) + "\"") == std::string::npos)
-            return text;
-    const auto stage = overcurrentStage();
-    return stage->deserialize(text, false) ? stage->serialize() : text;
+    return settings.find("id=\"" + id + "\"") != std::string::npos;
+}
+
+/// The older forms have the values of their only stage beside those of the relay.
+std::string moveIntoStage(const std::string& text)
+{
+    std::string moved = text;
+    if (holds(text, OvercurrentStages[0]))
+        return moved;
+    (void)readXml(text, "tree", [&](const xmlpp::Element& root) {
+        const auto* relay = dynamic_cast<const xmlpp::Element*>(root.get_first_child("group"));
+        if (!relay)
+            return false;
+        moved = writeXml("tree", [&](xmlpp::Element& tree) {
+            tree.set_attribute("version", root.get_attribute_value("version"));
+            auto& group = *tree.add_child("group");
+            group.set_attribute("id", relay->get_attribute_value("id"));
+            auto& stage = *group.add_child("group");
+            stage.set_attribute("id", OvercurrentStages[0]);
+            for (const auto* child : relay->get_children()) {
+                const auto* value = dynamic_cast<const xmlpp::Element*>(child);
+                if (!value)
+                    continue;
+                const std::string id = value->get_attribute_value("id");
+                const bool isOfStage = std::find(std::begin(formerStageIds), std::end(formerStageIds), id) !=
+                                       std::end(formerStageIds);
+                (isOfStage ? stage : group).import_node(value);
+            }
+        });
+        return true;
+    });
+    return moved;
+}
+
+bool isComplete(const std::string& settings, ArchiveForm form)
+{
+    const auto holdsIt = [&](const char* id) { return holds(settings, id); };
+    constexpr const char* ofSecond[] = {NominalCurrent, TolerancePercent, ToleranceMilliseconds};
+    constexpr const char* ofThird[] = {"toleranceKind",     "currentTolerance",    "tripInput",
+                                       "rampContact",       "startInput",          "debounce",
+                                       "resetTime",         "continuousWithstand", "tenSecondWithstand",
+                                       "oneSecondWithstand"};
+    return std::all_of(std::begin(formerStageIds), std::end(formerStageIds), holdsIt) &&
+           std::all_of(std::begin(ofSecond), std::end(ofSecond), holdsIt) &&
+           (form == ArchiveForm::Second || std::all_of(std::begin(ofThird), std::end(ofThird), holdsIt));
+}
+
+/// The settings of a test object of an older form, with defaults for what it does not hold. When they do not
+/// hold all that they should, they are damaged and stay so.
+std::string convertSettings(const std::string& text, ArchiveForm form)
+{
+    const auto moved = moveIntoStage(text);
+    const auto relay = overcurrentStage();
+    const bool isConverted =
+        isComplete(moved, form) && RelaySettings().putInto(*relay) && relay->deserialize(moved, false);
+    return isConverted ? relay->serialize() : moved;
 }
 
 void replaceAll(std::string& text, const std::string& what, const std::string& with)
@@ -94,8 +151,8 @@ OvercurrentArchive convertOutdated(const ArchiveEntries& entries)
     OvercurrentArchive archive;
     archive.settings = entries.get(ArchiveEntries::settings);
     replaceAll(archive.settings, "id=\"pickupCurrent\"", "id=\"settingCurrent\"");
-    archive.settings = convertSettings(archive.settings);
-    archive.isPlanLost = !readPlan(entries.get(planName), ArchiveForm::Former, archive.plan);
+    archive.settings = convertSettings(archive.settings, ArchiveForm::Second);
+    archive.isPlanLost = !readPlan(entries.get(planName), ArchiveForm::Second, archive.plan);
     const bool isNoTest = readXml(entries.get(outdatedResultsName), "results",
                                   [](const xmlpp::Element& root) { return root.get_children().empty(); });
     archive.areResultsLost = !isNoTest;
@@ -108,19 +165,24 @@ OvercurrentArchive takeIntactParts(const ArchiveEntries& entries)
     const std::string info = entries.get(ArchiveEntries::info);
     const auto told = readForm(info);
     const auto isRead = [&](auto read) {
-        return told ? read(*told) : read(ArchiveForm::Present) || read(ArchiveForm::Former);
+        return told ? read(*told)
+                    : read(ArchiveForm::Present) || read(ArchiveForm::Third) || read(ArchiveForm::Second);
     };
     OvercurrentArchive archive;
     archive.settings = entries.get(ArchiveEntries::settings);
-    if (told != ArchiveForm::Present && archive.settings.find("currentInput") == std::string::npos)
-        archive.settings = convertSettings(archive.settings);
+    const bool isFormer =
+        told ? *told != ArchiveForm::Present : !holds(archive.settings, OvercurrentStages[0]);
+    const auto likely = holds(archive.settings, "currentInput") ? ArchiveForm::Third : ArchiveForm::Second;
+    if (isFormer)
+        archive.settings = convertSettings(archive.settings, told.value_or(likely));
     archive.isPlanLost =
         !isRead([&](ArchiveForm form) { return readPlan(entries.get(planName), form, archive.plan); });
     archive.areResultsLost = !isRead([&](ArchiveForm form) {
         return readResults(entries.get(ArchiveEntries::results), form, archive.results);
     });
     if (archive.results) {
-        archive.isOriginLost = !told || !readTest(info, archive.results);
+        archive.isOriginLost =
+            !told || !readTest(info, *told, entries.get(ArchiveEntries::results), archive.results);
         if (archive.isOriginLost)
             static_cast<KesMeasure::TestCircumstances&>(*archive.results) =
                 KesMeasure::TestCircumstances::lost();
@@ -160,11 +222,11 @@ std::optional<OvercurrentArchive> OvercurrentArchive::read(std::istream& stream)
     const auto form = readForm(info);
     if (!form || !readPlan(entries->get(planName), *form, archive.plan) ||
         !readResults(entries->get(ArchiveEntries::results), *form, archive.results) ||
-        !readTest(info, archive.results))
+        !readTest(info, *form, entries->get(ArchiveEntries::results), archive.results))
         return std::nullopt;
     archive.settings = entries->get(ArchiveEntries::settings);
-    if (*form == ArchiveForm::Former)
-        archive.settings = convertSettings(archive.settings);
+    if (*form != ArchiveForm::Present)
+        archive.settings = convertSettings(archive.settings, *form);
     return archive;
 }
 

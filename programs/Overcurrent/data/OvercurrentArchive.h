@@ -16,10 +16,11 @@ namespace Overcurrent {
 /// circumstances with a checksum), "settings.xml" (the test object's values), "plan.xml" and
 /// "test-results.xml" (empty before the first test). The same content gives the same bytes. Any thread.
 ///
-/// This is form 3. Form 2 lacks some settings and decisions, and of a ramp the step before the change; it is
-/// read with defaults for them. Form 1 had no "info.xml", and called the setting current "pickupCurrent" in
-/// "settings.xml". It is read in repair mode only, and without its results: nothing in it tells whether they
-/// come from a real device.
+/// This is form 4. Form 3 knows one stage and the fault of phase A only: they are read as the first stage and
+/// that fault. Form 2 lacks some settings and decisions as well, and of a ramp the step before the change; it
+/// is read with defaults for them. Form 1 had no "info.xml", and called the setting current "pickupCurrent"
+/// in "settings.xml". It is read in repair mode only, and without its results: nothing in it tells whether
+/// they come from a real device.
 struct OvercurrentArchive {
     /// As the files name the program.
     static constexpr const char* program = "kes-overcurrent";

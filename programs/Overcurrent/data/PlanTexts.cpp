@@ -78,7 +78,8 @@ std::vector<std::string> splitMultiples(const std::string& text)
 
 } // namespace
 
-PlanTexts::PlanTexts(const TestPlan& plan) : goesOn(plan.goesOn)
+PlanTexts::PlanTexts(const TestPlan& plan)
+    : choices{plan.faults, plan.direction, plan.outputsPerPhase, plan.goesOn}
 {
     auto& multiples = (*this)[PlanField::Multiples];
     for (const double multiple : plan.multiples)
@@ -117,11 +118,19 @@ Kes::Result PlanTexts::_readField(PlanField field, TestPlan& plan) const
     return true;
 }
 
+void PlanTexts::_choose(const PlanChoices& choices, TestPlan& plan)
+{
+    plan.faults = choices.faults;
+    plan.direction = choices.direction;
+    plan.outputsPerPhase = choices.outputsPerPhase;
+    plan.goesOn = choices.goesOn;
+}
+
 std::optional<PlanTextError> PlanTexts::read(TestPlan& plan) const
 {
-    plan.goesOn = goesOn;
     // Values that only make sense together are taken together.
     TestPlan whole = plan;
+    _choose(choices, whole);
     bool isReadable = true;
     for (std::size_t i = 0; i < _texts.size(); ++i)
         isReadable = _readField(static_cast<PlanField>(i), whole) && isReadable;
@@ -131,6 +140,12 @@ std::optional<PlanTextError> PlanTexts::read(TestPlan& plan) const
     }
     const TestPlan before = plan;
     std::optional<PlanTextError> error;
+    TestPlan chosen = plan;
+    _choose(choices, chosen);
+    if (const auto result = chosen.check())
+        plan = chosen;
+    else
+        error = {PlanField::Count, Kes::ObjectErrorHelper::toDisplayString({result.getError()})};
     for (std::size_t i = 0; i < _texts.size(); ++i) {
         const auto field = static_cast<PlanField>(i);
         TestPlan changed = plan;

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Overcurrent {
 
@@ -30,18 +31,28 @@ enum class PlanField : std::size_t {
     Count
 };
 
-/// A text that is no value of a plan.
+/// A text that is no value of a plan, or choices that make none.
 struct PlanTextError {
+    /// `Count` for the choices.
     PlanField field = PlanField::Count;
     /// For people; names the field.
     std::string text;
 };
 
-/// A plan as texts, one per field, and its decision. A value. Any thread.
+/// What a user chooses in a plan, as in `TestPlan`.
+struct PlanChoices {
+    std::vector<Fault> faults;
+    FaultDirection direction = FaultDirection::Forward;
+    unsigned outputsPerPhase = 1;
+    bool goesOn = false;
+
+    bool operator==(const PlanChoices&) const = default;
+};
+
+/// A plan as texts, one per field, and its choices. A value. Any thread.
 class PlanTexts {
 public:
-    /// As `TestPlan::goesOn`.
-    bool goesOn = false;
+    PlanChoices choices;
 
     PlanTexts() = default;
     explicit PlanTexts(const TestPlan& plan);
@@ -54,12 +65,14 @@ public:
 
     /// Reads what users type: a point or a comma in numbers; blanks, semicolons, or commas followed by a
     /// blank between the multiples. What is no number or makes no sense leaves its value in the plan as it
-    /// is, and does not keep the others from being taken; the first such text is the error.
+    /// is, and does not keep the others from being taken; the first such text is the error. The choices are
+    /// taken all or none.
     std::optional<PlanTextError> read(TestPlan& plan) const;
 
     bool operator==(const PlanTexts&) const = default;
 
 private:
+    static void _choose(const PlanChoices& choices, TestPlan& plan);
     Kes::Result _readField(PlanField field, TestPlan& plan) const;
 
     std::array<std::string, static_cast<std::size_t>(PlanField::Count)> _texts;

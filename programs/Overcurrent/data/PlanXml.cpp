@@ -4,6 +4,10 @@
 
 #include <libxml++/libxml++.h>
 
+#include <algorithm>
+#include <cmath>
+#include <sstream>
+
 namespace Overcurrent::PlanXml {
 
 namespace {
@@ -14,11 +18,24 @@ using KesMeasure::XmlAttributes;
 
 using namespace KesTree::RelayNodes;
 
-constexpr std::pair<const char*, CurveKind> curves[] = {
-    {"standardInverse", StandardInverse},   {"veryInverse", VeryInverse},
-    {"extremelyInverse", ExtremelyInverse}, {"longTimeInverse", LongTimeInverse},
-    {"definiteTime", DefiniteTimeCurve},    {"ieeeModeratelyInverse", IeeeModeratelyInverse},
-    {"ieeeVeryInverse", IeeeVeryInverse},   {"ieeeExtremelyInverse", IeeeExtremelyInverse}};
+constexpr std::pair<const char*, CurveKind> curves[] = {{"standardInverse", StandardInverse},
+                                                        {"veryInverse", VeryInverse},
+                                                        {"extremelyInverse", ExtremelyInverse},
+                                                        {"longTimeInverse", LongTimeInverse},
+                                                        {"definiteTime", DefiniteTimeCurve},
+                                                        {"ieeeModeratelyInverse", IeeeModeratelyInverse},
+                                                        {"ieeeVeryInverse", IeeeVeryInverse},
+                                                        {"ieeeExtremelyInverse", IeeeExtremelyInverse},
+                                                        {"table", TableCurve}};
+
+constexpr std::pair<const char*, DirectionKind> stageDirections[] = {
+    {"none", NonDirectional}, {"forward", ForwardOnly}, {"reverse", ReverseOnly}};
+
+constexpr std::pair<const char*, FaultDirection> faultDirections[] = {{"forward", FaultDirection::Forward},
+                                                                      {"reverse", FaultDirection::Reverse}};
+
+/// The names of the stages' elements, and that of the older forms' only one.
+constexpr const char* stageNames[] = {"stage1", "stage2", "stage3", "residualStage"};
 
 constexpr std::pair<const char*, TimeToleranceKind> toleranceKinds[] = {{"same", SameTolerance},
                                                                         {"assignedError", AssignedError}};
@@ -99,6 +116,82 @@ bool readMultiples(const xmlpp::Element& parent, std::vector<double>& multiples)
     return true;
 }
 
+bool readFaults(const std::string& text, std::vector<Fault>& faults)
+{
+    faults.clear();
+    std::istringstream words(text);
+    for (std::string word; words >> word;) {
+        const auto fault = Faults::find(word);
+        if (!fault)
+            return false;
+        faults.push_back(*fault);
+    }
+    return true;
+}
+
+/// What an older form does not hold.
+bool readLaterPlan(XmlAttributes& attributes, TestPlan& plan)
+{
+    plan.direction = attributes.choice("direction", faultDirections);
+    const long long outputs = attributes.integer("outputsPerPhase");
+    plan.outputsPerPhase =
+        outputs >= 1 && outputs <= TestPlan::outputCount ? static_cast<unsigned>(outputs) : 0U;
+    return readFaults(attributes.text("faults"), plan.faults);
+}
+
+void writeStage(xmlpp::Element& element, const Stage& stage)
+{
+    setAttribute(element, StageUsed, wordOf(stage.isUsed, decisions));
+    setAttribute(element, StageSetting, stage.settingCurrent);
+    setAttribute(element, StageCurve, wordOf(stage.curve, curves));
+    setAttribute(element, StageMultiplier, stage.timeMultiplier);
+    setAttribute(element, StageTime, stage.definiteTime);
+    setAttribute(element, StageTable, KesTree::CurveTable::write(stage.table));
+    setAttribute(element, StageDirection, wordOf(stage.direction, stageDirections));
+}
+
+/// What the stage of the older forms has too.
+void readFormerStage(XmlAttributes& attributes, Stage& stage)
+{
+    stage.settingCurrent = attributes.number(StageSetting);
+    stage.timeMultiplier = attributes.number(StageMultiplier);
+    stage.curve = attributes.choice(StageCurve, curves);
+    stage.definiteTime = attributes.number(StageTime);
+}
+
+bool readStage(const xmlpp::Element& parent, const char* name, Stage& stage)
+{
+    const auto* element = onlyChild(parent, name);
+    if (!element)
+        return false;
+    XmlAttributes attributes(*element);
+    readFormerStage(attributes, stage);
+    stage.isUsed = attributes.choice(StageUsed, decisions);
+    stage.direction = attributes.choice(StageDirection, stageDirections);
+    return KesTree::CurveTable::read(attributes.text(StageTable), stage.table) && attributes.isGood();
+}
+
+bool readStages(const xmlpp::Element& element, RelaySettings& settings)
+{
+    for (std::size_t i = 0; i < settings.stages.size(); ++i)
+        if (!readStage(element, stageNames[i], settings.stages[i]))
+            return false;
+    return true;
+}
+
+bool isSensible(const Stage& stage)
+{
+    return stage.settingCurrent > 0.0 && stage.timeMultiplier > 0.0 && stage.definiteTime > 0.0;
+}
+
+bool areStagesSensible(const RelaySettings& settings)
+{
+    const auto& stages = settings.stages;
+    return std::all_of(stages.begin(), stages.end(), [](const Stage& stage) { return isSensible(stage); }) &&
+           std::any_of(stages.begin(), stages.end(), [](const Stage& stage) { return stage.isUsed; }) &&
+           std::fabs(settings.characteristicAngle) <= 180.0 && settings.nominalVoltage > 0.0;
+}
+
 bool areContactsSensible(const RelaySettings& settings)
 {
     constexpr unsigned mostInputs = 64;
@@ -112,8 +205,7 @@ bool areContactsSensible(const RelaySettings& settings)
 
 bool isSensible(const RelaySettings& settings)
 {
-    return settings.nominalCurrent > 0.0 && settings.settingCurrent > 0.0 && settings.timeMultiplier > 0.0 &&
-           settings.definiteTime > 0.0 && settings.tolerancePercent >= 0.0 &&
+    return settings.nominalCurrent > 0.0 && areStagesSensible(settings) && settings.tolerancePercent >= 0.0 &&
            settings.toleranceMilliseconds >= 0.0 &&
            settings.tolerancePercent + settings.toleranceMilliseconds > 0.0 &&
            settings.currentTolerancePercent >= 0.0 && settings.currentTolerancePercent <= 20.0 &&
@@ -146,6 +238,12 @@ void write(xmlpp::Element& element, const TestPlan& plan)
     // Results of plans that know no repetitions keep their checksum.
     if (plan.repetitions != 1)
         setAttribute(element, repetitionsName, std::to_string(plan.repetitions));
+    std::string faults;
+    for (const auto fault : plan.faults)
+        faults += (faults.empty() ? "" : " ") + Faults::wordOf(fault);
+    setAttribute(element, "faults", faults);
+    setAttribute(element, "direction", wordOf(plan.direction, faultDirections));
+    setAttribute(element, "outputsPerPhase", std::to_string(plan.outputsPerPhase));
     for (const double multiple : plan.multiples)
         setAttribute(*element.add_child("point"), "multiple", multiple);
     writeRamp(element, "pickUp", plan.pickUp);
@@ -160,11 +258,12 @@ std::optional<TestPlan> read(const xmlpp::Element& element, ArchiveForm form)
     plan.pause = attributes.number("pause");
     plan.pickUpTolerancePercent = attributes.number("pickUpTolerance");
     plan.minimumRatio = attributes.number("minimumRatio");
-    if (form == ArchiveForm::Present)
+    if (form != ArchiveForm::Second)
         plan.goesOn = attributes.choice("goesOn", decisions);
     if (element.get_attribute(repetitionsName))
         plan.repetitions = readRepetitions(attributes);
-    const bool isRead = attributes.isGood() && readMultiples(element, plan.multiples) &&
+    const bool isLaterRead = form != ArchiveForm::Present || readLaterPlan(attributes, plan);
+    const bool isRead = isLaterRead && attributes.isGood() && readMultiples(element, plan.multiples) &&
                         readRamp(element, "pickUp", plan.pickUp) &&
                         readRamp(element, "dropOff", plan.dropOff);
     return isRead && plan.check() ? std::optional(plan) : std::nullopt;
@@ -173,10 +272,8 @@ std::optional<TestPlan> read(const xmlpp::Element& element, ArchiveForm form)
 void write(xmlpp::Element& element, const RelaySettings& settings)
 {
     setAttribute(element, NominalCurrent, settings.nominalCurrent);
-    setAttribute(element, SettingCurrent, settings.settingCurrent);
-    setAttribute(element, TimeMultiplier, settings.timeMultiplier);
-    setAttribute(element, Curve, wordOf(settings.curve, curves));
-    setAttribute(element, DefiniteTime, settings.definiteTime);
+    setAttribute(element, "characteristicAngle", settings.characteristicAngle);
+    setAttribute(element, "nominalVoltage", settings.nominalVoltage);
     setAttribute(element, TolerancePercent, settings.tolerancePercent);
     setAttribute(element, ToleranceMilliseconds, settings.toleranceMilliseconds);
     setAttribute(element, "toleranceKind", wordOf(settings.toleranceKind, toleranceKinds));
@@ -185,6 +282,8 @@ void write(xmlpp::Element& element, const RelaySettings& settings)
         setAttribute(element, name, settings.*value);
     for (const auto& [name, value] : inputs)
         setAttribute(element, name, std::to_string(settings.*value));
+    for (std::size_t i = 0; i < settings.stages.size(); ++i)
+        writeStage(*element.add_child(stageNames[i]), settings.stages[i]);
 }
 
 std::optional<RelaySettings> readSettings(const xmlpp::Element& element, ArchiveForm form)
@@ -192,15 +291,19 @@ std::optional<RelaySettings> readSettings(const xmlpp::Element& element, Archive
     XmlAttributes attributes(element);
     RelaySettings settings;
     settings.nominalCurrent = attributes.number(NominalCurrent);
-    settings.settingCurrent = attributes.number(SettingCurrent);
-    settings.timeMultiplier = attributes.number(TimeMultiplier);
-    settings.curve = attributes.choice(Curve, curves);
-    settings.definiteTime = attributes.number(DefiniteTime);
     settings.tolerancePercent = attributes.number(TolerancePercent);
     settings.toleranceMilliseconds = attributes.number(ToleranceMilliseconds);
-    if (form == ArchiveForm::Present)
+    if (form != ArchiveForm::Second)
         readLaterSettings(attributes, settings);
-    return attributes.isGood() && isSensible(settings) ? std::optional(settings) : std::nullopt;
+    if (form == ArchiveForm::Present) {
+        settings.characteristicAngle = attributes.number("characteristicAngle");
+        settings.nominalVoltage = attributes.number("nominalVoltage");
+    } else {
+        readFormerStage(attributes, settings[StageId::First]);
+    }
+    const bool areStagesRead = form != ArchiveForm::Present || readStages(element, settings);
+    return areStagesRead && attributes.isGood() && isSensible(settings) ? std::optional(settings)
+                                                                        : std::nullopt;
 }
 
 } // namespace Overcurrent::PlanXml

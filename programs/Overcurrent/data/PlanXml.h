@@ -10,7 +10,7 @@ namespace xmlpp {
 class Element;
 }
 
-/// Plan and settings as XML elements. What has been read is complete and makes sense; what the former form
+/// Plan and settings as XML elements. What has been read is complete and makes sense; what an older form
 /// does not hold has its default. Any thread.
 namespace Overcurrent::PlanXml {
 

@@ -1,31 +1,81 @@
 #include <Overcurrent/data/RelaySettings.h>
 
 #include <algorithm>
-#include <iterator>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace Overcurrent {
 
 namespace Nodes = KesTree::RelayNodes;
 
-RelaySettings RelaySettings::fromNode(const KesTree::Node& stage)
+namespace {
+
+using Value = KesTree::Node::Value;
+
+Stage readStage(const KesTree::Node& group)
 {
-    const auto number = [&](const char* path) { return stage.find(path)->getNumber(); };
+    Stage stage;
+    stage.isUsed = group.find(Nodes::StageUsed)->getBoolean();
+    stage.settingCurrent = group.find(Nodes::StageSetting)->getNumber();
+    stage.curve = static_cast<CurveKind>(group.find(Nodes::StageCurve)->getChoice());
+    stage.timeMultiplier = group.find(Nodes::StageMultiplier)->getNumber();
+    stage.definiteTime = group.find(Nodes::StageTime)->getNumber();
+    // The node holds nothing else.
+    (void)KesTree::CurveTable::read(group.find(Nodes::StageTable)->getText(), stage.table);
+    stage.direction = static_cast<DirectionKind>(group.find(Nodes::StageDirection)->getChoice());
+    return stage;
+}
+
+Value whole(auto value)
+{
+    return static_cast<long long>(value);
+}
+
+using Values = std::vector<std::pair<std::string, Value>>;
+
+void addStage(Values& values, const std::string& group, const Stage& stage)
+{
+    const std::pair<const char*, Value> own[] = {
+        {Nodes::StageUsed, stage.isUsed},
+        {Nodes::StageSetting, stage.settingCurrent},
+        {Nodes::StageCurve, whole(stage.curve)},
+        {Nodes::StageMultiplier, stage.timeMultiplier},
+        {Nodes::StageTime, stage.definiteTime},
+        {Nodes::StageTable, KesTree::CurveTable::write(stage.table)},
+        {Nodes::StageDirection, whole(stage.direction)},
+    };
+    for (const auto& [id, value] : own)
+        values.emplace_back(group + "/" + id, value);
+}
+
+} // namespace
+
+bool RelaySettings::isDirectional() const
+{
+    return std::any_of(stages.begin(), stages.end(), [](const Stage& stage) {
+        return stage.isUsed && stage.direction != DirectionKind::NonDirectional;
+    });
+}
+
+RelaySettings RelaySettings::fromNode(const KesTree::Node& relay)
+{
+    const auto number = [&](const char* path) { return relay.find(path)->getNumber(); };
     const auto input = [&](const char* path) {
-        return static_cast<unsigned>(stage.find(path)->getInteger());
+        return static_cast<unsigned>(relay.find(path)->getInteger());
     };
     RelaySettings settings;
     settings.nominalCurrent = number(Nodes::NominalCurrent);
-    settings.settingCurrent = number(Nodes::SettingCurrent);
-    settings.timeMultiplier = number(Nodes::TimeMultiplier);
-    settings.curve = static_cast<CurveKind>(stage.find(Nodes::Curve)->getChoice());
-    settings.definiteTime = number(Nodes::DefiniteTime);
-    settings.toleranceKind = static_cast<TimeToleranceKind>(stage.find(Nodes::ToleranceKind)->getChoice());
+    for (const auto stage : allStages)
+        settings[stage] = readStage(*relay.find(Nodes::OvercurrentStages[static_cast<std::size_t>(stage)]));
+    settings.characteristicAngle = number(Nodes::CharacteristicAngle);
+    settings.nominalVoltage = number(Nodes::NominalVoltage);
+    settings.toleranceKind = static_cast<TimeToleranceKind>(relay.find(Nodes::ToleranceKind)->getChoice());
     settings.tolerancePercent = number(Nodes::TolerancePercent);
     settings.toleranceMilliseconds = number(Nodes::ToleranceMilliseconds);
     settings.currentTolerancePercent = number(Nodes::CurrentTolerance);
     settings.tripInput = input(Nodes::TripInput);
-    settings.rampContact = static_cast<RampContactKind>(stage.find(Nodes::RampContact)->getChoice());
+    settings.rampContact = static_cast<RampContactKind>(relay.find(Nodes::RampContact)->getChoice());
     settings.startInput = input(Nodes::StartInput);
     settings.debounceMilliseconds = number(Nodes::Debounce);
     settings.resetTime = number(Nodes::ResetTime);
@@ -35,15 +85,12 @@ RelaySettings RelaySettings::fromNode(const KesTree::Node& stage)
     return settings;
 }
 
-bool RelaySettings::putInto(KesTree::Node& stage) const
+bool RelaySettings::putInto(KesTree::Node& relay) const
 {
-    const auto whole = [](auto value) { return KesTree::Node::Value(static_cast<long long>(value)); };
-    const std::pair<const char*, KesTree::Node::Value> values[] = {
+    Values values{
         {Nodes::NominalCurrent, nominalCurrent},
-        {Nodes::SettingCurrent, settingCurrent},
-        {Nodes::TimeMultiplier, timeMultiplier},
-        {Nodes::Curve, whole(curve)},
-        {Nodes::DefiniteTime, definiteTime},
+        {Nodes::CharacteristicAngle, characteristicAngle},
+        {Nodes::NominalVoltage, nominalVoltage},
         {Nodes::ToleranceKind, whole(toleranceKind)},
         {Nodes::TolerancePercent, tolerancePercent},
         {Nodes::ToleranceMilliseconds, toleranceMilliseconds},
@@ -58,11 +105,13 @@ bool RelaySettings::putInto(KesTree::Node& stage) const
         {Nodes::ContinuousWithstand, continuousWithstand},
         {Nodes::TenSecondWithstand, tenSecondWithstand},
         {Nodes::OneSecondWithstand, oneSecondWithstand}};
+    for (const auto stage : allStages)
+        addStage(values, Nodes::OvercurrentStages[static_cast<std::size_t>(stage)], (*this)[stage]);
     // Values with a rule between them may be accepted only after another one.
     constexpr int rounds = 3;
     for (int round = 0; round < rounds; ++round)
-        if (std::count_if(std::begin(values), std::end(values), [&stage](const auto& value) {
-                return !stage.find(value.first)->setValue(value.second);
+        if (std::count_if(values.begin(), values.end(), [&relay](const auto& value) {
+                return !relay.find(value.first)->setValue(value.second);
             }) == 0)
             return true;
     return false;

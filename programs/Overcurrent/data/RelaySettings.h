@@ -1,26 +1,33 @@
 #pragma once
 
+#include <Overcurrent/data/Stage.h>
+
 #include <KesMeasure/Withstand.h>
 #include <KesTree/Node.h>
-#include <KesTreeRelay/RelayNodes.h>
+
+#include <array>
 
 namespace Overcurrent {
 
-using CurveKind = KesTree::RelayNodes::OvercurrentCurve;
 using KesTree::RelayNodes::RampContactKind;
 using KesTree::RelayNodes::TimeToleranceKind;
 
 /// The settings of the relay under test, as a value: what the test object's tree holds at one moment. A run,
 /// a chart and a report work on such a copy. The defaults are those of a new archive.
 struct RelaySettings {
-    /// In and Is, in amperes.
+    /// In, in amperes.
     double nominalCurrent = 1.0;
-    double settingCurrent = 1.0;
-    /// TMS; plays no part for the definite-time curve.
-    double timeMultiplier = 1.0;
-    CurveKind curve = CurveKind::StandardInverse;
-    /// In seconds; plays a part for the definite-time curve only.
-    double definiteTime = 1.0;
+    std::array<Stage, allStages.size()> stages{
+        Stage{true},
+        Stage{false, 5.0, CurveKind::DefiniteTimeCurve, 1.0, 0.3},
+        Stage{false, 10.0, CurveKind::DefiniteTimeCurve, 1.0, 0.05},
+        Stage{false, 0.2, CurveKind::DefiniteTimeCurve, 1.0, 0.5},
+    };
+    /// Of the directional stages: that of the fault current against the voltage of the faulted loop, in
+    /// degrees.
+    double characteristicAngle = -45.0;
+    /// In volts, phase to phase. Plays a part with a directional stage only.
+    double nominalVoltage = 100.0;
     /// The operate-time tolerance is the larger one of both. The percentage is the assigned error, when the
     /// kind says so.
     TimeToleranceKind toleranceKind = TimeToleranceKind::SameTolerance;
@@ -42,6 +49,11 @@ struct RelaySettings {
     double tenSecondWithstand = 30.0;
     double oneSecondWithstand = 100.0;
 
+    Stage& operator[](StageId stage) { return stages[static_cast<std::size_t>(stage)]; }
+    const Stage& operator[](StageId stage) const { return stages[static_cast<std::size_t>(stage)]; }
+    /// Whether a stage in use needs voltages.
+    bool isDirectional() const;
+
     KesMeasure::Withstand getWithstand() const
     {
         return {nominalCurrent, continuousWithstand, tenSecondWithstand, oneSecondWithstand};
@@ -53,10 +65,10 @@ struct RelaySettings {
         return rampContact == RampContactKind::ByStartContact ? startInput : tripInput;
     }
 
-    /// What an overcurrent stage (`RelayNodes::overcurrentStage`) holds. GUI thread.
-    static RelaySettings fromNode(const KesTree::Node& stage);
-    /// Puts the settings into such a stage. False when it refuses one of them; it is to be filled anew then.
-    bool putInto(KesTree::Node& stage) const;
+    /// What an overcurrent relay (`RelayNodes::overcurrentStage`) holds. GUI thread.
+    static RelaySettings fromNode(const KesTree::Node& relay);
+    /// Puts the settings into such a relay. False when it refuses one of them; it is to be filled anew then.
+    bool putInto(KesTree::Node& relay) const;
 
     bool operator==(const RelaySettings&) const = default;
 };

@@ -2,12 +2,17 @@
 
 #include <Overcurrent/data/Evaluation.h>
 #include <Overcurrent/data/SettingsSummary.h>
+#include <Overcurrent/data/StageTimes.h>
 #include <Overcurrent/text/OvercurrentText.h>
 
 #include <KesCommon/NumberText.h>
+#include <KesCommon/StringHelper.h>
 #include <KesMeasure/ScreenNumber.h>
 #include <KesMeasure/SpreadColumn.h>
 #include <KesMeasure/StateText.h>
+
+#include <algorithm>
+#include <iterator>
 
 namespace Overcurrent::ResultTexts {
 
@@ -38,15 +43,36 @@ std::string bandText(const Evaluation::Point& point)
     return fixed(point.earliest, decimals) + "\u00A0\u2026\u00A0" + fixed(point.latest, decimals);
 }
 
+double pickUpCurrentOf(const TestResults& results)
+{
+    return StageTimes::pickUpCurrent(results.settings, results.plan.getRampCase());
+}
+
+/// With several faults or stages it says with which fault it has been measured, and whose value it is.
+std::string rampName(const std::string& id, const TestResults* results)
+{
+    const auto isUsed = [](const Stage& stage) { return stage.isUsed; };
+    if (!results ||
+        (results->plan.faults.size() < 2 &&
+         std::count_if(results->settings.stages.begin(), results->settings.stages.end(), isUsed) < 2))
+        return get("Results." + id);
+    const auto faultCase = results->plan.getRampCase();
+    const auto stage = StageTimes::firstToPickUp(results->settings, faultCase);
+    return Kes::StringHelper::format(get("Results.withFault"), std::string(get("Results." + id)),
+                                     Faults::nameOf(faultCase.fault),
+                                     stage ? SettingsSummary::nameOf(*stage) : std::string());
+}
+
 ResultTable::Value rampValue(const char* id, const TestResults* results,
                              const std::optional<RampResult>& ramp, bool isPassed)
 {
-    ResultTable::Value value{get(std::string("Results.") + id), get("Results.notYet"), {}, Mark::None, id};
+    ResultTable::Value value{rampName(id, results), get("Results.notYet"), {}, Mark::None, id};
     if (!results || !ramp)
         return value;
     if (ramp->state == MeasureState::Measured) {
-        value.value = SettingsSummary::intervalText(results->settings, *ramp);
-        value.number = ramp->getValue() * results->settings.settingCurrent;
+        const double current = pickUpCurrentOf(*results);
+        value.value = SettingsSummary::intervalText(current, *ramp);
+        value.number = ramp->getValue() * current;
         value.unit = get("Unit.ampere");
     }
     value.verdict = stateText(ramp->state, isPassed);
@@ -57,20 +83,24 @@ ResultTable::Value rampValue(const char* id, const TestResults* results,
 ResultTable::Band pickUpBand(const TestResults& results)
 {
     const double tolerance = results.plan.pickUpTolerancePercent / 100.0;
-    const double current = results.settings.settingCurrent;
+    const double current = pickUpCurrentOf(results);
     return {amperes(current * (1.0 - tolerance)), amperes(current * (1.0 + tolerance)), get("Unit.ampere")};
 }
 
 const std::vector<ResultTable::Column>& columns()
 {
-    static constexpr const char* names[] = {"number",           "multiple",  "current",
-                                            "expected",         "measured",  "deviation",
-                                            "deviationPercent", "tolerance", "verdict"};
-    static const auto made = [] {
+    static constexpr const char* names[] = {
+        "number",   "fault",     "multiple",         "current",   "stage",  "expected",
+        "measured", "deviation", "deviationPercent", "tolerance", "verdict"};
+    static constexpr const char* words[] = {"fault", "stage", "verdict"};
+    const auto isWord = [](const std::string& name) {
+        return std::find(std::begin(words), std::end(words), name) != std::end(words);
+    };
+    static const auto made = [&] {
         std::vector<ResultTable::Column> all;
         for (const char* name : names)
-            all.push_back({name, get(std::string("Results.") + name), std::string(name) != "verdict",
-                           std::string(name) == "tolerance"});
+            all.push_back(
+                {name, get(std::string("Results.") + name), !isWord(name), std::string(name) == "tolerance"});
         return all;
     }();
     return made;
@@ -83,13 +113,14 @@ ResultTable::Row createRow(const TestResults& results, const PointResult& point,
     if (!isMeasured)
         evaluated.measured = evaluated.deviation = evaluated.deviationPercent = std::nullopt;
     const std::string none = get("Results.notYet");
-    return {{std::to_string(number), multiple(point.multiple), amperes(evaluated.current),
+    return {{std::to_string(number), Faults::nameOf(point.fault), multiple(point.multiple),
+             amperes(evaluated.current), SettingsSummary::nameOf(evaluated.stage),
              fixed(evaluated.expected, 3), evaluated.measured ? fixed(*evaluated.measured, 3) : none,
              evaluated.deviation ? withSign(*evaluated.deviation, 3) : none,
              evaluated.deviationPercent ? withSign(*evaluated.deviationPercent, 2) : none,
              bandText(evaluated), isMeasured ? stateText(point.state, evaluated.isPassed) : ""},
             isMeasured ? toMark(evaluated.isPassed) : Mark::None,
-            "point." + Kes::NumberText::write(point.multiple),
+            "point." + Faults::wordOf(point.fault) + "." + Kes::NumberText::write(point.multiple),
             {fixed(evaluated.earliest, 3), fixed(evaluated.latest, 3), get("Unit.second")}};
 }
 
@@ -105,9 +136,9 @@ std::vector<ResultTable::Value> createValues(const TestResults* results)
     if (results)
         values.front().band = pickUpBand(*results);
     if (results && results->pickUp)
-        values[0].row = results->plan.multiples.size();
+        values[0].row = results->plan.countPoints();
     if (results && results->dropOff)
-        values[1].row = results->plan.multiples.size() + 1;
+        values[1].row = results->plan.countPoints() + 1;
     ResultTable::Value ratio{get("Results.ratio"), get("Results.notYet"), {}, Mark::None, "ratio"};
     if (const auto value = results ? Evaluation::ratio(*results) : std::nullopt) {
         const auto [least, most] = *Evaluation::ratioInterval(*results);
@@ -127,7 +158,7 @@ ResultTable createTable(const TestResults& results)
 {
     ResultTable table{columns(), {}, createValues(&results)};
     std::vector<std::string> spreads;
-    for (const auto& planned : results.plan.multiples) {
+    for (const auto& planned : results.plan.getPoints()) {
         const std::size_t index = table.rows.size();
         const bool isMeasured = index < results.points.size();
         const auto point = isMeasured ? results.points[index] : PointResult{planned};
@@ -143,7 +174,8 @@ ResultTable createTable(const TestResults& results)
 std::string describePlanned(const TestResults& results, const PointResult& point)
 {
     const auto evaluated = Evaluation::evaluate(results, point);
-    return multiple(point.multiple) + " " + get("Unit.setting") + "\n" + get("Results.expected") + ": " +
+    return Faults::nameOf(point.fault) + ", " + multiple(point.multiple) + " " + get("Unit.setting") + ", " +
+           SettingsSummary::nameOf(evaluated.stage) + "\n" + get("Results.expected") + ": " +
            fixed(evaluated.expected, 3) + " (" + bandText(evaluated) + ")";
 }
 

@@ -22,6 +22,7 @@ namespace StateXml = KesMeasure::StateXml;
 void writePoint(xmlpp::Element& parent, const PointResult& point)
 {
     auto& element = *parent.add_child("point");
+    setAttribute(element, "fault", Faults::wordOf(point.fault));
     setAttribute(element, "multiple", point.multiple);
     StateXml::write(element, point.state);
     if (point.state == MeasureState::Measured)
@@ -67,9 +68,15 @@ std::optional<std::vector<KesDriver::DeviceTime>> readSingles(const xmlpp::Eleme
     return times;
 }
 
-bool readPoint(const xmlpp::Element& element, const TestPlan& plan, PointResult& point)
+bool readPoint(const xmlpp::Element& element, const TestPlan& plan, ArchiveForm form, PointResult& point)
 {
     XmlAttributes attributes(element);
+    if (form == ArchiveForm::Present) {
+        const auto fault = Faults::find(attributes.text("fault"));
+        if (!fault)
+            return false;
+        point.fault = *fault;
+    }
     point.multiple = attributes.number("multiple");
     point.state = StateXml::readState(attributes);
     const auto singles = readSingles(element, plan);
@@ -103,7 +110,7 @@ bool readRamp(const xmlpp::Element& parent, const char* name, const Ramp& plan, 
     if (result.state == MeasureState::Measured) {
         result.multiple = attributes.number("multiple");
         result.without =
-            form == ArchiveForm::Present ? attributes.number("without") : stepBefore(plan, result.multiple);
+            form != ArchiveForm::Second ? attributes.number("without") : stepBefore(plan, result.multiple);
     }
     ramp = result;
     const auto [least, most] = std::minmax(plan.from, plan.to);
@@ -122,14 +129,15 @@ auto readChild(const xmlpp::Element& parent, const char* name, Read read) -> dec
 }
 
 /// The points of a test are the first ones of its plan.
-bool readPoints(const xmlpp::Element& parent, TestResults& results)
+bool readPoints(const xmlpp::Element& parent, ArchiveForm form, TestResults& results)
 {
+    const auto planned = results.plan.getPoints();
     for (const auto* child : parent.get_children("point")) {
         const auto* element = dynamic_cast<const xmlpp::Element*>(child);
         const std::size_t index = results.points.size();
         PointResult point;
-        if (!element || index >= results.plan.multiples.size() || !readPoint(*element, results.plan, point) ||
-            point.multiple != results.plan.multiples[index])
+        if (!element || index >= planned.size() || !readPoint(*element, results.plan, form, point) ||
+            static_cast<const PlannedPoint&>(point) != planned[index])
             return false;
         results.points.push_back(point);
     }
@@ -138,7 +146,7 @@ bool readPoints(const xmlpp::Element& parent, TestResults& results)
 
 bool isConsistent(const TestResults& results)
 {
-    const bool allPoints = results.points.size() == results.plan.multiples.size();
+    const bool allPoints = results.points.size() == results.plan.countPoints();
     if ((results.pickUp && !allPoints) || (results.dropOff && !results.pickUp))
         return false;
     if (!results.settings.hasRamps() && (results.pickUp || results.dropOff))
@@ -176,7 +184,7 @@ std::optional<TestResults> read(const xmlpp::Element& element, ArchiveForm form)
     if (!settings || !plan)
         return std::nullopt;
     // Form 2 knows no tolerance of the current, and allows plans that leave no room for one.
-    if (form == ArchiveForm::Former && !plan->checkTimes(*settings))
+    if (form == ArchiveForm::Second && !plan->checkTimes(*settings))
         settings->currentTolerancePercent = 0.0;
     if (!plan->checkTimes(*settings))
         return std::nullopt;
@@ -185,7 +193,7 @@ std::optional<TestResults> read(const xmlpp::Element& element, ArchiveForm form)
     results.settings = *settings;
     results.plan = *plan;
     results.end = StateXml::readEnd(attributes);
-    const bool isRead = attributes.isGood() && readPoints(element, results) &&
+    const bool isRead = attributes.isGood() && readPoints(element, form, results) &&
                         readRamp(element, "pickUp", plan->pickUp, form, results.pickUp) &&
                         readRamp(element, "dropOff", plan->dropOff, form, results.dropOff);
     return isRead && isConsistent(results) ? std::optional(results) : std::nullopt;

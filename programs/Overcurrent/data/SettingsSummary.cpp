@@ -34,6 +34,37 @@ std::string multiplesText(const std::vector<double>& multiples)
     return text + " " + get("Unit.setting");
 }
 
+std::string curveText(const Stage& stage)
+{
+    const std::string curve = get("Curve." + std::to_string(static_cast<int>(stage.curve)));
+    return stage.curve == CurveKind::TableCurve ? curve + " " + KesTree::CurveTable::show(stage.table)
+                                                : curve;
+}
+
+std::string stageText(const Stage& stage)
+{
+    std::string text = withUnit(stage.settingCurrent, "Unit.ampere");
+    if (stage.curve == CurveKind::DefiniteTimeCurve)
+        text += ", " + withUnit(stage.definiteTime, "Unit.second");
+    else if (stage.curve != CurveKind::TableCurve)
+        text += ", TMS " + shortest(stage.timeMultiplier);
+    if (stage.direction == DirectionKind::NonDirectional)
+        return text;
+    const bool isForward = stage.direction == DirectionKind::ForwardOnly;
+    return text + ", " + get(isForward ? "Direction.forward" : "Direction.reverse");
+}
+
+std::string faultsText(const TestPlan& plan, const RelaySettings& settings)
+{
+    std::string text;
+    for (const auto fault : plan.faults)
+        text += (text.empty() ? "" : "; ") + Faults::nameOf(fault);
+    if (!settings.isDirectional())
+        return text;
+    const bool isForward = plan.direction == FaultDirection::Forward;
+    return text + ", " + get(isForward ? "Direction.forward" : "Direction.reverse");
+}
+
 std::string contactsText(const RelaySettings& settings)
 {
     switch (settings.rampContact) {
@@ -51,16 +82,17 @@ std::string contactsText(const RelaySettings& settings)
 
 std::vector<Line> describe(const RelaySettings& settings)
 {
-    const bool isDefinite = settings.curve == CurveKind::DefiniteTimeCurve;
-    const std::string curve = get("Curve." + std::to_string(static_cast<int>(settings.curve)));
     std::vector<Line> lines{
-        {get("Settings.curve"), curve},
-        {get("Settings.nominalCurrent"), withUnit(settings.nominalCurrent, "Unit.ampere")},
-        {get("Settings.settingCurrent"), withUnit(settings.settingCurrent, "Unit.ampere")}};
-    if (isDefinite)
-        lines.push_back({get("Settings.definiteTime"), withUnit(settings.definiteTime, "Unit.second")});
-    else
-        lines.push_back({get("Settings.timeMultiplier"), shortest(settings.timeMultiplier)});
+        {get("Settings.nominalCurrent"), withUnit(settings.nominalCurrent, "Unit.ampere")}};
+    for (const auto stage : allStages)
+        if (settings[stage].isUsed) {
+            lines.push_back({nameOf(stage), stageText(settings[stage])});
+            lines.push_back({format(get("Settings.curveOf"), nameOf(stage)), curveText(settings[stage])});
+        }
+    if (settings.isDirectional())
+        lines.push_back({get("Settings.directional"),
+                         format(get("Settings.directionalValue"), shortest(settings.characteristicAngle),
+                                shortest(settings.nominalVoltage))});
     const bool isAssigned = settings.toleranceKind == TimeToleranceKind::AssignedError;
     lines.push_back({get("Settings.tolerance"),
                      format(get(isAssigned ? "Settings.assignedError" : "Settings.toleranceValue"),
@@ -82,6 +114,9 @@ std::vector<Line> describe(const TestPlan& plan, const RelaySettings& settings)
     std::vector<Line> lines{{get("PlanView.multiples"), multiplesText(plan.multiples)},
                             {get("Plan.timeout"), withUnit(plan.timeout, "Unit.second")},
                             {get("Plan.pause"), withUnit(plan.pause, "Unit.second")}};
+    lines.insert(lines.begin() + 1, {get("PlanView.faults"), faultsText(plan, settings)});
+    if (plan.outputsPerPhase > 1)
+        lines.push_back({get("PlanView.outputs"), std::to_string(plan.outputsPerPhase)});
     if (plan.repetitions > 1)
         lines.push_back({get("Plan.repetitions"), std::to_string(plan.repetitions)});
     if (settings.hasRamps()) {
@@ -94,11 +129,16 @@ std::vector<Line> describe(const TestPlan& plan, const RelaySettings& settings)
     return lines;
 }
 
-std::string intervalText(const RelaySettings& settings, const RampResult& ramp)
+std::string nameOf(StageId stage)
+{
+    return get("Stage." + std::to_string(static_cast<std::size_t>(stage)));
+}
+
+std::string intervalText(double pickUpCurrent, const RampResult& ramp)
 {
     const auto [least, most] = std::minmax(ramp.without, ramp.multiple);
     return format(get("Results.interval.text"),
-                  KesMeasure::ScreenNumber::amperes(ramp.getValue() * settings.settingCurrent),
+                  KesMeasure::ScreenNumber::amperes(ramp.getValue() * pickUpCurrent),
                   KesMeasure::ScreenNumber::multiple(least), KesMeasure::ScreenNumber::multiple(most));
 }
 

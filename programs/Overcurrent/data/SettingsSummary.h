@@ -18,7 +18,10 @@ using Line = KesMeasure::TextLine;
 std::vector<Line> describe(const RelaySettings& settings);
 std::vector<Line> describe(const TestPlan& plan, const RelaySettings& settings);
 
-/// "1.005 A (1.00 … 1.01 x Is)".
-std::string intervalText(const RelaySettings& settings, const RampResult& ramp);
+/// "I>>".
+std::string nameOf(StageId stage);
+
+/// "1.005 A (1.00 … 1.01 x Is)"; Is is the lowest pick-up current in amperes.
+std::string intervalText(double pickUpCurrent, const RampResult& ramp);
 
 } // namespace Overcurrent::SettingsSummary

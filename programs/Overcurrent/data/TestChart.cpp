@@ -15,6 +15,7 @@ namespace {
 
 using KesMeasure::Axis;
 using KesMeasure::Chart;
+using KesMeasure::ChartCurve;
 using KesMeasure::ChartPoint;
 
 constexpr int curveSamples = 120;
@@ -35,16 +36,30 @@ std::pair<double, double> plannedRange(const TestPlan& plan)
     return {least, most};
 }
 
-void sampleCurve(Chart& chart, const RelaySettings& settings, double least, double most)
+ChartCurve sampleCurve(const RelaySettings& settings, const FaultCase& faultCase, double least, double most)
 {
+    ChartCurve curve;
     for (int i = 0; i <= curveSamples; ++i) {
         const double multiple = least * std::pow(most / least, static_cast<double>(i) / curveSamples);
-        const auto band = TimeBand::at(settings, multiple);
+        const auto band = TimeBand::at(settings, faultCase, multiple);
         if (!band || !band->latest)
             continue;
-        chart.expected.push_back({multiple, band->expected});
-        chart.upper.push_back({multiple, *band->latest});
-        chart.lower.push_back({multiple, std::max(band->earliest, band->expected * leastShare)});
+        curve.expected.push_back({multiple, band->expected});
+        curve.upper.push_back({multiple, *band->latest});
+        curve.lower.push_back({multiple, std::max(band->earliest, band->expected * leastShare)});
+    }
+    return curve;
+}
+
+/// Each curve once: most faults have the same.
+void addCurves(Chart& chart, const RelaySettings& settings, const TestPlan& plan, double least, double most)
+{
+    static_cast<ChartCurve&>(chart) = sampleCurve(settings, plan.getRampCase(), least, most);
+    for (const auto fault : plan.faults) {
+        const auto curve = sampleCurve(settings, plan.caseOf(fault), least, most);
+        if (curve != chart &&
+            std::find(chart.others.begin(), chart.others.end(), curve) == chart.others.end())
+            chart.others.push_back(curve);
     }
 }
 
@@ -59,7 +74,7 @@ void addPoints(Chart& chart, const TestResults& results)
 {
     for (const auto& point : results.points) {
         const auto evaluated = Evaluation::evaluate(results, point);
-        const double limit = TestSequences::pointLimit(results.settings, results.plan, point.multiple);
+        const double limit = TestSequences::pointLimit(results.settings, results.plan, point);
         chart.points.push_back({{point.multiple, evaluated.measured.value_or(limit)},
                                 stateOf(point, evaluated.isPassed),
                                 ResultTexts::describe(results, point)});
@@ -68,8 +83,9 @@ void addPoints(Chart& chart, const TestResults& results)
 
 void addPlanned(Chart& chart, const TestResults& results)
 {
-    for (std::size_t i = results.points.size(); i < results.plan.multiples.size(); ++i) {
-        const PointResult point{results.plan.multiples[i]};
+    const auto points = results.plan.getPoints();
+    for (std::size_t i = results.points.size(); i < points.size(); ++i) {
+        const PointResult point{points[i]};
         const double expected = Evaluation::evaluate(results, point).expected;
         if (expected > 0.0)
             chart.points.push_back({{point.multiple, expected},
@@ -83,12 +99,17 @@ void chooseAxes(Chart& chart, const TestPlan& plan, const RelaySettings& setting
 {
     chart.x = Axis::logarithmicFrom(1.0, most);
     double longest = 0.0;
-    for (const double multiple : plan.multiples)
-        if (const auto band = TimeBand::at(settings, multiple))
+    for (const auto& point : plan.getPoints())
+        if (const auto band = TimeBand::at(settings, plan.caseOf(point.fault), point.multiple))
             longest = std::max(longest, band->latest.value_or(band->expected));
     double shortest = longest;
-    for (const auto& position : chart.lower)
-        shortest = std::min(shortest, position.y);
+    const auto fit = [&](const ChartCurve& curve) {
+        for (const auto& position : curve.lower)
+            shortest = std::min(shortest, position.y);
+    };
+    fit(chart);
+    for (const auto& curve : chart.others)
+        fit(curve);
     for (const auto& point : chart.points) {
         longest = std::max(longest, point.position.y);
         shortest = std::min(shortest, std::max(point.position.y, 1e-3));
@@ -106,7 +127,7 @@ Chart create(const RelaySettings& settings, const TestPlan& plan, const TestResu
     chart.xTitle = get("Chart.multiples");
     chart.yTitle = get("Chart.seconds");
     const auto [least, most] = plannedRange(plan);
-    sampleCurve(chart, settings, least, most);
+    addCurves(chart, settings, plan, least, most);
     const TestResults shown = results ? *results : resultsOf(settings, plan);
     addPoints(chart, shown);
     addPlanned(chart, shown);

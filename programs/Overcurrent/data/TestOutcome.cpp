@@ -17,7 +17,7 @@ Outcome create(const TestResults* results, bool areResultsLost)
         return Outcome::withoutTest(areResultsLost);
     const auto verdict = Evaluation::verdict(*results);
     const std::string title = Outcome::getTitle(verdict);
-    const std::size_t planned = results->plan.multiples.size();
+    const std::size_t planned = results->plan.countPoints();
     const std::size_t measured = results->points.size();
     const std::size_t passed = Evaluation::countPassed(*results);
     const auto outcome = [&](const char* key, const auto&... counts) {

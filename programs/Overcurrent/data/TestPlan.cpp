@@ -1,5 +1,6 @@
 #include <Overcurrent/data/TestPlan.h>
 
+#include <Overcurrent/data/StageTimes.h>
 #include <Overcurrent/data/TestSequences.h>
 #include <Overcurrent/data/TimeBand.h>
 #include <Overcurrent/text/OvercurrentText.h>
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace Overcurrent {
 
@@ -57,6 +59,29 @@ Result checkMultiples(const std::vector<double>& multiples)
     return true;
 }
 
+Result checkFaults(const TestPlan& plan)
+{
+    if (plan.faults.empty())
+        return refuse("Plan.noFaults");
+    if (std::adjacent_find(plan.faults.begin(), plan.faults.end(), std::greater_equal<>()) !=
+        plan.faults.end())
+        return refuse("Plan.faultTwice");
+    if (plan.outputsPerPhase < 1 || plan.outputsPerPhase > TestPlan::outputCount)
+        return refuse("Plan.outputs", plan.outputsPerPhase, TestPlan::outputCount);
+    if (plan.outputsPerPhase == 1)
+        return true;
+    for (const auto fault : plan.faults) {
+        // The residual input is one as well.
+        const unsigned inputs = fault == Fault::N ? 1 : Faults::countPhases(fault);
+        if (inputs * plan.outputsPerPhase > TestPlan::outputCount)
+            return refuse("Plan.tooFewOutputs", Faults::nameOf(fault), inputs * plan.outputsPerPhase,
+                          plan.outputsPerPhase, TestPlan::outputCount);
+    }
+    if (plan.faults.size() > 1)
+        return refuse("Plan.oneInput", Faults::nameOf(plan.faults[0]), Faults::nameOf(plan.faults[1]));
+    return true;
+}
+
 Result checkRamp(const char* nameKey, const Ramp& ramp, bool isRising, double tolerancePercent)
 {
     const std::string name = lng::Overcurrent::get(nameKey);
@@ -78,10 +103,46 @@ Result checkRamp(const char* nameKey, const Ramp& ramp, bool isRising, double to
     return true;
 }
 
-double largestMultiple(const RelaySettings& settings, const TestPlan& plan)
+/// Of the fault's points, or of the ramps: what the current of a fault may reach.
+struct Largest {
+    double multiple;
+    double amperes;
+};
+
+Largest largestOf(const RelaySettings& settings, const TestPlan& plan, Fault fault)
 {
+    const auto faultCase = plan.caseOf(fault);
     const double point = *std::max_element(plan.multiples.begin(), plan.multiples.end());
-    return settings.hasRamps() ? std::max({point, plan.pickUp.to, plan.dropOff.from}) : point;
+    Largest largest{point, point * StageTimes::referenceCurrent(settings, faultCase)};
+    const double ramp = std::max(plan.pickUp.to, plan.dropOff.from);
+    const double amperes = ramp * StageTimes::pickUpCurrent(settings, faultCase);
+    if (settings.hasRamps() && faultCase == plan.getRampCase() && amperes > largest.amperes)
+        largest = {ramp, amperes};
+    return largest;
+}
+
+/// That a stage which the test is about sees each fault.
+Result checkStages(const RelaySettings& settings, const TestPlan& plan)
+{
+    for (const auto fault : plan.faults)
+        if (!StageTimes::reference(settings, plan.caseOf(fault)))
+            return refuse("Plan.noStage", Faults::nameOf(fault));
+    return true;
+}
+
+Result checkTimes(const RelaySettings& settings, const TestPlan& plan, const PlannedPoint& point)
+{
+    const auto band = TimeBand::at(settings, plan.caseOf(point.fault), point.multiple);
+    // Below the first pair of a table.
+    if (!band)
+        return refuse("Plan.noStageAt", shortest(point.multiple), Faults::nameOf(point.fault));
+    if (!band->latest)
+        return refuse("Plan.withinCurrentTolerance", shortest(point.multiple),
+                      shortest(settings.currentTolerancePercent));
+    if (*band->latest > plan.timeout)
+        return refuse("Plan.timeoutTooShort", shortest(plan.timeout), shortest(point.multiple),
+                      KesMeasure::ScreenNumber::fixed(*band->latest, 2));
+    return true;
 }
 
 /// Walks through the test as it goes in the worst case, each step for its whole time, and with the rests that
@@ -112,10 +173,10 @@ Result checkHeat(const RelaySettings& settings, const TestPlan& plan)
 {
     using namespace TestSequences;
     HeatWalk walk(settings, plan);
-    for (const double multiple : plan.multiples)
-        if (!walk.pass(point(settings, plan, multiple)))
-            return refuse("Plan.tooHotPoint", shortest(multiple),
-                          shortest(pointLimit(settings, plan, multiple)));
+    for (const auto& planned : plan.getPoints())
+        if (!walk.pass(point(settings, plan, planned)))
+            return refuse("Plan.tooHotPoint", shortest(planned.multiple),
+                          shortest(pointLimit(settings, plan, planned)));
     if (!settings.hasRamps())
         return true;
     if (!walk.pass(pickUp(settings, plan, coarse(plan.pickUp))))
@@ -144,9 +205,25 @@ std::vector<double> Ramp::getMultiples() const
     return multiples;
 }
 
+std::vector<PlannedPoint> TestPlan::getPoints() const
+{
+    std::vector<PlannedPoint> points;
+    for (const auto fault : faults)
+        for (const double multiple : multiples)
+            points.push_back({fault, multiple});
+    return points;
+}
+
+double TestPlan::getOutputShare(Fault fault) const
+{
+    return outputsPerPhase > 1 ? 1.0 / outputsPerPhase : Faults::phaseShare(fault);
+}
+
 Result TestPlan::check() const
 {
     if (auto result = checkMultiples(multiples); !result)
+        return result;
+    if (auto result = checkFaults(*this); !result)
         return result;
     if (auto result = checkRange("Plan.timeout", timeout, 0.1, 3600.0); !result)
         return result;
@@ -171,17 +248,11 @@ Result TestPlan::checkTimes(const RelaySettings& settings) const
 {
     if (auto result = check(); !result)
         return result;
-    for (const double multiple : multiples) {
-        const auto band = TimeBand::at(settings, multiple);
-        if (!band)
-            return refuse("Plan.belowSetting", shortest(multiple));
-        if (!band->latest)
-            return refuse("Plan.withinCurrentTolerance", shortest(multiple),
-                          shortest(settings.currentTolerancePercent));
-        if (*band->latest > timeout)
-            return refuse("Plan.timeoutTooShort", shortest(timeout), shortest(multiple),
-                          KesMeasure::ScreenNumber::fixed(*band->latest, 2));
-    }
+    if (auto result = checkStages(settings, *this); !result)
+        return result;
+    for (const auto& point : getPoints())
+        if (auto result = Overcurrent::checkTimes(settings, *this, point); !result)
+            return result;
     return true;
 }
 
@@ -190,9 +261,10 @@ Result TestPlan::check(const RelaySettings& settings) const
     if (auto result = checkTimes(settings); !result)
         return result;
     if (settings.rampContact == RampContactKind::ByTripContact) {
-        if (settings.curve != CurveKind::DefiniteTimeCurve)
+        if (settings[*StageTimes::firstToPickUp(settings, getRampCase())].curve !=
+            CurveKind::DefiniteTimeCurve)
             return refuse("Plan.rampByTrip");
-        if (!TimeBand::at(settings, dropOff.from)->latest)
+        if (dropOff.from * (1.0 - settings.currentTolerancePercent / 100.0) <= 1.0)
             return refuse("Plan.withinCurrentTolerance", shortest(dropOff.from),
                           shortest(settings.currentTolerancePercent));
     }
@@ -206,11 +278,14 @@ Result TestPlan::check(const RelaySettings& settings, const KesDriver::OutputLim
     for (const unsigned input : {settings.tripInput, settings.getRampInput()})
         if (input > limits.binaryInputs)
             return refuse("Plan.noSuchInput", input, limits.binaryInputs);
-    const double largest = largestMultiple(settings, *this);
-    if (largest * settings.settingCurrent <= limits.maximumAmperes)
-        return true;
-    return refuse("Plan.aboveOutput", shortest(largest), shortest(largest * settings.settingCurrent),
-                  shortest(limits.maximumAmperes));
+    for (const auto fault : faults) {
+        const auto largest = largestOf(settings, *this, fault);
+        const double most = limits.maximumAmperes / getOutputShare(fault);
+        if (!(largest.amperes <= most))
+            return refuse("Plan.aboveOutput", shortest(largest.multiple), shortest(largest.amperes),
+                          shortest(most));
+    }
+    return true;
 }
 
 } // namespace Overcurrent

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Overcurrent/data/Fault.h>
 #include <Overcurrent/data/RelaySettings.h>
 
 #include <KesCommon/Result.h>
@@ -11,7 +12,8 @@
 
 namespace Overcurrent {
 
-/// A current that goes from one multiple of Is to another in equal steps, each of which stands for a time.
+/// A current that goes from one multiple of the lowest pick-up current (`StageTimes::pickUpCurrent`) to
+/// another in equal steps, each of which stands for a time.
 struct Ramp {
     double from = 0.0;
     double to = 0.0;
@@ -28,6 +30,14 @@ struct Ramp {
     bool operator==(const Ramp&) const = default;
 };
 
+/// A point of a plan: a fault, and its current as a multiple of Is (`StageTimes::referenceCurrent`).
+struct PlannedPoint {
+    Fault fault = Fault::A;
+    double multiple = 0.0;
+
+    bool operator==(const PlannedPoint&) const = default;
+};
+
 /// What a test does: the currents to try and how long to wait. A value; the defaults are those of a new
 /// archive.
 struct TestPlan {
@@ -35,9 +45,17 @@ struct TestPlan {
     static constexpr double maximumMultiple = 100.0;
     static constexpr std::size_t maximumRampSteps = 2000;
     static constexpr unsigned maximumRepetitions = KesMeasure::SinglesXml::mostRepetitions;
+    /// Current outputs of a device.
+    static constexpr unsigned outputCount = 3;
 
     /// The multiples of Is, in the order of the test.
     std::vector<double> multiples{1.5, 2, 3, 5, 7, 10, 15, 20};
+    /// Each of the multiples is tried with each fault; in the order of `Fault`.
+    std::vector<Fault> faults{Fault::A};
+    FaultDirection direction = FaultDirection::Forward;
+    /// How many outputs together feed one input of the relay, each with its share of the current: 1 to 3.
+    /// With more than one, one input is wired only.
+    unsigned outputsPerPhase = 1;
     /// How long to wait for the trip contact at most, in seconds.
     double timeout = 60.0;
     /// Before each point and each ramp: no current for at least this long, in seconds. The reset time of the
@@ -53,6 +71,18 @@ struct TestPlan {
     unsigned repetitions = 1;
     /// Whether the test goes on after a measurement at which the relay did not do what was waited for.
     bool goesOn = false;
+
+    /// Fault by fault.
+    std::vector<PlannedPoint> getPoints() const;
+    std::size_t countPoints() const { return faults.size() * multiples.size(); }
+    FaultCase caseOf(Fault fault) const
+    {
+        return {fault, direction, fault == Fault::N && outputsPerPhase > 1};
+    }
+    /// The one with which pick-up and drop-off are measured: the first. Only of a plan with faults.
+    FaultCase getRampCase() const { return caseOf(faults.front()); }
+    /// The largest share of a fault's current at one output.
+    double getOutputShare(Fault fault) const;
 
     /// Whether the values make sense; the failure says which one does not, and why. Any thread.
     Kes::Result check() const;

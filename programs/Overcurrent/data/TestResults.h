@@ -15,9 +15,8 @@ using KesMeasure::MeasureState;
 using KesMeasure::Origin;
 using KesMeasure::RunEnd;
 
-/// The measured operate time at one multiple of Is.
-struct PointResult {
-    double multiple = 0.0;
+/// The measured operate time of a point.
+struct PointResult : PlannedPoint {
     MeasureState state = MeasureState::Measured;
     /// On the device's clock, from the beginning of the current to the first closing of the trip contact;
     /// only when measured.
@@ -35,7 +34,7 @@ struct PointResult {
 /// The current at which a contact closed or opened on a ramp: between two steps of it.
 struct RampResult {
     MeasureState state = MeasureState::Measured;
-    /// The first step with the change, as a multiple of Is; only when measured.
+    /// The first step with the change, as a multiple as in `Ramp`; only when measured.
     double multiple = 0.0;
     /// The last step without it.
     double without = 0.0;
@@ -71,7 +70,7 @@ inline TestResults resultsOf(const RelaySettings& settings, const TestPlan& plan
 inline bool isWhole(const TestResults& results)
 {
     const bool areRampsWhole = !results.settings.hasRamps() || (results.pickUp && results.dropOff);
-    return results.points.size() == results.plan.multiples.size() && areRampsWhole;
+    return results.points.size() == results.plan.countPoints() && areRampsWhole;
 }
 
 } // namespace Overcurrent

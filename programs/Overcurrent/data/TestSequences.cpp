@@ -1,10 +1,12 @@
 #include <Overcurrent/data/TestSequences.h>
 
+#include <Overcurrent/data/StageTimes.h>
 #include <Overcurrent/data/TimeBand.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <numbers>
 
 namespace Overcurrent::TestSequences {
 
@@ -34,29 +36,81 @@ DeviceTime debounceOf(const RelaySettings& settings)
     return toDeviceTime(settings.debounceMilliseconds / 1000.0);
 }
 
-OutputStep stepUntil(const RelaySettings& settings, double multiple, double seconds, unsigned input,
-                     bool isClosed)
+OutputStep stepUntil(const RelaySettings& settings, const KesDriver::OutputState& outputs, double seconds,
+                     unsigned input, bool isClosed)
 {
     OutputStep step;
-    step.outputs.currents[0].magnitude = multiple * settings.settingCurrent;
+    step.outputs = outputs;
     step.duration = toDeviceTime(seconds);
     step.endOn = EndCondition({{input, isClosed}}, EndCondition::Join::Any, debounceOf(settings));
     return step;
+}
+
+/// Into (-180, 180].
+double normalized(double degrees)
+{
+    const double rest = std::remainder(degrees, 360.0);
+    return rest == -180.0 ? 180.0 : rest;
+}
+
+using Currents = std::array<KesDriver::Phasor, 3>;
+
+/// Each output to the phase of its own.
+Currents perPhase(Fault fault, double amperes, double degrees)
+{
+    Currents currents = Faults::currents(fault);
+    for (auto& current : currents)
+        if (current.magnitude > 0.0)
+            current = {current.magnitude * amperes, normalized(current.degrees + degrees)};
+    return currents;
+}
+
+/// Several outputs to one input.
+Currents inParallel(Fault fault, double amperes, double degrees, unsigned count)
+{
+    double loop = 0.0;
+    for (const auto& current : Faults::currents(fault))
+        if (current.magnitude > 0.0)
+            loop = current.degrees;
+    Currents currents{};
+    for (unsigned i = 0; i < count; ++i)
+        currents[i] = {amperes / count, normalized(loop + degrees)};
+    return currents;
+}
+
+/// A step of a ramp.
+OutputStep rampStep(const RelaySettings& settings, const TestPlan& plan, double multiple, double seconds,
+                    bool isClosed)
+{
+    const auto faultCase = plan.getRampCase();
+    const double amperes = multiple * StageTimes::pickUpCurrent(settings, faultCase);
+    return stepUntil(settings, outputs(settings, plan, faultCase.fault, amperes), seconds,
+                     settings.getRampInput(), isClosed);
+}
+
+/// The latest trip of the stage that picks up first, at a multiple of its Is: no shorter than a healthy relay
+/// takes.
+double longestTrip(const RelaySettings& settings, const TestPlan& plan, double multiple)
+{
+    const auto faultCase = plan.getRampCase();
+    const double share =
+        StageTimes::pickUpCurrent(settings, faultCase) / StageTimes::referenceCurrent(settings, faultCase);
+    return pointLimit(settings, plan, {faultCase.fault, multiple * share});
 }
 
 /// How long the contact may take to close on a ramp: the trip contact waits for the stage's time.
 double closingTime(const RelaySettings& settings, const TestPlan& plan, double multiple, double ofStart)
 {
     return settings.rampContact == RampContactKind::ByTripContact
-               ? std::max(ofStart, pointLimit(settings, plan, multiple))
+               ? std::max(ofStart, longestTrip(settings, plan, multiple))
                : ofStart;
 }
 
-void addSteps(OutputSequence& sequence, const RelaySettings& settings, const std::vector<double>& multiples,
-              double seconds, bool isClosed)
+void addSteps(OutputSequence& sequence, const RelaySettings& settings, const TestPlan& plan,
+              const std::vector<double>& multiples, double seconds, bool isClosed)
 {
     for (const double multiple : multiples)
-        sequence.push_back(stepUntil(settings, multiple, seconds, settings.getRampInput(), isClosed));
+        sequence.push_back(rampStep(settings, plan, multiple, seconds, isClosed));
 }
 
 } // namespace
@@ -74,9 +128,9 @@ KesMeasure::StepGuard guard(const RelaySettings& settings, const TestPlan& plan)
     return guard;
 }
 
-double pointLimit(const RelaySettings& settings, const TestPlan& plan, double multiple)
+double pointLimit(const RelaySettings& settings, const TestPlan& plan, const PlannedPoint& point)
 {
-    const auto band = TimeBand::at(settings, multiple);
+    const auto band = TimeBand::at(settings, plan.caseOf(point.fault), point.multiple);
     if (!band || !band->latest)
         return plan.timeout;
     const double margin =
@@ -84,9 +138,27 @@ double pointLimit(const RelaySettings& settings, const TestPlan& plan, double mu
     return std::min(*band->latest + margin, plan.timeout);
 }
 
-OutputSequence point(const RelaySettings& settings, const TestPlan& plan, double multiple)
+KesDriver::OutputState outputs(const RelaySettings& settings, const TestPlan& plan, Fault fault,
+                               double amperes)
 {
-    return {stepUntil(settings, multiple, pointLimit(settings, plan, multiple), settings.tripInput, true)};
+    KesDriver::OutputState state;
+    double degrees = 0.0;
+    if (settings.isDirectional()) {
+        degrees = settings.characteristicAngle + (plan.direction == FaultDirection::Forward ? 0.0 : 180.0);
+        state.voltages = Faults::voltages(fault);
+        for (auto& voltage : state.voltages)
+            voltage.magnitude *= settings.nominalVoltage / std::numbers::sqrt3;
+    }
+    state.currents = plan.outputsPerPhase > 1 ? inParallel(fault, amperes, degrees, plan.outputsPerPhase)
+                                              : perPhase(fault, amperes, degrees);
+    return state;
+}
+
+OutputSequence point(const RelaySettings& settings, const TestPlan& plan, const PlannedPoint& point)
+{
+    const double amperes = point.multiple * StageTimes::referenceCurrent(settings, plan.caseOf(point.fault));
+    return {stepUntil(settings, outputs(settings, plan, point.fault, amperes),
+                      pointLimit(settings, plan, point), settings.tripInput, true)};
 }
 
 std::vector<double> coarse(const Ramp& ramp)
@@ -107,8 +179,8 @@ OutputSequence pickUp(const RelaySettings& settings, const TestPlan& plan,
                       const std::vector<double>& multiples)
 {
     OutputSequence sequence;
-    addSteps(sequence, settings, multiples, closingTime(settings, plan, plan.pickUp.to, plan.pickUp.dwell),
-             true);
+    addSteps(sequence, settings, plan, multiples,
+             closingTime(settings, plan, plan.pickUp.to, plan.pickUp.dwell), true);
     return sequence;
 }
 
@@ -116,11 +188,11 @@ OutputSequence dropOff(const RelaySettings& settings, const TestPlan& plan,
                        const std::vector<double>& multiples)
 {
     const double from = plan.dropOff.from;
-    OutputSequence sequence{stepUntil(settings, from, closingTime(settings, plan, from, startTime),
-                                      settings.getRampInput(), true)};
+    OutputSequence sequence{
+        rampStep(settings, plan, from, closingTime(settings, plan, from, startTime), true)};
     // A contact that opens late would be seen to open at a step further down.
-    addSteps(sequence, settings, multiples, std::max(plan.dropOff.dwell, settings.resetTime + contactTime),
-             false);
+    addSteps(sequence, settings, plan, multiples,
+             std::max(plan.dropOff.dwell, settings.resetTime + contactTime), false);
     return sequence;
 }
 

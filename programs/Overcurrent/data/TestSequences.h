@@ -8,7 +8,9 @@
 
 #include <vector>
 
-/// What a test puts out, as sequences for a device. Current is on the first phase. Any thread.
+/// What a test puts out, as sequences for a device: the currents of a fault, and the nominal voltages with
+/// them when a stage is directional. The current of a forward fault has the characteristic angle against the
+/// voltage of the faulted loop, that of a reverse one is opposite. Any thread.
 namespace Overcurrent::TestSequences {
 
 /// The contacts open and the relay at rest: before everything below.
@@ -16,9 +18,14 @@ KesMeasure::StepGuard guard(const RelaySettings& settings, const TestPlan& plan)
 
 /// How long a point waits for the trip contact, in seconds: a little longer than a healthy relay takes, so
 /// that a slow one is measured but none is burnt; never longer than the plan's time-out.
-double pointLimit(const RelaySettings& settings, const TestPlan& plan, double multiple);
+double pointLimit(const RelaySettings& settings, const TestPlan& plan, const PlannedPoint& point);
 /// One step, until the trip contact closes.
-KesDriver::OutputSequence point(const RelaySettings& settings, const TestPlan& plan, double multiple);
+KesDriver::OutputSequence point(const RelaySettings& settings, const TestPlan& plan,
+                                const PlannedPoint& point);
+
+/// The outputs at a fault with this current in amperes.
+KesDriver::OutputState outputs(const RelaySettings& settings, const TestPlan& plan, Fault fault,
+                               double amperes);
 
 /// The multiples of the first, coarse run of a ramp.
 std::vector<double> coarse(const Ramp& ramp);

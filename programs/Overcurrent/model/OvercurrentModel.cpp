@@ -26,12 +26,9 @@ using KesTestProgram::LoadedArchive;
 /// A one-ampere relay: a device can put out twenty times its setting.
 std::unique_ptr<KesTree::Node> makeTestObject()
 {
-    namespace Nodes = KesTree::RelayNodes;
-    auto stage = Nodes::overcurrentStage();
-    const RelaySettings settings;
-    (void)stage->find(Nodes::SettingCurrent)->setValue(settings.settingCurrent);
-    (void)stage->find(Nodes::NominalCurrent)->setValue(settings.nominalCurrent);
-    return stage;
+    auto relay = KesTree::RelayNodes::overcurrentStage();
+    (void)RelaySettings().putInto(*relay);
+    return relay;
 }
 
 std::string nameOf(const RunPhase& phase)
@@ -45,7 +42,8 @@ std::string nameOf(const RunPhase& phase)
         break;
     }
     return format(lng::Overcurrent::get("State.point"), phase.number, phase.count,
-                  KesMeasure::ScreenNumber::multiple(phase.multiple));
+                  Faults::nameOf(phase.point.fault),
+                  KesMeasure::ScreenNumber::multiple(phase.point.multiple));
 }
 
 std::string phaseText(const RunPhase& phase)
@@ -183,7 +181,7 @@ Kes::Result OvercurrentModel::_checkLimits(const KesDriver::OutputLimits& limits
 
 std::shared_ptr<KesDriver::ISimulatedTestObject> OvercurrentModel::_makeBenchObject() const
 {
-    return makeBenchRelay(_runSettings);
+    return makeBenchRelay(_runSettings, _runPlan);
 }
 
 OvercurrentModel::RunResult OvercurrentModel::_runTest(KesDevice::Kesto& kesto,

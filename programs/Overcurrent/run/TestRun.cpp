@@ -1,6 +1,6 @@
 #include <Overcurrent/run/TestRun.h>
 
-#include <Overcurrent/data/OperateCurve.h>
+#include <Overcurrent/data/StageTimes.h>
 #include <Overcurrent/data/TestSequences.h>
 
 #include <KesMeasure/ContactChanges.h>
@@ -36,7 +36,7 @@ MeasureState stateWithoutChange(const SequenceRecord& record, DeviceTime whole)
 
 std::vector<std::size_t> wholeOrder(const RelaySettings& settings, const TestPlan& plan)
 {
-    std::vector<std::size_t> order(plan.multiples.size() + (settings.hasRamps() ? 2U : 0U));
+    std::vector<std::size_t> order(plan.countPoints() + (settings.hasRamps() ? 2U : 0U));
     std::iota(order.begin(), order.end(), std::size_t{0});
     return order;
 }
@@ -54,6 +54,7 @@ TestRun::TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice:
                  const KesMeasure::HeatBudget& heat)
     : _settings(settings),
       _plan(plan),
+      _points(plan.getPoints()),
       _guard(TestSequences::guard(settings, plan)),
       _listener(listener),
       _runner(kesto, control, heat),
@@ -81,7 +82,7 @@ RunEnd TestRun::execute()
 
 RunEnd TestRun::_measure(std::size_t number)
 {
-    const std::size_t count = _plan.multiples.size();
+    const std::size_t count = _points.size();
     if (number < count)
         return _measurePoints(number);
     return number == count ? _measurePickUp() : _measureDropOff();
@@ -89,10 +90,10 @@ RunEnd TestRun::_measure(std::size_t number)
 
 RunEnd TestRun::_measurePoints(std::size_t index)
 {
-    PointResult result{_plan.multiples[index]};
+    PointResult result{_points[index]};
     std::vector<DeviceTime> times;
     for (unsigned i = 1; i <= _plan.repetitions && result.state == MeasureState::Measured; ++i) {
-        _announce({RunPhase::Kind::Point, index + 1, _plan.multiples.size(), result.multiple, i});
+        _announce({RunPhase::Kind::Point, index + 1, _points.size(), _points[index], i});
         if (const auto end = _measurePoint(result); end != RunEnd::Complete)
             return end;
         if (result.state == MeasureState::Measured)
@@ -105,7 +106,7 @@ RunEnd TestRun::_measurePoints(std::size_t index)
 
 RunEnd TestRun::_measurePoint(PointResult& result)
 {
-    const auto end = _run(TestSequences::point(_settings, _plan, result.multiple), result.state);
+    const auto end = _run(TestSequences::point(_settings, _plan, result), result.state);
     if (end != RunEnd::Complete || result.state != MeasureState::Measured)
         return end;
     return _evaluatePoint(result) ? RunEnd::Complete : _fail(lng::Measure::get("Run.nonsense"));
@@ -117,7 +118,7 @@ bool TestRun::_evaluatePoint(PointResult& result)
     const auto record = _runner.getRecord();
     if (record.steps.size() != 1 || record.end->time < record.steps[0])
         return false;
-    const auto limit = toDeviceTime(TestSequences::pointLimit(_settings, _plan, result.multiple));
+    const auto limit = toDeviceTime(TestSequences::pointLimit(_settings, _plan, result));
     const auto trip = ContactChanges::findFirst(record, {_settings.tripInput, true}, _guard.debounce);
     if (!trip) {
         result.state = stateWithoutChange(record, limit);
@@ -263,19 +264,19 @@ std::vector<double> TestRun::_getWeights() const
 {
     std::vector<double> weights;
     for (const auto number : _order)
-        if (number < _plan.multiples.size())
-            weights.insert(weights.end(), _plan.repetitions, _pointWeight(_plan.multiples[number]));
-        else if (number == _plan.multiples.size())
+        if (number < _points.size())
+            weights.insert(weights.end(), _plan.repetitions, _pointWeight(_points[number]));
+        else if (number == _points.size())
             weights.push_back(_rampWeight(_plan.pickUp, _plan.pickUp.dwell));
         else
             weights.push_back(_rampWeight(_plan.dropOff, _settings.resetTime));
     return weights;
 }
 
-double TestRun::_pointWeight(double multiple) const
+double TestRun::_pointWeight(const PlannedPoint& point) const
 {
-    return std::max(_plan.pause, _settings.resetTime) +
-           OperateCurve::operateTime(_settings, multiple).value_or(0.0);
+    const auto trip = StageTimes::operate(_settings, _plan.caseOf(point.fault), point.multiple);
+    return std::max(_plan.pause, _settings.resetTime) + (trip ? trip->seconds : 0.0);
 }
 
 double TestRun::_rampWeight(const Ramp& ramp, double dwell) const

@@ -17,10 +17,10 @@ struct RunPhase {
     enum class Kind { Point, PickUp, DropOff };
 
     Kind kind = Kind::Point;
-    /// For a point: which one, from 1, of how many, and its multiple of Is.
+    /// For a point: which one, from 1, of how many, and what it is.
     std::size_t number = 0;
     std::size_t count = 0;
-    double multiple = 0.0;
+    PlannedPoint point{};
     /// Which measurement of the point, from 1.
     unsigned repetition = 1;
     KesMeasure::RunTimes times{};
@@ -44,7 +44,7 @@ public:
 /// The test itself: every point of the plan, then pick-up and drop-off, unless the settings say that they are
 /// not measured. Made for one run, on the start thread.
 ///
-/// Current is put out on the first phase. Every measurement is one sequence on the device, so all times are
+/// Every measurement is one sequence on the device, so all times are
 /// the device's own. A ramp runs twice: with coarse steps, and with fine ones where the coarse ones have
 /// found the change.
 class TestRun {
@@ -91,11 +91,12 @@ private:
     void _tell();
 
     std::vector<double> _getWeights() const;
-    double _pointWeight(double multiple) const;
+    double _pointWeight(const PlannedPoint& point) const;
     double _rampWeight(const Ramp& ramp, double dwell) const;
 
     const RelaySettings _settings;
     const TestPlan _plan;
+    const std::vector<PlannedPoint> _points;
     const KesMeasure::StepGuard _guard;
     ITestRunListener& _listener;
     KesMeasure::StepRunner _runner;

@@ -6,6 +6,8 @@
 
 #include <atkmm/object.h>
 
+#include <algorithm>
+
 namespace Overcurrent {
 
 namespace {
@@ -41,6 +43,8 @@ PlanView::PlanView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(get("PlanView
     _addLabel(PlanTexts::nameOf(PlanField::Multiples) + ", " + get("Unit.setting"), 0, 3);
     ++_row;
     _form.attach(multiples, 0, _row++, 3, 1);
+    _addFaults();
+    _addChoices();
     _addRow(PlanField::Repetitions, nullptr);
     _addRow(PlanField::Timeout, "Unit.second");
     _addRow(PlanField::Pause, "Unit.second");
@@ -49,13 +53,57 @@ PlanView::PlanView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(get("PlanView
     _addRow(PlanField::PickUpTolerance, "Unit.percent");
     _addRow(PlanField::MinimumRatio, nullptr);
     _goesOn.set_label(get("PlanView.goesOn"));
-    _goesOn.signal_toggled().connect([this] {
-        if (!_isFilling)
-            signalEdited.emit();
-    });
+    _goesOn.signal_toggled().connect(sigc::mem_fun(*this, &PlanView::_onEdited));
     _form.attach(_goesOn, 0, _row++, 3, 1);
     pack_start(_title, Gtk::PACK_SHRINK);
     pack_start(_form, Gtk::PACK_SHRINK);
+}
+
+void PlanView::_onEdited()
+{
+    if (!_isFilling)
+        signalEdited.emit();
+}
+
+void PlanView::_addFaults()
+{
+    constexpr int columns = 4;
+    auto& label = _addLabel(get("PlanView.faults"), 0, 3);
+    label.set_tooltip_text(get("PlanView.faultsTip"));
+    ++_row;
+    auto& grid = *Gtk::manage(new Gtk::Grid());
+    grid.get_style_context()->add_class("plan-faults");
+    grid.set_column_homogeneous(true);
+    grid.set_tooltip_text(get("PlanView.faultsTip"));
+    for (const auto fault : allFaults) {
+        const auto index = static_cast<std::size_t>(fault);
+        auto& button = _faults[index];
+        button.set_label(Faults::nameOf(fault));
+        button.signal_toggled().connect(sigc::mem_fun(*this, &PlanView::_onEdited));
+        grid.attach(button, static_cast<int>(index) % columns, static_cast<int>(index) / columns, 1, 1);
+    }
+    _form.attach(grid, 0, _row++, 3, 1);
+}
+
+void PlanView::_addChoices()
+{
+    auto& grid = *Gtk::manage(new Gtk::Grid());
+    grid.get_style_context()->add_class("plan-choices");
+    const auto add = [&](const std::string& key, Gtk::ComboBoxText& choice,
+                         const std::vector<std::string>& texts, int column) {
+        auto& label = makeLabel(get(key));
+        for (const auto& text : texts)
+            choice.append(text);
+        label.set_tooltip_text(get(key + "Tip"));
+        choice.set_tooltip_text(get(key + "Tip"));
+        Kes::GtkWidgetHelper::setAccessibleName(choice, get(key));
+        choice.signal_changed().connect(sigc::mem_fun(*this, &PlanView::_onEdited));
+        grid.attach(label, column, 0, 1, 1);
+        grid.attach(choice, column, 1, 1, 1);
+    };
+    add("PlanView.direction", _direction, {get("Direction.forward"), get("Direction.reverse")}, 0);
+    add("PlanView.outputs", _outputs, {"1", "2", "3"}, 1);
+    _form.attach(grid, 0, _row++, 3, 1);
 }
 
 Gtk::Label& PlanView::_addLabel(const std::string& text, int column, int width)
@@ -72,10 +120,7 @@ Gtk::Entry& PlanView::_prepareEntry(PlanField field)
     entry.set_max_width_chars(field == PlanField::Multiples ? -1 : 5);
     entry.set_hexpand(field == PlanField::Multiples);
     Kes::GtkWidgetHelper::setAccessibleName(entry, PlanTexts::nameOf(field));
-    entry.signal_changed().connect([this] {
-        if (!_isFilling)
-            signalEdited.emit();
-    });
+    entry.signal_changed().connect(sigc::mem_fun(*this, &PlanView::_onEdited));
     return entry;
 }
 
@@ -119,14 +164,25 @@ void PlanView::setTexts(const PlanTexts& texts)
     for (std::size_t i = 0; i < _entries.size(); ++i)
         if (const auto& text = texts[static_cast<PlanField>(i)]; _entries[i].get_text().raw() != text)
             _entries[i].set_text(text);
-    _goesOn.set_active(texts.goesOn);
+    const auto& [faults, direction, outputs, goesOn] = texts.choices;
+    for (const auto fault : allFaults)
+        _faults[static_cast<std::size_t>(fault)].set_active(std::find(faults.begin(), faults.end(), fault) !=
+                                                            faults.end());
+    _direction.set_active(static_cast<int>(direction));
+    _outputs.set_active(static_cast<int>(outputs) - 1);
+    _goesOn.set_active(goesOn);
     _isFilling = false;
 }
 
 PlanTexts PlanView::getTexts() const
 {
     PlanTexts texts;
-    texts.goesOn = _goesOn.get_active();
+    for (const auto fault : allFaults)
+        if (_faults[static_cast<std::size_t>(fault)].get_active())
+            texts.choices.faults.push_back(fault);
+    texts.choices.direction = static_cast<FaultDirection>(std::max(_direction.get_active_row_number(), 0));
+    texts.choices.outputsPerPhase = static_cast<unsigned>(std::max(_outputs.get_active_row_number(), 0) + 1);
+    texts.choices.goesOn = _goesOn.get_active();
     for (std::size_t i = 0; i < _entries.size(); ++i)
         texts[static_cast<PlanField>(i)] = _entries[i].get_text().raw();
     return texts;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <complex>
+#include <numbers>
 
 namespace KesDriver {
 
@@ -41,6 +43,7 @@ Constants getConstants(OvercurrentRelay::Curve curve)
         return {28.2, 2.0, 0.1217};
     case Curve::StandardInverse:
     case Curve::DefiniteTime:
+    case Curve::Table:
         break;
     }
     return {0.14, 0.02};
@@ -50,6 +53,102 @@ DeviceTime toDeviceTime(double seconds)
 {
     constexpr double never = 1e9;
     return DeviceTime(std::llround(std::min(seconds, never) * 1e6));
+}
+
+using Stage = OvercurrentRelay::Stage;
+using Complex = std::complex<double>;
+
+Complex toComplex(const Phasor& phasor)
+{
+    return std::polar(phasor.magnitude, phasor.degrees * std::numbers::pi / 180.0);
+}
+
+Complex sumOf(const std::array<Complex, 3>& phases)
+{
+    return phases[0] + phases[1] + phases[2];
+}
+
+/// What the relay's inputs carry.
+struct Inputs {
+    std::array<Complex, 3> currents{};
+    Complex residual;
+    std::array<Complex, 3> voltages{};
+};
+
+Inputs connect(const OutputState& outputs, OvercurrentRelay::Connection connection)
+{
+    using Connection = OvercurrentRelay::Connection;
+    Inputs inputs;
+    for (std::size_t i = 0; i < inputs.currents.size(); ++i) {
+        inputs.currents[i] = toComplex(outputs.currents[i]);
+        inputs.voltages[i] = toComplex(outputs.voltages[i]);
+    }
+    inputs.residual = sumOf(inputs.currents);
+    if (connection == Connection::Phases)
+        return inputs;
+    inputs.currents = {};
+    if (connection != Connection::Residual)
+        inputs.currents[static_cast<std::size_t>(connection) - static_cast<std::size_t>(Connection::PhaseA)] =
+            inputs.residual;
+    return inputs;
+}
+
+/// How much of the current counts for a stage with this voltage to compare with.
+double directed(Complex current, Complex voltage, const Stage& stage, double characteristicAngle)
+{
+    constexpr double leastVolts = 1.0;
+    if (stage.direction == OvercurrentRelay::Direction::None)
+        return std::abs(current);
+    if (std::abs(voltage) < leastVolts)
+        return 0.0;
+    const auto most = voltage * std::polar(1.0, characteristicAngle * std::numbers::pi / 180.0);
+    const double along = (current * std::conj(most)).real();
+    const bool isForward = stage.direction == OvercurrentRelay::Direction::Forward;
+    return (isForward ? along > 0.0 : along < 0.0) ? std::abs(current) : 0.0;
+}
+
+double largestPhase(const Inputs& inputs, const Stage& stage, double characteristicAngle)
+{
+    double largest = 0.0;
+    for (std::size_t i = 0; i < inputs.currents.size(); ++i) {
+        // A quarter of a turn behind the phase's own voltage.
+        const auto across = inputs.voltages[(i + 1) % 3] - inputs.voltages[(i + 2) % 3];
+        largest = std::max(
+            largest, directed(inputs.currents[i], across * Complex(0.0, 1.0), stage, characteristicAngle));
+    }
+    return largest;
+}
+
+std::optional<double> fromTable(const Stage& stage, double multiple)
+{
+    const auto& table = stage.table;
+    if (table.empty() || multiple < table.front().first)
+        return std::nullopt;
+    for (std::size_t i = 1; i < table.size(); ++i)
+        if (multiple < table[i].first) {
+            const auto& [from, first] = table[i - 1];
+            const auto& [to, last] = table[i];
+            const double slope = std::log(last / first) / std::log(to / from);
+            return first * std::pow(multiple / from, slope);
+        }
+    return table.back().second;
+}
+
+/// The time in seconds in which the stage operates at a multiple of its setting; none when it does not. Not
+/// the characteristic with which a test program judges a relay: sharing that would hide a fault in it.
+std::optional<double> getOperateTime(const Stage& stage, double multiple)
+{
+    constexpr double endOfDependentTime = 20.0;
+    if (!(multiple > 1.0))
+        return std::nullopt;
+    if (stage.curve == OvercurrentRelay::Curve::DefiniteTime)
+        return stage.definiteTime;
+    if (stage.curve == OvercurrentRelay::Curve::Table)
+        return fromTable(stage, multiple);
+    const auto [k, a, c] = getConstants(stage.curve);
+    const double excess = std::expm1(a * std::log(std::min(multiple, endOfDependentTime)));
+    const double time = stage.timeMultiplier * (k / excess + c);
+    return std::isfinite(time) ? std::optional(time) : std::nullopt;
 }
 
 } // namespace
@@ -70,76 +169,83 @@ void OvercurrentRelay::reset(Time time)
     _currentError = _draw(0.003, 0.007);
     _timeError = _draw(0.006, 0.014);
     _time = time;
-    _multiple = 0.0;
-    _isPickedUp = false;
-    _travelled = 0.0;
+    _elements = {};
     _start = {};
     _trip = {};
+}
+
+bool OvercurrentRelay::_isPickedUp() const
+{
+    return std::any_of(_elements.begin(), _elements.end(),
+                       [](const Element& element) { return element.isPickedUp; });
 }
 
 void OvercurrentRelay::applyOutputs(const OutputState& outputs, Time time)
 {
     _advance(time);
-    _multiple = outputs.currents[0].magnitude / (_settings.settingCurrent * (1.0 + _currentError));
-    if (!_isPickedUp && _multiple > 1.0)
-        _pickUp();
-    else if (_isPickedUp && _multiple < dropOffRatio)
-        _dropOff();
+    const bool wasPickedUp = _isPickedUp();
+    _measure(outputs);
+    if (!wasPickedUp && _isPickedUp()) {
+        _start.move(true, _time + _delay(closeTime));
+        _tripDelay = _delay(closeTime);
+    } else if (wasPickedUp && !_isPickedUp()) {
+        _start.move(false, _time + _delay(openTime));
+        _trip.move(false, _time + _delay(openTime));
+    }
     _predictTrip();
 }
 
-/// A relay's own characteristic, not the one with which a test program judges it: sharing that would hide a
-/// fault in it.
-std::optional<double> OvercurrentRelay::_getOperateTime(double multiple) const
+void OvercurrentRelay::_measure(const OutputState& outputs)
 {
-    constexpr double endOfDependentTime = 20.0;
-    if (!(multiple > 1.0))
-        return std::nullopt;
-    if (_settings.curve == Curve::DefiniteTime)
-        return _settings.definiteTime;
-    const auto [k, a, c] = getConstants(_settings.curve);
-    const double excess = std::expm1(a * std::log(std::min(multiple, endOfDependentTime)));
-    const double time = _settings.timeMultiplier * (k / excess + c);
-    return std::isfinite(time) ? std::optional(time) : std::nullopt;
+    const auto inputs = connect(outputs, _settings.connection);
+    const double angle = _settings.characteristicAngle;
+    for (std::size_t i = 0; i < stageCount; ++i) {
+        const auto& stage = _settings.stages[i];
+        auto& element = _elements[i];
+        const double seen = i == residualStage
+                                ? directed(inputs.residual, -sumOf(inputs.voltages), stage, angle)
+                                : largestPhase(inputs, stage, angle);
+        element.multiple = stage.isUsed ? seen / (stage.settingCurrent * (1.0 + _currentError)) : 0.0;
+        if (element.isPickedUp ? element.multiple < dropOffRatio : element.multiple > 1.0) {
+            element.isPickedUp = !element.isPickedUp;
+            element.travelled = 0.0;
+        }
+    }
 }
 
 void OvercurrentRelay::_advance(Time time)
 {
-    const auto full = _getOperateTime(_multiple);
-    if (_isPickedUp && full)
-        _travelled += std::chrono::duration<double>(time - _time).count() / (*full * (1.0 + _timeError));
+    const double seconds = std::chrono::duration<double>(time - _time).count();
+    for (std::size_t i = 0; i < stageCount; ++i) {
+        auto& element = _elements[i];
+        const auto full = getOperateTime(_settings.stages[i], element.multiple);
+        if (element.isPickedUp && full)
+            element.travelled += seconds / (*full * (1.0 + _timeError));
+    }
     _time = time;
-}
-
-void OvercurrentRelay::_pickUp()
-{
-    _isPickedUp = true;
-    _travelled = 0.0;
-    _start.move(true, _time + _delay(closeTime));
-    _tripDelay = _delay(closeTime);
-}
-
-void OvercurrentRelay::_dropOff()
-{
-    _isPickedUp = false;
-    _travelled = 0.0;
-    _start.move(false, _time + _delay(openTime));
-    _trip.move(false, _time + _delay(openTime));
 }
 
 void OvercurrentRelay::_predictTrip()
 {
-    // Once the measuring element has operated, its contact is on its way whatever the current does above
+    // Once a measuring element has operated, the contact is on its way whatever the current does above
     // drop-off.
-    if (!_isPickedUp || _trip.isClosed || (_trip.changeAt && _travelled >= 1.0))
+    const bool hasOperated = std::any_of(_elements.begin(), _elements.end(),
+                                         [](const Element& element) { return element.travelled >= 1.0; });
+    if (!_isPickedUp() || _trip.isClosed || (_trip.changeAt && hasOperated))
         return;
-    const auto full = _getOperateTime(_multiple);
-    if (!full) {
-        _trip.changeAt.reset();
-        return;
+    std::optional<double> shortest;
+    for (std::size_t i = 0; i < stageCount; ++i) {
+        const auto& element = _elements[i];
+        const auto full = getOperateTime(_settings.stages[i], element.multiple);
+        if (!element.isPickedUp || !full)
+            continue;
+        const double remaining = std::max(0.0, 1.0 - element.travelled) * *full * (1.0 + _timeError);
+        shortest = std::min(remaining, shortest.value_or(remaining));
     }
-    const double remaining = std::max(0.0, 1.0 - _travelled) * *full * (1.0 + _timeError);
-    _trip.move(true, _time + toDeviceTime(remaining) + _tripDelay);
+    if (shortest)
+        _trip.move(true, _time + toDeviceTime(*shortest) + _tripDelay);
+    else
+        _trip.changeAt.reset();
 }
 
 std::optional<InputEvent> OvercurrentRelay::getNextChange() const

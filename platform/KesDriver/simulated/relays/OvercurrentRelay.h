@@ -3,13 +3,22 @@
 #include <KesCommon/Export.h>
 #include <KesDriver/simulated/ISimulatedTestObject.h>
 
+#include <array>
+#include <cstddef>
 #include <optional>
 #include <random>
+#include <utility>
+#include <vector>
 
 namespace KesDriver {
 
-/// A relay for the simulated bench: a time-overcurrent stage whose true characteristic is a
-/// little off the ideal one, as a real relay's is. Its current is that of the first phase.
+/// A relay for the simulated bench: overcurrent stages whose true characteristic is a little off the ideal
+/// one, as a real relay's is. The phase stages see the largest current of the three phases, the residual one
+/// the sum of the phases. Start and trip contact are common to all stages.
+///
+/// Directional phase stages compare the current of each phase with the voltage between the two others, turned
+/// onto that of the phase; the residual one compares the sum of the currents with that of the voltages,
+/// reversed. Without a voltage they do not operate.
 ///
 /// Its deviations come from a fixed seed: the same test gives the same results, always.
 /// Called by the simulated device only.
@@ -24,17 +33,40 @@ public:
         DefiniteTime,
         IeeeModeratelyInverse,
         IeeeVeryInverse,
-        IeeeExtremelyInverse
+        IeeeExtremelyInverse,
+        Table
     };
 
-    struct Settings {
+    enum class Direction { None, Forward, Reverse };
+
+    /// What the outputs feed: each its phase, with the residual input in the common return; or all of them
+    /// together that one phase, or the residual input alone.
+    enum class Connection { Phases, PhaseA, PhaseB, PhaseC, Residual };
+
+    struct Stage {
+        bool isUsed = false;
         /// In amperes, above zero.
         double settingCurrent = 1.0;
-        /// TMS, above zero; plays no part for the definite time.
+        /// TMS, above zero; plays no part for the definite time and the table.
         double timeMultiplier = 1.0;
         Curve curve = Curve::StandardInverse;
         /// In seconds.
         double definiteTime = 1.0;
+        /// Multiples of the setting, rising, and seconds. Between two of them times lie on a straight line of
+        /// logarithmic axes; below the first one the stage does not operate.
+        std::vector<std::pair<double, double>> table{};
+        Direction direction = Direction::None;
+    };
+
+    /// The last stage is the residual one.
+    static constexpr std::size_t stageCount = 4;
+    static constexpr std::size_t residualStage = 3;
+
+    struct Settings {
+        std::array<Stage, stageCount> stages{Stage{true}};
+        /// Of the current against the voltage, in degrees; for all directional stages.
+        double characteristicAngle = -45.0;
+        Connection connection = Connection::Phases;
         /// The inputs that the contacts are wired to.
         unsigned tripInput = 1;
         unsigned startInput = 2;
@@ -59,12 +91,18 @@ private:
         void move(bool closed, Time at);
     };
 
-    /// The time in seconds in which the stage operates at this multiple of its setting; none when it does
-    /// not.
-    std::optional<double> _getOperateTime(double multiple) const;
+    /// What has become of a stage.
+    struct Element {
+        /// The current as a multiple of the true setting.
+        double multiple = 0.0;
+        bool isPickedUp = false;
+        /// The share of the operate time that is over.
+        double travelled = 0.0;
+    };
+
+    bool _isPickedUp() const;
     void _advance(Time time);
-    void _pickUp();
-    void _dropOff();
+    void _measure(const OutputState& outputs);
     void _predictTrip();
     /// Uniform within [least, most].
     double _draw(double least, double most);
@@ -76,11 +114,7 @@ private:
     double _timeError = 0.0;
 
     Time _time{0};
-    /// The current as a multiple of the true setting.
-    double _multiple = 0.0;
-    bool _isPickedUp = false;
-    /// The share of the operate time that is over.
-    double _travelled = 0.0;
+    std::array<Element, stageCount> _elements{};
     Time _tripDelay{0};
     Contact _start;
     Contact _trip;

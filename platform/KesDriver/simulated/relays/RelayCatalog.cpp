@@ -76,21 +76,112 @@ bool setInput(unsigned& target, std::string_view text)
 
 using Overcurrent = OvercurrentRelay::Settings;
 
-bool setCurve(Overcurrent& values, std::string_view text)
+/// The value of a word in a list of them.
+template <typename Value, std::size_t N>
+bool setWord(Value& target, std::string_view text, const std::string_view (&words)[N])
 {
-    constexpr std::string_view names[] = {"SI", "VI", "EI", "LTI", "DT", "IEEE-MI", "IEEE-VI", "IEEE-EI"};
-    const auto found = std::find(std::begin(names), std::end(names), text);
-    if (found == std::end(names))
+    const auto found = std::find(std::begin(words), std::end(words), text);
+    if (found == std::end(words))
         return false;
-    values.curve = static_cast<OvercurrentRelay::Curve>(found - std::begin(names));
+    target = static_cast<Value>(found - std::begin(words));
     return true;
 }
 
+/// A stage is in use once its setting is told; 0 takes it out of use.
+template <std::size_t stage>
+bool setPickUp(Overcurrent& values, std::string_view text)
+{
+    values.stages[stage].isUsed = FieldText::readNumber(text) != 0.0;
+    return !values.stages[stage].isUsed || setPositive(values.stages[stage].settingCurrent, text);
+}
+
+template <std::size_t stage>
+bool setMultiplier(Overcurrent& values, std::string_view text)
+{
+    return setPositive(values.stages[stage].timeMultiplier, text);
+}
+
+template <std::size_t stage>
+bool setCurve(Overcurrent& values, std::string_view text)
+{
+    constexpr std::string_view words[] = {"SI",      "VI",      "EI",      "LTI",  "DT",
+                                          "IEEE-MI", "IEEE-VI", "IEEE-EI", "TABLE"};
+    return setWord(values.stages[stage].curve, text, words);
+}
+
+template <std::size_t stage>
+bool setTime(Overcurrent& values, std::string_view text)
+{
+    return setPositive(values.stages[stage].definiteTime, text);
+}
+
+/// "2:10;5:3.5"
+template <std::size_t stage>
+bool setTable(Overcurrent& values, std::string_view text)
+{
+    constexpr std::size_t mostPairs = 50;
+    const auto parts = FieldText::split(text, ';', mostPairs);
+    if (!parts)
+        return false;
+    auto& table = values.stages[stage].table;
+    table.clear();
+    for (const auto part : *parts) {
+        const auto colon = std::min(part.find(':'), part.size());
+        auto& [multiple, seconds] = table.emplace_back();
+        if (!setPositive(multiple, part.substr(0, colon)) ||
+            !setPositive(seconds, part.substr(std::min(colon + 1, part.size()))))
+            return false;
+    }
+    return std::is_sorted(table.begin(), table.end());
+}
+
+template <std::size_t stage>
+bool setDirection(Overcurrent& values, std::string_view text)
+{
+    constexpr std::string_view words[] = {"NONE", "FORWARD", "REVERSE"};
+    return setWord(values.stages[stage].direction, text, words);
+}
+
+bool setConnection(Overcurrent& values, std::string_view text)
+{
+    constexpr std::string_view words[] = {"PHASES", "A", "B", "C", "N"};
+    return setWord(values.connection, text, words);
+}
+
+bool setAngle(Overcurrent& values, std::string_view text)
+{
+    const auto value = FieldText::readNumber(text);
+    values.characteristicAngle = value.value_or(0.0);
+    return value && std::fabs(*value) <= 180.0;
+}
+
 constexpr Setting<Overcurrent> overcurrentSettings[] = {
-    {"pickup", [](Overcurrent& to, std::string_view text) { return setPositive(to.settingCurrent, text); }},
-    {"tms", [](Overcurrent& to, std::string_view text) { return setPositive(to.timeMultiplier, text); }},
-    {"curve", setCurve},
-    {"time", [](Overcurrent& to, std::string_view text) { return setPositive(to.definiteTime, text); }},
+    {"pickup", setPickUp<0>},
+    {"tms", setMultiplier<0>},
+    {"curve", setCurve<0>},
+    {"time", setTime<0>},
+    {"table", setTable<0>},
+    {"direction", setDirection<0>},
+    {"pickup2", setPickUp<1>},
+    {"tms2", setMultiplier<1>},
+    {"curve2", setCurve<1>},
+    {"time2", setTime<1>},
+    {"table2", setTable<1>},
+    {"direction2", setDirection<1>},
+    {"pickup3", setPickUp<2>},
+    {"tms3", setMultiplier<2>},
+    {"curve3", setCurve<2>},
+    {"time3", setTime<2>},
+    {"table3", setTable<2>},
+    {"direction3", setDirection<2>},
+    {"pickupN", setPickUp<3>},
+    {"tmsN", setMultiplier<3>},
+    {"curveN", setCurve<3>},
+    {"timeN", setTime<3>},
+    {"tableN", setTable<3>},
+    {"directionN", setDirection<3>},
+    {"angle", setAngle},
+    {"connection", setConnection},
     {"trip", [](Overcurrent& to, std::string_view text) { return setInput(to.tripInput, text); }},
     {"start", [](Overcurrent& to, std::string_view text) { return setInput(to.startInput, text); }},
 };

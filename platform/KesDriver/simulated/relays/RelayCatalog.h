@@ -15,8 +15,11 @@ namespace KesDriver::RelayCatalog {
 KES_EXPORT std::vector<std::string> getKinds();
 
 /// Makes a relay of a kind at rest. Each setting is "<name>=<value>"; one that is not given has its default.
-/// "overcurrent": `pickup` (A), `tms`, `curve` (SI, VI, EI, LTI or DT), `time` (s, of DT), `trip` and `start`
-/// (the inputs of the contacts).
+/// "overcurrent": for each stage `pickup` (A; 0: not used), `tms`, `curve` (SI, VI, EI, LTI, DT, IEEE-MI,
+/// IEEE-VI, IEEE-EI or TABLE), `time` (s, of DT), `table` ("2:10;5:3.5") and `direction` (NONE, FORWARD,
+/// REVERSE); those of the second and third stage end in 2 and 3, those of the residual one in N. `angle`
+/// (degrees, of the directional stages), `connection` (what the outputs feed: PHASES, or all of them A, B, C
+/// or N), `trip` and `start` (the inputs of the contacts).
 /// "voltage-frequency": `nominal` (V, phase to phase), the stages `U<`, `U>` (V), `f<`, `f>` (Hz) and `rate`
 /// (Hz/s, below zero for a falling frequency), 0 for a stage that is not used, their delays `tU<`, `tU>`,
 /// `tf<`, `tf>` and `trate` (s), `trip` and `start`.

@@ -1,0 +1,240 @@
+#include <Overcurrent/data/OperateCurve.h>
+#include <Overcurrent/data/PlanTexts.h>
+#include <Overcurrent/data/ResultTexts.h>
+#include <Overcurrent/data/StageTimes.h>
+#include <Overcurrent/data/TestSequences.h>
+#include <Overcurrent/data/TimeBand.h>
+
+#include <support/Message.h>
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <complex>
+#include <numbers>
+
+using namespace Overcurrent;
+using KesTest::message;
+using testing::HasSubstr;
+
+namespace {
+
+/// I> 1 A with 10 s, I>> 5 A with 0.3 s, I0> 0.2 A with 0.5 s, all of definite time.
+RelaySettings threeStages()
+{
+    RelaySettings settings;
+    settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
+    settings[StageId::First].definiteTime = 10.0;
+    settings[StageId::Second].isUsed = true;
+    settings[StageId::Residual].isUsed = true;
+    return settings;
+}
+
+StageId stageAt(const RelaySettings& settings, const FaultCase& faultCase, double multiple)
+{
+    return TimeBand::at(settings, faultCase, multiple)->stage;
+}
+
+std::complex<double> complexOf(const KesDriver::Phasor& phasor)
+{
+    return std::polar(phasor.magnitude, phasor.degrees * std::numbers::pi / 180.0);
+}
+
+} // namespace
+
+TEST(TableCurveTest, GoesStraightOnLogarithmicAxesBetweenItsPairs)
+{
+    Stage stage{true};
+    stage.curve = CurveKind::TableCurve;
+    stage.table = {{2.0, 16.0}, {8.0, 1.0}, {10.0, 1.0}};
+    const std::pair<double, double> cases[] = {{2.0, 16.0}, {4.0, 4.0}, {8.0, 1.0}, {9.0, 1.0}, {50.0, 1.0}};
+    for (const auto& [multiple, seconds] : cases)
+        EXPECT_NEAR(OperateCurve::operateTime(stage, multiple).value_or(-1.0), seconds, 1e-9) << multiple;
+    EXPECT_FALSE(OperateCurve::operateTime(stage, 1.99));
+}
+
+TEST(StageTest, TheFastestStageThatSeesTheFaultDecides)
+{
+    const auto settings = threeStages();
+    EXPECT_EQ(stageAt(settings, {Fault::AB}, 2.0), StageId::First);
+    EXPECT_EQ(stageAt(settings, {Fault::AB}, 5.5), StageId::Second);
+    EXPECT_EQ(stageAt(settings, {Fault::ABC}, 2.0), StageId::First);
+    // A fault to earth is seen by all, N by the residual stage first: a third of it is in each phase.
+    EXPECT_EQ(stageAt(settings, {Fault::C}, 2.0), StageId::Residual);
+    EXPECT_EQ(stageAt(settings, {Fault::C}, 5.5), StageId::Second);
+    EXPECT_EQ(stageAt(settings, {Fault::N}, 70.0), StageId::Residual);
+    EXPECT_EQ(stageAt(settings, {Fault::N}, 76.0), StageId::Second);
+    EXPECT_DOUBLE_EQ(StageTimes::referenceCurrent(settings, {Fault::N}), 0.2);
+    EXPECT_DOUBLE_EQ(StageTimes::referenceCurrent(settings, {Fault::C}), 1.0);
+    EXPECT_DOUBLE_EQ(StageTimes::pickUpCurrent(settings, {Fault::C}), 0.2);
+    EXPECT_DOUBLE_EQ(StageTimes::pickUpCurrent(settings, {Fault::BC}), 1.0);
+}
+
+TEST(StageTest, AStageOfTheOtherDirectionDoesNotCount)
+{
+    auto settings = threeStages();
+    settings[StageId::Second].direction = DirectionKind::ForwardOnly;
+    EXPECT_EQ(stageAt(settings, {Fault::AB, FaultDirection::Forward}, 6.0), StageId::Second);
+    EXPECT_EQ(stageAt(settings, {Fault::AB, FaultDirection::Reverse}, 6.0), StageId::First);
+    settings[StageId::First].direction = DirectionKind::ForwardOnly;
+    EXPECT_FALSE(TimeBand::at(settings, {Fault::AB, FaultDirection::Reverse}, 6.0));
+}
+
+/// Near the setting of a faster stage nobody knows whether it operates.
+TEST(StageTest, BothOutcomesAreRightWithinTheToleranceOfAFasterStage)
+{
+    const auto settings = threeStages();
+    for (const double multiple : {4.95, 5.05}) {
+        const auto band = TimeBand::at(settings, {Fault::AB}, multiple);
+        EXPECT_NEAR(band->earliest, 0.3 - 0.03, 1e-9) << multiple;
+        EXPECT_NEAR(*band->latest, 10.5, 1e-9) << multiple;
+    }
+    EXPECT_NEAR(TimeBand::at(settings, {Fault::AB}, 4.85)->earliest, 9.5, 1e-9);
+    EXPECT_NEAR(*TimeBand::at(settings, {Fault::AB}, 5.15)->latest, 0.33, 1e-9);
+}
+
+TEST(FaultTest, SharesAreThoseOfTheCurrentsPutOut)
+{
+    for (const auto fault : allFaults) {
+        std::complex<double> sum;
+        double largest = 0.0;
+        unsigned phases = 0;
+        const auto outputs = TestSequences::outputs(RelaySettings(), TestPlan(), fault, 6.0);
+        for (const auto& current : outputs.currents) {
+            sum += complexOf(current);
+            largest = std::max(largest, current.magnitude);
+            phases += current.magnitude > 0.0;
+        }
+        EXPECT_EQ(outputs.voltages, KesDriver::OutputState().voltages) << "without directional stages";
+        EXPECT_NEAR(std::abs(sum), 6.0 * Faults::residualShare(fault), 1e-9) << Faults::wordOf(fault);
+        EXPECT_DOUBLE_EQ(largest, 6.0 * Faults::phaseShare(fault));
+        EXPECT_EQ(phases, Faults::countPhases(fault));
+        EXPECT_EQ(Faults::find(Faults::wordOf(fault)), fault);
+    }
+}
+
+/// Seen from the loop that carries the fault's current.
+TEST(FaultTest, TheCurrentHasTheCharacteristicAngleAgainstItsVoltage)
+{
+    auto settings = threeStages();
+    settings[StageId::First].direction = DirectionKind::ForwardOnly;
+    settings.characteristicAngle = -60.0;
+    constexpr std::pair<Fault, std::pair<int, int>> loops[] = {
+        {Fault::A, {0, -1}}, {Fault::B, {1, -1}}, {Fault::C, {2, -1}}, {Fault::ABC, {1, -1}},
+        {Fault::AB, {0, 1}}, {Fault::BC, {1, 2}}, {Fault::CA, {2, 0}}, {Fault::N, {0, -1}}};
+    for (const bool isForward : {true, false})
+        for (const auto& [fault, loop] : loops) {
+            TestPlan plan;
+            plan.direction = isForward ? FaultDirection::Forward : FaultDirection::Reverse;
+            const auto outputs = TestSequences::outputs(settings, plan, fault, 1.0);
+            const auto volts = [&](int phase) {
+                return phase < 0 ? 0.0 : complexOf(outputs.voltages[static_cast<std::size_t>(phase)]);
+            };
+            const auto ratio = complexOf(outputs.currents[static_cast<std::size_t>(loop.first)]) /
+                               (volts(loop.first) - volts(loop.second));
+            EXPECT_NEAR(std::arg(ratio) * 180.0 / std::numbers::pi, isForward ? -60.0 : 120.0, 1e-6)
+                << Faults::wordOf(fault);
+        }
+}
+
+TEST(FaultTest, OutputsInParallelShareTheCurrent)
+{
+    TestPlan plan;
+    plan.faults = {Fault::B};
+    plan.outputsPerPhase = 3;
+    const auto currents = TestSequences::outputs(RelaySettings(), plan, Fault::B, 90.0).currents;
+    for (const auto& current : currents)
+        EXPECT_EQ(current, (KesDriver::Phasor{30.0, -120.0}));
+    RelaySettings settings;
+    settings.nominalCurrent = settings[StageId::First].settingCurrent = 4.0;
+    EXPECT_TRUE(plan.check(settings, KesDriver::OutputLimits()));
+    plan.outputsPerPhase = 2;
+    EXPECT_THAT(message(plan.check(settings, KesDriver::OutputLimits())),
+                HasSubstr("20 x Is is 80 A, but the device puts out at most 64 A"));
+}
+
+TEST(FaultTest, RefusesWhatCannotBeWiredOrSeen)
+{
+    struct {
+        const char* reason;
+        void (*spoil)(RelaySettings& settings, TestPlan& plan);
+    } const cases[] = {
+        {"no fault to try", [](RelaySettings&, TestPlan& plan) { plan.faults.clear(); }},
+        {"a fault twice",
+         [](RelaySettings&, TestPlan& plan) {
+             plan.faults = {Fault::A, Fault::A};
+         }},
+        {"Fault AB takes 4 current outputs, with 2 in parallel for each phase; the device has 3",
+         [](RelaySettings&, TestPlan& plan) {
+             plan.faults = {Fault::AB};
+             plan.outputsPerPhase = 2;
+         }},
+        {"cannot be both A and N",
+         [](RelaySettings&, TestPlan& plan) {
+             plan.faults = {Fault::A, Fault::N};
+             plan.outputsPerPhase = 3;
+         }},
+        {"No stage in use sees fault N",
+         [](RelaySettings& settings, TestPlan& plan) {
+             plan.faults = {Fault::N};
+             settings[StageId::Residual].isUsed = false;
+         }},
+        {"At 1.5 x Is no stage operates with fault BC",
+         [](RelaySettings& settings, TestPlan& plan) {
+             plan.faults = {Fault::BC};
+             settings[StageId::First].curve = CurveKind::TableCurve;
+         }},
+        {"No stage in use sees fault A",
+         [](RelaySettings& settings, TestPlan& plan) {
+             plan.direction = FaultDirection::Reverse;
+             settings.stages.fill(settings[StageId::First]);
+             for (auto& stage : settings.stages)
+                 stage.direction = DirectionKind::ForwardOnly;
+         }},
+    };
+    for (const auto& test : cases) {
+        auto settings = threeStages();
+        TestPlan plan;
+        EXPECT_TRUE(plan.check(settings)) << message(plan.check(settings));
+        test.spoil(settings, plan);
+        EXPECT_THAT(message(plan.check(settings)), HasSubstr(test.reason));
+    }
+}
+
+TEST(PlanTextsTest, ChoicesThatMakeNoPlanKeepNoTextFromBeingTaken)
+{
+    PlanTexts texts{TestPlan()};
+    texts.choices.faults = {Fault::AB, Fault::N};
+    texts.choices.direction = FaultDirection::Reverse;
+    TestPlan plan;
+    ASSERT_FALSE(texts.read(plan));
+    EXPECT_EQ(plan.faults, texts.choices.faults);
+    EXPECT_EQ(plan.direction, FaultDirection::Reverse);
+    texts.choices.outputsPerPhase = 2;
+    texts[PlanField::Timeout] = "70";
+    const auto error = texts.read(plan);
+    ASSERT_TRUE(error);
+    EXPECT_THAT(error->text, HasSubstr("Fault AB takes 4"));
+    EXPECT_EQ(plan.timeout, 70.0);
+    EXPECT_EQ(plan.outputsPerPhase, 1u);
+}
+
+TEST(ResultTextsTest, NameFaultAndStageOfEachPoint)
+{
+    TestResults results;
+    results.settings = threeStages();
+    results.plan.faults = {Fault::BC, Fault::N};
+    results.plan.multiples = {6.0};
+    results.points = {{{Fault::BC, 6.0}, MeasureState::Measured, std::chrono::milliseconds(310)},
+                      {{Fault::N, 6.0}, MeasureState::NoOperation, {}}};
+    results.pickUp = RampResult{MeasureState::Measured, 1.01, 1.0};
+    const auto table = ResultTexts::createTable(results);
+    std::string all;
+    for (const auto& row : table.rows)
+        for (const auto& cell : row.cells)
+            all += cell + "|";
+    EXPECT_THAT(all, HasSubstr("1|BC|6.00|6.000|I>>|0.300|0.310|"));
+    EXPECT_THAT(all, HasSubstr("2|N|6.00|1.200|I0>|0.500|-|"));
+    EXPECT_EQ(table.values[0].name, "Pick-up (BC, I>)");
+    EXPECT_THAT(ResultTexts::describe(results, results.points[1]), HasSubstr("N, 6.00 x Is, I0>"));
+}
