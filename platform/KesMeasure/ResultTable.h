@@ -20,6 +20,8 @@ struct ResultTable {
         bool isNumber = true;
         /// The cells tell a band; files tell its ends instead.
         bool isBand = false;
+        /// In the window, too; else only where there is room for it: in reports and files.
+        bool isInWindow = true;
 
         bool operator==(const Column&) const = default;
     };

@@ -1,14 +1,12 @@
 #include <KesMeasure/SpreadColumn.h>
 
-#include <KesCommon/StringHelper.h>
 #include <KesMeasure/MeasureText.h>
 
 #include <algorithm>
 
 namespace KesMeasure {
 
-void addSpreadColumn(ResultTable& table, unsigned repetitions, const std::string& unit,
-                     const std::vector<std::string>& spreads)
+void addSpreadColumn(ResultTable& table, const std::string& unit, const std::vector<std::string>& spreads)
 {
     using lng::Measure::get;
     const auto measured =
@@ -16,7 +14,7 @@ void addSpreadColumn(ResultTable& table, unsigned repetitions, const std::string
                      [](const ResultTable::Column& column) { return column.name == "measured"; });
     const std::string ending = unit.empty() ? unit : ", " + unit;
     const auto place = measured - table.columns.begin() + 1;
-    measured->title = Kes::StringHelper::format(get("Column.mean"), repetitions) + ending;
+    measured->title = get("Column.mean") + ending;
     table.columns.insert(measured + 1, {"spread", get("Column.spread") + ending});
     for (std::size_t i = 0; i < table.rows.size(); ++i) {
         auto& cells = table.rows[i].cells;

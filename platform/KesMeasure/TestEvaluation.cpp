@@ -133,7 +133,7 @@ ResultTable createTable(const MeasurementPlan& plan, const TestRecord* record, u
     std::vector<std::string> spreads;
     for (std::size_t i = 0; i < plan.size(); ++i)
         spreads.push_back(spreadText(plan[i], readingOf(record, i)));
-    addSpreadColumn(table, repetitions, "", spreads);
+    addSpreadColumn(table, "", spreads);
     return table;
 }
 

@@ -153,7 +153,8 @@ void ResultTableView::_setColumns(const std::vector<ResultTable::Column>& column
     _store = Gtk::ListStore::create(*_columns);
     _table.set_model(_store);
     for (std::size_t i = 0; i < columns.size(); ++i)
-        _addColumn(columns[i], i);
+        if (columns[i].isInWindow)
+            _addColumn(columns[i], i);
 }
 
 void ResultTableView::get_preferred_height_vfunc(int& minimum, int& natural) const

@@ -131,7 +131,7 @@ TEST_F(RepeatTest, TheWorstOfSeveralTimesCountsAndAllAreKept)
     const auto spread = std::find_if(table.columns.begin(), table.columns.end(),
                                      [](const auto& column) { return column.name == "spread"; });
     ASSERT_NE(spread, table.columns.end());
-    EXPECT_EQ((spread - 1)->title, "Mean of 3, s");
+    EXPECT_EQ((spread - 1)->title, "Mean, s");
     EXPECT_EQ(table.rows[2].cells[static_cast<std::size_t>(spread - table.columns.begin())], "2.000");
     const auto saved = *model.getResults();
     const auto stream = model.getDataStream();

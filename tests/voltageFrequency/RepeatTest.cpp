@@ -187,7 +187,7 @@ TEST_F(RepeatTest, EachValueIsMeasuredSeveralTimesAndTheWorstCounts)
         results.readings[4] = KesMeasure::Reading::ofSingles({plan[4].expected}, {MeasureState::NoOperation});
     });
     const auto table = model.getShownTest().table;
-    EXPECT_EQ(table.columns[5].title, "Mean of 3");
+    EXPECT_EQ(table.columns[5].title, "Mean");
     EXPECT_EQ(table.columns[6].name, "spread");
     EXPECT_EQ(table.rows[2].mark, KesMeasure::Mark::Failed);
     EXPECT_NEAR(std::stod(table.rows[2].cells[6]), 2.0 * (plan[2].upper - plan[2].lower), 1e-2);

@@ -166,8 +166,12 @@ ResultTable createTable(const TestResults& results)
         const auto spread = isMeasured ? Evaluation::evaluate(results, point).spread : std::nullopt;
         spreads.push_back(spread ? fixed(*spread, 3) : get("Results.notYet"));
     }
-    if (results.plan.repetitions > 1)
-        KesMeasure::addSpreadColumn(table, results.plan.repetitions, get("Unit.second"), spreads);
+    if (results.plan.repetitions == 1)
+        return table;
+    KesMeasure::addSpreadColumn(table, get("Unit.second"), spreads);
+    // The window has no room for one more.
+    for (auto& column : table.columns)
+        column.isInWindow = column.name != "current" && column.name != "deviation";
     return table;
 }
 
