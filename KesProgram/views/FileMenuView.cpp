@@ -16,6 +16,11 @@ FileMenuView::FileMenuView()
     _save.signal_activate().connect([this] { signalSave.emit(); });
     _saveAs.signal_activate().connect([this] { signalSaveAs.emit(); });
 
+    _keys.add(_new, "activate", Keys::newFile);
+    _keys.add(_open, "activate", Keys::openFile);
+    _keys.add(_save, "activate", Keys::saveFile);
+    _keys.add(_saveAs, "activate", Keys::saveFileAs);
+
     for (auto* item : {&_new, &_open, &_save, &_saveAs})
         _menu.append(*item);
     set_submenu(_menu);

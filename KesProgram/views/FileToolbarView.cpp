@@ -1,6 +1,7 @@
 #include <KesProgram/views/FileToolbarView.h>
 
 #include <KesProgram/text/Program.h>
+#include <KesProgram/views/WindowKeys.h>
 
 namespace KesProgram {
 
@@ -13,6 +14,11 @@ FileToolbarView::FileToolbarView()
     _new.signal_clicked().connect([this] { signalNew.emit(); });
     _open.signal_clicked().connect([this] { signalOpen.emit(); });
     _save.signal_clicked().connect([this] { signalSave.emit(); });
+
+    _new.tellKey(Keys::newFile);
+    _open.tellKey(Keys::openFile);
+    // The button always asks for a name.
+    _save.tellKey(Keys::saveFileAs);
 
     for (auto* button : {&_new, &_open, &_save})
         append(*button);

@@ -3,7 +3,6 @@
 #include <KesProgram/text/Program.h>
 #include <KesProgram/views/detail/ToolbarItems.h>
 
-#include <gdk/gdkkeysyms.h>
 #include <gtkmm/window.h>
 
 namespace KesProgram {
@@ -18,8 +17,10 @@ HardwareControlToolbarView::HardwareControlToolbarView()
     _stop.signal_clicked().connect([this] { signalStop.emit(); });
     _powerOff.signal_clicked().connect([this] { signalPowerOff.emit(); });
     _stop.set_sensitive(false);
-    _stop.add_accelerator("clicked", _keys, GDK_KEY_Escape, Gdk::ModifierType(), Gtk::AccelFlags());
-    signal_hierarchy_changed().connect([this](Gtk::Widget*) { _joinWindow(); });
+    _keys.add(_start, "clicked", Keys::start);
+    _keys.add(_stop, "clicked", Keys::stop);
+    _start.tellKey(Keys::start);
+    _stop.tellKey(Keys::stop);
 
     for (auto* button : {&_start, &_stop, &_powerOff})
         append(*button);
@@ -49,14 +50,6 @@ void HardwareControlToolbarView::setCanPowerOff(bool can)
 void HardwareControlToolbarView::addToolButton(Kes::IView& view)
 {
     appendToolView(*this, view);
-}
-
-void HardwareControlToolbarView::_joinWindow()
-{
-    auto* window = dynamic_cast<Gtk::Window*>(get_toplevel());
-    // A toolbar that comes back to its window finds its keys still there.
-    if (window && !g_slist_find(gtk_accel_groups_from_object(G_OBJECT(window->gobj())), _keys->gobj()))
-        window->add_accel_group(_keys);
 }
 
 void HardwareControlToolbarView::_allowStop(bool can)

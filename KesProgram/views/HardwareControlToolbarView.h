@@ -3,15 +3,16 @@
 #include <KesCommonView/UpdateViewGuard.h>
 #include <KesProgram/views/IHardwareControlToolbarView.h>
 #include <KesProgram/views/ToolButton.h>
+#include <KesProgram/views/WindowKeys.h>
 
-#include <gtkmm/accelgroup.h>
 #include <gtkmm/toolbar.h>
 
 #include <atomic>
 
 namespace KesProgram {
 
-/// The toolbar of a test: Start, Stop, Power off. In its window, Escape is Stop.
+/// The toolbar of a test: Start, Stop, Power off. In its window, F5 is Start and Escape
+/// is Stop.
 ///
 /// GUI thread, except `setCanStart`, `setCanStop` and `setCanPowerOff`: any thread while the view lives.
 /// Of several such calls from several threads the one made last stands, whatever the order in which they
@@ -26,14 +27,13 @@ public:
     void addToolButton(Kes::IView& view) override;
 
 private:
-    void _joinWindow();
     void _allowStop(bool can);
     void _showPowerOff(bool show);
 
     ToolButton _start;
     ToolButton _stop;
     ToolButton _powerOff;
-    Glib::RefPtr<Gtk::AccelGroup> _keys = Gtk::AccelGroup::create();
+    WindowKeys _keys{*this};
     std::atomic<bool> _canStart = true;
     std::atomic<bool> _canStop = false;
     std::atomic<bool> _canPowerOff = true;

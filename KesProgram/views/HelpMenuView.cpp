@@ -12,6 +12,8 @@ HelpMenuView::HelpMenuView()
     _about.signal_activate().connect([this] { signalAbout.emit(); });
     _help.signal_activate().connect([this] { signalHelp.emit(); });
 
+    _keys.add(_help, "activate", Keys::help);
+
     _menu.append(_about);
     _menu.append(_help);
     set_submenu(_menu);

@@ -3,6 +3,9 @@
 #include <KesCommonView/GtkWidgetHelper.h>
 
 #include <gtkmm/image.h>
+#include <gtkmm/tooltip.h>
+
+#include <algorithm>
 
 namespace KesProgram {
 
@@ -28,6 +31,18 @@ ToolButton::ToolButton(const std::string& imageClass, const std::string& tooltip
     set_tooltip_text(tooltip);
     if (auto* button = get_child())
         Kes::GtkWidgetHelper::setAccessibleName(*button, title);
+}
+
+void ToolButton::tellKey(const Key& key)
+{
+    auto* button = get_child();
+    std::string text = button->get_tooltip_text();
+    text.insert(std::min(text.find('\n'), text.size()), " (" + key.getName() + ")");
+    const auto show = [text](int, int, bool, const Glib::RefPtr<Gtk::Tooltip>& tooltip) {
+        tooltip->set_text(text);
+        return true;
+    };
+    button->signal_query_tooltip().connect(show, false);
 }
 
 } // namespace KesProgram

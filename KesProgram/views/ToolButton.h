@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KesCommon/Export.h>
+#include <KesProgram/views/WindowKeys.h>
 
 #include <gtkmm/toolbutton.h>
 
@@ -17,6 +18,9 @@ class KES_EXPORT ToolButton : public Gtk::ToolButton {
 public:
     /// The style sheet gives the picture to `imageClass`. `tooltip` is the whole text, title line first.
     ToolButton(const std::string& imageClass, const std::string& tooltip);
+
+    /// The tooltip on the screen tells the key behind the title; the tooltip's text stays as it is.
+    void tellKey(const Key& key);
 };
 
 } // namespace KesProgram

@@ -45,6 +45,9 @@ public:
     /// before. Here there is no user: true, without a wait.
     virtual bool showWaiting(const MessageRequest& request, const std::function<bool()>& isOver);
 
+    /// Whether somebody is there to choose; else only what must not happen unasked is worth a question.
+    virtual bool hasUser() const { return true; }
+
     static DialogBackend& get();
     /// Makes `backend` the one in use (null: GTK's boxes) and returns the previous one.
     static std::unique_ptr<DialogBackend> install(std::unique_ptr<DialogBackend> backend);

@@ -13,6 +13,7 @@ class KES_EXPORT UnattendedDialogs : public DialogBackend {
 public:
     DialogResult showMessage(const MessageRequest& request) override;
     std::string chooseFile(const FileRequest& request) override;
+    bool hasUser() const override { return false; }
 
     /// The texts of the last messages and questions, oldest first, so that the program can tell why it
     /// failed.

@@ -60,6 +60,12 @@ double HeatBudget::_getCooling() const
            std::max(_getCapacity(_withstand.tenSeconds), _getCapacity(_withstand.oneSecond));
 }
 
+void HeatBudget::follow(const HeatBudget& former, double seconds)
+{
+    _share = former._share;
+    add(0.0, seconds);
+}
+
 void HeatBudget::add(double amperes, double seconds)
 {
     const double multiple = amperes / _withstand.nominalAmperes;

@@ -22,6 +22,8 @@ public:
 
     double getShare() const { return _share; }
 
+    /// As warm as another one, some seconds without current later.
+    void follow(const HeatBudget& former, double seconds);
     /// The current flows for a time in seconds.
     void add(double amperes, double seconds);
     /// The sequence runs, each step for its whole time.

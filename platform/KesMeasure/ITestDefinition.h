@@ -23,6 +23,8 @@ public:
     virtual Kes::Result check() const = 0;
     /// What is measured, in order; of settings that make no test, something that makes no sense.
     virtual MeasurementPlan createPlan() const = 0;
+    /// How many times each is made, 1 to `SinglesXml::mostRepetitions`.
+    virtual unsigned getRepetitions() const { return 1; }
     /// The test object for the simulated bench: at rest, set as the settings say.
     virtual std::shared_ptr<KesDriver::ISimulatedTestObject> makeTestObject() const = 0;
 };

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <KesCommon/Export.h>
 #include <KesDriver/Outputs.h>
 #include <KesMeasure/SequenceRecorder.h>
 #include <KesMeasure/TestState.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -15,7 +17,13 @@ namespace KesMeasure {
 /// What one measurement gave. In the unit of its plan; no value unless measured.
 struct Reading {
     MeasureState state = MeasureState::Measured;
+    /// The mean when it was measured several times.
     double value = 0.0;
+    /// The single values then, in order; those before it when the last one was not measured.
+    std::vector<double> singles{};
+
+    /// Of several measurements of the same, the last of which may be one that was not measured.
+    KES_EXPORT static Reading ofSingles(std::vector<double> singles, const Reading& last);
 
     bool operator==(const Reading&) const = default;
 };
@@ -42,9 +50,12 @@ struct PlannedMeasurement {
     std::function<std::optional<Reading>(std::size_t sequence, const SequenceRecord& record)> read;
 
     bool isWithin(double value) const { return value >= lower && value <= upper; }
+    /// Of several single values the worst counts.
     bool isPassed(const Reading& reading) const
     {
-        return reading.state == MeasureState::Measured && isWithin(reading.value);
+        const auto& singles = reading.singles;
+        return reading.state == MeasureState::Measured && isWithin(reading.value) &&
+               std::all_of(singles.begin(), singles.end(), [this](double value) { return isWithin(value); });
     }
 };
 

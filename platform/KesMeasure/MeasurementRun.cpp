@@ -1,35 +1,69 @@
 #include <KesMeasure/MeasurementRun.h>
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace KesMeasure {
 
 IMeasurementListener::~IMeasurementListener() = default;
 
-MeasurementRun::MeasurementRun(const MeasurementPlan& plan, KesDevice::Kesto& kesto, RunControl& control,
-                               IMeasurementListener& listener)
-    : _plan(plan), _listener(listener), _recorder(kesto, control)
-{}
+namespace {
+
+std::vector<double> durationsOf(const MeasurementPlan& plan, const RunOrder& order)
+{
+    std::vector<double> durations;
+    for (const auto index : order.indices)
+        durations.insert(durations.end(), order.repetitions, plan[index].seconds);
+    return durations;
+}
+
+} // namespace
+
+MeasurementRun::MeasurementRun(const MeasurementPlan& plan, RunOrder order, KesDevice::Kesto& kesto,
+                               RunControl& control, IMeasurementListener& listener)
+    : _plan(plan),
+      _order(std::move(order)),
+      _listener(listener),
+      _clock(durationsOf(plan, _order)),
+      _recorder(kesto, control)
+{
+    _recorder.onTime = [this](KesDriver::DeviceTime now) {
+        _clock.setTime(now);
+        _tell(_position);
+    };
+}
 
 RunEnd MeasurementRun::execute()
 {
-    double whole = 0.0;
-    for (const auto& planned : _plan)
-        whole += planned.seconds;
-    double done = 0.0;
-    for (std::size_t i = 0; i < _plan.size(); ++i) {
-        _listener.onMeasurement(i, whole > 0.0 ? done / whole : 0.0);
-        Reading reading;
-        if (const auto end = _measure(_plan[i], reading); end != RunEnd::Complete)
+    for (const auto index : _order.indices)
+        if (const auto end = _measure(index); end != RunEnd::Complete)
             return end;
-        done += _plan[i].seconds;
-        _listener.onReading(reading);
-    }
     return RunEnd::Complete;
 }
 
-RunEnd MeasurementRun::_measure(const PlannedMeasurement& planned, Reading& reading)
+RunEnd MeasurementRun::_measure(std::size_t index)
+{
+    std::vector<double> singles;
+    Reading reading;
+    for (unsigned i = 1; i <= _order.repetitions && reading.state == MeasureState::Measured; ++i) {
+        _clock.beginStep();
+        _tell({index, i, {}});
+        if (const auto end = _measureOnce(_plan[index], reading); end != RunEnd::Complete)
+            return end;
+        if (reading.state == MeasureState::Measured)
+            singles.push_back(reading.value);
+    }
+    _listener.onReading(index, Reading::ofSingles(std::move(singles), reading));
+    return RunEnd::Complete;
+}
+
+void MeasurementRun::_tell(const RunPosition& position)
+{
+    _position = position;
+    _position.times = _clock.getTimes();
+    _listener.onPosition(_position);
+}
+
+RunEnd MeasurementRun::_measureOnce(const PlannedMeasurement& planned, Reading& reading)
 try {
     for (std::size_t i = 0; i < planned.sequences.size(); ++i) {
         const auto outcome = _recorder.run(planned.sequences[i]);

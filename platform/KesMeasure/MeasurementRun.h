@@ -3,27 +3,45 @@
 #include <KesCommon/Export.h>
 #include <KesDevice/Kesto.h>
 #include <KesMeasure/Measurement.h>
+#include <KesMeasure/RunClock.h>
 #include <KesMeasure/RunControl.h>
 
 #include <string>
+#include <vector>
 
 namespace KesMeasure {
+
+/// What a run measures of a plan.
+struct RunOrder {
+    /// Which of the plan's measurements, one after the other.
+    std::vector<std::size_t> indices;
+    /// How many times each.
+    unsigned repetitions = 1;
+};
+
+/// Where a run is.
+struct RunPosition {
+    /// Which of the plan's measurements, and which repetition of it, from 1.
+    std::size_t index = 0;
+    unsigned repetition = 1;
+    RunTimes times;
+};
 
 /// Hears what a run does, on the start thread.
 class KES_EXPORT IMeasurementListener {
 public:
     virtual ~IMeasurementListener();
 
-    /// A measurement begins: which one, from 0, and the share of the expected time that is over, 0 to 1.
-    virtual void onMeasurement(std::size_t index, double progress) = 0;
-    virtual void onReading(const Reading& reading) = 0;
+    /// Where the run is; several times within a measurement.
+    virtual void onPosition(const RunPosition& position) = 0;
+    virtual void onReading(std::size_t index, const Reading& reading) = 0;
 };
 
-/// Makes the measurements of a plan, one after the other. Made for one run, on the start thread.
+/// Makes measurements of a plan, one after the other. Made for one run, on the start thread.
 class KES_EXPORT MeasurementRun {
 public:
-    /// All of them outlive it. The plan suits the device.
-    MeasurementRun(const MeasurementPlan& plan, KesDevice::Kesto& kesto, RunControl& control,
+    /// Plan, device, control and listener outlive it. The plan suits the device.
+    MeasurementRun(const MeasurementPlan& plan, RunOrder order, KesDevice::Kesto& kesto, RunControl& control,
                    IMeasurementListener& listener);
 
     /// Returns when everything is measured, the run was stopped, or the device failed; all outputs are zero
@@ -34,11 +52,16 @@ public:
     const std::string& getError() const { return _error; }
 
 private:
-    RunEnd _measure(const PlannedMeasurement& planned, Reading& reading);
+    RunEnd _measure(std::size_t index);
+    RunEnd _measureOnce(const PlannedMeasurement& planned, Reading& reading);
+    void _tell(const RunPosition& position);
     RunEnd _fail(std::string error);
 
     const MeasurementPlan& _plan;
+    const RunOrder _order;
     IMeasurementListener& _listener;
+    RunClock _clock;
+    RunPosition _position;
     SequenceRecorder _recorder;
     std::string _error;
 };

@@ -2,6 +2,7 @@
 
 #include <KesMeasure/Mark.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,6 +20,10 @@ struct ResultTable {
         bool isNumber = true;
         /// The cells tell a band; files tell its ends instead.
         bool isBand = false;
+        /// In the window, too; else only where there is room for it: in reports and files.
+        bool isInWindow = true;
+
+        bool operator==(const Column&) const = default;
     };
     /// Where a value has to lie, for files: numbers as in cells, empty where there is no band.
     struct Band {
@@ -49,6 +54,9 @@ struct ResultTable {
         std::optional<double> number{};
         std::string unit{};
         Band band{};
+        /// A measured value that can be measured again by itself counts as a row behind the last one; this
+        /// is its number, from 0.
+        std::optional<std::size_t> row{};
 
         bool operator==(const Value&) const = default;
     };

@@ -55,4 +55,13 @@ std::string shortest(double value)
     return localised(Kes::StringHelper::format("%.6g", value));
 }
 
+std::string duration(double seconds)
+{
+    const long long whole = std::llround(std::max(seconds, 0.0));
+    const long long minutes = whole / 60;
+    if (minutes < 60)
+        return Kes::StringHelper::format("%lld:%02lld", minutes, whole % 60);
+    return Kes::StringHelper::format("%lld:%02lld:%02lld", minutes / 60, minutes % 60, whole % 60);
+}
+
 } // namespace KesMeasure::ScreenNumber

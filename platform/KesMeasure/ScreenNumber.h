@@ -23,4 +23,7 @@ KES_EXPORT std::string withSign(double value, int decimals);
 /// With as few digits as the number needs, at most six significant ones.
 KES_EXPORT std::string shortest(double value);
 
+/// A time in seconds as a clock shows it: "0:42", "1:02:05".
+KES_EXPORT std::string duration(double seconds);
+
 } // namespace KesMeasure::ScreenNumber

@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 /// A device that has not told the end of a sequence this long after it was due, on its clock and on the
 /// host's, will not tell it any more. Both count: a fast simulated clock would soon be late on its own.
 constexpr auto grace = 5s;
-constexpr auto lookAgain = 500ms;
+constexpr auto lookAgain = 250ms;
 constexpr auto faultDelay = 300ms;
 constexpr auto endDelay = 500ms;
 
@@ -51,8 +51,10 @@ SequenceRecorder::Outcome SequenceRecorder::run(const KesDriver::OutputSequence&
         return Outcome::Stopped;
     KesDriver::DeviceTime begin{0};
     auto result = _kesto.readTime(begin);
-    if (result)
+    if (result) {
+        _tellTime(begin);
         result = _kesto.runSequence(sequence);
+    }
     if (!result)
         return _control.isStopped() ? Outcome::Stopped : _fail(textOf(result));
     const auto outcome = _wait(begin + durationOf(sequence));
@@ -77,10 +79,12 @@ SequenceRecorder::Outcome SequenceRecorder::_wait(KesDriver::DeviceTime expected
         const bool isEnded = _control.waitFor(lookAgain, [this] { return _record.end.has_value(); });
         if (_control.isStopped())
             return Outcome::Stopped;
-        if (isEnded)
+        if (isEnded) {
+            _tellTime(getRecord().end->time);
             return _judgeEnd();
+        }
         const auto now = std::chrono::steady_clock::now();
-        if (!due && _isOver(expectedEnd))
+        if (_isOver(expectedEnd) && !due)
             due = now;
         if (due && now - *due > grace)
             return _fail(lng::Measure::get("Run.sequenceLost"));
@@ -93,7 +97,16 @@ SequenceRecorder::Outcome SequenceRecorder::_wait(KesDriver::DeviceTime expected
 bool SequenceRecorder::_isOver(KesDriver::DeviceTime expectedEnd) const
 {
     KesDriver::DeviceTime now{0};
-    return _kesto.readTime(now) && now >= expectedEnd;
+    if (!_kesto.readTime(now))
+        return false;
+    _tellTime(now);
+    return now >= expectedEnd;
+}
+
+void SequenceRecorder::_tellTime(KesDriver::DeviceTime now) const
+{
+    if (onTime)
+        onTime(now);
 }
 
 SequenceRecorder::Outcome SequenceRecorder::_judgeEnd()

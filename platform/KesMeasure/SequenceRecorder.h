@@ -6,6 +6,7 @@
 #include <KesDevice/Kesto.h>
 #include <KesMeasure/RunControl.h>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -27,6 +28,10 @@ public:
     /// The device and the control outlive it.
     SequenceRecorder(KesDevice::Kesto& kesto, RunControl& control);
 
+    /// Told what the device's clock says: when a sequence begins, a few times in a second while it runs, and
+    /// when it has ended. On the start thread.
+    std::function<void(KesDriver::DeviceTime now)> onTime;
+
     enum class Outcome { Complete, Stopped, Failed };
 
     /// Starts the sequence and waits for its end. A stop ends the sequence on the device. `Failed`: the
@@ -40,6 +45,7 @@ public:
 private:
     Outcome _wait(KesDriver::DeviceTime expectedEnd);
     bool _isOver(KesDriver::DeviceTime expectedEnd) const;
+    void _tellTime(KesDriver::DeviceTime now) const;
     void _stopOutputs();
     Outcome _judgeEnd();
     Outcome _judgeEarlyEnd();

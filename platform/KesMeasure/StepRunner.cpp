@@ -30,6 +30,8 @@ StepRunner::Outcome StepRunner::run(const StepGuard& guard, const OutputSequence
     if (!restTime)
         return _fail(Outcome::TooHot, lng::Measure::get("Run.tooHot"));
     const auto outcome = _rest(guard, *restTime);
+    if (*restTime > guard.restTime && onCooling)
+        onCooling(0.0);
     return outcome == Outcome::Complete ? _record(sequence) : outcome;
 }
 

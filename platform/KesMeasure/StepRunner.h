@@ -39,8 +39,13 @@ public:
     /// The device and the control outlive it. Without a budget heat plays no part.
     StepRunner(KesDevice::Kesto& kesto, RunControl& control, std::optional<HeatBudget> budget = std::nullopt);
 
-    /// The rest before the next step is lengthened to that many seconds, for cooling.
+    /// The rest before the next step is lengthened to that many seconds, for cooling; 0: it is over.
     std::function<void(double seconds)> onCooling;
+
+    /// As `SequenceRecorder::onTime`.
+    std::function<void(KesDriver::DeviceTime now)>& onTime() { return _recorder.onTime; }
+    /// What has become of the budget.
+    const std::optional<HeatBudget>& getBudget() const { return _budget; }
 
     enum class Outcome {
         /// The step has been made: see `getRecord`.

@@ -10,6 +10,8 @@
 #include <glibmm/datetime.h>
 #include <libxml++/libxml++.h>
 
+#include <tuple>
+
 namespace KesMeasure {
 
 namespace {
@@ -19,11 +21,12 @@ using lng::Measure::get;
 constexpr std::pair<const char*, Origin> origins[] = {
     {"false", Origin::Device}, {"true", Origin::Simulated}, {"unknown", Origin::Unknown}};
 
-/// Files of former versions have neither of these.
+/// Files of former versions have none of these.
 constexpr std::pair<const char*, std::string TestCircumstances::*> laterTexts[] = {
     {"serialNumber", &TestCircumstances::serialNumber},
     {"firmwareVersion", &TestCircumstances::firmwareVersion},
-    {"calibrationDate", &TestCircumstances::calibrationDate}};
+    {"calibrationDate", &TestCircumstances::calibrationDate},
+    {"continuedAt", &TestCircumstances::continuedAt}};
 
 constexpr const char* checksumName = "checksum";
 
@@ -56,6 +59,15 @@ TestCircumstances TestCircumstances::lost()
     return circumstances;
 }
 
+bool TestCircumstances::isOfSameDevice(const TestCircumstances& other) const
+{
+    const auto identify = [](const TestCircumstances& test) {
+        return std::tie(test.origin, test.device, test.serialNumber, test.firmwareVersion,
+                        test.calibrationDate);
+    };
+    return identify(*this) == identify(other);
+}
+
 std::string TestCircumstances::getChecksum(const std::string& results) const
 {
     const auto own = writeXml("test", [this](xmlpp::Element& root) { _writeValues(root); });
@@ -72,6 +84,7 @@ std::vector<TextLine> TestCircumstances::describe(const std::string& results) co
     add("Circumstances.serialNumber", serialNumber);
     add("Circumstances.firmwareVersion", firmwareVersion);
     add("Circumstances.calibrationDate", calibrationDate);
+    add("Circumstances.continuedAt", continuedAt);
     if (!foreignChecksum)
         add("Circumstances.checksum", getChecksum(results));
     else

@@ -32,6 +32,8 @@ struct KES_EXPORT TestCircumstances {
     Origin origin = Origin::Device;
     /// When the test began, as "2024-03-01 14:05:09" in local time.
     std::string startedAt;
+    /// When values were measured again or added last, in the same form; empty: never.
+    std::string continuedAt;
     /// What the file of the results has in the place of their checksum; nothing when it is theirs. It is
     /// written again, so that saving does not make a changed file a good one. Empty: files of former
     /// versions have none.
@@ -45,6 +47,8 @@ struct KES_EXPORT TestCircumstances {
     /// for what was measured.
     static TestCircumstances lost();
 
+    /// Whether both are tests with the same device, which has not changed between them.
+    bool isOfSameDevice(const TestCircumstances& other) const;
     bool isChangedByHand() const { return foreignChecksum && !foreignChecksum->empty(); }
     /// SHA-256 in hexadecimal digits; the results as XML, the same text for the same results.
     std::string getChecksum(const std::string& results) const;

@@ -3,6 +3,8 @@
 #include <KesMeasure/MeasureText.h>
 #include <KesMeasure/ReportXml.h>
 #include <KesMeasure/ScreenNumber.h>
+#include <KesMeasure/Series.h>
+#include <KesMeasure/SpreadColumn.h>
 #include <KesMeasure/StateText.h>
 #include <KesMeasure/XmlAttributes.h>
 
@@ -68,6 +70,12 @@ ResultTable::Row createRow(const PlannedMeasurement& planned, std::size_t number
     return row;
 }
 
+std::string spreadText(const PlannedMeasurement& planned, const Reading* reading)
+{
+    const bool isMeasured = reading && reading->state == MeasureState::Measured;
+    return isMeasured ? fixed(Series::getSpread(reading->singles), planned.decimals) : std::string();
+}
+
 double percentOfTolerance(const PlannedMeasurement& planned, double value)
 {
     const double deviation = value - planned.expected;
@@ -108,7 +116,7 @@ Verdict judge(const MeasurementPlan& plan, const TestRecord& record)
     return record.judge(!plan.empty() && countPassed(plan, record) == plan.size());
 }
 
-ResultTable createTable(const MeasurementPlan& plan, const TestRecord* record)
+ResultTable createTable(const MeasurementPlan& plan, const TestRecord* record, unsigned repetitions)
 {
     ResultTable table;
     for (const char* name :
@@ -120,6 +128,12 @@ ResultTable createTable(const MeasurementPlan& plan, const TestRecord* record)
     }
     for (std::size_t i = 0; i < plan.size(); ++i)
         table.rows.push_back(createRow(plan[i], i + 1, readingOf(record, i)));
+    if (repetitions == 1)
+        return table;
+    std::vector<std::string> spreads;
+    for (std::size_t i = 0; i < plan.size(); ++i)
+        spreads.push_back(spreadText(plan[i], readingOf(record, i)));
+    addSpreadColumn(table, "", spreads);
     return table;
 }
 
@@ -173,7 +187,7 @@ std::string createReport(const std::string& title, const ITestDefinition& test, 
         root.set_attribute("subtitle", title);
         ReportXml::addLines(root, "nameplate", nameplate);
         ReportXml::addLines(root, "settings", test.describe());
-        ReportXml::addResults(root, createTable(plan, record));
+        ReportXml::addResults(root, createTable(plan, record, test.getRepetitions()));
         ReportXml::addChart(root, createChart(plan, record));
     });
 }

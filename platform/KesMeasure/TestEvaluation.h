@@ -19,8 +19,9 @@ namespace KesMeasure::TestEvaluation {
 
 KES_EXPORT Verdict judge(const MeasurementPlan& plan, const TestRecord& record);
 
-/// A row for each measurement of the plan, measured or not.
-KES_EXPORT ResultTable createTable(const MeasurementPlan& plan, const TestRecord* record);
+/// A row for each measurement of the plan, measured or not; with the spread when each is made several times.
+KES_EXPORT ResultTable createTable(const MeasurementPlan& plan, const TestRecord* record,
+                                   unsigned repetitions = 1);
 
 /// The deviations from the expected values in percent of the tolerance on their side, so that values of
 /// different units stand beside each other, over the numbers of the table's rows. What was not measured

@@ -1,5 +1,6 @@
 #include <KesMeasure/TestRecord.h>
 
+#include <KesMeasure/SinglesXml.h>
 #include <KesMeasure/StateXml.h>
 
 #include <libxml++/libxml++.h>
@@ -16,9 +17,14 @@ std::optional<Reading> readReading(const xmlpp::Element& element, const PlannedM
     Reading reading;
     const bool isPlanned = attributes.text("id") == planned.id;
     reading.state = StateXml::readState(attributes);
-    if (reading.state == MeasureState::Measured)
+    auto singles = SinglesXml::read(element);
+    if (!isPlanned || !singles)
+        return std::nullopt;
+    if (!singles->empty())
+        reading = Reading::ofSingles(std::move(*singles), reading);
+    else if (reading.state == MeasureState::Measured)
         reading.value = attributes.number("value");
-    const bool isRead = isPlanned && attributes.isGood() && std::isfinite(reading.value);
+    const bool isRead = attributes.isGood() && std::isfinite(reading.value);
     return isRead ? std::optional(reading) : std::nullopt;
 }
 
@@ -32,8 +38,9 @@ void TestRecord::writeResults(xmlpp::Element& element, const MeasurementPlan& pl
         auto& child = *element.add_child("measurement");
         setAttribute(child, "id", plan[i].id);
         StateXml::write(child, readings[i].state);
-        if (readings[i].state == MeasureState::Measured)
+        if (readings[i].state == MeasureState::Measured && readings[i].singles.empty())
             setAttribute(child, "value", readings[i].value);
+        SinglesXml::write(child, readings[i].singles);
     }
 }
 

@@ -1,8 +1,10 @@
 #include <KesMeasureView/OutcomeView.h>
 
 #include <KesMeasure/MeasureText.h>
+#include <KesMeasure/ScreenNumber.h>
 #include <KesMeasureView/MarkText.h>
 
+#include <KesCommon/StringHelper.h>
 #include <KesCommonView/GtkWidgetHelper.h>
 
 #include <cmath>
@@ -70,10 +72,12 @@ void OutcomeView::setStale(bool stale)
     _stale.set_visible(stale);
 }
 
-void OutcomeView::setProgress(double share)
+void OutcomeView::setProgress(double share, double remaining)
 {
+    const std::string percent = std::to_string(std::lround(share * 100.0)) + " %";
     _progress.set_fraction(share);
-    _progress.set_text(std::to_string(std::lround(share * 100.0)) + " %");
+    _progress.set_text(
+        Kes::StringHelper::format(get("Run.left"), percent, ScreenNumber::duration(remaining)));
 }
 
 void OutcomeView::setRunning(bool running)

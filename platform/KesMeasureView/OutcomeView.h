@@ -21,8 +21,8 @@ public:
     void setOrigin(Origin origin);
     /// Whether the results belong to other settings than those shown.
     void setStale(bool stale);
-    /// From 0 to 1.
-    void setProgress(double share);
+    /// From 0 to 1, and the seconds that are left.
+    void setProgress(double share, double remaining);
     /// Whether a test is under way: the progress is shown.
     void setRunning(bool running);
 

@@ -3,6 +3,7 @@
 #include <KesMeasure/MeasureText.h>
 #include <KesMeasureView/MarkText.h>
 
+#include <KesCommon/StringHelper.h>
 #include <KesCommonView/GtkWidgetHelper.h>
 
 #include <gtkmm/label.h>
@@ -10,6 +11,16 @@
 #include <algorithm>
 
 namespace KesMeasure {
+
+namespace {
+
+std::string verdictOf(const ResultTable::Row& row)
+{
+    return row.cells.back().empty() ? lng::Measure::get("State.planned")
+                                    : withSign(row.cells.back(), row.mark);
+}
+
+} // namespace
 
 ResultTableView::Columns::Columns(std::size_t count) : cells(count)
 {
@@ -19,7 +30,13 @@ ResultTableView::Columns::Columns(std::size_t count) : cells(count)
 }
 
 ResultTableView::ResultTableView()
-    : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _values(Gtk::ORIENTATION_HORIZONTAL, 18)
+    : Gtk::Box(Gtk::ORIENTATION_VERTICAL),
+      _values(Gtk::ORIENTATION_HORIZONTAL, 18),
+      _commands(Gtk::ORIENTATION_HORIZONTAL),
+      _repeat(lng::Measure::get("Results.repeat")),
+      _continue(lng::Measure::get("Results.continue")),
+      _repeatItem(lng::Measure::get("Results.repeat")),
+      _continueItem(lng::Measure::get("Results.continue"))
 {
     get_style_context()->add_class("results");
     Kes::GtkWidgetHelper::setAccessibleName(_table, lng::Measure::get("Results.title"));
@@ -28,25 +45,116 @@ ResultTableView::ResultTableView()
     _scroller.set_min_content_height(90);
     _scroller.add(_table);
     _values.get_style_context()->add_class("result-values");
+    _commands.get_style_context()->add_class("result-commands");
+    for (auto* button : {&_repeat, &_continue})
+        _commands.pack_start(*button, Gtk::PACK_SHRINK);
+    _table.get_selection()->set_mode(Gtk::SELECTION_MULTIPLE);
+    _createMenu();
+    _updateCommands();
     pack_start(_scroller, Gtk::PACK_EXPAND_WIDGET);
+    pack_start(_commands, Gtk::PACK_SHRINK);
     pack_start(_values, Gtk::PACK_SHRINK);
+}
+
+void ResultTableView::_createMenu()
+{
+    const auto repeat = [this] { signalRepeat.emit(_getSelected()); };
+    const auto goOn = [this] { signalContinue.emit(); };
+    _repeat.signal_clicked().connect(repeat);
+    _continue.signal_clicked().connect(goOn);
+    _repeatItem.signal_activate().connect(repeat);
+    _continueItem.signal_activate().connect(goOn);
+    for (auto* item : {&_repeatItem, &_continueItem})
+        _menu.append(*item);
+    _menu.show_all();
+    _menu.attach_to_widget(_table);
+    _table.get_selection()->signal_changed().connect(sigc::mem_fun(*this, &ResultTableView::_updateCommands));
+    _table.signal_button_press_event().connect(sigc::mem_fun(*this, &ResultTableView::_onButton), false);
+    _table.signal_popup_menu().connect([this] { return _showMenu(nullptr); });
+}
+
+/// Upon a selected row the selection stays, upon another one it goes there.
+bool ResultTableView::_onButton(GdkEventButton* event)
+{
+    const auto* any = reinterpret_cast<GdkEvent*>(event);
+    if (!gdk_event_triggers_context_menu(any))
+        return false;
+    Gtk::TreePath path;
+    const bool isRow = _table.get_path_at_pos(static_cast<int>(event->x), static_cast<int>(event->y), path);
+    const auto selection = _table.get_selection();
+    if (isRow && !selection->is_selected(path))
+        _table.set_cursor(path);
+    return _showMenu(any);
+}
+
+bool ResultTableView::_showMenu(const GdkEvent* event)
+{
+    if (event)
+        _menu.popup_at_pointer(event);
+    else
+        _menu.popup_at_widget(&_table, Gdk::GRAVITY_CENTER, Gdk::GRAVITY_CENTER, nullptr);
+    return true;
+}
+
+void ResultTableView::setCommands(const std::string& whyNotRepeat, const std::string& whyNotContinue)
+{
+    _whyNotRepeat = whyNotRepeat;
+    _whyNotContinue = whyNotContinue;
+    _updateCommands();
+}
+
+void ResultTableView::_updateCommands()
+{
+    using lng::Measure::get;
+    const auto offer = [](Gtk::Button& button, Gtk::MenuItem& item, const std::string& whyNot,
+                          const char* tip) {
+        for (Gtk::Widget* widget : {static_cast<Gtk::Widget*>(&button), static_cast<Gtk::Widget*>(&item)}) {
+            widget->set_sensitive(whyNot.empty());
+            widget->set_tooltip_text(whyNot.empty() ? tip : whyNot);
+        }
+    };
+    const bool isNoneSelected = _whyNotRepeat.empty() && _getSelected().empty();
+    offer(_repeat, _repeatItem, isNoneSelected ? get("Results.noneSelected") : _whyNotRepeat,
+          get("Results.repeatTip"));
+    for (auto* button : _valueButtons) {
+        button->set_sensitive(_whyNotRepeat.empty());
+        button->set_tooltip_text(_whyNotRepeat.empty() ? get("Results.repeatValueTip") : _whyNotRepeat);
+    }
+    offer(_continue, _continueItem, _whyNotContinue, get("Results.continueTip"));
+}
+
+std::vector<std::size_t> ResultTableView::_getSelected() const
+{
+    std::vector<std::size_t> selected;
+    for (const auto& path : _table.get_selection()->get_selected_rows()) {
+        const auto row = static_cast<std::size_t>(path.front());
+        if (row < _rows.size() && _rows[row].mark != Mark::None)
+            selected.push_back(row);
+    }
+    return selected;
 }
 
 void ResultTableView::setTable(const ResultTable& table)
 {
-    if (!_columns)
+    if (table.columns != _shownColumns)
         _setColumns(table.columns);
     _setRows(table.rows);
     _setValues(table.values);
+    _updateCommands();
 }
 
 void ResultTableView::_setColumns(const std::vector<ResultTable::Column>& columns)
 {
+    _table.unset_model();
+    _table.remove_all_columns();
+    _rows.clear();
+    _shownColumns = columns;
     _columns = std::make_unique<Columns>(columns.size());
     _store = Gtk::ListStore::create(*_columns);
     _table.set_model(_store);
     for (std::size_t i = 0; i < columns.size(); ++i)
-        _addColumn(columns[i], i);
+        if (columns[i].isInWindow)
+            _addColumn(columns[i], i);
 }
 
 void ResultTableView::get_preferred_height_vfunc(int& minimum, int& natural) const
@@ -55,8 +163,11 @@ void ResultTableView::get_preferred_height_vfunc(int& minimum, int& natural) con
     int valuesMinimum = 0;
     int valuesNatural = 0;
     _values.get_preferred_height(valuesMinimum, valuesNatural);
+    int commandsMinimum = 0;
+    int commandsNatural = 0;
+    _commands.get_preferred_height(commandsMinimum, commandsNatural);
     // Three lines and a little; the table wants room for eight rows and its header.
-    natural = std::max(natural, valuesNatural * 11 / 2);
+    natural = std::max(natural, valuesNatural * 11 / 2 + commandsNatural);
 }
 
 void ResultTableView::_addColumn(const ResultTable::Column& column, std::size_t index)
@@ -77,7 +188,7 @@ void ResultTableView::_fill(const Gtk::TreeRow& line, const ResultTable::Row& ro
 {
     const auto count = std::min(row.cells.size(), _columns->cells.size());
     for (std::size_t i = 0; i < count; ++i)
-        line[_columns->cells[i]] = i + 1 < count ? row.cells[i] : withSign(row.cells[i], row.mark);
+        line[_columns->cells[i]] = i + 1 < count ? row.cells[i] : verdictOf(row);
     line[_columns->weight] = row.mark == Mark::Failed ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL;
 }
 
@@ -117,6 +228,10 @@ void ResultTableView::_refill(const std::vector<ResultTable::Row>& rows)
 
 void ResultTableView::_setValues(const std::vector<ResultTable::Value>& values)
 {
+    if (values == _shownValues)
+        return;
+    _shownValues = values;
+    _valueButtons.clear();
     Kes::GtkWidgetHelper::removeChildren(_values);
     for (const auto& value : values) {
         auto& box = *Gtk::manage(new Gtk::Box(Gtk::ORIENTATION_VERTICAL));
@@ -126,11 +241,29 @@ void ResultTableView::_setValues(const std::vector<ResultTable::Value>& values)
         text.get_style_context()->add_class("result-value");
         auto& verdict = *Gtk::manage(new Gtk::Label(withSign(value.verdict, value.mark), Gtk::ALIGN_START));
         verdict.get_style_context()->add_class(styleClass(value.mark));
-        for (auto* label : {&name, &text, &verdict})
-            box.pack_start(*label, Gtk::PACK_SHRINK);
+        auto& line = *Gtk::manage(new Gtk::Box(Gtk::ORIENTATION_HORIZONTAL));
+        line.pack_start(verdict, Gtk::PACK_SHRINK);
+        if (value.row)
+            line.pack_start(_makeRepeatButton(value), Gtk::PACK_SHRINK);
+        for (Gtk::Widget* widget : {static_cast<Gtk::Widget*>(&name), static_cast<Gtk::Widget*>(&text),
+                                    static_cast<Gtk::Widget*>(&line)})
+            box.pack_start(*widget, Gtk::PACK_SHRINK);
         _values.pack_start(box, Gtk::PACK_EXPAND_WIDGET);
     }
     _values.show_all();
+}
+
+Gtk::Button& ResultTableView::_makeRepeatButton(const ResultTable::Value& value)
+{
+    auto& button = *Gtk::manage(new Gtk::Button(lng::Measure::get("Results.repeatValue")));
+    const std::string name =
+        Kes::StringHelper::format(lng::Measure::get("Results.repeatValueName"), value.name);
+    Kes::GtkWidgetHelper::setAccessibleName(button, name);
+    button.get_style_context()->add_class("result-repeat");
+    button.set_relief(Gtk::RELIEF_NONE);
+    button.signal_clicked().connect([this, row = *value.row] { signalRepeat.emit({row}); });
+    _valueButtons.push_back(&button);
+    return button;
 }
 
 } // namespace KesMeasure

@@ -5,21 +5,36 @@
 #include <KesMeasure/ResultTable.h>
 
 #include <gtkmm/box.h>
+#include <gtkmm/button.h>
 #include <gtkmm/liststore.h>
+#include <gtkmm/menu.h>
+#include <gtkmm/menuitem.h>
 #include <gtkmm/scrolledwindow.h>
 #include <gtkmm/treeview.h>
 
+#include <sigc++/sigc++.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
 namespace KesMeasure {
 
-/// The results as a table, and the single values below it. A verdict has a sign beside its word, so it does
-/// not depend on colour. GUI thread.
+/// The results as a table, and the single values below it, with the commands to measure selected rows again
+/// and to continue. A verdict has a sign beside its word, so it does not depend on colour. GUI thread.
 class KES_EXPORT ResultTableView : public Gtk::Box, public Kes::IView {
 public:
     ResultTableView();
 
-    /// Rows that are already shown stay as they are; new ones are brought into sight. The columns are those
-    /// of the first call.
+    /// The user wants these rows, or values that count as such, to be measured again, the rest of the test to
+    /// be measured.
+    sigc::signal<void(std::vector<std::size_t>)> signalRepeat;
+    sigc::signal<void()> signalContinue;
+
+    /// Rows that are already shown stay as they are, selected or not; new ones are brought into sight.
     void setTable(const ResultTable& table);
+    /// Why rows cannot be measured again, or the test not be continued; empty: it is possible.
+    void setCommands(const std::string& whyNotRepeat, const std::string& whyNotContinue);
 
 protected:
     /// A window that has room for it shows the usual number of points at once.
@@ -32,19 +47,38 @@ private:
         Gtk::TreeModelColumn<int> weight;
     };
 
+    void _createMenu();
+    bool _onButton(GdkEventButton* event);
+    bool _showMenu(const GdkEvent* event);
+    void _updateCommands();
+    /// Of those that have a result.
+    std::vector<std::size_t> _getSelected() const;
     void _setColumns(const std::vector<ResultTable::Column>& columns);
     void _addColumn(const ResultTable::Column& column, std::size_t index);
     void _setRows(const std::vector<ResultTable::Row>& rows);
     void _refill(const std::vector<ResultTable::Row>& rows);
     void _fill(const Gtk::TreeRow& line, const ResultTable::Row& row);
     void _setValues(const std::vector<ResultTable::Value>& values);
+    Gtk::Button& _makeRepeatButton(const ResultTable::Value& value);
 
     std::unique_ptr<Columns> _columns;
     Glib::RefPtr<Gtk::ListStore> _store;
     Gtk::TreeView _table;
     Gtk::ScrolledWindow _scroller;
     Gtk::Box _values;
+    /// Of the values; they live until the values are filled again.
+    std::vector<Gtk::Button*> _valueButtons;
+    std::vector<ResultTable::Value> _shownValues;
+    std::vector<ResultTable::Column> _shownColumns;
     std::vector<ResultTable::Row> _rows;
+    Gtk::Box _commands;
+    Gtk::Button _repeat;
+    Gtk::Button _continue;
+    Gtk::Menu _menu;
+    Gtk::MenuItem _repeatItem;
+    Gtk::MenuItem _continueItem;
+    std::string _whyNotRepeat;
+    std::string _whyNotContinue;
 };
 
 } // namespace KesMeasure

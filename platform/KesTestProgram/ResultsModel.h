@@ -38,6 +38,7 @@ protected:
     /// As the archive holds them: the checksum is made of it.
     virtual std::string _toXml(const Results& results) const = 0;
     virtual std::size_t _countMeasuredIn(const Results& results) const = 0;
+    virtual std::size_t _countPlannedIn(const Results& results) const = 0;
 
     /// Of the run that is under way; nothing when its archive has been closed. Start thread.
     void _changeResults(const std::function<void(Results&)>& change)
@@ -64,6 +65,12 @@ protected:
         return _results ? _countMeasuredIn(*_results) : 0;
     }
 
+    std::size_t _countPlanned() const override
+    {
+        std::lock_guard lock(_mutex);
+        return _results ? _countPlannedIn(*_results) : 0;
+    }
+
 private:
     void _beginResults(const KesMeasure::MeasuredTest& test) override
     {
@@ -75,6 +82,23 @@ private:
             _isRunKept = true;
         }
         signalResultsChanged.emit();
+    }
+
+    void _keepResults() override
+    {
+        std::lock_guard lock(_mutex);
+        _isRunKept = _results.has_value();
+    }
+
+    bool _resumeResults(const KesMeasure::MeasuredTest& test) override
+    {
+        bool isKept = false;
+        _changeResults([&](Results& results) {
+            results.end = test.end;
+            results.continuedAt = test.startedAt;
+            isKept = true;
+        });
+        return isKept;
     }
 
     std::optional<KesMeasure::Verdict> _endResults(KesMeasure::RunEnd end) override

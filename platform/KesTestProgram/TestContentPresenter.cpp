@@ -14,6 +14,10 @@ TestContentPresenter::TestContentPresenter(TestProgramModel& model, std::unique_
         model.signalProgressChanged.connect([this] { _guard.safeUpdateView([this] { _updateProgress(); }); });
     _runningConnection =
         model.signalRunningChanged.connect([this] { _guard.safeUpdateView([this] { _updateProgress(); }); });
+    _canStartConnection =
+        model.signalCanStartChanged.connect([this] { _guard.safeUpdateView([this] { _updateCommands(); }); });
+    _results.signalRepeat.connect(sigc::hide_return(sigc::mem_fun(model, &TestProgramModel::repeatTest)));
+    _results.signalContinue.connect(sigc::hide_return(sigc::mem_fun(model, &TestProgramModel::continueTest)));
     _updateSettings();
     _updateProgress();
 }
@@ -44,12 +48,18 @@ void TestContentPresenter::_updateResults()
     _outcome.setStale(_model.isResultStale());
     _chart.setChart(shown.chart);
     _results.setTable(shown.table);
+    _updateCommands();
+}
+
+void TestContentPresenter::_updateCommands()
+{
+    _results.setCommands(_model.whyNotRepeat(), _model.whyNotContinue());
 }
 
 void TestContentPresenter::_updateProgress()
 {
     _outcome.setRunning(_model.isRunning());
-    _outcome.setProgress(_model.getProgress());
+    _outcome.setProgress(_model.getProgress(), _model.getRemaining());
 }
 
 } // namespace KesTestProgram

@@ -37,6 +37,7 @@ private:
     void _updateSettings();
     void _updateResults();
     void _updateProgress();
+    void _updateCommands();
 
     TestProgramModel& _model;
     std::unique_ptr<IPlanEditor> _planEditor;
@@ -49,6 +50,7 @@ private:
     Kes::ScopedConnection _resultsConnection;
     Kes::ScopedConnection _progressConnection;
     Kes::ScopedConnection _runningConnection;
+    Kes::ScopedConnection _canStartConnection;
 };
 
 } // namespace KesTestProgram

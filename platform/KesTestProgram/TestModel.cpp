@@ -5,6 +5,7 @@
 
 #include <KesCommon/StringHelper.h>
 #include <KesDriver/OutputCheck.h>
+#include <KesMeasure/MeasureText.h>
 #include <KesMeasure/TestEvaluation.h>
 #include <KesTreeRelay/Nameplate.h>
 
@@ -53,7 +54,8 @@ ShownTest TestModel::getShownTest() const
     const auto* record = shown.getRecord();
     const auto plan = shown.test->createPlan();
     return {TestEvaluation::createOutcome(plan, record, areResultsLost()),
-            TestEvaluation::createChart(plan, record), TestEvaluation::createTable(plan, record)};
+            TestEvaluation::createChart(plan, record),
+            TestEvaluation::createTable(plan, record, shown.test->getRepetitions())};
 }
 
 std::string TestModel::getDataSummary()
@@ -126,9 +128,11 @@ std::shared_ptr<KesDriver::ISimulatedTestObject> TestModel::_makeBenchObject() c
     return _runDefinition->makeTestObject();
 }
 
-TestModel::RunResult TestModel::_runTest(KesDevice::Kesto& kesto, KesMeasure::RunControl& control)
+TestModel::RunResult TestModel::_runTest(KesDevice::Kesto& kesto, KesMeasure::RunControl& control,
+                                         const std::vector<std::size_t>& order)
 {
-    KesMeasure::MeasurementRun run(_runPlan, kesto, control, *this);
+    KesMeasure::MeasurementRun run(_runPlan, {order, _runDefinition->getRepetitions()}, kesto, control,
+                                   *this);
     const auto end = run.execute();
     return {end, run.getError()};
 }
@@ -156,17 +160,30 @@ std::size_t TestModel::_countMeasuredIn(const RecordedTest& results) const
     return results.readings.size();
 }
 
-void TestModel::onMeasurement(std::size_t index, double progress)
+std::size_t TestModel::_countPlannedIn(const RecordedTest& results) const
 {
-    const auto& planned = _runPlan[index];
-    _announceStep(Kes::StringHelper::format(lng::TestProgram::get("State.measurement"), index + 1,
-                                            _runPlan.size(), planned.object, planned.quantity),
-                  progress);
+    return results.test->createPlan().size();
 }
 
-void TestModel::onReading(const KesMeasure::Reading& reading)
+void TestModel::onPosition(const KesMeasure::RunPosition& position)
 {
-    _changeResults([&](RecordedTest& results) { results.readings.push_back(reading); });
+    using Kes::StringHelper::format;
+    const auto& planned = _runPlan[position.index];
+    std::string text = format(lng::TestProgram::get("State.measurement"), position.index + 1, _runPlan.size(),
+                              planned.object, planned.quantity);
+    if (const unsigned count = _runDefinition->getRepetitions(); count > 1)
+        text = format(lng::Measure::get("Run.repetition"), text, position.repetition, count);
+    _announceStep(text, position.times);
+}
+
+void TestModel::onReading(std::size_t index, const KesMeasure::Reading& reading)
+{
+    _changeResults([&](RecordedTest& results) {
+        if (index < results.readings.size())
+            results.readings[index] = reading;
+        else
+            results.readings.push_back(reading);
+    });
 }
 
 } // namespace KesTestProgram

@@ -54,7 +54,8 @@ private:
     Kes::Result _prepareTest() override;
     Kes::Result _checkLimits(const KesDriver::OutputLimits& limits) const override;
     std::shared_ptr<KesDriver::ISimulatedTestObject> _makeBenchObject() const override;
-    RunResult _runTest(KesDevice::Kesto& kesto, KesMeasure::RunControl& control) override;
+    RunResult _runTest(KesDevice::Kesto& kesto, KesMeasure::RunControl& control,
+                       const std::vector<std::size_t>& order) override;
     std::optional<LoadedArchive> _readArchive(std::istream& stream, bool isRepair) override;
     void _clearData() override { _replaceResults(std::nullopt); }
     std::string _createReportData() const override;
@@ -64,9 +65,10 @@ private:
     KesMeasure::Verdict _judge(const RecordedTest& results) const override;
     std::string _toXml(const RecordedTest& results) const override;
     std::size_t _countMeasuredIn(const RecordedTest& results) const override;
+    std::size_t _countPlannedIn(const RecordedTest& results) const override;
 
-    void onMeasurement(std::size_t index, double progress) override;
-    void onReading(const KesMeasure::Reading& reading) override;
+    void onPosition(const KesMeasure::RunPosition& position) override;
+    void onReading(std::size_t index, const KesMeasure::Reading& reading) override;
 
     std::optional<RecordedTest> _withTest(const std::optional<KesMeasure::TestRecord>& record) const;
 

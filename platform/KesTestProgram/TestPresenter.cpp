@@ -8,6 +8,7 @@
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
 #include <KesCommonView/CancelableWork.h>
+#include <KesCommonView/DialogBackend.h>
 #include <KesCommonView/DialogPresenter.h>
 #include <KesCommonView/FileDialogPresenter.h>
 #include <KesDriver/XdgOpen.h>
@@ -32,10 +33,7 @@ namespace KesTestProgram {
 
 struct TestPresenter::Menus {
     Menus(TestPresenter& shell, TestProgramModel& model)
-        : file(&shell),
-          recent(&shell),
-          fileTail(*file.getView(), *recent.getView()),
-          help(&shell, model)
+        : file(&shell), recent(&shell), fileTail(*file.getView(), *recent.getView()), help(&shell, model)
     {}
 
     KesProgram::FileMenuPresenter file;
@@ -58,11 +56,13 @@ struct TestPresenter::Toolbars {
 TestPresenter::TestPresenter(TestProgramModel& model) : _model(model)
 {
     _model.confirmReplacing = [this] { return _ask(lng::TestProgram::get("Run.replaceUnsaved")); };
+    _model.chooseStart = [this] { return _chooseStart(); };
 }
 
 TestPresenter::~TestPresenter()
 {
     _model.confirmReplacing = nullptr;
+    _model.chooseStart = nullptr;
 }
 
 void TestPresenter::openFile(const std::string& fileName)
@@ -100,6 +100,21 @@ bool TestPresenter::_ask(const std::string& question)
 {
     return Kes::DialogPresenter::show(getView(), question, "", Kes::DialogResult::YesNo) ==
            Kes::DialogResult::Yes;
+}
+
+std::optional<RunKind> TestPresenter::_chooseStart()
+{
+    if (!Kes::DialogBackend::get().hasUser())
+        return RunKind::Anew;
+    switch (Kes::DialogPresenter::show(getView(), lng::TestProgram::get("Run.continue"), "",
+                                       Kes::DialogResult::YesNoCancel)) {
+    case Kes::DialogResult::Yes:
+        return RunKind::Rest;
+    case Kes::DialogResult::No:
+        return RunKind::Anew;
+    default:
+        return std::nullopt;
+    }
 }
 
 std::unique_ptr<IPlanEditor> TestPresenter::_createPlanEditor()

@@ -7,6 +7,7 @@
 #include <KesProgram/shell/ProgramBasePresenter.h>
 
 #include <memory>
+#include <optional>
 
 namespace KesTestProgram {
 
@@ -43,6 +44,8 @@ private:
     bool _confirmSavedPlan();
     bool _ask(const std::string& question);
     Kes::Result _writeReport(const std::string& path);
+    /// Continue the last test, or begin a new one; nothing: neither.
+    std::optional<RunKind> _chooseStart();
     /// Beside the archive and named after it, or else in the folder of the reports.
     std::string _suggestReport();
 

@@ -43,6 +43,14 @@ TestProgramModel::TestProgramModel(std::unique_ptr<KesTree::Node> testObject)
 
 TestProgramModel::~TestProgramModel() = default;
 
+void TestProgramModel::setPlanError(const std::string& text)
+{
+    if (text == _planError)
+        return;
+    _planError = text;
+    signalSettingsChanged.emit();
+}
+
 bool TestProgramModel::isUntouched() const
 {
     return !getMeasuredTest() && _planError.empty() && _testObject->serialize() == _defaultSettings;

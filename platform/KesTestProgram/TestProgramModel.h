@@ -8,6 +8,7 @@
 #include <KesMeasure/EmbeddedBench.h>
 #include <KesMeasure/MeasuredTest.h>
 #include <KesMeasure/ResultFile.h>
+#include <KesMeasure/RunClock.h>
 #include <KesMeasure/RunControl.h>
 #include <KesMeasure/TextLine.h>
 #include <KesProgram/model/ProgramModel.h>
@@ -17,6 +18,7 @@
 #include <giomm/cancellable.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -25,6 +27,16 @@
 #include <vector>
 
 namespace KesTestProgram {
+
+/// What a run is to the results.
+enum class RunKind {
+    /// It begins new ones.
+    Anew,
+    /// It measures what has no result yet.
+    Rest,
+    /// It measures some values again.
+    Again
+};
 
 /// The model of a test program: the test object, the run and what the user hears of it, and the archive file
 /// with its repair. What is measured, and what becomes of it, is told by the class derived from it, which
@@ -44,6 +56,9 @@ public:
     /// Asked before a test replaces results that are in no file, however their test ended; false: it does not
     /// start. Without it nobody is asked. GUI thread.
     std::function<bool()> confirmReplacing;
+    /// Asked first when the test before could be continued; nothing: none starts. Without it a new one does.
+    /// GUI thread.
+    std::function<std::optional<RunKind>()> chooseStart;
 
     /// The tree has the values of a new archive.
     explicit TestProgramModel(std::unique_ptr<KesTree::Node> testObject);
@@ -54,13 +69,24 @@ public:
 
     /// Why what the user is writing is no plan; while it is not empty, no test starts, and the last valid
     /// plan is the one that is saved.
-    void setPlanError(const std::string& text) { _planError = text; }
+    void setPlanError(const std::string& text);
     const std::string& getPlanError() const { return _planError; }
 
     /// Whether the file held results that could not be read; of no meaning once there are results.
     bool areResultsLost() const { return _areResultsLost; }
     /// From 0 to 1. Any thread.
     double getProgress() const { return _progress; }
+    /// What the run is expected to take yet, in seconds. Any thread.
+    double getRemaining() const { return _remaining; }
+
+    /// As `startTest`, but measures what a test that ended before its time has no result of. A run like any
+    /// other, with the settings, the plan and the device of the results; these stay.
+    bool continueTest();
+    /// The same for rows of the result table that are measured; each keeps its result until it has a new one.
+    bool repeatTest(std::vector<std::size_t> rows);
+    /// Why the one or the other is not possible now, as a text for the user; empty when it is.
+    std::string whyNotContinue();
+    std::string whyNotRepeat();
     /// Whether the data is that of a new archive: nothing would be lost with it.
     virtual bool isUntouched() const;
 
@@ -106,8 +132,10 @@ protected:
     virtual Kes::Result _checkLimits(const KesDriver::OutputLimits& limits) const = 0;
     /// The test object for the simulated bench: at rest, set as the run's settings say. Start thread.
     virtual std::shared_ptr<KesDriver::ISimulatedTestObject> _makeBenchObject() const = 0;
-    /// Makes the measurements. Start thread.
-    virtual RunResult _runTest(KesDevice::Kesto& kesto, KesMeasure::RunControl& control) = 0;
+    /// Makes the measurements with these numbers, in their order, from 0 on in the order of a whole test;
+    /// those up to the number of rows of the result table are the rows. Start thread.
+    virtual RunResult _runTest(KesDevice::Kesto& kesto, KesMeasure::RunControl& control,
+                               const std::vector<std::size_t>& order) = 0;
 
     /// What has been read of a file; nothing when it holds anything but a complete archive that makes sense,
     /// or, to be repaired, nothing of one.
@@ -120,19 +148,26 @@ protected:
     /// The program as its files name it, such as "kes-overcurrent".
     virtual std::string _getProgramId() const = 0;
 
-    /// What a run does to the results: begins new ones, and ends them with their verdict; nothing when there
-    /// are none any more. Start thread.
+    /// What a run does to the results: begins new ones, goes on with those that it has been given
+    /// (false: their archive has been closed since), and ends them with their verdict; nothing when there are
+    /// none any more. Start thread.
     virtual void _beginResults(const KesMeasure::MeasuredTest& test) = 0;
+    virtual bool _resumeResults(const KesMeasure::MeasuredTest& test) = 0;
+    /// The results that there are belong to the run that begins. GUI thread.
+    virtual void _keepResults() = 0;
     virtual std::optional<KesMeasure::Verdict> _endResults(KesMeasure::RunEnd end) = 0;
     /// The archive that a run belongs to is closed: its results have no place any more.
     virtual void _abandonResults() = 0;
     /// Adds verdict, circumstances and checksum of the results, if there are any.
     virtual void _summarizeResults(KesMeasure::TestSummary& summary) const = 0;
-    /// How many values have been measured.
+    /// How many values have been measured: the first ones of a whole test.
     virtual std::size_t _countMeasured() const = 0;
+    /// How many the test of the results has.
+    virtual std::size_t _countPlanned() const = 0;
 
-    /// Tells where the run is: the text for the user and the share that is over. Start thread.
-    void _announceStep(const std::string& text, double progress);
+    /// Tells where the run is: the text for the user and the times. What comes too soon after the last one
+    /// for anybody to read it is left out. Start thread.
+    void _announceStep(const std::string& text, const KesMeasure::RunTimes& times);
 
     bool _onPrepareStart() override;
     bool _onPrepareHardware() override;
@@ -147,6 +182,15 @@ private:
     /// The state text, with a warning unless the device is known to be a real one. Any thread.
     void _announce(const std::string& text, KesMeasure::Origin origin);
     bool _hasUnsavedTest();
+    bool _start(RunKind kind, std::vector<std::size_t> rows);
+    /// Asks the user what to do with the results that there are.
+    bool _chooseKind();
+    std::string _whyResultsStay() const;
+    bool _isSameDevice();
+    bool _beginRun(const KesMeasure::MeasuredTest& test);
+    RunResult _run(KesDevice::Kesto& kesto);
+    std::vector<std::size_t> _getOrder() const;
+    KesMeasure::RunEnd _judgeEnd(KesMeasure::RunEnd end) const;
     bool _accept(const Kes::Result& result);
     std::shared_ptr<KesDevice::Kesto> _getKesto();
     void _endRun(KesMeasure::RunEnd end);
@@ -162,6 +206,13 @@ private:
     KesMeasure::EmbeddedBench _bench;
     KesMeasure::RunControl _control;
     std::atomic<double> _progress{0.0};
+    std::atomic<double> _remaining{0.0};
+    /// What is asked of the next run.
+    RunKind _nextKind = RunKind::Anew;
+    /// Of the present run; written before its thread is made.
+    RunKind _kind = RunKind::Anew;
+    std::vector<std::size_t> _rows;
+    std::chrono::steady_clock::time_point _announcedAt{};
     std::atomic<KesProgram::RunVerdict> _verdict{KesProgram::RunVerdict::None};
 };
 

@@ -13,6 +13,19 @@ constexpr Kes::TextTable table({
     {"Run.replaceUnsaved",
      "The results of the last test have not been saved. Begin a new test and lose them?",
      "Результаты последней проверки не сохранены. Начать новую проверку и потерять их?"},
+    {"Run.continue",
+     "The last test ended before its time. Continue it where it ended?\n\n"
+     "\"No\" begins a new test in the place of its results.",
+     "Последняя проверка прервана до завершения. Продолжить её с места остановки?\n\n"
+     "«Нет» начинает новую проверку вместо имеющихся результатов."},
+    {"Again.none", "There are no results yet.", "Результатов пока нет."},
+    {"Again.running", "A test is under way.", "Идёт проверка."},
+    {"Again.whole", "Everything has been measured.", "Всё уже измерено."},
+    {"Again.unknownDevice", "It is not known which device made the results.",
+     "Неизвестно, каким устройством получены результаты."},
+    {"Again.otherDevice",
+     "the results were measured with another device. Begin a new test, or use that device.",
+     "результаты получены другим устройством. Начните новую проверку или используйте то же устройство."},
     {"Run.archiveReplaced", "The test was stopped: its archive was closed.",
      "Проверка остановлена: её архив закрыт."},
 

@@ -3,6 +3,8 @@
 
 #include <KesMeasureView/ResultTableView.h>
 
+#include <algorithm>
+
 using KesMeasure::Mark;
 using KesMeasure::ResultTable;
 using KesMeasure::ResultTableView;
@@ -62,4 +64,46 @@ TEST_F(ResultTableViewTest, FreesWhatItShowedWhenItIsFilledAgain)
     };
     const int filled = fill("1");
     EXPECT_EQ(fill("2"), filled);
+}
+
+TEST_F(ResultTableViewTest, OffersToMeasureSelectedRowsAgain)
+{
+    Gtk::Window window;
+    ResultTableView view;
+    window.add(view);
+    window.show_all();
+    ResultTable table{{{"current", "I, A"}, {"verdict", "Verdict", false}},
+                      {{{"1", "Passed"}, Mark::Passed}, {{"2", "Failed"}, Mark::Failed}, {{"3", ""}}},
+                      {}};
+    view.setTable(table);
+    view.setCommands("", "Everything has been measured.");
+    std::vector<std::size_t> repeated;
+    view.signalRepeat.connect([&](const std::vector<std::size_t>& rows) { repeated = rows; });
+    const auto buttons = KesTest::findWidgets<Gtk::Button>(view);
+    auto* repeat = *std::find_if(buttons.begin(), buttons.end(), [](const Gtk::Button* button) {
+        return button->get_label() == "Repeat selected";
+    });
+    const auto selection = KesTest::findWidgets<Gtk::TreeView>(view).front()->get_selection();
+    EXPECT_FALSE(repeat->get_sensitive());
+    EXPECT_EQ(repeat->get_tooltip_text(), "Select the rows to be measured again.");
+    selection->select(Gtk::TreePath("2"));
+    EXPECT_FALSE(repeat->get_sensitive()) << "it has not been measured";
+    selection->select(Gtk::TreePath("1"));
+    selection->select(Gtk::TreePath("0"));
+    repeat->clicked();
+    EXPECT_THAT(repeated, testing::ElementsAre(0u, 1u));
+    // A new result does not take the selection away.
+    table.rows[1] = {{"2", "Passed"}, Mark::Passed};
+    view.setTable(table);
+    EXPECT_EQ(selection->count_selected_rows(), 3);
+    view.setCommands("A test is under way.", "");
+    EXPECT_FALSE(repeat->get_sensitive());
+    EXPECT_EQ(repeat->get_tooltip_text(), "A test is under way.");
+    // Another plan has other columns.
+    view.setTable({{{"verdict", "Verdict", false}}, {{{""}}}, {}});
+    auto* shown = KesTest::findWidgets<Gtk::TreeView>(view).front();
+    EXPECT_EQ(shown->get_n_columns(), 1u);
+    Glib::ustring text;
+    shown->get_model()->children()[0].get_value(0, text);
+    EXPECT_EQ(text, "Planned");
 }

@@ -82,7 +82,9 @@ class Overcurrent(Program):
         wait(f"the outcome '{text}'", lambda: any(text in label for label in self.window.labels), 60)
 
     def rows(self):
-        return find(self.window, "table", self.word("Results.title")).rows
+        """The rows of the results that have been measured."""
+        rows = find(self.window, "table", self.word("Results.title")).rows
+        return [row for row in rows if row[-1] != self.word("State.planned")]
 
     def updaterSwitch(self):
         return find(self.window, "check box", texts.SETTINGS.get("Updater.label", self.language))

@@ -228,7 +228,7 @@ TEST(ResultTextsTest, NameFaultAndStageOfEachPoint)
     results.points = {{{Fault::BC, 6.0}, MeasureState::Measured, std::chrono::milliseconds(310)},
                       {{Fault::N, 6.0}, MeasureState::NoOperation, {}}};
     results.pickUp = RampResult{MeasureState::Measured, 1.01, 1.0};
-    const auto table = ResultTexts::createTable(&results);
+    const auto table = ResultTexts::createTable(results);
     std::string all;
     for (const auto& row : table.rows)
         for (const auto& cell : row.cells)

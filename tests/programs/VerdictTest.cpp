@@ -54,7 +54,7 @@ TestResults runAt(double speed, const ModelRelay& relay,
     const auto& plan = relay.plan;
     struct Collector : ITestRunListener {
         void onPhase(const RunPhase&) override {}
-        void onPoint(const PointResult& result) override { results.points.push_back(result); }
+        void onPoint(std::size_t, const PointResult& result) override { results.points.push_back(result); }
         void onPickUp(const RampResult& result) override { results.pickUp = result; }
         void onDropOff(const RampResult& result) override { results.dropOff = result; }
         TestResults results;

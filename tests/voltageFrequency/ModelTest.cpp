@@ -386,7 +386,7 @@ TEST_F(ModelTest, TheWindowShowsThePlanAndFillsIt)
     };
     EXPECT_EQ(tables().front()->get_model()->children().size(), 14u);
     EXPECT_EQ(cell(13, 1), "81R df/dt");
-    EXPECT_EQ(cell(13, 8), "");
+    EXPECT_EQ(cell(13, 8), "Planned");
     ASSERT_TRUE(shown.startTest());
     EXPECT_TRUE(KesTest::waitFor(
         [&] { return shown.getCanStart() && cell(13, 8).find("Passed") != std::string::npos; }));

@@ -86,6 +86,7 @@ std::vector<std::pair<std::string, std::string>> listCircumstances(const TestSum
     add("calibrationDate", test.calibrationDate);
     add("origin", ReportXml::wordOf(test.origin));
     add("startedAt", test.startedAt);
+    add("continuedAt", test.continuedAt);
     add("checksum", summary.checksum);
     return all;
 }

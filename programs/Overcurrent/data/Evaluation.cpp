@@ -3,6 +3,8 @@
 #include <Overcurrent/data/StageTimes.h>
 #include <Overcurrent/data/TimeBand.h>
 
+#include <KesMeasure/Series.h>
+
 #include <algorithm>
 #include <chrono>
 
@@ -14,6 +16,11 @@ namespace {
 constexpr double rounding = 1e-9;
 /// The clock of a device tells whole microseconds.
 constexpr double clockStep = 1e-6;
+
+double toSeconds(KesDriver::DeviceTime time)
+{
+    return std::chrono::duration<double>(time).count();
+}
 
 bool isFound(const std::optional<RampResult>& ramp)
 {
@@ -35,12 +42,19 @@ Point evaluate(const TestResults& results, const PointResult& point)
     }
     if (point.state != MeasureState::Measured)
         return evaluated;
-    evaluated.measured = std::chrono::duration<double>(point.time).count();
+    evaluated.measured = toSeconds(point.time);
     evaluated.deviation = *evaluated.measured - evaluated.expected;
     if (evaluated.expected > 0.0)
         evaluated.deviationPercent = *evaluated.deviation / evaluated.expected * 100.0;
-    evaluated.isPassed = *evaluated.measured >= evaluated.earliest - clockStep &&
-                         *evaluated.measured <= evaluated.latest + clockStep;
+    std::vector<double> singles;
+    for (const auto time : point.singles)
+        singles.push_back(toSeconds(time));
+    if (!singles.empty())
+        evaluated.spread = KesMeasure::Series::getSpread(singles);
+    singles.push_back(*evaluated.measured);
+    evaluated.isPassed = std::all_of(singles.begin(), singles.end(), [&](double time) {
+        return time >= evaluated.earliest - clockStep && time <= evaluated.latest + clockStep;
+    });
     return evaluated;
 }
 

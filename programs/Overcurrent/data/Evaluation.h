@@ -24,7 +24,9 @@ struct Point {
     /// Measured minus expected.
     std::optional<double> deviation;
     std::optional<double> deviationPercent;
-    /// The relay operated, and in time.
+    /// Of several single times, the largest minus the smallest.
+    std::optional<double> spread;
+    /// The relay operated, and in time; of several times the worst counts.
     bool isPassed = false;
 };
 

@@ -49,6 +49,16 @@ Kes::Result readNumber(PlanField field, const std::string& text, double& value)
     return true;
 }
 
+Kes::Result readRepetitions(const std::string& text, unsigned& repetitions)
+{
+    const auto number = Kes::NumberText::readInteger(text);
+    if (!number || *number < 0 || *number > 9999)
+        return Kes::Result::failure(
+            format(get("Plan.notWhole"), PlanTexts::nameOf(PlanField::Repetitions), text));
+    repetitions = static_cast<unsigned>(*number);
+    return true;
+}
+
 std::vector<std::string> splitMultiples(const std::string& text)
 {
     const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; };
@@ -74,6 +84,7 @@ PlanTexts::PlanTexts(const TestPlan& plan)
     auto& multiples = (*this)[PlanField::Multiples];
     for (const double multiple : plan.multiples)
         multiples += (multiples.empty() ? "" : "; ") + KesMeasure::ScreenNumber::shortest(multiple);
+    (*this)[PlanField::Repetitions] = std::to_string(plan.repetitions);
     for (const auto& number : numbersOf(plan))
         (*this)[number.field] = KesMeasure::ScreenNumber::shortest(*number.value);
 }
@@ -86,7 +97,7 @@ std::string PlanTexts::nameOf(PlanField field)
             return number.partKey ? format(get("PlanView.fieldName"), std::string(get(number.nameKey)),
                                            std::string(get(number.partKey)))
                                   : get(number.nameKey);
-    return get("PlanView.multiples");
+    return get(field == PlanField::Repetitions ? "Plan.repetitions" : "PlanView.multiples");
 }
 
 Kes::Result PlanTexts::_readField(PlanField field, TestPlan& plan) const
@@ -99,6 +110,8 @@ Kes::Result PlanTexts::_readField(PlanField field, TestPlan& plan) const
                 return result;
         }
     }
+    if (field == PlanField::Repetitions)
+        return readRepetitions((*this)[field], plan.repetitions);
     for (const auto& number : numbersOf(plan))
         if (number.field == field)
             return readNumber(field, (*this)[field], *number.value);

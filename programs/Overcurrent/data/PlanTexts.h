@@ -27,6 +27,7 @@ enum class PlanField : std::size_t {
     DropOffDwell,
     PickUpTolerance,
     MinimumRatio,
+    Repetitions,
     Count
 };
 

@@ -63,6 +63,15 @@ constexpr LaterNumber laterNumbers[] = {
 constexpr std::pair<const char*, unsigned RelaySettings::*> inputs[] = {
     {"tripInput", &RelaySettings::tripInput}, {"startInput", &RelaySettings::startInput}};
 
+constexpr const char* repetitionsName = "repetitions";
+
+/// 0 for what no plan has.
+unsigned readRepetitions(XmlAttributes& attributes)
+{
+    const long long number = attributes.integer(repetitionsName);
+    return number >= 1 && number <= TestPlan::maximumRepetitions ? static_cast<unsigned>(number) : 0U;
+}
+
 void writeRamp(xmlpp::Element& parent, const char* name, const Ramp& ramp)
 {
     auto& element = *parent.add_child(name);
@@ -226,6 +235,9 @@ void write(xmlpp::Element& element, const TestPlan& plan)
     setAttribute(element, "pickUpTolerance", plan.pickUpTolerancePercent);
     setAttribute(element, "minimumRatio", plan.minimumRatio);
     setAttribute(element, "goesOn", wordOf(plan.goesOn, decisions));
+    // Results of plans that know no repetitions keep their checksum.
+    if (plan.repetitions != 1)
+        setAttribute(element, repetitionsName, std::to_string(plan.repetitions));
     std::string faults;
     for (const auto fault : plan.faults)
         faults += (faults.empty() ? "" : " ") + Faults::wordOf(fault);
@@ -248,6 +260,8 @@ std::optional<TestPlan> read(const xmlpp::Element& element, ArchiveForm form)
     plan.minimumRatio = attributes.number("minimumRatio");
     if (form != ArchiveForm::Second)
         plan.goesOn = attributes.choice("goesOn", decisions);
+    if (element.get_attribute(repetitionsName))
+        plan.repetitions = readRepetitions(attributes);
     const bool isLaterRead = form != ArchiveForm::Present || readLaterPlan(attributes, plan);
     const bool isRead = isLaterRead && attributes.isGood() && readMultiples(element, plan.multiples) &&
                         readRamp(element, "pickUp", plan.pickUp) &&

@@ -8,6 +8,7 @@
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
 #include <KesMeasure/ScreenNumber.h>
+#include <KesMeasure/SpreadColumn.h>
 #include <KesMeasure/StateText.h>
 
 #include <algorithm>
@@ -105,17 +106,20 @@ const std::vector<ResultTable::Column>& columns()
     return made;
 }
 
-ResultTable::Row createRow(const TestResults& results, const PointResult& point, std::size_t number)
+ResultTable::Row createRow(const TestResults& results, const PointResult& point, std::size_t number,
+                           bool isMeasured)
 {
-    const auto evaluated = Evaluation::evaluate(results, point);
+    auto evaluated = Evaluation::evaluate(results, point);
+    if (!isMeasured)
+        evaluated.measured = evaluated.deviation = evaluated.deviationPercent = std::nullopt;
     const std::string none = get("Results.notYet");
     return {{std::to_string(number), Faults::nameOf(point.fault), multiple(point.multiple),
              amperes(evaluated.current), SettingsSummary::nameOf(evaluated.stage),
              fixed(evaluated.expected, 3), evaluated.measured ? fixed(*evaluated.measured, 3) : none,
              evaluated.deviation ? withSign(*evaluated.deviation, 3) : none,
              evaluated.deviationPercent ? withSign(*evaluated.deviationPercent, 2) : none,
-             bandText(evaluated), stateText(point.state, evaluated.isPassed)},
-            toMark(evaluated.isPassed),
+             bandText(evaluated), isMeasured ? stateText(point.state, evaluated.isPassed) : ""},
+            isMeasured ? toMark(evaluated.isPassed) : Mark::None,
             "point." + Faults::wordOf(point.fault) + "." + Kes::NumberText::write(point.multiple),
             {fixed(evaluated.earliest, 3), fixed(evaluated.latest, 3), get("Unit.second")}};
 }
@@ -131,6 +135,10 @@ std::vector<ResultTable::Value> createValues(const TestResults* results)
         rampValue("dropOff", results, results ? results->dropOff : std::nullopt, isDropOffPassed)};
     if (results)
         values.front().band = pickUpBand(*results);
+    if (results && results->pickUp)
+        values[0].row = results->plan.countPoints();
+    if (results && results->dropOff)
+        values[1].row = results->plan.countPoints() + 1;
     ResultTable::Value ratio{get("Results.ratio"), get("Results.notYet"), {}, Mark::None, "ratio"};
     if (const auto value = results ? Evaluation::ratio(*results) : std::nullopt) {
         const auto [least, most] = *Evaluation::ratioInterval(*results);
@@ -146,23 +154,41 @@ std::vector<ResultTable::Value> createValues(const TestResults* results)
 
 } // namespace
 
-ResultTable createTable(const TestResults* results)
+ResultTable createTable(const TestResults& results)
 {
-    ResultTable table{columns(), {}, createValues(results)};
-    if (results)
-        for (const auto& point : results->points)
-            table.rows.push_back(createRow(*results, point, table.rows.size() + 1));
+    ResultTable table{columns(), {}, createValues(&results)};
+    std::vector<std::string> spreads;
+    for (const auto& planned : results.plan.getPoints()) {
+        const std::size_t index = table.rows.size();
+        const bool isMeasured = index < results.points.size();
+        const auto point = isMeasured ? results.points[index] : PointResult{planned};
+        table.rows.push_back(createRow(results, point, index + 1, isMeasured));
+        const auto spread = isMeasured ? Evaluation::evaluate(results, point).spread : std::nullopt;
+        spreads.push_back(spread ? fixed(*spread, 3) : get("Results.notYet"));
+    }
+    if (results.plan.repetitions == 1)
+        return table;
+    KesMeasure::addSpreadColumn(table, get("Unit.second"), spreads);
+    // The window has no room for one more.
+    for (auto& column : table.columns)
+        column.isInWindow = column.name != "current" && column.name != "deviation";
     return table;
+}
+
+std::string describePlanned(const TestResults& results, const PointResult& point)
+{
+    const auto evaluated = Evaluation::evaluate(results, point);
+    return Faults::nameOf(point.fault) + ", " + multiple(point.multiple) + " " + get("Unit.setting") + ", " +
+           SettingsSummary::nameOf(evaluated.stage) + "\n" + get("Results.expected") + ": " +
+           fixed(evaluated.expected, 3) + " (" + bandText(evaluated) + ")";
 }
 
 std::string describe(const TestResults& results, const PointResult& point)
 {
     const auto evaluated = Evaluation::evaluate(results, point);
     const std::string measured = evaluated.measured ? fixed(*evaluated.measured, 3) : get("Results.notYet");
-    return Faults::nameOf(point.fault) + ", " + multiple(point.multiple) + " " + get("Unit.setting") + ", " +
-           SettingsSummary::nameOf(evaluated.stage) + "\n" + get("Results.expected") + ": " +
-           fixed(evaluated.expected, 3) + " (" + bandText(evaluated) + ")\n" + get("Results.measured") +
-           ": " + measured + "\n" + stateText(point.state, evaluated.isPassed);
+    return describePlanned(results, point) + "\n" + get("Results.measured") + ": " + measured + "\n" +
+           stateText(point.state, evaluated.isPassed);
 }
 
 } // namespace Overcurrent::ResultTexts

@@ -2,12 +2,14 @@
 
 #include <Overcurrent/data/PlanXml.h>
 
+#include <KesMeasure/SinglesXml.h>
 #include <KesMeasure/StateXml.h>
 
 #include <libxml++/libxml++.h>
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 
 namespace Overcurrent::ResultsXml {
 
@@ -25,6 +27,10 @@ void writePoint(xmlpp::Element& parent, const PointResult& point)
     StateXml::write(element, point.state);
     if (point.state == MeasureState::Measured)
         setAttribute(element, "microseconds", std::to_string(point.time.count()));
+    std::vector<double> singles;
+    for (const auto time : point.singles)
+        singles.push_back(static_cast<double>(time.count()));
+    KesMeasure::SinglesXml::write(element, singles);
 }
 
 void writeRamp(xmlpp::Element& parent, const char* name, const std::optional<RampResult>& ramp)
@@ -39,6 +45,29 @@ void writeRamp(xmlpp::Element& parent, const char* name, const std::optional<Ram
     setAttribute(element, "multiple", ramp->multiple);
 }
 
+bool isTimeOf(const TestPlan& plan, KesDriver::DeviceTime time)
+{
+    // A device may see the contact a moment after it has ended the step.
+    const std::chrono::duration<double> latest(plan.timeout + 1.0);
+    return time.count() >= 0 && time <= latest;
+}
+
+/// Nothing when they are no times of such a plan.
+std::optional<std::vector<KesDriver::DeviceTime>> readSingles(const xmlpp::Element& element,
+                                                              const TestPlan& plan)
+{
+    const auto values = KesMeasure::SinglesXml::read(element);
+    if (!values)
+        return std::nullopt;
+    std::vector<KesDriver::DeviceTime> times;
+    for (const double value : *values) {
+        if (value < 0.0 || value > (plan.timeout + 1.0) * 1e6)
+            return std::nullopt;
+        times.emplace_back(std::llround(value));
+    }
+    return times;
+}
+
 bool readPoint(const xmlpp::Element& element, const TestPlan& plan, ArchiveForm form, PointResult& point)
 {
     XmlAttributes attributes(element);
@@ -50,12 +79,13 @@ bool readPoint(const xmlpp::Element& element, const TestPlan& plan, ArchiveForm 
     }
     point.multiple = attributes.number("multiple");
     point.state = StateXml::readState(attributes);
-    if (!attributes.isGood() || point.state != MeasureState::Measured)
-        return attributes.isGood();
-    point.time = KesDriver::DeviceTime(attributes.integer("microseconds"));
-    // A device may see the contact a moment after it has ended the step.
-    const std::chrono::duration<double> latest(plan.timeout + 1.0);
-    return attributes.isGood() && point.time.count() >= 0 && point.time <= latest;
+    const auto singles = readSingles(element, plan);
+    if (!attributes.isGood() || !singles)
+        return false;
+    if (point.state == MeasureState::Measured && singles->empty())
+        point.time = KesDriver::DeviceTime(attributes.integer("microseconds"));
+    point.takeSingles(*singles);
+    return attributes.isGood() && isTimeOf(plan, point.time);
 }
 
 /// Form 2 tells the step with the change only; the one before it is a step of the plan away.

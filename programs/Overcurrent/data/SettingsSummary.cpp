@@ -117,6 +117,8 @@ std::vector<Line> describe(const TestPlan& plan, const RelaySettings& settings)
     lines.insert(lines.begin() + 1, {get("PlanView.faults"), faultsText(plan, settings)});
     if (plan.outputsPerPhase > 1)
         lines.push_back({get("PlanView.outputs"), std::to_string(plan.outputsPerPhase)});
+    if (plan.repetitions > 1)
+        lines.push_back({get("Plan.repetitions"), std::to_string(plan.repetitions)});
     if (settings.hasRamps()) {
         lines.push_back({get("PlanView.pickUpRamp"), rampText(plan.pickUp)});
         lines.push_back({get("PlanView.dropOffRamp"), rampText(plan.dropOff)});

@@ -81,6 +81,19 @@ void addPoints(Chart& chart, const TestResults& results)
     }
 }
 
+void addPlanned(Chart& chart, const TestResults& results)
+{
+    const auto points = results.plan.getPoints();
+    for (std::size_t i = results.points.size(); i < points.size(); ++i) {
+        const PointResult point{points[i]};
+        const double expected = Evaluation::evaluate(results, point).expected;
+        if (expected > 0.0)
+            chart.points.push_back({{point.multiple, expected},
+                                    ChartPoint::State::Planned,
+                                    ResultTexts::describePlanned(results, point)});
+    }
+}
+
 /// The band near Is would take most of the height; the axis ends a little above the first planned point.
 void chooseAxes(Chart& chart, const TestPlan& plan, const RelaySettings& settings, double most)
 {
@@ -115,8 +128,9 @@ Chart create(const RelaySettings& settings, const TestPlan& plan, const TestResu
     chart.yTitle = get("Chart.seconds");
     const auto [least, most] = plannedRange(plan);
     addCurves(chart, settings, plan, least, most);
-    if (results)
-        addPoints(chart, *results);
+    const TestResults shown = results ? *results : resultsOf(settings, plan);
+    addPoints(chart, shown);
+    addPlanned(chart, shown);
     chooseAxes(chart, plan, settings, most);
     return chart;
 }

@@ -238,6 +238,8 @@ Result TestPlan::check() const
         return result;
     if (auto result = checkRamp("Plan.dropOff", dropOff, false, pickUpTolerancePercent); !result)
         return result;
+    if (auto result = checkRange("Plan.repetitions", repetitions, 1.0, maximumRepetitions); !result)
+        return result;
     // A relay that drops off at its pick-up value passes no test.
     return checkRange("Plan.minimumRatio", minimumRatio, 0.01, 0.99);
 }

@@ -5,6 +5,7 @@
 
 #include <KesCommon/Result.h>
 #include <KesDriver/Outputs.h>
+#include <KesMeasure/SinglesXml.h>
 
 #include <cstddef>
 #include <vector>
@@ -43,6 +44,7 @@ struct TestPlan {
     static constexpr std::size_t maximumPoints = 100;
     static constexpr double maximumMultiple = 100.0;
     static constexpr std::size_t maximumRampSteps = 2000;
+    static constexpr unsigned maximumRepetitions = KesMeasure::SinglesXml::mostRepetitions;
     /// Current outputs of a device.
     static constexpr unsigned outputCount = 3;
 
@@ -65,6 +67,8 @@ struct TestPlan {
     double pickUpTolerancePercent = 5.0;
     /// The least ratio of the drop-off value to the pick-up value.
     double minimumRatio = 0.9;
+    /// How many times each point is measured, 1 to 20.
+    unsigned repetitions = 1;
     /// Whether the test goes on after a measurement at which the relay did not do what was waited for.
     bool goesOn = false;
 

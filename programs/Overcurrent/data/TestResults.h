@@ -21,6 +21,12 @@ struct PointResult : PlannedPoint {
     /// On the device's clock, from the beginning of the current to the first closing of the trip contact;
     /// only when measured.
     KesDriver::DeviceTime time{0};
+    /// The single times when it was measured several times, in order; `time` is their mean then. Those before
+    /// the last when that one was not measured.
+    std::vector<KesDriver::DeviceTime> singles{};
+
+    /// The times that were measured; the state is that of the last one.
+    void takeSingles(std::vector<KesDriver::DeviceTime> times);
 
     bool operator==(const PointResult&) const = default;
 };
@@ -50,6 +56,15 @@ struct TestResults : KesMeasure::MeasuredTest {
 
     bool operator==(const TestResults&) const = default;
 };
+
+/// Those of a test that has not measured anything yet.
+inline TestResults resultsOf(const RelaySettings& settings, const TestPlan& plan)
+{
+    TestResults results;
+    results.settings = settings;
+    results.plan = plan;
+    return results;
+}
 
 /// Whether there is a result for everything that the plan wants measured.
 inline bool isWhole(const TestResults& results)

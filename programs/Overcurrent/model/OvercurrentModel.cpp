@@ -94,7 +94,7 @@ KesTestProgram::ShownTest OvercurrentModel::getShownTest() const
     return {TestOutcome::create(measured, areResultsLost()),
             TestChart::create(measured ? measured->settings : getSettings(),
                               measured ? measured->plan : _plan, measured),
-            ResultTexts::createTable(measured)};
+            ResultTexts::createTable(measured ? *measured : resultsOf(getSettings(), _plan))};
 }
 
 std::string OvercurrentModel::getProgramName()
@@ -185,19 +185,24 @@ std::shared_ptr<KesDriver::ISimulatedTestObject> OvercurrentModel::_makeBenchObj
 }
 
 OvercurrentModel::RunResult OvercurrentModel::_runTest(KesDevice::Kesto& kesto,
-                                                       KesMeasure::RunControl& control)
+                                                       KesMeasure::RunControl& control,
+                                                       const std::vector<std::size_t>& order)
 {
-    TestRun run(_runSettings, _runPlan, kesto, control, *this);
+    // Most likely it is still the same relay.
+    KesMeasure::HeatBudget heat(_runSettings.getWithstand());
+    const std::chrono::duration<double> rest = std::chrono::steady_clock::now() - _heatAt;
+    if (_heat)
+        heat.follow(*_heat, rest.count());
+    TestRun run(_runSettings, _runPlan, kesto, control, *this, order, heat);
     const auto end = run.execute();
+    _heat = run.getHeat();
+    _heatAt = std::chrono::steady_clock::now();
     return {end, run.getError()};
 }
 
 TestResults OvercurrentModel::_createResults() const
 {
-    TestResults results;
-    results.settings = _runSettings;
-    results.plan = _runPlan;
-    return results;
+    return resultsOf(_runSettings, _runPlan);
 }
 
 KesMeasure::Verdict OvercurrentModel::_judge(const TestResults& results) const
@@ -215,14 +220,27 @@ std::size_t OvercurrentModel::_countMeasuredIn(const TestResults& results) const
     return DataSummary::countMeasured(results);
 }
 
-void OvercurrentModel::onPhase(const RunPhase& phase)
+std::size_t OvercurrentModel::_countPlannedIn(const TestResults& results) const
 {
-    _announceStep(phaseText(phase), phase.progress);
+    return DataSummary::countPlanned(results);
 }
 
-void OvercurrentModel::onPoint(const PointResult& result)
+void OvercurrentModel::onPhase(const RunPhase& phase)
 {
-    _changeResults([&](TestResults& results) { results.points.push_back(result); });
+    std::string text = phaseText(phase);
+    if (phase.kind == RunPhase::Kind::Point && _runPlan.repetitions > 1)
+        text = format(lng::Measure::get("Run.repetition"), text, phase.repetition, _runPlan.repetitions);
+    _announceStep(text, phase.times);
+}
+
+void OvercurrentModel::onPoint(std::size_t index, const PointResult& result)
+{
+    _changeResults([&](TestResults& results) {
+        if (index < results.points.size())
+            results.points[index] = result;
+        else
+            results.points.push_back(result);
+    });
 }
 
 void OvercurrentModel::onPickUp(const RampResult& result)

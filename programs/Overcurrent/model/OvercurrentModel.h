@@ -6,6 +6,7 @@
 
 #include <KesTestProgram/ResultsModel.h>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -39,7 +40,8 @@ private:
     Kes::Result _prepareTest() override;
     Kes::Result _checkLimits(const KesDriver::OutputLimits& limits) const override;
     std::shared_ptr<KesDriver::ISimulatedTestObject> _makeBenchObject() const override;
-    RunResult _runTest(KesDevice::Kesto& kesto, KesMeasure::RunControl& control) override;
+    RunResult _runTest(KesDevice::Kesto& kesto, KesMeasure::RunControl& control,
+                       const std::vector<std::size_t>& order) override;
     std::optional<KesTestProgram::LoadedArchive> _readArchive(std::istream& stream, bool isRepair) override;
     void _clearData() override;
     std::string _createReportData() const override;
@@ -49,9 +51,10 @@ private:
     KesMeasure::Verdict _judge(const TestResults& results) const override;
     std::string _toXml(const TestResults& results) const override;
     std::size_t _countMeasuredIn(const TestResults& results) const override;
+    std::size_t _countPlannedIn(const TestResults& results) const override;
 
     void onPhase(const RunPhase& phase) override;
-    void onPoint(const PointResult& result) override;
+    void onPoint(std::size_t index, const PointResult& result) override;
     void onPickUp(const RampResult& result) override;
     void onDropOff(const RampResult& result) override;
 
@@ -62,6 +65,9 @@ private:
     /// Of the present run; written before its thread is made.
     RelaySettings _runSettings;
     TestPlan _runPlan;
+    /// How warm the relay was after the last run, and when that was; start thread only.
+    std::optional<KesMeasure::HeatBudget> _heat;
+    std::chrono::steady_clock::time_point _heatAt{};
 };
 
 } // namespace Overcurrent

@@ -28,7 +28,7 @@ std::string ReportDocument::create(const RelaySettings& settings, const TestPlan
         ReportXml::addLines(root, "nameplate", nameplate);
         ReportXml::addLines(root, "settings", SettingsSummary::describe(settings));
         ReportXml::addLines(root, "plan", SettingsSummary::describe(plan, settings));
-        ReportXml::addResults(root, ResultTexts::createTable(results));
+        ReportXml::addResults(root, results ? ResultTexts::createTable(*results) : ResultTable());
         ReportXml::addChart(root, TestChart::create(settings, plan, results));
     });
 }

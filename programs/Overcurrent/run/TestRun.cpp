@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <numeric>
+#include <utility>
 
 namespace Overcurrent {
 
@@ -32,49 +34,74 @@ MeasureState stateWithoutChange(const SequenceRecord& record, DeviceTime whole)
     return end - record.steps[0] < whole / 2 ? MeasureState::ContactEarly : MeasureState::NoOperation;
 }
 
+std::vector<std::size_t> wholeOrder(const RelaySettings& settings, const TestPlan& plan)
+{
+    std::vector<std::size_t> order(plan.countPoints() + (settings.hasRamps() ? 2U : 0U));
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    return order;
+}
+
 } // namespace
 
 TestRun::TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice::Kesto& kesto,
                  KesMeasure::RunControl& control, ITestRunListener& listener)
+    : TestRun(settings, plan, kesto, control, listener, wholeOrder(settings, plan),
+              KesMeasure::HeatBudget(settings.getWithstand()))
+{}
+
+TestRun::TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice::Kesto& kesto,
+                 KesMeasure::RunControl& control, ITestRunListener& listener, std::vector<std::size_t> order,
+                 const KesMeasure::HeatBudget& heat)
     : _settings(settings),
       _plan(plan),
+      _points(plan.getPoints()),
       _guard(TestSequences::guard(settings, plan)),
       _listener(listener),
-      _runner(kesto, control, KesMeasure::HeatBudget(settings.getWithstand()))
+      _runner(kesto, control, heat),
+      _order(std::move(order)),
+      _clock(_getWeights())
 {
-    for (const auto& point : plan.getPoints())
-        _wholeWeight += _pointWeight(point);
-    if (settings.hasRamps())
-        _wholeWeight +=
-            _rampWeight(plan.pickUp, plan.pickUp.dwell) + _rampWeight(plan.dropOff, settings.resetTime);
     _runner.onCooling = [this](double seconds) {
+        _clock.extendStep(seconds);
         _phase.coolingSeconds = seconds;
-        _listener.onPhase(_phase);
+        _tell();
+    };
+    _runner.onTime() = [this](DeviceTime now) {
+        _clock.setTime(now);
+        _tell();
     };
 }
 
 RunEnd TestRun::execute()
 {
-    if (const auto end = _measurePoints(); end != RunEnd::Complete || !_settings.hasRamps())
-        return end;
-    const auto end = _measurePickUp();
-    return end == RunEnd::Complete ? _measureDropOff() : end;
+    for (const auto number : _order)
+        if (const auto end = _measure(number); end != RunEnd::Complete)
+            return end;
+    return RunEnd::Complete;
 }
 
-RunEnd TestRun::_measurePoints()
+RunEnd TestRun::_measure(std::size_t number)
 {
-    std::size_t number = 0;
-    for (const auto& point : _plan.getPoints()) {
-        _announce({RunPhase::Kind::Point, ++number, _plan.countPoints(), point});
-        PointResult result{point};
+    const std::size_t count = _points.size();
+    if (number < count)
+        return _measurePoints(number);
+    return number == count ? _measurePickUp() : _measureDropOff();
+}
+
+RunEnd TestRun::_measurePoints(std::size_t index)
+{
+    PointResult result{_points[index]};
+    std::vector<DeviceTime> times;
+    for (unsigned i = 1; i <= _plan.repetitions && result.state == MeasureState::Measured; ++i) {
+        _announce({RunPhase::Kind::Point, index + 1, _points.size(), _points[index], i});
         if (const auto end = _measurePoint(result); end != RunEnd::Complete)
             return end;
-        _doneWeight += _pointWeight(point);
-        _listener.onPoint(result);
-        if (const auto end = _judge(result.state); end != RunEnd::Complete)
-            return end;
+        if (result.state == MeasureState::Measured)
+            times.push_back(result.time);
     }
-    return RunEnd::Complete;
+    result.takeSingles(std::move(times));
+    _listener.onPoint(index, result);
+    return _judge(result.state);
 }
 
 RunEnd TestRun::_measurePoint(PointResult& result)
@@ -110,7 +137,6 @@ RunEnd TestRun::_measurePickUp()
     });
     if (end != RunEnd::Complete)
         return end;
-    _doneWeight += _rampWeight(_plan.pickUp, _plan.pickUp.dwell);
     _listener.onPickUp(result);
     return _judge(result.state);
 }
@@ -124,7 +150,6 @@ RunEnd TestRun::_measureDropOff()
     });
     if (end != RunEnd::Complete)
         return end;
-    _doneWeight += _rampWeight(_plan.dropOff, _settings.resetTime);
     _listener.onDropOff(result);
     return _judge(result.state);
 }
@@ -222,11 +247,30 @@ RunEnd TestRun::_fail(std::string error)
     return RunEnd::Fault;
 }
 
-void TestRun::_announce(RunPhase phase)
+void TestRun::_announce(const RunPhase& phase)
 {
-    phase.progress = _wholeWeight > 0.0 ? _doneWeight / _wholeWeight : 0.0;
+    _clock.beginStep();
     _phase = phase;
-    _listener.onPhase(phase);
+    _tell();
+}
+
+void TestRun::_tell()
+{
+    _phase.times = _clock.getTimes();
+    _listener.onPhase(_phase);
+}
+
+std::vector<double> TestRun::_getWeights() const
+{
+    std::vector<double> weights;
+    for (const auto number : _order)
+        if (number < _points.size())
+            weights.insert(weights.end(), _plan.repetitions, _pointWeight(_points[number]));
+        else if (number == _points.size())
+            weights.push_back(_rampWeight(_plan.pickUp, _plan.pickUp.dwell));
+        else
+            weights.push_back(_rampWeight(_plan.dropOff, _settings.resetTime));
+    return weights;
 }
 
 double TestRun::_pointWeight(const PlannedPoint& point) const

@@ -3,6 +3,7 @@
 #include <Overcurrent/data/TestResults.h>
 
 #include <KesDevice/Kesto.h>
+#include <KesMeasure/RunClock.h>
 #include <KesMeasure/RunControl.h>
 #include <KesMeasure/StepRunner.h>
 
@@ -20,8 +21,9 @@ struct RunPhase {
     std::size_t number = 0;
     std::size_t count = 0;
     PlannedPoint point{};
-    /// The share of the expected duration that is over, from 0 to 1.
-    double progress = 0.0;
+    /// Which measurement of the point, from 1.
+    unsigned repetition = 1;
+    KesMeasure::RunTimes times{};
     /// Before it begins the relay cools down for this many seconds; 0: it does not need to.
     double coolingSeconds = 0.0;
 };
@@ -31,8 +33,10 @@ class ITestRunListener {
 public:
     virtual ~ITestRunListener() = default;
 
+    /// Several times within a phase.
     virtual void onPhase(const RunPhase& phase) = 0;
-    virtual void onPoint(const PointResult& result) = 0;
+    /// `index`: which of the plan's points, from 0.
+    virtual void onPoint(std::size_t index, const PointResult& result) = 0;
     virtual void onPickUp(const RampResult& result) = 0;
     virtual void onDropOff(const RampResult& result) = 0;
 };
@@ -48,6 +52,14 @@ public:
     /// The device, the control and the listener outlive it. The plan suits the settings and the device.
     TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice::Kesto& kesto,
             KesMeasure::RunControl& control, ITestRunListener& listener);
+    /// A part of the test, on a relay that is as warm as the budget says. The order has the plan's points by
+    /// their numbers from 0 on, then pick-up and drop-off.
+    TestRun(const RelaySettings& settings, const TestPlan& plan, KesDevice::Kesto& kesto,
+            KesMeasure::RunControl& control, ITestRunListener& listener, std::vector<std::size_t> order,
+            const KesMeasure::HeatBudget& heat);
+
+    /// How warm the relay is when the run has ended.
+    const KesMeasure::HeatBudget& getHeat() const { return *_runner.getBudget(); }
 
     /// Returns when everything is measured, the relay did not do what was waited for and the plan does not go
     /// on, the run was stopped, or the device failed; all outputs are zero then.
@@ -60,7 +72,8 @@ private:
     using Outcome = KesMeasure::StepRunner::Outcome;
     using Multiples = std::vector<double>;
 
-    RunEnd _measurePoints();
+    RunEnd _measure(std::size_t number);
+    RunEnd _measurePoints(std::size_t index);
     RunEnd _measurePickUp();
     RunEnd _measureDropOff();
     RunEnd _measurePoint(PointResult& result);
@@ -74,19 +87,22 @@ private:
     RunEnd _run(const KesDriver::OutputSequence& sequence, MeasureState& state);
     RunEnd _judge(MeasureState state) const;
     RunEnd _fail(std::string error);
-    void _announce(RunPhase phase);
+    void _announce(const RunPhase& phase);
+    void _tell();
 
+    std::vector<double> _getWeights() const;
     double _pointWeight(const PlannedPoint& point) const;
     double _rampWeight(const Ramp& ramp, double dwell) const;
 
     const RelaySettings _settings;
     const TestPlan _plan;
+    const std::vector<PlannedPoint> _points;
     const KesMeasure::StepGuard _guard;
     ITestRunListener& _listener;
     KesMeasure::StepRunner _runner;
+    const std::vector<std::size_t> _order;
+    KesMeasure::RunClock _clock;
     RunPhase _phase;
-    double _wholeWeight = 0.0;
-    double _doneWeight = 0.0;
     std::string _error;
 };
 

@@ -45,6 +45,7 @@ PlanView::PlanView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(get("PlanView
     _form.attach(multiples, 0, _row++, 3, 1);
     _addFaults();
     _addChoices();
+    _addRow(PlanField::Repetitions, nullptr);
     _addRow(PlanField::Timeout, "Unit.second");
     _addRow(PlanField::Pause, "Unit.second");
     _addRamp("PlanView.pickUpRamp", PlanField::PickUpFrom);

@@ -1,5 +1,6 @@
 #include <VoltageFrequency/data/Settings.h>
 
+#include <KesMeasure/SinglesXml.h>
 #include <KesTreeRelay/RelayNodes.h>
 #include <KesTreeRelay/VoltageFrequencyNodes.h>
 
@@ -19,6 +20,7 @@ constexpr const char* rampTimeId = "rampTime";
 constexpr const char* voltageStepId = "voltageStep";
 constexpr const char* frequencyStepId = "frequencyStep";
 constexpr const char* rateStepId = "rateStep";
+constexpr const char* repetitionsId = "repetitions";
 
 const char* const groups[] = {Nodes::Undervoltage, Nodes::Overvoltage, Nodes::Underfrequency,
                               Nodes::Overfrequency, Nodes::FrequencyRate};
@@ -72,6 +74,7 @@ Settings Settings::fromNode(const Node& testObject)
     settings.voltageStep = planned(voltageStepId) / 100.0;
     settings.frequencyStep = planned(frequencyStepId);
     settings.rateStep = planned(rateStepId) / 100.0;
+    settings.repetitions = static_cast<unsigned>(plan.find(repetitionsId)->getInteger());
     return settings;
 }
 
@@ -95,6 +98,9 @@ std::unique_ptr<Node> makeTestObject()
                           0.05, 5.0));
     plan.add(Node::number(rateStepId, {"Step beyond the rate setting", "Превышение уставки скорости"},
                           percent, 20.0, 5.0, 100.0));
+    plan.add(Node::integer(repetitionsId, {"Measurements of each value", "Измерений каждой величины"}, {}, 1,
+                           1, KesMeasure::SinglesXml::mostRepetitions))
+        .setIsLater();
     return root;
 }
 

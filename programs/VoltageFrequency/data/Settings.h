@@ -51,6 +51,8 @@ struct Settings {
     double voltageStep = 0.0;
     double frequencyStep = 0.0;
     double rateStep = 0.0;
+    /// How many times each value is measured.
+    unsigned repetitions = 1;
 
     /// GUI thread.
     static Settings fromNode(const KesTree::Node& testObject);

@@ -140,7 +140,8 @@ std::vector<KesMeasure::TextLine> VoltageFrequencyTest::describe() const
                   {get("Settings.ramp"), format(get("Settings.rampValue"), shortest(_settings.rampTime))},
                   {get("Settings.steps"), withUnit(_settings.voltageStep * 100.0, percent) + ", " +
                                               withUnit(_settings.frequencyStep, get("Unit.hertz")) + ", " +
-                                              withUnit(_settings.rateStep * 100.0, percent)}});
+                                              withUnit(_settings.rateStep * 100.0, percent)},
+                  {get("Settings.repetitions"), std::to_string(_settings.repetitions)}});
     return lines;
 }
 

@@ -19,6 +19,7 @@ public:
     std::vector<KesMeasure::TextLine> describe() const override;
     Kes::Result check() const override;
     KesMeasure::MeasurementPlan createPlan() const override;
+    unsigned getRepetitions() const override { return _settings.repetitions; }
     std::shared_ptr<KesDriver::ISimulatedTestObject> makeTestObject() const override;
 
 private:

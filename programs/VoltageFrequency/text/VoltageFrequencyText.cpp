@@ -39,6 +39,7 @@ constexpr Kes::TextTable table({
     {"Settings.reset", "Reset time", "Время возврата"},
     {"Settings.ramp", "Ramp", "Изменение"},
     {"Settings.rampValue", "%s s per tolerance", "%s с на допуск"},
+    {"Settings.repetitions", "Measurements of each value", "Измерений величины"},
     {"Settings.steps", "Steps beyond", "Превышения"},
 
     {"Check.noStage", "no stage of the relay is in use.", "ни одна ступень реле не введена."},

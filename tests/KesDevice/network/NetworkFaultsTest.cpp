@@ -212,7 +212,8 @@ Outcome tryPair(unsigned number, const Fault& fault, const Moment& moment)
     auto messages = rig.takeMessages();
     // What has ended a run is told, by a thread of its own.
     for (const auto end = std::chrono::steady_clock::now() + 2s;
-         !isWhole && messages.empty() && std::chrono::steady_clock::now() < end; messages = rig.takeMessages())
+         !isWhole && messages.empty() && std::chrono::steady_clock::now() < end;
+         messages = rig.takeMessages())
         std::this_thread::sleep_for(10ms);
     Outcome outcome{moment.isRace ? "off" : messages.empty() ? "goes on" : "off, told", {}};
     const auto complain = [&](const std::string& text) { outcome.defect += text + "; "; };

@@ -1,0 +1,56 @@
+#include <KesProgram/views/WindowKeys.h>
+
+#include <gdk/gdkkeysyms.h>
+#include <gtkmm/window.h>
+
+namespace KesProgram {
+
+namespace {
+
+constexpr auto control = Gdk::CONTROL_MASK;
+constexpr auto none = Gdk::ModifierType();
+
+} // namespace
+
+namespace Keys {
+
+const Key newFile{GDK_KEY_n, control};
+const Key openFile{GDK_KEY_o, control};
+const Key saveFile{GDK_KEY_s, control};
+const Key saveFileAs{GDK_KEY_s, control | Gdk::SHIFT_MASK};
+const Key start{GDK_KEY_F5, none};
+const Key stop{GDK_KEY_Escape, none};
+const Key help{GDK_KEY_F1, none};
+
+} // namespace Keys
+
+std::string Key::getName() const
+{
+    return Gtk::AccelGroup::get_label(value, modifiers);
+}
+
+WindowKeys::WindowKeys(Gtk::Widget& view)
+{
+    _joining = view.signal_hierarchy_changed().connect([this, &view](Gtk::Widget*) { _joinWindow(view); });
+}
+
+WindowKeys::~WindowKeys()
+{
+    // The widget tells of its own end later than this.
+    _joining.disconnect();
+}
+
+void WindowKeys::add(Gtk::Widget& command, const char* signal, const Key& key)
+{
+    command.add_accelerator(signal, _keys, key.value, key.modifiers, Gtk::ACCEL_VISIBLE);
+}
+
+void WindowKeys::_joinWindow(Gtk::Widget& view)
+{
+    auto* window = dynamic_cast<Gtk::Window*>(view.get_toplevel());
+    // A view that comes back to its window finds its keys still there.
+    if (window && !g_slist_find(gtk_accel_groups_from_object(G_OBJECT(window->gobj())), _keys->gobj()))
+        window->add_accel_group(_keys);
+}
+
+} // namespace KesProgram

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <KesCommon/Export.h>
+
+#include <gdkmm/types.h>
+#include <gtkmm/accelgroup.h>
+#include <gtkmm/widget.h>
+
+#include <string>
+
+namespace KesProgram {
+
+/// A key with its modifiers.
+struct KES_EXPORT Key {
+    unsigned value = 0;
+    Gdk::ModifierType modifiers{};
+
+    /// As people read it, such as "Ctrl+N".
+    std::string getName() const;
+};
+
+/// The keys of the shell's commands.
+namespace Keys {
+
+extern const Key newFile;
+extern const Key openFile;
+extern const Key saveFile;
+extern const Key saveFileAs;
+extern const Key start;
+extern const Key stop;
+extern const Key help;
+
+} // namespace Keys
+
+/// The keys of a view's commands. They work wherever the focus is in the window that the view is part of,
+/// and not while their command is switched off. A member of the view. GUI thread.
+class KES_EXPORT WindowKeys {
+public:
+    explicit WindowKeys(Gtk::Widget& view);
+    ~WindowKeys();
+    WindowKeys(const WindowKeys&) = delete;
+    WindowKeys& operator=(const WindowKeys&) = delete;
+
+    /// The key emits that signal ("activate" of a menu item, "clicked" of a tool button) of the command.
+    void add(Gtk::Widget& command, const char* signal, const Key& key);
+
+private:
+    void _joinWindow(Gtk::Widget& view);
+
+    sigc::connection _joining;
+    Glib::RefPtr<Gtk::AccelGroup> _keys = Gtk::AccelGroup::create();
+};
+
+} // namespace KesProgram

@@ -1,0 +1,79 @@
+#include "support/GuiTest.h"
+
+#include <KesProgram/views/FileMenuView.h>
+#include <KesProgram/views/HardwareControlToolbarView.h>
+#include <KesProgram/views/HelpMenuView.h>
+
+namespace {
+
+using namespace KesTest;
+
+class KeysTest : public GuiTest {
+protected:
+    KeysTest()
+    {
+        _bar.append(file);
+        _bar.append(help);
+        for (Gtk::Widget* widget : {static_cast<Gtk::Widget*>(&_bar), static_cast<Gtk::Widget*>(&control),
+                                    static_cast<Gtk::Widget*>(&entry)})
+            _box.add(*widget);
+        window.add(_box);
+        window.show_all();
+        entry.grab_focus();
+        waitFor([this] { return window.get_mapped(); });
+        record(file.signalNew, "new");
+        record(file.signalOpen, "open");
+        record(file.signalSave, "save");
+        record(file.signalSaveAs, "save as");
+        record(control.signalStart, "start");
+        record(control.signalStop, "stop");
+        record(help.signalHelp, "help");
+    }
+
+    void record(sigc::signal<void()>& signal, const std::string& name)
+    {
+        signal.connect([this, name] { commands.push_back(name); });
+    }
+
+    /// What the keys of all commands have done.
+    std::vector<std::string> pressAll()
+    {
+        commands.clear();
+        pressKey(window, GDK_KEY_n, GDK_CONTROL_MASK);
+        pressKey(window, GDK_KEY_o, GDK_CONTROL_MASK);
+        pressKey(window, GDK_KEY_s, GDK_CONTROL_MASK);
+        pressKey(window, GDK_KEY_S, GDK_CONTROL_MASK | GDK_SHIFT_MASK);
+        pressKey(window, GDK_KEY_F5);
+        pressKey(window, GDK_KEY_Escape);
+        pressKey(window, GDK_KEY_F1);
+        return commands;
+    }
+
+    Gtk::Window window;
+    KesProgram::FileMenuView file;
+    KesProgram::HelpMenuView help;
+    KesProgram::HardwareControlToolbarView control;
+    Gtk::Entry entry;
+    std::vector<std::string> commands;
+
+private:
+    Gtk::MenuBar _bar;
+    Gtk::Box _box{Gtk::ORIENTATION_VERTICAL};
+};
+
+TEST_F(KeysTest, KeysReachTheCommandsThatAreOnWhereverTheFocusIs)
+{
+    using Commands = std::vector<std::string>;
+    EXPECT_EQ(pressAll(), (Commands{"new", "open", "save", "save as", "start", "help"}));
+    file.setEnabledNew(false);
+    file.setEnabledOpen(false);
+    control.setCanStart(false);
+    control.setCanStop(true);
+    window.unset_focus();
+    EXPECT_EQ(pressAll(), (Commands{"save", "save as", "stop", "help"}));
+    EXPECT_EQ(entry.get_text(), "") << "the keys are no input";
+    for (auto* item : findWidgets<Gtk::MenuItem>(file))
+        EXPECT_EQ(item->get_label().raw().find("Ctrl"), std::string::npos) << "texts stay as they are";
+}
+
+} // namespace

@@ -1,0 +1,142 @@
+#include <Overcurrent/data/Evaluation.h>
+#include <Overcurrent/data/OvercurrentArchive.h>
+#include <Overcurrent/data/ResultTexts.h>
+#include <Overcurrent/model/OvercurrentModel.h>
+
+#include <support/GuiTest.h>
+#include <support/TemporaryHome.h>
+
+using namespace Overcurrent;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+namespace {
+
+/// Lets a test change what has been measured.
+class EditedModel : public OvercurrentModel {
+public:
+    void edit(const std::function<void(TestResults&)>& change)
+    {
+        auto results = *getResults();
+        change(results);
+        _replaceResults(results);
+    }
+};
+
+class RepeatTest : public KesTest::GuiTest {
+protected:
+    RepeatTest()
+    {
+        model.setSpeed(2e4);
+        model.init();
+        TestPlan plan;
+        plan.multiples = {2.0, 5.0, 10.0};
+        EXPECT_TRUE(model.setPlan(plan));
+    }
+
+    ~RepeatTest() override
+    {
+        model.stopTest();
+        EXPECT_TRUE(waitForEnd());
+    }
+
+    bool waitForEnd()
+    {
+        return KesTest::waitFor([this] { return model.getCanStart() && !model.isRunning(); });
+    }
+
+    KesTest::TemporaryHome home;
+    EditedModel model;
+};
+
+} // namespace
+
+TEST_F(RepeatTest, APointIsMeasuredAgainAndTheRestOfATestWithItsRamps)
+{
+    ASSERT_TRUE(model.startTest() && waitForEnd());
+    const auto whole = *model.getResults();
+    ASSERT_EQ(whole.end, RunEnd::Complete);
+    model.edit([](TestResults& results) {
+        results.points[0].time = 1s;
+        results.points[1].state = MeasureState::NoOperation;
+        results.points[1].takeSingles({});
+    });
+    ASSERT_TRUE(model.repeatTest({1}) && waitForEnd());
+    auto results = *model.getResults();
+    EXPECT_EQ(results.points[1].state, MeasureState::Measured);
+    EXPECT_EQ(results.points[0].time, 1s);
+    EXPECT_EQ(results.pickUp, whole.pickUp);
+    EXPECT_EQ(results.end, RunEnd::Complete);
+    // Pick-up and drop-off count as rows behind the points.
+    const auto values = model.getShownTest().table.values;
+    ASSERT_EQ(values[1].row, 4u);
+    model.edit([](TestResults& edited) { edited.dropOff->state = MeasureState::NoOperation; });
+    ASSERT_TRUE(model.repeatTest({*values[1].row}) && waitForEnd());
+    results = *model.getResults();
+    EXPECT_EQ(results.dropOff->state, MeasureState::Measured);
+    EXPECT_EQ(results.pickUp, whole.pickUp);
+    model.edit([](TestResults& edited) {
+        edited.points.resize(2);
+        edited.pickUp = edited.dropOff = std::nullopt;
+        edited.end = RunEnd::Ended;
+    });
+    EXPECT_EQ(model.getShownTest().table.rows.size(), 3u) << "with what is still planned";
+    EXPECT_EQ(model.getShownTest().chart.points.back().state, KesMeasure::ChartPoint::State::Planned);
+    ASSERT_TRUE(model.continueTest() && waitForEnd());
+    results = *model.getResults();
+    EXPECT_EQ(results.end, RunEnd::Complete);
+    EXPECT_EQ(results.points[0].time, 1s);
+    EXPECT_EQ(results.points.size(), 3u);
+    EXPECT_TRUE(results.pickUp && results.dropOff);
+    EXPECT_EQ(model.getRunVerdict(), KesProgram::RunVerdict::Failed);
+}
+
+TEST_F(RepeatTest, ARelayStaysWarmFromOneRunToTheNext)
+{
+    TestPlan plan;
+    plan.multiples = {20.0};
+    ASSERT_TRUE(model.setPlan(plan));
+    ASSERT_TRUE(model.startTest() && waitForEnd());
+    // Each repetition stores about a tenth of what the input withstands: the tenth one has to wait.
+    for (int i = 0; i < 11; ++i)
+        ASSERT_TRUE(model.repeatTest({0}) && waitForEnd());
+    ASSERT_EQ(model.getResults()->end, RunEnd::Complete);
+    // Slow enough to be read.
+    model.setSpeed(50);
+    ASSERT_TRUE(model.repeatTest({0}));
+    EXPECT_TRUE(KesTest::waitFor([this] { return model.getState().find("cooling") != std::string::npos; }));
+}
+
+TEST_F(RepeatTest, TheWorstOfSeveralTimesCountsAndAllAreKept)
+{
+    auto plan = model.getPlan();
+    plan.repetitions = 21;
+    EXPECT_FALSE(model.setPlan(plan));
+    plan.repetitions = 3;
+    ASSERT_TRUE(model.setPlan(plan));
+    ASSERT_TRUE(model.startTest() && waitForEnd());
+    auto results = *model.getResults();
+    ASSERT_EQ(results.points[2].singles.size(), 3u);
+    EXPECT_TRUE(Evaluation::evaluate(results, results.points[2]).isPassed);
+    const auto mean = results.points[2].time;
+    results.points[2].takeSingles({mean - 1s, mean, mean + 1s});
+    EXPECT_EQ(results.points[2].time, mean);
+    const auto evaluated = Evaluation::evaluate(results, results.points[2]);
+    EXPECT_FALSE(evaluated.isPassed);
+    EXPECT_NEAR(*evaluated.spread, 2.0, 1e-9);
+    results.points[1].state = MeasureState::NoOperation;
+    results.points[1].takeSingles({mean});
+    model.edit([&](TestResults& edited) { edited.points = results.points; });
+    const auto table = ResultTexts::createTable(*model.getResults());
+    const auto spread = std::find_if(table.columns.begin(), table.columns.end(),
+                                     [](const auto& column) { return column.name == "spread"; });
+    ASSERT_NE(spread, table.columns.end());
+    EXPECT_EQ((spread - 1)->title, "Mean, s");
+    EXPECT_EQ(table.rows[2].cells[static_cast<std::size_t>(spread - table.columns.begin())], "2.000");
+    const auto saved = *model.getResults();
+    const auto stream = model.getDataStream();
+    model.newData("");
+    ASSERT_TRUE(model.setDataStream(*stream, false));
+    EXPECT_EQ(*model.getResults(), saved);
+    EXPECT_EQ(model.getPlan(), plan);
+}

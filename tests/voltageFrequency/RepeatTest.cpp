@@ -1,0 +1,234 @@
+#include <VoltageFrequency/model/VoltageFrequencyModel.h>
+
+#include <KesCommonView/UnattendedDialogs.h>
+#include <KesProgram/archive/ArchiveManager.h>
+#include <KesTestProgram/TestPresenter.h>
+
+#include <support/GuiTest.h>
+#include <support/TemporaryHome.h>
+
+#include <atomic>
+#include <mutex>
+#include <sstream>
+
+using namespace VoltageFrequency;
+using KesMeasure::MeasureState;
+using KesMeasure::RunEnd;
+using KesTestProgram::RunKind;
+using testing::HasSubstr;
+
+namespace {
+
+/// Lets a test change what has been measured.
+class EditedModel : public VoltageFrequencyModel {
+public:
+    using Results = KesTestProgram::RecordedTest;
+
+    void edit(const std::function<void(Results&)>& change)
+    {
+        auto results = *getResults();
+        change(results);
+        _replaceResults(results);
+    }
+};
+
+class RepeatTest : public KesTest::GuiTest {
+protected:
+    RepeatTest()
+    {
+        model.setSpeed(1e5);
+        model.init();
+        finished = model.signalFinished.connect([this](bool) { ++finishes; });
+        messages = model.signalMessage.connect([this](const std::string& message) {
+            std::lock_guard lock(mutex);
+            text += message;
+        });
+    }
+    ~RepeatTest() override
+    {
+        model.stopTest();
+        EXPECT_TRUE(KesTest::waitFor([this] { return model.getCanStart(); }));
+    }
+
+    bool runToEnd(const std::function<bool()>& start)
+    {
+        finishes = 0;
+        return start() && KesTest::waitFor([this] { return finishes > 0 && model.getCanStart(); });
+    }
+    bool runWhole()
+    {
+        return runToEnd([this] { return model.startTest(); });
+    }
+    bool repeat(const std::vector<std::size_t>& rows)
+    {
+        return runToEnd([&] { return model.repeatTest(rows); });
+    }
+    KesMeasure::TestRecord getRecord() { return *model.getTestInView().record; }
+
+    KesTest::TemporaryHome home;
+    EditedModel model;
+    std::atomic<int> finishes{0};
+    std::mutex mutex;
+    std::string text;
+    Kes::ScopedConnection finished;
+    Kes::ScopedConnection messages;
+};
+
+} // namespace
+
+TEST_F(RepeatTest, SelectedRowsAreMeasuredAgainAndTheOthersStay)
+{
+    EXPECT_THAT(model.whyNotRepeat(), HasSubstr("no results"));
+    EXPECT_FALSE(model.repeatTest({0}));
+    ASSERT_TRUE(runWhole());
+    const auto whole = getRecord();
+    EXPECT_EQ(model.whyNotRepeat(), "");
+    EXPECT_THAT(model.whyNotContinue(), HasSubstr("Everything"));
+    model.edit([](EditedModel::Results& results) {
+        results.readings[3] = {MeasureState::NoOperation, 0.0};
+        results.readings[5].value += 1000.0;
+    });
+    ASSERT_TRUE(repeat({3, 99}));
+    auto record = getRecord();
+    EXPECT_EQ(record.readings[3], whole.readings[3]);
+    EXPECT_GT(record.readings[5].value, 1000.0);
+    EXPECT_EQ(record.end, RunEnd::Complete);
+    EXPECT_EQ(model.getRunVerdict(), KesProgram::RunVerdict::Failed);
+    EXPECT_EQ(record.startedAt, whole.startedAt);
+    EXPECT_NE(record.continuedAt, "");
+    ASSERT_TRUE(repeat({5}));
+    EXPECT_EQ(getRecord().readings, whole.readings);
+    EXPECT_EQ(model.getRunVerdict(), KesProgram::RunVerdict::Passed);
+    // The next start is a new test.
+    ASSERT_TRUE(runWhole());
+    EXPECT_EQ(getRecord().continuedAt, "");
+}
+
+TEST_F(RepeatTest, AStoppedTestGoesOnWhereItEnded)
+{
+    ASSERT_TRUE(runWhole());
+    const auto whole = getRecord();
+    const auto breakTest = [this] {
+        model.edit([](EditedModel::Results& results) {
+            results.readings.resize(6);
+            results.readings[0].value += 1000.0;
+            results.end = RunEnd::Fault;
+        });
+    };
+    breakTest();
+    EXPECT_FALSE(model.repeatTest({6})) << "it is not measured yet";
+    ASSERT_TRUE(repeat({0}));
+    EXPECT_EQ(getRecord().readings.size(), 6u);
+    EXPECT_EQ(getRecord().end, RunEnd::Stopped) << "the rest is still missing";
+    EXPECT_EQ(getRecord().readings[0], whole.readings[0]);
+    breakTest();
+    ASSERT_TRUE(runToEnd([this] { return model.continueTest(); }));
+    auto record = getRecord();
+    EXPECT_EQ(record.end, RunEnd::Complete);
+    EXPECT_GT(record.readings[0].value, 1000.0) << "what is measured stays";
+    record.readings[0] = whole.readings[0];
+    EXPECT_EQ(record.readings, whole.readings);
+    // Start asks what is meant.
+    int asked = 0;
+    std::optional<RunKind> answer;
+    model.chooseStart = [&] { return ++asked, answer; };
+    int confirmed = 0;
+    model.confirmReplacing = [&confirmed] { return ++confirmed > 0; };
+    breakTest();
+    EXPECT_FALSE(model.startTest());
+    EXPECT_EQ(getRecord().readings.size(), 6u);
+    answer = RunKind::Rest;
+    ASSERT_TRUE(runWhole());
+    EXPECT_GT(getRecord().readings[0].value, 1000.0);
+    breakTest();
+    answer = RunKind::Anew;
+    ASSERT_TRUE(runWhole());
+    EXPECT_EQ(getRecord().readings, whole.readings);
+    EXPECT_EQ(asked, 3);
+    EXPECT_EQ(confirmed, 1) << "what is in no file is not lost by a mistaken answer";
+}
+
+TEST_F(RepeatTest, NothingIsAddedToResultsOfOtherCircumstances)
+{
+    ASSERT_TRUE(runWhole());
+    const auto whole = getRecord();
+    auto& setting = *model.getTestObject()->find("undervoltage/setting");
+    const double before = setting.getNumber();
+    ASSERT_TRUE(setting.setValue(75.0));
+    EXPECT_THAT(model.whyNotRepeat(), HasSubstr("changed since"));
+    EXPECT_FALSE(model.repeatTest({0}));
+    ASSERT_TRUE(setting.setValue(before));
+    model.edit([](EditedModel::Results& results) { results.serialNumber = "99999"; });
+    ASSERT_TRUE(repeat({0}));
+    EXPECT_THAT(text, HasSubstr("another device"));
+    EXPECT_EQ(getRecord().continuedAt, "");
+    EXPECT_EQ(getRecord().readings, whole.readings);
+    model.edit([](EditedModel::Results& results) { results.origin = KesMeasure::Origin::Unknown; });
+    EXPECT_THAT(model.whyNotRepeat(), HasSubstr("not known"));
+}
+
+TEST_F(RepeatTest, EachValueIsMeasuredSeveralTimesAndTheWorstCounts)
+{
+    ASSERT_TRUE(model.getTestObject()->find("plan/repetitions")->setValue(3LL));
+    ASSERT_TRUE(runWhole());
+    for (const auto& reading : getRecord().readings) {
+        ASSERT_EQ(reading.singles.size(), 3u);
+        EXPECT_NEAR(reading.value, (reading.singles[0] + reading.singles[1] + reading.singles[2]) / 3.0,
+                    1e-9);
+    }
+    EXPECT_EQ(model.getRunVerdict(), KesProgram::RunVerdict::Passed);
+    const auto plan = model.createTest()->createPlan();
+    // A mean within the band, of values outside on both sides.
+    model.edit([&](EditedModel::Results& results) {
+        const double half = plan[2].upper - plan[2].lower;
+        const double middle = plan[2].expected;
+        results.readings[2] =
+            KesMeasure::Reading::ofSingles({middle - half, middle, middle + half}, {MeasureState::Measured});
+        results.readings[4] = KesMeasure::Reading::ofSingles({plan[4].expected}, {MeasureState::NoOperation});
+    });
+    const auto table = model.getShownTest().table;
+    EXPECT_EQ(table.columns[5].title, "Mean");
+    EXPECT_EQ(table.columns[6].name, "spread");
+    EXPECT_EQ(table.rows[2].mark, KesMeasure::Mark::Failed);
+    EXPECT_NEAR(std::stod(table.rows[2].cells[6]), 2.0 * (plan[2].upper - plan[2].lower), 1e-2);
+    EXPECT_EQ(table.rows[4].cells[6], "");
+    EXPECT_EQ(table.rows[5].mark, KesMeasure::Mark::Passed);
+    // The archive keeps the single values.
+    const auto record = getRecord();
+    const auto stream = model.getDataStream();
+    model.newData("");
+    ASSERT_TRUE(model.setDataStream(*stream, false));
+    EXPECT_EQ(getRecord(), record);
+}
+
+TEST_F(RepeatTest, WithoutAUserAStartIsANewTestAndLosesNothing)
+{
+    KesTestProgram::TestPresenter presenter(model);
+    ASSERT_TRUE(runWhole());
+    const auto breakTest = [this] {
+        model.edit([](EditedModel::Results& results) {
+            results.readings.resize(6);
+            results.end = RunEnd::Stopped;
+        });
+    };
+    breakTest();
+    auto scripted = Kes::DialogBackend::install(std::make_unique<Kes::UnattendedDialogs>());
+    EXPECT_FALSE(model.startTest()) << "they are in no file";
+    ASSERT_TRUE(model.getArchiveManager()->saveAs(home.file("a.kvf")));
+    EXPECT_TRUE(runWhole());
+    EXPECT_EQ(getRecord().continuedAt, "");
+    Kes::DialogBackend::install(std::move(scripted));
+    // With one, all three answers are on offer.
+    breakTest();
+    dialogs.answer(Kes::DialogResult::Cancel);
+    EXPECT_FALSE(model.startTest());
+    dialogs.answer(Kes::DialogResult::Yes);
+    EXPECT_TRUE(runWhole());
+    EXPECT_NE(getRecord().continuedAt, "");
+    breakTest();
+    dialogs.answer(Kes::DialogResult::No);
+    dialogs.answer(Kes::DialogResult::Yes);
+    EXPECT_TRUE(runWhole());
+    EXPECT_EQ(getRecord().continuedAt, "");
+    EXPECT_THAT(dialogs.getTexts().back(), HasSubstr("have not been saved"));
+}
