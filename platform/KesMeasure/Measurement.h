@@ -2,7 +2,7 @@
 
 #include <KesCommon/Export.h>
 #include <KesDriver/Outputs.h>
-#include <KesMeasure/SequenceRecorder.h>
+#include <KesMeasure/StepRunner.h>
 #include <KesMeasure/TestState.h>
 
 #include <algorithm>
@@ -43,6 +43,9 @@ struct PlannedMeasurement {
     double upper = 0.0;
     /// How long it is expected to take; for the progress.
     double seconds = 0.0;
+    /// What has to hold before each of its sequences. One that may not begin is not put out: the reading is
+    /// `MeasureState::NotReset` then.
+    StepGuard guard;
     /// One after the other, until one gives a reading. When none does, there was no operation.
     std::vector<KesDriver::OutputSequence> sequences;
     /// What the sequence of that number shows; nothing: go on with the next one. Start thread. Throws

@@ -24,9 +24,9 @@ MeasurementRun::MeasurementRun(const MeasurementPlan& plan, RunOrder order, KesD
       _order(std::move(order)),
       _listener(listener),
       _clock(durationsOf(plan, _order)),
-      _recorder(kesto, control)
+      _runner(kesto, control)
 {
-    _recorder.onTime = [this](KesDriver::DeviceTime now) {
+    _runner.onTime() = [this](KesDriver::DeviceTime now) {
         _clock.setTime(now);
         _tell(_position);
     };
@@ -66,12 +66,16 @@ void MeasurementRun::_tell(const RunPosition& position)
 RunEnd MeasurementRun::_measureOnce(const PlannedMeasurement& planned, Reading& reading)
 try {
     for (std::size_t i = 0; i < planned.sequences.size(); ++i) {
-        const auto outcome = _recorder.run(planned.sequences[i]);
-        if (outcome == SequenceRecorder::Outcome::Stopped)
+        const auto outcome = _runner.run(planned.guard, planned.sequences[i]);
+        if (outcome == StepRunner::Outcome::Stopped)
             return RunEnd::Stopped;
-        if (outcome == SequenceRecorder::Outcome::Failed)
-            return _fail(_recorder.getError());
-        if (const auto found = planned.read(i, _recorder.getRecord())) {
+        if (outcome == StepRunner::Outcome::NotReset) {
+            reading = {MeasureState::NotReset, 0.0};
+            return RunEnd::Complete;
+        }
+        if (outcome != StepRunner::Outcome::Complete)
+            return _fail(_runner.getError());
+        if (const auto found = planned.read(i, _runner.getRecord())) {
             reading = *found;
             return RunEnd::Complete;
         }

@@ -62,7 +62,7 @@ private:
     IMeasurementListener& _listener;
     RunClock _clock;
     RunPosition _position;
-    SequenceRecorder _recorder;
+    StepRunner _runner;
     std::string _error;
 };
 

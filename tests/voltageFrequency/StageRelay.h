@@ -42,6 +42,8 @@ public:
     void applyOutputs(const KesDriver::OutputState& outputs, Time time) override
     {
         const double value = _measure(outputs, time);
+        if (value > 0.0)
+            _least = std::min(_least, value);
         const double limit = _isBeyond ? _values.dropOff : _values.pickUp;
         const bool isBeyond = _values.isUnder ? value < limit : value > limit;
         _time = time;
@@ -57,6 +59,8 @@ public:
         std::sort(_pending.begin(), _pending.end(),
                   [](const auto& one, const auto& other) { return one.time < other.time; });
     }
+    /// Of the values above zero that it has seen.
+    double getLeast() const { return _least; }
     std::optional<KesDriver::InputEvent> getNextChange() const override
     {
         return _pending.empty() ? std::nullopt : std::optional(_pending.front());
@@ -97,6 +101,7 @@ private:
         }
     }
 
+    double _least = 1e9;
     const Values _values;
     bool _isBeyond = false;
     bool _isClosed[2] = {false, false};

@@ -24,6 +24,7 @@ namespace Nodes = KesTree::VoltageFrequencyNodes;
 namespace {
 
 StageRelay::Values wired;
+std::shared_ptr<StageRelay> relayOfRun;
 
 /// The program's own test, at a relay of the tests.
 class WiredTest : public VoltageFrequencyTest {
@@ -32,7 +33,7 @@ public:
 
     std::shared_ptr<KesDriver::ISimulatedTestObject> makeTestObject() const override
     {
-        return std::make_shared<StageRelay>(wired);
+        return relayOfRun = std::make_shared<StageRelay>(wired);
     }
 };
 
@@ -175,6 +176,7 @@ TEST_F(VerdictTest, TellsWhatIsWrongWithAContact)
     relay.dropOff = 120.0;
     EXPECT_EQ(test(relay), all(promise, false));
     EXPECT_EQ(readings, std::vector<Reading>(3, {MeasureState::NotReset, 0.0})) << "it does not rest";
+    EXPECT_GT(relayOfRun->getLeast(), 99.0) << "and sees nothing but nominal voltages";
     relay = makeRelay(promise, 0.0, 0.0);
     relay.resetTime = 1500ms;
     (void)test(relay);

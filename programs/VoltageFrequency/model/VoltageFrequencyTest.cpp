@@ -205,6 +205,8 @@ KesMeasure::MeasurementPlan VoltageFrequencyTest::createPlan() const
             plan.push_back(_planDropOff(kind));
         plan.push_back(_planOperateTime(kind));
     }
+    for (auto& planned : plan)
+        planned.guard = Steps::guard(_settings);
     return plan;
 }
 

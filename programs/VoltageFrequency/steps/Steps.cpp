@@ -24,6 +24,8 @@ using Seconds = std::chrono::duration<double>;
 
 /// Contacts bounce.
 constexpr DeviceTime debounce = 5ms;
+/// Nominal quantities stand at least that long before the contacts are looked at.
+constexpr DeviceTime lookTime = 100ms;
 /// Beside the expected value, in tolerances.
 constexpr double rampReach = 3.0;
 /// A value stands for so long before the ramp that begins with it.
@@ -161,6 +163,15 @@ double operateLimit(const Settings& settings, StageKind kind)
 {
     const auto& stage = settings.stages[kind];
     return stage.delay + stage.timeTolerance + (kind == FrequencyRate ? rateMargin : operateMargin);
+}
+
+KesMeasure::StepGuard guard(const Settings& settings)
+{
+    return {.rest = healthyStep(settings, 0.0).outputs,
+            .restTime = lookTime,
+            .contacts = {settings.tripInput, settings.startInput},
+            .resetTime = toDeviceTime(settings.resetTime),
+            .debounce = debounce};
 }
 
 OutputSequence pickUp(const Settings& settings, StageKind kind)

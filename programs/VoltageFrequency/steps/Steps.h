@@ -3,12 +3,13 @@
 #include <VoltageFrequency/data/Settings.h>
 
 #include <KesDriver/Outputs.h>
-#include <KesMeasure/SequenceRecorder.h>
+#include <KesMeasure/StepRunner.h>
 
 #include <optional>
 
 /// The steps of the measurements and what the device has reported of them. Voltages are put out in three
 /// symmetrical phases; the relay sees nominal quantities before each measurement until its contacts are open.
+/// Between two sequences there is no voltage, so each begins with that, too.
 /// Any thread.
 namespace VoltageFrequency::Steps {
 
@@ -31,6 +32,9 @@ Ramp dropOffRamp(const Settings& settings, StageKind kind);
 double operateValue(const Settings& settings, StageKind kind);
 /// How long a stage is waited for.
 double operateLimit(const Settings& settings, StageKind kind);
+
+/// The relay has to rest with nominal quantities.
+KesMeasure::StepGuard guard(const Settings& settings);
 
 /// Each is a whole sequence. Of the voltages and frequencies:
 KesDriver::OutputSequence pickUp(const Settings& settings, StageKind kind);
