@@ -55,4 +55,13 @@ std::optional<InputEvent> findFirst(const SequenceRecord& record, KesDriver::Inp
     return found == changes.end() ? std::nullopt : std::optional(*found);
 }
 
+bool isClosedBefore(const SequenceRecord& record, std::size_t step, unsigned input)
+{
+    bool isClosed = false;
+    for (const auto& change : record.inputs)
+        if (*change.step < step && change.input == input)
+            isClosed = change.isClosed;
+    return isClosed;
+}
+
 } // namespace KesMeasure::ContactChanges

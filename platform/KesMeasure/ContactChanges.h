@@ -23,4 +23,7 @@ KES_EXPORT std::optional<KesDriver::InputEvent> findFirst(const SequenceRecord& 
                                                           KesDriver::DeviceTime debounce,
                                                           std::size_t fromStep = 0);
 
+/// Whether the contact was closed when the step began, bounces counted.
+KES_EXPORT bool isClosedBefore(const SequenceRecord& record, std::size_t step, unsigned input);
+
 } // namespace KesMeasure::ContactChanges

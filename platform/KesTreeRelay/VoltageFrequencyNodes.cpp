@@ -29,10 +29,10 @@ void addSetting(Node& stage, const Quantity& setting, double delay)
     stage.add(Node::number(StageDelay, {"Delay", "Выдержка времени"}, seconds, delay, 0.0, 600.0));
 }
 
-void addRatio(Node& stage, double value, double minimum, double maximum)
+Node& addRatio(Node& stage, double value, double minimum, double maximum)
 {
-    stage.add(Node::number(StageDropOff, {"Drop-off ratio", "Коэффициент возврата"}, noUnit, value, minimum,
-                           maximum));
+    return stage.add(Node::number(StageDropOff, {"Drop-off ratio", "Коэффициент возврата"}, noUnit, value,
+                                  minimum, maximum));
 }
 
 void addDifference(Node& stage)
@@ -98,6 +98,7 @@ void addFrequencies(Node& root)
     rate.add(Node::choice(StageDirection, {"Direction", "Направление"},
                           {{"falling frequency", "снижение частоты"}, {"rising frequency", "рост частоты"}},
                           FallingFrequency));
+    addRatio(rate, 0.9, 0.5, 0.999).setIsLater();
     addTolerances(rate, rateTolerance, 100.0);
 }
 

@@ -34,9 +34,8 @@ enum RateDirection : std::size_t { FallingFrequency, RisingFrequency };
 /// frequency (Hz) and the binary inputs of its trip and start contacts; and a group for each stage, 27 under-
 /// and 59 overvoltage, 81 under- and overfrequency, 81R rate of change of frequency.
 ///
-/// A stage has: whether it is used, its setting (V, Hz, Hz/s), its delay (s), its drop-off (a ratio for the
-/// voltages, a difference in Hz for the frequencies, none for the rate, which has the direction instead), the
-/// tolerance of its value (percent; Hz for the frequencies) and those of its time, `TolerancePercent`
+/// A stage has: whether it is used, its setting (V, Hz, Hz/s), its delay (s), the rate its direction, its
+/// drop-off (a difference in Hz for the frequencies, a ratio for the others), the tolerance of its value (percent; Hz for the frequencies) and those of its time, `TolerancePercent`
 /// and `ToleranceMilliseconds` of `RelayNodes`, one of which is above zero. The values of a stage that is not
 /// used play no part (`Node::isUsed`). The last group is the nameplate (`Nameplate`).
 KES_EXPORT std::unique_ptr<Node> voltageFrequencyRelay();

@@ -103,13 +103,13 @@ TEST_F(ModelTest, MeasuresTheSameAtAnySpeed)
     EXPECT_THAT(takeTexts(), IsEmpty());
     EXPECT_EQ(model.getRunVerdict(), RunVerdict::Passed);
     auto fast = *model.getTestInView().record;
-    EXPECT_EQ(fast.readings.size(), 14u);
+    EXPECT_EQ(fast.readings.size(), 15u);
     EXPECT_EQ(fast.origin, Origin::Simulated);
     EXPECT_EQ(fast.end, RunEnd::Complete);
     EXPECT_EQ(model.getProgress(), 1.0);
     model.announceOutcome();
     EXPECT_THAT(model.getState(), HasSubstr("SIMULATED DEVICE"));
-    EXPECT_THAT(model.getDataSummary(), testing::StartsWith("14 results of 2"));
+    EXPECT_THAT(model.getDataSummary(), testing::StartsWith("15 results of 2"));
     model.setSpeed(300);
     ASSERT_TRUE(runToEnd());
     auto slow = *model.getTestInView().record;
@@ -255,7 +255,7 @@ TEST_F(ModelTest, TheReportSaysWhatTheWindowDoes)
     ASSERT_TRUE(model.writeReport(path));
     const std::string report = Kes::readWholeFile(path);
     EXPECT_THAT(report, HasSubstr("SIMULATED DEVICE"));
-    EXPECT_THAT(report, HasSubstr("Test passed: 14 of 14 values within tolerance"));
+    EXPECT_THAT(report, HasSubstr("Test passed: 15 of 15 values within tolerance"));
     const auto shown = model.getTestInView();
     for (const auto& row :
          KesMeasure::TestEvaluation::createTable(shown.test->createPlan(), shown.getRecord()).rows)
@@ -271,7 +271,7 @@ TEST_F(ModelTest, AnArchiveChangedByHandIsOpenedAndSaysSo)
     results.replace(at, results.find('"', at) - at, "81.5");
     auto stream = pack(changed);
     ASSERT_TRUE(model.setDataStream(stream, false));
-    EXPECT_THAT(model.getState(), HasSubstr("Test failed: 13 of 14"));
+    EXPECT_THAT(model.getState(), HasSubstr("Test failed: 14 of 15"));
     EXPECT_THAT(model.getState(), HasSubstr("changed by hand"));
     const auto again = save();
     std::stringstream saved(again);
@@ -384,14 +384,14 @@ TEST_F(ModelTest, TheWindowShowsThePlanAndFillsIt)
         tables().front()->get_model()->children()[static_cast<unsigned>(row)].get_value(column, text);
         return text.raw();
     };
-    EXPECT_EQ(tables().front()->get_model()->children().size(), 14u);
-    EXPECT_EQ(cell(13, 1), "81R df/dt");
-    EXPECT_EQ(cell(13, 8), "Planned");
+    EXPECT_EQ(tables().front()->get_model()->children().size(), 15u);
+    EXPECT_EQ(cell(14, 1), "81R df/dt");
+    EXPECT_EQ(cell(14, 8), "Planned");
     ASSERT_TRUE(shown.startTest());
     EXPECT_TRUE(KesTest::waitFor(
-        [&] { return shown.getCanStart() && cell(13, 8).find("Passed") != std::string::npos; }));
+        [&] { return shown.getCanStart() && cell(14, 8).find("Passed") != std::string::npos; }));
     ASSERT_TRUE(shown.getTestObject()->find("frequencyRate/used")->setValue(false));
-    EXPECT_EQ(tables().front()->get_model()->children().size(), 14u) << "results stay";
+    EXPECT_EQ(tables().front()->get_model()->children().size(), 15u) << "results stay";
     dialogs.answer(Kes::DialogResult::No);
     presenter.requestClose();
     EXPECT_TRUE(KesTest::waitFor([&isClosed] { return isClosed; }));

@@ -81,8 +81,10 @@ private:
         if (_values.quantity == Values::Quantity::Hertz)
             return _hertz;
         const double gap = std::chrono::duration<double>(time - _time).count();
-        const double rate = gap > 0.0 ? (_hertz - last) / gap : 0.0;
-        return std::fabs(rate) > 20.0 ? 0.0 : rate;
+        // Two steps meet in one moment, which has no rate of its own.
+        if (gap > 0.0)
+            _rate = (_hertz - last) / gap;
+        return std::fabs(_rate) > 20.0 ? 0.0 : _rate;
     }
     void _close(unsigned input, Time at)
     {
@@ -106,6 +108,7 @@ private:
     bool _isBeyond = false;
     bool _isClosed[2] = {false, false};
     double _hertz = 50.0;
+    double _rate = 0.0;
     Time _time{0};
     std::deque<KesDriver::InputEvent> _pending;
 };

@@ -58,13 +58,13 @@ data, archive = json.load(open("run.json", encoding="utf-8")), json.load(open("o
 assert data["verdict"] == archive["verdict"] == "passed" and data["origin"] == "simulated" and not data["changedByHand"]
 assert len(data["checksum"]) == 64 and data["firmwareVersion"] and data["serialNumber"]
 numbers = [[row[name] for name in ("id", "expected", "measured", "deviation", "from", "to", "mark")] for row in data["rows"]]
-assert len(numbers) == 14 and all(row["from"] <= row["measured"] <= row["to"] for row in data["rows"])
+assert len(numbers) == 15 and all(row["from"] <= row["measured"] <= row["to"] for row in data["rows"])
 assert numbers == [[row[name] for name in ("id", "expected", "measured", "deviation", "from", "to", "mark")]
                    for row in archive["rows"]], "language or reading makes a difference"
 table = list(csv.DictReader(open("of-archive.csv", encoding="utf-8", newline="")))
 assert [float(row["measured"]) for row in table] == [row["measured"] for row in archive["rows"]]
 suite = xml.parse("of-archive.xml").getroot().find("testsuite")
-assert (suite.get("tests"), suite.get("failures"), suite.get("errors"), suite.get("skipped")) == ("15", "0", "0", "0")
+assert (suite.get("tests"), suite.get("failures"), suite.get("errors"), suite.get("skipped")) == ("16", "0", "0", "0")
 END
 expect 2 --language en --run --speed 5000 --results r.txt --save none.kvf --quit
 holds err "must end in .csv, .json or .xml"

@@ -31,13 +31,10 @@ void readValues(const Node& group, StageKind kind, Stage& stage)
     stage.setting = group.find(Nodes::StageSetting)->getNumber();
     const bool isFrequency = kind == Underfrequency || kind == Overfrequency;
     stage.tolerance = isFrequency ? tolerance : stage.setting * tolerance / 100.0;
-    if (kind == FrequencyRate) {
-        if (group.find(Nodes::StageDirection)->getChoice() == Nodes::FallingFrequency)
-            stage.setting = -stage.setting;
-        return;
-    }
+    if (kind == FrequencyRate && group.find(Nodes::StageDirection)->getChoice() == Nodes::FallingFrequency)
+        stage.setting = -stage.setting;
     const double dropOff = group.find(Nodes::StageDropOff)->getNumber();
-    stage.dropOff = isVoltage(kind)          ? stage.setting * dropOff
+    stage.dropOff = !isFrequency             ? stage.setting * dropOff
                     : kind == Underfrequency ? stage.setting + dropOff
                                              : stage.setting - dropOff;
 }

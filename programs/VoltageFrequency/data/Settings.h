@@ -25,7 +25,7 @@ struct Stage {
     /// A falling frequency has a rate below zero.
     double setting = 0.0;
     double delay = 0.0;
-    /// Where it drops off, calculated from ratio or difference; of no meaning for the rate.
+    /// Where it drops off, calculated from ratio or difference.
     double dropOff = 0.0;
     /// How far a value may lie from the expected one.
     double tolerance = 0.0;

@@ -5,6 +5,7 @@
 
 #include <KesCommon/StringHelper.h>
 #include <KesDriver/simulated/relays/VoltageFrequencyRelay.h>
+#include <KesMeasure/ContactChanges.h>
 #include <KesMeasure/MeasureText.h>
 #include <KesMeasure/ScreenNumber.h>
 
@@ -22,6 +23,7 @@ using KesMeasure::MeasureState;
 using KesMeasure::PlannedMeasurement;
 using KesMeasure::Reading;
 using KesMeasure::SequenceRecord;
+using KesMeasure::ContactChanges::isClosedBefore;
 using KesMeasure::ScreenNumber::shortest;
 using lng::VoltageFrequency::get;
 using Seconds = std::chrono::duration<double>;
@@ -77,7 +79,7 @@ Reading readPickUp(const Settings& settings, const Steps::Ramp& ramp, const Sequ
     requireSteps(record, Steps::pickUpStep);
     if (!Steps::hasReset(record, settings))
         return {MeasureState::NotReset, 0.0};
-    if (Steps::isClosedBefore(record, Steps::pickUpStep, settings.startInput))
+    if (isClosedBefore(record, Steps::pickUpStep, settings.startInput))
         return {MeasureState::ContactEarly, 0.0};
     const auto time = Steps::changeIn(record, Steps::pickUpStep, {settings.startInput, true});
     return time ? Reading{MeasureState::Measured, ramp.valueAt(*time)}
@@ -89,24 +91,37 @@ Reading readDropOff(const Settings& settings, const Steps::Ramp& ramp, const Seq
     requireSteps(record, Steps::dropOffStep);
     if (!Steps::hasReset(record, settings))
         return {MeasureState::NotReset, 0.0};
-    if (!Steps::isClosedBefore(record, Steps::dropOffStep, settings.startInput)) {
-        const bool hasStarted =
-            Steps::changeIn(record, Steps::operateStep, {settings.startInput, true}).has_value();
+    const bool hasStarted =
+        Steps::changeIn(record, Steps::operateStep, {settings.startInput, true}).has_value();
+    if (!isClosedBefore(record, Steps::dropOffStep, settings.startInput))
         return {hasStarted ? MeasureState::ContactEarly : MeasureState::NoOperation, 0.0};
-    }
     const auto time = Steps::changeIn(record, Steps::dropOffStep, {settings.startInput, false});
     return time ? Reading{MeasureState::Measured, ramp.valueAt(*time)}
                 : Reading{MeasureState::NoOperation, 0.0};
 }
 
 /// Nothing: no change in the last step.
-MaybeReading readChange(const Settings& settings, unsigned input, const SequenceRecord& record)
+template <unsigned Settings::*Input>
+MaybeReading readChange(const Settings& settings, const SequenceRecord& record)
 {
     requireSteps(record, Steps::operateStep);
     if (!Steps::hasReset(record, settings))
         return Reading{MeasureState::NotReset, 0.0};
-    const auto time = Steps::changeIn(record, Steps::operateStep, {input, true});
+    const auto time = Steps::changeIn(record, Steps::operateStep, {settings.*Input, true});
     return time ? MaybeReading(Reading{MeasureState::Measured, Seconds(*time).count()}) : std::nullopt;
+}
+
+/// Nothing: the stage has not dropped off at this rate.
+MaybeReading readRateDropOff(const Settings& settings, const SequenceRecord& record)
+{
+    requireSteps(record, Steps::rateDropOffStep);
+    if (!Steps::hasReset(record, settings))
+        return Reading{MeasureState::NotReset, 0.0};
+    if (!isClosedBefore(record, Steps::rateDropOffStep, settings.startInput))
+        return Reading{MeasureState::NoOperation, 0.0};
+    const bool isOpen =
+        Steps::changeIn(record, Steps::rateDropOffStep, {settings.startInput, false}).has_value();
+    return isOpen ? MaybeReading({MeasureState::Measured, 0.0}) : std::nullopt;
 }
 
 } // namespace
@@ -127,8 +142,7 @@ std::vector<KesMeasure::TextLine> VoltageFrequencyTest::describe() const
         lines.push_back({nameOf(kind), ""});
         lines.push_back({get("Settings.setting"),
                          withUnit(stage.setting, unitOf(kind)) + ", " + withUnit(stage.delay, second)});
-        if (kind != FrequencyRate)
-            lines.push_back({get("Settings.dropOff"), withUnit(stage.dropOff, unitOf(kind))});
+        lines.push_back({get("Settings.dropOff"), withUnit(stage.dropOff, unitOf(kind))});
         lines.push_back({get("Settings.tolerance"), "\u00B1" + withUnit(stage.tolerance, unitOf(kind)) +
                                                         ", \u00B1" + withUnit(stage.timeTolerance, second)});
     }
@@ -177,9 +191,9 @@ Kes::Result VoltageFrequencyTest::_checkRate() const
     const double direction = directionOf(_settings, FrequencyRate);
     const auto& stage = _settings.stages[FrequencyRate];
     const double highest = std::fabs(stage.setting) + stage.tolerance * rateFraction * (ratePulses / 2);
-    const double way =
-        std::max(highest * Steps::ratePulse, std::fabs(Steps::operateValue(_settings, FrequencyRate)) *
-                                                 Steps::operateLimit(_settings, FrequencyRate));
+    const double operateRate = std::fabs(Steps::operateValue(_settings, FrequencyRate));
+    const double way = std::max({highest * Steps::ratePulse, (operateRate + highest) * Steps::rateHold,
+                                 operateRate * Steps::operateLimit(_settings, FrequencyRate)});
     for (const auto kind : {Underfrequency, Overfrequency}) {
         const auto& other = _settings.stages[kind];
         if (!other.isUsed)
@@ -198,11 +212,21 @@ KesMeasure::MeasurementPlan VoltageFrequencyTest::createPlan() const
     KesMeasure::MeasurementPlan plan;
     for (std::size_t i = 0; i < StageCount; ++i) {
         const auto kind = static_cast<StageKind>(i);
-        if (!_settings.stages[i].isUsed)
+        const auto& stage = _settings.stages[i];
+        if (!stage.isUsed)
             continue;
-        plan.push_back(kind == FrequencyRate ? _planRatePickUp() : _planPickUp(kind));
-        if (kind != FrequencyRate)
-            plan.push_back(_planDropOff(kind));
+        if (kind == FrequencyRate) {
+            const double step = directionOf(_settings, kind) * stage.tolerance * rateFraction;
+            plan.push_back(_planRates("pickUp", stage.setting, step, &Steps::ratePulseOf,
+                                      &readChange<&Settings::startInput>));
+            plan.push_back(
+                _planRates("dropOff", stage.dropOff, -step, &Steps::rateDropOff, &readRateDropOff));
+        } else {
+            plan.push_back(_planRamp(kind, "pickUp", stage.setting, Steps::pickUpRamp(_settings, kind),
+                                     Steps::pickUp(_settings, kind), &readPickUp));
+            plan.push_back(_planRamp(kind, "dropOff", stage.dropOff, Steps::dropOffRamp(_settings, kind),
+                                     Steps::dropOff(_settings, kind), &readDropOff));
+        }
         plan.push_back(_planOperateTime(kind));
     }
     for (auto& planned : plan)
@@ -210,59 +234,46 @@ KesMeasure::MeasurementPlan VoltageFrequencyTest::createPlan() const
     return plan;
 }
 
-PlannedMeasurement VoltageFrequencyTest::_planPickUp(StageKind kind) const
+/// On a ramp the contact comes late.
+PlannedMeasurement VoltageFrequencyTest::_planRamp(StageKind kind, const char* quantity, double expected,
+                                                   const Steps::Ramp& ramp,
+                                                   const KesDriver::OutputSequence& sequence,
+                                                   ReadRamp readRamp) const
 {
-    const auto& stage = _settings.stages[kind];
-    const auto ramp = Steps::pickUpRamp(_settings, kind);
+    const double tolerance = _settings.stages[kind].tolerance;
     const double late = ramp.rate * responseTime;
     const bool isFalling = ramp.to < ramp.from;
-    auto planned = planOf(kind, "pickUp");
-    planned.expected = stage.setting;
-    planned.lower = stage.setting - stage.tolerance - (isFalling ? late : 0.0);
-    planned.upper = stage.setting + stage.tolerance + (isFalling ? 0.0 : late);
+    auto planned = planOf(kind, quantity);
+    planned.expected = expected;
+    planned.lower = expected - tolerance - (isFalling ? late : 0.0);
+    planned.upper = expected + tolerance + (isFalling ? 0.0 : late);
     planned.seconds = _settings.healthyTime + ramp.getSeconds() / 2.0;
-    planned.sequences = {Steps::pickUp(_settings, kind)};
-    planned.read = [settings = _settings, ramp](std::size_t, const SequenceRecord& record) -> MaybeReading {
-        return readPickUp(settings, ramp, record);
+    planned.sequences = {sequence};
+    planned.read = [settings = _settings, ramp, readRamp](std::size_t, const SequenceRecord& record) {
+        return MaybeReading(readRamp(settings, ramp, record));
     };
     return planned;
 }
 
-PlannedMeasurement VoltageFrequencyTest::_planDropOff(StageKind kind) const
+/// A rate is sought in steps, from the ramps' reach before the expected one to the same behind it; what is
+/// found lies at most one step behind the relay's own.
+PlannedMeasurement VoltageFrequencyTest::_planRates(const char* quantity, double expected, double step,
+                                                    RateSequence sequenceOf, ReadRate readRate) const
 {
-    const auto& stage = _settings.stages[kind];
-    const auto ramp = Steps::dropOffRamp(_settings, kind);
-    const double late = ramp.rate * responseTime;
-    const bool isFalling = ramp.to < ramp.from;
-    auto planned = planOf(kind, "dropOff");
-    planned.expected = stage.dropOff;
-    planned.lower = stage.dropOff - stage.tolerance - (isFalling ? late : 0.0);
-    planned.upper = stage.dropOff + stage.tolerance + (isFalling ? 0.0 : late);
-    planned.seconds = _settings.healthyTime + ramp.getSeconds() / 2.0;
-    planned.sequences = {Steps::dropOff(_settings, kind)};
-    planned.read = [settings = _settings, ramp](std::size_t, const SequenceRecord& record) -> MaybeReading {
-        return readDropOff(settings, ramp, record);
-    };
-    return planned;
-}
-
-PlannedMeasurement VoltageFrequencyTest::_planRatePickUp() const
-{
-    const auto& stage = _settings.stages[FrequencyRate];
-    const double direction = directionOf(_settings, FrequencyRate);
-    const double step = direction * stage.tolerance * rateFraction;
-    auto planned = planOf(FrequencyRate, "pickUp");
-    planned.expected = stage.setting;
-    planned.lower = stage.setting - stage.tolerance + std::min(step, 0.0);
-    planned.upper = stage.setting + stage.tolerance + std::max(step, 0.0);
+    const double tolerance = _settings.stages[FrequencyRate].tolerance;
+    auto planned = planOf(FrequencyRate, quantity);
+    planned.expected = expected;
+    planned.lower = expected - tolerance + std::min(step, 0.0);
+    planned.upper = expected + tolerance + std::max(step, 0.0);
     planned.seconds = (_settings.healthyTime + Steps::ratePulse) * ratePulses / 2.0;
     std::vector<double> rates;
     for (int i = 0; i < ratePulses; ++i)
-        rates.push_back(stage.setting + step * (i - ratePulses / 2));
+        rates.push_back(expected + step * (i - ratePulses / 2));
     for (const double rate : rates)
-        planned.sequences.push_back(Steps::ratePulseOf(_settings, rate));
-    planned.read = [settings = _settings, rates](std::size_t sequence, const SequenceRecord& record) {
-        auto reading = readChange(settings, settings.startInput, record);
+        planned.sequences.push_back(sequenceOf(_settings, rate));
+    planned.read = [settings = _settings, rates, readRate](std::size_t sequence,
+                                                           const SequenceRecord& record) {
+        auto reading = readRate(settings, record);
         if (reading && reading->state == MeasureState::Measured)
             reading->value = rates[sequence];
         return reading;
@@ -282,7 +293,7 @@ PlannedMeasurement VoltageFrequencyTest::_planOperateTime(StageKind kind) const
     planned.seconds = _settings.healthyTime + stage.delay;
     planned.sequences = {Steps::operateTime(_settings, kind)};
     planned.read = [settings = _settings](std::size_t, const SequenceRecord& record) {
-        return readChange(settings, settings.tripInput, record);
+        return readChange<&Settings::tripInput>(settings, record);
     };
     return planned;
 }
@@ -293,13 +304,12 @@ std::shared_ptr<KesDriver::ISimulatedTestObject> VoltageFrequencyTest::makeTestO
     relay.nominalVoltage = _settings.nominalVoltage;
     relay.tripInput = _settings.tripInput;
     relay.startInput = _settings.startInput;
-    constexpr double rateDropOff = 0.9;
     for (std::size_t i = 0; i < StageCount; ++i) {
         const auto kind = static_cast<StageKind>(i);
         const auto& stage = _settings.stages[i];
-        const double dropOff = isVoltage(kind)         ? stage.dropOff / stage.setting
-                               : kind == FrequencyRate ? rateDropOff
-                                                       : std::fabs(stage.dropOff - stage.setting);
+        const bool isFrequency = kind == Underfrequency || kind == Overfrequency;
+        const double dropOff =
+            isFrequency ? std::fabs(stage.dropOff - stage.setting) : stage.dropOff / stage.setting;
         relay.stages[i] = {stage.isUsed, stage.setting, stage.delay, dropOff};
     }
     return std::make_shared<KesDriver::VoltageFrequencyRelay>(relay);

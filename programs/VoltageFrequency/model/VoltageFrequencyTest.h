@@ -1,13 +1,14 @@
 #pragma once
 
 #include <VoltageFrequency/data/Settings.h>
+#include <VoltageFrequency/steps/Steps.h>
 
 #include <KesMeasure/ITestDefinition.h>
 
 namespace VoltageFrequency {
 
-/// The test of a voltage and frequency relay: of each stage in use pick-up, drop-off (not of the rate) and
-/// operate time. Any thread.
+/// The test of a voltage and frequency relay: of each stage in use pick-up, drop-off and operate time.
+/// Any thread.
 ///
 /// Bands: a value lies within its tolerance of the setting, a time within the larger one of its two. A ramp
 /// finds a value late by the way it goes while the relay measures and closes its contact; 0.15 s of it are
@@ -25,9 +26,17 @@ public:
 private:
     Kes::Result _checkStage(StageKind kind) const;
     Kes::Result _checkRate() const;
-    KesMeasure::PlannedMeasurement _planPickUp(StageKind kind) const;
-    KesMeasure::PlannedMeasurement _planRatePickUp() const;
-    KesMeasure::PlannedMeasurement _planDropOff(StageKind kind) const;
+    using ReadRamp = KesMeasure::Reading (*)(const Settings& settings, const Steps::Ramp& ramp,
+                                             const KesMeasure::SequenceRecord& record);
+    using RateSequence = KesDriver::OutputSequence (*)(const Settings& settings, double hertzPerSecond);
+    using ReadRate = std::optional<KesMeasure::Reading> (*)(const Settings& settings,
+                                                            const KesMeasure::SequenceRecord& record);
+    KesMeasure::PlannedMeasurement _planRamp(StageKind kind, const char* quantity, double expected,
+                                             const Steps::Ramp& ramp,
+                                             const KesDriver::OutputSequence& sequence,
+                                             ReadRamp readRamp) const;
+    KesMeasure::PlannedMeasurement _planRates(const char* quantity, double expected, double step,
+                                              RateSequence sequenceOf, ReadRate readRate) const;
     KesMeasure::PlannedMeasurement _planOperateTime(StageKind kind) const;
 
     const Settings _settings;

@@ -20,6 +20,7 @@ using KesDriver::OutputRamp;
 using KesDriver::OutputSequence;
 using KesDriver::OutputStep;
 using KesMeasure::SequenceRecord;
+namespace ContactChanges = KesMeasure::ContactChanges;
 using Seconds = std::chrono::duration<double>;
 
 /// Contacts bounce.
@@ -127,11 +128,6 @@ double Ramp::valueAt(DeviceTime time) const
     return from + (to < from ? -rate : rate) * Seconds(time).count();
 }
 
-double Ramp::getSeconds() const
-{
-    return std::fabs(to - from) / rate;
-}
-
 Ramp pickUpRamp(const Settings& settings, StageKind kind)
 {
     const auto& stage = settings.stages[kind];
@@ -212,25 +208,28 @@ OutputSequence ratePulseOf(const Settings& settings, double hertzPerSecond)
     return sequence;
 }
 
-std::optional<DeviceTime> changeIn(const SequenceRecord& record, std::size_t step, InputCondition condition)
+OutputSequence rateDropOff(const Settings& settings, double hertzPerSecond)
 {
-    const auto change = KesMeasure::ContactChanges::findFirst(record, condition, debounce, step);
-    return change ? std::optional(change->time - record.steps[step]) : std::nullopt;
+    const double startRate = operateValue(settings, FrequencyRate);
+    auto next = rateStep(settings, hertzPerSecond, rateHold);
+    next.outputs.voltageHertz += startRate * rateHold;
+    auto sequence = begin(settings);
+    sequence.push_back(rateStep(settings, startRate, rateHold));
+    sequence.push_back(until(std::move(next), settings.startInput, false));
+    return sequence;
 }
 
-bool isClosedBefore(const SequenceRecord& record, std::size_t step, unsigned input)
+std::optional<DeviceTime> changeIn(const SequenceRecord& record, std::size_t step, InputCondition condition)
 {
-    bool isClosed = false;
-    for (const auto& change : record.inputs)
-        if (*change.step < step && change.input == input)
-            isClosed = change.isClosed;
-    return isClosed;
+    const auto change = ContactChanges::findFirst(record, condition, debounce, step);
+    return change ? std::optional(change->time - record.steps[step]) : std::nullopt;
 }
 
 bool hasReset(const SequenceRecord& record, const Settings& settings)
 {
     return record.steps[2] - record.steps[1] < toDeviceTime(settings.resetTime) &&
-           !isClosedBefore(record, 2, settings.tripInput) && !isClosedBefore(record, 2, settings.startInput);
+           !ContactChanges::isClosedBefore(record, 2, settings.tripInput) &&
+           !ContactChanges::isClosedBefore(record, 2, settings.startInput);
 }
 
 } // namespace VoltageFrequency::Steps

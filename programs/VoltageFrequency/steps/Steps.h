@@ -5,6 +5,7 @@
 #include <KesDriver/Outputs.h>
 #include <KesMeasure/StepRunner.h>
 
+#include <cmath>
 #include <optional>
 
 /// The steps of the measurements and what the device has reported of them. Voltages are put out in three
@@ -21,7 +22,7 @@ struct Ramp {
     double rate = 0.0;
 
     double valueAt(KesDriver::DeviceTime time) const;
-    double getSeconds() const;
+    double getSeconds() const { return std::fabs(to - from) / rate; }
 };
 
 /// Where pick-up and drop-off are sought: three tolerances around the expected value, not beyond the nominal
@@ -41,20 +42,22 @@ KesDriver::OutputSequence pickUp(const Settings& settings, StageKind kind);
 KesDriver::OutputSequence dropOff(const Settings& settings, StageKind kind);
 /// Of any stage:
 KesDriver::OutputSequence operateTime(const Settings& settings, StageKind kind);
-/// Of the rate: one that stands for `ratePulse` seconds.
+/// Of the rate: one that stands for `ratePulse` seconds, alone or behind one at which the stage has started.
 KesDriver::OutputSequence ratePulseOf(const Settings& settings, double hertzPerSecond);
+KesDriver::OutputSequence rateDropOff(const Settings& settings, double hertzPerSecond);
 inline constexpr double ratePulse = 0.5;
+/// In which a rate starts the stage, and in which the next one lets it drop off.
+inline constexpr double rateHold = 0.3;
 
 /// The step in which the measured change comes, in each of those sequences.
 inline constexpr std::size_t pickUpStep = 3;
 inline constexpr std::size_t dropOffStep = 4;
 inline constexpr std::size_t operateStep = 2;
+inline constexpr std::size_t rateDropOffStep = 3;
 
 /// From the step's beginning to the contact's change to the state, in it or a later one, bounces left out.
 std::optional<KesDriver::DeviceTime> changeIn(const KesMeasure::SequenceRecord& record, std::size_t step,
                                               KesDriver::InputCondition condition);
-/// Whether the contact was closed when the step began.
-bool isClosedBefore(const KesMeasure::SequenceRecord& record, std::size_t step, unsigned input);
 /// Whether the contacts were open before the relay saw anything but nominal quantities.
 bool hasReset(const KesMeasure::SequenceRecord& record, const Settings& settings);
 

@@ -57,6 +57,7 @@ void VoltageFrequencyRelay::reset(Time time)
     _openTime = toDeviceTime(_draw(0.012, 0.016));
     _time = time;
     _hertz.reset();
+    _hertzPerSecond = 0.0;
     _elements = {};
 }
 
@@ -71,6 +72,7 @@ void VoltageFrequencyRelay::applyOutputs(const OutputState& outputs, Time time)
             _follow(kind, _isBeyond(kind, quantities, _elements[i].isBeyond), time);
     }
     _hertz = quantities.hertz;
+    _hertzPerSecond = quantities.hertzPerSecond;
     _time = time;
 }
 
@@ -86,7 +88,10 @@ VoltageFrequencyRelay::Quantities VoltageFrequencyRelay::_measure(const OutputSt
         return quantities;
     quantities.hertz = outputs.voltageHertz;
     const double gap = Seconds(time - _time).count();
-    if (_hertz && gap > 0.0 && time - _time <= rampGap)
+    // Where two steps meet, the same moment comes twice.
+    if (_hertz == quantities.hertz && time == _time)
+        quantities.hertzPerSecond = _hertzPerSecond;
+    else if (_hertz && gap > 0.0 && time - _time <= rampGap)
         quantities.hertzPerSecond = (outputs.voltageHertz - *_hertz) / gap;
     if (std::fabs(quantities.hertzPerSecond) > fastestRate)
         quantities.hertzPerSecond = 0.0;

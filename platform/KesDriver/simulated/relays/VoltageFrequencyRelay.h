@@ -115,6 +115,7 @@ private:
 
     Time _time{0};
     std::optional<double> _hertz;
+    double _hertzPerSecond = 0.0;
     Elements _elements;
 };
 
