@@ -111,10 +111,11 @@
           }
           @media print {
             body { margin: 0; padding: 0; max-width: none; font-size: 11px; }
-            svg { max-height: 105mm; }
+            svg { max-height: 85mm; }
+            th, td { padding: .22em .6em; }
             h2 { break-after: avoid; }
             thead { display: table-header-group; }
-            h2, tr, svg, .simulated, .outcome, .signature { break-inside: avoid; }
+            h2, tr, svg, .simulated, .outcome, .signature, .lines { break-inside: avoid; }
           }
   </xsl:template>
 
