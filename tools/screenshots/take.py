@@ -114,8 +114,9 @@ def runningTest(studio):
         program.tool("testObject").act()
         window = program.find("frame", texts.WINDOWS.get("testObjectWindowTitle", studio.language))
         studio.picture("test-object-running", program, window)
-        press("Escape")
-        program.waitUntilGone(window)
+    with studio.start() as program:
+        program.tool("start").act()
+        program.waitForPoint(1)
         program.command("exit", "action")
         studio.picture("question-stop", program, program.find("alert"))
 
