@@ -22,11 +22,6 @@ namespace {
 
 using Kes::StringHelper::format;
 
-/// After these frames a change made before has been laid out and drawn.
-constexpr int framesUntilDrawn = 3;
-/// A window that is not drawn at all must not hold up the run.
-constexpr unsigned longestWait = 2000;
-
 void tell(const std::string& text)
 {
     std::fprintf(stderr, "%s\n", text.c_str());
@@ -89,7 +84,6 @@ UnattendedRun::UnattendedRun(const CommandLine& commandLine, ProgramModel& model
 UnattendedRun::~UnattendedRun()
 {
     _endWatch.disconnect();
-    _drawConnection.disconnect();
     if (!isDone())
         Kes::DialogBackend::install(std::move(_userDialogs));
 }
@@ -247,10 +241,13 @@ void UnattendedRun::_writeFiles()
 {
     _phase = Phase::Writing;
     _writeData();
+    auto* window = Kes::GtkWidgetHelper::getParentWindow(_presenter.getView());
     if (_commandLine.screenshot.empty())
         _complete();
+    else if (window)
+        _picture = std::make_unique<WindowPicture>(*window, [this] { _later(&UnattendedRun::_takeScreenshot); });
     else
-        _whenDrawn(&UnattendedRun::_takeScreenshot);
+        _later(&UnattendedRun::_takeScreenshot);
 }
 
 void UnattendedRun::_writeData()
@@ -272,33 +269,8 @@ UnattendedRun::Status UnattendedRun::endWithoutDisplay()
 void UnattendedRun::_takeScreenshot()
 {
     _write(_commandLine.screenshot, &UnattendedRun::_screenshot);
+    _picture.reset();
     _complete();
-}
-
-void UnattendedRun::_whenDrawn(Step step)
-{
-    auto* window = Kes::GtkWidgetHelper::getParentWindow(_presenter.getView());
-    if (!window) {
-        _later(step);
-        return;
-    }
-    const auto goOn = [this, step] {
-        if (!_drawConnection.connected())
-            return;
-        _drawConnection.disconnect();
-        _later(step);
-    };
-    _drawnFrames = 0;
-    _drawConnection =
-        window->signal_draw().connect([this, window, goOn](const Cairo::RefPtr<Cairo::Context>&) {
-            window->queue_draw();
-            // Not from here: it ends the life of what is running.
-            if (++_drawnFrames == framesUntilDrawn)
-                Glib::signal_idle().connect_once(sigc::track_obj(goOn, *this));
-            return false;
-        });
-    window->queue_draw();
-    Glib::signal_timeout().connect_once(sigc::track_obj(goOn, *this), longestWait);
 }
 
 /// A file that cannot be written keeps no other one from being written.
@@ -345,8 +317,7 @@ Kes::Result UnattendedRun::_results()
 
 Kes::Result UnattendedRun::_screenshot()
 {
-    auto* window = Kes::GtkWidgetHelper::getParentWindow(_presenter.getView());
-    return window ? WindowPicture::save(*window, _commandLine.screenshot) : Kes::Result(false);
+    return _picture ? _picture->save(_commandLine.screenshot) : Kes::Result(false);
 }
 
 void UnattendedRun::_addFailure()

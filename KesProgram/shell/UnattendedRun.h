@@ -19,6 +19,7 @@ namespace KesProgram {
 
 class ProgramBasePresenter;
 class ProgramModel;
+class WindowPicture;
 
 /// Does what the command line asks for without a user: opens the file, runs the test, writes archive, report,
 /// results and picture, and closes the program.
@@ -97,7 +98,6 @@ private:
     void _writeFiles();
     void _writeData();
     void _takeScreenshot();
-    void _whenDrawn(Step step);
     void _complete();
     void _close();
 
@@ -117,8 +117,7 @@ private:
     Status _status = Success;
     Phase _phase = Phase::Opening;
     bool _isTerminating = false;
-    int _drawnFrames = 0;
-    sigc::connection _drawConnection;
+    std::unique_ptr<WindowPicture> _picture;
     /// What `signalFinished` has told on another thread and has not been heard yet.
     enum class End { None, Failed, Finished };
     std::atomic<End> _end{End::None};
