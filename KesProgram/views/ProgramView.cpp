@@ -128,6 +128,8 @@ void ProgramView::_onZoomed()
 
 void ProgramView::_moveToParentCenter(Gtk::Window& parent)
 {
+    if (!Kes::WindowRectangleManager::canPlace(*this))
+        return;
     int x = 0;
     int y = 0;
     int parentWidth = 0;

@@ -2,6 +2,7 @@
 
 #include <KesCommonView/WindowPlacement.h>
 
+#include <gdk/gdkx.h>
 #include <gdkmm/display.h>
 #include <gdkmm/monitor.h>
 #include <glibmm/main.h>
@@ -53,12 +54,18 @@ WindowRectangleManager::~WindowRectangleManager()
     _reading.disconnect();
 }
 
+bool WindowRectangleManager::canPlace(const Gtk::Window& window)
+{
+    return GDK_IS_X11_DISPLAY(window.get_display()->gobj());
+}
+
 void WindowRectangleManager::setRectangle(const RectangleF& rectangle)
 {
     if (!WindowPlacement::isRectangle(rectangle))
         return;
     _last = WindowPlacement::bringOnto(rectangle, getMonitorAreas(_window.get_display()));
-    _window.move(toPixel(_last.x), toPixel(_last.y));
+    if (canPlace(_window))
+        _window.move(toPixel(_last.x), toPixel(_last.y));
     _window.resize(toPixel(_last.width), toPixel(_last.height));
 }
 
@@ -85,11 +92,12 @@ void WindowRectangleManager::_read() const
 {
     if (!_window.get_mapped())
         return;
-    int x = 0;
-    int y = 0;
+    int x = toPixel(_last.x);
+    int y = toPixel(_last.y);
     int width = 0;
     int height = 0;
-    _window.get_position(x, y);
+    if (canPlace(_window))
+        _window.get_position(x, y);
     _window.get_size(width, height);
     _last = {static_cast<float>(x), static_cast<float>(y), static_cast<float>(width),
              static_cast<float>(height)};
