@@ -16,11 +16,13 @@ import time
 from gi.repository import GLib
 
 import accessible
+import wayland
 from accessible import Node, matches
 
 TIME_SCALE = float(os.environ.get("KES_TIME_SCALE") or 1)
 LIMIT = 15.0  # seconds
 POLL = 0.02  # seconds
+WAYLAND = "WAYLAND_DISPLAY" in os.environ
 LOCALES = {"en": "C.UTF-8", "ru": "ru_RU.UTF-8"}
 
 
@@ -44,9 +46,27 @@ def xdotool(*arguments):
     return result.stdout.strip() if result.returncode == 0 else ""
 
 
+@functools.cache
+def keyboard():
+    """There before the first window: without a keyboard none would ever be the active one."""
+    return wayland.Keyboard()
+
+
 def press(*keys):
     """Presses keys, one after the other, in the window that has the focus."""
-    xdotool("key", "--clearmodifiers", *keys)
+    for key in keys:
+        if WAYLAND:
+            keyboard().press(key)
+        else:
+            xdotool("key", "--clearmodifiers", key)
+
+
+def write(text):
+    """Types an ASCII text, as keyboards do."""
+    if WAYLAND:
+        keyboard().write(text)
+    else:
+        xdotool("type", "--clearmodifiers", "--delay", 3, text)
 
 
 def find(where, role, name=None, hidden=False):
@@ -72,7 +92,12 @@ def hover(node):
 
 
 def click(node):
-    """With the mouse, in the middle of it."""
+    """With the mouse, in the middle of it. Wayland does not tell where that is, so there it is the control's
+    action."""
+    if WAYLAND:
+        wait(lambda: f"{node} to be shown and sensitive", lambda: node.isShowing and node.isSensitive)
+        node.act()
+        return
     hover(node)
     xdotool("click", 1)
 
@@ -86,7 +111,7 @@ def fill(entry, text):
     """Types a text in place of what the entry holds; ASCII only, as keyboards are."""
     focus(entry)
     press("ctrl+a")
-    xdotool("type", "--clearmodifiers", "--delay", 3, text)
+    write(text)
     wait(lambda: f"'{text}' in {entry}", lambda: entry.text == text)
 
 
@@ -147,7 +172,7 @@ class Home:
         values.update(HOME=self.path, XDG_CACHE_HOME=self.file(".cache"), XDG_CONFIG_HOME=self.file(".config"),
                       XDG_DATA_HOME=self.file(".local/share"), XDG_STATE_HOME=self.file(".local/state"),
                       XDG_DOCUMENTS_DIR=self.file("Documents"),
-                      LC_ALL=LOCALES[language], GDK_BACKEND="x11", GIO_USE_VFS="local", GSETTINGS_BACKEND="keyfile")
+                      LC_ALL=LOCALES[language], GDK_BACKEND="wayland" if WAYLAND else "x11", GIO_USE_VFS="local", GSETTINGS_BACKEND="keyfile")
         if language == "ru":
             values["LOCPATH"] = russianLocale()
         return values
@@ -166,6 +191,8 @@ class Program:
     def __init__(self, binary, home, *arguments, language="en", **environment):
         self.home = home
         self.language = language
+        if WAYLAND:
+            keyboard()
         self._output = tempfile.TemporaryFile(mode="w+", encoding="utf-8", errors="replace")
         self.process = subprocess.Popen(
             [binary, "--language", language, *map(str, arguments)], env={**home.environment(language), **environment},
@@ -273,7 +300,7 @@ class Program:
     def choose(self, menu, item, by="mouse"):
         """Chooses a command of a menu by "mouse", "keyboard" or "action"."""
         node = self.menuItem(menu, item)
-        if by == "action":
+        if by == "action" or (by == "mouse" and WAYLAND):
             node.act()
             return
         self.waitForKeyboard()
@@ -312,7 +339,8 @@ class Program:
     def confirmFile(self, path):
         """As `chooseFile`, but does not wait until the chooser has gone: a question may come first."""
         chooser = self.find("file chooser")
-        accept = chooser.all("push button")[-1]
+        # The last one of the row of buttons; in a title bar of GTK's own it is the first one.
+        accept = chooser.all("push button")[0 if WAYLAND else -1]
         field = wait("the file chooser's field or list", lambda: chooser.look("text") or self._row(chooser, path))
         if field.role == "text":
             fill(field, path)
