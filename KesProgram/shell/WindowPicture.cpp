@@ -3,7 +3,7 @@
 #include <KesCommon/ExceptionText.h>
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/StringHelper.h>
-#include <KesProgram/text/TextPair.h>
+#include <KesCommon/Text.h>
 
 #include <gdkmm/pixbuf.h>
 #include <gdkmm/window.h>
@@ -36,13 +36,12 @@ std::string readPng(Gtk::Window& window)
 
 Kes::Result WindowPicture::save(Gtk::Window& window, const std::string& path)
 {
-    static constexpr lng::TextPair failure{"No picture of the window can be made: %s",
-                                           "Не удалось сделать снимок окна: %s"};
+    static constexpr lng::Text failure{"Unattended.noPicture", "No picture of the window can be made: %s",
+                                       "Не удалось сделать снимок окна: %s"};
     try {
         return Kes::writeWholeFile(path, readPng(window));
     } catch (...) {
-        return Kes::Result::failure(
-            Kes::StringHelper::format(lng::choose(failure), Kes::getCurrentExceptionText()));
+        return Kes::Result::failure(Kes::StringHelper::format(failure.get(), Kes::getCurrentExceptionText()));
     }
 }
 

@@ -6,7 +6,7 @@ namespace lng {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"Common.KestoStateOk", "Ready for operation", "Готово к работе"},
 
     {"auxDC.enabled", "The auxiliary supply is on while the device is connected",
@@ -149,7 +149,9 @@ constexpr Kes::TextTable table({
      "В сети нужны ведущие часы и коммутаторы с поддержкой PTP на всём пути до устройств. Тогда расхождение "
      "не "
      "более 1 мкс; с обычными коммутаторами погрешность может быть в сто раз больше."},
-});
+};
+
+constexpr Kes::TextTable table("HardwareManager", texts);
 
 } // namespace
 

@@ -6,7 +6,7 @@ namespace lng::Driver {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"Kesto.typeName", "KESTO", "КЕСТО"},
     {"Kesto.number", "No.", "№"},
 
@@ -79,12 +79,9 @@ constexpr Kes::TextTable table({
 
     {"Server.cannotListen", "There can be no listening at %s, port %u: %s",
      "Нельзя принимать соединения по адресу %s, порт %u: %s"},
+};
 
-    {"Unit.ampere", "A", "А"},
-    {"Unit.volt", "V", "В"},
-    {"Unit.hertz", "Hz", "Гц"},
-    {"Unit.second", "s", "с"},
-});
+constexpr Kes::TextTable table("Driver", texts);
 
 } // namespace
 

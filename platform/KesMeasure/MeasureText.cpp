@@ -6,7 +6,7 @@ namespace lng::Measure {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"Simulated.title", "SIMULATED DEVICE", "ИМИТИРУЕМОЕ УСТРОЙСТВО"},
     {"Simulated.state", "%s - %s", "%s — %s"},
     {"Simulated.notice",
@@ -124,6 +124,19 @@ constexpr Kes::TextTable table({
     {"Summary.few", "%zu results of %s", "%zu результата от %s"},
     {"Summary.many", "%zu results of %s", "%zu результатов от %s"},
 
+    {"Caption.title", "Test report", "Протокол проверки"},
+    {"Caption.device", "Test device", "Испытательное устройство"},
+    {"Caption.startedAt", "Beginning of the test", "Начало проверки"},
+    {"Caption.nameplate", "Nameplate and remarks", "Паспорт и примечания"},
+    {"Caption.circumstances", "Test device and file", "Испытательное устройство и файл"},
+    {"Caption.plan", "Plan", "План проверки"},
+    {"Caption.value", "Value", "Значение"},
+    {"Caption.unmeasured", "not measured", "не измерено"},
+    {"Caption.page", "Page ", "Страница "},
+    {"Caption.ofPages", " of ", " из "},
+    {"Caption.tester", "Tested by", "Проверку провёл"},
+    {"Caption.approver", "Approved by", "Утвердил"},
+
     {"Report.failed", "The report could not be made.", "Не удалось создать протокол."},
     {"Pdf.missing",
      "A report as PDF is made by the program WeasyPrint, which is not installed. Install the package "
@@ -133,7 +146,9 @@ constexpr Kes::TextTable table({
     {"Pdf.failed", "WeasyPrint could not make the PDF file: %s", "WeasyPrint не смог создать файл PDF: %s"},
     {"Pdf.late", "WeasyPrint did not make the PDF file in two minutes and was ended.",
      "WeasyPrint не создал файл PDF за две минуты и был остановлен."},
-});
+};
+
+constexpr Kes::TextTable table("Measure", texts);
 
 } // namespace
 

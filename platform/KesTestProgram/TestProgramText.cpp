@@ -6,7 +6,7 @@ namespace lng::TestProgram {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"State.measurement", "%zu of %zu: %s, %s", "%zu из %zu: %s, %s"},
 
     {"Run.refused", "The test cannot be started: %s", "Невозможно начать проверку: %s"},
@@ -48,7 +48,9 @@ constexpr Kes::TextTable table({
     {"Repair.originLost", "Which device made the results, and when, could not be read.",
      "Каким устройством и когда получены результаты, прочитать не удалось."},
     {"Repair.resultsLost", "The results could not be read.", "Результаты прочитать не удалось."},
-});
+};
+
+constexpr Kes::TextTable table("TestProgram", texts);
 
 } // namespace
 

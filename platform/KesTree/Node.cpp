@@ -1,6 +1,5 @@
 #include <KesTree/Node.h>
 
-#include <KesCommon/Language.h>
 #include <KesTree/detail/NodeXml.h>
 
 #include <algorithm>
@@ -29,21 +28,15 @@ bool isId(const std::string& id)
 
 } // namespace
 
-const std::string& TextPair::get() const
-{
-    return lng::language == lng::Russian ? russian : english;
-}
-
-Node::Node(Key, NodeType type, std::string id, TextPair name)
-    : _type(type), _id(std::move(id)), _name(std::move(name))
+Node::Node(Key, NodeType type, std::string id, lng::Text name) : _type(type), _id(std::move(id)), _name(name)
 {}
 
 Node::~Node() = default;
 
-std::unique_ptr<Node> Node::_make(NodeType type, std::string id, TextPair name)
+std::unique_ptr<Node> Node::_make(NodeType type, std::string id, lng::Text name)
 {
     require(isId(id), "an id consists of ASCII letters, digits, \"_\", \"-\" and \".\"");
-    return std::make_unique<Node>(Key(), type, std::move(id), std::move(name));
+    return std::make_unique<Node>(Key(), type, std::move(id), name);
 }
 
 std::unique_ptr<Node> Node::_finish(std::unique_ptr<Node> node, Value value)
@@ -54,28 +47,28 @@ std::unique_ptr<Node> Node::_finish(std::unique_ptr<Node> node, Value value)
     return node;
 }
 
-std::unique_ptr<Node> Node::group(std::string id, TextPair name)
+std::unique_ptr<Node> Node::group(std::string id, lng::Text name)
 {
-    return _make(NodeType::Group, std::move(id), std::move(name));
+    return _make(NodeType::Group, std::move(id), name);
 }
 
-std::unique_ptr<Node> Node::number(std::string id, TextPair name, TextPair unit, double value, double minimum,
-                                   double maximum)
+std::unique_ptr<Node> Node::number(std::string id, lng::Text name, lng::Text unit, double value,
+                                   double minimum, double maximum)
 {
     require(minimum <= maximum, "the range is empty");
-    auto node = _make(NodeType::Number, std::move(id), std::move(name));
-    node->_unit = std::move(unit);
+    auto node = _make(NodeType::Number, std::move(id), name);
+    node->_unit = unit;
     node->_minimum = minimum;
     node->_maximum = maximum;
     return _finish(std::move(node), value);
 }
 
-std::unique_ptr<Node> Node::integer(std::string id, TextPair name, TextPair unit, long long value,
+std::unique_ptr<Node> Node::integer(std::string id, lng::Text name, lng::Text unit, long long value,
                                     long long minimum, long long maximum)
 {
     require(minimum <= maximum, "the range is empty");
-    auto node = _make(NodeType::Integer, std::move(id), std::move(name));
-    node->_unit = std::move(unit);
+    auto node = _make(NodeType::Integer, std::move(id), name);
+    node->_unit = unit;
     node->_minimum = static_cast<double>(minimum);
     node->_maximum = static_cast<double>(maximum);
     require(std::abs(node->_minimum) <= maximumExactBound && std::abs(node->_maximum) <= maximumExactBound,
@@ -83,29 +76,29 @@ std::unique_ptr<Node> Node::integer(std::string id, TextPair name, TextPair unit
     return _finish(std::move(node), value);
 }
 
-std::unique_ptr<Node> Node::boolean(std::string id, TextPair name, bool value)
+std::unique_ptr<Node> Node::boolean(std::string id, lng::Text name, bool value)
 {
-    return _finish(_make(NodeType::Boolean, std::move(id), std::move(name)), value);
+    return _finish(_make(NodeType::Boolean, std::move(id), name), value);
 }
 
-std::unique_ptr<Node> Node::choice(std::string id, TextPair name, std::vector<TextPair> choices,
+std::unique_ptr<Node> Node::choice(std::string id, lng::Text name, std::vector<lng::Text> choices,
                                    std::size_t value)
 {
-    auto node = _make(NodeType::Choice, std::move(id), std::move(name));
+    auto node = _make(NodeType::Choice, std::move(id), name);
     node->_choices = std::move(choices);
     return _finish(std::move(node), static_cast<long long>(value));
 }
 
-std::unique_ptr<Node> Node::text(std::string id, TextPair name, std::string value)
+std::unique_ptr<Node> Node::text(std::string id, lng::Text name, std::string value)
 {
-    return _finish(_make(NodeType::Text, std::move(id), std::move(name)), std::move(value));
+    return _finish(_make(NodeType::Text, std::move(id), name), std::move(value));
 }
 
 std::vector<std::string> Node::getChoices() const
 {
     std::vector<std::string> names;
     std::transform(_choices.begin(), _choices.end(), std::back_inserter(names),
-                   [](const TextPair& choice) { return choice.get(); });
+                   [](const lng::Text& choice) { return choice.get(); });
     return names;
 }
 

@@ -2,6 +2,7 @@
 
 #include <KesCommon/Export.h>
 #include <KesCommon/Result.h>
+#include <KesCommon/UnitText.h>
 
 #include <sigc++/sigc++.h>
 
@@ -13,15 +14,6 @@
 #include <vector>
 
 namespace KesTree {
-
-/// A text in both languages, English first.
-struct KES_EXPORT TextPair {
-    std::string english;
-    std::string russian;
-
-    /// The text in the language of the process.
-    const std::string& get() const;
-};
 
 enum class NodeType { Group, Number, Integer, Boolean, Choice, Text };
 
@@ -43,21 +35,21 @@ public:
     using Value = std::variant<std::monostate, double, long long, bool, std::string>;
 
     /// A group.
-    static std::unique_ptr<Node> group(std::string id, TextPair name);
+    static std::unique_ptr<Node> group(std::string id, lng::Text name);
     /// A real number in `unit` (empty: none) within [minimum, maximum]; an infinite bound is no bound.
-    static std::unique_ptr<Node> number(std::string id, TextPair name, TextPair unit, double value,
+    static std::unique_ptr<Node> number(std::string id, lng::Text name, lng::Text unit, double value,
                                         double minimum, double maximum);
     /// A whole number within [minimum, maximum], bounds of at most 2^53 in magnitude.
-    static std::unique_ptr<Node> integer(std::string id, TextPair name, TextPair unit, long long value,
+    static std::unique_ptr<Node> integer(std::string id, lng::Text name, lng::Text unit, long long value,
                                          long long minimum, long long maximum);
-    static std::unique_ptr<Node> boolean(std::string id, TextPair name, bool value);
+    static std::unique_ptr<Node> boolean(std::string id, lng::Text name, bool value);
     /// One of several; the value is the index of the chosen one.
-    static std::unique_ptr<Node> choice(std::string id, TextPair name, std::vector<TextPair> choices,
+    static std::unique_ptr<Node> choice(std::string id, lng::Text name, std::vector<lng::Text> choices,
                                         std::size_t value);
     /// Any UTF-8 text without control characters other than tabs and line ends.
-    static std::unique_ptr<Node> text(std::string id, TextPair name, std::string value);
+    static std::unique_ptr<Node> text(std::string id, lng::Text name, std::string value);
 
-    Node(Key, NodeType type, std::string id, TextPair name);
+    Node(Key, NodeType type, std::string id, lng::Text name);
     ~Node();
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
@@ -139,7 +131,7 @@ public:
 private:
     friend class NodeXmlReader;
 
-    static std::unique_ptr<Node> _make(NodeType type, std::string id, TextPair name);
+    static std::unique_ptr<Node> _make(NodeType type, std::string id, lng::Text name);
     static std::unique_ptr<Node> _finish(std::unique_ptr<Node> node, Value value);
 
     Kes::Result _refuse(std::string reason) const;
@@ -156,11 +148,11 @@ private:
 
     NodeType _type;
     std::string _id;
-    TextPair _name;
-    TextPair _unit;
+    lng::Text _name;
+    lng::Text _unit;
     double _minimum = 0.0;
     double _maximum = 0.0;
-    std::vector<TextPair> _choices;
+    std::vector<lng::Text> _choices;
     Value _value;
     std::optional<Value> _laterValue;
     std::function<Kes::Result(const Value&)> _validation;

@@ -224,7 +224,7 @@ Kes::Result Node::_parse(const std::string& text, Value& value) const
 std::string Node::_withoutUnit(const std::string& text) const
 {
     const std::string number = trimmed(text);
-    for (const auto& unit : {getUnit(), _unit.english, _unit.russian})
+    for (const std::string unit : {_unit.get(), _unit.pair[0], _unit.pair[1]})
         if (!unit.empty() && endsWith(number, unit))
             return number.substr(0, number.size() - unit.size());
     return number;

@@ -6,7 +6,7 @@ namespace lng::Simulator {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"summary", "Simulated test devices that programs reach over the network (docs/protocol.md).",
      "Имитируемые испытательные устройства, доступные программам по сети (docs/protocol.md)."},
     {"listen", "Where the first device listens; 127.0.1.1:5025 at first, port 0 is a free one",
@@ -31,7 +31,9 @@ constexpr Kes::TextTable table({
     {"error.argument", "\"%s\" is not an option.", "\"%s\" не является параметром."},
     {"warning.open", "Warning: %s can be reached from other computers, and the protocol knows no passwords.",
      "Внимание: %s доступен с других компьютеров, а протокол не знает паролей."},
-});
+};
+
+constexpr Kes::TextTable table("Simulator", texts);
 
 } // namespace
 

@@ -39,8 +39,7 @@ protected:
     {
         const RelaySettings settings;
         const auto written = KesMeasure::ReportFile::write(
-            home.file("made.html"), ReportDocument::create(settings, TestPlan(), results),
-            "report/overcurrent.xsl");
+            home.file("made.html"), ReportDocument::create(settings, TestPlan(), results), "report/test.xsl");
         EXPECT_TRUE(written) << (written ? "" : written.getError()->getMessage());
         return KesTest::readFile(home.file("made.html"));
     }

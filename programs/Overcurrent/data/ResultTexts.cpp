@@ -7,6 +7,7 @@
 
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
+#include <KesCommon/UnitText.h>
 #include <KesMeasure/ScreenNumber.h>
 #include <KesMeasure/SpreadColumn.h>
 #include <KesMeasure/StateText.h>
@@ -73,7 +74,7 @@ ResultTable::Value rampValue(const char* id, const TestResults* results,
         const double current = pickUpCurrentOf(*results);
         value.value = SettingsSummary::intervalText(current, *ramp);
         value.number = ramp->getValue() * current;
-        value.unit = get("Unit.ampere");
+        value.unit = lng::Unit::ampere.get();
     }
     value.verdict = stateText(ramp->state, isPassed);
     value.mark = toMark(isPassed);
@@ -84,7 +85,8 @@ ResultTable::Band pickUpBand(const TestResults& results)
 {
     const double tolerance = results.plan.pickUpTolerancePercent / 100.0;
     const double current = pickUpCurrentOf(results);
-    return {amperes(current * (1.0 - tolerance)), amperes(current * (1.0 + tolerance)), get("Unit.ampere")};
+    return {amperes(current * (1.0 - tolerance)), amperes(current * (1.0 + tolerance)),
+            lng::Unit::ampere.get()};
 }
 
 const std::vector<ResultTable::Column>& columns()
@@ -121,7 +123,7 @@ ResultTable::Row createRow(const TestResults& results, const PointResult& point,
              bandText(evaluated), isMeasured ? stateText(point.state, evaluated.isPassed) : ""},
             isMeasured ? toMark(evaluated.isPassed) : Mark::None,
             "point." + Faults::wordOf(point.fault) + "." + Kes::NumberText::write(point.multiple),
-            {fixed(evaluated.earliest, 3), fixed(evaluated.latest, 3), get("Unit.second")}};
+            {fixed(evaluated.earliest, 3), fixed(evaluated.latest, 3), lng::Unit::second.get()}};
 }
 
 std::vector<ResultTable::Value> createValues(const TestResults* results)
@@ -168,7 +170,7 @@ ResultTable createTable(const TestResults& results)
     }
     if (results.plan.repetitions == 1)
         return table;
-    KesMeasure::addSpreadColumn(table, get("Unit.second"), spreads);
+    KesMeasure::addSpreadColumn(table, lng::Unit::second.get(), spreads);
     // The window has no room for one more.
     for (auto& column : table.columns)
         column.isInWindow = column.name != "current" && column.name != "deviation";
@@ -178,9 +180,9 @@ ResultTable createTable(const TestResults& results)
 std::string describePlanned(const TestResults& results, const PointResult& point)
 {
     const auto evaluated = Evaluation::evaluate(results, point);
-    return Faults::nameOf(point.fault) + ", " + multiple(point.multiple) + " " + get("Unit.setting") + ", " +
-           SettingsSummary::nameOf(evaluated.stage) + "\n" + get("Results.expected") + ": " +
-           fixed(evaluated.expected, 3) + " (" + bandText(evaluated) + ")";
+    return Faults::nameOf(point.fault) + ", " + multiple(point.multiple) + " " +
+           lng::Unit::timesSetting.get() + ", " + SettingsSummary::nameOf(evaluated.stage) + "\n" +
+           get("Results.expected") + ": " + fixed(evaluated.expected, 3) + " (" + bandText(evaluated) + ")";
 }
 
 std::string describe(const TestResults& results, const PointResult& point)

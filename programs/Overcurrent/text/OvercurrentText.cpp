@@ -6,7 +6,7 @@ namespace lng::Overcurrent {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"Program.summary", "Tests an overcurrent relay with a KESTO device.",
      "Проверка реле максимального тока с помощью устройства КЕСТО."},
 
@@ -14,6 +14,11 @@ constexpr Kes::TextTable table({
 
     {"Report.title", "Overcurrent relay: operate time, pick-up and drop-off",
      "Реле максимального тока: время срабатывания, токи срабатывания и возврата"},
+
+    {"Report.results", "Operate times", "Время срабатывания"},
+    {"Report.values", "Pick-up and drop-off", "Токи срабатывания и возврата"},
+    {"Report.chart", "Characteristic", "Характеристика"},
+    {"Report.unmeasured", "no operate time", "время не измерено"},
 
     {"State.point", "Point %zu of %zu: %s, %s x Is", "Точка %zu из %zu: %s, %s x Iуст"},
     {"State.pickUp", "Pick-up value", "Ток срабатывания"},
@@ -107,33 +112,17 @@ constexpr Kes::TextTable table({
     {"Plan.pickUpTolerance", "Pick-up tolerance", "Допуск срабатывания"},
     {"Plan.minimumRatio", "Least drop-off ratio", "Наименьший коэф. возврата"},
 
-    {"Settings.nominalCurrent", "Nominal current In", "Номинальный ток Iн"},
     {"Settings.directional", "Directional", "Направленность"},
     {"Settings.directionalValue", "angle %s°, %s V", "угол %s°, %s В"},
     {"Settings.curveOf", "%s curve", "Хар-ка %s"},
-    {"Settings.tolerance", "Time tolerance", "Допуск времени"},
     {"Settings.toleranceValue", "%s %%, at least %s ms", "%s %%, но не менее %s мс"},
     {"Settings.assignedError", "class %s %%, at least %s ms", "класс %s %%, но не менее %s мс"},
-    {"Settings.currentTolerance", "Current tolerance", "Допуск тока"},
-    {"Settings.contacts", "Contacts", "Контакты"},
     {"Settings.tripAndStart", "trip: input %u, start: input %u", "откл.: вход %u, пуск: вход %u"},
     {"Settings.tripForBoth", "trip and ramps: input %u", "откл. и токи: вход %u"},
     {"Settings.tripOnly", "trip: input %u, no ramps", "откл.: вход %u, без токов"},
-    {"Settings.debounce", "Debounce time", "Подавление дребезга"},
-    {"Settings.resetTime", "Reset time", "Время возврата"},
     {"Settings.withstand", "Withstand, x In", "Стойкость, x Iн"},
     {"Settings.withstandValue", "%s; 10 s: %s; 1 s: %s", "%s; 10 с: %s; 1 с: %s"},
     {"Settings.ramp", "%s to %s x Is, step %s, dwell %s s", "%s … %s x Iуст, шаг %s, выдержка %s с"},
-
-    {"Curve.0", "Standard inverse", "Нормально инверсная"},
-    {"Curve.1", "Very inverse", "Сильно инверсная"},
-    {"Curve.2", "Extremely inverse", "Чрезвычайно инверсная"},
-    {"Curve.3", "Long-time inverse (BS 142)", "Длительно инверсная (BS 142)"},
-    {"Curve.4", "Definite time", "Независимая"},
-    {"Curve.5", "Moderately inverse (IEEE)", "Умеренно инверсная (IEEE)"},
-    {"Curve.6", "Very inverse (IEEE)", "Сильно инверсная (IEEE)"},
-    {"Curve.7", "Extremely inverse (IEEE)", "Чрезвычайно инверсная (IEEE)"},
-    {"Curve.8", "Table", "Таблица"},
 
     {"Stage.0", "I>", "I>"},
     {"Stage.1", "I>>", "I>>"},
@@ -173,12 +162,6 @@ constexpr Kes::TextTable table({
     {"PlanView.dropOffRamp", "Drop-off ramp", "Снижение тока"},
     {"PlanView.fieldName", "%s, %s", "%s, %s"},
 
-    {"Unit.second", "s", "с"},
-    {"Unit.millisecond", "ms", "мс"},
-    {"Unit.ampere", "A", "А"},
-    {"Unit.percent", "%", "%"},
-    {"Unit.setting", "x Is", "x Iуст"},
-
     {"Results.number", "No.", "№"},
     {"Results.fault", "Fault", "КЗ"},
     {"Results.stage", "Stage", "Ступ."},
@@ -200,8 +183,9 @@ constexpr Kes::TextTable table({
     {"Chart.title", "Operate-time characteristic", "Характеристика срабатывания"},
     {"Chart.multiples", "I / Is", "I / Iуст"},
     {"Chart.seconds", "t, s", "t, с"},
+};
 
-});
+constexpr Kes::TextTable table("Overcurrent", texts);
 
 } // namespace
 
