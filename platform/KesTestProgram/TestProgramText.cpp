@@ -15,7 +15,7 @@ constexpr lng::Text texts[] = {
      "Результаты последней проверки не сохранены. Начать новую проверку и потерять их?"},
     {"Run.continue",
      "The last test ended before its time. Continue it where it ended?\n\n"
-     "\"No\" begins a new test in the place of its results.",
+     "“No” begins a new test in the place of its results.",
      "Последняя проверка прервана до завершения. Продолжить её с места остановки?\n\n"
      "«Нет» начинает новую проверку вместо имеющихся результатов."},
     {"Again.none", "There are no results yet.", "Результатов пока нет."},
@@ -35,7 +35,7 @@ constexpr lng::Text texts[] = {
     {"Report.title", "Save the report", "Сохранить протокол"},
     {"Report.kind", "Report (HTML)", "Протокол (HTML)"},
     {"Report.pdf", "Report (PDF)", "Протокол (PDF)"},
-    {"Report.making", "The report is being made...", "Создаётся протокол..."},
+    {"Report.making", "The report is being made…", "Создаётся протокол…"},
 
     {"Error.tooMuchData", "The data is too large for an archive.", "Слишком много данных для архива."},
 

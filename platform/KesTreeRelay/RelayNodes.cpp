@@ -75,7 +75,7 @@ void addTable(Node& stage)
 {
     auto& table = stage.add(Node::text(
         StageTable,
-        {"Relay.tablePairs", "Table, multiple of Is : seconds; ...", "Таблица, кратность Iуст : с; ..."},
+        {"Relay.tablePairs", "Table, multiple of Is : seconds; …", "Таблица, кратность Iуст : с; …"},
         "2:10; 5:3.5; 10:1.2"));
     table.setValidation([](const Node::Value& value) {
         CurveTable::Pairs pairs;
@@ -118,9 +118,10 @@ StageNodes addStage(Node& relay, const char* id, const StageDefaults& defaults)
     stage.add(Node::number(StageMultiplier,
                            {"Relay.timeMultiplier", "Time multiplier TMS", "Множитель времени TMS"}, {}, 1.0,
                            0.01, 10.0));
-    stage.add(Node::number(
-        StageTime, {"Relay.definiteOperateTime", "Definite operate time", "Независимое время срабатывания"},
-        lng::Unit::second, defaults.definiteTime, 0.01, 600.0));
+    stage.add(Node::number(StageTime,
+                           {"Relay.definiteOperateTime", "Definite operate time",
+                            "Выдержка времени (независимая характеристика)"},
+                           lng::Unit::second, defaults.definiteTime, 0.01, 600.0));
     addTable(stage);
     auto& direction =
         stage.add(Node::choice(StageDirection, {"Relay.direction", "Direction", "Направленность"},

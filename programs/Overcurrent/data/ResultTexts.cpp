@@ -20,8 +20,8 @@ namespace Overcurrent::ResultTexts {
 namespace {
 
 using KesMeasure::Mark;
+using KesMeasure::MeasureState;
 using KesMeasure::ResultTable;
-using KesMeasure::stateText;
 using KesMeasure::ScreenNumber::amperes;
 using KesMeasure::ScreenNumber::fixed;
 using KesMeasure::ScreenNumber::multiple;
@@ -47,6 +47,12 @@ std::string bandText(const Evaluation::Point& point)
 double pickUpCurrentOf(const TestResults& results)
 {
     return StageTimes::pickUpCurrent(results.settings, results.plan.getRampCase());
+}
+
+std::string verdictText(MeasureState state, bool isPassed)
+{
+    return state == MeasureState::ContactEarly ? get("Results.contactEarly")
+                                               : KesMeasure::stateText(state, isPassed);
 }
 
 /// With several faults or stages it says with which fault it has been measured, and whose value it is.
@@ -76,7 +82,7 @@ ResultTable::Value rampValue(const char* id, const TestResults* results,
         value.number = ramp->getValue() * current;
         value.unit = lng::Unit::ampere.get();
     }
-    value.verdict = stateText(ramp->state, isPassed);
+    value.verdict = verdictText(ramp->state, isPassed);
     value.mark = toMark(isPassed);
     return value;
 }
@@ -120,7 +126,7 @@ ResultTable::Row createRow(const TestResults& results, const PointResult& point,
              fixed(evaluated.expected, 3), evaluated.measured ? fixed(*evaluated.measured, 3) : none,
              evaluated.deviation ? withSign(*evaluated.deviation, 3) : none,
              evaluated.deviationPercent ? withSign(*evaluated.deviationPercent, 2) : none,
-             bandText(evaluated), isMeasured ? stateText(point.state, evaluated.isPassed) : ""},
+             bandText(evaluated), isMeasured ? verdictText(point.state, evaluated.isPassed) : ""},
             isMeasured ? toMark(evaluated.isPassed) : Mark::None,
             "point." + Faults::wordOf(point.fault) + "." + Kes::NumberText::write(point.multiple),
             {fixed(evaluated.earliest, 3), fixed(evaluated.latest, 3), lng::Unit::second.get()}};
@@ -147,7 +153,7 @@ std::vector<ResultTable::Value> createValues(const TestResults* results)
         ratio.value = fixed(*value, 3) + " (" + fixed(least, 3) + " \u2026 " + fixed(most, 3) + ")";
         ratio.number = *value;
         ratio.band = {fixed(results->plan.minimumRatio, 3), fixed(1.0, 3), ""};
-        ratio.verdict = stateText(MeasureState::Measured, isDropOffPassed);
+        ratio.verdict = verdictText(MeasureState::Measured, isDropOffPassed);
         ratio.mark = toMark(isDropOffPassed);
     }
     values.push_back(std::move(ratio));
@@ -190,7 +196,7 @@ std::string describe(const TestResults& results, const PointResult& point)
     const auto evaluated = Evaluation::evaluate(results, point);
     const std::string measured = evaluated.measured ? fixed(*evaluated.measured, 3) : get("Results.notYet");
     return describePlanned(results, point) + "\n" + get("Results.measured") + ": " + measured + "\n" +
-           stateText(point.state, evaluated.isPassed);
+           verdictText(point.state, evaluated.isPassed);
 }
 
 } // namespace Overcurrent::ResultTexts

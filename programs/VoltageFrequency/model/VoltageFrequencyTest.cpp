@@ -101,7 +101,7 @@ Reading readDropOff(const Settings& settings, const Steps::Ramp& ramp, const Seq
         return {hasStarted ? MeasureState::ContactEarly : MeasureState::NoOperation, 0.0};
     const auto time = Steps::changeIn(record, Steps::dropOffStep, {settings.startInput, false});
     return time ? Reading{MeasureState::Measured, ramp.valueAt(*time)}
-                : Reading{MeasureState::NoOperation, 0.0};
+                : Reading{MeasureState::NoDropOff, 0.0};
 }
 
 /// Nothing: no change in the last step.
@@ -225,6 +225,7 @@ KesMeasure::MeasurementPlan VoltageFrequencyTest::createPlan() const
                                       &readChange<&Settings::startInput>));
             plan.push_back(
                 _planRates("dropOff", stage.dropOff, -step, &Steps::rateDropOff, &readRateDropOff));
+            plan.back().withoutReading = MeasureState::NoDropOff;
         } else {
             plan.push_back(_planRamp(kind, "pickUp", stage.setting, Steps::pickUpRamp(_settings, kind),
                                      Steps::pickUp(_settings, kind), &readPickUp));
