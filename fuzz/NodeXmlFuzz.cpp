@@ -11,13 +11,14 @@ using KesTree::Node;
 
 std::unique_ptr<Node> makeTree()
 {
-    auto root = Node::group("root", {"Root", "Корень"});
-    root->add(Node::number("number", {"Number", "Число"}, {"A", "А"}, 1.0, 0.0, 100.0));
-    root->add(Node::integer("integer", {"Integer", "Целое"}, {}, 3, -5, 5));
-    auto& inner = root->add(Node::group("inner", {"Inner", "Внутри"}));
-    inner.add(Node::boolean("boolean", {"Boolean", "Да или нет"}, true));
-    inner.add(Node::choice("choice", {"Choice", "Выбор"}, {{"One", "Раз"}, {"Two", "Два"}}, 1));
-    inner.add(Node::text("text", {"Text", "Текст"}, "Реле <1> & \"2\""));
+    auto root = Node::group("root", {"Test.root", "Root", "Корень"});
+    root->add(Node::number("number", {"Test.number", "Number", "Число"}, lng::Unit::ampere, 1.0, 0.0, 100.0));
+    root->add(Node::integer("integer", {"Test.integer", "Integer", "Целое"}, {}, 3, -5, 5));
+    auto& inner = root->add(Node::group("inner", {"Test.inner", "Inner", "Внутри"}));
+    inner.add(Node::boolean("boolean", {"Test.boolean", "Boolean", "Да или нет"}, true));
+    inner.add(Node::choice("choice", {"Test.choice", "Choice", "Выбор"},
+                           {{"Test.one", "One", "Раз"}, {"Test.two", "Two", "Два"}}, 1));
+    inner.add(Node::text("text", {"Test.text", "Text", "Текст"}, "Реле <1> & \"2\""));
     auto* number = root->find("number");
     root->find("integer")->setValidation([number](const Node::Value& value) -> Kes::Result {
         return static_cast<double>(std::get<long long>(value)) <= number->getNumber() + 4.0;

@@ -4,6 +4,7 @@
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/Log.h>
 #include <KesCommon/StringHelper.h>
+#include <KesCommon/Text.h>
 #include <KesCommon/TypeHelper.h>
 #include <KesDevice/HardwareControl.h>
 #include <KesProgram/archive/ArchiveManager.h>
@@ -122,7 +123,10 @@ KesTree::Node* ProgramModel::getTestObject()
 
 Kes::Result ProgramModel::checkResultsFile(const std::string&)
 {
-    return Kes::Result::failure(lng::Program::get("Error.noResults"));
+    return Kes::Result::failure(lng::Text("Unattended.noResults",
+                                          "This program writes no results for other programs.",
+                                          "Эта программа не записывает результаты для других программ.")
+                                    .get());
 }
 
 Kes::Result ProgramModel::writeResults(const std::string& path)

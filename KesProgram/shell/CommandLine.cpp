@@ -3,7 +3,7 @@
 #include <KesCommon/Language.h>
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
-#include <KesProgram/text/TextPair.h>
+#include <KesCommon/Text.h>
 
 #include <glib.h>
 #include <glibmm/exception.h>
@@ -22,7 +22,7 @@ namespace KesProgram {
 
 namespace {
 
-using lng::TextPair;
+using lng::Text;
 
 /// As far as a simulated device goes along.
 constexpr double minimumSpeed = 1e-3;
@@ -54,19 +54,35 @@ std::string findLanguage(int argc, char** argv)
     return found;
 }
 
+/// As in "en, ru".
+std::string knownLanguages()
+{
+    std::string text;
+    for (const auto& code : lng::languageCodes())
+        text += (text.empty() ? "" : ", ") + code;
+    return text;
+}
+
+/// As in "0.001 to 100000".
+std::string speedRange()
+{
+    static constexpr Text range{"CommandLine.speedRange", "%s to %s", "%s до %s"};
+    return Kes::StringHelper::format(range.get(), Kes::NumberText::show(minimumSpeed),
+                                     Kes::NumberText::show(maximumSpeed));
+}
+
 bool useLanguage(const std::string& name)
 {
     lng::useLanguageOfUser();
-    if (name == "en")
-        lng::language = lng::English;
-    else if (name == "ru")
-        lng::language = lng::Russian;
-    return name.empty() || name == "en" || name == "ru";
+    const auto found = lng::findLanguage(name);
+    lng::language = found.value_or(lng::language);
+    return name.empty() || found;
 }
 
-std::string refuse(const TextPair& text, const std::string& value)
+template <typename... Parts>
+std::string refuse(const Text& text, const Parts&... parts)
 {
-    return Kes::StringHelper::format(lng::choose(text), value);
+    return Kes::StringHelper::format(text.get(), parts...);
 }
 
 /// The options as GLib's parser fills them.
@@ -74,33 +90,49 @@ class Options : public Glib::OptionGroup {
 public:
     Options() : Glib::OptionGroup("program", "")
     {
-        static constexpr TextPair file{"FILE", "ФАЙЛ"};
-        _add("language", {"Language of the program: en or ru", "Язык программы: en или ru"},
-             {"en|ru", "en|ru"}, language);
-        _add("run", {"Start the test once the window is open", "Начать проверку, когда окно открыто"}, run);
-        _addFile("save", {"Save the archive", "Сохранить архив"}, file, save);
+        static constexpr Text file{"CommandLine.file", "FILE", "ФАЙЛ"};
+        static constexpr Text number{"CommandLine.number", "N", "N"};
+        _add("language",
+             {"CommandLine.language", "Language of the program: a code from the list %s",
+              "Язык программы: код из списка %s"},
+             {"CommandLine.code", "CODE", "КОД"}, language, knownLanguages());
+        _add("run",
+             {"CommandLine.run", "Start the test once the window is open",
+              "Начать проверку, когда окно открыто"},
+             run);
+        _addFile("save", {"CommandLine.save", "Save the archive", "Сохранить архив"}, file, save);
         _addFile("report",
-                 {"Write the report; test programs make PDF of a name that ends in .pdf",
+                 {"CommandLine.report",
+                  "Write the report; test programs make PDF of a name that ends in .pdf",
                   "Записать протокол; если имя оканчивается на .pdf, программы проверки создают PDF"},
                  file, report);
         _addFile("results",
-                 {"Write the results as a table (.csv), as data (.json) or as test cases (.xml, JUnit)",
+                 {"CommandLine.results",
+                  "Write the results as a table (.csv), as data (.json) or as test cases (.xml, JUnit)",
                   "Записать результаты таблицей (.csv), данными (.json) или отчётом о тестах (.xml, JUnit)"},
                  file, results);
-        _addFile("screenshot", {"Write a picture (PNG) of the window", "Записать снимок окна (PNG)"}, file,
-                 screenshot);
-        _add("speed", {"Speed factor of the simulated bench", "Ускорение имитируемого стенда"}, {"N", "N"},
-             speed);
+        _addFile(
+            "screenshot",
+            {"CommandLine.screenshot", "Write a picture (PNG) of the window", "Записать снимок окна (PNG)"},
+            file, screenshot);
+        _add("speed",
+             {"CommandLine.speed", "Speed factor of the simulated bench, from %s",
+              "Ускорение имитируемого стенда, от %s"},
+             number, speed, speedRange());
         _add("devices",
-             {"Test with the devices at these addresses, whatever is set up",
+             {"CommandLine.devices", "Test with the devices at these addresses, whatever is set up",
               "Работать с устройствами по этим адресам независимо от настройки"},
-             {"ADDRESS,...", "АДРЕС,..."}, devices);
-        _add("quit", {"Close the program when all that is done", "Закрыть программу, когда всё сделано"},
+             {"CommandLine.addresses", "ADDRESS,…", "АДРЕС,…"}, devices);
+        _add("quit",
+             {"CommandLine.quit", "Close the program when everything is done",
+              "Закрыть программу, когда всё сделано"},
              quit);
-        _add("version", {"Tell the version", "Сообщить версию"}, version);
+        _add("version",
+             {"CommandLine.version", "Show the version of the program", "Показать версию программы"},
+             version);
         Glib::OptionEntry rest;
         rest.set_long_name(G_OPTION_REMAINING);
-        rest.set_arg_description(std::string("[") + lng::choose(file) + "]");
+        rest.set_arg_description(std::string("[") + file.get() + "]");
         add_entry_filename(rest, files);
     }
 
@@ -118,27 +150,30 @@ public:
     bool version = false;
 
 private:
-    static Glib::OptionEntry _entry(const char* name, const TextPair& description, const char* argument)
+    /// `part` stands in the place of "%s" in the description.
+    static Glib::OptionEntry _entry(const char* name, const Text& description, const char* argument,
+                                    const std::string& part = {})
     {
         Glib::OptionEntry entry;
         entry.set_long_name(name);
-        entry.set_description(lng::choose(description));
+        entry.set_description(Kes::StringHelper::format(description.get(), part));
         if (argument)
             entry.set_arg_description(argument);
         return entry;
     }
-    void _add(const char* name, const TextPair& description, bool& value)
+    void _add(const char* name, const Text& description, bool& value)
     {
         add_entry(_entry(name, description, nullptr), value);
     }
-    void _add(const char* name, const TextPair& description, const TextPair& argument, Glib::ustring& value)
+    void _add(const char* name, const Text& description, const Text& argument, Glib::ustring& value,
+              const std::string& part = {})
     {
-        add_entry(_entry(name, description, lng::choose(argument)), value);
+        add_entry(_entry(name, description, argument.get(), part), value);
     }
-    void _addFile(const char* name, const TextPair& description, const TextPair& argument,
+    void _addFile(const char* name, const Text& description, const Text& argument,
                   std::vector<std::string>& value)
     {
-        add_entry_filename(_entry(name, description, lng::choose(argument)), value);
+        add_entry_filename(_entry(name, description, argument.get()), value);
     }
 };
 
@@ -160,24 +195,31 @@ std::variant<CommandLine, std::string> convert(const Options& options)
 {
     CommandLine line;
     if (options.files.size() > 1)
-        return refuse({"Only one file can be opened; \"%s\" is one too many.",
-                       "Можно открыть только один файл; \"%s\" - лишний."},
+        return refuse({"CommandLine.oneFile", "Only one file can be opened; “%s” is one too many.",
+                       "Можно открыть только один файл; «%s» — лишний."},
                       options.files[1]);
-    for (const auto* paths :
-         {&options.files, &options.save, &options.report, &options.results, &options.screenshot})
+    for (const auto& [name, paths] :
+         {std::pair("", &options.files), std::pair("--save", &options.save),
+          std::pair("--report", &options.report), std::pair("--results", &options.results),
+          std::pair("--screenshot", &options.screenshot)})
         if (std::find(paths->begin(), paths->end(), std::string()) != paths->end())
-            return lng::choose({"The name of a file is empty.", "Имя файла пусто."});
+            return *name ? refuse({"CommandLine.emptyName", "%s needs the name of a file.",
+                                   "Для %s нужно имя файла."},
+                                  name)
+                         : refuse({"CommandLine.emptyFile", "The name of the file to open is empty.",
+                                   "Имя открываемого файла пусто."});
     if (!options.speed.empty()) {
         const auto speed = Kes::NumberText::read(options.speed.raw());
         if (!speed || !(*speed >= minimumSpeed && *speed <= maximumSpeed))
-            return refuse({"\"%s\" is no speed factor; it must lie between 0.001 and 100000.",
-                           "\"%s\" - не ускорение; допускается от 0,001 до 100000."},
-                          options.speed.raw());
+            return refuse({"CommandLine.badSpeed", "--speed: “%s” is not a number from %s.",
+                           "--speed: «%s» — не число от %s."},
+                          options.speed.raw(), speedRange());
         line.speed = *speed;
     }
     if (const auto wrong = readDevices(options.devices.raw(), line.devices))
-        return refuse({"\"%s\" is no address of a device, comes twice, or is one too many.",
-                       "\"%s\" - не адрес устройства, повторяется или лишний."},
+        return refuse({"CommandLine.badDevice",
+                       "--devices: “%s” is not the address of a device, is given twice, or is one too many.",
+                       "--devices: «%s» — не адрес устройства, указан дважды или лишний."},
                       *wrong);
     line.file = absolute(options.files);
     line.run = options.run;
@@ -208,9 +250,9 @@ std::variant<CommandLine, std::string> CommandLine::parse(int argc, char** argv,
         std::setlocale(LC_CTYPE, "C.UTF-8");
     const std::string language = findLanguage(argc, argv);
     if (!useLanguage(language))
-        return refuse({"\"%s\" is no language of this program; there are en and ru.",
-                       "\"%s\" - не язык этой программы; есть en и ru."},
-                      language);
+        return refuse({"CommandLine.badLanguage", "--language: “%s” is unknown. Choose from: %s.",
+                       "--language: «%s» неизвестен. Выберите из списка: %s."},
+                      language, knownLanguages());
     Options options;
     Glib::OptionContext context("");
     context.set_summary(summary());
@@ -218,7 +260,8 @@ std::variant<CommandLine, std::string> CommandLine::parse(int argc, char** argv,
     try {
         context.parse(argc, argv);
     } catch (const Glib::Exception& error) {
-        return error.what().raw();
+        return refuse({"CommandLine.seeHelp", "%s\nAll options: --help", "%s\nВсе параметры: --help"},
+                      error.what().raw());
     }
     return convert(options);
 }

@@ -1,7 +1,7 @@
 #include <KesProgram/shell/ConfigurationError.h>
 
 #include <KesCommon/StringHelper.h>
-#include <KesProgram/text/TextPair.h>
+#include <KesCommon/Text.h>
 
 namespace KesProgram {
 
@@ -9,11 +9,13 @@ namespace {
 
 std::string describe(const std::string& path, const std::string& reason)
 {
-    static constexpr lng::TextPair text{"The program's configuration could not be saved: recent files and "
-                                        "window place are lost.\n\nReason: %s\n\nPath:\n%s",
-                                        "Не удалось сохранить конфигурацию программы: недавние файлы и "
-                                        "положение окна потеряны.\n\nПричина: %s\n\nПуть:\n%s"};
-    return Kes::StringHelper::format(lng::choose(text), reason, path);
+    static constexpr lng::Text text{
+        "Configuration.notSaved",
+        "The list of recent files and the place of the window could not be saved. Check the rights of the "
+        "folder and the free space.\n\nReason: %s\n\nPath:\n%s",
+        "Не удалось сохранить список недавних файлов и положение окна. Проверьте права доступа к папке и "
+        "свободное место.\n\nПричина: %s\n\nПуть:\n%s"};
+    return Kes::StringHelper::format(text.get(), reason, path);
 }
 
 } // namespace

@@ -1,12 +1,12 @@
 #include <KesProgram/shell/ProgramMain.h>
 
 #include <KesCommon/ExceptionText.h>
+#include <KesCommon/Text.h>
 #include <KesCommonView/ApplicationDispatcher.h>
 #include <KesDevice/HardwareControl.h>
 #include <KesProgram/model/ProgramModel.h>
 #include <KesProgram/shell/ProgramBasePresenter.h>
 #include <KesProgram/shell/detail/ProgramEnding.h>
-#include <KesProgram/text/TextPair.h>
 
 #include <glibmm/exceptionhandler.h>
 #include <glibmm/main.h>
@@ -115,8 +115,9 @@ private:
 int ProgramMain::run(int argc, char** argv, const std::function<std::string()>& summary,
                      const std::string& version, const Create& create)
 {
-    static constexpr lng::TextPair noDisplay{"The program needs a display and finds none.",
-                                             "Программе нужен дисплей, но он не найден."};
+    static constexpr lng::Text noDisplay{"Unattended.noDisplay",
+                                         "The program needs a display and finds none.",
+                                         "Программе нужен дисплей, но он не найден."};
     const auto parsed = CommandLine::parse(argc, argv, summary);
     if (const auto* error = std::get_if<std::string>(&parsed)) {
         tell(*error);
@@ -128,7 +129,7 @@ int ProgramMain::run(int argc, char** argv, const std::function<std::string()>& 
         return UnattendedRun::Success;
     }
     if (!initialiseGtk()) {
-        tell(lng::choose(noDisplay));
+        tell(noDisplay.get());
         return UnattendedRun::NotStarted;
     }
     try {

@@ -194,11 +194,12 @@ void UnattendedRun::_startTest()
 
 void UnattendedRun::_notStarted()
 {
-    static constexpr lng::TextPair text{"The test was not started.", "Проверка не начата."};
+    static constexpr lng::Text text{"Unattended.notStarted", "The test was not started.",
+                                    "Проверка не начата."};
     _phase = Phase::Writing;
     _status = NotStarted;
     // The reasons, which come first, may still be on their way.
-    Glib::signal_idle().connect_once([] { tell(lng::choose(text)); }, Glib::PRIORITY_LOW);
+    Glib::signal_idle().connect_once([] { tell(text.get()); }, Glib::PRIORITY_LOW);
     _later(&UnattendedRun::_complete);
 }
 

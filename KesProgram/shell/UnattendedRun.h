@@ -36,8 +36,9 @@ class KES_EXPORT UnattendedRun : public sigc::trackable {
 public:
     /// The exit statuses of a program.
     enum Status {
-        /// Every point measured and within tolerance, every file written.
+        /// Everything measured and within tolerance, every file written.
         Success = 0,
+        /// Something measured lies outside its tolerance, or could not be measured.
         OutOfTolerance = 1,
         /// The test, or the program, was not started; the reason is on standard error.
         NotStarted = 2,

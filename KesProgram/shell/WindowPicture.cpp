@@ -3,7 +3,7 @@
 #include <KesCommon/ExceptionText.h>
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/StringHelper.h>
-#include <KesProgram/text/TextPair.h>
+#include <KesCommon/Text.h>
 
 #include <cairomm/context.h>
 #include <glibmm/main.h>
@@ -87,15 +87,14 @@ void WindowPicture::_end()
 
 Kes::Result WindowPicture::save(const std::string& path) const
 {
-    static constexpr lng::TextPair failure{"No picture of the window can be made: %s",
-                                           "Не удалось сделать снимок окна: %s"};
+    static constexpr lng::Text failure{"Unattended.noPicture", "No picture of the window can be made: %s",
+                                       "Не удалось сделать снимок окна: %s"};
     try {
         if (!_picture)
             throw std::runtime_error("the window is not shown");
         return Kes::writeWholeFile(path, toPng(_picture));
     } catch (...) {
-        return Kes::Result::failure(
-            Kes::StringHelper::format(lng::choose(failure), Kes::getCurrentExceptionText()));
+        return Kes::Result::failure(Kes::StringHelper::format(failure.get(), Kes::getCurrentExceptionText()));
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <KesProgram/text/TextPair.h>
+#include <KesCommon/Text.h>
 
 /// The texts of the archive file commands and their dialogs, in the language of the process.
 /// In a text with "%s" that is the place of the file's path (`Kes::StringHelper::formatC`). Any thread.
@@ -9,70 +9,82 @@ namespace KesProgram::FileManagerLocalization {
 /// The title of every dialog.
 inline const char* title()
 {
-    return lng::choose({"File manager", "Менеджер файлов"});
+    return lng::Text("FileManager.title", "File manager", "Менеджер файлов").get();
 }
 
 /// The question before unsaved changes are lost.
 inline const char* saveDialog()
 {
-    return lng::choose({"Save changes to the file %s ?", "Сохранить изменения в файле %s ?"});
+    return lng::Text("FileManager.saveDialog", "Save changes to the file %s ?",
+                     "Сохранить изменения в файле %s ?")
+        .get();
 }
 
 inline const char* accessError()
 {
-    return lng::choose({"Error accessing file.\n\nPath:\n%s", "Ошибка доступа к файлу.\n\nПуть:\n%s"});
+    return lng::Text("FileManager.accessError", "Error accessing file.\n\nPath:\n%s",
+                     "Ошибка доступа к файлу.\n\nПуть:\n%s")
+        .get();
 }
 
 inline const char* saveError()
 {
-    return lng::choose({"Error saving file.\n\nPath:\n%s", "Ошибка сохранения файла.\n\nПуть:\n%s"});
+    return lng::Text("FileManager.saveError", "Error saving file.\n\nPath:\n%s",
+                     "Ошибка сохранения файла.\n\nПуть:\n%s")
+        .get();
 }
 
 /// The English sentence has no full stop.
 inline const char* fileInvalidData()
 {
-    return lng::choose(
-        {"This file contains invalid data\n\nPath:\n%s", "Файл содержит некорректные данные.\n\nПуть:\n%s"});
+    return lng::Text("FileManager.fileInvalidData", "This file contains invalid data\n\nPath:\n%s",
+                     "Файл содержит некорректные данные.\n\nПуть:\n%s")
+        .get();
 }
 
 inline const char* tryOpenAtRepairMode()
 {
-    return lng::choose(
-        {"File data error. Try opening in data recovery mode?\n\nPath:\n%s",
-         "Ошибка данных файла. Попробовать открыть в режиме восстановления данных?\n\nПуть:\n%s"});
+    return lng::Text("FileManager.tryOpenAtRepairMode",
+                     "File data error. Try opening in data recovery mode?\n\nPath:\n%s",
+                     "Ошибка данных файла. Попробовать открыть в режиме восстановления данных?\n\nПуть:\n%s")
+        .get();
 }
 
 inline const char* fileDataSuccessRepaired()
 {
-    return lng::choose(
-        {"Data converted. Prior to the inspection, check the correctness of the settings.\n\nPath:\n%s",
-         "Данные преобразованы. Перед проведением проверок проверьте корректность уставок.\n\nПуть:\n%s"});
+    return lng::
+        Text("FileManager.fileDataSuccessRepaired",
+             "Data converted. Prior to the inspection, check the correctness of the settings.\n\nPath:\n%s",
+             "Данные преобразованы. Перед проведением проверок проверьте корректность уставок.\n\nПуть:\n%s")
+            .get();
 }
 
 /// The question before a file is overwritten that somebody else has written meanwhile.
 inline const char* fileReplaced()
 {
-    return lng::choose(
-        {"The file has been changed by another program since it was opened. Overwrite it?\n\nPath:\n%s",
-         "Файл был изменён другой программой после открытия. Перезаписать его?\n\nПуть:\n%s"});
+    return lng::Text(
+               "FileManager.fileReplaced",
+               "The file has been changed by another program since it was opened. Overwrite it?\n\nPath:\n%s",
+               "Файл был изменён другой программой после открытия. Перезаписать его?\n\nПуть:\n%s")
+        .get();
 }
 
 /// The label of the program's own files in the file dialogs.
 inline const char* archiveFile()
 {
-    return lng::choose({"Archive", "Файл архива"});
+    return lng::Text("FileManager.archiveFile", "Archive", "Файл архива").get();
 }
 
 /// The label of the further files that can be opened.
 inline const char* supportedFile()
 {
-    return lng::choose({"Archive \"Velmora\"", "Файл архива \"Вельмора\""});
+    return lng::Text("FileManager.supportedFile", "Archive \"Velmora\"", "Файл архива \"Вельмора\"").get();
 }
 
 /// Shown when a report could not be created.
 inline const char* fileCreateError()
 {
-    return lng::choose({"Error creating file.", "Ошибка создания файла."});
+    return lng::Text("FileManager.fileCreateError", "Error creating file.", "Ошибка создания файла.").get();
 }
 
 } // namespace KesProgram::FileManagerLocalization

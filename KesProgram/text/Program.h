@@ -1,7 +1,7 @@
 #pragma once
 
 #include <KesCommon/Export.h>
-#include <KesProgram/text/TextPair.h>
+#include <KesCommon/Language.h>
 
 #include <string>
 
@@ -24,8 +24,7 @@ namespace lng {
 /// The tag of the language of the process, as in the folder of the help files. Any thread.
 inline const char* languageName()
 {
-    static constexpr TextPair text{"en-US", "ru-RU"};
-    return choose(text);
+    return languageTag();
 }
 
 } // namespace lng

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <KesProgram/text/TextPair.h>
+#include <KesCommon/Text.h>
 
 /// The texts that the shell shows around a test object, in the language of the process. Any thread.
 namespace KesTree::TreePresentersLocalization {
@@ -8,7 +8,7 @@ namespace KesTree::TreePresentersLocalization {
 /// The title of the window of the test object.
 inline const char* testObjectWindowTitle()
 {
-    return lng::choose({"Test object", "Объект испытаний"});
+    return lng::Text("TreePresenters.testObjectWindowTitle", "Test object", "Объект испытаний").get();
 }
 
 } // namespace KesTree::TreePresentersLocalization

@@ -1,56 +1,23 @@
 <?xml version="1.0" encoding="UTF-8"?>
 <!-- The report of a test: one HTML page that needs nothing beside itself, and that is printed on A4 with a head and a foot
-     on each sheet. The XML holds every value as the reader sees it; the captions that all tests share, in both languages, stand here. A stylesheet that imports this one adds its own
-     captions, or puts them in the place of those here. -->
-<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform" xmlns:t="urn:texts"
+     on each sheet. The XML holds every value and every caption as the
+     reader sees them. -->
+<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform"
                 xmlns:svg="http://www.w3.org/2000/svg" xmlns:str="http://exslt.org/strings"
-                exclude-result-prefixes="t svg str">
+                exclude-result-prefixes="svg str">
   <xsl:output method="html" encoding="UTF-8" indent="no" doctype-system="about:legacy-compat"/>
-
-  <t:text key="title" en="Test report" ru="Протокол проверки"/>
-  <t:text key="simulated" en="SIMULATED DEVICE" ru="ИМИТИРУЕМОЕ УСТРОЙСТВО"/>
-  <t:text key="simulatedNotice" en="The results come from a simulated bench. They say nothing about a real relay."
-          ru="Результаты получены на имитируемом стенде. Они ничего не говорят о реальном реле."/>
-  <t:text key="unknown" en="ORIGIN UNKNOWN" ru="ПРОИСХОЖДЕНИЕ НЕИЗВЕСТНО"/>
-  <t:text key="unknownNotice" en="The file was damaged where it tells which device made the results. They may come from a simulated bench."
-          ru="Файл повреждён там, где указано, каким устройством получены результаты. Возможно, они получены на имитируемом стенде."/>
-  <t:text key="device" en="Test device" ru="Испытательное устройство"/>
-  <t:text key="startedAt" en="Beginning of the test" ru="Начало проверки"/>
-  <t:text key="nameplate" en="Nameplate and remarks" ru="Паспорт и примечания"/>
-  <t:text key="circumstances" en="Test device and file" ru="Испытательное устройство и файл"/>
-  <t:text key="settings" en="Test object" ru="Объект испытаний"/>
-  <t:text key="plan" en="Plan" ru="План проверки"/>
-  <t:text key="quantity" en="Quantity" ru="Величина"/>
-  <t:text key="value" en="Value" ru="Значение"/>
-  <t:text key="verdict" en="Verdict" ru="Оценка"/>
-  <t:text key="legendExpected" en="expected" ru="ожидаемая"/>
-  <t:text key="legendBand" en="tolerance" ru="допуск"/>
-  <t:text key="legendPassed" en="passed" ru="в допуске"/>
-  <t:text key="legendFailed" en="failed" ru="вне допуска"/>
-  <t:text key="legendUnmeasured" en="not measured" ru="не измерено"/>
-  <t:text key="page" en="Page " ru="Страница "/>
-  <t:text key="ofPages" en=" of " ru=" из "/>
-  <t:text key="tester" en="Tested by" ru="Проверку провёл"/>
-  <t:text key="approver" en="Approved by" ru="Утвердил"/>
 
   <!-- For the foot of each sheet: the name of the file, and name and version of the program. -->
   <xsl:param name="file"/>
   <xsl:param name="program"/>
 
-  <xsl:variable name="russian" select="/report/@language = 'ru-RU'"/>
-  <!-- The importing stylesheet's captions. -->
-  <xsl:variable name="captions" select="/.."/>
   <!-- How far the legend of the chart is moved to the right, past the title of the axis. -->
   <xsl:variable name="legendPlace" select="'0'"/>
 
   <xsl:template name="text">
     <xsl:param name="key"/>
-    <xsl:variable name="own" select="$captions[@key = $key]"/>
-    <xsl:variable name="pair" select="$own | document('')/xsl:stylesheet/t:text[@key = $key][not($own)]"/>
-    <xsl:choose>
-      <xsl:when test="$russian"><xsl:value-of select="$pair/@ru"/></xsl:when>
-      <xsl:otherwise><xsl:value-of select="$pair/@en"/></xsl:otherwise>
-    </xsl:choose>
+    <!-- A test's own caption stands behind the one that all tests share. -->
+    <xsl:value-of select="(/report/captions/line[@name = $key])[last()]/@value"/>
   </xsl:template>
 
   <xsl:template name="heading">

@@ -6,7 +6,7 @@ namespace lng::Common {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"error.ReadOnly", "The list is read-only.", "Список доступен только для чтения."},
     {"error.FileMissing", "The file does not exist.\n\nPath:\n%s", "Файл не существует.\n\nПуть:\n%s"},
     {"error.FileOpen", "No application could be started for the file: %s\n\nPath:\n%s",
@@ -22,7 +22,9 @@ constexpr Kes::TextTable table({
     {"system.NoFolder", "there is a file where the folder has to be", "на месте папки находится файл"},
     {"system.Disk", "the disk reports an error", "ошибка диска"},
     {"system.TooLarge", "the file would become too large", "файл стал бы слишком большим"},
-});
+};
+
+constexpr Kes::TextTable table("Common", texts);
 
 } // namespace
 

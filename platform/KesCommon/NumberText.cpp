@@ -54,8 +54,7 @@ std::string write(double value)
 std::string show(double value)
 {
     auto text = write(value);
-    if (lng::language == lng::Russian)
-        std::replace(text.begin(), text.end(), '.', ',');
+    std::replace(text.begin(), text.end(), '.', lng::decimalSign());
     return text;
 }
 

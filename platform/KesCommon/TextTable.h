@@ -1,6 +1,6 @@
 #pragma once
 
-#include <KesCommon/Language.h>
+#include <KesCommon/Text.h>
 
 #include <algorithm>
 #include <array>
@@ -11,31 +11,23 @@
 
 namespace Kes {
 
-/// A text in both languages under its key.
-struct TextEntry {
-    std::string_view key;
-    const char* english = nullptr;
-    const char* russian = nullptr;
-};
-
-/// The keyed texts of one library, a compile-time constant; a key given twice does not compile.
+/// The texts of one library by key, a compile-time constant; a key given twice does not compile.
 ///
-///     constexpr Kes::TextTable table({{"error.Lost", "Lost", "Потеряно"}, ...});
+///     constexpr Kes::TextTable table("Example", {{"error.Lost", "Lost", "Потеряно"}, ...});
 ///     const char* get(const std::string& key) { return table.get(key); }
 ///
-/// Any thread.
+/// In the table of a further language that text has the key "Example.error.Lost". Any thread.
 template <std::size_t N>
 class TextTable {
 public:
-    consteval TextTable(const TextEntry (&entries)[N])
+    consteval TextTable(std::string_view name, const lng::Text (&texts)[N])
     {
-        std::copy(entries, entries + N, _entries.begin());
-        std::sort(_entries.begin(), _entries.end(), [](auto& a, auto& b) { return a.key < b.key; });
+        std::copy(texts, texts + N, _texts.begin());
+        std::sort(_texts.begin(), _texts.end(), [](auto& a, auto& b) { return a.key < b.key; });
         for (std::size_t i = 0; i < N; ++i) {
-            if (i > 0 && _entries[i - 1].key == _entries[i].key)
+            if (i > 0 && _texts[i - 1].key == _texts[i].key)
                 throw std::logic_error("a key is given twice");
-            if (!_entries[i].english || !_entries[i].russian)
-                throw std::logic_error("a text is missing");
+            _texts[i].table = name;
         }
     }
 
@@ -44,15 +36,13 @@ public:
     const char* get(const std::string& key) const
     {
         const auto found = std::lower_bound(
-            _entries.begin(), _entries.end(), key,
-            [](const TextEntry& entry, const std::string& wanted) { return entry.key < wanted; });
-        if (found == _entries.end() || found->key != key)
-            return key.c_str();
-        return lng::language == lng::Russian ? found->russian : found->english;
+            _texts.begin(), _texts.end(), key,
+            [](const lng::Text& text, const std::string& wanted) { return text.key < wanted; });
+        return found == _texts.end() || found->key != key ? key.c_str() : found->get();
     }
 
 private:
-    std::array<TextEntry, N> _entries;
+    std::array<lng::Text, N> _texts;
 };
 
 } // namespace Kes

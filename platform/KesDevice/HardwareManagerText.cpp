@@ -6,7 +6,7 @@ namespace lng {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"Common.KestoStateOk", "Ready for operation", "Готово к работе"},
 
     {"auxDC.enabled", "The auxiliary supply is on while the device is connected",
@@ -30,19 +30,25 @@ constexpr Kes::TextTable table({
     {"Errors.General.outputFailed", "The outputs do not work any more.", "Выходы больше не работают."},
 
     {"Errors.Sync.start", "Error on starting the sequences.", "Ошибка пуска последовательностей."},
-    {"Errors.Sync.outputOff", "The outputs are not switched on.", "Выходы не включены."},
-    {"Errors.Sync.noSequences", "Sequences cannot be run in the synchronisation mode \"%s\".",
-     "В режиме синхронизации «%s» последовательности не выполняются."},
-    {"Errors.Sync.tooFewDevices", "There are %zu sequences, but only %zu devices.",
-     "Последовательностей %zu, а устройств только %zu."},
+    {"Errors.Sync.outputOff", "The outputs are not switched on. Start the test again.",
+     "Выходы не включены. Запустите проверку снова."},
+    {"Errors.Sync.noSequences",
+     "Sequences cannot be run in the synchronisation mode “%s”. Choose another mode in “Setting up KESTO”.",
+     "В режиме синхронизации «%s» последовательности не выполняются. Выберите другой режим в окне «Настройка "
+     "КЕСТО»."},
+    {"Errors.Sync.tooFewDevices",
+     "There are %zu sequences, but only %zu devices. Add devices in “Setting up KESTO”.",
+     "Последовательностей %zu, а устройств только %zu. Добавьте устройства в окне «Настройка КЕСТО»."},
     {"Errors.Sync.nothingToRun", "There is no sequence to run.", "Нет последовательностей для выполнения."},
     {"Errors.Sync.noneForSeveral",
-     "Without synchronisation only one device can run a sequence. Choose another mode in \"Setting up "
-     "KESTO\".",
+     "Without synchronisation only one device can run a sequence. Choose another mode in “Setting up KESTO”.",
      "Без синхронизации последовательность может выполнять только одно устройство. Выберите другой режим в "
      "окне «Настройка КЕСТО»."},
-    {"Errors.Sync.firstNeeded", "The first device starts the others, so it needs a sequence of its own.",
-     "Первое устройство запускает остальные, поэтому ему нужна собственная последовательность."},
+    {"Errors.Sync.firstNeeded",
+     "The first device starts the others, so it needs a sequence of its own. Choose another mode in “Setting "
+     "up KESTO”.",
+     "Первое устройство запускает остальные, поэтому ему нужна собственная последовательность. Выберите "
+     "другой режим в окне «Настройка КЕСТО»."},
     {"Errors.Sync.stopped", "The sequences were stopped.", "Последовательности остановлены."},
     {"Errors.Sync.modeNotSupportedByTest", "The test does not support the synchronisation mode",
      "Проверка не поддерживает режим синхронизации"},
@@ -66,7 +72,11 @@ constexpr Kes::TextTable table({
      "Устройство завершило последовательность раньше времени"},
     {"Errors.Kesto.untold", "%s: what it has told could not be taken (%s); it was disconnected.",
      "%s: сообщение не удалось обработать (%s), соединение закрыто."},
-    {"Errors.Kesto.nonsense", "%s sends data that make no sense.", "%s: передаёт недостоверные данные."},
+    {"Errors.Kesto.nonsense",
+     "%s sends data that make no sense. Switch the device off and on again; if this comes back, it needs "
+     "service.",
+     "%s: передаёт недостоверные данные. Выключите и снова включите устройство; если сообщение повторится, "
+     "отдайте его в ремонт."},
     {"Errors.Kesto.slowRelease",
      "%s leaves its outputs on for %s ms when it has lost its controller; no more than %s ms is safe.",
      "%s: при потере связи с программой выходы остаются включёнными %s мс; безопасно не более %s мс."},
@@ -119,12 +129,12 @@ constexpr Kes::TextTable table({
     {"Sync.Cable.shortName", "Cable", "Кабель"},
     {"Sync.Cable.info",
      "The first device of the configuration passes its clock on to the others by cable.\n\n"
-     "Connect the devices in a chain, from the socket \"Sync out\" of each one to \"Sync in\" of the next, "
+     "Connect the devices in a chain, from the socket “Sync out” of each one to “Sync in” of the next, "
      "in "
      "the order of the configuration. Up to 10 metres of cable in all keep the devices within 1 microsecond.",
      "Первое устройство конфигурации передаёт свои часы остальным по кабелю.\n\n"
-     "Соедините устройства цепочкой в порядке конфигурации: разъём \"Sync out\" каждого с разъёмом "
-     "\"Sync in\" следующего. При общей длине кабеля до 10 метров расхождение не более 1 мкс."},
+     "Соедините устройства цепочкой в порядке конфигурации: разъём «Sync out» каждого с разъёмом "
+     "«Sync in» следующего. При общей длине кабеля до 10 метров расхождение не более 1 мкс."},
     {"Sync.GPS.name", "GPS", "GPS"},
     {"Sync.GPS.shortName", "GPS", "GPS"},
     {"Sync.GPS.info",
@@ -149,7 +159,9 @@ constexpr Kes::TextTable table({
      "В сети нужны ведущие часы и коммутаторы с поддержкой PTP на всём пути до устройств. Тогда расхождение "
      "не "
      "более 1 мкс; с обычными коммутаторами погрешность может быть в сто раз больше."},
-});
+};
+
+constexpr Kes::TextTable table("HardwareManager", texts);
 
 } // namespace
 

@@ -6,7 +6,7 @@ namespace lng::Driver {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"Kesto.typeName", "KESTO", "КЕСТО"},
     {"Kesto.number", "No.", "№"},
 
@@ -45,9 +45,9 @@ constexpr Kes::TextTable table({
 
     {"Fault.connection", "connection error", "ошибка связи"},
     {"Fault.quickShutdown", "the emergency button was pressed", "нажата аварийная кнопка"},
-    {"Fault.disconnected", "%s - channel is disconnected", "%s - канал отключен"},
-    {"Fault.overheat", "%s - overheat", "%s - перегрев"},
-    {"Fault.overload", "%s - overload", "%s - перегрузка"},
+    {"Fault.disconnected", "%s — channel is disconnected", "%s — канал отключён"},
+    {"Fault.overheat", "%s — overheat", "%s — перегрев"},
+    {"Fault.overload", "%s — overload", "%s — перегрузка"},
 
     {"Limit.above", "%s: %s %s is above the limit of %s %s.", "%s: %s %s больше предела %s %s."},
     {"Limit.below", "%s: %s %s is below the limit of %s %s.", "%s: %s %s меньше предела %s %s."},
@@ -73,18 +73,15 @@ constexpr Kes::TextTable table({
     {"Sequence.noCondition", "The end condition names no binary input.",
      "В условии окончания нет ни одного дискретного входа."},
 
-    {"Wire.kind", "There is no test object of the kind \"%s\".", "Нет объекта проверки вида \"%s\"."},
-    {"Wire.setting", "The setting \"%s\" is not one of %s.", "Уставка \"%s\" не из числа: %s."},
-    {"Wire.value", "The setting \"%s\" cannot have this value.", "Недопустимое значение уставки: \"%s\"."},
+    {"Wire.kind", "There is no test object of the kind “%s”.", "Нет объекта испытаний вида «%s»."},
+    {"Wire.setting", "The setting “%s” is not one of %s.", "Уставка «%s» не из числа: %s."},
+    {"Wire.value", "The setting “%s” cannot have this value.", "Недопустимое значение уставки: «%s»."},
 
-    {"Server.cannotListen", "There can be no listening at %s, port %u: %s",
+    {"Server.cannotListen", "No connections can be accepted at %s, port %u: %s",
      "Нельзя принимать соединения по адресу %s, порт %u: %s"},
+};
 
-    {"Unit.ampere", "A", "А"},
-    {"Unit.volt", "V", "В"},
-    {"Unit.hertz", "Hz", "Гц"},
-    {"Unit.second", "s", "с"},
-});
+constexpr Kes::TextTable table("Driver", texts);
 
 } // namespace
 

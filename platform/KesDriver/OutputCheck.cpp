@@ -1,3 +1,4 @@
+#include <KesCommon/UnitText.h>
 #include <KesDriver/OutputCheck.h>
 
 #include <KesCommon/NumberText.h>
@@ -19,7 +20,7 @@ constexpr const char* channelNames[channelCount] = {"IA", "IB", "IC", "UA", "UB"
 struct Range {
     double minimum;
     double maximum;
-    const char* unit;
+    const lng::Text& unit;
 };
 
 /// Outputs at one moment of a step, and what their names are followed by in a refusal.
@@ -48,8 +49,8 @@ Kes::Result checkValue(const GetName& getName, double value, const Range& range)
     if (std::isnan(value))
         return refuse("Limit.notANumber", name);
     if (value > range.maximum)
-        return exceeds("Limit.above", name, value, range.maximum, lng::Driver::get(range.unit));
-    return exceeds("Limit.below", name, value, range.minimum, lng::Driver::get(range.unit));
+        return exceeds("Limit.above", name, value, range.maximum, range.unit.get());
+    return exceeds("Limit.below", name, value, range.minimum, range.unit.get());
 }
 
 /// The name of a value as the table has it.
@@ -60,17 +61,17 @@ auto nameOf(const char* key)
 
 Range amperes(const OutputLimits& limits)
 {
-    return {0.0, limits.maximumAmperes, "Unit.ampere"};
+    return {0.0, limits.maximumAmperes, lng::Unit::ampere};
 }
 
 Range volts(const OutputLimits& limits)
 {
-    return {0.0, limits.maximumVolts, "Unit.volt"};
+    return {0.0, limits.maximumVolts, lng::Unit::volt};
 }
 
 Range hertz(const OutputLimits& limits)
 {
-    return {limits.minimumHertz, limits.maximumHertz, "Unit.hertz"};
+    return {limits.minimumHertz, limits.maximumHertz, lng::Unit::hertz};
 }
 
 Kes::Result checkGroup(const Moment& moment, const std::array<Phasor, 3>& phasors, unsigned firstChannel,
@@ -154,14 +155,14 @@ Kes::Result checkEndCondition(const EndCondition& condition, const OutputLimits&
         if (auto result = checkInput(wanted.input, limits); !result)
             return result;
     return checkValue(nameOf("Limit.debounce"), toSeconds(condition.debounce),
-                      {0.0, toSeconds(maximumDebounce), "Unit.second"});
+                      {0.0, toSeconds(maximumDebounce), lng::Unit::second});
 }
 
 Kes::Result checkStep(const OutputStep& step, const OutputLimits& limits)
 {
     if (auto result = checkOutputs(step.outputs, limits); !result)
         return result;
-    const Range durations{toSeconds(DeviceTime(1)), toSeconds(maximumStepDuration), "Unit.second"};
+    const Range durations{toSeconds(DeviceTime(1)), toSeconds(maximumStepDuration), lng::Unit::second};
     if (auto result = checkValue(nameOf("Limit.duration"), toSeconds(step.duration), durations); !result)
         return result;
     if (auto result = checkRampEnd(step, limits); !result)
@@ -213,7 +214,7 @@ Kes::Result checkInput(unsigned input, const OutputLimits& limits)
 
 Kes::Result checkAuxDC(double value)
 {
-    const Range range{minimumAuxDCVolts, maximumAuxDCVolts, "Unit.volt"};
+    const Range range{minimumAuxDCVolts, maximumAuxDCVolts, lng::Unit::volt};
     return checkValue(nameOf("Limit.auxDC"), value, range);
 }
 

@@ -6,9 +6,9 @@ namespace lng::Measure {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"Simulated.title", "SIMULATED DEVICE", "ИМИТИРУЕМОЕ УСТРОЙСТВО"},
-    {"Simulated.state", "%s - %s", "%s — %s"},
+    {"Simulated.state", "%s — %s", "%s — %s"},
     {"Simulated.notice",
      "SIMULATED DEVICE: these results come from a simulated bench and say nothing about a real relay.",
      "ИМИТИРУЕМОЕ УСТРОЙСТВО: результаты получены на имитируемом стенде и ничего не говорят о реальном "
@@ -42,19 +42,23 @@ constexpr Kes::TextTable table({
      "НЕ СОВПАДАЕТ: ФАЙЛ ИЗМЕНЁН ВРУЧНУЮ"},
     {"Circumstances.noChecksum", "none in the file", "в файле отсутствует"},
 
-    {"Results.fileKind", "\"%s\" is no name of a results file; it must end in .csv, .json or .xml.",
-     "\"%s\" — не имя файла результатов; оно должно оканчиваться на .csv, .json или .xml."},
+    {"Results.fileKind", "“%s” is no name of a results file; it must end in .csv, .json or .xml.",
+     "«%s» — не имя файла результатов; оно должно оканчиваться на .csv, .json или .xml."},
 
-    {"Run.sequenceEnded", "The device ended the output before its time.",
-     "Устройство прекратило выдачу раньше времени."},
-    {"Run.sequenceLost", "The device does not report the end of the output.",
-     "Устройство не сообщает об окончании выдачи."},
+    {"Run.sequenceEnded", "The device ended the output before its time. Start the test again.",
+     "Устройство прекратило выдачу раньше времени. Запустите проверку снова."},
+    {"Run.sequenceLost",
+     "The device does not report the end of the output. Check the network, and start the test again.",
+     "Устройство не сообщает об окончании выдачи. Проверьте сеть и запустите проверку снова."},
 
     {"Run.times", "%s; %s elapsed, about %s left", "%s; прошло %s, осталось около %s"},
     {"Run.left", "%s, about %s left", "%s, осталось около %s"},
     {"Run.repetition", "%s (%u of %u)", "%s (%u из %u)"},
-    {"Run.nonsense", "The device reported times that make no sense.",
-     "Устройство сообщило недостоверные значения времени."},
+    {"Run.nonsense",
+     "The device reported times that make no sense. Switch it off and on again; if this comes back, it needs "
+     "service.",
+     "Устройство сообщило недостоверные значения времени. Выключите и снова включите его; если сообщение "
+     "повторится, отдайте его в ремонт."},
     {"Run.tooHot",
      "The test has ended: the next step would heat the relay's current input more than it withstands.",
      "Проверка завершена: следующий шаг нагрел бы токовый вход реле сверх допустимого."},
@@ -65,7 +69,8 @@ constexpr Kes::TextTable table({
     {"State.failed", "Failed", "Вне допуска"},
     {"State.notReset", "Not reset", "Нет возврата"},
     {"State.noOperation", "No operation", "Не сработало"},
-    {"State.contactEarly", "Contact closed too early", "Контакт замкнут заранее"},
+    {"State.noDropOff", "No drop-off", "Не вернулось"},
+    {"State.contactEarly", "Contact closed before its value", "Контакт замкнут до подачи величины"},
 
     {"Results.repeat", "Repeat selected", "Повторить выбранные"},
     {"Results.repeatTip", "Measure the selected rows again; all others keep their results",
@@ -116,7 +121,7 @@ constexpr Kes::TextTable table({
      "%s: измерено %zu из %zu, в допуске %zu"},
 
     {"Settings.title", "Test object", "Объект испытаний"},
-    {"Settings.edit", "Edit...", "Изменить..."},
+    {"Settings.edit", "Edit…", "Изменить…"},
     {"Settings.editTip", "Edit the test object", "Изменить объект испытаний"},
 
     {"Summary.none", "settings", "уставки"},
@@ -124,16 +129,34 @@ constexpr Kes::TextTable table({
     {"Summary.few", "%zu results of %s", "%zu результата от %s"},
     {"Summary.many", "%zu results of %s", "%zu результатов от %s"},
 
-    {"Report.failed", "The report could not be made.", "Не удалось создать протокол."},
+    {"Caption.title", "Test report", "Протокол проверки"},
+    {"Caption.device", "Test device", "Испытательное устройство"},
+    {"Caption.startedAt", "Beginning of the test", "Начало проверки"},
+    {"Caption.nameplate", "Nameplate and remarks", "Паспорт и примечания"},
+    {"Caption.circumstances", "Test device and file", "Испытательное устройство и файл"},
+    {"Caption.plan", "Plan", "План проверки"},
+    {"Caption.value", "Value", "Значение"},
+    {"Caption.unmeasured", "not measured", "не измерено"},
+    {"Caption.page", "Page ", "Страница "},
+    {"Caption.ofPages", " of ", " из "},
+    {"Caption.tester", "Tested by", "Проверку провёл"},
+    {"Caption.approver", "Approved by", "Утвердил"},
+
+    {"Report.failed",
+     "The report could not be made. Start the program again; if this comes back, install it again.",
+     "Не удалось создать протокол. Перезапустите программу; если сообщение повторится, установите её "
+     "заново."},
     {"Pdf.missing",
      "A report as PDF is made by the program WeasyPrint, which is not installed. Install the package "
-     "\"weasyprint\", or choose a file name that ends in \".html\".",
+     "“weasyprint”, or choose a file name that ends in “.html”.",
      "Протокол в формате PDF создаёт программа WeasyPrint, которая не установлена. Установите пакет "
-     "\"weasyprint\" или выберите имя файла с расширением \".html\"."},
+     "«weasyprint» или выберите имя файла с расширением «.html»."},
     {"Pdf.failed", "WeasyPrint could not make the PDF file: %s", "WeasyPrint не смог создать файл PDF: %s"},
     {"Pdf.late", "WeasyPrint did not make the PDF file in two minutes and was ended.",
      "WeasyPrint не создал файл PDF за две минуты и был остановлен."},
-});
+};
+
+constexpr Kes::TextTable table("Measure", texts);
 
 } // namespace
 

@@ -80,7 +80,7 @@ try {
             return RunEnd::Complete;
         }
     }
-    reading = {MeasureState::NoOperation, 0.0};
+    reading = {planned.withoutReading, 0.0};
     return RunEnd::Complete;
 } catch (const std::runtime_error& error) {
     return _fail(error.what());

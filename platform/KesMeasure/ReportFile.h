@@ -22,7 +22,7 @@ public:
     };
 
     /// Writes the report; the file appears whole or not at all. A path that ends in ".pdf" gives PDF, any
-    /// other one HTML. The stylesheet is one of the data directory's, such as "report/overcurrent.xsl"; it
+    /// other one HTML. The stylesheet is one of the data directory's, such as "report/test.xsl"; it
     /// gets the foot as the parameters "file" and "program". The failure's text can be shown to the user.
     /// PDF takes seconds and can be cancelled, which is a failure without a text.
     static Kes::Result write(const std::string& path, const std::string& data, const std::string& stylesheet,

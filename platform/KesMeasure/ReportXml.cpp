@@ -2,6 +2,7 @@
 
 #include <KesCommon/Language.h>
 #include <KesCommon/StringHelper.h>
+#include <KesMeasure/MeasureText.h>
 
 #include <libxml++/libxml++.h>
 
@@ -23,6 +24,33 @@ std::string coordinate(double value)
 {
     return Kes::StringHelper::format("%.2f", value);
 }
+
+/// The names that the stylesheet gives to captions, and the keys of their texts.
+constexpr std::pair<const char*, const char*> captions[] = {{"title", "Caption.title"},
+                                                            {"simulated", "Simulated.title"},
+                                                            {"simulatedNotice", "Simulated.notice"},
+                                                            {"unknown", "Unknown.title"},
+                                                            {"unknownNotice", "Unknown.notice"},
+                                                            {"device", "Caption.device"},
+                                                            {"startedAt", "Caption.startedAt"},
+                                                            {"nameplate", "Caption.nameplate"},
+                                                            {"circumstances", "Caption.circumstances"},
+                                                            {"settings", "Settings.title"},
+                                                            {"plan", "Caption.plan"},
+                                                            {"results", "Results.title"},
+                                                            {"chart", "Deviations.title"},
+                                                            {"quantity", "Column.quantity"},
+                                                            {"value", "Caption.value"},
+                                                            {"verdict", "Column.verdict"},
+                                                            {"legendExpected", "Chart.expected"},
+                                                            {"legendBand", "Chart.band"},
+                                                            {"legendPassed", "Chart.passed"},
+                                                            {"legendFailed", "Chart.failed"},
+                                                            {"legendUnmeasured", "Caption.unmeasured"},
+                                                            {"page", "Caption.page"},
+                                                            {"ofPages", "Caption.ofPages"},
+                                                            {"tester", "Caption.tester"},
+                                                            {"approver", "Caption.approver"}};
 
 const char* wordOf(ChartPoint::State state)
 {
@@ -117,7 +145,11 @@ const char* wordOf(Origin origin)
 void addHead(xmlpp::Element& root, Verdict verdict, const Outcome& outcome, const MeasuredTest* test,
              const std::string& results)
 {
-    root.set_attribute("language", lng::language == lng::Russian ? "ru-RU" : "en-US");
+    root.set_attribute("language", lng::languageTag());
+    std::vector<TextLine> lines;
+    for (const auto& [name, key] : captions)
+        lines.push_back({name, lng::Measure::get(key)});
+    addLines(root, "captions", lines);
     root.set_attribute("verdict", wordOf(verdict));
     root.set_attribute("outcome", outcome.text);
     root.set_attribute("origin", wordOf(test ? test->origin : Origin::Device));

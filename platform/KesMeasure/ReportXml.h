@@ -25,9 +25,10 @@ KES_EXPORT const char* wordOf(Mark mark);
 /// "device", "simulated", "unknown".
 KES_EXPORT const char* wordOf(Origin origin);
 
-/// The attributes "language" ("en-US" or "ru-RU"), "verdict", "outcome" and "origin", and of a test "device",
-/// "startedAt", "changedByHand" when that is so, and lines "circumstances" with the rest. `test` may be null:
-/// no test yet; `results` are its, as for the checksum.
+/// The captions that all reports share; a further child "captions" by `addLines` has those of one test, which
+/// take the place of these. The attributes "language" (such as "en-US"), "verdict", "outcome" and "origin",
+/// and of a test "device", "startedAt", "changedByHand" when that is so, and lines "circumstances" with the
+/// rest. `test` may be null: no test yet; `results` are its, as for the checksum.
 KES_EXPORT void addHead(xmlpp::Element& root, Verdict verdict, const Outcome& outcome,
                         const MeasuredTest* test, const std::string& results);
 

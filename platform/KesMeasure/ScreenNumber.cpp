@@ -12,8 +12,7 @@ namespace {
 
 std::string localised(std::string text)
 {
-    if (lng::language == lng::Russian)
-        std::replace(text.begin(), text.end(), '.', ',');
+    std::replace(text.begin(), text.end(), '.', lng::decimalSign());
     return text;
 }
 

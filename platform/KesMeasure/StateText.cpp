@@ -14,6 +14,8 @@ const char* stateText(MeasureState state, bool isPassed)
         return get("State.contactEarly");
     case MeasureState::NotReset:
         return get("State.notReset");
+    case MeasureState::NoDropOff:
+        return get("State.noDropOff");
     case MeasureState::Measured:
         break;
     }

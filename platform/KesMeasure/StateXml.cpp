@@ -9,7 +9,8 @@ namespace {
 constexpr std::pair<const char*, MeasureState> states[] = {{"noOperation", MeasureState::NoOperation},
                                                            {"measured", MeasureState::Measured},
                                                            {"contactEarly", MeasureState::ContactEarly},
-                                                           {"notReset", MeasureState::NotReset}};
+                                                           {"notReset", MeasureState::NotReset},
+                                                           {"noDropOff", MeasureState::NoDropOff}};
 
 constexpr std::pair<const char*, RunEnd> ends[] = {{"stopped", RunEnd::Stopped},
                                                    {"complete", RunEnd::Complete},

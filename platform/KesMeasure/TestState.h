@@ -11,7 +11,9 @@ enum class MeasureState {
     /// It had done so before the quantity was there: the wiring or the relay is not as it should be.
     ContactEarly,
     /// The contacts did not open before it: the quantity was not put out.
-    NotReset
+    NotReset,
+    /// Of a drop-off: the contact closed, and did not open again within the ramp.
+    NoDropOff
 };
 
 /// How far a test has come.

@@ -6,7 +6,7 @@ namespace lng::TestProgram {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"State.measurement", "%zu of %zu: %s, %s", "%zu из %zu: %s, %s"},
 
     {"Run.refused", "The test cannot be started: %s", "Невозможно начать проверку: %s"},
@@ -15,7 +15,7 @@ constexpr Kes::TextTable table({
      "Результаты последней проверки не сохранены. Начать новую проверку и потерять их?"},
     {"Run.continue",
      "The last test ended before its time. Continue it where it ended?\n\n"
-     "\"No\" begins a new test in the place of its results.",
+     "“No” begins a new test in the place of its results.",
      "Последняя проверка прервана до завершения. Продолжить её с места остановки?\n\n"
      "«Нет» начинает новую проверку вместо имеющихся результатов."},
     {"Again.none", "There are no results yet.", "Результатов пока нет."},
@@ -35,7 +35,7 @@ constexpr Kes::TextTable table({
     {"Report.title", "Save the report", "Сохранить протокол"},
     {"Report.kind", "Report (HTML)", "Протокол (HTML)"},
     {"Report.pdf", "Report (PDF)", "Протокол (PDF)"},
-    {"Report.making", "The report is being made...", "Создаётся протокол..."},
+    {"Report.making", "The report is being made…", "Создаётся протокол…"},
 
     {"Error.tooMuchData", "The data is too large for an archive.", "Слишком много данных для архива."},
 
@@ -48,7 +48,9 @@ constexpr Kes::TextTable table({
     {"Repair.originLost", "Which device made the results, and when, could not be read.",
      "Каким устройством и когда получены результаты, прочитать не удалось."},
     {"Repair.resultsLost", "The results could not be read.", "Результаты прочитать не удалось."},
-});
+};
+
+constexpr Kes::TextTable table("TestProgram", texts);
 
 } // namespace
 

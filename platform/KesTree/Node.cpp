@@ -1,6 +1,9 @@
 #include <KesTree/Node.h>
 
-#include <KesCommon/Language.h>
+#include <KesCommon/ObjectErrorHelper.h>
+#include <KesTree/TreeText.h>
+#include <KesTree/ValueError.h>
+#include <KesTree/detail/NodeKinds.h>
 #include <KesTree/detail/NodeXml.h>
 
 #include <algorithm>
@@ -29,84 +32,189 @@ bool isId(const std::string& id)
 
 } // namespace
 
-const std::string& TextPair::get() const
-{
-    return lng::language == lng::Russian ? russian : english;
-}
-
-Node::Node(Key, NodeType type, std::string id, TextPair name)
-    : _type(type), _id(std::move(id)), _name(std::move(name))
+Node::Node(Key, std::unique_ptr<NodeKind> kind, std::string id, lng::Text name)
+    : _kind(std::move(kind)), _id(std::move(id)), _name(name)
 {}
 
 Node::~Node() = default;
 
-std::unique_ptr<Node> Node::_make(NodeType type, std::string id, TextPair name)
+std::unique_ptr<Node> Node::_make(std::unique_ptr<NodeKind> kind, std::string id, lng::Text name)
 {
     require(isId(id), "an id consists of ASCII letters, digits, \"_\", \"-\" and \".\"");
-    return std::make_unique<Node>(Key(), type, std::move(id), std::move(name));
+    return std::make_unique<Node>(Key(), std::move(kind), std::move(id), name);
 }
 
-std::unique_ptr<Node> Node::_finish(std::unique_ptr<Node> node, Value value)
+std::unique_ptr<Node> Node::_make(std::unique_ptr<NodeKind> kind, std::string id, lng::Text name, Value value)
 {
-    if (const auto result = node->_checkRange(value); !result)
+    auto node = _make(std::move(kind), std::move(id), name);
+    if (const auto result = node->_check(value); !result)
         throw std::invalid_argument(result.getError()->getMessage());
     node->_value = std::move(value);
     return node;
 }
 
-std::unique_ptr<Node> Node::group(std::string id, TextPair name)
+std::unique_ptr<Node> Node::group(std::string id, lng::Text name)
 {
-    return _make(NodeType::Group, std::move(id), std::move(name));
+    return _make(std::make_unique<GroupKind>(), std::move(id), name);
 }
 
-std::unique_ptr<Node> Node::number(std::string id, TextPair name, TextPair unit, double value, double minimum,
-                                   double maximum)
+std::unique_ptr<Node> Node::number(std::string id, lng::Text name, lng::Text unit, double value,
+                                   double minimum, double maximum)
 {
     require(minimum <= maximum, "the range is empty");
-    auto node = _make(NodeType::Number, std::move(id), std::move(name));
-    node->_unit = std::move(unit);
-    node->_minimum = minimum;
-    node->_maximum = maximum;
-    return _finish(std::move(node), value);
+    return _make(std::make_unique<NumberKind>(NodeRange(unit, minimum, maximum)), std::move(id), name, value);
 }
 
-std::unique_ptr<Node> Node::integer(std::string id, TextPair name, TextPair unit, long long value,
+std::unique_ptr<Node> Node::integer(std::string id, lng::Text name, lng::Text unit, long long value,
                                     long long minimum, long long maximum)
 {
+    const NodeRange range(unit, static_cast<double>(minimum), static_cast<double>(maximum));
     require(minimum <= maximum, "the range is empty");
-    auto node = _make(NodeType::Integer, std::move(id), std::move(name));
-    node->_unit = std::move(unit);
-    node->_minimum = static_cast<double>(minimum);
-    node->_maximum = static_cast<double>(maximum);
-    require(std::abs(node->_minimum) <= maximumExactBound && std::abs(node->_maximum) <= maximumExactBound,
+    require(std::abs(range.getMinimum()) <= maximumExactBound &&
+                std::abs(range.getMaximum()) <= maximumExactBound,
             "the bounds of a whole number lie within 2^53");
-    return _finish(std::move(node), value);
+    return _make(std::make_unique<IntegerKind>(range), std::move(id), name, value);
 }
 
-std::unique_ptr<Node> Node::boolean(std::string id, TextPair name, bool value)
+std::unique_ptr<Node> Node::boolean(std::string id, lng::Text name, bool value)
 {
-    return _finish(_make(NodeType::Boolean, std::move(id), std::move(name)), value);
+    return _make(std::make_unique<BooleanKind>(), std::move(id), name, value);
 }
 
-std::unique_ptr<Node> Node::choice(std::string id, TextPair name, std::vector<TextPair> choices,
+std::unique_ptr<Node> Node::choice(std::string id, lng::Text name, std::vector<lng::Text> choices,
                                    std::size_t value)
 {
-    auto node = _make(NodeType::Choice, std::move(id), std::move(name));
-    node->_choices = std::move(choices);
-    return _finish(std::move(node), static_cast<long long>(value));
+    return _make(std::make_unique<ChoiceKind>(std::move(choices)), std::move(id), name,
+                 static_cast<long long>(value));
 }
 
-std::unique_ptr<Node> Node::text(std::string id, TextPair name, std::string value)
+std::unique_ptr<Node> Node::text(std::string id, lng::Text name, std::string value)
 {
-    return _finish(_make(NodeType::Text, std::move(id), std::move(name)), std::move(value));
+    return _make(std::make_unique<TextKind>(), std::move(id), name, std::move(value));
+}
+
+NodeType Node::getType() const
+{
+    return _kind->getType();
+}
+
+std::string Node::getUnit() const
+{
+    const auto* range = _kind->getRange();
+    return range ? range->getUnit() : std::string();
+}
+
+double Node::getMinimum() const
+{
+    const auto* range = _kind->getRange();
+    return range ? range->getMinimum() : 0.0;
+}
+
+double Node::getMaximum() const
+{
+    const auto* range = _kind->getRange();
+    return range ? range->getMaximum() : 0.0;
+}
+
+std::string Node::getRangeText() const
+{
+    const auto* range = _kind->getRange();
+    return range ? range->getText() : std::string();
 }
 
 std::vector<std::string> Node::getChoices() const
 {
-    std::vector<std::string> names;
-    std::transform(_choices.begin(), _choices.end(), std::back_inserter(names),
-                   [](const TextPair& choice) { return choice.get(); });
-    return names;
+    return _kind->getChoices();
+}
+
+double Node::getNumber() const
+{
+    return std::get<double>(_value);
+}
+
+long long Node::getInteger() const
+{
+    return std::get<long long>(_value);
+}
+
+bool Node::getBoolean() const
+{
+    return std::get<bool>(_value);
+}
+
+std::size_t Node::getChoice() const
+{
+    return static_cast<std::size_t>(std::get<long long>(_value));
+}
+
+const std::string& Node::getText() const
+{
+    return std::get<std::string>(_value);
+}
+
+Kes::Result Node::_refuse(std::string reason) const
+{
+    return Kes::Result(std::make_shared<ValueError>(getName(), std::move(reason)));
+}
+
+Kes::Result Node::_check(Value& value) const
+{
+    const auto reason = _kind->check(value);
+    return reason ? _refuse(*reason) : Kes::Result(true);
+}
+
+Kes::Result Node::_validate(const Value& value) const
+{
+    if (!_validation)
+        return true;
+    const auto result = _validation(value);
+    if (result)
+        return true;
+    return _refuse(result.getError() ? Kes::ObjectErrorHelper::toDisplayString({result.getError()})
+                                     : lng::Tree::get("Error.refused"));
+}
+
+Kes::Result Node::setValue(const Value& value)
+{
+    Value accepted = value;
+    if (auto result = _check(accepted); !result)
+        return result;
+    if (auto result = _validate(accepted); !result)
+        return result;
+    if (accepted != _value) {
+        _value = std::move(accepted);
+        _emitChanged();
+    }
+    return true;
+}
+
+std::string Node::toText() const
+{
+    return _kind->show(_value);
+}
+
+Kes::Result Node::_parse(const std::string& text, Value& value) const
+{
+    const auto reason = _kind->parse(text, value);
+    return reason ? _refuse(*reason) : Kes::Result(true);
+}
+
+Kes::Result Node::setText(const std::string& text)
+{
+    Value value;
+    if (auto result = _parse(text, value); !result)
+        return result;
+    return setValue(value);
+}
+
+Kes::Result Node::checkText(const std::string& text) const
+{
+    Value value;
+    if (auto result = _parse(text, value); !result)
+        return result;
+    if (auto result = _check(value); !result)
+        return result;
+    return _validate(value);
 }
 
 void Node::setValidation(std::function<Kes::Result(const Value&)> validation)
@@ -117,8 +225,7 @@ void Node::setValidation(std::function<Kes::Result(const Value&)> validation)
 void Node::setNotation(std::function<std::string(const std::string&)> show,
                        std::function<std::string(const std::string&)> read)
 {
-    _show = std::move(show);
-    _read = std::move(read);
+    _kind->setNotation(std::move(show), std::move(read));
 }
 
 void Node::setUsage(std::function<bool()> usage)
@@ -134,7 +241,7 @@ bool Node::isUsed() const
 Node& Node::add(std::unique_ptr<Node> child)
 {
     require(child != nullptr, "there is no child");
-    require(_type == NodeType::Group, "only a group has children");
+    require(getType() == NodeType::Group, "only a group has children");
     require(std::none_of(_children.begin(), _children.end(),
                          [&](const auto& sibling) { return sibling->_id == child->_id; }),
             "the ids of siblings differ");

@@ -2,6 +2,7 @@
 
 #include <KesCommon/Export.h>
 #include <KesCommon/Result.h>
+#include <KesCommon/UnitText.h>
 
 #include <sigc++/sigc++.h>
 
@@ -14,14 +15,7 @@
 
 namespace KesTree {
 
-/// A text in both languages, English first.
-struct KES_EXPORT TextPair {
-    std::string english;
-    std::string russian;
-
-    /// The text in the language of the process.
-    const std::string& get() const;
-};
+class NodeKind;
 
 enum class NodeType { Group, Number, Integer, Boolean, Choice, Text };
 
@@ -43,21 +37,21 @@ public:
     using Value = std::variant<std::monostate, double, long long, bool, std::string>;
 
     /// A group.
-    static std::unique_ptr<Node> group(std::string id, TextPair name);
+    static std::unique_ptr<Node> group(std::string id, lng::Text name);
     /// A real number in `unit` (empty: none) within [minimum, maximum]; an infinite bound is no bound.
-    static std::unique_ptr<Node> number(std::string id, TextPair name, TextPair unit, double value,
+    static std::unique_ptr<Node> number(std::string id, lng::Text name, lng::Text unit, double value,
                                         double minimum, double maximum);
     /// A whole number within [minimum, maximum], bounds of at most 2^53 in magnitude.
-    static std::unique_ptr<Node> integer(std::string id, TextPair name, TextPair unit, long long value,
+    static std::unique_ptr<Node> integer(std::string id, lng::Text name, lng::Text unit, long long value,
                                          long long minimum, long long maximum);
-    static std::unique_ptr<Node> boolean(std::string id, TextPair name, bool value);
+    static std::unique_ptr<Node> boolean(std::string id, lng::Text name, bool value);
     /// One of several; the value is the index of the chosen one.
-    static std::unique_ptr<Node> choice(std::string id, TextPair name, std::vector<TextPair> choices,
+    static std::unique_ptr<Node> choice(std::string id, lng::Text name, std::vector<lng::Text> choices,
                                         std::size_t value);
     /// Any UTF-8 text without control characters other than tabs and line ends.
-    static std::unique_ptr<Node> text(std::string id, TextPair name, std::string value);
+    static std::unique_ptr<Node> text(std::string id, lng::Text name, std::string value);
 
-    Node(Key, NodeType type, std::string id, TextPair name);
+    Node(Key, std::unique_ptr<NodeKind> kind, std::string id, lng::Text name);
     ~Node();
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
@@ -69,11 +63,12 @@ public:
     /// Unique among siblings, never shown; used in files.
     const std::string& getId() const { return _id; }
     std::string getName() const { return _name.get(); }
-    std::string getUnit() const { return _unit.get(); }
-    NodeType getType() const { return _type; }
-    /// Both bounds belong to the range. For Number and Integer.
-    double getMinimum() const { return _minimum; }
-    double getMaximum() const { return _maximum; }
+    NodeType getType() const;
+    /// Empty when there is none.
+    std::string getUnit() const;
+    /// Both bounds belong to the range of a Number or Integer; others have 0.
+    double getMinimum() const;
+    double getMaximum() const;
     /// The range with its unit as the user reads it, such as "0.05 … 100 A" (with no-break spaces); empty
     /// when there is none.
     std::string getRangeText() const;
@@ -138,34 +133,25 @@ public:
 
 private:
     friend class NodeXmlReader;
+    friend class NodeXmlWriter;
 
-    static std::unique_ptr<Node> _make(NodeType type, std::string id, TextPair name);
-    static std::unique_ptr<Node> _finish(std::unique_ptr<Node> node, Value value);
+    static std::unique_ptr<Node> _make(std::unique_ptr<NodeKind> kind, std::string id, lng::Text name);
+    static std::unique_ptr<Node> _make(std::unique_ptr<NodeKind> kind, std::string id, lng::Text name,
+                                       Value value);
 
     Kes::Result _refuse(std::string reason) const;
-    /// Type and range only. A whole number for a Number becomes a real one.
-    Kes::Result _checkRange(Value& value) const;
+    /// Type and range only. A value of another type that means the same becomes one of this type.
+    Kes::Result _check(Value& value) const;
     Kes::Result _validate(const Value& value) const;
     Kes::Result _parse(const std::string& text, Value& value) const;
-    Kes::Result _parseNumber(const std::string& text, Value& value) const;
-    Kes::Result _parseChoice(const std::string& text, Value& value) const;
-    Kes::Result _parseBoolean(const std::string& text, Value& value) const;
-    std::string _withUnit(const std::string& number) const;
-    std::string _withoutUnit(const std::string& text) const;
     void _emitChanged();
 
-    NodeType _type;
+    const std::unique_ptr<NodeKind> _kind;
     std::string _id;
-    TextPair _name;
-    TextPair _unit;
-    double _minimum = 0.0;
-    double _maximum = 0.0;
-    std::vector<TextPair> _choices;
+    lng::Text _name;
     Value _value;
     std::optional<Value> _laterValue;
     std::function<Kes::Result(const Value&)> _validation;
-    std::function<std::string(const std::string&)> _show;
-    std::function<std::string(const std::string&)> _read;
     std::function<bool()> _usage;
     std::vector<std::unique_ptr<Node>> _children;
     Node* _parent = nullptr;

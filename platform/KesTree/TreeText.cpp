@@ -6,7 +6,7 @@ namespace lng {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"Value.yes", "yes", "да"},
     {"Value.no", "no", "нет"},
     {"View.unused", "not used at present", "сейчас не используется"},
@@ -32,7 +32,9 @@ constexpr Kes::TextTable table({
     {"Error.twice", "The item “%s” is given twice", "Элемент «%s» задан дважды"},
     {"Error.missing", "The item “%s” is missing", "Отсутствует элемент «%s»"},
     {"Error.refused", "the value is refused", "значение не принято"},
-});
+};
+
+constexpr Kes::TextTable table("Tree", texts);
 
 } // namespace
 

@@ -7,16 +7,17 @@ namespace KesTree::Nameplate {
 
 void addTo(Node& testObject)
 {
-    auto& group = testObject.add(Node::group(Group, {"Nameplate and remarks", "Паспорт и примечания"}));
-    const auto add = [&group](const char* path, TextPair name) {
-        group.add(Node::text(RelayNodes::idOf(path), std::move(name), "")).setIsLater();
+    auto& group = testObject.add(
+        Node::group(Group, {"Nameplate.title", "Nameplate and remarks", "Паспорт и примечания"}));
+    const auto add = [&group](const char* path, lng::Text name) {
+        group.add(Node::text(RelayNodes::idOf(path), name, "")).setIsLater();
     };
-    add(Place, {"Place", "Место установки"});
-    add(Bay, {"Bay", "Присоединение"});
-    add(RelayType, {"Relay type", "Тип реле"});
-    add(SerialNumber, {"Serial number of the relay", "Заводской номер реле"});
-    add(Operator, {"Operator", "Исполнитель"});
-    add(Comment, {"Comment", "Примечание"});
+    add(Place, {"Nameplate.place", "Place", "Место установки"});
+    add(Bay, {"Nameplate.bay", "Bay", "Присоединение"});
+    add(RelayType, {"Nameplate.relayType", "Relay type", "Тип реле"});
+    add(SerialNumber, {"Nameplate.serialNumber", "Serial number of the relay", "Заводской номер реле"});
+    add(Operator, {"Nameplate.operator", "Operator", "Исполнитель"});
+    add(Comment, {"Nameplate.comment", "Comment", "Примечание"});
 }
 
 std::vector<Entry> getFilled(const Node& testObject)

@@ -1,9 +1,11 @@
+#include <KesCommon/UnitText.h>
 #include <KesTreeRelay/RelayNodes.h>
 
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
 #include <KesTreeRelay/CurveTable.h>
 #include <KesTreeRelay/Nameplate.h>
+#include <KesTreeRelay/RelayNames.h>
 #include <KesTreeRelay/detail/RelayText.h>
 #include <KesTreeRelay/detail/Rules.h>
 
@@ -14,24 +16,6 @@
 namespace KesTree::RelayNodes {
 
 namespace {
-
-const TextPair amperes{"A", "А"};
-const TextPair seconds{"s", "с"};
-const TextPair milliseconds{"ms", "мс"};
-const TextPair percent{"%", "%"};
-
-std::vector<TextPair> curves()
-{
-    return {{"Standard inverse (IEC A)", "Нормально инверсная (МЭК A)"},
-            {"Very inverse (IEC B)", "Сильно инверсная (МЭК B)"},
-            {"Extremely inverse (IEC C)", "Чрезвычайно инверсная (МЭК C)"},
-            {"Long-time inverse (BS 142)", "Длительно инверсная (BS 142)"},
-            {"Definite time", "Независимая"},
-            {"Moderately inverse (IEEE)", "Умеренно инверсная (IEEE)"},
-            {"Very inverse (IEEE)", "Сильно инверсная (IEEE)"},
-            {"Extremely inverse (IEEE)", "Чрезвычайно инверсная (IEEE)"},
-            {"As a table", "Таблица"}};
-}
 
 Kes::Result checkRatio(double setting, double nominal)
 {
@@ -65,7 +49,7 @@ using AllStages = std::vector<StageNodes>;
 
 /// What a stage is at first, and how small its setting may be.
 struct StageDefaults {
-    TextPair name;
+    lng::Text name;
     bool isUsed;
     double setting;
     double leastSetting;
@@ -76,17 +60,23 @@ struct StageDefaults {
 /// In the order of `OvercurrentStages`.
 std::vector<StageDefaults> stageDefaults()
 {
-    return {{{"Stage I>", "Ступень I>"}, true, 5.0, 0.05, StandardInverse, 1.0},
-            {{"Stage I>>", "Ступень I>>"}, false, 25.0, 0.05, DefiniteTimeCurve, 0.3},
-            {{"Stage I>>>", "Ступень I>>>"}, false, 50.0, 0.05, DefiniteTimeCurve, 0.05},
-            {{"Residual stage I0>", "Ступень 3I0>"}, false, 1.0, 0.01, DefiniteTimeCurve, 0.5}};
+    return {{{"Relay.stage1", "Stage I>", "Ступень I>"}, true, 5.0, 0.05, StandardInverse, 1.0},
+            {{"Relay.stage2", "Stage I>>", "Ступень I>>"}, false, 25.0, 0.05, DefiniteTimeCurve, 0.3},
+            {{"Relay.stage3", "Stage I>>>", "Ступень I>>>"}, false, 50.0, 0.05, DefiniteTimeCurve, 0.05},
+            {{"Relay.residualStage", "Residual stage I0>", "Ступень 3I0>"},
+             false,
+             1.0,
+             0.01,
+             DefiniteTimeCurve,
+             0.5}};
 }
 
 void addTable(Node& stage)
 {
-    auto& table = stage.add(
-        Node::text(StageTable, {"Table, multiple of Is : seconds; ...", "Таблица, кратность Iуст : с; ..."},
-                   "2:10; 5:3.5; 10:1.2"));
+    auto& table = stage.add(Node::text(
+        StageTable,
+        {"Relay.tablePairs", "Table, multiple of Is : seconds; …", "Таблица, кратность Iуст : с; …"},
+        "2:10; 5:3.5; 10:1.2"));
     table.setValidation([](const Node::Value& value) {
         CurveTable::Pairs pairs;
         return CurveTable::read(std::get<std::string>(value), pairs);
@@ -119,19 +109,26 @@ void setUsages(Node& stage)
 StageNodes addStage(Node& relay, const char* id, const StageDefaults& defaults)
 {
     auto& stage = relay.add(Node::group(id, defaults.name));
-    auto& used = stage.add(Node::boolean(StageUsed, {"In use", "Введена"}, defaults.isUsed));
-    auto& setting = stage.add(Node::number(StageSetting, {"Setting current Is", "Ток уставки Iуст"}, amperes,
-                                           defaults.setting, defaults.leastSetting, 100.0));
-    stage.add(Node::choice(StageCurve, {"Characteristic", "Характеристика"}, curves(), defaults.curve));
-    stage.add(
-        Node::number(StageMultiplier, {"Time multiplier TMS", "Множитель времени TMS"}, {}, 1.0, 0.01, 10.0));
-    stage.add(Node::number(StageTime, {"Definite operate time", "Независимое время срабатывания"}, seconds,
-                           defaults.definiteTime, 0.01, 600.0));
+    auto& used = stage.add(Node::boolean(StageUsed, {"Relay.inUse", "In use", "Введена"}, defaults.isUsed));
+    auto& setting = stage.add(
+        Node::number(StageSetting, {"Relay.settingCurrent", "Setting current Is", "Ток уставки Iуст"},
+                     lng::Unit::ampere, defaults.setting, defaults.leastSetting, 100.0));
+    stage.add(Node::choice(StageCurve, {"Relay.characteristic", "Characteristic", "Характеристика"},
+                           {std::begin(RelayNames::curves), std::end(RelayNames::curves)}, defaults.curve));
+    stage.add(Node::number(StageMultiplier,
+                           {"Relay.timeMultiplier", "Time multiplier TMS", "Множитель времени TMS"}, {}, 1.0,
+                           0.01, 10.0));
+    stage.add(Node::number(StageTime,
+                           {"Relay.definiteOperateTime", "Definite operate time",
+                            "Выдержка времени (независимая характеристика)"},
+                           lng::Unit::second, defaults.definiteTime, 0.01, 600.0));
     addTable(stage);
-    auto& direction = stage.add(
-        Node::choice(StageDirection, {"Direction", "Направленность"},
-                     {{"Non-directional", "Ненаправленная"}, {"Forward", "Вперёд"}, {"Reverse", "Назад"}},
-                     NonDirectional));
+    auto& direction =
+        stage.add(Node::choice(StageDirection, {"Relay.direction", "Direction", "Направленность"},
+                               {{"Relay.nonDirectional", "Non-directional", "Ненаправленная"},
+                                {"Relay.forward", "Forward", "Вперёд"},
+                                {"Relay.reverse", "Reverse", "Назад"}},
+                               NonDirectional));
     setUsages(stage);
     return {&used, &setting, &direction};
 }
@@ -165,7 +162,7 @@ void setStageRules(Node& nominal, const AllStages& stages)
 AllStages addStages(Node& relay)
 {
     auto& nominal = relay.add(
-        Node::number(NominalCurrent, {"Nominal current In", "Номинальный ток Iн"}, amperes, 5.0, 0.1, 100.0));
+        Node::number(NominalCurrent, RelayNames::nominalCurrent, lng::Unit::ampere, 5.0, 0.1, 100.0));
     AllStages stages;
     for (const auto& defaults : stageDefaults())
         stages.push_back(addStage(relay, OvercurrentStages[stages.size()], defaults));
@@ -175,25 +172,28 @@ AllStages addStages(Node& relay)
 
 void addTolerances(Node& stage)
 {
-    stage.add(Node::choice(ToleranceKind, {"Time tolerance", "Допуск времени"},
-                           {{"Same at all currents", "Одинаковый при всех токах"},
-                            {"Assigned error (IEC 60255-151)", "Класс погрешности (МЭК 60255-151)"}},
-                           SameTolerance));
+    stage.add(Node::choice(
+        ToleranceKind, RelayNames::timeTolerance,
+        {{"Relay.sameAtAllCurrents", "Same at all currents", "Одинаковый при всех токах"},
+         {"Relay.assignedError", "Assigned error (IEC 60255-151)", "Класс погрешности (МЭК 60255-151)"}},
+        SameTolerance));
     addTimeTolerances(stage, 5.0, 30.0);
-    stage.add(Node::number(CurrentTolerance, {"Current tolerance", "Допуск тока"}, percent, 2.0, 0.0, 20.0));
+    stage.add(
+        Node::number(CurrentTolerance, RelayNames::currentTolerance, lng::Unit::percent, 2.0, 0.0, 20.0));
 }
 
 constexpr long long mostInputs = 64;
 
 void addPolarisation(Node& relay, const AllStages& stages)
 {
-    auto& group = relay.add(Node::group("polarisation", {"Directional elements", "Направленные органы"}));
-    auto& angle = group.add(Node::number(idOf(CharacteristicAngle),
-                                         {"Characteristic angle", "Угол максимальной чувствительности"},
-                                         {"°", "°"}, -45.0, -180.0, 180.0));
-    auto& voltage = group.add(Node::number(
-        idOf(NominalVoltage), {"Nominal voltage (phase to phase)", "Номинальное напряжение (междуфазное)"},
-        {"V", "В"}, 100.0, 10.0, 500.0));
+    auto& group = relay.add(Node::group(
+        "polarisation", {"Relay.directionalElements", "Directional elements", "Направленные органы"}));
+    auto& angle = group.add(Node::number(
+        idOf(CharacteristicAngle),
+        {"Relay.characteristicAngle", "Characteristic angle", "Угол максимальной чувствительности"},
+        lng::Unit::degree, -45.0, -180.0, 180.0));
+    auto& voltage = group.add(
+        Node::number(idOf(NominalVoltage), RelayNames::nominalVoltage, lng::Unit::volt, 100.0, 10.0, 500.0));
     const auto isDirectional = [stages] {
         return std::any_of(stages.begin(), stages.end(), [](const StageNodes& stage) {
             return stage.used->getBoolean() && stage.direction->getChoice() != NonDirectional;
@@ -206,20 +206,17 @@ void addPolarisation(Node& relay, const AllStages& stages)
 
 void addContacts(Node& stage)
 {
-    auto& group = stage.add(Node::group("contacts", {"Contacts", "Контакты"}));
-    auto& trip = group.add(Node::integer(
-        idOf(TripInput), {"Input of the trip contact", "Вход контакта отключения"}, {}, 1, 1, mostInputs));
-    auto& kind =
-        group.add(Node::choice(idOf(RampContact), {"Pick-up and drop-off", "Токи срабатывания и возврата"},
-                               {{"By the start contact", "По пусковому контакту"},
-                                {"By the trip contact", "По контакту отключения"},
-                                {"Not measured", "Не измеряются"}},
-                               ByStartContact));
-    auto& start = group.add(Node::integer(
-        idOf(StartInput), {"Input of the start contact", "Вход пускового контакта"}, {}, 2, 1, mostInputs));
-    group.add(Node::number(idOf(Debounce), {"Debounce time", "Время подавления дребезга"}, milliseconds, 5.0,
-                           0.0, 100.0));
-    group.add(Node::number(idOf(ResetTime), {"Reset time", "Время возврата"}, seconds, 0.5, 0.0, 60.0));
+    auto& group = stage.add(Node::group("contacts", RelayNames::contacts));
+    auto& trip = group.add(Node::integer(idOf(TripInput), RelayNames::tripInput, {}, 1, 1, mostInputs));
+    auto& kind = group.add(Node::choice(
+        idOf(RampContact), {"Relay.rampContact", "Pick-up and drop-off", "Токи срабатывания и возврата"},
+        {{"Relay.byTheStartContact", "By the start contact", "По пусковому контакту"},
+         {"Relay.byTheTripContact", "By the trip contact", "По контакту отключения"},
+         {"Relay.notMeasured", "Not measured", "Не измеряются"}},
+        ByStartContact));
+    auto& start = group.add(Node::integer(idOf(StartInput), RelayNames::startInput, {}, 2, 1, mostInputs));
+    group.add(Node::number(idOf(Debounce), RelayNames::debounce, lng::Unit::millisecond, 5.0, 0.0, 100.0));
+    group.add(Node::number(idOf(ResetTime), RelayNames::resetTime, lng::Unit::second, 0.5, 0.0, 60.0));
     const auto hasStart = [&kind] { return kind.getChoice() == ByStartContact; };
     start.setUsage(hasStart);
     const auto differ = [](long long one, long long other, bool areBothUsed) {
@@ -239,13 +236,18 @@ void addContacts(Node& stage)
 
 void addCurrentInput(Node& stage)
 {
-    auto& group = stage.add(Node::group("currentInput", {"Current input", "Токовый вход"}));
-    const auto add = [&group](const char* path, TextPair name, double value) -> Node& {
-        return group.add(Node::number(idOf(path), std::move(name), {"x In", "x Iн"}, value, 0.5, 1000.0));
+    auto& group =
+        stage.add(Node::group("currentInput", {"Relay.currentInput", "Current input", "Токовый вход"}));
+    const auto add = [&group](const char* path, lng::Text name, double value) -> Node& {
+        return group.add(Node::number(idOf(path), name, lng::Unit::timesNominal, value, 0.5, 1000.0));
     };
-    auto& continuous = add(ContinuousWithstand, {"Withstands continuously", "Допустимо длительно"}, 4.0);
-    auto& ten = add(TenSecondWithstand, {"Withstands for 10 s", "Допустимо в течение 10 с"}, 30.0);
-    auto& one = add(OneSecondWithstand, {"Withstands for 1 s", "Допустимо в течение 1 с"}, 100.0);
+    auto& continuous =
+        add(ContinuousWithstand,
+            {"Relay.continuousWithstand", "Withstands continuously", "Допустимо длительно"}, 4.0);
+    auto& ten = add(TenSecondWithstand,
+                    {"Relay.tenSecondWithstand", "Withstands for 10 s", "Допустимо в течение 10 с"}, 30.0);
+    auto& one = add(OneSecondWithstand,
+                    {"Relay.oneSecondWithstand", "Withstands for 1 s", "Допустимо в течение 1 с"}, 100.0);
     continuous.setValidation(
         [&ten](const Node::Value& value) { return checkOrder(std::get<double>(value), ten.getNumber()); });
     ten.setValidation([&continuous, &one](const Node::Value& value) {
@@ -266,18 +268,21 @@ std::string idOf(const char* path)
 
 void addTimeTolerances(Node& stage, double percentValue, double millisecondsValue)
 {
-    auto& relative = stage.add(Node::number(TolerancePercent,
-                                            {"Time tolerance, relative", "Допуск времени, относительный"},
-                                            percent, percentValue, 0.0, 100.0));
-    auto& absolute = stage.add(Node::number(ToleranceMilliseconds,
-                                            {"Time tolerance, absolute", "Допуск времени, абсолютный"},
-                                            milliseconds, millisecondsValue, 0.0, 10000.0));
+    auto& relative = stage.add(Node::number(
+        TolerancePercent,
+        {"Relay.timeToleranceRelative", "Time tolerance, relative", "Допуск времени, относительный"},
+        lng::Unit::percent, percentValue, 0.0, 100.0));
+    auto& absolute = stage.add(Node::number(
+        ToleranceMilliseconds,
+        {"Relay.timeToleranceAbsolute", "Time tolerance, absolute", "Допуск времени, абсолютный"},
+        lng::Unit::millisecond, millisecondsValue, 0.0, 10000.0));
     validateTogether(relative, absolute, checkTolerance);
 }
 
 std::unique_ptr<Node> overcurrentStage()
 {
-    auto stage = Node::group("overcurrent", {"Overcurrent relay", "Реле максимального тока"});
+    auto stage = Node::group("overcurrent",
+                             {"Relay.overcurrentRelay", "Overcurrent relay", "Реле максимального тока"});
     const auto stages = addStages(*stage);
     addTolerances(*stage);
     addPolarisation(*stage, stages);

@@ -6,11 +6,11 @@ namespace lng::Simulator {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"summary", "Simulated test devices that programs reach over the network (docs/protocol.md).",
      "Имитируемые испытательные устройства, доступные программам по сети (docs/protocol.md)."},
     {"listen", "Where the first device listens; 127.0.1.1:5025 at first, port 0 is a free one",
-     "Где принимает соединения первое устройство; сначала 127.0.1.1:5025, порт 0 - любой свободный"},
+     "Где принимает соединения первое устройство; сначала 127.0.1.1:5025, порт 0 — любой свободный"},
     {"listen.value", "ADDRESS[:PORT]", "АДРЕС[:ПОРТ]"},
     {"devices", "Number of devices, each at the next address",
      "Число устройств, каждое по следующему адресу"},
@@ -25,13 +25,16 @@ constexpr Kes::TextTable table({
      "Объявить устройства в локальной сети (DNS-SD), чтобы их находил поиск"},
     {"log", "Write what is received and answered to standard error",
      "Выводить в стандартный поток ошибок принятое и отвеченное"},
-    {"version", "Tell the version", "Сообщить версию"},
+    {"version", "Show the version of the program", "Показать версию программы"},
     {"number.value", "N", "N"},
-    {"error.value", "--%s: \"%s\" is not possible.", "--%s: недопустимое значение \"%s\"."},
-    {"error.argument", "\"%s\" is not an option.", "\"%s\" не является параметром."},
+    {"error.value", "--%s: “%s” is not possible.", "--%s: недопустимое значение «%s»."},
+    {"error.argument", "“%s” is not an option. All options: --help",
+     "«%s» не является параметром. Все параметры: --help"},
     {"warning.open", "Warning: %s can be reached from other computers, and the protocol knows no passwords.",
      "Внимание: %s доступен с других компьютеров, а протокол не знает паролей."},
-});
+};
+
+constexpr Kes::TextTable table("Simulator", texts);
 
 } // namespace
 

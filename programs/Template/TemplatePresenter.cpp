@@ -1,7 +1,7 @@
 #include "TemplatePresenter.h"
 
+#include <KesCommon/Text.h>
 #include <KesProgram/shell/ProgramMainMenuPresenter.h>
-#include <KesProgram/text/TextPair.h>
 #include <KesProgram/views/IProgramView.h>
 
 #include <gtkmm/label.h>
@@ -12,8 +12,9 @@ namespace {
 class ContentView : public Gtk::Label, public Kes::IView {
 public:
     ContentView()
-        : Gtk::Label(lng::choose({"An empty test: Start begins it, Stop ends it.",
-                                  "Пустая проверка: Старт начинает её, Стоп завершает."}))
+        : Gtk::Label(lng::Text("Template.content", "An empty test: Start begins it, Stop ends it.",
+                               "Пустая проверка: Старт начинает её, Стоп завершает.")
+                         .get())
     {
         set_size_request(480, 240);
     }

@@ -1,13 +1,14 @@
 #include "TemplatePresenter.h"
 
+#include <KesCommon/Text.h>
 #include <KesProgram/shell/ProgramMain.h>
-#include <KesProgram/text/TextPair.h>
 
 int main(int argc, char** argv)
 {
     const auto summary = [] {
-        return std::string(
-            lng::choose({"The smallest program of the family.", "Самая маленькая программа семейства."}));
+        return std::string(lng::Text("Template.summary", "The smallest program of the family.",
+                                     "Самая маленькая программа семейства.")
+                               .get());
     };
     return KesProgram::ProgramMain::run(argc, argv, summary, KES_VERSION, [](const KesProgram::CommandLine&) {
         KesProgram::ProgramMain::Parts parts;

@@ -1,12 +1,15 @@
 #include <KesCommon/CommonText.h>
 #include <KesCommon/Language.h>
 #include <KesCommon/Net/NetAddr.h>
+#include <KesCommon/NumberText.h>
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/Result.h>
 #include <KesCommon/StringHelper.h>
 #include <KesCommon/TextTable.h>
 #include <KesCommon/TypeHelper.h>
+#include <KesCommon/UnitText.h>
 
+#include "support/LanguageScope.h"
 #include "support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
@@ -75,7 +78,7 @@ TEST(StringHelper, writesPointsInALocaleOfCommas)
     unsetenv("LOCPATH");
 }
 
-constexpr Kes::TextTable table({{"b.last", "Last", "Последний"}, {"a.first", "First", "Первый"}});
+constexpr Kes::TextTable table("Test", {{"b.last", "Last", "Последний"}, {"a.first", "First", "Первый"}});
 
 TEST(TextTable, choosesTheLanguageWhenAsked)
 {
@@ -86,6 +89,23 @@ TEST(TextTable, choosesTheLanguageWhenAsked)
     lng::language = lng::English;
     for (const std::string unknown : {"A.first", "a.first ", "", "c"})
         EXPECT_EQ(table.get(unknown), unknown.c_str());
+}
+
+TEST(Language, isAddedAsATableAndFallsBackToEnglish)
+{
+    static constexpr lng::TranslatedText texts[] = {{"Test.a.first", "Unua"}, {"Unit.second", "sek."}};
+    const auto esperanto = lng::addLanguage({"eo", "eo-EO", ',', texts});
+    EXPECT_THROW(lng::addLanguage({"eo", "eo-XX", ',', texts}), std::invalid_argument);
+    EXPECT_EQ(lng::findLanguage("eo"), esperanto);
+    EXPECT_EQ(lng::languageOfLocale("eo_CH.UTF-8"), esperanto);
+    EXPECT_EQ(lng::languageCodes(), (std::vector<std::string>{"en", "ru", "eo"}));
+
+    const KesTest::LanguageScope scope(esperanto);
+    EXPECT_STREQ(table.get("a.first"), "Unua");
+    EXPECT_STREQ(table.get("b.last"), "Last") << "a missing text is English";
+    EXPECT_STREQ(lng::Unit::second.get(), "sek.");
+    EXPECT_STREQ(lng::languageTag(), "eo-EO");
+    EXPECT_EQ(Kes::NumberText::show(0.5), "0,5");
 }
 
 TEST(Language, followsTheFirstVariableThatIsSet)

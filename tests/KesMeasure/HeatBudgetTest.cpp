@@ -33,7 +33,7 @@ TEST(HeatBudgetTest, IsFullAfterTheTimesThatTheRelayWithstands)
     EXPECT_NEAR(shareAfter(30.0, 10.0), 1.0, 1e-12);
     EXPECT_NEAR(shareAfter(100.0, 1.0), 1.0, 1e-12);
     EXPECT_EQ(shareAfter(4.0, 1e6), 0.0);
-    // 8840 is the I²t of 30 x In for 10 s above the continuous current.
+    // 8840 is the I²t of 30 × In for 10 s above the continuous current.
     EXPECT_NEAR(shareAfter(20.0, 10.0), 384.0 * 10.0 / 8840.0, 1e-12);
     EXPECT_GT(shareAfter(32.0, 60.0), 6.0);
     // Between both: more than neither allows.

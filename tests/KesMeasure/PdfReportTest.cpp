@@ -20,7 +20,7 @@ using testing::Not;
 
 namespace {
 
-constexpr const char* sheet = "report/overcurrent.xsl";
+constexpr const char* sheet = "report/test.xsl";
 constexpr int manyRows = 40;
 
 /// A report of so many rows with so many lines in each that a break between them would leave enough on both

@@ -11,7 +11,7 @@ using KesMeasure::ReportFile;
 TEST(ReportFileTest, AFileThatCannotBeWrittenIsAnError)
 {
     const KesTest::TemporaryHome home;
-    const std::string sheet = "report/overcurrent.xsl";
+    const std::string sheet = "report/test.xsl";
     EXPECT_FALSE(ReportFile::write("/dev/full", "<report/>", sheet));
     EXPECT_FALSE(ReportFile::write(home.file("missing/report.html"), "<report/>", sheet));
     EXPECT_FALSE(Kes::fileExist(home.file("missing")));
@@ -24,7 +24,7 @@ TEST(ReportFileTest, ADocumentOrAStylesheetWithoutSenseLeavesTheFormerReport)
     const KesTest::TemporaryHome home;
     const std::string path = home.file("report.html");
     KesTest::writeFile(path, "former");
-    EXPECT_FALSE(ReportFile::write(path, "<report", "report/overcurrent.xsl"));
+    EXPECT_FALSE(ReportFile::write(path, "<report", "report/test.xsl"));
     EXPECT_FALSE(ReportFile::write(path, "<report/>", "report/none.xsl"));
     EXPECT_EQ(KesTest::readFile(path), "former");
 }

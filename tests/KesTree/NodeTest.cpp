@@ -23,7 +23,8 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 
 std::unique_ptr<Node> current()
 {
-    return Node::number("is", {"Setting current", "Ток уставки"}, {"A", "А"}, 5.0, 0.05, 100.0);
+    return Node::number("is", {"Test.settingCurrent", "Setting current", "Ток уставки"}, lng::Unit::ampere,
+                        5.0, 0.05, 100.0);
 }
 
 class NodeTest : public testing::Test {
@@ -70,20 +71,21 @@ TEST_F(NodeTest, ValuesOfAnotherTypeOrNotFiniteAreRefused)
                                      Node::Value(infinity), Node::Value(std::nan(""))})
         EXPECT_FALSE(number->setValue(value));
 
-    const auto whole = Node::integer("n", {"Count", "Число"}, {}, 3, -5, 8);
+    const auto whole = Node::integer("n", {"Test.count", "Count", "Число"}, {}, 3, -5, 8);
     EXPECT_FALSE(whole->setValue(2.0));
     EXPECT_FALSE(whole->setText("2.5"));
     EXPECT_FALSE(whole->setText("99999999999999999999"));
     EXPECT_TRUE(whole->setText("-5"));
     EXPECT_EQ(whole->getInteger(), -5);
 
-    const auto choice = Node::choice("c", {"Curve", "Кривая"}, {{"one", "один"}, {"two", "два"}}, 1);
+    const auto choice = Node::choice("c", {"Test.curve", "Curve", "Кривая"},
+                                     {{"Test.one", "one", "один"}, {"Test.two", "two", "два"}}, 1);
     EXPECT_FALSE(choice->setValue(2));
     EXPECT_FALSE(choice->setText("three"));
     EXPECT_TRUE(choice->setText("one"));
     EXPECT_EQ(choice->getChoice(), 0U);
 
-    const auto text = Node::text("t", {"Note", "Заметка"}, "");
+    const auto text = Node::text("t", {"Test.note", "Note", "Заметка"}, "");
     EXPECT_FALSE(text->setText("\xc3\x28"));
     EXPECT_FALSE(text->setText(std::string("a\0b", 3)));
 }

@@ -12,13 +12,14 @@ using testing::HasSubstr;
 
 std::unique_ptr<Node> sample()
 {
-    auto root = Node::group("root", {"Root", "Корень"});
-    auto& inner = root->add(Node::group("inner", {"Inner", "Внутри"}));
-    inner.add(Node::number("number", {"Number", "Число"}, {"A", "А"}, 0.1, 0, 10));
-    inner.add(Node::integer("whole", {"Whole", "Целое"}, {}, -3, -5, 5));
-    root->add(Node::boolean("flag", {"Flag", "Флаг"}, true));
-    root->add(Node::choice("choice", {"Choice", "Выбор"}, {{"a", "а"}, {"b", "б"}, {"c", "в"}}, 2));
-    root->add(Node::text("note", {"Note", "Заметка"}, ""));
+    auto root = Node::group("root", {"Test.root", "Root", "Корень"});
+    auto& inner = root->add(Node::group("inner", {"Test.inner", "Inner", "Внутри"}));
+    inner.add(Node::number("number", {"Test.number", "Number", "Число"}, lng::Unit::ampere, 0.1, 0, 10));
+    inner.add(Node::integer("whole", {"Test.whole", "Whole", "Целое"}, {}, -3, -5, 5));
+    root->add(Node::boolean("flag", {"Test.flag", "Flag", "Флаг"}, true));
+    root->add(Node::choice("choice", {"Test.choice", "Choice", "Выбор"},
+                           {{"Test.a", "a", "а"}, {"Test.b", "b", "б"}, {"Test.c", "c", "в"}}, 2));
+    root->add(Node::text("note", {"Test.note", "Note", "Заметка"}, ""));
     return root;
 }
 
@@ -80,7 +81,7 @@ TEST(NodeXmlTest, ReadsBackEveryValue)
 TEST(NodeXmlTest, ATreeFromBeforeThereWasAValueIsComplete)
 {
     const auto tree = sample();
-    auto& later = tree->add(Node::text("later", {"Later", "Позже"}, "at first"));
+    auto& later = tree->add(Node::text("later", {"Test.later", "Later", "Позже"}, "at first"));
     EXPECT_FALSE(tree->deserialize(written()));
     later.setIsLater();
     ASSERT_TRUE(later.setText("of another tree"));
@@ -164,9 +165,9 @@ TEST(NodeXmlTest, AnIncompleteTextKeepsTheOtherValuesWhenAllowed)
 TEST(NodeXmlTest, RulesBetweenValuesSeeAllNewValuesInPlace)
 {
     const auto make = [](double low, double high) {
-        auto root = Node::group("root", {"Root", "Корень"});
-        auto& first = root->add(Node::number("low", {"Low", "Низ"}, {}, low, 0, 100));
-        auto& second = root->add(Node::number("high", {"High", "Верх"}, {}, high, 0, 100));
+        auto root = Node::group("root", {"Test.root", "Root", "Корень"});
+        auto& first = root->add(Node::number("low", {"Test.low", "Low", "Низ"}, {}, low, 0, 100));
+        auto& second = root->add(Node::number("high", {"Test.high", "High", "Верх"}, {}, high, 0, 100));
         first.setValidation([&second](const Node::Value& value) {
             return std::get<double>(value) < second.getNumber() ? Kes::Result(true)
                                                                 : Kes::Result::failure("not below");

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Goes through every window of a test program as a screen reader does: each control has a name in the language
-shown and a role that fits, nothing on the screen is left in the other language, and the keyboard reaches
-everything. usage: audit_accessibility.py PROGRAM [TEST...]"""
+shown and a role that fits, nothing on the screen is left in another language, and the keyboard reaches
+everything. usage: audit_accessibility.py PROGRAM LANGUAGE,... [TEST...]"""
 
 import re
 import sys
@@ -33,7 +33,7 @@ class AuditTest(DesktopTest):
             return
         text = re.sub(r"/\S+|\[New\]\.\w+", "", text)  # paths, and the name of a new file
         foreign = [word for word in LATIN.findall(text) if word not in INTERNATIONAL]
-        self.assertEqual(foreign, [], f"{node} in Russian")
+        self.assertEqual(foreign, [], f"{node} in {self.language}")
 
     def audit(self, window):
         unnamed = []
@@ -200,4 +200,4 @@ class AuditTest(DesktopTest):
 
 
 if __name__ == "__main__":
-    sys.exit(main((AuditTest,), sys.argv[1], ("en", "ru"), sys.argv[2:]))
+    sys.exit(main((AuditTest,), sys.argv[1], sys.argv[2].split(","), sys.argv[3:]))

@@ -23,7 +23,7 @@ TIME_SCALE = float(os.environ.get("KES_TIME_SCALE") or 1)
 LIMIT = 15.0  # seconds
 POLL = 0.02  # seconds
 WAYLAND = "WAYLAND_DISPLAY" in os.environ
-LOCALES = {"en": "C.UTF-8", "ru": "ru_RU.UTF-8"}
+LOCALES = {"en": "C.UTF-8", "ru": "ru_RU.UTF-8", "zz": "C.UTF-8"}
 
 
 def wait(what, predicate, limit=LIMIT):

@@ -126,7 +126,7 @@ TEST(TimeBandTest, ReachesAsFarAsARelayThatIsOffInTheCurrent)
     settings.currentTolerancePercent = 2.0;
     const auto band = TimeBand::at(settings, {}, 1.1);
     ASSERT_TRUE(band && band->latest);
-    // Calculated by hand: 60.74 s at 1.122 x Is less 5 %, 93.13 s at 1.078 x Is and 5 %.
+    // Calculated by hand: 60.74 s at 1.122 × Is less 5 %, 93.13 s at 1.078 × Is and 5 %.
     EXPECT_NEAR(band->earliest, 57.703, 0.001);
     EXPECT_NEAR(band->expected, 73.374, 0.001);
     EXPECT_NEAR(*band->latest, 97.786, 0.001);

@@ -133,7 +133,7 @@ TEST_F(ModelRunTest, RefusesCurrentsThatTheDeviceCannotPutOut)
         ASSERT_TRUE(model.getTestObject()->find(current)->setValue(5.0));
     ASSERT_TRUE(runToEnd());
     EXPECT_FALSE(startedOutput);
-    EXPECT_THAT(getTexts(), HasSubstr("20 x Is is 100 A"));
+    EXPECT_THAT(getTexts(), HasSubstr("20 × Is is 100 A"));
     EXPECT_FALSE(model.getResults());
     EXPECT_EQ(model.getRunVerdict(), RunVerdict::None);
 }

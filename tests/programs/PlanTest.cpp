@@ -29,19 +29,19 @@ TEST(PlanTest, RefusesWhatMakesNoSenseAndSaysWhy)
         void (*spoil)(TestPlan&);
     } const cases[] = {
         {"no points", [](TestPlan& plan) { plan.multiples.clear(); }},
-        {"At 1 x Is the relay does not operate", [](TestPlan& plan) { plan.multiples[2] = 1.0; }},
-        {"A point at 1.05 x Is lies within the pick-up tolerance of 5 %",
+        {"At 1 × Is the relay does not operate", [](TestPlan& plan) { plan.multiples[2] = 1.0; }},
+        {"A point at 1.05 × Is lies within the pick-up tolerance of 5 %",
          [](TestPlan& plan) { plan.multiples[2] = 1.05; }},
-        {"A point at 1.5 x Is", [](TestPlan& plan) { plan.pickUpTolerancePercent = 50.0; }},
-        {"At nan x Is", [](TestPlan& plan) { plan.multiples[2] = notANumber; }},
-        {"inf x Is is too much", [](TestPlan& plan) { plan.multiples[2] = infinity; }},
+        {"A point at 1.5 × Is", [](TestPlan& plan) { plan.pickUpTolerancePercent = 50.0; }},
+        {"At nan × Is", [](TestPlan& plan) { plan.multiples[2] = notANumber; }},
+        {"inf × Is is too much", [](TestPlan& plan) { plan.multiples[2] = infinity; }},
         {"Time-out is 0,", [](TestPlan& plan) { plan.timeout = 0.0; }},
         {"ratio is 1, but must lie between 0.01 and 0.99", [](TestPlan& plan) { plan.minimumRatio = 1.0; }},
         {"Pick-up: the ramp must rise", [](TestPlan& plan) { std::swap(plan.pickUp.from, plan.pickUp.to); }},
         {"Drop-off: the ramp must fall", [](TestPlan& plan) { plan.dropOff.to = 1.1; }},
-        {"Pick-up: a step of 0 x Is", [](TestPlan& plan) { plan.pickUp.step = 0.0; }},
-        {"Pick-up: a step of 0.051 x Is is coarser than", [](TestPlan& plan) { plan.pickUp.step = 0.051; }},
-        {"Drop-off: a step of 1e+300 x Is is coarser", [](TestPlan& plan) { plan.dropOff.step = 1e300; }},
+        {"Pick-up: a step of 0 × Is", [](TestPlan& plan) { plan.pickUp.step = 0.0; }},
+        {"Pick-up: a step of 0.051 × Is is coarser than", [](TestPlan& plan) { plan.pickUp.step = 0.051; }},
+        {"Drop-off: a step of 1e+300 × Is is coarser", [](TestPlan& plan) { plan.dropOff.step = 1e300; }},
         {"Drop-off: the ramp has more than 2000 steps", [](TestPlan& plan) { plan.dropOff.step = 1e-300; }},
     };
     for (const auto& test : cases) {
@@ -64,15 +64,15 @@ TEST(PlanTest, RefusesWhatDoesNotSuitRelayOrDevice)
     RelaySettings settings;
     TestPlan plan;
     plan.timeout = 18.5;
-    // 18.10 s at 1.47 x Is and 5 % of it.
-    EXPECT_THAT(message(plan.check(settings)), HasSubstr("at 1.5 x Is the relay may take up to 19.00 s"));
+    // 18.10 s at 1.47 × Is and 5 % of it.
+    EXPECT_THAT(message(plan.check(settings)), HasSubstr("at 1.5 × Is the relay may take up to 19.00 s"));
     plan.timeout = 19.01;
     EXPECT_TRUE(plan.check(settings));
     settings[StageId::First].settingCurrent = 1.6;
     EXPECT_TRUE(plan.check(settings, KesDriver::OutputLimits()));
     settings[StageId::First].settingCurrent = 2.0;
     EXPECT_THAT(message(plan.check(settings, KesDriver::OutputLimits())),
-                HasSubstr("20 x Is is 40 A, but the device puts out at most 32 A"));
+                HasSubstr("20 × Is is 40 A, but the device puts out at most 32 A"));
 }
 
 TEST(PlanTest, RefusesWhatWouldJudgeOrBurnAHealthyRelay)
@@ -81,18 +81,18 @@ TEST(PlanTest, RefusesWhatWouldJudgeOrBurnAHealthyRelay)
         const char* reason;
         void (*spoil)(RelaySettings& settings, TestPlan& plan);
     } const cases[] = {
-        {"1.06 x Is is too close to Is: a relay whose current is off by 6 %",
+        {"1.06 × Is is too close to Is: a relay whose current is off by 6 %",
          [](RelaySettings& settings, TestPlan& plan) {
              settings.currentTolerancePercent = 6.0;
              plan.multiples = {1.06};
          }},
-        {"At 10 x Is for up to 171.",
+        {"At 10 × Is for up to 171.",
          [](RelaySettings& settings, TestPlan&) {
              settings[StageId::First].timeMultiplier = 10.0;
              settings[StageId::First].curve = CurveKind::LongTimeInverse;
          }},
         // Each of them would do, but such a relay hardly cools down in between.
-        {"At 19 x Is for up to",
+        {"At 19 × Is for up to",
          [](RelaySettings& settings, TestPlan& plan) {
              settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
              settings[StageId::First].definiteTime = 5.0;

@@ -39,8 +39,7 @@ protected:
     {
         const RelaySettings settings;
         const auto written = KesMeasure::ReportFile::write(
-            home.file("made.html"), ReportDocument::create(settings, TestPlan(), results),
-            "report/overcurrent.xsl");
+            home.file("made.html"), ReportDocument::create(settings, TestPlan(), results), "report/test.xsl");
         EXPECT_TRUE(written) << (written ? "" : written.getError()->getMessage());
         return KesTest::readFile(home.file("made.html"));
     }
@@ -58,9 +57,9 @@ TEST(SettingsSummaryTest, ShowsTheDigitsThatTellValuesApart)
         texts.push_back(KesMeasure::ScreenNumber::multiple(multiple));
     EXPECT_THAT(texts, ElementsAre("2.00", "1.50", "1.125", "1.001", "1.005", "33.333"));
     const RampResult ramp{MeasureState::Measured, 1.02, 1.00};
-    EXPECT_EQ(SettingsSummary::intervalText(0.05, ramp), "0.0505 A (1.00 … 1.02 x Is)");
+    EXPECT_EQ(SettingsSummary::intervalText(0.05, ramp), "0.0505 A (1.00 … 1.02 × Is)");
     const RampResult falling{MeasureState::Measured, 19.0, 21.0};
-    EXPECT_EQ(SettingsSummary::intervalText(0.05, falling), "1.000 A (19.00 … 21.00 x Is)");
+    EXPECT_EQ(SettingsSummary::intervalText(0.05, falling), "1.000 A (19.00 … 21.00 × Is)");
 }
 
 TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)

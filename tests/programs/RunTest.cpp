@@ -203,6 +203,9 @@ TEST_F(TestRunTest, TheTripContactServesForTheRamps)
     EXPECT_NEAR(recorder.pickUp->without, 1.03, 1e-9);
     EXPECT_NEAR(recorder.dropOff->multiple, 1.03, 1e-9);
     EXPECT_NEAR(recorder.dropOff->without, 1.04, 1e-9);
+    recorder = {};
+    EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(0.5, 1s, 10ms)), RunEnd::Complete);
+    EXPECT_EQ(recorder.dropOff->state, MeasureState::NoDropOff) << "it has picked up";
 }
 
 /// Three points that are each a good half of what the relay withstands.

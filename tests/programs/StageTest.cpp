@@ -150,7 +150,7 @@ TEST(FaultTest, OutputsInParallelShareTheCurrent)
     EXPECT_TRUE(plan.check(settings, KesDriver::OutputLimits()));
     plan.outputsPerPhase = 2;
     EXPECT_THAT(message(plan.check(settings, KesDriver::OutputLimits())),
-                HasSubstr("20 x Is is 80 A, but the device puts out at most 64 A"));
+                HasSubstr("20 × Is is 80 A, but the device puts out at most 64 A"));
 }
 
 TEST(FaultTest, RefusesWhatCannotBeWiredOrSeen)
@@ -179,7 +179,7 @@ TEST(FaultTest, RefusesWhatCannotBeWiredOrSeen)
              plan.faults = {Fault::N};
              settings[StageId::Residual].isUsed = false;
          }},
-        {"At 1.5 x Is no stage operates with fault BC",
+        {"At 1.5 × Is no stage operates with fault BC",
          [](RelaySettings& settings, TestPlan& plan) {
              plan.faults = {Fault::BC};
              settings[StageId::First].curve = CurveKind::TableCurve;
@@ -236,5 +236,5 @@ TEST(ResultTextsTest, NameFaultAndStageOfEachPoint)
     EXPECT_THAT(all, HasSubstr("1|BC|6.00|6.000|I>>|0.300|0.310|"));
     EXPECT_THAT(all, HasSubstr("2|N|6.00|1.200|I0>|0.500|-|"));
     EXPECT_EQ(table.values[0].name, "Pick-up (BC, I>)");
-    EXPECT_THAT(ResultTexts::describe(results, results.points[1]), HasSubstr("N, 6.00 x Is, I0>"));
+    EXPECT_THAT(ResultTexts::describe(results, results.points[1]), HasSubstr("N, 6.00 × Is, I0>"));
 }

@@ -184,6 +184,10 @@ TEST_F(VerdictTest, TellsWhatIsWrongWithAContact)
     relay.dropOff = 95.0;
     EXPECT_EQ(test(relay), (std::vector<bool>{false, false, true}));
     EXPECT_EQ(readings[0].state, MeasureState::ContactEarly) << "it has started before the ramp";
+    relay = makeRelay(promise, 0.0, 0.0);
+    relay.dropOff = 99.0;
+    EXPECT_EQ(test(relay), (std::vector<bool>{true, false, true}));
+    EXPECT_EQ(readings[1].state, MeasureState::NoDropOff) << "it resets with nominal voltage only";
 }
 
 /// Calculated by hand: the ramp goes one tolerance in a second, a relay may take 0.15 s.

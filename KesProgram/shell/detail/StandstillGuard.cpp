@@ -3,8 +3,8 @@
 #include <KesCommon/ExceptionText.h>
 #include <KesCommon/Log.h>
 #include <KesCommon/StringHelper.h>
+#include <KesCommon/Text.h>
 #include <KesProgram/model/ProgramModel.h>
-#include <KesProgram/text/TextPair.h>
 
 namespace KesProgram {
 
@@ -17,7 +17,8 @@ constexpr auto longestStandstill = 3s;
 /// The message waits in the queue of the GUI thread until the window answers.
 void switchOff(ProgramModel& model)
 {
-    static constexpr lng::TextPair text{
+    static constexpr lng::Text text{
+        "Standstill.switchedOff",
         "The window did not answer for more than %s s during the test. The outputs were switched off.",
         "Окно не отвечало во время испытания более %s с. Выходы были отключены."};
     try {
@@ -25,7 +26,7 @@ void switchOff(ProgramModel& model)
             return;
         model.switchOffAtOnce();
         model.signalMessage.emit(
-            Kes::StringHelper::format(lng::choose(text), std::to_string(longestStandstill.count())));
+            Kes::StringHelper::format(text.get(), std::to_string(longestStandstill.count())));
     } catch (...) {
         KesLog::Log::writeError(Kes::getCurrentExceptionText());
     }

@@ -7,7 +7,7 @@ namespace lng::CommonView {
 namespace {
 
 // The underline stands before the letter that presses the button together with Alt.
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"Button.yes", "_Yes", "_Да"},
     {"Button.no", "_No", "_Нет"},
     {"Button.ok", "_OK", "_ОК"},
@@ -24,7 +24,9 @@ constexpr Kes::TextTable table({
     {"Dialog.waiting", "Please wait", "Подождите"},
     {"Unattended.answer", "Answer", "Ответ"},
     {"Unattended.noFile", "No file is chosen", "Файл не выбран"},
-});
+};
+
+constexpr Kes::TextTable table("CommonView", texts);
 
 } // namespace
 

@@ -1,7 +1,8 @@
 #include <KesTree/detail/NodeXml.h>
 
+#include <KesTree/detail/NodeKind.h>
+
 #include <KesCommon/BoundedXmlReader.h>
-#include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
 #include <KesTree/TreeText.h>
 
@@ -20,57 +21,9 @@ using lng::Tree;
 
 constexpr const char* version = "1";
 
-std::string valueText(const Node& node)
-{
-    switch (node.getType()) {
-    case NodeType::Number:
-        return Kes::NumberText::write(node.getNumber());
-    case NodeType::Integer:
-    case NodeType::Choice:
-        return std::to_string(std::get<long long>(node.getValue()));
-    case NodeType::Boolean:
-        return node.getBoolean() ? "true" : "false";
-    case NodeType::Text:
-        return node.getText();
-    case NodeType::Group:
-        break;
-    }
-    return {};
-}
-
-/// Monostate for a text that holds no value of the type.
-Node::Value parseValue(NodeType type, const std::string& text)
-{
-    const auto orNothing = [](const auto& read) { return read ? Node::Value(*read) : Node::Value(); };
-    switch (type) {
-    case NodeType::Number:
-        return orNothing(Kes::NumberText::read(text));
-    case NodeType::Integer:
-    case NodeType::Choice:
-        return orNothing(Kes::NumberText::readInteger(text));
-    case NodeType::Boolean:
-        return text == "true" ? Node::Value(true) : text == "false" ? Node::Value(false) : Node::Value();
-    case NodeType::Text:
-        return text;
-    case NodeType::Group:
-        break;
-    }
-    return {};
-}
-
 const char* elementName(const Node& node)
 {
     return node.getType() == NodeType::Group ? "group" : "value";
-}
-
-void writeNode(const Node& node, xmlpp::Element& parent)
-{
-    auto& element = *parent.add_child(elementName(node));
-    element.set_attribute("id", node.getId());
-    if (node.getType() != NodeType::Group)
-        element.add_child_text(valueText(node));
-    for (const auto& child : node.getChildren())
-        writeNode(*child, element);
 }
 
 Kes::Result formError()
@@ -113,12 +66,22 @@ std::optional<std::string> elementText(const xmlpp::Element& element)
 
 } // namespace
 
+void NodeXmlWriter::_write(const Node& node, xmlpp::Element& parent)
+{
+    auto& element = *parent.add_child(elementName(node));
+    element.set_attribute("id", node.getId());
+    if (node.getType() != NodeType::Group)
+        element.add_child_text(node._kind->write(node.getValue()));
+    for (const auto& child : node.getChildren())
+        _write(*child, element);
+}
+
 std::string NodeXmlWriter::write(const Node& root)
 {
     xmlpp::Document document;
     auto& tree = *document.create_root_node("tree");
     tree.set_attribute("version", version);
-    writeNode(root, tree);
+    _write(root, tree);
     return document.write_to_string_formatted("UTF-8").raw();
 }
 
@@ -196,13 +159,13 @@ Kes::Result NodeXmlReader::_readValue(Node& node, const xmlpp::Element& element)
     const auto text = elementText(element);
     if (!text)
         return formError();
-    Node::Value value = parseValue(node.getType(), *text);
+    Node::Value value = node._kind->read(*text);
     // Tells what is wrong with the text as it would to a user who has typed it.
     if (value.index() == 0) {
         const auto typed = node._parse(*text, value);
         return typed ? formError() : typed;
     }
-    if (auto result = node._checkRange(value); !result)
+    if (auto result = node._check(value); !result)
         return result;
     _values.emplace_back(&node, std::move(value));
     return true;

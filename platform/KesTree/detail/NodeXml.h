@@ -17,6 +17,9 @@ namespace KesTree {
 class NodeXmlWriter {
 public:
     static std::string write(const Node& root);
+
+private:
+    static void _write(const Node& node, xmlpp::Element& parent);
 };
 
 /// Reads the values of a tree: first all of them are checked one by one, then they are put in place without

@@ -6,7 +6,7 @@ namespace lng::TreeRelay {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"Error.settingRatio", "the setting current must be at most %s times the nominal current",
      "ток уставки не может превышать номинальный более чем в %s раз"},
     {"Error.noTolerance", "one of the two tolerances must be above zero",
@@ -28,7 +28,9 @@ constexpr Kes::TextTable table({
      "«%s»: кратность должна быть больше, чем в предыдущей паре"},
     {"Error.tableFalling", "“%s”: its time must not be longer than that of the pair before",
      "«%s»: время не должно быть больше, чем в предыдущей паре"},
-});
+};
+
+constexpr Kes::TextTable table("TreeRelay", texts);
 
 } // namespace
 

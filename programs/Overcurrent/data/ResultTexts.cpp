@@ -7,6 +7,7 @@
 
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>
+#include <KesCommon/UnitText.h>
 #include <KesMeasure/ScreenNumber.h>
 #include <KesMeasure/SpreadColumn.h>
 #include <KesMeasure/StateText.h>
@@ -19,8 +20,8 @@ namespace Overcurrent::ResultTexts {
 namespace {
 
 using KesMeasure::Mark;
+using KesMeasure::MeasureState;
 using KesMeasure::ResultTable;
-using KesMeasure::stateText;
 using KesMeasure::ScreenNumber::amperes;
 using KesMeasure::ScreenNumber::fixed;
 using KesMeasure::ScreenNumber::multiple;
@@ -48,6 +49,12 @@ double pickUpCurrentOf(const TestResults& results)
     return StageTimes::pickUpCurrent(results.settings, results.plan.getRampCase());
 }
 
+std::string verdictText(MeasureState state, bool isPassed)
+{
+    return state == MeasureState::ContactEarly ? get("Results.contactEarly")
+                                               : KesMeasure::stateText(state, isPassed);
+}
+
 /// With several faults or stages it says with which fault it has been measured, and whose value it is.
 std::string rampName(const std::string& id, const TestResults* results)
 {
@@ -73,9 +80,9 @@ ResultTable::Value rampValue(const char* id, const TestResults* results,
         const double current = pickUpCurrentOf(*results);
         value.value = SettingsSummary::intervalText(current, *ramp);
         value.number = ramp->getValue() * current;
-        value.unit = get("Unit.ampere");
+        value.unit = lng::Unit::ampere.get();
     }
-    value.verdict = stateText(ramp->state, isPassed);
+    value.verdict = verdictText(ramp->state, isPassed);
     value.mark = toMark(isPassed);
     return value;
 }
@@ -84,7 +91,8 @@ ResultTable::Band pickUpBand(const TestResults& results)
 {
     const double tolerance = results.plan.pickUpTolerancePercent / 100.0;
     const double current = pickUpCurrentOf(results);
-    return {amperes(current * (1.0 - tolerance)), amperes(current * (1.0 + tolerance)), get("Unit.ampere")};
+    return {amperes(current * (1.0 - tolerance)), amperes(current * (1.0 + tolerance)),
+            lng::Unit::ampere.get()};
 }
 
 const std::vector<ResultTable::Column>& columns()
@@ -118,10 +126,10 @@ ResultTable::Row createRow(const TestResults& results, const PointResult& point,
              fixed(evaluated.expected, 3), evaluated.measured ? fixed(*evaluated.measured, 3) : none,
              evaluated.deviation ? withSign(*evaluated.deviation, 3) : none,
              evaluated.deviationPercent ? withSign(*evaluated.deviationPercent, 2) : none,
-             bandText(evaluated), isMeasured ? stateText(point.state, evaluated.isPassed) : ""},
+             bandText(evaluated), isMeasured ? verdictText(point.state, evaluated.isPassed) : ""},
             isMeasured ? toMark(evaluated.isPassed) : Mark::None,
             "point." + Faults::wordOf(point.fault) + "." + Kes::NumberText::write(point.multiple),
-            {fixed(evaluated.earliest, 3), fixed(evaluated.latest, 3), get("Unit.second")}};
+            {fixed(evaluated.earliest, 3), fixed(evaluated.latest, 3), lng::Unit::second.get()}};
 }
 
 std::vector<ResultTable::Value> createValues(const TestResults* results)
@@ -145,7 +153,7 @@ std::vector<ResultTable::Value> createValues(const TestResults* results)
         ratio.value = fixed(*value, 3) + " (" + fixed(least, 3) + " \u2026 " + fixed(most, 3) + ")";
         ratio.number = *value;
         ratio.band = {fixed(results->plan.minimumRatio, 3), fixed(1.0, 3), ""};
-        ratio.verdict = stateText(MeasureState::Measured, isDropOffPassed);
+        ratio.verdict = verdictText(MeasureState::Measured, isDropOffPassed);
         ratio.mark = toMark(isDropOffPassed);
     }
     values.push_back(std::move(ratio));
@@ -168,7 +176,7 @@ ResultTable createTable(const TestResults& results)
     }
     if (results.plan.repetitions == 1)
         return table;
-    KesMeasure::addSpreadColumn(table, get("Unit.second"), spreads);
+    KesMeasure::addSpreadColumn(table, lng::Unit::second.get(), spreads);
     // The window has no room for one more.
     for (auto& column : table.columns)
         column.isInWindow = column.name != "current" && column.name != "deviation";
@@ -178,9 +186,9 @@ ResultTable createTable(const TestResults& results)
 std::string describePlanned(const TestResults& results, const PointResult& point)
 {
     const auto evaluated = Evaluation::evaluate(results, point);
-    return Faults::nameOf(point.fault) + ", " + multiple(point.multiple) + " " + get("Unit.setting") + ", " +
-           SettingsSummary::nameOf(evaluated.stage) + "\n" + get("Results.expected") + ": " +
-           fixed(evaluated.expected, 3) + " (" + bandText(evaluated) + ")";
+    return Faults::nameOf(point.fault) + ", " + multiple(point.multiple) + " " +
+           lng::Unit::timesSetting.get() + ", " + SettingsSummary::nameOf(evaluated.stage) + "\n" +
+           get("Results.expected") + ": " + fixed(evaluated.expected, 3) + " (" + bandText(evaluated) + ")";
 }
 
 std::string describe(const TestResults& results, const PointResult& point)
@@ -188,7 +196,7 @@ std::string describe(const TestResults& results, const PointResult& point)
     const auto evaluated = Evaluation::evaluate(results, point);
     const std::string measured = evaluated.measured ? fixed(*evaluated.measured, 3) : get("Results.notYet");
     return describePlanned(results, point) + "\n" + get("Results.measured") + ": " + measured + "\n" +
-           stateText(point.state, evaluated.isPassed);
+           verdictText(point.state, evaluated.isPassed);
 }
 
 } // namespace Overcurrent::ResultTexts

@@ -3,7 +3,9 @@
 #include <Overcurrent/text/OvercurrentText.h>
 
 #include <KesCommon/StringHelper.h>
+#include <KesCommon/UnitText.h>
 #include <KesMeasure/ScreenNumber.h>
+#include <KesTreeRelay/RelayNames.h>
 
 #include <algorithm>
 
@@ -14,10 +16,11 @@ namespace {
 using Kes::StringHelper::format;
 using KesMeasure::ScreenNumber::shortest;
 using lng::Overcurrent::get;
+namespace RelayNames = KesTree::RelayNames;
 
-std::string withUnit(double value, const char* unitKey)
+std::string withUnit(double value, const lng::Text& unit)
 {
-    return shortest(value) + " " + get(unitKey);
+    return shortest(value) + " " + unit.get();
 }
 
 std::string rampText(const Ramp& ramp)
@@ -31,21 +34,21 @@ std::string multiplesText(const std::vector<double>& multiples)
     std::string text;
     for (const double multiple : multiples)
         text += (text.empty() ? "" : "; ") + shortest(multiple);
-    return text + " " + get("Unit.setting");
+    return text + " " + lng::Unit::timesSetting.get();
 }
 
 std::string curveText(const Stage& stage)
 {
-    const std::string curve = get("Curve." + std::to_string(static_cast<int>(stage.curve)));
+    const std::string curve = RelayNames::curves[static_cast<std::size_t>(stage.curve)].get();
     return stage.curve == CurveKind::TableCurve ? curve + " " + KesTree::CurveTable::show(stage.table)
                                                 : curve;
 }
 
 std::string stageText(const Stage& stage)
 {
-    std::string text = withUnit(stage.settingCurrent, "Unit.ampere");
+    std::string text = withUnit(stage.settingCurrent, lng::Unit::ampere);
     if (stage.curve == CurveKind::DefiniteTimeCurve)
-        text += ", " + withUnit(stage.definiteTime, "Unit.second");
+        text += ", " + withUnit(stage.definiteTime, lng::Unit::second);
     else if (stage.curve != CurveKind::TableCurve)
         text += ", TMS " + shortest(stage.timeMultiplier);
     if (stage.direction == DirectionKind::NonDirectional)
@@ -83,7 +86,7 @@ std::string contactsText(const RelaySettings& settings)
 std::vector<Line> describe(const RelaySettings& settings)
 {
     std::vector<Line> lines{
-        {get("Settings.nominalCurrent"), withUnit(settings.nominalCurrent, "Unit.ampere")}};
+        {RelayNames::nominalCurrent.get(), withUnit(settings.nominalCurrent, lng::Unit::ampere)}};
     for (const auto stage : allStages)
         if (settings[stage].isUsed) {
             lines.push_back({nameOf(stage), stageText(settings[stage])});
@@ -94,15 +97,15 @@ std::vector<Line> describe(const RelaySettings& settings)
                          format(get("Settings.directionalValue"), shortest(settings.characteristicAngle),
                                 shortest(settings.nominalVoltage))});
     const bool isAssigned = settings.toleranceKind == TimeToleranceKind::AssignedError;
-    lines.push_back({get("Settings.tolerance"),
+    lines.push_back({RelayNames::timeTolerance.get(),
                      format(get(isAssigned ? "Settings.assignedError" : "Settings.toleranceValue"),
                             shortest(settings.tolerancePercent), shortest(settings.toleranceMilliseconds))});
     lines.push_back(
-        {get("Settings.currentTolerance"), withUnit(settings.currentTolerancePercent, "Unit.percent")});
-    lines.push_back({get("Settings.contacts"), contactsText(settings)});
+        {RelayNames::currentTolerance.get(), withUnit(settings.currentTolerancePercent, lng::Unit::percent)});
+    lines.push_back({RelayNames::contacts.get(), contactsText(settings)});
     lines.push_back(
-        {get("Settings.debounce"), shortest(settings.debounceMilliseconds) + " " + get("Unit.millisecond")});
-    lines.push_back({get("Settings.resetTime"), withUnit(settings.resetTime, "Unit.second")});
+        {RelayNames::debounce.get(), withUnit(settings.debounceMilliseconds, lng::Unit::millisecond)});
+    lines.push_back({RelayNames::resetTime.get(), withUnit(settings.resetTime, lng::Unit::second)});
     lines.push_back({get("Settings.withstand"),
                      format(get("Settings.withstandValue"), shortest(settings.continuousWithstand),
                             shortest(settings.tenSecondWithstand), shortest(settings.oneSecondWithstand))});
@@ -112,8 +115,8 @@ std::vector<Line> describe(const RelaySettings& settings)
 std::vector<Line> describe(const TestPlan& plan, const RelaySettings& settings)
 {
     std::vector<Line> lines{{get("PlanView.multiples"), multiplesText(plan.multiples)},
-                            {get("Plan.timeout"), withUnit(plan.timeout, "Unit.second")},
-                            {get("Plan.pause"), withUnit(plan.pause, "Unit.second")}};
+                            {get("Plan.timeout"), withUnit(plan.timeout, lng::Unit::second)},
+                            {get("Plan.pause"), withUnit(plan.pause, lng::Unit::second)}};
     lines.insert(lines.begin() + 1, {get("PlanView.faults"), faultsText(plan, settings)});
     if (plan.outputsPerPhase > 1)
         lines.push_back({get("PlanView.outputs"), std::to_string(plan.outputsPerPhase)});
@@ -122,7 +125,8 @@ std::vector<Line> describe(const TestPlan& plan, const RelaySettings& settings)
     if (settings.hasRamps()) {
         lines.push_back({get("PlanView.pickUpRamp"), rampText(plan.pickUp)});
         lines.push_back({get("PlanView.dropOffRamp"), rampText(plan.dropOff)});
-        lines.push_back({get("Plan.pickUpTolerance"), withUnit(plan.pickUpTolerancePercent, "Unit.percent")});
+        lines.push_back(
+            {get("Plan.pickUpTolerance"), withUnit(plan.pickUpTolerancePercent, lng::Unit::percent)});
         lines.push_back({get("Plan.minimumRatio"), shortest(plan.minimumRatio)});
     }
     lines.push_back({get("Plan.noOperation"), get(plan.goesOn ? "Plan.goOn" : "Plan.end")});

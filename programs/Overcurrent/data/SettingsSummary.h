@@ -21,7 +21,7 @@ std::vector<Line> describe(const TestPlan& plan, const RelaySettings& settings);
 /// "I>>".
 std::string nameOf(StageId stage);
 
-/// "1.005 A (1.00 … 1.01 x Is)"; Is is the lowest pick-up current in amperes.
+/// "1.005 A (1.00 … 1.01 × Is)"; Is is the lowest pick-up current in amperes.
 std::string intervalText(double pickUpCurrent, const RampResult& ramp);
 
 } // namespace Overcurrent::SettingsSummary

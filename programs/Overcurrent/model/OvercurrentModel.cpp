@@ -122,7 +122,7 @@ std::string OvercurrentModel::_createReportData() const
 
 std::string OvercurrentModel::_getStylesheet() const
 {
-    return "report/overcurrent.xsl";
+    return "report/test.xsl";
 }
 
 std::string OvercurrentModel::_getProgramId() const

@@ -24,7 +24,13 @@ std::string ReportDocument::create(const RelaySettings& settings, const TestPlan
         const auto verdict = results ? Evaluation::verdict(*results) : Verdict::None;
         ReportXml::addHead(root, verdict, TestOutcome::create(results, areResultsLost), results,
                            ResultsXml::toText(results));
-        root.set_attribute("subtitle", lng::Overcurrent::get("Report.title"));
+        using lng::Overcurrent::get;
+        ReportXml::addLines(root, "captions",
+                            {{"results", get("Report.results")},
+                             {"values", get("Report.values")},
+                             {"chart", get("Report.chart")},
+                             {"legendUnmeasured", get("Report.unmeasured")}});
+        root.set_attribute("subtitle", get("Report.title"));
         ReportXml::addLines(root, "nameplate", nameplate);
         ReportXml::addLines(root, "settings", SettingsSummary::describe(settings));
         ReportXml::addLines(root, "plan", SettingsSummary::describe(plan, settings));

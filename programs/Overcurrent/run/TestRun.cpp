@@ -213,7 +213,7 @@ RunEnd TestRun::_runDropOff(const Multiples& multiples, RampResult& result)
     if (!closed)
         result = {stateWithoutChange(record, sequence[0].duration)};
     else
-        result = opened ? between(multiples, *opened->step - 1) : RampResult{MeasureState::NoOperation};
+        result = opened ? between(multiples, *opened->step - 1) : RampResult{MeasureState::NoDropOff};
     return RunEnd::Complete;
 }
 

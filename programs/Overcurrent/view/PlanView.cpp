@@ -2,6 +2,7 @@
 
 #include <Overcurrent/text/OvercurrentText.h>
 
+#include <KesCommon/UnitText.h>
 #include <KesCommonView/GtkWidgetHelper.h>
 
 #include <atkmm/object.h>
@@ -40,18 +41,18 @@ PlanView::PlanView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(get("PlanView
     _error.set_no_show_all(true);
     auto& multiples = _prepareEntry(PlanField::Multiples);
     multiples.set_tooltip_text(get("PlanView.multiplesTip"));
-    _addLabel(PlanTexts::nameOf(PlanField::Multiples) + ", " + get("Unit.setting"), 0, 3);
+    _addLabel(PlanTexts::nameOf(PlanField::Multiples) + ", " + lng::Unit::timesSetting.get(), 0, 3);
     ++_row;
     _form.attach(multiples, 0, _row++, 3, 1);
     _addFaults();
     _addChoices();
-    _addRow(PlanField::Repetitions, nullptr);
-    _addRow(PlanField::Timeout, "Unit.second");
-    _addRow(PlanField::Pause, "Unit.second");
+    _addRow(PlanField::Repetitions, lng::Unit::none);
+    _addRow(PlanField::Timeout, lng::Unit::second);
+    _addRow(PlanField::Pause, lng::Unit::second);
     _addRamp("PlanView.pickUpRamp", PlanField::PickUpFrom);
     _addRamp("PlanView.dropOffRamp", PlanField::DropOffFrom);
-    _addRow(PlanField::PickUpTolerance, "Unit.percent");
-    _addRow(PlanField::MinimumRatio, nullptr);
+    _addRow(PlanField::PickUpTolerance, lng::Unit::percent);
+    _addRow(PlanField::MinimumRatio, lng::Unit::none);
     _goesOn.set_label(get("PlanView.goesOn"));
     _goesOn.signal_toggled().connect(sigc::mem_fun(*this, &PlanView::_onEdited));
     _form.attach(_goesOn, 0, _row++, 3, 1);
@@ -124,12 +125,12 @@ Gtk::Entry& PlanView::_prepareEntry(PlanField field)
     return entry;
 }
 
-void PlanView::_addRow(PlanField field, const char* unitKey)
+void PlanView::_addRow(PlanField field, const lng::Text& unit)
 {
     auto& label = _addLabel(PlanTexts::nameOf(field), 0);
     label.set_hexpand(true);
     _form.attach(_prepareEntry(field), 1, _row, 1, 1);
-    _addLabel(unitKey ? get(unitKey) : "", 2);
+    _addLabel(unit.get(), 2);
     ++_row;
 }
 
@@ -140,7 +141,7 @@ void PlanView::_addRamp(const char* nameKey, PlanField first)
     ++_row;
     auto& ramp = *Gtk::manage(new Gtk::Grid());
     ramp.get_style_context()->add_class("ramp");
-    const auto part = [&](std::size_t index, const char* partKey, const char* unitKey) {
+    const auto part = [&](std::size_t index, const char* partKey, const lng::Text& unit) {
         const int column = index % 2 == 0 ? 0 : 3;
         const int row = static_cast<int>(index / 2);
         auto& entry = _prepareEntry(next(first, index));
@@ -149,12 +150,12 @@ void PlanView::_addRamp(const char* nameKey, PlanField first)
             label.get_style_context()->add_class("ramp-second");
         ramp.attach(label, column, row, 1, 1);
         ramp.attach(entry, column + 1, row, 1, 1);
-        ramp.attach(makeLabel(get(unitKey)), column + 2, row, 1, 1);
+        ramp.attach(makeLabel(unit.get()), column + 2, row, 1, 1);
     };
-    part(0, "PlanView.from", "Unit.setting");
-    part(1, "PlanView.to", "Unit.setting");
-    part(2, "PlanView.step", "Unit.setting");
-    part(3, "PlanView.dwell", "Unit.second");
+    part(0, "PlanView.from", lng::Unit::timesSetting);
+    part(1, "PlanView.to", lng::Unit::timesSetting);
+    part(2, "PlanView.step", lng::Unit::timesSetting);
+    part(3, "PlanView.dwell", lng::Unit::second);
     _form.attach(ramp, 0, _row++, 3, 1);
 }
 

@@ -29,7 +29,7 @@ public:
 private:
     class ErrorView : public Gtk::Label, public Kes::IView {};
 
-    void _addRow(PlanField field, const char* unitKey);
+    void _addRow(PlanField field, const lng::Text& unit);
     void _addRamp(const char* nameKey, PlanField first);
     void _addFaults();
     void _addChoices();

@@ -1,5 +1,6 @@
 #include <VoltageFrequency/data/Settings.h>
 
+#include <KesCommon/UnitText.h>
 #include <KesMeasure/SinglesXml.h>
 #include <KesTreeRelay/RelayNodes.h>
 #include <KesTreeRelay/VoltageFrequencyNodes.h>
@@ -77,26 +78,37 @@ Settings Settings::fromNode(const Node& testObject)
 
 std::unique_ptr<Node> makeTestObject()
 {
-    const KesTree::TextPair seconds{"s", "с"};
-    const KesTree::TextPair percent{"%", "%"};
-    const KesTree::TextPair hertz{"Hz", "Гц"};
     auto root = Nodes::voltageFrequencyRelay();
-    auto& plan = root->add(Node::group(planGroup, {"Test plan", "План проверки"}));
-    plan.add(Node::number(healthyTimeId, {"Nominal quantities before", "Номинальный режим перед подачей"},
-                          seconds, 1.0, 0.1, 60.0));
-    plan.add(Node::number(resetTimeId, {"Reset time of the relay", "Время возврата реле"}, seconds, 2.0, 0.05,
-                          60.0));
-    plan.add(Node::number(rampTimeId, {"Ramp time per tolerance", "Время изменения на один допуск"}, seconds,
-                          1.0, 0.5, 60.0));
-    plan.add(Node::number(voltageStepId, {"Step beyond the voltage setting", "Превышение уставки напряжения"},
-                          percent, 10.0, 1.0, 50.0));
+    auto& plan =
+        root->add(Node::group(planGroup, {"VoltageFrequencyPlan.testPlan", "Test plan", "План проверки"}));
+    plan.add(Node::number(healthyTimeId,
+                          {"VoltageFrequencyPlan.nominalQuantitiesBefore", "Nominal quantities before",
+                           "Номинальный режим перед подачей"},
+                          lng::Unit::second, 1.0, 0.1, 60.0));
+    plan.add(Node::number(
+        resetTimeId,
+        {"VoltageFrequencyPlan.resetTimeOfTheRelay", "Reset time of the relay", "Время возврата реле"},
+        lng::Unit::second, 2.0, 0.05, 60.0));
+    plan.add(Node::number(rampTimeId,
+                          {"VoltageFrequencyPlan.rampTimePerTolerance", "Ramp time per tolerance",
+                           "Время изменения на один допуск"},
+                          lng::Unit::second, 1.0, 0.5, 60.0));
+    plan.add(Node::number(voltageStepId,
+                          {"VoltageFrequencyPlan.stepBeyondTheVoltageSetting",
+                           "Step beyond the voltage setting", "Превышение уставки напряжения"},
+                          lng::Unit::percent, 10.0, 1.0, 50.0));
     plan.add(Node::number(frequencyStepId,
-                          {"Step beyond the frequency setting", "Превышение уставки частоты"}, hertz, 0.5,
-                          0.05, 5.0));
-    plan.add(Node::number(rateStepId, {"Step beyond the rate setting", "Превышение уставки скорости"},
-                          percent, 20.0, 5.0, 100.0));
-    plan.add(Node::integer(repetitionsId, {"Measurements of each value", "Измерений каждой величины"}, {}, 1,
-                           1, KesMeasure::SinglesXml::mostRepetitions))
+                          {"VoltageFrequencyPlan.stepBeyondTheFrequencySetting",
+                           "Step beyond the frequency setting", "Превышение уставки частоты"},
+                          lng::Unit::hertz, 0.5, 0.05, 5.0));
+    plan.add(Node::number(rateStepId,
+                          {"VoltageFrequencyPlan.stepBeyondTheRateSetting", "Step beyond the rate setting",
+                           "Превышение уставки скорости"},
+                          lng::Unit::percent, 20.0, 5.0, 100.0));
+    plan.add(Node::integer(repetitionsId,
+                           {"VoltageFrequencyPlan.measurementsOfEachValue", "Measurements of each value",
+                            "Измерений каждой величины"},
+                           {}, 1, 1, KesMeasure::SinglesXml::mostRepetitions))
         .setIsLater();
     return root;
 }

@@ -4,6 +4,7 @@
 #include <VoltageFrequency/text/VoltageFrequencyText.h>
 
 #include <KesCommon/StringHelper.h>
+#include <KesCommon/UnitText.h>
 #include <KesDriver/simulated/relays/VoltageFrequencyRelay.h>
 #include <KesMeasure/ContactChanges.h>
 #include <KesMeasure/MeasureText.h>
@@ -47,7 +48,10 @@ std::string nameOf(StageKind kind)
 
 const char* unitOf(StageKind kind)
 {
-    return get(isVoltage(kind) ? "Unit.volt" : kind == FrequencyRate ? "Unit.hertzPerSecond" : "Unit.hertz");
+    return (isVoltage(kind)         ? lng::Unit::volt
+            : kind == FrequencyRate ? lng::Unit::hertzPerSecond
+                                    : lng::Unit::hertz)
+        .get();
 }
 
 std::string withUnit(double value, const char* unit)
@@ -97,7 +101,7 @@ Reading readDropOff(const Settings& settings, const Steps::Ramp& ramp, const Seq
         return {hasStarted ? MeasureState::ContactEarly : MeasureState::NoOperation, 0.0};
     const auto time = Steps::changeIn(record, Steps::dropOffStep, {settings.startInput, false});
     return time ? Reading{MeasureState::Measured, ramp.valueAt(*time)}
-                : Reading{MeasureState::NoOperation, 0.0};
+                : Reading{MeasureState::NoDropOff, 0.0};
 }
 
 /// Nothing: no change in the last step.
@@ -128,10 +132,10 @@ MaybeReading readRateDropOff(const Settings& settings, const SequenceRecord& rec
 
 std::vector<KesMeasure::TextLine> VoltageFrequencyTest::describe() const
 {
-    const char* second = get("Unit.second");
+    const char* second = lng::Unit::second.get();
     std::vector<KesMeasure::TextLine> lines{
-        {get("Settings.nominal"), withUnit(_settings.nominalVoltage, get("Unit.volt")) + ", " +
-                                      withUnit(_settings.nominalFrequency, get("Unit.hertz"))},
+        {get("Settings.nominal"), withUnit(_settings.nominalVoltage, lng::Unit::volt.get()) + ", " +
+                                      withUnit(_settings.nominalFrequency, lng::Unit::hertz.get())},
         {get("Settings.inputs"),
          format(get("Settings.inputsValue"), _settings.tripInput, _settings.startInput)}};
     for (std::size_t i = 0; i < StageCount; ++i) {
@@ -146,15 +150,15 @@ std::vector<KesMeasure::TextLine> VoltageFrequencyTest::describe() const
         lines.push_back({get("Settings.tolerance"), "\u00B1" + withUnit(stage.tolerance, unitOf(kind)) +
                                                         ", \u00B1" + withUnit(stage.timeTolerance, second)});
     }
-    const char* percent = get("Unit.percent");
+    const char* percent = lng::Unit::percent.get();
     lines.insert(lines.end(),
                  {{get("Settings.plan"), ""},
                   {get("Settings.healthy"), withUnit(_settings.healthyTime, second)},
                   {get("Settings.reset"), withUnit(_settings.resetTime, second)},
                   {get("Settings.ramp"), format(get("Settings.rampValue"), shortest(_settings.rampTime))},
                   {get("Settings.steps"), withUnit(_settings.voltageStep * 100.0, percent) + ", " +
-                                              withUnit(_settings.frequencyStep, get("Unit.hertz")) + ", " +
-                                              withUnit(_settings.rateStep * 100.0, percent)},
+                                              withUnit(_settings.frequencyStep, lng::Unit::hertz.get()) +
+                                              ", " + withUnit(_settings.rateStep * 100.0, percent)},
                   {get("Settings.repetitions"), std::to_string(_settings.repetitions)}});
     return lines;
 }
@@ -221,6 +225,7 @@ KesMeasure::MeasurementPlan VoltageFrequencyTest::createPlan() const
                                       &readChange<&Settings::startInput>));
             plan.push_back(
                 _planRates("dropOff", stage.dropOff, -step, &Steps::rateDropOff, &readRateDropOff));
+            plan.back().withoutReading = MeasureState::NoDropOff;
         } else {
             plan.push_back(_planRamp(kind, "pickUp", stage.setting, Steps::pickUpRamp(_settings, kind),
                                      Steps::pickUp(_settings, kind), &readPickUp));
@@ -285,7 +290,7 @@ PlannedMeasurement VoltageFrequencyTest::_planOperateTime(StageKind kind) const
 {
     const auto& stage = _settings.stages[kind];
     auto planned = planOf(kind, "operateTime");
-    planned.unit = get("Unit.second");
+    planned.unit = lng::Unit::second.get();
     planned.decimals = 3;
     planned.expected = stage.delay;
     planned.lower = std::max(0.0, stage.delay - stage.timeTolerance);

@@ -6,7 +6,7 @@ namespace lng::VoltageFrequency {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"Program.summary", "Tests a voltage and frequency relay with a KESTO device.",
      "Проверка реле напряжения и частоты с помощью устройства КЕСТО."},
     {"Report.title", "Voltage and frequency relay: pick-up, drop-off and operate time",
@@ -21,12 +21,6 @@ constexpr Kes::TextTable table({
     {"Quantity.pickUp", "pick-up", "срабатывание"},
     {"Quantity.dropOff", "drop-off", "возврат"},
     {"Quantity.operateTime", "operate time", "время"},
-
-    {"Unit.volt", "V", "В"},
-    {"Unit.hertz", "Hz", "Гц"},
-    {"Unit.hertzPerSecond", "Hz/s", "Гц/с"},
-    {"Unit.second", "s", "с"},
-    {"Unit.percent", "%", "%"},
 
     {"Settings.nominal", "Nominal", "Номинальные"},
     {"Settings.inputs", "Inputs", "Входы"},
@@ -54,7 +48,9 @@ constexpr Kes::TextTable table({
     {"Check.rateReaches",
      "testing df/dt changes the frequency by %s Hz, which reaches the setting of %s. Switch one of them off.",
      "при проверке df/dt частота меняется на %s Гц и достигает уставки %s. Выведите одну из ступеней."},
-});
+};
+
+constexpr Kes::TextTable table("VoltageFrequency", texts);
 
 } // namespace
 

@@ -41,7 +41,7 @@ TEST_F(WindowsTest, TestObjectWindowOpensOnceAndAgainAfterClosing)
     open();
     shell.requestTestObject();
     EXPECT_THAT(windows(), ElementsAre()) << "without a test object there is no window";
-    model.testObject = KesTree::Node::group("relay", {"Relay", "Реле"});
+    model.testObject = KesTree::Node::group("relay", {"Test.relay", "Relay", "Реле"});
     shell.requestTestObject();
     shell.requestTestObject();
     ASSERT_EQ(windows().size(), 1U);
@@ -59,7 +59,7 @@ TEST_F(WindowsTest, TestObjectWindowOpensOnceAndAgainAfterClosing)
 TEST_F(WindowsTest, ProgramThatClosesTakesItsWindowsAlong)
 {
     open();
-    model.testObject = KesTree::Node::group("relay", {"Relay", "Реле"});
+    model.testObject = KesTree::Node::group("relay", {"Test.relay", "Relay", "Реле"});
     shell.requestTestObject();
     shell.requestHardware();
     EXPECT_EQ(windows().size(), 2U);

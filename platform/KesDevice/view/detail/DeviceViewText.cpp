@@ -6,7 +6,7 @@ namespace lng::DeviceView {
 
 namespace {
 
-constexpr Kes::TextTable table({
+constexpr lng::Text texts[] = {
     {"Settings.title", "Setting up KESTO", "Настройка КЕСТО"},
     {"Settings.local", "These devices belong to this program only; the other programs keep theirs.",
      "Эти устройства относятся только к этой программе; другие программы сохраняют свои."},
@@ -70,7 +70,9 @@ constexpr Kes::TextTable table({
      "State\nConnect to the devices and ask for their state every second while no test runs",
      "Состояние\nПодключаться к устройствам и опрашивать их состояние каждую секунду, пока проверка не "
      "выполняется"},
-});
+};
+
+constexpr Kes::TextTable table("DeviceView", texts);
 
 } // namespace
 
