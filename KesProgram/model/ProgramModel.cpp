@@ -135,6 +135,11 @@ std::string ProgramModel::createReport()
     return {};
 }
 
+bool ProgramModel::hasReport()
+{
+    return true;
+}
+
 std::string ProgramModel::getDataSummary()
 {
     return {};

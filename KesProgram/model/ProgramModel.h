@@ -149,6 +149,10 @@ public:
     /// that was not saved; empty. GUI thread.
     virtual std::string getDataSummary();
 
+    /// Whether the program writes reports; true. Without them it has no button for one, and "--report" is
+    /// refused before anything is put out. GUI thread; always the same answer.
+    virtual bool hasReport();
+
     /// What the program is doing, for the status bar. Any thread; the reference is valid until the same
     /// thread asks again.
     const std::string& getState() const;

@@ -88,6 +88,8 @@ public:
     void requestHardware();
     /// Opens the window of the test object; nothing when it is open or the program has no test object.
     void requestTestObject();
+    /// Whether the program writes reports, as its model says.
+    bool hasReport();
     /// Builds the report and opens it with the desktop's application; a failure is shown.
     virtual void requestReport();
     /// Closes the program as the window's close button does. Nothing before the first `open` and while
@@ -143,9 +145,11 @@ protected:
     virtual void _extractXmlConfig(xmlpp::Element* root);
     /// Puts recent files and window rectangle into the file's root. An override calls it.
     virtual void _fillXmlConfig(xmlpp::Element* root);
-    /// The name of that file: the short name of the model's class and ".cfg"; empty without a model.
+    /// The name of that file. Default: the short name of the model's class and ".cfg"; empty without a model.
     virtual std::string _getXmlConfigName();
-    /// In the family's cache folder.
+    /// Its path. Default: in the family's cache folder. When another program has a model class of the same
+    /// name and was the first to write the file, this one reads and writes "<name>.<executable>.cfg" beside
+    /// it, and keeps its recovery copies apart in the same way.
     virtual std::string _getXmlConfigFullPath();
 
     /// Null before the first `open`.

@@ -26,9 +26,9 @@ class ProgramModel;
 /// Without a file it begins with a new document, whatever was open last. Until all is done, messages go to
 /// standard error and questions get their declining answer; afterwards, without "--quit", the window is the
 /// user's. A test that was not started writes no files; one that was stopped or ended by a fault writes what
-/// it has measured. Results that the program cannot write keep it from starting: nobody wants to hear of that
-/// after hours. Whatever fails, throws or ends the program meanwhile, the run comes to its end with a
-/// status that says so.
+/// it has measured. A report or results that the program cannot write keep it from starting: nobody wants to
+/// hear of that after hours. Whatever fails, throws or ends the program meanwhile, the run comes to its end
+/// with a status that says so.
 ///
 /// Owned by `ProgramMain`; lives while the window does. GUI thread.
 class KES_EXPORT UnattendedRun : public sigc::trackable {
@@ -90,6 +90,7 @@ private:
     void _hearEnd(bool outputStarted);
     bool _lookForEnd();
     void _onWindowShown();
+    Kes::Result _checkFiles();
     bool _openFile();
     void _startTest();
     void _onFinished();

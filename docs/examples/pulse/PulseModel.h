@@ -29,6 +29,7 @@ public:
     std::unique_ptr<std::istream> getDataStream() override;
     bool setDataStream(std::istream& stream, bool isRepair) override;
     std::string getDataSummary() override { return getTime() ? "1 result" : ""; }
+    bool hasReport() override { return false; }
     KesProgram::RunVerdict getRunVerdict() override { return _verdict; }
 
 protected:
