@@ -14,18 +14,17 @@ class ProgramBasePresenter;
 class ProgramModel;
 
 /// What `main` of a program of the family does: command line, language, GTK, window, main loop, and an
-/// orderly end. The thread that calls `run` becomes the GUI thread.
+/// orderly end. The thread that calls `run` becomes the GUI thread. From `main` of docs/first-program.md:
 ///
-///     int main(int argc, char** argv)
-///     {
-///         return KesProgram::ProgramMain::run(argc, argv, summary, [](const KesProgram::CommandLine&) {
-///             KesProgram::ProgramMain::Parts parts;
-///             auto model = std::make_unique<MyModel>();
-///             parts.presenter = std::make_unique<MyPresenter>(*model);
-///             parts.model = std::move(model);
-///             return parts;
-///         });
-///     }
+///     const auto create = [](const KesProgram::CommandLine& commandLine) {
+///         KesProgram::ProgramMain::Parts parts;
+///         auto model = std::make_unique<PulseModel>();
+///         model->setSpeed(commandLine.speed);
+///         parts.presenter = std::make_unique<PulsePresenter>(*model);
+///         parts.model = std::move(model);
+///         return parts;
+///     };
+///     return KesProgram::ProgramMain::run(argc, argv, summary, KES_VERSION, create);
 class KES_EXPORT ProgramMain {
 public:
     struct Parts {

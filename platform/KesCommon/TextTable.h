@@ -20,8 +20,11 @@ struct TextEntry {
 
 /// The keyed texts of one library, a compile-time constant; a key given twice does not compile.
 ///
-///     constexpr Kes::TextTable table({{"error.Lost", "Lost", "Потеряно"}, ...});
-///     const char* get(const std::string& key) { return table.get(key); }
+///     constexpr Kes::TextTable table({{"error.Lost", "Lost", "Потеряно"}, {"state.On", "On", "Включено"}});
+///     const char* get(const std::string& key)
+///     {
+///         return table.get(key);
+///     }
 ///
 /// Any thread.
 template <std::size_t N>

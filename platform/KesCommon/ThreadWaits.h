@@ -32,7 +32,8 @@ public:
     /// For a wait that gives way when it would close a circle:
     ///
     ///     ThreadWaits::WaitingFor waiting;
-    ///     ThreadWaits::getCondition().wait(lock, [&] { return !_owned || !waiting.trySet(_owner); });
+    ///     ThreadWaits::getCondition().wait(lock,
+    ///                                      [&] { return !_isRunningOn(thread) || !waiting.trySet(thread); });
     class KES_EXPORT WaitingFor {
     public:
         /// Declares nothing yet.
