@@ -43,9 +43,9 @@ public:
     /// `version` that of its package.
     ///
     /// The signals SIGHUP, SIGINT and SIGTERM and the end of the desktop's session switch all outputs off at
-    /// once and then ask the program to close, or have an unattended run write its files; when nobody answers
-    /// for ten seconds, or the request comes again, the program ends without asking. An exception that
-    /// nothing has caught is shown to the user; see `ProgramBasePresenter::tellCurrentException`.
+    /// once and then ask the program to close; an unattended run writes its files. After ten seconds without
+    /// an answer, or at a second request, the program ends without asking. An exception that nothing has
+    /// caught is shown to the user; see `ProgramBasePresenter::tellCurrentException`.
     static int run(int argc, char** argv, const std::function<std::string()>& summary,
                    const std::string& version, const Create& create);
 };

@@ -61,14 +61,14 @@ public:
     /// The process is to end: stops the test, writes the files, and closes the program.
     void terminate();
     /// The display has gone, and the main loop does not turn any more: writes archive, report and results at
-    /// once, and tells the status to end with. Touches no widget.
+    /// once, and returns the status to end with. Touches no widget.
     Status endWithoutDisplay();
 
     /// Whether the window is the user's.
     bool isDone() const { return _phase == Phase::Done; }
     /// The program's exit status; meaningful once all is done or the window has been closed.
     Status getStatus() const { return _status; }
-    /// Something that failed elsewhere.
+    /// Something failed elsewhere: the exit status becomes `Failure` unless it is worse already.
     void reportFailure() { _addFailure(); }
 
 private:
@@ -84,7 +84,7 @@ private:
     };
 
     void _later(Step step);
-    /// What a step throws is told and makes the status a failure; the run goes on behind the step.
+    /// An exception of a step is reported and makes the status a failure; the run continues after the step.
     void _run(Step step);
     void _goOnAfterFailure();
     void _hearEnd(bool outputStarted);
@@ -120,7 +120,7 @@ private:
     bool _isTerminating = false;
     int _drawnFrames = 0;
     sigc::connection _drawConnection;
-    /// What `signalFinished` has told on another thread and has not been heard yet.
+    /// What `signalFinished` has reported on another thread and is not handled yet.
     enum class End { None, Failed, Finished };
     std::atomic<End> _end{End::None};
     bool _isEndLate = false;

@@ -10,8 +10,8 @@
 
 namespace Kes {
 
-/// Another program that does a piece of work and ends. No shell is involved, its input is empty, and what it
-/// prints is dropped.
+/// Another program that does a piece of work and ends. No shell is involved, its standard input is empty, and
+/// its standard output is dropped. Any thread.
 class KES_EXPORT ChildProcess {
 public:
     enum class End {

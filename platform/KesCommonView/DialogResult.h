@@ -4,7 +4,7 @@
 
 namespace Kes {
 
-/// A button of a modal dialog, or a set of buttons: the sum of its members.
+/// A button of a modal dialog, or a set of buttons: the sum of its members. A value. Any thread.
 enum class DialogResult : unsigned {
     None = 0,
     Yes = 2,

@@ -8,6 +8,7 @@
 
 namespace KesMeasure {
 
+/// A place in the units of the two axes. A value.
 struct ChartPosition {
     double x = 0.0;
     double y = 0.0;
@@ -15,7 +16,7 @@ struct ChartPosition {
     bool operator==(const ChartPosition&) const = default;
 };
 
-/// A measurement in the chart.
+/// A measurement in the chart. A value.
 struct ChartPoint {
     enum class State {
         /// Still to be measured; stands where it is expected.
@@ -28,7 +29,7 @@ struct ChartPoint {
 
     ChartPosition position;
     State state = State::Planned;
-    /// What a pointer over it tells.
+    /// The tooltip over it.
     std::string text;
 };
 
@@ -44,7 +45,7 @@ struct ChartCurve {
 /// Everything that the chart of a test shows, on the screen and in the report: axes, the expected
 /// characteristic, the points. A value. Any thread.
 struct KES_EXPORT Chart : ChartCurve {
-    /// The chart's name for those who cannot see it.
+    /// The chart's name for screen readers.
     std::string title;
     Axis x;
     std::string xTitle;

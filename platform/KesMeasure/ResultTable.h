@@ -18,7 +18,7 @@ struct ResultTable {
         std::string title;
         /// Numbers stand at the right, words at the left.
         bool isNumber = true;
-        /// The cells tell a band; files tell its ends instead.
+        /// The cells show a band; files have its two ends instead.
         bool isBand = false;
         /// In the window, too; else only where there is room for it: in reports and files.
         bool isInWindow = true;

@@ -23,7 +23,7 @@ struct ChartColours {
 
 /// Draws a chart on any Cairo surface: grid and labels, the expected curve with its tolerance band, the
 /// points, a legend. A planned point is a small open circle, one that has passed a filled one, one that has
-/// failed a crossed square, one without operation an open triangle, so they are told apart without colours.
+/// failed a crossed square, one without operation an open triangle, so they differ without colours.
 /// Made for one drawing. GUI thread.
 class KES_EXPORT ChartDrawing {
 public:

@@ -11,7 +11,7 @@
 namespace KesTestProgram {
 
 /// Keeps the results of a test program, of the type that the program needs: one derived from
-/// `KesMeasure::MeasuredTest`. The run changes them, everybody reads copies.
+/// `KesMeasure::MeasuredTest`. The run changes them, all others read copies.
 template <typename Results>
 class KES_EXPORT ResultsModel : public TestProgramModel {
 public:

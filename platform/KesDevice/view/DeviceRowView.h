@@ -25,7 +25,8 @@ public:
     /// `place` counts from 0.
     void setState(const DeviceEntry& state, std::size_t place, bool isLast);
     void focusVolts();
-    /// The button for the direction, or the other one where that way is closed.
+    /// Focuses the button that moves up (-1) or down (1); the opposite one when the device cannot move that
+    /// way.
     void focusMove(int by);
     void focusRemove();
 

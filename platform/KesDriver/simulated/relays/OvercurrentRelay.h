@@ -21,7 +21,7 @@ namespace KesDriver {
 /// reversed. Without a voltage they do not operate.
 ///
 /// Its deviations come from a fixed seed: the same test gives the same results, always.
-/// Called by the simulated device only.
+/// Called by the simulated device only, on its thread.
 class KES_EXPORT OvercurrentRelay : public ISimulatedTestObject {
 public:
     /// Those of IEC 60255-151 with the long-time inverse of BS 142 beside them, and those of IEEE C37.112.

@@ -19,7 +19,7 @@ namespace KesDriver {
 /// rate of change.
 ///
 /// Its deviations come from a fixed seed: the same test gives the same results, always.
-/// Called by the simulated device only.
+/// Called by the simulated device only, on its thread.
 class KES_EXPORT VoltageFrequencyRelay : public ISimulatedTestObject {
 public:
     enum Kind : std::size_t {
