@@ -27,6 +27,7 @@ class ProgramModel;
 ///     return KesProgram::ProgramMain::run(argc, argv, summary, KES_VERSION, create);
 class KES_EXPORT ProgramMain {
 public:
+    /// What a program consists of.
     struct Parts {
         std::unique_ptr<ProgramModel> model;
         /// Destroyed before the model.

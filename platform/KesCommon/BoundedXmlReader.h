@@ -35,6 +35,7 @@ public:
         std::size_t nodes = 100000;
     };
 
+    /// Frees the tree of the XML library.
     struct Deleter {
         void operator()(_xmlDoc* document) const;
     };

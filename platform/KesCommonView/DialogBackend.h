@@ -13,8 +13,10 @@ namespace Kes {
 
 /// What a message box or question shows.
 struct MessageRequest {
+    /// The view whose window the box lies over; null: none.
     IView* parent = nullptr;
     std::string text;
+    /// Empty: the program's name.
     std::string title;
     DialogResult buttons = DialogResult::Ok;
 };
@@ -24,6 +26,7 @@ struct FileRequest {
     IView* parent = nullptr;
     std::string title;
     std::vector<std::pair<std::string, std::string>> filters;
+    /// To write a file; else to read one.
     bool save = false;
     /// The path that is offered when saving, of the kind of the first filter; empty: none.
     std::string suggestion{};

@@ -11,7 +11,9 @@ class KES_EXPORT IWindowRectangle {
 public:
     virtual ~IWindowRectangle();
 
+    /// Moves and sizes the window.
     virtual void setRectangle(const RectangleF& rectangle) = 0;
+    /// The present place and size, or the last one of a hidden window.
     virtual RectangleF getRectangle() const = 0;
 };
 

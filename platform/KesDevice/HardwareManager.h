@@ -171,6 +171,7 @@ private:
     Kes::ScopedConnection _removed;
 };
 
+/// See its declaration inside the configuration.
 class KES_EXPORT HardwareManager::ToldByResults {
 public:
     explicit ToldByResults(HardwareManager& hardware);

@@ -24,8 +24,10 @@ struct KestoIdentity {
 
 /// The answer of a device to the question for its state. A value.
 struct KestoState {
+    /// Working mode can be started.
     bool isReady = false;
     bool isAuxDCEnabled = false;
+    /// As set, 12 to 300.
     double auxDCVolts = 0.0;
     /// Why the device is not ready, in the device's words; empty when it is.
     std::string error;
@@ -61,7 +63,9 @@ public:
 
     virtual Kes::Result identify(KestoIdentity& identity) = 0;
     virtual Kes::Result readState(KestoState& state) = 0;
+    /// What it can put out and read.
     virtual Kes::Result readLimits(OutputLimits& limits) = 0;
+    /// The device's own clock.
     virtual Kes::Result readTime(DeviceTime& time) = 0;
 
     /// The auxiliary direct-voltage output that feeds the relay, off at every connection's beginning. Volts

@@ -28,6 +28,7 @@ struct KesAvary {
     bool isConnectError = false;
     /// The emergency button on the device was pressed.
     bool isQuickShutdown = false;
+    /// Those with a fault.
     std::vector<KesAvaryChannel> channels;
 
     bool operator==(const KesAvary&) const = default;

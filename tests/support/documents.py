@@ -7,6 +7,7 @@ not there.
   lies there now.
 - A block of code in a comment of a header stands word by word in a source file.
 - `docs/threads.md` has the names of all threads, and no others.
+- A path of the tree that a page names exists.
 
 usage: documents.py [--write] SOURCE_DIR
 """
@@ -100,6 +101,16 @@ def check_threads(root, files):
         yield f"docs/threads.md names {thread}, which is nowhere"
 
 
+def check_paths(root, page, files):
+    """A path may stand for a header and its source together, or for a folder."""
+    known = set(files) | {name.rsplit(".", 1)[0] for name in files}
+    known |= {str(folder) for name in files for folder in pathlib.PurePath(name).parents}
+    folders = {name.split("/")[0] for name in files if "/" in name}
+    for path in re.findall(r"`([\w.-]+/[\w./-]*)`", page.read_text(encoding="utf-8")):
+        if path.split("/")[0] in folders and path.rstrip("/") not in known:
+            yield f"{page.relative_to(root)}: there is no {path}"
+
+
 def main():
     arguments = sys.argv[1:]
     write = "--write" in arguments
@@ -107,8 +118,9 @@ def main():
     files = subprocess.run(["git", "-C", root, "ls-files", "-co", "--exclude-standard"], check=True,
                            capture_output=True, text=True).stdout.splitlines()
     files = [name for name in files if (root / name).is_file()]
-    problems = [problem for name in files if re.fullmatch(r"[A-Z]+\.md|docs/[\w-]+\.md", name)
-                for problem in check_page(root, root / name, write)]
+    pages = [root / name for name in files if re.fullmatch(r"[A-Z]+\.md|docs/[\w-]+\.md", name)]
+    problems = [problem for page in pages for problem in check_page(root, page, write)]
+    problems += [problem for page in pages for problem in check_paths(root, page, files)]
     problems += [*check_header_blocks(root, files), *check_threads(root, files)]
     print("\n".join(problems) or f"{len(files)} files looked at")
     return 1 if problems else 0

@@ -32,7 +32,9 @@ struct Answer;
 /// sequence is on its way keeps it from being started; `runSequence` fails then.
 class KES_EXPORT StreamLink : public IKestoLink {
 public:
+    /// How the device is reached. A value.
     struct Settings {
+        /// Makes the stream of each connection.
         StreamConnector connector;
         /// Stands for the device in texts; behind its identifier as soon as that is known.
         std::string address;

@@ -37,12 +37,14 @@ public:
         Table
     };
 
+    /// In which direction the fault has to lie.
     enum class Direction { None, Forward, Reverse };
 
     /// What the outputs feed: each its phase, with the residual input in the common return; or all of them
     /// together that one phase, or the residual input alone.
     enum class Connection { Phases, PhaseA, PhaseB, PhaseC, Residual };
 
+    /// One overcurrent stage. A value.
     struct Stage {
         bool isUsed = false;
         /// In amperes, above zero.
@@ -62,6 +64,7 @@ public:
     static constexpr std::size_t stageCount = 4;
     static constexpr std::size_t residualStage = 3;
 
+    /// How the relay is set and wired. A value.
     struct Settings {
         std::array<Stage, stageCount> stages{Stage{true}};
         /// Of the current against the voltage, in degrees; for all directional stages.
