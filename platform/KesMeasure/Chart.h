@@ -35,7 +35,9 @@ struct ChartPoint {
 
 /// An expected characteristic and its tolerance band, from left to right; may be empty. A value.
 struct ChartCurve {
+    /// Points of the characteristic in ascending x.
     std::vector<ChartPosition> expected;
+    /// The upper and the lower end of the tolerance band, in ascending x.
     std::vector<ChartPosition> upper;
     std::vector<ChartPosition> lower;
 
@@ -47,8 +49,10 @@ struct ChartCurve {
 struct KES_EXPORT Chart : ChartCurve {
     /// The chart's name for screen readers.
     std::string title;
+    /// From left to right; the title has its unit.
     Axis x;
     std::string xTitle;
+    /// From bottom to top; the title has its unit.
     Axis y;
     std::string yTitle;
     /// Further characteristics, for points to which another one applies.

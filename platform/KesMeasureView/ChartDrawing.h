@@ -16,7 +16,9 @@ namespace KesMeasure {
 struct ChartColours {
     Gdk::RGBA foreground;
     Gdk::RGBA background;
+    /// Of the expected characteristic and its band.
     Gdk::RGBA curve;
+    /// Of the points.
     Gdk::RGBA passed;
     Gdk::RGBA failed;
 };
@@ -33,6 +35,7 @@ public:
     ChartDrawing(const Chart& chart, const ChartColours& colours, MakeLayout makeLayout, double width,
                  double height);
 
+    /// Draws everything; the surface's unit is that of width and height.
     void draw(const Cairo::RefPtr<Cairo::Context>& cairo);
 
     /// The point at a place of the surface, as an index into the chart's points.

@@ -14,6 +14,7 @@ class KES_EXPORT ChartView : public Gtk::DrawingArea, public Kes::IView {
 public:
     ChartView();
 
+    /// Replaces the chart; a copy is kept.
     void setChart(const Chart& chart);
 
 protected:

@@ -37,7 +37,9 @@ protected:
     virtual KesMeasure::Verdict _judge(const Results& results) const = 0;
     /// As the archive holds them: the checksum is made of it.
     virtual std::string _toXml(const Results& results) const = 0;
+    /// How many values have been measured. Under the lock.
     virtual std::size_t _countMeasuredIn(const Results& results) const = 0;
+    /// How many the whole test of these results has. Under the lock.
     virtual std::size_t _countPlannedIn(const Results& results) const = 0;
 
     /// Of the run that is under way; nothing when its archive has been closed. Start thread.

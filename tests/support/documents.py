@@ -6,6 +6,7 @@ not there.
   is what lies in that file between two lines that say `[name]` after `//!` or `#!`. With --write the pages get what
   lies there now.
 - A block of code in a comment of a header stands word by word in a source file.
+- Each installed header says from which threads it may be used.
 - `docs/threads.md` has the names of all threads, and no others.
 - A path of the tree that a page names exists.
 
@@ -87,6 +88,15 @@ def check_header_blocks(root, files):
                 yield f"{name}:{line}: code that stands in no source file"
 
 
+def check_thread_rules(root, files):
+    """"A value" and "Not synchronised" are rules, too."""
+    for name in files:
+        if re.match(r"(KesProgram|platform)/(?!.*/(detail|late)/).*\.h$", name):
+            comments = re.findall(r"///.*", (root / name).read_text(encoding="utf-8"))
+            if not re.search(r"\bthread|\bA value\b|\b[Nn]ot synchronised\b", "\n".join(comments)):
+                yield f"{name}: a header that names no thread"
+
+
 def check_threads(root, files):
     named = {}
     for name in files:
@@ -121,7 +131,8 @@ def main():
     pages = [root / name for name in files if re.fullmatch(r"[A-Z]+\.md|docs/[\w-]+\.md", name)]
     problems = [problem for page in pages for problem in check_page(root, page, write)]
     problems += [problem for page in pages for problem in check_paths(root, page, files)]
-    problems += [*check_header_blocks(root, files), *check_threads(root, files)]
+    problems += [*check_header_blocks(root, files), *check_thread_rules(root, files),
+                 *check_threads(root, files)]
     print("\n".join(problems) or f"{len(files)} files looked at")
     return 1 if problems else 0
 

@@ -18,8 +18,10 @@ public:
     DeviceRowView();
 
     sigc::signal<void()> signalIdentify;
+    /// By one place; down is positive.
     sigc::signal<void(int)> signalMove;
     sigc::signal<void()> signalRemove;
+    /// On or off, and the volts as typed.
     sigc::signal<void(bool, const std::string&)> signalAuxDC;
 
     /// `place` counts from 0.

@@ -49,6 +49,7 @@ public:
     explicit Error(ErrorCode code, const std::string& detail = {});
     ~Error() override;
 
+    /// Below zero by the standard, above it a device's own.
     ErrorCode getCode() const { return _code; }
     /// As the error queue answers: `-222,"Data out of range;IA: 40 A ..."`.
     std::string toAnswer() const;
