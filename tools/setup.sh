@@ -5,7 +5,7 @@ build_packages="build-essential cmake ninja-build pkg-config python3 libgtkmm-3.
 # weasyprint prints reports as PDF and, in the build, the help.
 run_packages="weasyprint librsvg2-common adwaita-icon-theme fonts-dejavu-core at-spi2-core"
 headless_packages="xvfb xauth x11-utils openbox dbus-daemon"
-test_packages="libgtest-dev libgmock-dev libbenchmark-dev xdotool imagemagick python3-gi locales sway
+test_packages="doxygen libgtest-dev libgmock-dev libbenchmark-dev xdotool imagemagick python3-gi locales sway
     unzip poppler-utils python3-pyvisa python3-pyvisa-py lxi-tools avahi-daemon avahi-utils iproute2"
 fuzz_packages="clang libclang-rt-14-dev"
 

@@ -19,10 +19,10 @@ struct archive;
 ///
 /// A program builds the file's whole content in `ProgramModel::getDataStream` with `packDataToStream` and
 /// takes it apart in `ProgramModel::setDataStream` with `unpackStreamToData`. Failures are the result false;
-/// bad data throws nothing. A name is 1 to 65535 bytes without NUL that do not end in "/" or "\"; it comes
-/// back as it was whatever the locale of the process, but for backslashes, which come back as "/" unless the
-/// name has a "/" too. Equal data gives equal bytes.
-/// Any thread, one call per stream at a time; the calling thread's locale is switched meanwhile.
+/// bad data throws nothing. A name is 1 to 65535 bytes without NUL and does not end in "/" or "\". It is read
+/// back unchanged in every locale, except that "\" becomes "/" unless the name has a "/" too. Equal data
+/// gives equal bytes. Any thread, one call per stream at a time; the calling thread's locale is switched
+/// meanwhile.
 namespace KesProgram::ArchiveHelper {
 
 /// Entry names and the streams with their content. Reading starts at each stream's present position.
@@ -34,8 +34,8 @@ static const std::string PREFIX = "qє3?1‰P™d7";
 static const std::string OUTDATED_PREFIX = "qє3?1‰P™d6";
 
 /// How many bytes an archive may hold unpacked. Packing refuses more, so that what was saved can be opened;
-/// unpacking refuses more, so that a small hostile file cannot fill the memory. A program hands in what it
-/// can use, the same for both; the defaults are far above test settings and results.
+/// unpacking refuses more, so that a small hostile file cannot fill the memory. A program gives the
+/// same limits to both; the defaults are far above the size of test settings and results.
 struct ContentLimits {
     /// The content of one entry.
     std::uint64_t entry = std::uint64_t{32} << 20;
@@ -62,10 +62,9 @@ KES_EXPORT bool unpackStreamToData(std::istream& in, DataMap& data, const std::s
                                    const ContentLimits& limits = {});
 
 /// Reads an archive that is known to be damaged: once by its directory and once by the header of each entry
-/// alone, wherever one is found. Takes each entry from a reading in which it is whole; one that is whole
-/// in neither is there as far as it could be read. A changed byte so costs one entry at most.
-/// False for another signature and for a signature with nothing behind it. What is beyond the limits is left
-/// out.
+/// alone, wherever one is found. Takes each entry from the reading in which it is whole; otherwise as much of
+/// it as could be read. So one changed byte damages at most one entry. False for another signature and for a
+/// signature with nothing behind it. What is beyond the limits is left out.
 KES_EXPORT bool recoverStreamToData(std::istream& in, DataMap& data, const std::string& header,
                                     const ContentLimits& limits = {});
 
@@ -76,7 +75,7 @@ KES_EXPORT bool packFolderToStream(std::ostream& out, const std::string& folder,
                                    const ContentLimits& limits = {});
 
 /// Writes every entry to a file of its name inside the folder, which must exist. Names are joined to the
-/// folder as they stand, "../" included: use it for archives of one's own only.
+/// folder as they stand, "../" included: use it only for archives that the program has made.
 /// False as in `unpackStreamToData` and when a file cannot be opened; files written before stay. An error
 /// while writing an opened file goes unnoticed.
 KES_EXPORT bool unpackStreamToFolder(std::istream& in, const std::string& folder, const std::string& header,

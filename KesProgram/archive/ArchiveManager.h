@@ -18,11 +18,11 @@ struct FileIdentity;
 
 /// The current archive file of a program: its path, and moving its bytes between the disk and the model.
 ///
-/// Owned by the model, one per program. What the bytes mean is the model's business, through the three
-/// functions given at construction. The manager shows nothing; `ArchiveManagerPresenter` does.
+/// Owned by the model, one per program. Only the model knows what the bytes mean, by the three functions
+/// given at construction. The manager shows nothing; `ArchiveManagerPresenter` does.
 ///
 /// A file is overwritten in place, so a full disk or a power cut can leave it in pieces: an `IWorkKeeper` is
-/// given the bytes before and after, and the log tells of a file that came out wrong.
+/// given the bytes before and after, and a file that was not written correctly is reported in the log.
 /// GUI thread.
 class KES_EXPORT ArchiveManager {
 public:
@@ -68,9 +68,9 @@ public:
 
     /// Writes the data to the file and makes it the current one. False, the path unchanged, when the file
     /// cannot be opened, or when there is a keeper and neither what the file holds nor the new bytes can be
-    /// written to any second place first. An error while writing is told in the log and to the keeper only;
-    /// the data then counts as changed. A provider that throws leaves the file as it is, and the exception
-    /// passes through.
+    /// written to any second place first. An error while writing is reported only in the log and to the
+    /// keeper; the data then counts as changed. A provider that throws leaves the file as it is, and the
+    /// exception passes through.
     bool saveAs(const std::string& fileName);
 
     /// `saveAs` with the current path, which fails for a new file.
@@ -84,16 +84,17 @@ public:
     /// Whether somebody else has written or replaced the current file since it was opened or saved here.
     bool isFileReplaced() const;
 
-    /// The data as it is now, quickly; see there.
+    /// The data as it is now, without packing it; see `DataSnapshot`.
     DataSnapshot takeSnapshot() const;
 
-    /// Null: none. The manager tells it what happens to the work, in this order: `onSaving`, `onSaved`.
+    /// Null: none. Each save calls `onSaving`, then `onSaved`. The keeper outlives the manager or is
+    /// replaced.
     void setWorkKeeper(IWorkKeeper* keeper);
-    /// Tells the keeper that the user has decided about the data; see `IWorkKeeper::onReleased`.
+    /// The user has decided about the data: calls `IWorkKeeper::onReleased`.
     void release(bool isUnsaved);
 
 protected:
-    /// Changes the path; the signal only tells of a real change.
+    /// Changes the path. Emits the signal only if the path is another one.
     void _setActualFileName(const std::string& fileName);
 
 private:

@@ -12,20 +12,20 @@
 namespace KesProgram {
 
 /// A program's data at one moment, taken quickly and packed later on another thread: a provider that packs
-/// with `ArchiveHelper::packDataToStream` is spared the packing, which takes most of the time. A value that
-/// is cheap to copy; any thread.
+/// with `ArchiveHelper::packDataToStream` does not pack at once, which would take most of the time. A value
+/// that is cheap to copy. Any thread.
 class KES_EXPORT DataSnapshot {
 public:
     using Provider = std::function<std::unique_ptr<std::istream>()>;
 
     /// Without data.
     DataSnapshot();
-    /// Asks the provider, on the calling thread. Without data when that gives no stream. What it throws
-    /// passes through.
+    /// Calls the provider on the calling thread. Without data when it returns no stream. Exceptions of the
+    /// provider reach the caller.
     static DataSnapshot take(const Provider& provider);
 
     bool isEmpty() const { return !_data; }
-    /// Whether the archives would be the same, bytes for bytes.
+    /// Whether the archives would be the same, byte for byte.
     bool operator==(const DataSnapshot& other) const;
 
     /// The bytes that the provider's stream would have given; empty without data. Throws when an archive

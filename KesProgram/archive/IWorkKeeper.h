@@ -8,8 +8,8 @@ namespace KesProgram {
 
 class DataSnapshot;
 
-/// Keeps work from being lost beside the archive's file; told of it by `ArchiveManager`, which it must not
-/// outlive without leaving it. GUI thread.
+/// Keeps copies of work beside the archive's file. Called by `ArchiveManager`; before the keeper dies,
+/// `setWorkKeeper(nullptr)`. GUI thread.
 class KES_EXPORT IWorkKeeper {
 public:
     /// How a save ended.

@@ -7,7 +7,7 @@
 
 namespace KesProgram {
 
-/// The text that tells the user of a fault: a title line with the device, then one line per fault of the
+/// The text about a fault for the user: a title line with the device, then one line per fault of the
 /// device and of each channel, in the language of the process. A channel without a name is called "???".
 /// No newline at the end. Any thread.
 KES_EXPORT std::string _createAvaryMessage(KesDriver::KesAvary& avary);

@@ -139,6 +139,11 @@ std::string ProgramModel::createReport()
     return {};
 }
 
+bool ProgramModel::hasReport()
+{
+    return true;
+}
+
 std::string ProgramModel::getDataSummary()
 {
     return {};

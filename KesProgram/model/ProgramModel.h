@@ -44,7 +44,7 @@ class FileRecentManager;
 /// listener brings its view changes to the GUI thread. Only `signalClosed` always comes on the GUI thread.
 /// The flags and the state text may be read on any thread.
 ///
-/// No listener and no hook can make a step of the model be skipped: what they throw goes out as a message.
+/// No step of the model is skipped because a listener or a hook throws: the exception becomes a message.
 /// Only what leaves `getCanStart` and `_onPrepareStart` reaches the caller of `startTest`.
 /// The model shows nothing: texts for the user go out through `signalMessage`.
 class KES_EXPORT ProgramModel : public sigc::trackable {
@@ -57,7 +57,7 @@ public:
     Kes::Signal<void()> signalCanStopChanged;
     /// Follows every `signalCanStopChanged` at once.
     Kes::Signal<void()> signalRunningChanged;
-    /// A run has ended, or a start has failed; the argument tells whether its output had been started.
+    /// A run has ended, or a start has failed. The argument: whether its output had been started.
     Kes::Signal<void(bool)> signalFinished;
     /// A text for the user. The reference is valid during the emission.
     Kes::Signal<void(const std::string&)> signalMessage;
@@ -74,80 +74,93 @@ public:
     /// Waits for its threads. Destroy the model after `signalClosed`, when no hook is running any more.
     virtual ~ProgramModel() = 0;
 
-    // Hooks, with what they do when a program does not override them.
+    // Hooks. "Default" is what happens when a program does not override one.
 
-    /// Attaches the hardware and, with archive logic, opens the last archive. Called once, before the window
-    /// is built; an override calls it.
+    /// Called once, before the window is built; an override calls the base. Default: attaches the hardware
+    /// and, with archive logic, opens the last archive.
     virtual void init();
-    /// The program's name for titles; empty.
+    /// The program's name for titles, UTF-8. Default: empty.
     virtual std::string getProgramName();
-    /// The path of the help file in the language of the process: "Help/<language>/<program name>.pdf" beside
-    /// the executable; without such a file a warning goes to the log and the family's general help is named.
+    /// The path of the help file in the language of the process. Default: "Help/<language>/<program
+    /// name>.pdf" beside the executable; when that is missing, the family's general help, with a warning in
+    /// the log.
     virtual std::string getHelpFileName();
-    /// The can-start flag, while the hardware's output does not run. Any thread.
+    /// Whether a run can be started. Any thread. Default: the can-start flag, unless the hardware's output
+    /// runs.
     virtual bool getCanStart();
-    /// Begin an empty data set; nothing.
+    /// Begins an empty data set for the archive file of that path; an empty path: a new document. Default:
+    /// nothing.
     virtual void newData(const std::string& fileName);
-    /// The content of the archive file as it would be saved now, positioned at its beginning; null. A program
-    /// with archive logic has to return a stream, the same bytes for the same data. What it throws leaves the
-    /// file to be saved as it is. Called once a second, too, for the recovery copy, also while a test runs.
+    /// The content of the archive file as it would be saved now, positioned at its beginning. A program with
+    /// archive logic has to return a stream, the same bytes for the same data. When it throws, the file stays
+    /// as it is. Also called once a second for the recovery copy, even while a test runs. Default: null.
     virtual std::unique_ptr<std::istream> getDataStream();
-    /// Load the content of an archive file; true. `flag`: repair, that is, take from damaged or outdated
-    /// content what can be taken. False refuses the content; the program's data is then replaced by
-    /// `newData`.
+    /// Loads the content of an archive file. `flag`: repair, that is, take what can be read from damaged or
+    /// outdated content. False refuses the content; `newData` then replaces the program's data. Default:
+    /// reads nothing, true.
     virtual bool setDataStream(std::istream& stream, bool flag);
-    /// For the program's own repair of a damaged file; true.
+    /// For the program's own repair of a damaged file. Default: true.
     virtual bool setRepairDataStream(std::istream& stream);
-    /// The extension of archive files, without dot; "???". An empty one: the program keeps no archive files.
+    /// The extension of archive files, without dot. Empty: the program keeps no archive files. Default:
+    /// "???".
     virtual std::string getExtension();
-    /// One further extension accepted when opening; empty: none.
+    /// One more extension that can be opened, without dot. Default: empty, none.
     virtual std::string getSupportedExtension();
-    /// Whether the program keeps archive files; true when the extension is not empty.
+    /// Whether the program keeps archive files. Default: true when the extension is not empty.
     virtual bool hasArchiveLogic();
-    /// Whether the program has a hardware configuration of its own; false: it uses the global one. Any
-    /// thread; always the same answer.
+    /// Whether the program has a hardware configuration of its own instead of the global one. Any thread;
+    /// always the same answer. Default: false.
     virtual bool usesLocalHardware();
-    /// The root of the test object, owned by the program; null: none.
+    /// The root of the test object, owned by the program. Default: null, no test object.
     virtual KesTree::Node* getTestObject();
-    /// Writes the report and returns its path; empty: there is none.
+    /// Writes the report and returns its path; an empty path is shown as an error. Default: empty.
     virtual std::string createReport();
-    /// Whether `writeResults` knows what a file of that name is to hold; the failure can be shown to the
-    /// user: there are no results for other programs.
+    /// Whether `writeResults` can write a file of that name. The failure has a text for the user. Default: a
+    /// failure, the program writes no results for other programs.
     virtual Kes::Result checkResultsFile(const std::string& path);
-    /// Writes the results for other programs, whole or not at all; as `checkResultsFile`.
+    /// Writes the results for other programs: the whole file or nothing. Default: fails as
+    /// `checkResultsFile`.
     virtual Kes::Result writeResults(const std::string& path);
 
 protected:
-    /// The hardware configuration is new or has changed (null: at `init`). On the changing thread; nothing.
+    /// The hardware configuration is new or has changed; null during `init`. On the thread that changed it.
+    /// Default: nothing.
     virtual void _onHardwareChanged(KesDevice::HardwareManager* hardware);
-    /// The last check before the start thread is made, on the GUI thread; true. False: no start.
+    /// The last check before the start thread is made. GUI thread. False: no start. Default: true.
     virtual bool _onPrepareStart();
-    /// Whether the active synchronisation mode suits the program; when it supports sequences. Start thread.
+    /// Whether the program can use the active synchronisation mode. Start thread. Default: true when the mode
+    /// supports sequences.
     virtual bool _isSupportedHardwareSync();
-    /// Checks, connects and switches on the hardware, on the start thread. False: no run.
+    /// Makes the hardware ready for the run. Start thread. False: no run. Default: checks, connects and
+    /// switches on all devices, with all outputs at zero.
     virtual bool _onPrepareHardware();
-    /// The test itself, on the start thread. The output is on, at zero. It looks at `isRunning()` to see
-    /// whether it has been stopped, and it or what it has started calls `_finish()` exactly once. An
-    /// exception that leaves it ends the run with a message.
+    /// The test itself. Start thread. The output is on, at zero. It checks `isRunning()` to see whether it
+    /// has been stopped; it, or something that it has started, calls `_finish()` exactly once. An exception
+    /// that leaves it ends the run with a message.
     virtual void _onStart() = 0;
-    /// The run has been stopped: by the user, a fault or closing; on the thread that did it, under the signal
-    /// gate in the case of a fault. Must return at once, waiting for nothing; nothing.
+    /// The run has been stopped by the user, by a fault or by closing. On the thread that stopped it; after a
+    /// fault under the signal gate. Must return at once and wait for nothing. Default: nothing.
     virtual void _onStop();
-    /// Switches the hardware off, on the thread that calls `_finish()`. When an override throws, this one is
-    /// called after it.
+    /// Ends the use of the hardware. On the thread that calls `_finish()`. Default: switches all devices off,
+    /// and disconnects them if that was requested; also called when an override has thrown.
     virtual void _onFinishHardware();
-    /// The hardware is off; on the thread that calls `_finish()`; nothing.
+    /// The hardware is off. On the thread that calls `_finish()`. Default: nothing.
     virtual void _onFinished();
-    /// The program is closing; on the GUI thread, after `_onStop()`; nothing.
+    /// The program is closing. GUI thread, after `_onStop()`. Default: nothing.
     virtual void _onClosing();
 
 public:
-    /// What the last run showed; tells an unattended run how it ended. GUI thread, after `signalFinished`.
+    /// The result of the last run; the exit status of an unattended run depends on it. GUI thread, after
+    /// `signalFinished`.
     virtual RunVerdict getRunVerdict() = 0;
 
-    /// What the data holds, in few words such as "8 results of 2026-11-20 14:05", for the question about work
-    /// that was not saved; empty. GUI thread.
+    /// What the data holds, in a few words such as "8 results of 2026-11-20 14:05", for the question about
+    /// work that was not saved. GUI thread. Default: empty.
     virtual std::string getDataSummary();
+
+    /// Whether the program writes reports. Without them it has no Report button, and "--report" is refused
+    /// before the test starts. GUI thread; always the same answer. Default: true.
+    virtual bool hasReport();
 
     /// What the program is doing, for the status bar. Any thread; the reference is valid until the same
     /// thread asks again.
@@ -159,7 +172,7 @@ public:
     /// Whether the output of the current run has been started. Any thread.
     bool isOutputStarted() const { return _getRun().isOutputStarted(); }
 
-    /// Whether a step of the last run has thrown: it shows nothing then, whatever its verdict. Any thread.
+    /// Whether a step of the last run has thrown: its verdict then counts for nothing. Any thread.
     bool hasRunFailed() const { return _getRun().hasFailed; }
 
     /// Null without archive logic and before `init`.
@@ -170,27 +183,27 @@ public:
     void setPackageVersion(const std::string& version);
     const std::string& getPackageVersion() const;
 
-    /// The hardware configuration in use, never null. Any thread. It lives at least until it is replaced; one
-    /// that a run has begun with or has seen, until the run has ended.
+    /// The hardware configuration in use, never null. Any thread. It lives at least until it is replaced,
+    /// and, if a run has used it, until that run has ended.
     KesDevice::HardwareManager* getHardware();
-    /// Makes a configuration the one in use and takes it out of the pointer. The flag is that of
-    /// `HardwareControl::setGlobalInstance`; it has no meaning for a configuration of the program's own.
+    /// Uses this configuration from now on; the pointer is null afterwards. `flag`: as in
+    /// `HardwareControl::setGlobalInstance`; without meaning for a configuration of the program's own.
     void setHardware(std::unique_ptr<KesDevice::HardwareManager>& hardware, bool flag);
 
-    /// Begins a start; refused while the program is closing. True when the start thread has been made;
-    /// whether the run succeeds is told by signals.
+    /// Begins a run; refused while the program is closing. True when the start thread has been made; the
+    /// signals report whether the run succeeds.
     bool startTest();
-    /// Stops a run; nothing when none is under way.
+    /// Stops the run; does nothing when there is none.
     void stopTest();
-    /// Stops a run whose output has started and disconnects the hardware at its end, or has it disconnected
-    /// at once, on a thread of its own, when there is no such run.
+    /// Disconnects the hardware. A run whose output has started is stopped first, and disconnects at its end;
+    /// without one, a thread of its own disconnects at once.
     void beginDisconnect();
-    /// Has the outputs switched off at once, whatever the program does about it, because the program may have
-    /// no time left: stops a run, refuses one that is being prepared, and tells the devices on a thread of
-    /// its own, without waiting for them. When there is no thread to be had, the devices are asked here.
+    /// Switches all outputs off at once, whatever the program is doing, because the process may end soon:
+    /// stops a run, refuses one that is being prepared, and sends the order to the devices on a thread of its
+    /// own, without waiting for them. When the system has no more threads, the order is sent on this one.
     void switchOffAtOnce();
 
-    /// Stops a run and begins the shutdown. To be called once.
+    /// Stops a run and begins the shutdown. Call it once.
     void close();
 
 protected:
@@ -199,8 +212,8 @@ protected:
     void _setCanProgramStart(bool canStart);
     void _setCanProgramStop(bool running);
 
-    /// Ends a run: switches the hardware off and resets the flags. Start thread, or wherever the program
-    /// ends its run; it asks the devices, so not on the GUI thread.
+    /// Ends a run: switches the hardware off and resets the flags. Start thread, or the thread on which the
+    /// program ends its run, but not the GUI thread: it waits for the devices.
     void _finish();
 
     void _initArchiveManager();

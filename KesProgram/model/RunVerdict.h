@@ -2,7 +2,7 @@
 
 namespace KesProgram {
 
-/// What the last test run of a program showed.
+/// The result of the last test run of a program. A value.
 enum class RunVerdict {
     /// No run has reached the output yet, or one is still under way.
     None,

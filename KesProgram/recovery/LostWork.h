@@ -19,10 +19,10 @@ public:
     LostWork& operator=(LostWork&&) noexcept;
 
     const RecoveryCopy& getCopy() const { return _copy; }
-    /// Whether the file that the work belongs to has been written since, and not by the owner of the copy,
-    /// who would have left what was in it before.
+    /// Whether another program has written the file of this work after the copy was made. (The owner of the
+    /// copy keeps the former content whenever it writes.)
     bool isFileNewer() const;
-    /// For good, by the user's own answer.
+    /// Deletes the copy for ever; only after the user has said so.
     void throwAway();
 
 private:

@@ -43,9 +43,9 @@ public:
     /// True when everything of that snapshot is on the disk. Any thread; throws nothing.
     bool writeNow(std::chrono::milliseconds time) noexcept;
 
-    /// Nobody answers questions: what could not be saved stays, whatever they are answered.
+    /// Without a user, what could not be saved is kept, whatever the answers to questions are.
     void setIsUnattended(bool isUnattended) { _isUnattended = isUnattended; }
-    /// The program closes: what the user has given up goes, nothing is written any more.
+    /// The program closes: removes what the user has given up, and writes nothing any more.
     void end();
 
     /// Whether the document holds what is in no file, and more than a new one does.
@@ -79,7 +79,7 @@ private:
     std::optional<DataSnapshot> _saved;
     /// What has been handed to the writer; without data: it has to be handed over whatever it is.
     DataSnapshot _last;
-    /// What is being saved. A run that goes on may have changed the data since.
+    /// What is being saved. A run that continues may have changed the data since.
     DataSnapshot _saving;
     Fate _fate = Fate::Undecided;
     /// What the user has given up; edits made since are not part of it.

@@ -18,7 +18,7 @@ namespace KesProgram {
 ///
 /// A copy is in the folder whole or not at all: the old one stays until the new one is on the disk. It
 /// outlives the object and the process. An instance owns at most one copy of each kind, and by its lock the
-/// others see that it lives; what it leaves behind belongs to whoever comes next.
+/// others see that it is running; the next instance takes over what it leaves behind.
 /// Broken files and those of others are passed over. Any thread.
 class KES_EXPORT RecoveryStore {
 public:
@@ -42,13 +42,13 @@ public:
     Kes::Result write(Kind kind, const RecoveryCopy& copy);
     /// Removes this instance's copy of the kind, if there is one.
     void remove(Kind kind);
-    /// This instance's copy of the kind, for whoever has to know which file it belongs to.
+    /// This instance's copy of the kind; nothing when there is none.
     std::optional<RecoveryCopy> read(Kind kind) const;
     /// Gives up the copy of the kind without removing it: it is for the next start.
     void setAside(Kind kind);
 
-    /// The copies without a living owner, newest first, of each owner the work before what it was to
-    /// replace. Those that are in their file byte for byte have been saved: they are removed.
+    /// The copies without a running owner, newest first; of each owner `Work` before `Former`. A copy that is
+    /// identical to its file has been saved and is removed.
     std::vector<LostWork> findLost();
     /// The copies are this instance's from now on; those that it had are given up.
     void adopt(LostWork work);

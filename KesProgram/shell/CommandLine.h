@@ -10,7 +10,7 @@
 
 namespace KesProgram {
 
-/// What a program of the family was told on its command line. A value.
+/// The command line of a program of the family. A value.
 struct KES_EXPORT CommandLine {
     /// The archive to open; absolute paths here and below, empty when not given.
     std::string file;
@@ -26,13 +26,13 @@ struct KES_EXPORT CommandLine {
     bool quit = false;
     /// Simulated seconds per real second.
     double speed = 1.0;
-    /// The devices to test with, in the place of those that are set up; none: those. At most `mostDevices`.
+    /// The devices to test with instead of those that are set up; empty: those. At most `mostDevices`.
     std::vector<KesDriver::NetAddress> devices;
     static constexpr std::size_t mostDevices = 32;
-    /// Only tell the version.
+    /// Print the version and end.
     bool version = false;
 
-    /// Whether the program has something to do by itself; until it is done, no dialog waits for a user.
+    /// Whether the program works by itself at first; until that is done, no dialog waits for a user.
     bool isUnattended() const;
 
     /// Reads the arguments of `main`. Sets the language of the process first, from "--language" or else from

@@ -10,7 +10,7 @@ namespace KesProgram {
 /// The configuration file could not be written while the program was closing. The text can be shown to the
 /// user.
 ///
-/// The shell's `_saveXmlConfig` throws it; the presenter tells the user, and closes the program all the same.
+/// Thrown by `_saveXmlConfig` of the shell; the presenter shows it to the user and closes the program anyway.
 /// GUI thread.
 class KES_EXPORT ConfigurationError : public std::runtime_error {
 public:

@@ -8,8 +8,8 @@
 
 namespace KesProgram {
 
-/// Tells its owner whether the output of any hardware in the process runs. A member of a presenter, declared
-/// after what the function uses. GUI thread.
+/// Reports to its owner whether the output of any hardware in the process runs. A member of a presenter,
+/// declared after what the function uses. GUI thread.
 class KES_EXPORT HardwareRunningWatch {
 public:
     /// The function is called at once, and again on the GUI thread after every change.

@@ -35,8 +35,8 @@ class ProgramMainMenuPresenter;
 /// composes its menus, toolbars and content in `_onInit`. It owns presenter and model, and destroys them
 /// after `signalClosed`. GUI thread; what the model reports on other threads is brought there.
 ///
-/// Dialogs: a message of the model is shown when no other message is open, and a text that is already waiting
-/// or open is not shown again. While a dialog is open or the program runs one (`runDialogs`), the signal gate
+/// Dialogs: messages of the model are shown one at a time, and a text that is already open or waiting is not
+/// shown again. While a dialog is open or the program runs one (`runDialogs`), the signal gate
 /// is free, a request to close waits, and `signalClosed` waits as well, so nothing dies under the dialog.
 class KES_EXPORT ProgramBasePresenter : public Kes::IKesShell,
                                         public Kes::IPresenter,
@@ -56,12 +56,12 @@ public:
     /// Whether a user is there.
     enum class Attendance {
         User,
-        /// Not while the program does what the command line asks for: nothing is offered.
+        /// Only after the program has done what the command line asks for; until then nothing is offered.
         Later,
-        /// To the end: recent files, last file and window place stay the user's own.
+        /// Never: recent files, last file and window place of the user stay unchanged.
         Never
     };
-    /// Before the first `open`, and when a user has come.
+    /// Call it before the first `open`, and when a user takes over.
     void setAttendance(Attendance attendance);
 
     /// Builds the window when it is called first, and shows it over the parent's window (null: anywhere).
@@ -71,7 +71,7 @@ public:
     /// The main window; null before the first `open`.
     Kes::IView* getView() override;
 
-    /// The archive commands; only for a model with archive logic. New document.
+    /// The archive commands; only for a model with archive logic. This one: a new document.
     virtual void createArchive();
     /// The user chooses the file.
     virtual void openArchive();
@@ -86,28 +86,29 @@ public:
 
     /// Opens the window of the hardware settings.
     void requestHardware();
-    /// Opens the window of the test object; nothing when it is open or the program has no test object.
+    /// Opens the window of the test object; does nothing when it is open or there is no test object.
     void requestTestObject();
+    /// Whether the program writes reports, as its model says.
+    bool hasReport();
     /// Builds the report and opens it with the desktop's application; a failure is shown.
     virtual void requestReport();
-    /// Closes the program as the window's close button does. Nothing before the first `open` and while
-    /// a question of the closing is open; while a dialog of the shell is open, once that has been closed;
-    /// while a test that was stopped still runs, asks once more. What a step throws reaches the caller, and
-    /// the program stays open.
+    /// Closes the program as the window's close button does. Does nothing before the first `open` and while a
+    /// question about closing is open; waits until an open dialog of the shell has been closed; asks once
+    /// more when a stopped test still runs. An exception of a step reaches the caller, and the program stays
+    /// open.
     void requestClose();
-    /// Whether a request to close is being decided about, waits, or has been carried out.
+    /// Whether a request to close is being decided, is waiting, or has been carried out.
     bool isClosing() const;
-    /// Closes the program without asking anybody anything; what has not been saved is not. To be called when
-    /// no dialog is open.
+    /// Closes the program without any question; unsaved data is lost. Call it only while no dialog is open.
     void closeWithoutQuestions();
-    /// Inside a catch block, at the top of the main loop or in a callback of the toolkit: shows the user what
-    /// the exception says. When the configuration could not be written while closing, the program then closes
-    /// without it.
+    /// Inside a catch block, at the top of the main loop or in a callback of the toolkit: shows the text of
+    /// the exception to the user. When the configuration could not be written while closing, the program then
+    /// closes without it.
     void tellCurrentException();
 
-    /// Writes the recovery copy of what is not saved at once, for a process that is about to end; returns
-    /// when it is on the disk or the time is over. True when there was nothing to write, too. Any thread, on
-    /// which an exception may be under way: it throws none. See `RecoveryKeeper::writeNow`.
+    /// Writes the recovery copy of unsaved data at once, for a process that is about to end. Returns when it
+    /// is on the disk or the time is over. True also when there was nothing to write. Any thread, also while
+    /// an exception is being handled; throws nothing. See `RecoveryKeeper::writeNow`.
     bool writeRecoveryCopy(std::chrono::milliseconds time) noexcept;
 
     /// Runs a function that shows modal dialogs, at once; see above. An exception passes through.
@@ -116,36 +117,39 @@ public:
 protected:
     /// The program's model, always the same object; outlives `signalClosed`.
     virtual ProgramModel* _getModel() = 0;
-    /// Shows the window, not modal.
+    /// Shows the window. Default: not modal.
     virtual void _evalOpen(IProgramView* view, Kes::IView* parent);
-    /// The first step of the first `open`, before anything else has been done; nothing.
+    /// The first step of the first `open`, before everything else. Default: nothing.
     virtual void _onBeforeInit();
-    /// The window is there, not yet shown: the program adds its menus, toolbars and content; nothing.
+    /// The window exists but is not shown yet: the program adds its menus, toolbars and content. Default:
+    /// nothing.
     virtual void _onInit();
-    /// A run has ended; `outputStarted` as in `ProgramModel::signalFinished`; nothing.
+    /// A run has ended; `outputStarted` as in `ProgramModel::signalFinished`. Default: nothing.
     virtual void _onFinishedFromModel(bool outputStarted);
-    /// The user has confirmed new hardware settings; makes them the model's.
+    /// The user has confirmed new hardware settings. Default: the model uses them.
     virtual void _onHardwareChanging(std::unique_ptr<KesDevice::HardwareManager>& hardware);
-    /// Decides about a request to close: asks about a running test, stops it, then `_saveOnClosing`.
-    /// An override calls it.
+    /// Decides about a request to close; an override calls the base. Default: asks about a running test,
+    /// stops it, then calls `_saveOnClosing`.
     virtual void _onClosing();
-    /// Makes the status bar; null: the window has none. The caller owns it.
+    /// Makes the status bar, owned by the caller; null: the window has none. Default: the bar of the family.
     virtual std::unique_ptr<Kes::IPresenter> _createStatusBar();
 
-    /// Reads the configuration file. Every failure is a warning in the log.
+    /// Reads the configuration file. A failure is only a warning in the log.
     virtual void _loadXmlConfig();
-    /// Writes the configuration file, making its folder when needed, with the recent files of other instances
-    /// that were written meanwhile. Nothing when no user is there. A failure leaves as a
-    /// `ConfigurationError` (see `tellCurrentException`); the former file is then kept beside it, and read by
-    /// the next start if the present one is in pieces.
+    /// Writes the configuration file and makes its folder when needed; recent files that other instances have
+    /// written meanwhile are kept. Does nothing when there is no user. Throws `ConfigurationError` when it
+    /// fails (see `tellCurrentException`); the former file is then kept beside it, and the next start reads
+    /// that one if the new one is damaged.
     virtual void _saveXmlConfig();
-    /// Takes recent files and window rectangle out of the file's root. An override calls it.
+    /// Reads recent files and window rectangle from the file's root element. An override calls the base.
     virtual void _extractXmlConfig(xmlpp::Element* root);
-    /// Puts recent files and window rectangle into the file's root. An override calls it.
+    /// Writes recent files and window rectangle into the file's root element. An override calls the base.
     virtual void _fillXmlConfig(xmlpp::Element* root);
-    /// The name of that file: the short name of the model's class and ".cfg"; empty without a model.
+    /// The name of that file. Default: the short name of the model's class and ".cfg"; empty without a model.
     virtual std::string _getXmlConfigName();
-    /// In the family's cache folder.
+    /// Its path. Default: in the family's cache folder. When another program has a model class of the same
+    /// name and was the first to write the file, this one reads and writes "<name>.<executable>.cfg" beside
+    /// it, and keeps its recovery copies apart in the same way.
     virtual std::string _getXmlConfigFullPath();
 
     /// Null before the first `open`.
@@ -175,8 +179,8 @@ private:
     void _build();
     void _connectModel(ProgramModel& model);
     void _createWindow();
-    /// Any thread: runs a handler of a model signal on the GUI thread; at once when called there. What it
-    /// throws leaves the main loop, not the emission.
+    /// Any thread: runs a handler of a model signal on the GUI thread; at once when called there. Its
+    /// exceptions leave the main loop, not the emission.
     void _fromModel(std::function<void()> handler);
     void _showMessages();
     bool _stopOnRequest(ProgramModel& model);

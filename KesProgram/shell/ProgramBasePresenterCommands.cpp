@@ -84,6 +84,12 @@ void ProgramBasePresenter::_onTestObjectClosed()
     const auto closed = std::move(_fields->testObject);
 }
 
+bool ProgramBasePresenter::hasReport()
+{
+    auto* model = _getModel();
+    return !model || model->hasReport();
+}
+
 void ProgramBasePresenter::requestReport()
 {
     const std::string path = _getModel()->createReport();

@@ -1,15 +1,18 @@
 // The configuration file of a program.
 
 #include <KesCommon/Directories.h>
+#include <KesCommon/FileSystem.h>
 #include <KesCommon/Log.h>
 #include <KesCommon/TypeHelper.h>
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/model/ProgramModel.h>
 #include <KesProgram/shell/detail/ConfigurationFile.h>
+#include <KesProgram/shell/detail/NameOwner.h>
 #include <KesProgram/shell/detail/ProgramBasePresenterFields.h>
 #include <KesProgram/text/Conversion.h>
 #include <KesProgram/text/Program.h>
 
+#include <glibmm/miscutils.h>
 #include <libxml++/libxml++.h>
 
 #include <algorithm>
@@ -62,7 +65,7 @@ void ProgramBasePresenter::_loadXmlConfig()
 {
     const std::string failure = lng::Program::get("Error.configLoad");
     try {
-        const ConfigurationFile file(_getXmlConfigFullPath());
+        const ConfigurationFile file(NameOwner::distinguish(_getXmlConfigFullPath()));
         const auto lock = file.lock();
         xmlpp::Document document(file.read().release());
         if (auto* root = document.get_root_node())
@@ -94,8 +97,10 @@ void ProgramBasePresenter::_saveXmlConfig()
 {
     if (_fields->attendance == Attendance::Never)
         return;
-    ConfigurationFile file(_getXmlConfigFullPath());
-    file.makeFolder();
+    const std::string path = _getXmlConfigFullPath();
+    Kes::mkdir_with_parents(Glib::path_get_dirname(path));
+    NameOwner::claim(path);
+    const ConfigurationFile file(NameOwner::distinguish(path));
     const auto lock = file.lock();
     if (_getModel()->hasArchiveLogic())
         _mergeRecentFiles(file);

@@ -6,6 +6,7 @@
 #include <KesCommonView/DialogPresenter.h>
 #include <KesCommonView/OpenDialogs.h>
 #include <KesProgram/model/ProgramModel.h>
+#include <KesProgram/shell/detail/NameOwner.h>
 #include <KesProgram/shell/detail/ProgramBasePresenterFields.h>
 #include <KesProgram/text/RecoveryLocalization.h>
 
@@ -23,11 +24,6 @@ namespace {
 
 /// After everything that the start has queued, a file of the command line above all.
 constexpr int afterTheStart = Glib::PRIORITY_LOW + 100;
-
-std::string folderOf(const ProgramModel& model)
-{
-    return Kes::getKesCrossAppStateDir() + Kes::TypeHelper::getShortTypeName(typeid(model)) + "/recovery/";
-}
 
 std::string nameOf(const RecoveryCopy& copy, const std::string& extension)
 {
@@ -59,9 +55,11 @@ void ProgramBasePresenter::_createRecovery()
     auto& model = *_getModel();
     if (!_fields->archive)
         return;
-    _fields->recovery =
-        std::make_unique<RecoveryKeeper>(*model.getArchiveManager(), getProgramName(), folderOf(model),
-                                         [&model] { return model.getDataSummary(); });
+    const std::string folder = Kes::getKesCrossAppStateDir() +
+                               Kes::TypeHelper::getShortTypeName(typeid(model)) +
+                               NameOwner::getDistinction(_getXmlConfigFullPath()) + "/recovery/";
+    _fields->recovery = std::make_unique<RecoveryKeeper>(*model.getArchiveManager(), getProgramName(), folder,
+                                                         [&model] { return model.getDataSummary(); });
     _fields->recovery->setIsUnattended(_fields->attendance != Attendance::User);
     _fields->recoveryConnection = model.signalClosing.connect([this] { _fields->recovery->end(); });
     if (_fields->attendance != Attendance::User)

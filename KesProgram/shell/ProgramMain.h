@@ -14,20 +14,20 @@ class ProgramBasePresenter;
 class ProgramModel;
 
 /// What `main` of a program of the family does: command line, language, GTK, window, main loop, and an
-/// orderly end. The thread that calls `run` becomes the GUI thread.
+/// orderly end. The thread that calls `run` becomes the GUI thread. From `main` of docs/first-program.md:
 ///
-///     int main(int argc, char** argv)
-///     {
-///         return KesProgram::ProgramMain::run(argc, argv, summary, [](const KesProgram::CommandLine&) {
-///             KesProgram::ProgramMain::Parts parts;
-///             auto model = std::make_unique<MyModel>();
-///             parts.presenter = std::make_unique<MyPresenter>(*model);
-///             parts.model = std::move(model);
-///             return parts;
-///         });
-///     }
+///     const auto create = [](const KesProgram::CommandLine& commandLine) {
+///         KesProgram::ProgramMain::Parts parts;
+///         auto model = std::make_unique<PulseModel>();
+///         model->setSpeed(commandLine.speed);
+///         parts.presenter = std::make_unique<PulsePresenter>(*model);
+///         parts.model = std::move(model);
+///         return parts;
+///     };
+///     return KesProgram::ProgramMain::run(argc, argv, summary, KES_VERSION, create);
 class KES_EXPORT ProgramMain {
 public:
+    /// What a program consists of.
     struct Parts {
         std::unique_ptr<ProgramModel> model;
         /// Destroyed before the model.
@@ -44,9 +44,9 @@ public:
     /// `version` that of its package.
     ///
     /// The signals SIGHUP, SIGINT and SIGTERM and the end of the desktop's session switch all outputs off at
-    /// once and then ask the program to close, or have an unattended run write its files; when nobody answers
-    /// for ten seconds, or the request comes again, the program ends without asking. An exception that
-    /// nothing has caught is shown to the user; see `ProgramBasePresenter::tellCurrentException`.
+    /// once and then ask the program to close; an unattended run writes its files. After ten seconds without
+    /// an answer, or at a second request, the program ends without asking. An exception that nothing has
+    /// caught is shown to the user; see `ProgramBasePresenter::tellCurrentException`.
     static int run(int argc, char** argv, const std::function<std::string()>& summary,
                    const std::string& version, const Create& create);
 };

@@ -12,6 +12,8 @@ ToolsToolbarPresenter::ToolsToolbarPresenter(ProgramBasePresenter* shell, bool s
     _view->signalReport.connect(sigc::mem_fun(*shell, &ProgramBasePresenter::requestReport));
     if (showTestObject)
         _view->showTestObjectCommand(true);
+    if (!shell->hasReport())
+        _view->showReportCommand(false);
 }
 
 ToolsToolbarPresenter::~ToolsToolbarPresenter() = default;

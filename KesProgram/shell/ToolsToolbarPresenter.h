@@ -12,7 +12,8 @@ namespace KesProgram {
 class IToolsToolbarView;
 class ProgramBasePresenter;
 
-/// The tool buttons Test object and Report. Made and owned by the program. GUI thread.
+/// The tool buttons Test object and, unless `ProgramModel::hasReport` says no, Report. Made and owned by the
+/// program, in `_onInit` or later. GUI thread.
 class KES_EXPORT ToolsToolbarPresenter : public Kes::IPresenter, public sigc::trackable {
 public:
     /// The shell outlives the presenter. `showTestObject`: for programs that have a test object.

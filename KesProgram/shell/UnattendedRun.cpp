@@ -158,8 +158,7 @@ bool UnattendedRun::_lookForEnd()
 
 void UnattendedRun::_onWindowShown()
 {
-    const auto& results = _commandLine.results;
-    if (const auto result = results.empty() ? Kes::Result(true) : _model.checkResultsFile(results); !result) {
+    if (const auto result = _checkFiles(); !result) {
         tell(Kes::ObjectErrorHelper::toDisplayString({result.getError()}));
         _status = NotStarted;
         _complete();
@@ -172,6 +171,16 @@ void UnattendedRun::_onWindowShown()
         _status = _commandLine.run ? Stopped : Success;
         _writeFiles();
     }
+}
+
+/// Whether the program can write what it is asked for.
+Kes::Result UnattendedRun::_checkFiles()
+{
+    static constexpr lng::TextPair noReport{"This program writes no report.",
+                                            "Эта программа не создаёт протокол."};
+    if (!_commandLine.report.empty() && !_writeReport && !_model.hasReport())
+        return Kes::Result::failure(lng::choose(noReport));
+    return _commandLine.results.empty() ? Kes::Result(true) : _model.checkResultsFile(_commandLine.results);
 }
 
 bool UnattendedRun::_openFile()

@@ -27,9 +27,9 @@ class WindowPicture;
 /// Without a file it begins with a new document, whatever was open last. Until all is done, messages go to
 /// standard error and questions get their declining answer; afterwards, without "--quit", the window is the
 /// user's. A test that was not started writes no files; one that was stopped or ended by a fault writes what
-/// it has measured. Results that the program cannot write keep it from starting: nobody wants to hear of that
-/// after hours. Whatever fails, throws or ends the program meanwhile, the run comes to its end with a
-/// status that says so.
+/// it has measured. A report or results that the program cannot write keep it from starting: nobody wants to
+/// hear of that after hours. Whatever fails, throws or ends the program meanwhile, the run comes to its end
+/// with a status that says so.
 ///
 /// Owned by `ProgramMain`; lives while the window does. GUI thread.
 class KES_EXPORT UnattendedRun : public sigc::trackable {
@@ -63,14 +63,14 @@ public:
     /// The process is to end: stops the test, writes the files, and closes the program.
     void terminate();
     /// The display has gone, and the main loop does not turn any more: writes archive, report and results at
-    /// once, and tells the status to end with. Touches no widget.
+    /// once, and returns the status to end with. Touches no widget.
     Status endWithoutDisplay();
 
     /// Whether the window is the user's.
     bool isDone() const { return _phase == Phase::Done; }
     /// The program's exit status; meaningful once all is done or the window has been closed.
     Status getStatus() const { return _status; }
-    /// Something that failed elsewhere.
+    /// Something failed elsewhere: the exit status becomes `Failure` unless it is worse already.
     void reportFailure() { _addFailure(); }
 
 private:
@@ -86,12 +86,13 @@ private:
     };
 
     void _later(Step step);
-    /// What a step throws is told and makes the status a failure; the run goes on behind the step.
+    /// An exception of a step is reported and makes the status a failure; the run continues after the step.
     void _run(Step step);
     void _goOnAfterFailure();
     void _hearEnd(bool outputStarted);
     bool _lookForEnd();
     void _onWindowShown();
+    Kes::Result _checkFiles();
     bool _openFile();
     void _startTest();
     void _onFinished();
@@ -119,7 +120,7 @@ private:
     Phase _phase = Phase::Opening;
     bool _isTerminating = false;
     std::unique_ptr<WindowPicture> _picture;
-    /// What `signalFinished` has told on another thread and has not been heard yet.
+    /// What `signalFinished` has reported on another thread and is not handled yet.
     enum class End { None, Failed, Finished };
     std::atomic<End> _end{End::None};
     bool _isEndLate = false;

@@ -10,7 +10,7 @@ namespace KesProgram {
 class ProgramModel;
 
 /// The hardware in the status bar: a row per device of the model's configuration, the synchronisation mode,
-/// and the switch of the state updates. Built anew whenever the configuration changes.
+/// and the switch of the state updates. Built again whenever the configuration changes.
 ///
 /// GUI thread. A configuration may be changed on any thread; that thread then waits until the rows of the
 /// old one are gone, because the old configuration lives no longer than the announcement of the change.

@@ -37,7 +37,7 @@ template <>
 KES_EXPORT std::string convertToString<RectangleF, true, true>(const RectangleF& value);
 
 /// True when the text holds exactly four items. An item that is not a number counts as 0: the number of
-/// items is what tells a rectangle from anything else.
+/// items alone decides whether the text is a rectangle.
 template <>
 KES_EXPORT bool tryConvert<RectangleF, true, true>(const std::string& text, RectangleF& value);
 

@@ -7,8 +7,7 @@
 
 namespace KesProgram {
 
-/// The toolbar of the archive file: New, Open, Save. The keys that it tells are those of
-/// the file menu. GUI thread.
+/// The toolbar of the archive file: New, Open, Save. Its tooltips name the keys of the file menu. GUI thread.
 class KES_EXPORT FileToolbarView : public Gtk::Toolbar, public IFileToolbarView {
 public:
     FileToolbarView();

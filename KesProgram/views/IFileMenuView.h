@@ -10,11 +10,13 @@ namespace KesProgram {
 /// The menu of the archive file. GUI thread.
 class KES_EXPORT IFileMenuView : public Kes::IView {
 public:
+    /// The user has chosen the command.
     sigc::signal<void()> signalNew;
     sigc::signal<void()> signalOpen;
     sigc::signal<void()> signalSave;
     sigc::signal<void()> signalSaveAs;
 
+    /// Whether the command can be chosen.
     virtual void setEnabledNew(bool enabled) = 0;
     virtual void setEnabledOpen(bool enabled) = 0;
 };

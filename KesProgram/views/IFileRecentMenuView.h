@@ -13,7 +13,7 @@ namespace KesProgram {
 /// The list of recent files as a menu. GUI thread.
 class KES_EXPORT IFileRecentMenuView : public Kes::IView {
 public:
-    /// The user chose a file; carries its path. The list may be set anew in a slot.
+    /// The user chose a file; carries its path. A slot may set a new list.
     sigc::signal<void(const std::string&)> signalFile;
 
     /// Shows the paths, the last one on top, in place of those shown so far.

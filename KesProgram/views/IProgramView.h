@@ -35,7 +35,7 @@ public:
     /// Shows a text with a confirming button over the window, and returns when the user has closed it.
     virtual void showMessage(const std::string& text) = 0;
 
-    /// Moves and sizes the window; in pixels of the screen.
+    /// Moves and sizes the window, in GDK pixels: at a scale factor of 2 each is 2 x 2 pixels of the screen.
     void setRectangle(const Kes::RectangleF& rectangle) override = 0;
     /// Read while the window is shown; afterwards the last place it had.
     Kes::RectangleF getRectangle() const override = 0;

@@ -15,6 +15,8 @@ public:
 
     /// Whether the test object button is there; it is not at first.
     virtual void showTestObjectCommand(bool show) = 0;
+    /// Whether the report button is there; it is at first.
+    virtual void showReportCommand(bool show) = 0;
 };
 
 } // namespace KesProgram

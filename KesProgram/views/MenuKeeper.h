@@ -4,9 +4,9 @@
 
 namespace KesProgram {
 
-/// The first base of a menu view, before `Gtk::Menu`, so that it lets go last. Keeps the toolkit's part of
-/// the menu until the C++ part has gone. Without, a menu item that dies before the menu below it takes that
-/// part along, and nobody frees what belongs to it. GUI thread.
+/// The first base of a menu view, before `Gtk::Menu`, so that it is destroyed last. Keeps the GTK object of
+/// the menu until the C++ object has been destroyed. Otherwise a menu item that dies before its submenu
+/// destroys that object first, and memory is lost. GUI thread.
 class MenuKeeper {
 protected:
     MenuKeeper() = default;

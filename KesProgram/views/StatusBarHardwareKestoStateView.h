@@ -6,7 +6,7 @@
 
 namespace KesProgram {
 
-/// The state of one device: a text whose look tells valid, invalid and unknown apart. GUI thread.
+/// The state of one device: a text that looks different when valid, invalid and unknown. GUI thread.
 class KES_EXPORT StatusBarHardwareKestoStateView : public Gtk::Label, public Kes::IResultStateView {
 public:
     StatusBarHardwareKestoStateView();

@@ -19,7 +19,7 @@ public:
     /// The style sheet gives the picture to `imageClass`. `tooltip` is the whole text, title line first.
     ToolButton(const std::string& imageClass, const std::string& tooltip);
 
-    /// The tooltip on the screen tells the key behind the title; the tooltip's text stays as it is.
+    /// Shows the key after the title in the tooltip; the text of the tooltip itself stays unchanged.
     void tellKey(const Key& key);
 };
 

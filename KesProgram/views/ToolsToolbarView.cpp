@@ -16,15 +16,23 @@ ToolsToolbarView::ToolsToolbarView()
 
 void ToolsToolbarView::showTestObjectCommand(bool show)
 {
-    const bool shown = _testObject.get_parent() != nullptr;
-    if (!show) {
-        if (shown)
-            remove(_testObject);
-        return;
-    }
-    if (!shown)
-        insert(_testObject, 0);
-    show_all();
+    _show(_testObject, show, 0);
+}
+
+void ToolsToolbarView::showReportCommand(bool show)
+{
+    _show(_report, show, -1);
+}
+
+void ToolsToolbarView::_show(ToolButton& button, bool show, int place)
+{
+    const bool isShown = button.get_parent() != nullptr;
+    if (!show && isShown)
+        remove(button);
+    if (show && !isShown)
+        insert(button, place);
+    if (show)
+        show_all();
 }
 
 } // namespace KesProgram

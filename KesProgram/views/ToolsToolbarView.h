@@ -8,14 +8,17 @@
 namespace KesProgram {
 
 /// The toolbar of the test object and the report. The test object button is not in it at first; the view
-/// owns the button whether it is in the toolbar or not. GUI thread.
+/// owns the buttons whether they are in the toolbar or not. GUI thread.
 class KES_EXPORT ToolsToolbarView : public Gtk::Toolbar, public IToolsToolbarView {
 public:
     ToolsToolbarView();
 
     void showTestObjectCommand(bool show) override;
+    void showReportCommand(bool show) override;
 
 private:
+    void _show(ToolButton& button, bool show, int place);
+
     ToolButton _testObject;
     ToolButton _report;
 };

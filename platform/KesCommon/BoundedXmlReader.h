@@ -35,6 +35,7 @@ public:
         std::size_t nodes = 100000;
     };
 
+    /// Frees the tree of the XML library.
     struct Deleter {
         void operator()(_xmlDoc* document) const;
     };
@@ -46,11 +47,11 @@ public:
 
     /// Options of libxml2 beside those that make reading safe.
     void setOptions(int options) { _options = options; }
-    /// The names of the document go into a dictionary that others use as well; null for one of its own. It
-    /// must live until the reading is over.
+    /// The document shares its names with a dictionary of the caller, which outlives the reading; null: the
+    /// document has its own.
     void setDictionary(_xmlDict* dictionary) { _dictionary = dictionary; }
 
-    /// Null when the text is no well-formed XML or beyond the limits; `getError` tells why.
+    /// Null when the text is no well-formed XML or beyond the limits; see `getError` for the reason.
     Document read(std::string_view text);
     /// The same with the contents of a regular file, which are not read beyond the limit. The document bears
     /// the path.

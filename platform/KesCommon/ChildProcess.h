@@ -10,11 +10,13 @@
 
 namespace Kes {
 
-/// Another program that does a piece of work and ends. No shell is involved, its input is empty, and what it
-/// prints is dropped.
+/// Another program that does a piece of work and ends. No shell is involved, its standard input is empty, and
+/// its standard output is dropped. Any thread.
 class KES_EXPORT ChildProcess {
 public:
+    /// In which way it ended.
     enum class End {
+        /// By itself.
         Exited,
         /// There is no such program.
         NotFound,
@@ -24,6 +26,7 @@ public:
         Cancelled
     };
 
+    /// How it ended. A value.
     struct Outcome {
         End end = End::NotStarted;
         /// When it has exited: its status, or -1 when a signal ended it.

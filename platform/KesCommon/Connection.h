@@ -40,7 +40,7 @@ public:
     };
 
     /// Cuts the slot, waits as described at `Connection::disconnect`, and lets go of the functor and of all
-    /// that it has captured, at once or, where it goes on running, when it has returned.
+    /// that it has captured, at once or, where it is still running, when it has returned.
     void disconnect();
 
     /// Cuts the slot when one of the trackables inside the functor dies. Before others know the slot, on
@@ -82,7 +82,8 @@ public:
     ///
     /// It waits for a slot that is running: as in every wait of `WaitCondition` the caller lets go of the
     /// gate and the GUI thread serves its queue. It does not wait for the run that it is called from, nor for
-    /// one on a thread that is itself waiting for this one (see ThreadWaits); such a run goes on afterwards.
+    /// one on a thread that is itself waiting for this one (see ThreadWaits); such a run continues
+    /// afterwards.
     void disconnect();
 
 private:

@@ -2,8 +2,8 @@
 
 namespace Kes {
 
-/// Emits a `sigc::signal` whose slots may destroy its owner. sigc++ loses track of its slots when a signal
-/// dies during its own emission; a copy, which shares them, lives until the emission is over.
+/// Emits a `sigc::signal` whose slots may destroy its owner: sigc++ does not allow a signal to die during its
+/// own emission, but a copy, which shares the slots, may outlive it. The thread of the signal.
 template <typename Signal, typename... Args>
 void emitLast(const Signal& signal, const Args&... args)
 {

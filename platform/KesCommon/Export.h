@@ -1,4 +1,4 @@
 #pragma once
 
-/// Marks what a library of the family offers to others; everything else stays hidden.
+/// Exports a class or function from its library; everything else stays hidden. No thread rule.
 #define KES_EXPORT __attribute__((visibility("default")))

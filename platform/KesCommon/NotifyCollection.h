@@ -13,7 +13,7 @@ namespace Kes {
 /// The text for a change refused by a read-only collection: the text of "error.ReadOnly".
 KES_EXPORT Result collectionReadOnlyError();
 
-/// An ordered collection that tells its listeners about every change.
+/// An ordered collection that reports every change to its listeners.
 ///
 /// Any thread may read and change it. A change and its notifications pass the signal gate as one unit,
 /// so listeners hear of changes in the order in which they happened; a listener that wants to take over

@@ -12,6 +12,7 @@ namespace Kes {
 /// Immutable after construction and shared by pointer, so it may be read on any thread.
 class KES_EXPORT ObjectError {
 public:
+    /// Errors in the order in which they happened; null ones are allowed.
     using List = std::vector<std::shared_ptr<ObjectError>>;
 
     explicit ObjectError(List inner = {});
@@ -22,6 +23,7 @@ public:
     /// The text in the language of the process, without the inner errors.
     virtual std::string getMessage() const = 0;
 
+    /// What led to it; empty for an error with no other cause.
     const List& getInner() const { return _inner; }
 
 private:
@@ -35,6 +37,7 @@ public:
 
     std::string getMessage() const override;
 
+    /// The text is UTF-8 in the language of the process, without a newline at its end.
     static std::shared_ptr<ObjectError> create(std::string text, List inner = {});
 
 private:

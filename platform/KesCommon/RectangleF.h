@@ -2,9 +2,11 @@
 
 namespace Kes {
 
-/// A rectangle in whatever unit its user chooses; window rectangles are in pixels of the whole desktop.
+/// A rectangle in any unit; that of a window is in GDK pixels of the whole desktop. A value. Any thread.
 struct RectangleF {
+    /// The left edge, growing to the right.
     float x = 0;
+    /// The upper edge, growing downwards.
     float y = 0;
     float width = 0;
     float height = 0;

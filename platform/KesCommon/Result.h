@@ -9,7 +9,7 @@
 
 namespace Kes {
 
-/// Success, or the error that prevented it.
+/// Success, or the error that prevented it. A value. Any thread.
 class [[nodiscard]] Result {
 public:
     /// `Result(true)` is success; `Result(false)` a failure without details.

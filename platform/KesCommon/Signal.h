@@ -29,7 +29,7 @@ class Signal;
 /// others from being called, nor does it reach the emitter: it goes to the exception handler.
 ///
 /// Threads: all operations from any thread. Only `emit` passes `SignalGate`, so emissions of different
-/// threads come one after the other; who connects and looks at the emitter's state as one step holds the gate
+/// threads come one after the other. To connect and read the emitter's state in one step, hold the gate
 /// meanwhile. A cut waits for a slot that is running (see Connection::disconnect).
 ///
 /// A trackable receiver is connected and destroyed on its own thread. Its trackable part goes last, when its
@@ -78,9 +78,9 @@ public:
     }
     void operator()(Args... args) const { emit(args...); }
 
-    /// Takes the text of what a slot has thrown, on the emitting thread, between that slot and the next one.
-    /// Without one, and for what is thrown while it runs, or by itself, the text goes to the log. Set by
-    /// the signal's owner before others use the signal.
+    /// The handler gets the text of an exception that a slot has thrown: on the emitting thread, before the
+    /// next slot is called. Without a handler, and for exceptions during or of the handler itself, the text
+    /// goes to the log. Set by the signal's owner before others use the signal.
     void setExceptionHandler(SignalFaults::Handler handler)
     {
         auto kept = std::make_shared<const SignalFaults::Handler>(std::move(handler));
@@ -114,7 +114,7 @@ private:
     using Slots = std::vector<std::shared_ptr<ConnectionSlot>>;
 
     struct State {
-        /// Replaced as a whole, so that an emission goes on over the slots that it began with.
+        /// Replaced as a whole, so that an emission continues over the slots that it began with.
         std::shared_ptr<const Slots> slots = std::make_shared<const Slots>();
         std::shared_ptr<const SignalFaults::Handler> handler;
     };

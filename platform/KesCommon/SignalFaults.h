@@ -8,7 +8,7 @@
 
 namespace Kes {
 
-/// Where `Signal` puts what its slots throw.
+/// What `Signal` does with exceptions of its slots. Any thread.
 class KES_EXPORT SignalFaults {
 public:
     using Handler = std::function<void(const std::string& text)>;

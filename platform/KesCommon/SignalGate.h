@@ -10,8 +10,8 @@ namespace Kes {
 ///
 /// It is recursive, and there is a single one in the process: a slot may emit other signals in any order
 /// without the lock-order deadlocks that a gate per object would allow. While the GUI thread waits for the
-/// gate it goes on serving its queue (see WaitService), so that a slot on another thread that waits for the
-/// GUI thread gets its answer; and it is the next to get the gate.
+/// gate it continues to serve its queue (see WaitService), so that a slot on another thread that waits for
+/// the GUI thread gets its answer; and it is the next to get the gate.
 ///
 /// While the gate is held, no other thread emits: nothing that only slots and emitters change does change,
 /// and reading it and connecting are one step. A slot on another thread may still be in the middle of a wait
@@ -36,7 +36,7 @@ public:
         Guard& operator=(const Guard&) = delete;
     };
 
-    /// Lets go of the gate for a scope, however often this thread holds it; for a wait that other
+    /// Releases the gate for a scope, however often this thread holds it; for a wait that other
     /// threads can only end by emitting.
     class KES_EXPORT Release {
     public:
@@ -51,7 +51,7 @@ public:
 
     /// The gate of a thread that waits for a function to run on another thread. What the function does
     /// belongs to what the waiting thread does, so it runs with that thread's gate: it may connect, emit
-    /// and take the gate although the waiting thread goes on holding it.
+    /// and take the gate although the waiting thread still holds it.
     class KES_EXPORT Loan {
     public:
         /// On the waiting thread, which has nothing to lend when it does not hold the gate. Outlives `Use`.

@@ -13,8 +13,12 @@ namespace Kes {
 
 /// The texts of one library by key, a compile-time constant; a key given twice does not compile.
 ///
-///     constexpr Kes::TextTable table("Example", {{"error.Lost", "Lost", "Потеряно"}, ...});
-///     const char* get(const std::string& key) { return table.get(key); }
+///     constexpr Kes::TextTable table("Example", {{"error.Lost", "Lost", "Потеряно"},
+///                                                 {"state.On", "On", "Включено"}});
+///     const char* get(const std::string& key)
+///     {
+///         return table.get(key);
+///     }
 ///
 /// In the table of a further language that text has the key "Example.error.Lost". Any thread.
 template <std::size_t N>

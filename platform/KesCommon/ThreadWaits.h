@@ -24,7 +24,7 @@ public:
     static WaitCondition& getCondition();
 
     /// The calling thread is about to end: nobody waits for it any more. The system may give its id to a new
-    /// thread before those who have waited for it go on.
+    /// thread before those that have waited for it continue.
     static void endThread();
 
     /// Declares for its scope that a thread waits for another one.
@@ -32,13 +32,15 @@ public:
     /// For a wait that gives way when it would close a circle:
     ///
     ///     ThreadWaits::WaitingFor waiting;
-    ///     ThreadWaits::getCondition().wait(lock, [&] { return !_owned || !waiting.trySet(_owner); });
+    ///     ThreadWaits::getCondition().wait(lock,
+    ///                                      [&] { return !_isRunningOn(thread) || !waiting.trySet(thread);
+    ///                                      });
     class KES_EXPORT WaitingFor {
     public:
         /// Declares nothing yet.
         WaitingFor();
-        /// A wait that has to happen whatever comes of it; for a thread that declares it for another one,
-        /// with that thread's id.
+        /// A wait that must happen in any case. `waiting`: the thread that waits, when another one declares
+        /// it.
         explicit WaitingFor(std::thread::id awaited, std::thread::id waiting = std::this_thread::get_id());
         ~WaitingFor();
         WaitingFor(const WaitingFor&) = delete;

@@ -12,10 +12,10 @@ namespace Kes {
 
 /// A condition variable for what another thread can only do by emitting signals or by way of the GUI thread.
 ///
-/// While it waits, the caller lets go of the signal gate, however often it holds it, and the GUI thread goes
-/// on serving its queue (see WaitService), so functions that others have posted may run inside the wait.
-/// When the predicate holds at once, neither gate nor queue are touched. The gate comes before every other
-/// lock: it is taken back without the caller's lock, and then the predicate is asked again.
+/// While it waits, the caller releases the signal gate, however often it holds it, and the GUI thread
+/// continues to serve its queue (see WaitService), so functions that others have posted may run inside the
+/// wait. When the predicate holds at once, neither gate nor queue are touched. The gate comes before every
+/// other lock: it is taken back without the caller's lock, and then the predicate is asked again.
 ///
 /// `notifyAll` may be called without the lock: a predicate may also depend on what other locks guard, if
 /// every change of it is followed by a notification. A thread that may destroy the condition as soon as it
@@ -32,7 +32,7 @@ public:
     WaitCondition(const WaitCondition&) = delete;
     WaitCondition& operator=(const WaitCondition&) = delete;
 
-    /// Has all waiting threads ask their predicates.
+    /// Makes all waiting threads ask their predicates again.
     void notifyAll();
 
     /// Returns when the predicate holds. The lock is held on entry and on return.

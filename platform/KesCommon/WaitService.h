@@ -7,7 +7,7 @@
 
 namespace Kes {
 
-/// What a thread that serves a queue goes on doing while it has to wait for another thread.
+/// What a thread that serves a queue continues to do while it has to wait for another thread.
 ///
 /// The GUI thread must not simply block on a worker that itself waits for the GUI thread: both would
 /// stand still. The GUI dispatcher installs here how its queue is served, and every wait of the family's
@@ -21,8 +21,8 @@ public:
 
     /// Makes the calling thread the serving one.
     static void install(Serve serve);
-    /// Called on the serving thread, before it ends; does nothing on any other. A wait that goes on below
-    /// the call becomes one of an ordinary thread.
+    /// Called on the serving thread, before it ends; does nothing on any other. A wait that is still on the
+    /// stack becomes one of an ordinary thread.
     static void uninstall();
 
     /// Any thread: whether the caller is the serving thread.

@@ -9,12 +9,12 @@
 
 namespace Kes {
 
-/// A thread of its owner's whose end can be waited for on any thread, the GUI thread included.
+/// A thread with an owner. Every thread, the GUI thread included, can wait for its end.
 ///
 /// The work may emit signals and wait for the GUI thread until its end: a wait for it lets go of the signal
-/// gate and goes on serving the GUI thread's queue (see WaitCondition), so functions that others have posted
-/// may run inside, and may even wait for the same worker or destroy it. What the work throws goes to the log.
-/// What it has captured is destroyed on the worker thread before the work counts as ended.
+/// gate and continues to serve the GUI thread's queue (see WaitCondition), so functions that others have
+/// posted may run inside, and may even wait for the same worker or destroy it. What the work throws goes to
+/// the log. What it has captured is destroyed on the worker thread before the work counts as ended.
 ///
 /// `isRunning` and `wait` on any thread; moved and destroyed by the owner.
 class KES_EXPORT Worker {
@@ -27,7 +27,7 @@ public:
     /// The same, but for a system without a thread to give: that is written to the log, and there is no
     /// worker.
     static std::optional<Worker> tryStart(const std::string& threadName, std::function<void()> work);
-    /// Waits for the work. From inside it: lets the thread go on by itself.
+    /// Waits for the work. From inside the work: returns, and the thread ends by itself.
     ~Worker();
     Worker(Worker&& other) noexcept;
     /// Waits for the present work as the destructor does.

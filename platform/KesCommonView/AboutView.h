@@ -14,6 +14,7 @@ public:
     AboutView();
     ~AboutView() override;
 
+    /// UTF-8, one line.
     void setProgramName(const std::string& name);
     /// An empty version is not shown.
     void setVersion(const std::string& version);

@@ -11,7 +11,7 @@ namespace Kes {
 ///
 /// One first-in-first-out queue, drained by one main-loop source in slices of about 2 ms between events
 /// and redraws, so a flood of posts delays a frame but never freezes the window; many posts cost one
-/// wake-up. A function may run a dialog's own loop; the queue goes on meanwhile.
+/// wake-up. A function may run a dialog's own loop; the queue continues meanwhile.
 ///
 /// The dispatcher is also the service of `WaitService`: while the GUI thread waits (see WaitCondition),
 /// queued functions run inside that wait, and one that is queued meanwhile wakes it.

@@ -8,7 +8,7 @@
 
 namespace Kes {
 
-/// The views of a collection's items, in order.
+/// The views of a collection's items, in order. They are placed, not owned. GUI thread.
 class KES_EXPORT ICollectionView : public IView {
 public:
     /// A view that is not a widget is ignored.

@@ -13,8 +13,10 @@ namespace Kes {
 
 /// What a message box or question shows.
 struct MessageRequest {
+    /// The view whose window the box lies over; null: none.
     IView* parent = nullptr;
     std::string text;
+    /// Empty: the program's name.
     std::string title;
     DialogResult buttons = DialogResult::Ok;
 };
@@ -24,6 +26,7 @@ struct FileRequest {
     IView* parent = nullptr;
     std::string title;
     std::vector<std::pair<std::string, std::string>> filters;
+    /// To write a file; else to read one.
     bool save = false;
     /// The path that is offered when saving, of the kind of the first filter; empty: none.
     std::string suggestion{};
@@ -41,11 +44,11 @@ public:
     virtual DialogResult showMessage(const MessageRequest& request) = 0;
     /// Returns the chosen path, empty when the user cancelled.
     virtual std::string chooseFile(const FileRequest& request) = 0;
-    /// Shows the text until `isOver`, which is asked again and again, says so; false: the user has cancelled
-    /// before. Here there is no user: true, without a wait.
+    /// Shows the text until `isOver`, which is called repeatedly, returns true; false when the user has
+    /// cancelled before. Default: returns true at once, without a user.
     virtual bool showWaiting(const MessageRequest& request, const std::function<bool()>& isOver);
 
-    /// Whether somebody is there to choose; else only what must not happen unasked is worth a question.
+    /// Whether there is a user to answer; without one, ask only what must not happen without a question.
     virtual bool hasUser() const { return true; }
 
     static DialogBackend& get();

@@ -4,21 +4,27 @@
 
 namespace Kes {
 
-/// A button of a modal dialog, or a set of buttons: the sum of its members.
+/// A button of a modal dialog, or a set of buttons: the sum of its members. A value. Any thread.
 enum class DialogResult : unsigned {
+    /// No button, the empty set.
     None = 0,
     Yes = 2,
     No = 4,
+    /// The only button of a message.
     Ok = 16,
     Cancel = 32,
+    /// A question.
     YesNo = Yes | No,
+    /// A question that can also be taken back.
     YesNoCancel = Yes | No | Cancel
 };
 
+/// The buttons of both sets.
 constexpr DialogResult operator|(DialogResult a, DialogResult b)
 {
     return static_cast<DialogResult>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
 }
+/// The buttons that both sets have.
 constexpr DialogResult operator&(DialogResult a, DialogResult b)
 {
     return static_cast<DialogResult>(static_cast<unsigned>(a) & static_cast<unsigned>(b));

@@ -16,8 +16,9 @@ KES_EXPORT std::string complete(const std::string& path, const std::string& patt
 /// does not end in that, or one of the patterns has no plain extension.
 KES_EXPORT std::string exchange(const std::string& path, const std::string& from, const std::string& to);
 
-/// The pattern for a matcher that tells upper and lower case apart, so that it takes the Latin letters of
-/// both: "*.abc" becomes "*.[aA][bB][cC]".
+/// The pattern for a matcher that distinguishes upper and lower case, so that it accepts Latin letters of
+/// both:
+/// "*.abc" becomes "*.[aA][bB][cC]".
 KES_EXPORT std::string ignoreCase(const std::string& pattern);
 
 } // namespace Kes::FileNamePattern

@@ -8,16 +8,16 @@
 /// appears sooner for it. GUI thread.
 namespace Kes::FirstFrame {
 
-/// The slots of `call` wait from now on. The one who shows the window says when it has been drawn.
+/// The slots of `call` wait from now on; `tellDrawn` ends the wait.
 KES_EXPORT void expect();
 
-/// Calls what waits, in its order.
+/// The window has been drawn: calls what waits, in its order.
 KES_EXPORT void tellDrawn();
 
 /// No first frame is expected any more; what waits is not called.
 KES_EXPORT void forget();
 
-/// Calls the slot: at once when no first frame is expected, else when it is told; never after the end of an
+/// Calls the slot: at once when no first frame is expected, else at `tellDrawn`; never after the death of an
 /// object that the slot is bound to.
 KES_EXPORT void call(const sigc::slot<void()>& slot);
 

@@ -4,8 +4,8 @@
 
 namespace Kes {
 
-/// What a presenter shows. A view that can be placed in a window is also a `Gtk::Widget`; whoever places it
-/// finds that out by `dynamic_cast`. Owned by its presenter. GUI thread.
+/// What a presenter shows. A view that can be placed in a window is also a `Gtk::Widget`, which is found
+/// out by `dynamic_cast`. Owned by its presenter. GUI thread.
 class KES_EXPORT IView {
 public:
     virtual ~IView();

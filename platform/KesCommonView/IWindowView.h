@@ -16,6 +16,7 @@ public:
 
     /// Shows the window over the parent's window (null: anywhere), or brings it to the front.
     virtual void show(IView* parent) = 0;
+    /// Emits `signalClosed` before it returns; does nothing when the window is not shown.
     virtual void close() = 0;
     virtual void setTitle(const std::string& title) = 0;
     /// The view is placed, not owned, and has to be a widget (`std::bad_cast` otherwise).

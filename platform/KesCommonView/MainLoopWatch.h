@@ -8,8 +8,8 @@
 
 namespace Kes {
 
-/// Notices that the main loop does not turn any more: a function of the GUI thread does not return, or the
-/// whole process stood still. Then nobody at the window can stop anything.
+/// Notices that the main loop has stopped: a function of the GUI thread does not return, or the whole process
+/// stood still. Then the user can stop nothing at the window.
 class KES_EXPORT MainLoopWatch {
 public:
     /// `onStandstill` is called once for each standstill that lasts longer, on a thread of the watch, while

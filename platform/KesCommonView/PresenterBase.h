@@ -20,10 +20,12 @@ public:
     IView* getView() override { return &_getView(); }
 
 protected:
+    /// Makes the view, once; the presenter owns it.
     virtual std::unique_ptr<IViewType> _createDefaultView() = 0;
     /// Called once, when the view has just been created; connects and fills it.
     virtual void _onViewInited() {}
 
+    /// The view, made when there is none.
     IViewType& _getView()
     {
         if (!_view) {

@@ -6,8 +6,8 @@
 
 namespace Kes {
 
-/// A box that asks for room for so many characters and lines, so that content finds it when it comes; it
-/// still shrinks to what its present content needs. GUI thread.
+/// Reserves space for content added later: a box whose natural size is so many characters wide and lines
+/// high. It still shrinks to what its present content needs. GUI thread.
 class KES_EXPORT RoomyBox : public Gtk::Box {
 public:
     RoomyBox(Gtk::Orientation orientation, int spacing, int characters, int lines = 0);

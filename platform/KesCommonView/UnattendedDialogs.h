@@ -15,7 +15,7 @@ public:
     std::string chooseFile(const FileRequest& request) override;
     bool hasUser() const override { return false; }
 
-    /// The texts of the last messages and questions, oldest first, so that the program can tell why it
+    /// The texts of the last messages and questions, oldest first, so that the program can report why it
     /// failed.
     const std::vector<std::string>& getTexts() const { return _texts; }
 

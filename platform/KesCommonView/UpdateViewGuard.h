@@ -7,7 +7,7 @@
 
 namespace Kes {
 
-/// Lives as long as the presenter whose late calls have to be dropped.
+/// Lives as long as its presenter; late calls of a dead presenter are dropped. Any thread.
 class LifetimeToken {};
 
 /// Protects a presenter against view updates that arrive after its death.

@@ -13,7 +13,7 @@ public:
     /// The window has been closed. A slot may destroy the presenter.
     sigc::signal<void()> signalClosed;
 
-    /// Shows the window over the parent's window; null: anywhere.
+    /// Makes the window when there is none, and shows it over the parent's window; null: anywhere.
     void show(IView* parent)
     {
         auto& view = this->_getView();
@@ -21,6 +21,7 @@ public:
             _closed = view.signalClosed.connect(sigc::mem_fun(*this, &WindowBasePresenter::_onClosed));
         view.show(parent);
     }
+    /// Closes the window, which emits `signalClosed`; does nothing before the first `show`.
     void close()
     {
         if (this->_hasView())

@@ -30,7 +30,7 @@ private:
     friend class Kesto;
     explicit AuxDC(Kesto& kesto) : _kesto(kesto) {}
     void _set(bool enable, double volts);
-    /// What the device told, unless the setting has been changed since `change` was read.
+    /// Applies the device's state, unless it was changed since `change` was read.
     void _follow(bool enable, unsigned change);
     unsigned _getChange() const { return _changes; }
 

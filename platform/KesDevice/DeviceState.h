@@ -4,7 +4,7 @@
 
 namespace KesDevice {
 
-/// What a device is to its configuration.
+/// The state of a device in its configuration. A value.
 enum class DeviceState {
     /// Not connected: never tried, disconnected on purpose, or the attempt failed.
     Absent,
@@ -14,8 +14,9 @@ enum class DeviceState {
     Ready,
     /// The amplifiers are on.
     Working,
-    /// Connected with a fault or not ready, or let go of because it talked nonsense or did not obey. Its
-    /// outputs are off, or it has been told so and switches off by its own watchdog.
+    /// Connected with a fault or not ready, or disconnected because it sent nonsense or did not obey. Its
+    /// outputs
+    /// are off, or its own watchdog switches them off.
     Faulty,
     /// The connection was lost, or an answer came too late; the device switches everything off by itself.
     Lost

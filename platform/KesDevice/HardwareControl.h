@@ -17,8 +17,8 @@ namespace KesDevice {
 /// simulated one which exists in every process; in one, whatever serves on the same computer.
 ///
 /// A configuration that is replaced refuses from then on to begin anything, and is switched off and
-/// disconnected on a thread of its own; it is destroyed there when nobody shares it any more. Whoever
-/// connects to one of its devices meanwhile waits for that.
+/// disconnected on a thread of its own; it is destroyed there when nobody shares it any more. Until then,
+/// a connection to one of its devices waits.
 class KES_EXPORT HardwareControl {
 public:
     /// A configuration has been set and is installed; the argument is the current one, never null. Emitted on
@@ -27,8 +27,8 @@ public:
 
     /// The current configuration, never null. It lives until it is replaced.
     static HardwareManager* getInstance();
-    /// The same with a share in it: it lives at least as long as the result. For every thread that works with
-    /// it while others may replace it.
+    /// The same as a shared pointer, which keeps it alive: for threads that use it while others may replace
+    /// it.
     static std::shared_ptr<HardwareManager> share();
 
     /// Where new configurations find their devices: `KesDriver::getProgramNetwork()` at first.

@@ -31,12 +31,12 @@ class SyncedRun;
 ///
 /// Signals are emitted on the thread on which the change was noticed: a device's thread, one that asks a
 /// device, or the thread that called the operation. What is changed is changed before they are emitted, and
-/// no slot can make a step of an operation be skipped.
+/// no slot can prevent a step of an operation.
 ///
 /// A device that fails while the output runs is reported by `signalAvary` or `signalKestoState`, and
-/// `checkOutput` says so from then on; the output counts as running until `stopWorkingMode`. What the
-/// preparation or the start finds out is told by its result and by nothing else; `ToldByResults` makes the
-/// two one. Destroying a configuration switches its outputs off; never from inside its own operation.
+/// `checkOutput` says so from then on; the output counts as running until `stopWorkingMode`. Failures
+/// of the preparation or the start are reported by its result only; `ToldByResults` joins the two. Destroying
+/// a configuration switches its outputs off; never from inside its own operation.
 class KES_EXPORT HardwareManager {
 public:
     /// A configuration without devices, on the network of `HardwareControl`.
@@ -54,7 +54,7 @@ public:
     /// than a moment. An inner step gives back the text of the outer one at its end.
     Kes::Signal<void(const char*)> signalStatusChanged;
     /// A device has reported a fault, or was lost. The record lives during the emission. With `isStopOnFault`
-    /// the others are already being told to set their outputs to zero.
+    /// the others are already receiving the order to set their outputs to zero.
     Kes::Signal<void(KesDriver::KesAvary&)> signalAvary;
     /// Something the user should know about a device (null: about the configuration). The text is never null.
     Kes::Signal<void(Kesto*, const char*)> signalKestoState;
@@ -95,10 +95,9 @@ public:
     /// configuration itself is just switching them off is no failure.
     Kes::Result checkOutput() const;
 
-    /// While one lives, what goes wrong with the devices is told by the results of the operations that are
-    /// made meanwhile; what none of them has told is told at its end. For operations that are one to the
-    /// user, such as a preparation and the start after it. Lives on one thread, no longer than the
-    /// configuration.
+    /// While one lives, failures of devices are reported by the results of operations only; failures that no
+    /// result has reported are reported at its end. For operations that are one for the user, such as a
+    /// preparation and the start after it. Lives on one thread, no longer than the configuration.
     class ToldByResults;
 
     /// Connects and identifies every device, and asks for its state. Fails with one inner error per device
@@ -119,8 +118,8 @@ public:
     /// Arms one sequence on each device (the first on the first, ...; an empty one leaves its device out) and
     /// starts them at one moment, as the synchronisation mode in use gives it. Refused out of working mode,
     /// in a mode that does not support sequences, for several devices without synchronisation, and when a
-    /// device refuses its sequence; none has started then. A device that fails meanwhile is told of by the
-    /// signals too, as at any time in a running output: the run has to end. See `SyncedRun` for what comes
+    /// device refuses its sequence; none has started then. A device that fails meanwhile is also reported by
+    /// the signals, as always while the output runs: the run has to end. See `SyncedRun` for what comes
     /// after.
     Kes::Result startSequences(const std::vector<KesDriver::OutputSequence>& sequences,
                                std::shared_ptr<SyncedRun>& run);
@@ -164,7 +163,7 @@ private:
     std::atomic<bool> _isStopping{false};
     std::atomic<bool> _isRetired{false};
 
-    /// What `signalStatusChanged` has told and is not over, the newest last; used under the signal gate.
+    /// What `signalStatusChanged` has reported and is not over, the newest last; used under the signal gate.
     std::vector<const Status*> _statuses;
     /// By device; used under the signal gate.
     std::map<Kesto*, std::vector<Kes::ScopedConnection>> _connections;
@@ -172,6 +171,7 @@ private:
     Kes::ScopedConnection _removed;
 };
 
+/// See its declaration inside the configuration.
 class KES_EXPORT HardwareManager::ToldByResults {
 public:
     explicit ToldByResults(HardwareManager& hardware);

@@ -14,7 +14,9 @@ class HardwareManager;
 /// Outputs of all devices together: current 1 is IA of the first device, current 4 IA of the second, and so
 /// on; voltages likewise. What is not given is zero.
 struct VirtualOutputs {
+    /// In amperes.
     std::vector<KesDriver::Phasor> currents;
+    /// In volts.
     std::vector<KesDriver::Phasor> voltages;
     double currentHertz = 50.0;
     double voltageHertz = 50.0;

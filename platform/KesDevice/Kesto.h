@@ -19,13 +19,13 @@ namespace KesDevice {
 
 class FaultStopper;
 
-/// One test device. Shared by the configuration that it belongs to and by whoever is using it.
+/// One test device. Shared by its configuration and by all who use it.
 ///
 /// Everything that happens to a device goes through its one state: an operation is carried out when the state
-/// allows it, and what an operation or a report of the device finds out changes the state first and is told
-/// then. What a device says is not believed blindly: one that tells what makes no sense, does not obey, or
-/// does not answer in time is told to stop, let go of (its own watchdog switches everything off then), and
-/// counts as faulty or lost until it is connected again.
+/// allows it, and the result of an operation or a report of the device changes the state first and is
+/// reported then. A device that sends nonsense, does not obey, or does not answer in time is not trusted: it
+/// gets the order to stop, is disconnected (its own watchdog then switches everything off), and is faulty or
+/// lost until it is connected again.
 ///
 /// Getters and `disconnect`: any thread. Operations block until the device has answered or has missed its
 /// time-out: any thread but the GUI thread. Inside a slot they let go of the signal gate. Signals are emitted
@@ -36,7 +36,7 @@ public:
 
     /// A device at a network address, reached by the link.
     static std::shared_ptr<Kesto> create(const Address& address, std::unique_ptr<KesDriver::IKestoLink> link);
-    /// Asks who is at the address, by a connection of its own that ends with the answer and switches nothing:
+    /// Asks which device is at the address. Makes a connection for this question only and switches nothing:
     /// for a device that no configuration is connected to. Blocks as the operations do.
     static Kes::Result identify(KesDriver::IKestoNetwork& network, const Address& address,
                                 KesDriver::KestoIdentity& identity, bool& isSimulated);
@@ -46,31 +46,32 @@ public:
 
     /// `getOperationError()` has changed; the argument is the new one, valid during the emission.
     Kes::Signal<void(const Kes::Nullable<std::string>&)> signalOperationErrorChanged;
-    /// The device has told something that can be believed. A fault is told once, and again when it has
-    /// changed, has been away, or the device has been connected anew; a fault or a loss that an operation of
-    /// the configuration answers with is told by that operation's result alone. A device whose event a
-    /// listener does not take, but throws, is let go of and counts as faulty: who measures would take a
-    /// contact that he has not heard of for one that has not moved. The reference is valid during the
-    /// emission.
+    /// A report of the device that makes sense. A fault is reported once, and again when it has changed, has
+    /// cleared and come back, or the device has been connected again; a fault or loss that is the result of
+    /// an operation of the configuration is reported by that result only. When a listener throws at an event,
+    /// the device is disconnected and is faulty: a measurement without that event would be wrong. The
+    /// reference is valid during the emission.
     Kes::Signal<void(const KesDriver::Report&)> signalReport;
     /// Something else that the user should know, such as that the device sends nonsense. Never null.
     Kes::Signal<void(const char*)> signalNotice;
 
+    /// The network address, which never changes.
     const Address& getAddress() const { return _address; }
-    /// As the device last told; of unknown type before the first connection.
+    /// As the device last reported; of unknown type before the first connection.
     KesDriver::KestoIdentity getIdentity() const;
     KesDriver::KestoIdentifer getIdentifer() const { return getIdentity().identifer; }
     /// Identifier and address, as errors name the device: "KESTO-3 No. 00017 (192.168.1.2)".
     std::string toDisplayString() const;
     /// Whether the device is a simulated one: results obtained with it say nothing about a real relay.
     bool isSimulated() const;
-    /// As the device told when it was connected; those of an ordinary device before that, and when it told
-    /// nonsense.
+    /// As the device reported when it was connected; those of an ordinary device before that, and when it
+    /// sent nonsense.
     KesDriver::OutputLimits getLimits() const;
 
     AuxDC& auxDC() { return _auxDC; }
     const AuxDC& auxDC() const { return _auxDC; }
 
+    /// The one state; see `DeviceState`.
     DeviceState getState() const;
     /// What is wrong with the device, naming neither it nor its address unless it says so itself; empty when
     /// nothing is.
@@ -82,8 +83,8 @@ public:
     bool isConnected() const;
 
     /// Connects, identifies, sets the auxiliary supply and asks for limits and state; succeeds at once when
-    /// connected. A device that is not ready counts as connected. There is one attempt at a time: who comes
-    /// while one is under way waits for it and gets its result.
+    /// connected. A device that is not ready counts as connected. There is one attempt at a time: a caller
+    /// that comes meanwhile waits for it and gets its result.
     Kes::Result connect();
     /// Outputs and auxiliary supply go off with the connection; the state is absent. Ends an attempt under
     /// way, and operations that wait for an answer. Does not wait for the device: any thread.
@@ -99,13 +100,13 @@ public:
     Kes::Result stopWorkingMode();
 
     /// As the operations of `KesDriver::IKestoLink`. A sequence is sent when the end of the one before has
-    /// been told to all who listen (half a second later at most), so that nobody mixes up the two. Values
+    /// been reported to all listeners (half a second later at most), so that nobody mixes up the two. Values
     /// outside the limits are refused without asking the device, with an error that names channel, value and
     /// limit.
     Kes::Result setOutputs(const KesDriver::OutputState& outputs);
     Kes::Result runSequence(const KesDriver::OutputSequence& sequence);
-    /// A device that does not obey is let go of, and `signalNotice` tells so: who stops outputs in a hurry
-    /// need not look at the result.
+    /// A device that does not obey is disconnected, and `signalNotice` reports it: a caller in a hurry can
+    /// ignore the result.
     Kes::Result stopOutputs();
     Kes::Result armSequence(const KesDriver::OutputSequence& sequence);
     Kes::Result startArmed(const KesDriver::StartMoment& moment);
@@ -154,17 +155,17 @@ private:
     enum class LetGo { AtOnce, StopFirst };
     void _endLink(LetGo how);
 
-    // What the device tells, and what becomes of it (KestoReports.cpp)
+    // What the device reports, and what follows (KestoReports.cpp)
 
     void receive(KesDriver::ConnectionNumber connection, const KesDriver::Report& report) override;
     void _onEvent(KesDriver::ConnectionNumber connection, KesDriver::Report event);
-    /// What the device has told is lost: nobody may go on as if it had not been told.
+    /// A report of the device is lost: nobody may continue without it.
     void _onUntold(KesDriver::ConnectionNumber connection) noexcept;
     std::string _getUntoldText(const std::string& reason) const;
     void _onAvary(KesDriver::ConnectionNumber connection, const KesDriver::KesAvary& avary);
     void _onLost(KesDriver::ConnectionNumber connection);
     void _lose(unsigned epoch);
-    /// Stops a device that cannot be trusted, lets go of it, and tells why.
+    /// Stops a device that cannot be trusted, disconnects it, and reports why.
     void _distrust(unsigned epoch, const std::string& reason, LetGo how);
     void _stopOthers();
     /// No step of an ending keeps the next one from being made: what it throws goes to the log.
@@ -177,7 +178,7 @@ private:
     std::optional<std::string> _emitReport(const KesDriver::Report& report);
     void _emitReportOrNotice(const KesDriver::Report& report);
     void _emitOperationError();
-    /// The end of a sequence that the device will not tell any more: a program waits for it.
+    /// The end of a sequence that the device will not report any more: a program waits for it.
     void _emitEnd(const std::optional<KesDriver::SequenceEvent>& end);
 
     std::string _getText(const char* key) const;

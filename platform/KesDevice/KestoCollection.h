@@ -12,7 +12,7 @@
 namespace KesDevice {
 
 /// The devices of a configuration, in order. A removed device is disconnected when all listeners have heard
-/// of its removal, and lives on for as long as somebody uses it under a lease. Any thread.
+/// of its removal, and is destroyed when the last lease of it has ended. Any thread.
 class KES_EXPORT KestoCollection : public Kes::NotifyCollection<Kesto*> {
 public:
     KestoCollection();

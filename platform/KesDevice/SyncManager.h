@@ -10,7 +10,9 @@ namespace KesDevice {
 /// The synchronisation of a configuration's devices. Owned by the configuration. Any thread.
 class KES_EXPORT SyncManager {
 public:
+    /// None at first.
     const SyncMode& getActiveMode() const { return SyncMode::get(_kind); }
+    /// Takes effect at the next start of sequences.
     void setActiveMode(SyncModeKind kind) { _kind = kind; }
 
 private:

@@ -40,12 +40,12 @@ public:
     /// A new event is in `getEvents()`, or the run has ended. On a device thread.
     Kes::Signal<void()> signalChanged;
 
-    /// So far, in the order of the common time as far as the devices have told.
+    /// So far, in the order of the common time as far as the devices have reported.
     std::vector<Event> getEvents() const;
     /// The greatest difference between the devices' starts, as the mode of synchronisation states it.
     std::chrono::microseconds getUncertainty() const { return _uncertainty; }
 
-    /// Whether every device has told the end of its sequence, or has failed.
+    /// Whether every device has reported the end of its sequence, or has failed.
     bool isEnded() const;
     /// Whether every device has run its whole sequence.
     bool isComplete() const;

@@ -11,27 +11,29 @@
 
 namespace KesDriver {
 
-/// Who a device is.
+/// The identity of a device. A value.
 struct KestoIdentity {
     KestoIdentifer identifer;
-    /// Such as "2.4.1"; empty when the device does not tell.
+    /// Such as "2.4.1"; empty when the device does not say.
     std::string firmwareVersion;
-    /// The day of the last calibration, as ISO 8601 "2026-03-31"; empty when the device does not tell.
+    /// The day of the last calibration, as ISO 8601 "2026-03-31"; empty when the device does not say.
     std::string calibrationDate;
 
     bool operator==(const KestoIdentity&) const = default;
 };
 
-/// What a device tells about itself when it is asked.
+/// The answer of a device to the question for its state. A value.
 struct KestoState {
+    /// Working mode can be started.
     bool isReady = false;
     bool isAuxDCEnabled = false;
+    /// As set, 12 to 300.
     double auxDCVolts = 0.0;
     /// Why the device is not ready, in the device's words; empty when it is.
     std::string error;
 };
 
-/// The connection to one device. Made by an `IKestoNetwork`, owned by whoever uses the device.
+/// The connection to one device. Made by an `IKestoNetwork`, owned by the user of the device.
 ///
 /// Any thread; but a call blocks until the device has answered or the link's time-out (2 s at most) has
 /// passed, so never the GUI thread. Calls may overlap. Every failure is an error that names the device; one
@@ -49,11 +51,11 @@ public:
     /// Whether what answers is simulated: what it measures says nothing about the world.
     virtual bool isSimulated() const { return false; }
 
-    /// Who hears the reports from now on. While a report is being delivered the link holds the receiver;
-    /// nobody else needs to keep it.
+    /// The receiver of the reports from now on. While a report is being delivered the link holds the
+    /// receiver; nobody else needs to keep it.
     virtual void setReceiver(std::weak_ptr<IReportReceiver> receiver) = 0;
 
-    /// Begins a connection and tells its number. While one is there: fails.
+    /// Begins a connection and gives back its number. Fails while there is one already.
     virtual Kes::Result connect(ConnectionNumber& connection) = 0;
     /// Ends the connection, also one that is being made: calls under way fail at once. Does not wait for the
     /// device. The loss is not reported.
@@ -61,7 +63,9 @@ public:
 
     virtual Kes::Result identify(KestoIdentity& identity) = 0;
     virtual Kes::Result readState(KestoState& state) = 0;
+    /// What it can put out and read.
     virtual Kes::Result readLimits(OutputLimits& limits) = 0;
+    /// The device's own clock.
     virtual Kes::Result readTime(DeviceTime& time) = 0;
 
     /// The auxiliary direct-voltage output that feeds the relay, off at every connection's beginning. Volts
@@ -82,7 +86,7 @@ public:
     virtual Kes::Result stopOutputs() = 0;
 
     /// Takes a sequence as `runSequence` does, and waits for its start with all outputs at zero. The
-    /// reference waves begin anew with the start, so those of devices that start together are in phase.
+    /// reference waves restart with the sequence, so those of devices that start together are in phase.
     virtual Kes::Result armSequence(const OutputSequence& sequence) = 0;
     /// Says when the armed sequence begins; refused without one, and for a moment that has passed.
     virtual Kes::Result startArmed(const StartMoment& moment) = 0;

@@ -18,8 +18,8 @@ struct FoundDevice {
     NetAddress address;
     KestoIdentifer identifer;
     bool isSimulated = false;
-    /// The name under which somebody controls it; empty while it is free. Whatever that somebody has chosen:
-    /// not to be shown as it is.
+    /// The name of its controller; empty while it is free. The controller has chosen this text: clean it
+    /// before it is shown.
     std::string owner;
 
     bool operator==(const FoundDevice&) const = default;
@@ -28,14 +28,14 @@ struct FoundDevice {
 /// Hears of devices as they are found; must not throw.
 using FoundListener = std::function<void(const FoundDevice&)>;
 
-/// Where devices are: finds them, and makes the links to them. Handed in to whoever needs devices, and shared
+/// Where devices are: finds them, and makes the links to them. Given to all who need devices, and shared
 /// by them. Any thread.
 class KES_EXPORT IKestoNetwork {
 public:
     virtual ~IKestoNetwork();
 
-    /// Tells the listener of every device that answers, on the calling thread, in no certain order and each
-    /// address once. Blocks, a few seconds at most, so never on the GUI thread; returns soon when it is asked
+    /// Calls the listener for every device that answers, on the calling thread, in no certain order, once for
+    /// each address. Blocks, a few seconds at most, so never on the GUI thread; returns soon when it is asked
     /// to stop. Fails with a sentence for the user when there may be more devices than it was able to find;
     /// being stopped is not a failure.
     virtual Kes::Result find(const FoundListener& found, std::stop_token stop) = 0;

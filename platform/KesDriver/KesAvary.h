@@ -8,9 +8,9 @@
 
 namespace KesDriver {
 
-/// What a device reports about one of its output channels in a fault record.
+/// What a device reports about one of its output channels in a fault record. A value.
 struct KesAvaryChannel {
-    /// The channel's display name, such as "IA"; empty when the device does not tell.
+    /// The channel's display name, such as "IA"; empty when the device does not say.
     std::string name;
     bool isDisconnected = false;
     bool isOverheat = false;
@@ -21,12 +21,14 @@ struct KesAvaryChannel {
 
 /// A fault record (in the family's vocabulary an avary), as a device reports it. A value.
 struct KesAvary {
+    /// Which device, as in `KestoIdentifer`.
     std::uint16_t kestoType = 0;
     std::uint32_t serialNumber = 0;
     /// The device does not answer any more.
     bool isConnectError = false;
     /// The emergency button on the device was pressed.
     bool isQuickShutdown = false;
+    /// Those with a fault.
     std::vector<KesAvaryChannel> channels;
 
     bool operator==(const KesAvary&) const = default;

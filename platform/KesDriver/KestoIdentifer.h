@@ -14,7 +14,9 @@ public:
     KestoIdentifer(std::uint16_t type, std::uint32_t serialNumber) : _type(type), _serialNumber(serialNumber)
     {}
 
+    /// The number in "KESTO-3"; 0: unknown.
     std::uint16_t getType() const { return _type; }
+    /// From 1; 0: unknown.
     std::uint32_t getSerialNumber() const { return _serialNumber; }
 
     /// The name of the type, such as "KESTO-3"; "KESTO" for the type 0, which is unknown.

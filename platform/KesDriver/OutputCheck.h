@@ -17,6 +17,7 @@ inline constexpr DeviceTime maximumDebounce = std::chrono::seconds(10);
 /// "IA", "IB", "IC", "UA", "UB", "UC", counted from 0; the empty text for any other number.
 KES_EXPORT const char* getChannelName(unsigned channel);
 
+/// Steady outputs.
 KES_EXPORT Kes::Result checkOutputs(const OutputState& outputs, const OutputLimits& limits);
 
 /// Every step, at both ends of its ramp.
@@ -25,6 +26,7 @@ KES_EXPORT Kes::Result checkSequence(const OutputSequence& sequence, const Outpu
 /// A binary input that the device has.
 KES_EXPORT Kes::Result checkInput(unsigned input, const OutputLimits& limits);
 
+/// 12 to 300 V.
 KES_EXPORT Kes::Result checkAuxDC(double volts);
 
 } // namespace KesDriver

@@ -12,7 +12,7 @@
 #include <vector>
 
 /// What a device puts out and reads, as values. Magnitudes are effective values in amperes and volts, angles
-/// degrees, frequencies hertz, times the device's own clock.
+/// degrees, frequencies hertz, times the device's own clock. Any thread.
 namespace KesDriver {
 
 /// Time on a device's own clock, in microseconds since the device was switched on.
@@ -35,9 +35,13 @@ struct Phasor {
 /// Phases are counted from a reference wave that each group has. It runs on through every change: a new
 /// frequency turns it faster or slower without a jump, and what jumps is only what a new phase says.
 struct OutputState {
+    /// IA, IB, IC in amperes.
     std::array<Phasor, 3> currents{};
+    /// UA, UB, UC in volts.
     std::array<Phasor, 3> voltages{};
+    /// Of all three currents.
     double currentHertz = 50.0;
+    /// Of all three voltages.
     double voltageHertz = 50.0;
     /// Bit 0 set: output 1 is closed.
     std::uint32_t binaryOutputs = 0;
@@ -121,10 +125,12 @@ using OutputSequence = std::vector<OutputStep>;
 
 /// What a device can put out and read. Values outside are refused with an error, never clipped.
 struct OutputLimits {
+    /// Of each current and voltage output, effective value.
     double maximumAmperes = 32.0;
     double maximumVolts = 300.0;
     double minimumHertz = 10.0;
     double maximumHertz = 1000.0;
+    /// How many there are; they count from 1.
     unsigned binaryInputs = 8;
     unsigned binaryOutputs = 4;
     /// What one current output can feed; more than that is an overload.
@@ -151,7 +157,7 @@ struct StartMoment {
     std::optional<unsigned> input{};
 };
 
-/// A device's clock read beside the common one.
+/// A device's clock and the common one, read at the same moment.
 struct ClockReading {
     DeviceTime device{0};
     CommonTime common{0};

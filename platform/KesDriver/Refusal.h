@@ -11,15 +11,22 @@ namespace KesDriver {
 
 /// Why a device that answers refuses what it is asked for; the numbers are those of the network protocol.
 enum class RefusalCode : int {
+    /// This program has no control of the device.
     CommandProtected = -203,
     SettingsConflict = -221,
     OutOfRange = -222,
     TooManySteps = -223,
+    /// The device has a fault.
     Fault = 101,
+    /// It is not in working mode.
     OutputsOff = 102,
+    /// Not while a sequence runs.
     SequenceRuns = 103,
+    /// Not while a sequence is armed.
     SequenceWaits = 104,
+    /// No sequence is armed.
     NothingWaits = 105,
+    /// The moment of the start has passed.
     StartPassed = 106,
 };
 

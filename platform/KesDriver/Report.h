@@ -11,8 +11,9 @@
 
 namespace KesDriver {
 
-/// A binary input has changed.
+/// A binary input has changed. Times in all events are the device's own clock, in microseconds.
 struct InputEvent {
+    /// Counts from 1.
     unsigned input = 1;
     bool isClosed = false;
     DeviceTime time{0};
@@ -46,14 +47,14 @@ struct ConnectionLost {
     bool operator==(const ConnectionLost&) const = default;
 };
 
-/// What a device tells by itself.
+/// What a device reports by itself. A value. Any thread.
 using Report = std::variant<InputEvent, StepEvent, SequenceEvent, KesAvary, ConnectionLost>;
 
 /// Numbers the connections of one link, from 1; 0 is none. A report that was on its way when its connection
-/// ended may arrive in the next one, and is told apart by this.
+/// ended may arrive in the next one, and is recognised by this.
 using ConnectionNumber = std::uint64_t;
 
-/// Who hears a link's reports.
+/// The receiver of a link's reports.
 class KES_EXPORT IReportReceiver {
 public:
     virtual ~IReportReceiver();

@@ -10,6 +10,7 @@ namespace KesMeasure {
 
 /// A mark on an axis.
 struct AxisTick {
+    /// Where it is, in the unit of the axis.
     double value = 0.0;
     /// The lower, the sooner it has a label.
     int rank = 0;

@@ -8,6 +8,7 @@
 
 namespace KesMeasure {
 
+/// A place in the units of the two axes. A value.
 struct ChartPosition {
     double x = 0.0;
     double y = 0.0;
@@ -15,7 +16,7 @@ struct ChartPosition {
     bool operator==(const ChartPosition&) const = default;
 };
 
-/// A measurement in the chart.
+/// A measurement in the chart. A value.
 struct ChartPoint {
     enum class State {
         /// Still to be measured; stands where it is expected.
@@ -28,13 +29,15 @@ struct ChartPoint {
 
     ChartPosition position;
     State state = State::Planned;
-    /// What a pointer over it tells.
+    /// The tooltip over it.
     std::string text;
 };
 
 /// An expected characteristic and its tolerance band, from left to right; may be empty. A value.
 struct ChartCurve {
+    /// Points of the characteristic in ascending x.
     std::vector<ChartPosition> expected;
+    /// The upper and the lower end of the tolerance band, in ascending x.
     std::vector<ChartPosition> upper;
     std::vector<ChartPosition> lower;
 
@@ -44,10 +47,12 @@ struct ChartCurve {
 /// Everything that the chart of a test shows, on the screen and in the report: axes, the expected
 /// characteristic, the points. A value. Any thread.
 struct KES_EXPORT Chart : ChartCurve {
-    /// The chart's name for those who cannot see it.
+    /// The chart's name for screen readers.
     std::string title;
+    /// From left to right; the title has its unit.
     Axis x;
     std::string xTitle;
+    /// From bottom to top; the title has its unit.
     Axis y;
     std::string yTitle;
     /// Further characteristics, for points to which another one applies.

@@ -2,7 +2,7 @@
 
 namespace KesMeasure {
 
-/// How a measured value is to be shown. In words and shapes too, so that nothing depends on colour.
+/// How a measured value is shown: in words and shapes too, so that nothing depends on colour. A value.
 enum class Mark { None, Passed, Failed };
 
 } // namespace KesMeasure

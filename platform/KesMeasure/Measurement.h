@@ -49,7 +49,7 @@ struct PlannedMeasurement {
     /// One after the other, until one gives a reading. When none does, it is this one.
     std::vector<KesDriver::OutputSequence> sequences;
     MeasureState withoutReading = MeasureState::NoOperation;
-    /// What the sequence of that number shows; nothing: go on with the next one. Start thread. Throws
+    /// What the sequence of that number shows; nothing: continue with the next one. Start thread. Throws
     /// `std::runtime_error` with a text for the user when the device's times make no sense.
     std::function<std::optional<Reading>(std::size_t sequence, const SequenceRecord& record)> read;
 

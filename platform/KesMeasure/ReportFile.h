@@ -13,7 +13,7 @@ namespace KesMeasure {
 /// Any thread.
 class KES_EXPORT ReportFile {
 public:
-    /// What the foot of each printed page tells.
+    /// What stands at the foot of each printed page.
     struct Foot {
         /// The name of the file that holds the data; empty: that of the report.
         std::string file;

@@ -12,7 +12,7 @@
 
 namespace KesMeasure {
 
-/// A test as files of results tell it to other programs. A value.
+/// A test as files of results give it to other programs. A value.
 struct TestSummary {
     /// A remark on the relay or the test, such as {"place", "Substation North"}.
     struct Remark {
@@ -46,12 +46,12 @@ enum class Kind { Csv, Json, JUnit };
 
 /// By the ending of the name, ".csv", ".json" or ".xml" in small or capital letters.
 KES_EXPORT std::optional<Kind> findKind(const std::string& path);
-/// Whether the name tells a kind; the failure says which endings do.
+/// Whether the name has the ending of a kind; the failure names those endings.
 KES_EXPORT Kes::Result check(const std::string& path);
 
 KES_EXPORT std::string toText(Kind kind, const TestSummary& summary);
 
-/// Writes the kind of file that the name tells; it appears whole or not at all.
+/// Writes the kind of file that the ending of the name says: the whole file or nothing.
 KES_EXPORT Kes::Result write(const std::string& path, const TestSummary& summary);
 
 } // namespace ResultFile

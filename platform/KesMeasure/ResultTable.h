@@ -12,13 +12,14 @@ namespace KesMeasure {
 /// The results of a test as texts for people: a table with a row for each measurement, and single values
 /// beside it. What the window shows, the report prints and files of results hold. A value.
 struct ResultTable {
+    /// What stands in one column of all rows.
     struct Column {
         /// Stays the same in all languages, such as "expected"; the attribute's name in the report's data.
         std::string name;
         std::string title;
         /// Numbers stand at the right, words at the left.
         bool isNumber = true;
-        /// The cells tell a band; files tell its ends instead.
+        /// The cells show a band; files have its two ends instead.
         bool isBand = false;
         /// In the window, too; else only where there is room for it: in reports and files.
         bool isInWindow = true;
@@ -33,6 +34,7 @@ struct ResultTable {
 
         bool operator==(const Band&) const = default;
     };
+    /// One measurement.
     struct Row {
         /// One for each column.
         std::vector<std::string> cells;
@@ -43,6 +45,7 @@ struct ResultTable {
 
         bool operator==(const Row&) const = default;
     };
+    /// A single value beside the table, such as the drop-off ratio.
     struct Value {
         std::string name;
         std::string value;

@@ -18,7 +18,7 @@ struct RunTimes {
     double remaining = 0.0;
 };
 
-/// Tells how far a run is, from what its steps are expected to take and from the device's clock. A value;
+/// Computes how far a run is, from the expected times of its steps and from the device's clock. A value;
 /// lives during a run, on the start thread.
 class KES_EXPORT RunClock {
 public:
@@ -29,7 +29,7 @@ public:
     void beginStep();
     /// The present step takes that many seconds longer than expected, for a reason known before.
     void extendStep(double seconds);
-    /// What the device's clock tells. The first time is the beginning of the run.
+    /// The present time of the device's clock. The first one is the beginning of the run.
     void setTime(KesDriver::DeviceTime now);
 
     /// The share never goes back.

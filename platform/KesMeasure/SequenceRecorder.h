@@ -28,14 +28,14 @@ public:
     /// The device and the control outlive it.
     SequenceRecorder(KesDevice::Kesto& kesto, RunControl& control);
 
-    /// Told what the device's clock says: when a sequence begins, a few times in a second while it runs, and
-    /// when it has ended. On the start thread.
+    /// Called with the time of the device's clock: when a sequence begins, a few times in a second while it
+    /// runs, and when it has ended. Start thread.
     std::function<void(KesDriver::DeviceTime now)> onTime;
 
     enum class Outcome { Complete, Stopped, Failed };
 
     /// Starts the sequence and waits for its end. A stop ends the sequence on the device. `Failed`: the
-    /// device refuses the sequence, ends it by itself, or never tells its end; see `getError`.
+    /// device refuses the sequence, ends it by itself, or never reports its end; see `getError`.
     Outcome run(const KesDriver::OutputSequence& sequence);
 
     /// What the last sequence gave; once `run` has returned.

@@ -21,7 +21,7 @@ namespace KesMeasure {
 /// Under which circumstances a test was made, and whether its results are still what was measured. A value.
 ///
 /// A file holds a checksum over results and circumstances. It has no secret: it shows that somebody has
-/// changed the file by hand, not who could have forged it.
+/// changed the file by hand, but it does not protect against forgery.
 struct KES_EXPORT TestCircumstances {
     /// The device of the test, as it calls itself; empty, as all texts here, when it is not known.
     std::string device;

@@ -36,7 +36,7 @@ KES_EXPORT Outcome createOutcome(const MeasurementPlan& plan, const TestRecord* 
 KES_EXPORT std::string summarize(const TestRecord* record);
 
 /// The data of a report for the stylesheet "report/measurements.xsl": all values as the reader sees them. The
-/// same data gives the same bytes. `nameplate`: who and what has been tested, in addition to the settings.
+/// same data gives the same bytes. `nameplate`: the tester and the relay, in addition to the settings.
 KES_EXPORT std::string createReport(const std::string& title, const ITestDefinition& test,
                                     const TestRecord* record, bool areResultsLost = false,
                                     const std::vector<TextLine>& nameplate = {});

@@ -2,7 +2,7 @@
 
 namespace KesMeasure {
 
-/// How one measurement ended.
+/// How one measurement ended. A value, as all here.
 enum class MeasureState {
     /// The contact did what was waited for.
     Measured,
@@ -22,7 +22,7 @@ enum class RunEnd {
     Complete,
     Stopped,
     Fault,
-    /// At a measurement after which it should not go on: the relay did not do what was waited for.
+    /// At a measurement after which the test must not continue: the relay did not operate as expected.
     Ended
 };
 

@@ -4,7 +4,7 @@
 
 namespace KesMeasure {
 
-/// A setting or a part of a plan as people read it.
+/// A setting or a part of a plan as people read it, in the language of the process. A value.
 struct TextLine {
     std::string name;
     /// With its unit.

@@ -22,6 +22,7 @@ KES_EXPORT bool readXml(const std::string& text, const char* rootName,
 KES_EXPORT std::string writeXml(const char* rootName, const std::function<void(xmlpp::Element&)>& write);
 
 /// Takes typed values out of an element's attributes and remembers whether one was missing or unreadable.
+/// Any thread, one at a time for each document, as all functions here.
 class KES_EXPORT XmlAttributes {
 public:
     explicit XmlAttributes(const xmlpp::Element& element) : _element(element) {}
@@ -29,9 +30,13 @@ public:
     /// False once an attribute was not what was asked for.
     bool isGood() const { return _isGood; }
 
+    /// A finite decimal number with a point; 0 for anything else.
     double number(const char* name);
+    /// Decimal digits with a sign; 0 for anything else.
     long long integer(const char* name);
+    /// "true" or "false"; false for anything else.
     bool boolean(const char* name);
+    /// UTF-8; empty when the attribute is missing.
     std::string text(const char* name);
 
     /// The value that goes with the text of the attribute; the first one of the table for any other text.
@@ -52,6 +57,7 @@ private:
 };
 
 /// Writes what `XmlAttributes` reads.
+/// A number in the form that reads back as the same one.
 KES_EXPORT void setAttribute(xmlpp::Element& element, const char* name, double value);
 KES_EXPORT void setAttribute(xmlpp::Element& element, const char* name, const std::string& value);
 

@@ -16,14 +16,16 @@ namespace KesMeasure {
 struct ChartColours {
     Gdk::RGBA foreground;
     Gdk::RGBA background;
+    /// Of the expected characteristic and its band.
     Gdk::RGBA curve;
+    /// Of the points.
     Gdk::RGBA passed;
     Gdk::RGBA failed;
 };
 
 /// Draws a chart on any Cairo surface: grid and labels, the expected curve with its tolerance band, the
 /// points, a legend. A planned point is a small open circle, one that has passed a filled one, one that has
-/// failed a crossed square, one without operation an open triangle, so they are told apart without colours.
+/// failed a crossed square, one without operation an open triangle, so they differ without colours.
 /// Made for one drawing. GUI thread.
 class KES_EXPORT ChartDrawing {
 public:
@@ -33,6 +35,7 @@ public:
     ChartDrawing(const Chart& chart, const ChartColours& colours, MakeLayout makeLayout, double width,
                  double height);
 
+    /// Draws everything; the surface's unit is that of width and height.
     void draw(const Cairo::RefPtr<Cairo::Context>& cairo);
 
     /// The point at a place of the surface, as an index into the chart's points.

@@ -8,12 +8,13 @@
 
 namespace KesMeasure {
 
-/// The chart as a widget: it takes its colours and font from the theme, tells assistive technology its
-/// content in words, and the point under the pointer in a tooltip. GUI thread.
+/// The chart as a widget: it takes its colours and font from the theme, describes its
+/// content in words to assistive technology, and the point under the pointer in a tooltip. GUI thread.
 class KES_EXPORT ChartView : public Gtk::DrawingArea, public Kes::IView {
 public:
     ChartView();
 
+    /// Replaces the chart; a copy is kept.
     void setChart(const Chart& chart);
 
 protected:

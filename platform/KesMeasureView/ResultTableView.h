@@ -26,9 +26,9 @@ class KES_EXPORT ResultTableView : public Gtk::Box, public Kes::IView {
 public:
     ResultTableView();
 
-    /// The user wants these rows, or values that count as such, to be measured again, the rest of the test to
-    /// be measured.
+    /// The user wants these rows, counted from 0, or values that count as such, to be measured again.
     sigc::signal<void(std::vector<std::size_t>)> signalRepeat;
+    /// The user wants the rest of the test to be measured.
     sigc::signal<void()> signalContinue;
 
     /// Rows that are already shown stay as they are, selected or not; new ones are brought into sight.

@@ -22,6 +22,7 @@ public:
 
     SettingsView();
 
+    /// Replaces all lines; their texts are in the language of the process.
     void setLines(const std::vector<TextLine>& lines);
 
 private:

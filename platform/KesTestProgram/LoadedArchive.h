@@ -8,7 +8,7 @@
 
 namespace KesTestProgram {
 
-/// What has been read of an archive file, for the model to take over.
+/// What has been read of an archive file, for the model to take over. A value. GUI thread.
 struct LoadedArchive {
     /// As `KesTree::Node::serialize` writes it; for the test object to accept or refuse. Empty when lost.
     std::string settings;

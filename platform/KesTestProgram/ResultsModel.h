@@ -11,7 +11,7 @@
 namespace KesTestProgram {
 
 /// Keeps the results of a test program, of the type that the program needs: one derived from
-/// `KesMeasure::MeasuredTest`. The run changes them, everybody reads copies.
+/// `KesMeasure::MeasuredTest`. The run changes them, all others read copies.
 template <typename Results>
 class KES_EXPORT ResultsModel : public TestProgramModel {
 public:
@@ -37,7 +37,9 @@ protected:
     virtual KesMeasure::Verdict _judge(const Results& results) const = 0;
     /// As the archive holds them: the checksum is made of it.
     virtual std::string _toXml(const Results& results) const = 0;
+    /// How many values have been measured. Under the lock.
     virtual std::size_t _countMeasuredIn(const Results& results) const = 0;
+    /// How many the whole test of these results has. Under the lock.
     virtual std::size_t _countPlannedIn(const Results& results) const = 0;
 
     /// Of the run that is under way; nothing when its archive has been closed. Start thread.

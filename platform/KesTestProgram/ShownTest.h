@@ -6,7 +6,8 @@
 
 namespace KesTestProgram {
 
-/// What the window shows of a test, or of one that has not been made yet. A value.
+/// What the window shows of a test, or of one that has not been made yet; texts are in the language of the
+/// process. A value. Any thread.
 struct ShownTest {
     KesMeasure::Outcome outcome;
     KesMeasure::Chart chart;

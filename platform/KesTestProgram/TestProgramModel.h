@@ -39,9 +39,9 @@ enum class RunKind {
 };
 
 /// The model of a test program: the test object, the run and what the user hears of it, and the archive file
-/// with its repair. What is measured, and what becomes of it, is told by the class derived from it, which
-/// keeps the results; `ResultsModel` does so for results of any type. The name of the most derived class is
-/// that of the program's configuration file.
+/// with its repair. The derived class says what is measured and what it means, and keeps the results;
+/// `ResultsModel` does so for results of any type. The name of the most derived class is that of the
+/// program's configuration file.
 ///
 /// GUI thread, except as noted; the run happens on the start thread with the settings it began with.
 class KES_EXPORT TestProgramModel : public KesProgram::ProgramModel {
@@ -76,11 +76,11 @@ public:
     bool areResultsLost() const { return _areResultsLost; }
     /// From 0 to 1. Any thread.
     double getProgress() const { return _progress; }
-    /// What the run is expected to take yet, in seconds. Any thread.
+    /// How long the run is still expected to take, in seconds. Any thread.
     double getRemaining() const { return _remaining; }
 
-    /// As `startTest`, but measures what a test that ended before its time has no result of. A run like any
-    /// other, with the settings, the plan and the device of the results; these stay.
+    /// As `startTest`, but measures only what a test that ended early has no result of. A run like any other,
+    /// with the settings, the plan and the device of the results, which are kept.
     bool continueTest();
     /// The same for rows of the result table that are measured; each keeps its result until it has a new one.
     bool repeatTest(std::vector<std::size_t> rows);
@@ -118,7 +118,7 @@ public:
     KesProgram::RunVerdict getRunVerdict() override { return _verdict; }
 
 protected:
-    /// How a run ended, and why when the user has to be told; else the text is empty.
+    /// How a run ended, and a text for the user when it needs one; else empty.
     struct RunResult {
         KesMeasure::RunEnd end = KesMeasure::RunEnd::Fault;
         std::string error;
@@ -148,7 +148,7 @@ protected:
     /// The program as its files name it, such as "kes-overcurrent".
     virtual std::string _getProgramId() const = 0;
 
-    /// What a run does to the results: begins new ones, goes on with those that it has been given
+    /// What a run does to the results: begins new ones, continues with those that it has been given
     /// (false: their archive has been closed since), and ends them with their verdict; nothing when there are
     /// none any more. Start thread.
     virtual void _beginResults(const KesMeasure::MeasuredTest& test) = 0;
@@ -165,8 +165,8 @@ protected:
     /// How many the test of the results has.
     virtual std::size_t _countPlanned() const = 0;
 
-    /// Tells where the run is: the text for the user and the times. What comes too soon after the last one
-    /// for anybody to read it is left out. Start thread.
+    /// Reports where the run is: the text for the user and the times. A report too soon after the last one to
+    /// be read is left out. Start thread.
     void _announceStep(const std::string& text, const KesMeasure::RunTimes& times);
 
     bool _onPrepareStart() override;

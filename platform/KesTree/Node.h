@@ -83,7 +83,7 @@ public:
     const std::string& getText() const;
 
     /// Refuses a value of the wrong type, outside the range or refused by the validation, with a `ValueError`
-    /// that tells why; the old value stays. A Number takes a whole number as well. Emits `signalChanged`
+    /// that says why; the old value stays. A Number takes a whole number as well. Emits `signalChanged`
     /// when the value really changes.
     Kes::Result setValue(const Value& value);
     /// The value as the user reads it in the language of the process, without the unit: a choice by its name,
@@ -95,7 +95,7 @@ public:
     /// Whether the text would be accepted, without changing anything.
     Kes::Result checkText(const std::string& text) const;
 
-    /// A further rule, asked after type and range. Gets the new value; a failure's message tells the reason
+    /// A further rule, asked after type and range. Gets the new value; a failure's message gives the reason
     /// without naming the node. It may look at other nodes: when many values are read at once, they are all
     /// in place when it is asked.
     void setValidation(std::function<Kes::Result(const Value&)> validation);

@@ -6,7 +6,7 @@
 
 namespace KesTree {
 
-/// A number or a text in an entry. Enter goes on to the next editor, Escape takes back what has been typed.
+/// A number or a text in an entry. Enter moves to the next editor, Escape restores the value.
 /// GUI thread.
 class KES_EXPORT NodeEntryView : public NodeValueView {
 public:

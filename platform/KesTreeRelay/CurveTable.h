@@ -10,6 +10,7 @@
 /// Is 10 s, and so on. Any thread.
 namespace KesTree::CurveTable {
 
+/// One row of the table. A value.
 struct Pair {
     /// Of Is; from 1 to 100.
     double multiple = 0.0;

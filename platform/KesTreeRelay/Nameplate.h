@@ -18,7 +18,9 @@ inline constexpr const char* SerialNumber = "nameplate/serialNumber";
 inline constexpr const char* Operator = "nameplate/operator";
 inline constexpr const char* Comment = "nameplate/comment";
 
+/// One text that has been filled in. A value.
 struct Entry {
+    /// The same in all languages, such as "place".
     std::string id;
     std::string name;
     std::string text;

@@ -6,7 +6,7 @@
 
 namespace KesTree::RelayNodes {
 
-/// Paths of the nodes of an overcurrent relay, for `Node::find`.
+/// Paths of the nodes of an overcurrent relay, for `Node::find`. GUI thread.
 inline constexpr const char* NominalCurrent = "nominalCurrent";
 /// Those of the first stage.
 inline constexpr const char* SettingCurrent = "stage1/settingCurrent";
@@ -64,7 +64,7 @@ enum OvercurrentCurve : std::size_t {
 /// IEC 60255-151, which holds from 10 times Is on and grows below.
 enum TimeToleranceKind : std::size_t { SameTolerance, AssignedError };
 
-/// The choices of the node `RampContact`: which contact tells pick-up and drop-off. Without one they are not
+/// The choices of the node `RampContact`: which contact shows pick-up and drop-off. Without one they are not
 /// measured.
 enum RampContactKind : std::size_t { ByStartContact, ByTripContact, NoRamps };
 

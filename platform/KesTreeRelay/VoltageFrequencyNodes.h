@@ -6,8 +6,8 @@
 
 namespace KesTree::VoltageFrequencyNodes {
 
-/// Node ids of a voltage and frequency relay, for `Node::find`; those of a stage stand behind the stage's:
-/// "undervoltage/setting". Nominal quantities and inputs are in the group "relay".
+/// Node ids of a voltage and frequency relay, for `Node::find`. GUI thread. Those of a stage follow the
+/// stage's: "undervoltage/setting". Nominal quantities and inputs are in the group "relay".
 inline constexpr const char* RelayGroup = "relay";
 inline constexpr const char* NominalVoltage = "nominalVoltage";
 inline constexpr const char* NominalFrequency = "nominalFrequency";
@@ -35,9 +35,10 @@ enum RateDirection : std::size_t { FallingFrequency, RisingFrequency };
 /// and 59 overvoltage, 81 under- and overfrequency, 81R rate of change of frequency.
 ///
 /// A stage has: whether it is used, its setting (V, Hz, Hz/s), its delay (s), the rate its direction, its
-/// drop-off (a difference in Hz for the frequencies, a ratio for the others), the tolerance of its value (percent; Hz for the frequencies) and those of its time, `TolerancePercent`
-/// and `ToleranceMilliseconds` of `RelayNodes`, one of which is above zero. The values of a stage that is not
-/// used play no part (`Node::isUsed`). The last group is the nameplate (`Nameplate`).
+/// drop-off (a difference in Hz for the frequencies, a ratio for the others), the tolerance of its value
+/// (percent; Hz for the frequencies) and those of its time, `TolerancePercent` and `ToleranceMilliseconds` of
+/// `RelayNodes`, one of which is above zero. The values of a stage that is not used play no part
+/// (`Node::isUsed`). The last group is the nameplate (`Nameplate`).
 KES_EXPORT std::unique_ptr<Node> voltageFrequencyRelay();
 
 } // namespace KesTree::VoltageFrequencyNodes

@@ -11,7 +11,7 @@
 
 namespace Simulator {
 
-/// What the simulator is told on its command line. A value.
+/// The command line of the simulator. A value.
 struct SimulatorOptions {
     static constexpr unsigned mostDevices = 250;
 

@@ -13,6 +13,7 @@ public:
     std::string getProgramName() override { return "Template"; }
     /// No extension: this program keeps no archive files.
     std::string getExtension() override { return {}; }
+    bool hasReport() override { return false; }
     KesProgram::RunVerdict getRunVerdict() override { return _verdict; }
 
 protected:

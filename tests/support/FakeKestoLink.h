@@ -34,8 +34,8 @@ enum class LinkCall {
 /// is told otherwise, records every call, and reports events on a thread of its own, as a real link does. Any
 /// thread.
 ///
-///     KesTest::FakeKesto fake;
-///     const auto kesto = KesDevice::Kesto::create(address, fake.createLink());
+///     FakeKesto fake;
+///     const std::shared_ptr<Kesto> owned = Kesto::create(address(2), fake.createLink());
 class FakeKesto {
 public:
     FakeKesto() = default;

@@ -7,7 +7,7 @@
 
 namespace KesProgram {
 
-/// What tells that a file has been written or replaced meanwhile. A value. Internal to archives.
+/// Shows whether a file has been written or replaced meanwhile. A value. Internal to archives.
 struct FileIdentity {
     dev_t device = 0;
     ino_t node = 0;

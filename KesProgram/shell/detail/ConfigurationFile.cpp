@@ -6,7 +6,6 @@
 #include <KesProgram/shell/ConfigurationError.h>
 
 #include <fcntl.h>
-#include <glibmm/miscutils.h>
 #include <libxml++/libxml++.h>
 #include <libxml/parser.h>
 #include <unistd.h>
@@ -54,11 +53,6 @@ bool isWhole(const std::optional<std::string>& text)
 ConfigurationFile::ConfigurationFile(std::string path)
     : _path(std::move(path)), _formerPath(_path + ".former")
 {}
-
-void ConfigurationFile::makeFolder() const
-{
-    Kes::mkdir_with_parents(Glib::path_get_dirname(_path));
-}
 
 std::optional<Kes::FileLock> ConfigurationFile::lock() const
 {

@@ -17,10 +17,9 @@ namespace KesProgram {
 /// GUI thread.
 class ConfigurationFile {
 public:
+    /// Its folder exists when it is to be written.
     explicit ConfigurationFile(std::string path);
 
-    /// Makes the folder when it is missing.
-    void makeFolder() const;
     /// Keeps other instances from reading and writing. Nothing, after a while, when one of them does not let
     /// go, and at once when there can be no lock.
     std::optional<Kes::FileLock> lock() const;

@@ -7,8 +7,8 @@
 
 namespace KesProgram {
 
-/// What a presenter has to do when no modal dialog is open, so that it does not die, for instance, under
-/// a dialog that it shows itself. None of the functions is called once the object has died. GUI thread.
+/// Postpones actions until no modal dialog is open, so that a presenter does not die, for instance, under a
+/// dialog that it shows itself. None of them happens once the object has died. GUI thread.
 class ModalDialogs {
 public:
     ModalDialogs();

@@ -4,7 +4,7 @@
 
 namespace KesProgram {
 
-/// Tells assistive technology that the widget is an area which reports what goes on. GUI thread.
+/// Marks the widget for assistive technology as an area that reports what happens. GUI thread.
 void makeStatusArea(Gtk::Widget& widget);
 
 } // namespace KesProgram

@@ -12,10 +12,11 @@
 namespace Kes::Net {
 
 /// A network address of N bytes, written as decimal numbers with a separator; `NetAddr<4, '.'>` is IPv4.
-/// The first byte is the first one written. A value; any thread.
+/// A value of N bytes without a port or a mask. Any thread.
 template <std::size_t N, char Separator>
 class NetAddr {
 public:
+    /// In the order in which they are written.
     using Bytes = std::array<std::uint8_t, N>;
 
     /// All bytes zero.
@@ -43,6 +44,7 @@ public:
         return rest.empty() ? std::optional(result) : std::nullopt;
     }
 
+    /// The numbers without leading zeros, such as "192.168.1.2".
     std::string to_string(char separator = Separator) const
     {
         std::string text;
@@ -54,8 +56,10 @@ public:
         return text;
     }
 
+    /// All N bytes, the first one written first.
     constexpr const Bytes& getBytes() const { return _bytes; }
 
+    /// Byte by byte, from the first one.
     friend constexpr auto operator<=>(const NetAddr&, const NetAddr&) = default;
 
 private:

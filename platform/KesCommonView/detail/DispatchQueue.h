@@ -13,7 +13,7 @@ namespace Kes {
 /// data. It is readable from the first function until the GUI thread has found the queue empty, so a flood
 /// of posts costs one wake-up. With the descriptor goes the bell of `WaitService`, for a GUI thread that
 /// waits. The GUI thread takes over all functions at once and runs them one at a time from a list of its own,
-/// which a main loop inside one of them goes on with.
+/// which a main loop inside one of them continues with.
 class DispatchQueue {
 public:
     using Function = std::function<void()>;

@@ -26,10 +26,10 @@ public:
     void remove(const Kesto& kesto);
 
     /// Tells all devices that are working to stop, each on a thread of its own, and returns at once: the
-    /// fault is told meanwhile. One that is being told already is not told twice.
+    /// fault is reported meanwhile. A device gets the order only once at a time.
     void stopOthers(const Kesto& failed);
 
-    /// Returns when no device is being told to stop any more.
+    /// Returns when no order to stop is under way any more.
     void wait();
 
 private:

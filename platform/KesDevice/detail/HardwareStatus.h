@@ -12,7 +12,7 @@ namespace KesDevice {
 
 /// Tells what is going on, if that is wanted or takes long. Several may be shown at a time, one inside the
 /// other or on different threads: the newest counts, and the end of the last one says that nothing is going
-/// on any more. A configuration that has been replaced tells nothing: nobody may be there any more to hear
+/// on any more. A configuration that has been replaced reports nothing: nobody may be there any more to hear
 /// the end.
 class HardwareManager::Status {
 public:
@@ -31,7 +31,7 @@ public:
     Status(const Status&) = delete;
     Status& operator=(const Status&) = delete;
 
-    /// When what is going on has taken so long that it is told even where single steps are not.
+    /// When the work has taken so long that it is reported even where single steps are not.
     Clock::time_point getDue() const { return _due; }
 
     void show() const

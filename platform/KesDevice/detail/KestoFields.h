@@ -18,9 +18,9 @@ namespace KesDevice {
 struct Kesto::Attempt {
     bool isOver = false;
     Kes::Result result = false;
-    /// What the device has told meanwhile that makes the attempt fail.
+    /// What the device has reported meanwhile that makes the attempt fail.
     std::string failure;
-    /// A fault that it has told since it was asked for its state.
+    /// A fault that it has reported since it was asked for its state.
     std::optional<KesDriver::KesAvary> fault;
 };
 
@@ -41,30 +41,30 @@ struct Kesto::Fields {
     /// Threads that are just ending the link's connection. No attempt begins meanwhile: its new connection
     /// would be the one that ends.
     unsigned endings = 0;
-    /// An attempt or an ending is over, or the end of a sequence has been told.
+    /// An attempt or an ending is over, or the end of a sequence has been reported.
     Kes::WaitCondition changed;
 
     /// Calls that switch the amplifiers off: those under way, and how many have begun so far. Whoever is
     /// switching them on meanwhile cannot know which of the two the device has done last.
     unsigned stopsPending = 0;
     unsigned stopsBegun = 0;
-    /// On this connection the amplifiers have been told to be on, and nothing else since.
+    /// On this connection the last order was to switch the amplifiers on.
     bool isSwitchedOn = false;
 
-    /// What the user is to be told: by the threads that have found it out, after they have switched off what
-    /// has to be, or by operations under way in their results.
+    /// What is to be reported to the user: by the threads that have found it out, after they have switched
+    /// off what has to be, or by operations under way in their results.
     std::vector<News> untold;
     unsigned tellersPending = 0;
     unsigned resultsPending = 0;
 
-    /// In the same step as the change of the state: an operation that finds the new state and tells of it has
-    /// told this.
+    /// In the same step as the change of the state: an operation that finds the new state and reports it has
+    /// reported this.
     void announce(News news)
     {
         untold.push_back(std::move(news));
         ++tellersPending;
     }
-    /// Nothing as long as somebody else is going to tell it.
+    /// Nothing as long as another thread will report it.
     std::vector<News> takeUntold()
     {
         return tellersPending > 0 || resultsPending > 0 ? std::vector<News>() : std::exchange(untold, {});
@@ -84,7 +84,7 @@ struct Kesto::Fields {
         return KesDriver::SequenceEvent{false, filter.getLastTime()};
     }
 
-    /// Counts one thing of these under way for its scope, and tells its end to those who wait for it. The
+    /// Counts one thing of these under way for its scope, and reports its end to those who wait for it. The
     /// count has been raised in the step in which it was decided.
     class UnderWay {
     public:
@@ -111,8 +111,8 @@ struct Kesto::Fields {
     std::weak_ptr<FaultStopper> faultStopper;
 };
 
-/// While one lives, what goes wrong with the device is told by the result of the operation that holds it: one
-/// cause, one text. What the result does not tell is told at its end.
+/// While one lives, what goes wrong with the device is reported by the result of the operation that holds it:
+/// one cause, one text. What the result does not report is reported at its end.
 class Kesto::ToldByResult {
 public:
     explicit ToldByResult(std::shared_ptr<Kesto> kesto);

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <string>
 
-/// What a device says is data from outside: these functions tell what can be believed. Any thread.
+/// What a device says is data from outside: these functions decide what can be true. Any thread.
 namespace KesDevice::KestoPlausibility {
 
 bool isPlausible(const KesDriver::KestoIdentifer& identifer);

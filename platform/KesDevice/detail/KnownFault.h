@@ -8,16 +8,16 @@
 namespace KesDevice {
 
 /// The fault of a device that the user knows of. A device repeats its record about every second while the
-/// fault lasts; the user is told of it once. Not synchronised.
+/// fault lasts; it is reported to the user once. Not synchronised.
 class KnownFault {
 public:
     using Time = std::chrono::steady_clock::time_point;
 
-    /// Nothing is known: the device is well, or has been connected anew.
+    /// Nothing is known: the device is well, or has been connected again.
     void clear() { *this = {}; }
-    /// Whether the device has told of it by itself.
+    /// Whether the device has reported it by itself.
     bool hasRecord() const { return _record.has_value(); }
-    /// The result of an operation is telling of a fault whose record has not come yet.
+    /// The result of an operation reports a fault whose record has not come yet.
     void expectRecord(Time now)
     {
         _isRecordExpected = true;

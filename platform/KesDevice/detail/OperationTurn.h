@@ -7,11 +7,11 @@
 
 namespace KesDevice {
 
-/// Lets long operations on one object happen one after the other.
+/// Orders long operations on one object one after the other.
 ///
-/// Unlike a mutex it may be held while signals are emitted: whoever waits for it lets go of the signal gate
-/// and serves the GUI thread's queue. A thread that has the turn gets it again at once, and so does a thread
-/// that its owner is waiting for: what that does belongs to the owner's operation. Any thread.
+/// Unlike a mutex it may be held while signals are emitted: a thread that waits for it releases the signal
+/// gate and serves the GUI thread's queue. A thread that has the turn gets it again at once. Shares the
+/// owner's turn with a helper thread while the owner waits for that thread. Any thread.
 class OperationTurn {
 public:
     /// Takes the turn for a scope.

@@ -8,7 +8,7 @@
 
 namespace KesDevice {
 
-/// Asks devices who they are and tells the draft. GUI thread; the devices are asked on other threads.
+/// Asks devices for their identity and writes it into the draft. GUI thread; the devices are asked on others.
 ///
 /// A device that the edited configuration is connected to is not asked: it takes one connection at a time,
 /// and the configuration knows the answer.

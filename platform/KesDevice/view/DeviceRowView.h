@@ -18,14 +18,17 @@ public:
     DeviceRowView();
 
     sigc::signal<void()> signalIdentify;
+    /// By one place; down is positive.
     sigc::signal<void(int)> signalMove;
     sigc::signal<void()> signalRemove;
+    /// On or off, and the volts as typed.
     sigc::signal<void(bool, const std::string&)> signalAuxDC;
 
     /// `place` counts from 0.
     void setState(const DeviceEntry& state, std::size_t place, bool isLast);
     void focusVolts();
-    /// The button for the direction, or the other one where that way is closed.
+    /// Focuses the button that moves up (-1) or down (1); the opposite one when the device cannot move that
+    /// way.
     void focusMove(int by);
     void focusRemove();
 

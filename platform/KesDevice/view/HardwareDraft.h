@@ -14,7 +14,7 @@
 
 namespace KesDevice {
 
-/// A configuration while it is edited: a copy, with what the user has typed and what the devices have told.
+/// A configuration while it is edited: a copy, with what the user has typed and the devices have reported.
 /// Nothing is connected by it. GUI thread.
 class KES_EXPORT HardwareDraft {
 public:

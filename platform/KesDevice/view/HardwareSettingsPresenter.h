@@ -14,7 +14,7 @@ namespace KesDevice {
 /// One editing of a configuration, from the opening of the window to OK or Cancel. GUI thread.
 class KES_EXPORT HardwareSettingsPresenter : public Kes::IPresenter, public sigc::trackable {
 public:
-    /// `edited` gives the configuration in use at any time; `local` tells that it is the program's own.
+    /// `edited` gives the configuration in use at any time; `local`: it is the program's own.
     HardwareSettingsPresenter(BackgroundJobs& jobs, std::function<HardwareManager*()> edited, bool local);
     ~HardwareSettingsPresenter() override;
 

@@ -12,6 +12,7 @@ namespace KesDevice {
 
 /// What a search in the network has led to so far. A value.
 struct DeviceSearchState {
+    /// A device that answers, as texts for the user.
     struct Found {
         std::string address;
         /// Type and serial number.

@@ -13,7 +13,9 @@ namespace KesDevice {
 /// Where the synchronisation mode is chosen. GUI thread.
 class KES_EXPORT ISyncChoiceView : public Kes::IView {
 public:
+    /// The index of the mode in the list.
     sigc::signal<void(std::size_t)> signalChosen;
+    /// The user wants to read more about the chosen mode.
     sigc::signal<void()> signalInfo;
 
     virtual void setModes(const std::vector<std::string>& names, std::size_t active) = 0;

@@ -15,7 +15,7 @@ namespace KesDriver {
 struct ServiceRecord {
     NetAddress address;
     std::uint16_t port = 0;
-    /// What is told beside it, each entry as "key=value".
+    /// Its further entries, each as "key=value".
     std::vector<std::string> text;
 };
 

@@ -16,8 +16,8 @@ namespace KesDriver {
 /// Finds the devices that announce themselves in the local network (DNS-SD), through the system's Avahi
 /// service.
 ///
-/// Each device that announces itself as a KESTO is asked itself who it is and who controls it, which takes no
-/// control. What it tells counts; one that does not answer within a second is as it was announced. Any
+/// Each device that announces itself as a KESTO is then asked for its identity and its controller; this
+/// question takes no control. Its answer counts; without one within a second, the announcement does. Any
 /// thread; several searches do not know of each other.
 class KES_EXPORT ServiceSearch {
 public:

@@ -9,6 +9,7 @@
 
 namespace KesDriver {
 
+/// Deletes a stream by giving up its reference.
 struct StreamUnref {
     void operator()(GIOStream* stream) const { g_object_unref(stream); }
 };

@@ -20,7 +20,7 @@ class StreamConnection;
 struct Answer;
 
 /// The connection to a device that speaks the network protocol (docs/protocol.md) over a stream of bytes,
-/// made anew by the connector at each attempt to connect. Any thread.
+/// made by the connector at each attempt to connect. Any thread.
 ///
 /// Connecting takes control of the device and sets its watchdog. An answer that comes too late, twice or to
 /// another question, or makes no sense, ends the connection, and so does a device that has been restarted
@@ -32,11 +32,13 @@ struct Answer;
 /// sequence is on its way keeps it from being started; `runSequence` fails then.
 class KES_EXPORT StreamLink : public IKestoLink {
 public:
+    /// How the device is reached. A value.
     struct Settings {
+        /// Makes the stream of each connection.
         StreamConnector connector;
         /// Stands for the device in texts; behind its identifier as soon as that is known.
         std::string address;
-        /// Says to others who has the device; empty: this program and this computer.
+        /// The name that others see as the controller; empty: this program and this computer.
         std::string controller = {};
         /// How long an answer may take, and the beginning of a connection besides making the stream; asked at
         /// each attempt to connect.
@@ -51,7 +53,7 @@ public:
     explicit StreamLink(Settings settings);
     ~StreamLink() override;
 
-    /// What the device has told when it was connected last; before that, whether it is to be in lockstep.
+    /// What the device has reported at its last connection; before that, whether it is to be in lockstep.
     bool isSimulated() const override { return _isSimulated; }
     void setReceiver(std::weak_ptr<IReportReceiver> receiver) override;
 

@@ -14,8 +14,8 @@
 
 /// The values of the driver as the network protocol writes them (docs/protocol.md), without line ends. What
 /// is written reads back the same, whatever the locale, for all values that are finite. Reading is strict:
-/// nothing for a number that is not finite, for fields too many or too few and for any other word; it tells
-/// nothing about what a device can put out. It throws nothing but std::bad_alloc. Any thread.
+/// nothing for a number that is not finite, for fields too many or too few and for any other word; it does
+/// not check what a device can put out. It throws nothing but std::bad_alloc. Any thread.
 namespace KesDriver::ValueText {
 
 inline constexpr std::size_t stateNumbers = 15;
@@ -70,7 +70,7 @@ KES_EXPORT std::optional<OutputLimits> readLimits(std::string_view text);
 /// Where a device is with its sequence.
 enum class Stage { Idle, Armed, Running };
 
-/// What `SYSTem:STATe?` tells. The state's error stays empty, for it is not told there.
+/// The answer to `SYSTem:STATe?`. The state's error stays empty: it is not part of that answer.
 struct KES_EXPORT DeviceStatus {
     KestoState state;
     bool isWorking = false;
@@ -90,7 +90,7 @@ struct ReleaseRecord {
 };
 
 /// An event as a device remembers and sends it. The times in the event and in the record are the same; a
-/// fault record tells no device, for the link knows it.
+/// fault record names no device, because the link knows it.
 struct EventRecord {
     using Content = std::variant<InputEvent, StepEvent, SequenceEvent, KesAvary, ReleaseRecord>;
 

@@ -10,9 +10,11 @@
 /// Definite-length blocks, `#<digits><length><bytes>`. Any thread.
 namespace KesDriver::Scpi {
 
+/// What stands before the bytes of a block; sizes in bytes.
 struct BlockHead {
     /// From the `#` to the first byte.
     std::size_t headLength = 0;
+    /// Of the content.
     std::size_t length = 0;
 };
 

@@ -13,11 +13,14 @@ namespace KesDriver::Scpi {
 template <typename Handler>
 class CommandTable {
 public:
+    /// What a header stands for.
     struct Found {
         const Handler& handler;
+        /// Of each node with `<n>`, from the left.
         std::vector<unsigned> suffixes;
     };
 
+    /// Throws std::invalid_argument for a pattern that says what another one says already.
     void add(std::string_view pattern, Handler handler)
     {
         _tree.add(pattern, _handlers.size());

@@ -7,7 +7,7 @@
 #include <string_view>
 
 /// SCPI-1999 and IEEE 488.2 as an instrument needs them, without any instrument: messages, headers,
-/// parameters, errors, registers.
+/// parameters, errors, registers. Not synchronised unless a header says otherwise.
 namespace KesDriver::Scpi {
 
 /// The codes of SCPI-1999 that are in use here; a device's own are above zero.
@@ -49,8 +49,9 @@ public:
     explicit Error(ErrorCode code, const std::string& detail = {});
     ~Error() override;
 
+    /// Below zero by the standard, above it a device's own.
     ErrorCode getCode() const { return _code; }
-    /// As the error queue tells it: `-222,"Data out of range;IA: 40 A ..."`.
+    /// As the error queue answers: `-222,"Data out of range;IA: 40 A ..."`.
     std::string toAnswer() const;
 
 private:

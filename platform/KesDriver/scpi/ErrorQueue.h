@@ -12,8 +12,10 @@ namespace KesDriver::Scpi {
 /// -350, and further ones are lost. Not synchronised.
 class KES_EXPORT ErrorQueue {
 public:
+    /// Errors, the one about the overflow included.
     static constexpr std::size_t capacity = 32;
 
+    /// Puts it behind the others.
     void add(Error error);
     /// The oldest one, which leaves; "No error" when there is none.
     Error take();

@@ -16,7 +16,9 @@ namespace KesDriver::Scpi {
 /// suffix, and a question mark makes it a query. Not synchronised; once filled, any thread.
 class KES_EXPORT HeaderTree {
 public:
+    /// Which pattern a header matches.
     struct Match {
+        /// As given to `add`.
         std::size_t number = 0;
         /// Of each node with `<n>`, from the left; 1 where none is given.
         std::vector<unsigned> suffixes;

@@ -27,9 +27,11 @@ public:
 
     /// Into the queue, with the bit of its class in the standard event register.
     void addError(const Error& error);
+    /// As `ErrorQueue::take`.
     Error takeError() { return _errors.take(); }
     std::size_t getErrorCount() const { return _errors.getCount(); }
 
+    /// Sets the bit until the register is read.
     void note(StandardEvent event) { _standardEvents = static_cast<std::uint8_t>(_standardEvents | event); }
     /// Clears it.
     std::uint8_t takeStandardEvents();

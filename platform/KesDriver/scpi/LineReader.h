@@ -13,6 +13,7 @@ namespace KesDriver::Scpi {
 /// Holds at most one message and what was received behind it. Not synchronised.
 class KES_EXPORT LineReader {
 public:
+    /// How much is accepted.
     struct Limits {
         /// Bytes of a line, without blocks and its end.
         std::size_t line = 65536;

@@ -7,7 +7,7 @@
 
 namespace KesDriver::Scpi {
 
-/// One parameter of a unit, as it is written.
+/// One parameter of a unit, as it is written. A value.
 struct KES_EXPORT Parameter {
     enum class Kind { Number, Word, Text, Block, List };
 

@@ -14,15 +14,19 @@ public:
     using Bits = std::uint16_t;
     static constexpr Bits all = 0x7FFF;
 
+    /// The present state; bits that change may set events.
     void setCondition(Bits condition);
     Bits getCondition() const { return _condition; }
     /// Clears it.
     Bits takeEvents();
     Bits getEnable() const { return _enable; }
+    /// Which events make the summary.
     void setEnable(Bits bits) { _enable = bits & all; }
     Bits getPositive() const { return _positive; }
+    /// Which rises set their event.
     void setPositive(Bits bits) { _positive = bits & all; }
     Bits getNegative() const { return _negative; }
+    /// Which falls set their event.
     void setNegative(Bits bits) { _negative = bits & all; }
     bool getSummary() const { return (_events & _enable) != 0; }
     /// Nothing enabled, rises only.

@@ -28,7 +28,9 @@ constexpr bool isLetter(char c)
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
+/// Without blanks at the beginning.
 KES_EXPORT std::string_view trimFront(std::string_view text);
+/// Without blanks at both ends.
 KES_EXPORT std::string_view trim(std::string_view text);
 
 /// A word as a document writes it, such as "OVERload": the capitals are its short form. Digits and

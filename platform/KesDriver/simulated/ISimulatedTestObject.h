@@ -16,7 +16,7 @@ class KES_EXPORT ISimulatedTestObject {
 public:
     virtual ~ISimulatedTestObject();
 
-    /// Everything is at rest, as at the start of a working mode; random deviations begin anew.
+    /// Everything is at rest, as at the start of a working mode; random deviations restart from their seed.
     virtual void reset(DeviceTime time) = 0;
     /// From `time` on the outputs are these; a ramp comes as one call each millisecond.
     virtual void applyOutputs(const OutputState& outputs, DeviceTime time) = 0;

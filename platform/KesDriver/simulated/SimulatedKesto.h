@@ -27,7 +27,7 @@ class SimulatedHost;
 /// begin with the first connection. The device waits until such a link has delivered its reports, so a
 /// receiver that stops the outputs from inside a report does so before anything else can happen; but it waits
 /// two seconds at most. All devices of a process share a common clock. The outputs and the auxiliary supply
-/// go off as soon as the end of a connection is seen. It can be told to fail in every way in which a real
+/// go off as soon as the end of a connection is seen. It can be made to fail in every way in which a real
 /// device does. Any thread.
 class KES_EXPORT SimulatedKesto {
 public:
@@ -43,7 +43,7 @@ public:
     KestoIdentifer getIdentifer() const;
 
     /// Device seconds per real second, from a millionth to a million; 1 at first. Refused (false) otherwise.
-    /// The device time goes on from where it is.
+    /// The device time continues from its present value.
     bool setSpeed(double factor);
 
     /// Wires a test object to outputs and inputs, and resets it; null: nothing. Refused (false) while a
@@ -87,13 +87,13 @@ public:
     /// off soon.
     void dropConnections();
     /// While set, nothing that the device says arrives: calls run into their time-out, and a link notices
-    /// within the time-out that its connection is lost. What it is told to do it does.
+    /// within the time-out that its connection is lost. It still obeys.
     void setSilent(bool silent);
     /// Every answer takes this long, in real time, and holds up the reports behind it; what was asked for is
     /// done at once. With a delay of at least the time-out the connection is lost as with a silent device.
     void setAnswerDelay(std::chrono::milliseconds delay);
     /// While set, answers and events hold nonsense: wrong identifiers, times that go back, inputs that
-    /// do not exist, values that are not finite. Some events come at once. What it is told to do it does.
+    /// do not exist, values that are not finite. Some events come at once. It still obeys.
     void setNonsense(bool nonsense);
 
 private:
@@ -104,7 +104,7 @@ private:
     int _connect();
     /// Whether somebody who asks would get an answer in time.
     bool _isReachable() const;
-    /// Who has control: "this program" or what the other one calls itself; empty for nobody.
+    /// The controller: "this program" or the name that another one has given; empty when there is none.
     std::string _getOwner() const;
 
     const std::shared_ptr<SimulatedHost> _host;

@@ -23,7 +23,7 @@ public:
     /// Null when no device has the address.
     std::shared_ptr<SimulatedKesto> get(const NetAddress& address) const;
 
-    /// Without the devices that are told not to answer; in ascending order, and always complete. A device
+    /// Without the devices that are set to be silent; in ascending order, and always complete. A device
     /// that somebody in this process controls is in use by "this program".
     Kes::Result find(const FoundListener& found, std::stop_token stop) override;
     /// A `StreamLink` to whichever device has the address at the moment of connecting; with none when the

@@ -23,7 +23,8 @@ private:
 };
 
 /// Reads the values of a tree: first all of them are checked one by one, then they are put in place without
-/// a signal and the validations asked, and only then the change is told; on a failure the old values stand.
+/// a signal and the validations asked, and only then the change is signalled; on a failure the old values
+/// stand.
 class NodeXmlReader {
 public:
     explicit NodeXmlReader(Node& root) : _root(root) {}

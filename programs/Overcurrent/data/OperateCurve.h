@@ -8,7 +8,7 @@
 /// The operate-time characteristic of a time-overcurrent stage. Any thread.
 namespace Overcurrent::OperateCurve {
 
-/// Above this multiple of Is a dependent-time characteristic goes on as a constant time.
+/// Above this multiple of Is a dependent-time characteristic continues as a constant time.
 inline constexpr double endOfDependentTime = 20.0;
 
 /// The time in seconds in which the stage operates at `multiple` times Is. At or below Is it does not

@@ -19,7 +19,7 @@ namespace Overcurrent {
 /// This is form 4. Form 3 knows one stage and the fault of phase A only: they are read as the first stage and
 /// that fault. Form 2 lacks some settings and decisions as well, and of a ramp the step before the change; it
 /// is read with defaults for them. Form 1 had no "info.xml", and called the setting current "pickupCurrent"
-/// in "settings.xml". It is read in repair mode only, and without its results: nothing in it tells whether
+/// in "settings.xml". It is read in repair mode only, and without its results: nothing in it shows whether
 /// they come from a real device.
 struct OvercurrentArchive {
     /// As the files name the program.

@@ -59,7 +59,7 @@ struct RelaySettings {
         return {nominalCurrent, continuousWithstand, tenSecondWithstand, oneSecondWithstand};
     }
     bool hasRamps() const { return rampContact != RampContactKind::NoRamps; }
-    /// The contact that tells pick-up and drop-off.
+    /// The contact that shows pick-up and drop-off.
     unsigned getRampInput() const
     {
         return rampContact == RampContactKind::ByStartContact ? startInput : tripInput;
@@ -67,7 +67,7 @@ struct RelaySettings {
 
     /// What an overcurrent relay (`RelayNodes::overcurrentStage`) holds. GUI thread.
     static RelaySettings fromNode(const KesTree::Node& relay);
-    /// Puts the settings into such a relay. False when it refuses one of them; it is to be filled anew then.
+    /// Puts the settings into such a relay. False when it refuses one of them; it must then be filled again.
     bool putInto(KesTree::Node& relay) const;
 
     bool operator==(const RelaySettings&) const = default;

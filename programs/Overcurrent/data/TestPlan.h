@@ -69,7 +69,7 @@ struct TestPlan {
     double minimumRatio = 0.9;
     /// How many times each point is measured, 1 to 20.
     unsigned repetitions = 1;
-    /// Whether the test goes on after a measurement at which the relay did not do what was waited for.
+    /// Whether the test continues after a measurement at which the relay did not do what was waited for.
     bool goesOn = false;
 
     /// Fault by fault.

@@ -78,12 +78,12 @@ private:
     RunEnd _measureDropOff();
     RunEnd _measurePoint(PointResult& result);
     bool _evaluatePoint(PointResult& result);
-    /// Coarse, then fine. The function runs the steps for the multiples and tells the result.
+    /// Coarse, then fine. The function runs the steps for the multiples and returns the result.
     template <typename Measure>
     RunEnd _measureRamp(const Ramp& ramp, RampResult& result, Measure measure);
     RunEnd _runPickUp(const Multiples& multiples, RampResult& result);
     RunEnd _runDropOff(const Multiples& multiples, RampResult& result);
-    /// `Complete` also when the relay has not reset; the state tells.
+    /// `Complete` also when the relay has not reset; see the state.
     RunEnd _run(const KesDriver::OutputSequence& sequence, MeasureState& state);
     RunEnd _judge(MeasureState state) const;
     RunEnd _fail(std::string error);

@@ -49,8 +49,15 @@ public:
     std::atomic<const char*> throwing{""};
     void write(const std::string& entry)
     {
-        Record::write(entry);
+        Record::write(withFlags ? entry + " " + getFlags() : entry);
         failIn(entry);
+    }
+    /// Each entry is followed by the flags at that moment.
+    bool withFlags = false;
+    /// Can-start, running and output-started, "-" for one that is not set.
+    std::string getFlags()
+    {
+        return {getCanStart() ? 'c' : '-', isRunning() ? 'r' : '-', isOutputStarted() ? 'o' : '-'};
     }
     void failIn(const std::string& entry)
     {

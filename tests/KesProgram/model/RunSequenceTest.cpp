@@ -1,4 +1,5 @@
-// The table of docs/run-sequence.md, row by row: what happens when an event meets a phase.
+// The tables of docs/run-sequence.md, row by row: the flags of a run that nobody disturbs, and what happens
+// when an event meets a phase.
 
 #include "RecordingModel.h"
 
@@ -46,14 +47,18 @@ struct Row {
     Entries afterwards;
 };
 
-class RunSequence : public GuiTest, public testing::WithParamInterface<Row> {
+class RunSequence : public GuiTest {
 protected:
     void reach(Phase phase);
-    void perform(Event event);
     void reportFault(bool lost);
 
     TemporaryHome home;
     RecordingModel model;
+};
+
+class RunEvent : public RunSequence, public testing::WithParamInterface<Row> {
+protected:
+    void perform(Event event);
 };
 
 void RunSequence::reach(Phase phase)
@@ -85,7 +90,7 @@ void RunSequence::reportFault(bool lost)
     device.join();
 }
 
-void RunSequence::perform(Event event)
+void RunEvent::perform(Event event)
 {
     switch (event) {
     case Event::Start:
@@ -112,7 +117,7 @@ void RunSequence::perform(Event event)
     }
 }
 
-TEST_P(RunSequence, Row)
+TEST_P(RunEvent, Row)
 {
     const Row& row = GetParam();
     reach(row.phase);
@@ -137,12 +142,29 @@ TEST_P(RunSequence, Row)
     EXPECT_EQ(model.getState(), "");
 }
 
+TEST_F(RunSequence, FlagsOfARunThatNobodyDisturbs)
+{
+    model.init();
+    model._setCanProgramStart(true);
+    model.take();
+    EXPECT_EQ(model.getFlags(), "c--");
+    model.withFlags = true;
+    ASSERT_TRUE(model.startTest());
+    ASSERT_TRUE(waitFor([this] { return model.has("finished(true) c-o"); }));
+    EXPECT_THAT(model.take(),
+                testing::ElementsAre("canStart ---", "onPrepareStart ---", "onPrepareHardware ---",
+                                     "canStop -r-", "running -r-", "onStart -ro", "state -ro",
+                                     "onFinishHardware -ro", "onFinished -ro", "state -ro", "canStart cro",
+                                     "canStop c-o", "running c-o", "finished(true) c-o"));
+    EXPECT_TRUE(waitFor([this] { return model.getFlags() == "c--"; }));
+}
+
 const Entries startsAtOnce{"canStart", "onPrepareStart", "onPrepareHardware"};
 const Entries closes{"onClosing", "closing"};
 const Entries closed{"closed"};
 
 INSTANTIATE_TEST_SUITE_P(
-    Grid, RunSequence,
+    Grid, RunEvent,
     testing::Values(
         Row{"IdleStart", Phase::Idle, Event::Start, nothing, startsAtOnce + runs + endsRunning},
         Row{"IdleStop", Phase::Idle, Event::Stop, nothing, nothing},
@@ -155,6 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"StartingStop", Phase::Starting, Event::Stop, nothing, runs + endsRunning},
         Row{"StartingDisconnect", Phase::Starting, Event::Disconnect, nothing, runs + endsRunning},
         Row{"StartingFault", Phase::Starting, Event::Fault, {faultText}, runs + endsRunning},
+        Row{"StartingLostDevice", Phase::Starting, Event::LostDevice, {lostText}, runs + endsRunning},
         Row{"StartingClose", Phase::Starting, Event::Close, closes, failsToStart + closed},
 
         Row{"RunningStart", Phase::Running, Event::Start, nothing, endsRunning},
@@ -169,6 +192,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"StoppedStop", Phase::Stopped, Event::Stop, nothing, ends},
         Row{"StoppedDisconnect", Phase::Stopped, Event::Disconnect, nothing, ends},
         Row{"StoppedFault", Phase::Stopped, Event::Fault, {faultText}, ends},
+        Row{"StoppedLostDevice", Phase::Stopped, Event::LostDevice, {lostText}, ends},
         Row{"StoppedClose", Phase::Stopped, Event::Close, closes, ends + closed}),
     [](const auto& row) { return row.param.name; });
 

@@ -53,6 +53,25 @@ TEST_F(ConfigTest, WritesRecentFilesThenRectangle)
     EXPECT_EQ(saved(), start + "  <RecentFiles>" + recent + "</RecentFiles>\n" + rectangle);
 }
 
+TEST_F(ConfigTest, ProgramsWhoseModelsAreCalledTheSameHaveFilesOfTheirOwn)
+{
+    model.extension = "abc";
+    const std::string taken = "<root><Rectangle>50;60;640;480</Rectangle></root>";
+    writeFile(path(), taken);
+    writeFile(path() + ".owner", "another-program");
+    open();
+    EXPECT_NE(shell._getProgramView()->getRectangle(), Kes::RectangleF(50, 60, 640, 480));
+    shell._saveXmlConfig();
+    EXPECT_EQ(readFile(path()), taken);
+    const std::string own = Kes::getKesCrossAppCacheDir() + "ShellModel.ShellTests.cfg";
+    EXPECT_TRUE(std::filesystem::exists(own));
+    // The first of them keeps the name.
+    std::filesystem::remove(path() + ".owner");
+    shell._saveXmlConfig();
+    EXPECT_NE(readFile(path()), taken);
+    EXPECT_EQ(readFile(path() + ".owner"), "ShellTests");
+}
+
 struct ReadCase {
     /// "@" stands for the recent file.
     std::string text;

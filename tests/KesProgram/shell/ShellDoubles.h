@@ -31,6 +31,7 @@ public:
     std::string extension;
     std::string data = "data";
     std::string report;
+    bool writesReports = true;
     std::unique_ptr<KesTree::Node> testObject;
     /// A stopped run goes on until `endRun`, as one does whose device has to be ramped down.
     bool stopsLater = false;
@@ -70,6 +71,7 @@ public:
     bool usesLocalHardware() override { return true; }
     KesTree::Node* getTestObject() override { return testObject.get(); }
     std::string createReport() override { return report; }
+    bool hasReport() override { return writesReports; }
     KesProgram::RunVerdict getRunVerdict() override { return KesProgram::RunVerdict::None; }
 
 protected:

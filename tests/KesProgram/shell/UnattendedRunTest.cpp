@@ -112,23 +112,27 @@ TEST_P(UnattendedRunTest, EndsWithAStatusWhateverFails)
     EXPECT_EQ(std::filesystem::exists(line.report), GetParam().isReported);
 }
 
-TEST_F(ShellTest, NothingIsPutOutForResultsThatNobodyCanWrite)
+TEST_F(ShellTest, NothingIsPutOutForFilesThatNobodyCanWrite)
 {
-    KesProgram::CommandLine line;
-    line.run = true;
-    line.results = home.file("r.json");
-    line.report = home.file("r.html");
+    KesProgram::CommandLine results;
+    results.run = true;
+    results.results = home.file("r.json");
+    auto report = results;
+    report.results.clear();
+    report.report = home.file("r.html");
+    model.writesReports = false;
     model._setCanProgramStart(true);
     open();
     std::atomic<bool> isStarted{false};
     const Kes::ScopedConnection running =
         model.signalRunningChanged.connect([&isStarted] { isStarted = true; });
-    UnattendedRun run(line, model, shell, {});
-    run.begin();
-    EXPECT_TRUE(waitFor([&run] { return run.isDone(); }));
-    EXPECT_EQ(run.getStatus(), UnattendedRun::NotStarted);
-    EXPECT_FALSE(isStarted);
-    EXPECT_FALSE(std::filesystem::exists(line.report));
+    for (const auto& line : {results, report}) {
+        UnattendedRun run(line, model, shell, {});
+        run.begin();
+        EXPECT_TRUE(waitFor([&run] { return run.isDone(); }));
+        EXPECT_EQ(run.getStatus(), UnattendedRun::NotStarted);
+        EXPECT_FALSE(isStarted);
+    }
 }
 
 /// As by a second signal, before the test has come to its end.

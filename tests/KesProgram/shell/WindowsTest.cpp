@@ -1,6 +1,10 @@
 #include "ShellTest.h"
 
 #include <KesCommon/DesktopOpener.h>
+#include <KesProgram/shell/ToolsToolbarPresenter.h>
+
+#include <gtkmm/toolbar.h>
+#include <gtkmm/toolbutton.h>
 
 namespace KesTest {
 
@@ -34,6 +38,25 @@ TEST_F(WindowsTest, FailuresOfTheReportAreShown)
     shell.requestReport();
     Kes::DesktopOpener::replace(std::move(previous));
     EXPECT_THAT(dialogs.getTexts(), ElementsAre("Error creating file.", "Nobody"));
+}
+
+TEST_F(WindowsTest, ToolbarHasTheButtonsThatTheProgramHasAUseFor)
+{
+    open();
+    for (const bool hasTestObject : {false, true}) {
+        for (const bool hasReport : {false, true}) {
+            model.writesReports = hasReport;
+            KesProgram::ToolsToolbarPresenter tools(&shell, hasTestObject);
+            std::vector<std::string> expected, names;
+            if (hasTestObject)
+                expected.push_back("Test Object");
+            if (hasReport)
+                expected.push_back("Report");
+            for (auto* button : dynamic_cast<Gtk::Toolbar&>(*tools.getView()).get_children())
+                names.push_back(dynamic_cast<Gtk::ToolButton&>(*button).get_label());
+            EXPECT_EQ(names, expected);
+        }
+    }
 }
 
 TEST_F(WindowsTest, TestObjectWindowOpensOnceAndAgainAfterClosing)

@@ -6,7 +6,8 @@
 
 namespace KesDriver {
 
-/// Who controls a device, as the device tells; both are empty while nobody does. Not to be shown as it is.
+/// The controller of a device, as the device reports it; both are empty without one. Clean it before it is
+/// shown.
 struct DeviceOwner {
     std::string name;
     std::string address;

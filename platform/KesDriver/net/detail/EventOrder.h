@@ -32,7 +32,7 @@ public:
     /// The number of the last one that has been due.
     std::uint64_t getLast() const { return _next - 1; }
 
-    /// Whether something has to be asked for, and what; it is told once.
+    /// Whether something has to be asked for, and what; it is given once.
     bool hasGap() const { return _gap && !_isBroken; }
     Gap takeGap();
 

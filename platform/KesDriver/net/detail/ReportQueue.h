@@ -40,7 +40,7 @@ public:
     /// receiver may wait for the caller.
     void waitUntilHeard(std::chrono::milliseconds longest);
     /// What is left of earlier runs would be taken for steps of this one: drops their steps, and lets their
-    /// inputs tell none.
+    /// inputs have none.
     void forgetStepsBefore(Run run);
 
 private:

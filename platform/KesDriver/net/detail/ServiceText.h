@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-/// What a device tells of itself when it announces itself, and when a search asks it. Any thread.
+/// What a device says of itself when it announces itself, and when a search asks it. Any thread.
 namespace KesDriver::ServiceText {
 
 inline constexpr const char* serviceType = "_scpi-raw._tcp";

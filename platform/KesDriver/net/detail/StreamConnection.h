@@ -39,11 +39,11 @@ public:
         Released,
         /// A receiver has not taken a report.
         Untaken,
-        /// It is not the same start of the device any more: its clock and its events have begun anew.
+        /// It is not the same start of the device any more: its clock and its events have restarted.
         Restarted,
     };
 
-    /// In lockstep the device is told which events have been heard.
+    /// In lockstep the device gets a message about the events that have been heard.
     StreamConnection(ConnectionNumber number, std::chrono::milliseconds timeout, bool isInLockstep,
                      std::shared_ptr<ReportQueue> reports);
 

@@ -19,7 +19,7 @@ public:
     using Told = std::function<void(bool answers)>;
 
     explicit AvahiProbe(Told told);
-    /// Gives up; nothing is told any more.
+    /// Gives up; nothing is reported any more.
     ~AvahiProbe();
     AvahiProbe(const AvahiProbe&) = delete;
     AvahiProbe& operator=(const AvahiProbe&) = delete;

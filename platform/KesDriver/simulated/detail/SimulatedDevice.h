@@ -87,7 +87,7 @@ public:
     bool work(RealTime now, bool isConnected);
     RealTime getNextWake(RealTime now, bool isConnected) const;
 
-    /// What it has told since the last call, in order.
+    /// What it has reported since the last call, in order.
     std::vector<Report> takeReports() { return std::exchange(_reports, {}); }
     /// Changes of binary output 1 since the last call.
     std::vector<std::pair<bool, Moment>> takeStartSignals() { return std::exchange(_startSignals, {}); }

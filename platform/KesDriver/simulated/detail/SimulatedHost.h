@@ -18,7 +18,7 @@ namespace KesDriver {
 /// sessions. Any thread.
 ///
 /// A request is carried out on the calling thread; the device's own thread lets events happen when their time
-/// has come, and tells a controller that it has been dropped.
+/// has come, and informs a controller that its connection has been dropped.
 class SimulatedHost {
 public:
     /// Control of the device from its beginning to its end. What it holds is called when the device ends it,
@@ -59,9 +59,9 @@ public:
 
     // For a server.
 
-    /// One at a time; null for none. After the return the one before is not called any more.
+    /// One at a time; null for none. After it returns, the former one is no longer called.
     void setObserver(std::shared_ptr<ISimulatedObserver> observer);
-    /// What the observer has stopped goes on if `isAllowed`, which is asked with the device locked.
+    /// What the observer has stopped continues if `isAllowed`, which is asked with the device locked.
     void goOn(const std::function<bool()>& isAllowed);
 
 private:
@@ -120,7 +120,7 @@ private:
 
     SimulatedDevice _device;
     Connection _connected;
-    /// Those whose end is still to be told.
+    /// Those whose end is still to be reported.
     std::deque<Connection> _lost;
     StartLine _startLine;
     std::shared_ptr<ISimulatedObserver> _observer;

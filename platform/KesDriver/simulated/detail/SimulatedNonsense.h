@@ -4,7 +4,7 @@
 
 #include <vector>
 
-/// What a simulated device says when it is told to talk nonsense.
+/// What a simulated device says when it is set to send nonsense.
 namespace KesDriver::SimulatedNonsense {
 
 KestoIdentity identity();

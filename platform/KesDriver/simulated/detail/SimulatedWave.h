@@ -11,7 +11,7 @@ public:
     /// From `time` on the frequency is `hertz` and changes by `hertzPerSecond`.
     void run(DeviceTime time, double hertz, double hertzPerSecond = 0.0);
 
-    /// The wave begins anew, at 50 Hz.
+    /// The wave restarts, at 50 Hz.
     void restart(DeviceTime time);
 
     /// The first time from `time` on, to the nearest microsecond, at which the wave has the angle if its

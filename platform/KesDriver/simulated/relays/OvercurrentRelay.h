@@ -21,7 +21,7 @@ namespace KesDriver {
 /// reversed. Without a voltage they do not operate.
 ///
 /// Its deviations come from a fixed seed: the same test gives the same results, always.
-/// Called by the simulated device only.
+/// Called by the simulated device only, on its thread.
 class KES_EXPORT OvercurrentRelay : public ISimulatedTestObject {
 public:
     /// Those of IEC 60255-151 with the long-time inverse of BS 142 beside them, and those of IEEE C37.112.
@@ -37,12 +37,14 @@ public:
         Table
     };
 
+    /// In which direction the fault has to lie.
     enum class Direction { None, Forward, Reverse };
 
     /// What the outputs feed: each its phase, with the residual input in the common return; or all of them
     /// together that one phase, or the residual input alone.
     enum class Connection { Phases, PhaseA, PhaseB, PhaseC, Residual };
 
+    /// One overcurrent stage. A value.
     struct Stage {
         bool isUsed = false;
         /// In amperes, above zero.
@@ -62,6 +64,7 @@ public:
     static constexpr std::size_t stageCount = 4;
     static constexpr std::size_t residualStage = 3;
 
+    /// How the relay is set and wired. A value.
     struct Settings {
         std::array<Stage, stageCount> stages{Stage{true}};
         /// Of the current against the voltage, in degrees; for all directional stages.

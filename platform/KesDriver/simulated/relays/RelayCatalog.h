@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-/// The relays of the simulated bench by their names, for whoever chooses one by text. Any thread.
+/// The relays of the simulated bench by their names, to choose one by text. Any thread.
 namespace KesDriver::RelayCatalog {
 
 /// Such as "overcurrent", in alphabetical order.

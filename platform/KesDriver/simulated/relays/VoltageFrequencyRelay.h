@@ -19,9 +19,10 @@ namespace KesDriver {
 /// rate of change.
 ///
 /// Its deviations come from a fixed seed: the same test gives the same results, always.
-/// Called by the simulated device only.
+/// Called by the simulated device only, on its thread.
 class KES_EXPORT VoltageFrequencyRelay : public ISimulatedTestObject {
 public:
+    /// Which stage, as an index into `Settings::stages`.
     enum Kind : std::size_t {
         Undervoltage,
         Overvoltage,
@@ -31,6 +32,7 @@ public:
         Count
     };
 
+    /// One stage. A value.
     struct Stage {
         bool isUsed = true;
         /// In volts (phase to phase), hertz or hertz per second; a rate below zero is a falling frequency.
@@ -42,6 +44,7 @@ public:
         double dropOff = 0.0;
     };
 
+    /// How the relay is set and wired. A value.
     struct Settings {
         /// In volts, phase to phase.
         double nominalVoltage = 100.0;

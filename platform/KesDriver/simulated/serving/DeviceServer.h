@@ -34,7 +34,7 @@ public:
     DeviceServer& operator=(const DeviceServer&) = delete;
 
     /// From now on takes connections at an address of this machine, such as "127.0.0.1"; port 0 takes a free
-    /// one. Once at most. A failure tells why.
+    /// one. Once at most. A failure says why.
     Kes::Result listen(const std::string& address, std::uint16_t port);
     /// 0 without `listen`.
     std::uint16_t getPort() const;

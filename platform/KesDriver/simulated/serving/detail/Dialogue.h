@@ -25,7 +25,7 @@ public:
     /// The answers to one message.
     static constexpr std::size_t longestAnswer = std::size_t{1} << 20U;
 
-    /// Events go to the sink. The address is what other sessions are told of this one.
+    /// Events go to the sink. The address stands for this session in other ones.
     Dialogue(std::shared_ptr<ServedDevice> device, std::shared_ptr<ILineSink> sink, std::string address);
     ~Dialogue();
     /// Before the first message: the number that the device's registry has given.

@@ -13,7 +13,7 @@
 
 namespace KesDriver {
 
-/// The last events of a device, numbered from 1, and the sessions that are told of new ones. Any thread.
+/// The last events of a device, numbered from 1, and the sessions that get new ones. Any thread.
 class EventLog {
 public:
     using Content = ValueText::EventRecord::Content;
@@ -32,7 +32,7 @@ public:
     std::vector<std::string> read(std::uint64_t from, std::size_t count) const;
 
     /// From that number on, or from the next event on for 0, each event goes to the sink as a line. A second
-    /// call for a sink counts anew. Throws as `read` does.
+    /// call for a sink counts again. Throws as `read` does.
     void subscribe(const std::shared_ptr<ILineSink>& sink, std::uint64_t from);
     void unsubscribe(const ILineSink& sink);
 

@@ -1,0 +1,47 @@
+#include <KesProgram/shell/detail/NameOwner.h>
+
+#include <KesCommon/FileSystem.h>
+
+#include <filesystem>
+
+namespace KesProgram::NameOwner {
+
+namespace {
+
+/// As the program was started: an upgrade replaces the file while it runs.
+const std::string& getExecutable()
+{
+    static const std::string name = [] {
+        std::error_code ignored;
+        return std::filesystem::read_symlink("/proc/self/exe", ignored).filename().string();
+    }();
+    return name;
+}
+
+std::string getNote(const std::string& path)
+{
+    return path + ".owner";
+}
+
+} // namespace
+
+void claim(const std::string& path)
+{
+    // What cannot be written is nobody's, as it was.
+    if (Kes::readWholeFile(getNote(path)).empty())
+        (void)Kes::writeWholeFile(getNote(path), getExecutable());
+}
+
+std::string getDistinction(const std::string& path)
+{
+    const std::string owner = Kes::readWholeFile(getNote(path));
+    return owner.empty() || owner == getExecutable() ? std::string() : "." + getExecutable();
+}
+
+std::string distinguish(const std::string& path)
+{
+    const std::filesystem::path whole(path);
+    return whole.parent_path() / (whole.stem().string() + getDistinction(path) + whole.extension().string());
+}
+
+} // namespace KesProgram::NameOwner

@@ -1,0 +1,23 @@
+#include "PulsePresenter.h"
+
+#include <KesProgram/shell/ProgramMain.h>
+#include <KesProgram/text/TextPair.h>
+
+//! [main]
+int main(int argc, char** argv)
+{
+    const auto summary = [] {
+        return std::string(lng::choose(
+            {"Measures how long contact 1 takes to close.", "Измеряет время замыкания контакта 1."}));
+    };
+    const auto create = [](const KesProgram::CommandLine& commandLine) {
+        KesProgram::ProgramMain::Parts parts;
+        auto model = std::make_unique<PulseModel>();
+        model->setSpeed(commandLine.speed);
+        parts.presenter = std::make_unique<PulsePresenter>(*model);
+        parts.model = std::move(model);
+        return parts;
+    };
+    return KesProgram::ProgramMain::run(argc, argv, summary, KES_VERSION, create);
+}
+//! [main]
