@@ -1,11 +1,11 @@
 #include "RecordingModel.h"
 
-#include "support/DefaultHardware.h"
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
 #include <KesCommon/Language.h>
 #include <KesDevice/HardwareControl.h>
+#include <KesDriver/EmbeddedNetwork.h>
 #include <KesProgram/model/AvaryMessage.h>
 
 #include <glibmm/fileutils.h>
@@ -55,7 +55,7 @@ protected:
     TemporaryHome home;
 };
 
-/// Puts a configuration of the test's own in place and a harmless one back at the end.
+/// A configuration of the test's own in the place of the global one.
 class GlobalHardware {
 public:
     GlobalHardware()
@@ -69,9 +69,6 @@ public:
         EXPECT_TRUE(hardware.addKesto(KesDriver::embeddedAddress));
         return *hardware.getKestos().getItems().front();
     }
-
-private:
-    DefaultHardware _before;
 };
 
 TEST_F(ProgramModelTest, FinishOnAnIdleModelTellsOnlyThatItHasFinished)
