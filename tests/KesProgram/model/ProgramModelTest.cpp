@@ -139,11 +139,13 @@ TEST_F(ProgramModelTest, OwnConfigurationIsMadeOnFirstUseAndStartsWithoutDevices
     EXPECT_EQ(model.getHardware(), first);
     EXPECT_TRUE(first->getKestos().empty());
     EXPECT_TRUE(first->getVirtualChannels().isControlGroupsEnabled());
+    EXPECT_TRUE(first->isStopOnFault() && first->isStatusReported());
 
     auto hardware = KesDevice::HardwareManager::create();
     auto* second = hardware.get();
     model.setHardware(hardware, false);
     EXPECT_EQ(model.getHardware(), second);
+    EXPECT_TRUE(second->isStopOnFault() && second->isStatusReported());
     EXPECT_THAT(model.take(), ElementsAre("hardwareChanged"));
 
     KesDriver::KesAvary avary;

@@ -4,6 +4,8 @@
 #include <KesProgram/views/StatusBarHardwareKestoStateView.h>
 #include <KesProgram/views/StatusBarSyncView.h>
 
+#include <algorithm>
+
 namespace KesTest {
 
 namespace {
@@ -29,6 +31,20 @@ protected:
         for (auto* label : findWidgets<KesProgram::StatusBarHardwareKestoStateView>(view()))
             texts.push_back(label->get_text());
         return texts;
+    }
+
+    /// Whether the user reads the text somewhere in the area.
+    bool isRead(const std::string& text)
+    {
+        const auto labels = findWidgets<Gtk::Label>(view());
+        return std::ranges::any_of(
+            labels, [&](auto* label) { return label->get_mapped() && label->get_text() == text; });
+    }
+
+    bool isAuxDCShown()
+    {
+        const auto* icon = findByClass(view(), "AuxDcWhiteImage");
+        return icon && icon->get_mapped();
     }
 
     std::string syncName()
@@ -59,6 +75,25 @@ TEST_F(HardwareAreaTest, FollowsTheConfigurationAndItsDevices)
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1", "10.0.0.2"));
     onAnotherThread([&] { EXPECT_TRUE(KesDevice::HardwareControl::getInstance()->getKestos().removeAt(0)); });
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.2"));
+}
+
+TEST_F(HardwareAreaTest, ADeviceIsShownWithItsTypeOnceItIsKnownAndWithItsSupply)
+{
+    auto hardware = DefaultHardware::create();
+    auto* kesto = hardware->getKestos().getItems().front();
+    ASSERT_TRUE(kesto->auxDC().set(true, 24.0));
+    setHardware(std::move(hardware));
+    show();
+    EXPECT_TRUE(waitFor([this] { return isAuxDCShown(); })) << "on before the row was there";
+    EXPECT_TRUE(isRead(kesto->getAddress().to_string()));
+    EXPECT_FALSE(isRead("KESTO-3"));
+    onAnotherThread([kesto] { EXPECT_TRUE(kesto->connect()); });
+    EXPECT_TRUE(waitFor([this] { return isRead("KESTO-3"); }));
+    onAnotherThread([kesto] { EXPECT_TRUE(kesto->auxDC().set(false, 24.0)); });
+    EXPECT_TRUE(waitFor([this] { return !isAuxDCShown(); }));
+    // Rows that come later are seen as well.
+    onAnotherThread([] { setHardware(makeHardware(2)); });
+    EXPECT_TRUE(waitFor([this] { return isRead("10.0.0.1") && isRead("10.0.0.2"); }));
 }
 
 TEST_F(HardwareAreaTest, LocalConfigurationOfTheProgramIsShown)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/DefaultHardware.h"
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
