@@ -89,6 +89,7 @@ TEST_F(MenuTest, PowerOffNeedsPermissionAndNoUpdate)
     auto& updater = KesDevice::KestoStateGlobalUpdater::getInstance();
     KesProgram::HardwareControlToolbarPresenter toolbar(model);
     auto& powerOff = button(toolbar, 2);
+    EXPECT_TRUE(powerOff.get_visible());
     toolbar.setCanPowerOff(false);
     updater.setUpdating(true);
     updater.setUpdating(false);

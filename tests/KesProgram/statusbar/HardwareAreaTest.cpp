@@ -53,6 +53,11 @@ protected:
         return findWidgets<Gtk::Label>(button).back()->get_text();
     }
 
+    bool isSyncExplained()
+    {
+        return findWidgets<KesProgram::StatusBarSyncView>(view()).at(0)->get_sensitive();
+    }
+
     StatusModel model;
     Gtk::Window window;
     std::unique_ptr<KesProgram::StatusBarHardwarePresenter> area;
@@ -67,10 +72,12 @@ TEST_F(HardwareAreaTest, FollowsTheConfigurationAndItsDevices)
     setHardware(std::move(next));
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1", "10.0.0.2"));
     EXPECT_EQ(syncName(), KesDevice::SyncMode::get(KesDevice::SyncModeKind::GPS).getShortName());
+    EXPECT_TRUE(isSyncExplained());
     // On another thread the change is complete before the old configuration dies with its devices.
     onAnotherThread([&] { setHardware(makeHardware(1)); });
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1"));
     EXPECT_EQ(syncName(), KesDevice::SyncMode::get(KesDevice::SyncModeKind::None).getShortName());
+    EXPECT_FALSE(isSyncExplained()) << "there is nothing to tell";
     onAnotherThread([&] { addKesto(*KesDevice::HardwareControl::getInstance(), 2); });
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1", "10.0.0.2"));
     onAnotherThread([&] { EXPECT_TRUE(KesDevice::HardwareControl::getInstance()->getKestos().removeAt(0)); });
