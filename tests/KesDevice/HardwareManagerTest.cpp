@@ -47,6 +47,17 @@ TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
     EXPECT_THAT(running, ElementsAre(true, false, true, false));
 }
 
+/// It is found out when the device is asked.
+TEST_F(HardwareManagerTest, ADeviceThatWasOffMeanwhileIsConnectedAgain)
+{
+    ASSERT_TRUE(hardware->prepare());
+    first.dropIn(LinkCall::ReadState);
+    EXPECT_EQ(message(hardware->prepare()), "");
+    EXPECT_TRUE(first.isConnected());
+    EXPECT_EQ(first.countCalls(LinkCall::Connect), 2U);
+    EXPECT_EQ(second.countCalls(LinkCall::Connect), 1U);
+}
+
 /// Who looks at a run that is being stopped must not find a fault.
 TEST_F(HardwareManagerTest, SwitchingOffIsNoFailureOfTheOutput)
 {
