@@ -90,10 +90,13 @@ TEST_F(XslTransformerTest, anOutputThatCannotBeWrittenIsAFailure)
 
 TEST_F(XslTransformerTest, theStylesheetWritesNoFilesAndMakesNoFolders)
 {
-    const auto target = home.file("stolen/file");
-    EXPECT_FALSE(transform("<r/>", "<exsl:document href='" + target + "'>x</exsl:document>"));
-    EXPECT_FALSE(std::filesystem::exists(home.file("stolen")));
-    EXPECT_THAT(log, HasSubstr("denied"));
+    writeFile(home.file("kept"), "kept");
+    for (const auto* target : {"stolen/file", "new", "kept"}) {
+        EXPECT_FALSE(transform("<r/>", "<exsl:document href='" + home.file(target) + "'>x</exsl:document>"));
+        EXPECT_THAT(std::exchange(log, ""), HasSubstr("denied")) << target;
+    }
+    EXPECT_FALSE(std::filesystem::exists(home.file("stolen")) || std::filesystem::exists(home.file("new")));
+    EXPECT_EQ(readFile(home.file("kept")), "kept");
 }
 
 TEST_F(XslTransformerTest, anExternalEntityIsNotRead)

@@ -82,15 +82,40 @@ const std::string good = "[Hardware]\nVersion=1\nSyncMode=GPS\nControlGroups=tru
 
 TEST_F(HardwareControlTest, ACopyIsKeptOnDiskAndComesBackWhole)
 {
-    writeFile(home.file("good.cfg"), good);
+    // With one switch off at a time no key can stand in for another one.
+    for (const std::string off : {"ControlGroups=", "StopOnFault=", "StatusReported="}) {
+        auto text = good;
+        text.replace(text.find(off), off.size() + 4, off + "false");
+        writeFile(home.file("good.cfg"), text);
+        std::string error;
+        const auto hardware = HardwareFile::read(home.file("good.cfg"), error);
+        ASSERT_TRUE(hardware) << error;
+        HardwareControl::setGlobalInstance(hardware->clone(), false);
+        auto written = readFile(HardwareFile::getPath());
+        std::erase_if(written,
+                      [at = '\n'](char c) mutable { return std::exchange(at, c) == '\n' && c == '\n'; });
+        EXPECT_EQ(written, text);
+        EXPECT_FALSE(HardwareControl::getInstance()->getKestos().getItems()[0]->isConnected());
+    }
+}
+
+TEST_F(HardwareControlTest, AFileHoldsAThousandDevicesAtMost)
+{
+    const auto textOf = [](int count) {
+        std::string text = good;
+        text.replace(text.find("Kestos=2"), 8, "Kestos=" + std::to_string(count));
+        for (int i = 3; i <= count; ++i)
+            text += "[Kesto " + std::to_string(i) + "]\nAddress=10.1." + std::to_string(i / 250) + "." +
+                    std::to_string(i % 250) + "\nAuxDC=false\nAuxDCVolts=24\n";
+        return text;
+    };
     std::string error;
-    const auto hardware = HardwareFile::read(home.file("good.cfg"), error);
+    writeFile(home.file("hardware.cfg"), textOf(1000));
+    const auto hardware = HardwareFile::read(home.file("hardware.cfg"), error);
     ASSERT_TRUE(hardware) << error;
-    HardwareControl::setGlobalInstance(hardware->clone(), false);
-    auto written = readFile(HardwareFile::getPath());
-    std::erase_if(written, [at = '\n'](char c) mutable { return std::exchange(at, c) == '\n' && c == '\n'; });
-    EXPECT_EQ(written, good);
-    EXPECT_FALSE(HardwareControl::getInstance()->getKestos().getItems()[0]->isConnected());
+    EXPECT_EQ(hardware->getKestos().size(), 1000u);
+    writeFile(home.file("hardware.cfg"), textOf(1001));
+    EXPECT_FALSE(HardwareFile::read(home.file("hardware.cfg"), error));
 }
 
 TEST_F(HardwareControlTest, RefusesDamagedFiles)

@@ -5,7 +5,9 @@
 #include <KesDevice/HardwareIsRunningComponent.h>
 
 #include <algorithm>
+#include <functional>
 #include <future>
+#include <utility>
 
 using namespace KesTest;
 
@@ -43,6 +45,17 @@ TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
     EXPECT_FALSE(first.isConnected() || second.isConnected());
 
     EXPECT_THAT(running, ElementsAre(true, false, true, false));
+}
+
+/// It is found out when the device is asked.
+TEST_F(HardwareManagerTest, ADeviceThatWasOffMeanwhileIsConnectedAgain)
+{
+    ASSERT_TRUE(hardware->prepare());
+    first.dropIn(LinkCall::ReadState);
+    EXPECT_EQ(message(hardware->prepare()), "");
+    EXPECT_TRUE(first.isConnected());
+    EXPECT_EQ(first.countCalls(LinkCall::Connect), 2U);
+    EXPECT_EQ(second.countCalls(LinkCall::Connect), 1U);
 }
 
 /// Who looks at a run that is being stopped must not find a fault.
@@ -99,6 +112,44 @@ TEST_F(HardwareManagerTest, AFaultStopsTheOthersWhenWanted)
     EXPECT_TRUE(hardware->isOutputRunning()) << "until it is stopped";
     EXPECT_TRUE(hardware->stopWorkingMode()) << "a lost device has switched off by itself";
     EXPECT_THAT(notices.take(), ElementsAre(disobedience));
+}
+
+TEST_F(HardwareManagerTest, AFaultStopsEveryOtherDeviceBeforeItIsTold)
+{
+    FakeKesto third;
+    add(*hardware, third, 3);
+    hardware->setIsStopOnFault(true);
+    std::atomic<bool> isAwaited{false};
+    std::size_t stops = 0;
+    const auto look = [&](const auto&...) {
+        if (!isAwaited.exchange(false))
+            return;
+        EXPECT_TRUE(second.waitForCall(LinkCall::StopOutputs, stops));
+        EXPECT_TRUE(third.waitForCall(LinkCall::StopOutputs, stops));
+    };
+    firstKesto->signalOperationErrorChanged.connect(look);
+    hardware->signalAvary.connect(look);
+    const std::pair<const char*, std::function<void()>> causes[] = {
+        {"fault", [&] { first.report(KesDriver::KesAvary{3, 17, false, true, {}}).wait(); }},
+        {"loss", [&] { first.reportConnectionLost().wait(); }},
+        {"nonsense", [&] { first.report(KesDriver::StepEvent{99, 1us}).wait(); }},
+        {"state",
+         [&] {
+             first.setState({false, false, 0.0, "hot"});
+             (void)firstKesto->updateState();
+         }},
+    };
+    for (const auto& [name, fail] : causes) {
+        SCOPED_TRACE(name);
+        first.setState({true, false, 0.0, ""});
+        ASSERT_TRUE(hardware->prepare());
+        ASSERT_TRUE(hardware->startWorkingMode());
+        ++stops;
+        isAwaited = true;
+        fail();
+        EXPECT_FALSE(isAwaited) << "not told";
+        (void)hardware->disconnect();
+    }
 }
 
 TEST_F(HardwareManagerTest, AStartThatFailsNamesWhoDoesNotSwitchOffAgain)

@@ -63,6 +63,25 @@ TEST_F(KestoTest, ConnectingTellsIdentityAndState)
     EXPECT_TRUE(kesto.updateState()) << "asking connects";
 }
 
+/// What the user switches while the device is being asked counts, and not the older answer.
+TEST_F(KestoTest, AnOldStateDoesNotUndoTheUsersSwitch)
+{
+    for (const bool isConnected : {true, false}) {
+        ASSERT_TRUE(kesto.auxDC().set(false, 110.0));
+        ASSERT_TRUE(kesto.connect());
+        if (!isConnected)
+            kesto.disconnect();
+        const auto calls = fake.countCalls(LinkCall::ReadState);
+        fake.holdAnswer(LinkCall::ReadState);
+        auto asking = std::async(std::launch::async, [this] { return kesto.updateState(); });
+        ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState, calls + 1));
+        EXPECT_TRUE(kesto.auxDC().set(true, 110.0));
+        fake.release(LinkCall::ReadState);
+        EXPECT_TRUE(asking.get());
+        EXPECT_TRUE(kesto.auxDC().getEnable()) << (isConnected ? "asked" : "connected");
+    }
+}
+
 TEST_F(KestoTest, AnAttemptThatThrowsIsOverForAll)
 {
     for (const auto call : {LinkCall::Identify, LinkCall::ReadState}) {

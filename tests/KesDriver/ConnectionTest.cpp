@@ -105,9 +105,9 @@ TEST_F(ConnectionTest, SlowDeviceObeysAtOnceAndAnswersLate)
 
     link->disconnect();
     device->setAnswerDelay(0ms);
-    device->setTimeout(300ms);
     start();
-    device->setAnswerDelay(300ms);
+    device->setTimeout(100ms);
+    device->setAnswerDelay(1min);
     EXPECT_TRUE(isConnectionError(link->stopOutputs()));
     ASSERT_TRUE(receiver->waitFor("lost"));
 }

@@ -307,9 +307,9 @@ TEST_P(LinkContract, EverythingGoesOffWithTheLink)
     ASSERT_TRUE(link->setOutputs(amperes(2.0)));
     const auto before = Clock::now();
     link.reset();
-    EXPECT_LT(Clock::now() - before, 100ms);
     EXPECT_TRUE(isSoonOff());
-    EXPECT_LT(Clock::now() - before, 500ms);
+    // The device's own watchdog would take longer.
+    EXPECT_LT(Clock::now() - before, 1s);
     EXPECT_TRUE(receiver->getLines().empty());
 }
 

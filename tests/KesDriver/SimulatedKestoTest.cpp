@@ -84,9 +84,12 @@ TEST_F(SimulatedKestoTest, SpeedChangesWithoutAJumpOfTime)
     for (int round = 0; round < 20; ++round) {
         ASSERT_TRUE(device->setSpeed(1e6));
         ASSERT_TRUE(link->runSequence({step}));
-        ASSERT_TRUE(device->setSpeed(1e-6));
         DeviceTime before{0}, after{0};
         ASSERT_TRUE(link->readTime(before));
+        ASSERT_TRUE(device->setSpeed(1e-6));
+        ASSERT_TRUE(link->readTime(after));
+        EXPECT_GE(after, before);
+        before = after;
         for (int call = 0; call < 100; ++call) {
             ASSERT_TRUE(link->readTime(after));
             std::this_thread::yield();
@@ -94,6 +97,11 @@ TEST_F(SimulatedKestoTest, SpeedChangesWithoutAJumpOfTime)
         EXPECT_GE(after, before);
         EXPECT_LE(after, before + 1ms);
         ASSERT_TRUE(link->stopOutputs());
+        const auto realBefore = std::chrono::steady_clock::now();
+        ASSERT_TRUE(device->setSpeed(1e6));
+        ASSERT_TRUE(link->readTime(after));
+        const std::chrono::duration<double> real = std::chrono::steady_clock::now() - realBefore;
+        EXPECT_LE(std::chrono::duration<double>(after - before).count(), real.count() * 1e6 + 1.0);
     }
     EXPECT_FALSE(device->setSpeed(0.0));
     EXPECT_FALSE(device->setSpeed(1e7));

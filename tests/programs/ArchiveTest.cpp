@@ -390,6 +390,10 @@ TEST(OvercurrentModelArchiveTest, OpensTheFormerFormsAsTheyAre)
         const auto again = OvercurrentArchive::read(*model.getDataStream());
         ASSERT_TRUE(again);
         EXPECT_EQ(again->results, results);
+        auto plan = model.getPlan();
+        plan.pause += 1.0;
+        ASSERT_TRUE(model.setPlan(plan));
+        EXPECT_TRUE(model.isResultStale()) << "of another plan, although of the same settings";
     }
 }
 

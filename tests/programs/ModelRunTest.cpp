@@ -138,9 +138,9 @@ TEST_F(ModelRunTest, RefusesCurrentsThatTheDeviceCannotPutOut)
     EXPECT_EQ(model.getRunVerdict(), RunVerdict::None);
 }
 
-TEST_F(ModelRunTest, IsStoppedWithinATenthOfASecondInEveryPhase)
+TEST_F(ModelRunTest, IsStoppedAtOnceInEveryPhase)
 {
-    // Each phase takes a second or more of real time, those before it next to nothing.
+    // Each phase takes minutes or more of the device's time, those before it next to nothing.
     model.setSpeed(500);
     auto& stage = *model.getTestObject();
     ASSERT_TRUE(stage.find(KesTree::RelayNodes::Curve)
@@ -168,10 +168,10 @@ TEST_F(ModelRunTest, IsStoppedWithinATenthOfASecondInEveryPhase)
         });
         ASSERT_TRUE(model.startTest());
         ASSERT_TRUE(KesTest::waitFor([&] { return isReached.load(); })) << test.phase << getTexts();
-        const auto before = std::chrono::steady_clock::now();
+        // From here on the device's clock all but stands still: a run that waits for anything on it never ends.
+        EXPECT_TRUE(getDevice()->setSpeed(1e-3));
         model.stopTest();
-        ASSERT_TRUE(KesTest::waitFor([this] { return finishes > 0; }));
-        EXPECT_LT(std::chrono::steady_clock::now() - before, 100ms) << test.phase;
+        ASSERT_TRUE(KesTest::waitFor([this] { return finishes > 0; })) << test.phase;
         EXPECT_EQ(finishes, 1);
         EXPECT_TRUE(isOutputZero());
         EXPECT_EQ(model.getRunVerdict(), RunVerdict::Stopped) << test.phase;

@@ -23,10 +23,12 @@ namespace {
 TestResults someResults()
 {
     TestResults results;
-    results.plan.multiples = {2.0, 5.0, 7.0};
+    results.plan.multiples = {2.0, 5.0, 7.0, 10.0, 20.0};
     results.points = {{{Fault::A, 2.0}, MeasureState::Measured, std::chrono::milliseconds(10100)},
                       {{Fault::A, 5.0}, MeasureState::NoOperation, {}},
-                      {{Fault::A, 7.0}, MeasureState::NotReset, {}}};
+                      {{Fault::A, 7.0}, MeasureState::NotReset, {}},
+                      {{Fault::A, 10.0}, MeasureState::Measured, std::chrono::milliseconds(1234)},
+                      {{Fault::A, 20.0}, MeasureState::Measured, std::chrono::milliseconds(567)}};
     results.end = RunEnd::Stopped;
     results.device = "KESTO-3 <b>No.</b> 00017";
     results.origin = Origin::Simulated;
@@ -46,6 +48,24 @@ protected:
 
     KesTest::TemporaryHome home;
 };
+
+/// The row of a table that holds the text.
+std::string rowWith(const std::string& report, const std::string& text)
+{
+    const auto at = report.find(text);
+    if (at == std::string::npos)
+        return {};
+    const auto begin = report.rfind("<tr", at);
+    return report.substr(begin, report.find("</tr>", at) - begin);
+}
+
+std::size_t count(const std::string& report, const std::string& text)
+{
+    std::size_t found = 0;
+    for (auto at = report.find(text); at != std::string::npos; at = report.find(text, at + 1))
+        ++found;
+    return found;
+}
 
 } // namespace
 
@@ -76,6 +96,20 @@ TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)
     EXPECT_THAT(make(&results),
                 AllOf(HasSubstr("ИМИТИРУЕМОЕ УСТРОЙСТВО"), HasSubstr("Протокол проверки"),
                       HasSubstr("10,100"), HasSubstr("lang=\"ru\""), Not(HasSubstr("Test "))));
+}
+
+TEST_F(ReportTest, MarksWhatHasPassedAndWhatHasFailed)
+{
+    const auto results = someResults();
+    const std::string report = make(&results);
+    EXPECT_THAT(rowWith(report, "10.100"),
+                AllOf(HasSubstr("<tr class=\"passed\">"), HasSubstr("mark-passed\">✔\u00A0Passed")));
+    EXPECT_THAT(rowWith(report, "1.234"),
+                AllOf(HasSubstr("<tr class=\"failed\">"), HasSubstr("mark-failed\">✘\u00A0")));
+    // In the chart and in its legend.
+    EXPECT_EQ(count(report, "r=\"5\" fill=\"#1f7a3d\""), 2u) << "passed";
+    EXPECT_EQ(count(report, "M-5-5H5V5H-5Z"), 3u) << "failed";
+    EXPECT_EQ(count(report, "M0-6L6 5H-6Z"), 3u) << "not measured";
 }
 
 TEST_F(ReportTest, ARealDeviceHasNoWarningAndNoTestNoResults)

@@ -7,7 +7,6 @@
 #include <KesDevice/HardwareControl.h>
 
 #include <support/Bench.h>
-#include <support/DefaultHardware.h>
 #include <support/GuiTest.h>
 #include <support/Message.h>
 #include <support/Record.h>
@@ -33,7 +32,6 @@ class OvercurrentFaults : public KesTest::GuiTest {
 protected:
     OvercurrentFaults()
     {
-        HardwareControl::getInstance();
         auto configuration = HardwareManager::create();
         device.addTo(*configuration);
         HardwareControl::setGlobalInstance(std::move(configuration), true);
@@ -53,7 +51,6 @@ protected:
         device->setAnswerDelay(0ms);
         model.stopTest();
         EXPECT_TRUE(KesTest::waitFor([this] { return model.getCanStart(); }));
-        HardwareControl::setGlobalInstance(KesTest::DefaultHardware::create(), true);
     }
 
     /// Begins a step that takes minutes.

@@ -97,9 +97,13 @@ rm -rf "$state/kes"
 
 echo "Arguments that cannot be understood"
 expect 2 "$overcurrent" --language xx
-expect 2 "$overcurrent" --language en --speed 0
-holds err "is no speed factor"
-expect 2 "$overcurrent" --language en --speed fast
+for speed in 0 0.0009 100001 fast; do
+    expect 2 "$overcurrent" --language en --speed $speed
+    holds err "is no speed factor"
+done
+for speed in 0.001 100000; do
+    expect 0 "$overcurrent" --speed $speed --version
+done
 expect 2 "$overcurrent" --no-such-option
 expect 2 "$overcurrent" one two
 for arguments in "--save=" "--report=" "--results=" "--screenshot=" ""; do

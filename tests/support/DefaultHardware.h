@@ -10,11 +10,7 @@ namespace KesTest {
 class DefaultHardware {
 public:
     DefaultHardware() { install(); }
-    ~DefaultHardware()
-    {
-        install();
-        KesDevice::HardwareControl::waitForRetired();
-    }
+    ~DefaultHardware() { restore(); }
     DefaultHardware(const DefaultHardware&) = delete;
     DefaultHardware& operator=(const DefaultHardware&) = delete;
 
@@ -23,6 +19,12 @@ public:
         auto hardware = KesDevice::HardwareManager::create();
         (void)hardware->addKesto(KesDriver::embeddedAddress);
         return hardware;
+    }
+    /// When it returns, what was there before has ended.
+    static void restore()
+    {
+        install();
+        KesDevice::HardwareControl::waitForRetired();
     }
 
 private:

@@ -1,8 +1,9 @@
 #include "GuiTest.h"
 
+#include "DefaultHardware.h"
+
 #include <KesCommon/Language.h>
 #include <KesCommonView/ApplicationDispatcher.h>
-#include <KesDevice/HardwareControl.h>
 
 #include <gtk/gtk.h>
 #include <gtkmm/main.h>
@@ -37,7 +38,7 @@ GuiTest::~GuiTest()
 {
     runPendingEvents();
     // What a test has replaced ends on threads of its own, which speak in this language.
-    KesDevice::HardwareControl::waitForRetired();
+    DefaultHardware::restore();
     lng::language = lng::English;
 }
 

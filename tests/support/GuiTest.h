@@ -21,7 +21,8 @@ namespace KesTest {
 class GuiTest : public testing::Test {
 protected:
     GuiTest();
-    /// Runs what is still queued, so that no test meets the rest of another one.
+    /// Runs what is still queued and puts the default configuration back, so that no test meets the rest of
+    /// another one.
     ~GuiTest() override;
 
     ScriptedDialogs dialogs;

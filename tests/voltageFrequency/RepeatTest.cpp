@@ -158,6 +158,9 @@ TEST_F(RepeatTest, NothingIsAddedToResultsOfOtherCircumstances)
     EXPECT_THAT(model.whyNotRepeat(), HasSubstr("changed since"));
     EXPECT_FALSE(model.repeatTest({0}));
     ASSERT_TRUE(setting.setValue(before));
+    model.setPlanError("a field that is no number");
+    EXPECT_THAT(model.whyNotRepeat(), HasSubstr("changed since"));
+    model.setPlanError("");
     model.edit([](EditedModel::Results& results) { results.serialNumber = "99999"; });
     ASSERT_TRUE(repeat({0}));
     EXPECT_THAT(text, HasSubstr("another device"));

@@ -205,8 +205,14 @@ TEST_F(ArchiveManagerPresenterTest, AFileThatSomebodyElseHasWrittenIsOverwritten
             std::filesystem::last_write_time(path + ".new", time);
             std::filesystem::rename(path + ".new", path);
         }};
-    for (const auto& change : changes) {
+    for (std::size_t i = 0; i < 4; ++i) {
+        const auto& change = changes[i % 2];
         _presenter.save();
+        // Saved or opened, it is the file that it was then.
+        if (i >= 2) {
+            _manager->create("");
+            _presenter.replace(path);
+        }
         EXPECT_THAT(dialogs.getTexts(), testing::IsEmpty()) << "it is its own file";
         change();
         const auto theirs = readFile(path);

@@ -83,18 +83,26 @@ TEST(HostileArchive, TheLimitsOfAProgramHoldForPackingAndUnpacking)
     }
 }
 
+/// As ZIP files hold it.
+std::string number(std::size_t value, int size)
+{
+    std::string bytes;
+    for (; size > 0; --size, value >>= 8)
+        bytes += static_cast<char>(value & 0xFF);
+    return bytes;
+}
+
+/// What stands in the header of an entry and in the directory alike, up to the length of the name.
+std::string rawHeader(unsigned method, unsigned flags, const std::string& name, std::size_t size)
+{
+    return number(63, 2) + number(flags, 2) + number(method, 2) + number(0x210000, 4) + number(0, 4) +
+           number(size, 4) + number(size, 4) + number(name.size(), 2);
+}
+
 /// A ZIP entry, without directory and without the first four bytes.
 std::string rawEntry(unsigned method, unsigned flags, const std::string& name, const std::string& content)
 {
-    const auto number = [](std::size_t value, int size) {
-        std::string bytes;
-        for (; size > 0; --size, value >>= 8)
-            bytes += static_cast<char>(value & 0xFF);
-        return bytes;
-    };
-    return number(63, 2) + number(flags, 2) + number(method, 2) + number(0x210000, 4) + number(0, 4) +
-           number(content.size(), 4) + number(content.size(), 4) + number(name.size(), 2) + number(0, 2) +
-           name + content;
+    return rawHeader(method, flags, name, content.size()) + number(0, 2) + name + content;
 }
 
 TEST(HostileArchive, EntriesOfOtherMethodsAreEmptyAndTheOthersWhole)
@@ -106,6 +114,48 @@ TEST(HostileArchive, EntriesOfOtherMethodsAreEmptyAndTheOthersWhole)
                            "PK\3\4" + rawEntry(0, 0, "stored", "");
         EXPECT_EQ(Archives::unpack(bytes), (Contents{{"other", ""}, {"stored", ""}})) << method;
     }
+}
+
+/// A stream that counts what is read of it.
+class CountedBytes : public std::stringbuf {
+public:
+    using std::stringbuf::stringbuf;
+
+    std::size_t read = 0;
+
+protected:
+    std::streamsize xsgetn(char* bytes, std::streamsize count) override
+    {
+        const auto got = std::stringbuf::xsgetn(bytes, count);
+        read += static_cast<std::size_t>(got);
+        return got;
+    }
+};
+
+TEST(HostileArchive, EntriesThatOverlapAreNotUnpackedAgainAndAgain)
+{
+    // Each entry holds all that come behind it.
+    constexpr unsigned count = 1000;
+    const std::string name = "entry";
+    std::string entries = noise(60000, 4);
+    std::vector<std::size_t> sizes;
+    for (unsigned i = 0; i < count; ++i) {
+        sizes.push_back(entries.size());
+        entries = "PK\3\4" + rawHeader(0, 0, name, entries.size()) + number(0, 2) + name + entries;
+    }
+    const std::size_t header = (entries.size() - sizes.front()) / count;
+    std::string directory;
+    for (unsigned i = 0; i < count; ++i)
+        directory += "PK\1\2" + number(63, 2) + rawHeader(0, 0, name, sizes[i]) + number(0, 12) +
+                     number((count - 1 - i) * header, 4) + name;
+    const auto end = "PK\5\6" + number(0, 4) + number(count, 2) + number(count, 2) +
+                     number(directory.size(), 4) + number(entries.size(), 4) + number(0, 2);
+    CountedBytes bytes(ArchiveHelper::PREFIX + entries.substr(4) + directory + end);
+    std::istream in(&bytes);
+    ArchiveHelper::DataMap data;
+    (void)ArchiveHelper::unpackStreamToData(in, data, ArchiveHelper::PREFIX);
+    EXPECT_EQ(data.count(name), 1u);
+    EXPECT_LT(bytes.read, 30 * bytes.str().size());
 }
 
 /// A stream whose reading leaves behind that an allocation has failed.

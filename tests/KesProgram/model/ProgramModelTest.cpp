@@ -1,11 +1,11 @@
 #include "RecordingModel.h"
 
-#include "support/DefaultHardware.h"
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
 #include <KesCommon/Language.h>
 #include <KesDevice/HardwareControl.h>
+#include <KesDriver/EmbeddedNetwork.h>
 #include <KesProgram/model/AvaryMessage.h>
 
 #include <glibmm/fileutils.h>
@@ -55,7 +55,7 @@ protected:
     TemporaryHome home;
 };
 
-/// Puts a configuration of the test's own in place and a harmless one back at the end.
+/// A configuration of the test's own in the place of the global one.
 class GlobalHardware {
 public:
     GlobalHardware()
@@ -69,9 +69,6 @@ public:
         EXPECT_TRUE(hardware.addKesto(KesDriver::embeddedAddress));
         return *hardware.getKestos().getItems().front();
     }
-
-private:
-    DefaultHardware _before;
 };
 
 TEST_F(ProgramModelTest, FinishOnAnIdleModelTellsOnlyThatItHasFinished)
@@ -142,11 +139,13 @@ TEST_F(ProgramModelTest, OwnConfigurationIsMadeOnFirstUseAndStartsWithoutDevices
     EXPECT_EQ(model.getHardware(), first);
     EXPECT_TRUE(first->getKestos().empty());
     EXPECT_TRUE(first->getVirtualChannels().isControlGroupsEnabled());
+    EXPECT_TRUE(first->isStopOnFault() && first->isStatusReported());
 
     auto hardware = KesDevice::HardwareManager::create();
     auto* second = hardware.get();
     model.setHardware(hardware, false);
     EXPECT_EQ(model.getHardware(), second);
+    EXPECT_TRUE(second->isStopOnFault() && second->isStatusReported());
     EXPECT_THAT(model.take(), ElementsAre("hardwareChanged"));
 
     KesDriver::KesAvary avary;

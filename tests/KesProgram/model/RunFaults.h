@@ -3,7 +3,6 @@
 #include "RecordingModel.h"
 
 #include "support/Bench.h"
-#include "support/DefaultHardware.h"
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
@@ -20,8 +19,6 @@ class RunFaults : public GuiTest {
 protected:
     RunFaults()
     {
-        // The simulated device that every program finds comes with the first configuration.
-        KesDevice::HardwareControl::getInstance();
         auto configuration = KesDevice::HardwareManager::create();
         first.addTo(*configuration);
         KesDevice::HardwareControl::setGlobalInstance(std::move(configuration), true);
@@ -45,7 +42,6 @@ protected:
         // Each of its runs: they write into the model's record.
         EXPECT_TRUE(waitFor([this] { return countFinishes() == model.count("onPrepareStart"); }, 10s));
         (void)hardware().stopWorkingMode();
-        KesDevice::HardwareControl::setGlobalInstance(DefaultHardware::create(), true);
     }
 
     KesDevice::HardwareManager& hardware() { return *model.getHardware(); }

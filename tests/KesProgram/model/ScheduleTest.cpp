@@ -239,7 +239,6 @@ std::array<std::size_t, 4> countListeners()
 class ModelSchedules : public GuiTest {
 protected:
     TemporaryHome home;
-    DefaultHardware hardware;
 };
 
 TEST_F(ModelSchedules, FinishEveryStartOnceAndEndWithAllOutputsOff)

@@ -89,6 +89,7 @@ TEST_F(MenuTest, PowerOffNeedsPermissionAndNoUpdate)
     auto& updater = KesDevice::KestoStateGlobalUpdater::getInstance();
     KesProgram::HardwareControlToolbarPresenter toolbar(model);
     auto& powerOff = button(toolbar, 2);
+    EXPECT_TRUE(powerOff.get_visible());
     toolbar.setCanPowerOff(false);
     updater.setUpdating(true);
     updater.setUpdating(false);
@@ -98,6 +99,9 @@ TEST_F(MenuTest, PowerOffNeedsPermissionAndNoUpdate)
     EXPECT_FALSE(powerOff.get_visible()) << "shown during updates";
     onAnotherThread([&] { updater.setUpdating(false); });
     EXPECT_TRUE(waitFor([&] { return powerOff.get_visible(); }));
+    updater.setUpdating(true);
+    EXPECT_FALSE(powerOff.get_visible()) << "shown when updates begin";
+    updater.setUpdating(false);
 }
 
 /// Presenters of one program may die before its signals fall silent.

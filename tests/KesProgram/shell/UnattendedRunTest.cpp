@@ -6,11 +6,13 @@
 #include <atomic>
 #include <filesystem>
 #include <stdexcept>
+#include <tuple>
 
 namespace KesTest {
 
 namespace {
 
+using KesProgram::RunVerdict;
 using KesProgram::UnattendedRun;
 
 /// A step of an unattended run, and what the run makes of its failure.
@@ -26,15 +28,16 @@ public:
     using ShellModel::ShellModel;
 
     std::string failing;
+    RunVerdict verdict = RunVerdict::Passed;
     void failIn(const std::string& step) const
     {
         if (step == failing)
             throw std::runtime_error("thrown by " + step);
     }
-    KesProgram::RunVerdict getRunVerdict() override
+    RunVerdict getRunVerdict() override
     {
         failIn("verdict");
-        return KesProgram::RunVerdict::Passed;
+        return verdict;
     }
     std::unique_ptr<std::istream> getDataStream() override
     {
@@ -63,7 +66,7 @@ protected:
     void _onFinished() override { failIn("end"); }
 };
 
-class UnattendedRunTest : public GuiTest, public testing::WithParamInterface<Step> {
+class UnattendedRunTest : public GuiTest, public testing::WithParamInterface<std::tuple<Step, RunVerdict>> {
 protected:
     TemporaryHome home;
     Record record;
@@ -72,35 +75,44 @@ protected:
     bool isClosed = false;
 };
 
-INSTANTIATE_TEST_SUITE_P(Steps, UnattendedRunTest,
-                         testing::Values(Step{"nowhere", UnattendedRun::Success, true},
-                                         Step{"new data", UnattendedRun::Failure, false},
-                                         Step{"start", UnattendedRun::Failure, true},
-                                         Step{"hardware", UnattendedRun::NotStarted, false},
-                                         Step{"body", UnattendedRun::Failure, true},
-                                         Step{"end", UnattendedRun::Failure, true},
-                                         Step{"verdict", UnattendedRun::Failure, true},
-                                         Step{"data", UnattendedRun::Failure, true},
-                                         Step{"report", UnattendedRun::Failure, false},
-                                         Step{"fill config", UnattendedRun::Failure, true}),
-                         [](const auto& step) {
-                             std::string name = step.param.name;
-                             std::erase(name, ' ');
-                             return name;
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Steps, UnattendedRunTest,
+    testing::Combine(testing::Values(Step{"nowhere", UnattendedRun::Success, true},
+                                     Step{"new data", UnattendedRun::Failure, false},
+                                     Step{"start", UnattendedRun::Failure, true},
+                                     Step{"hardware", UnattendedRun::NotStarted, false},
+                                     Step{"body", UnattendedRun::Failure, true},
+                                     Step{"end", UnattendedRun::Failure, true},
+                                     Step{"verdict", UnattendedRun::Failure, true},
+                                     Step{"data", UnattendedRun::Failure, true},
+                                     Step{"archive", UnattendedRun::Failure, true},
+                                     Step{"report", UnattendedRun::Failure, false},
+                                     Step{"fill config", UnattendedRun::Failure, true}),
+                     testing::Values(RunVerdict::Passed, RunVerdict::Failed, RunVerdict::None)),
+    [](const auto& test) {
+        std::string name = std::get<Step>(test.param).name;
+        std::erase(name, ' ');
+        const auto verdict = std::get<RunVerdict>(test.param);
+        return name + (verdict == RunVerdict::Passed   ? "Passed"
+                       : verdict == RunVerdict::Failed ? "Failed"
+                                                       : "WithoutVerdict");
+    });
 
 TEST_P(UnattendedRunTest, EndsWithAStatusWhateverFails)
 {
+    const auto& [step, verdict] = GetParam();
     KesProgram::CommandLine line;
     line.run = line.quit = true;
-    line.save = home.file("kept.abc");
+    // A full disk takes no archive, and saving does not tell.
+    line.save = std::string(step.name) == "archive" ? "/dev/full" : home.file("kept.abc");
     line.report = home.file("kept.html");
     model.extension = "abc";
     model._setCanProgramStart(true);
     shell.signalClosed.connect([this] { isClosed = true; });
     shell.onHook = [this](const std::string& hook) { model.failIn(hook); };
     shell.open(nullptr);
-    model.failing = GetParam().name;
+    model.failing = step.name;
+    model.verdict = verdict;
     UnattendedRun run(line, model, shell, [this](const std::string& path) {
         model.failIn("report");
         writeFile(path, "report");
@@ -108,8 +120,12 @@ TEST_P(UnattendedRunTest, EndsWithAStatusWhateverFails)
     });
     run.begin();
     EXPECT_TRUE(waitFor([this] { return isClosed; }));
-    EXPECT_EQ(run.getStatus(), GetParam().status);
-    EXPECT_EQ(std::filesystem::exists(line.report), GetParam().isReported);
+    // Whatever has failed counts more than values out of tolerance.
+    auto expected = step.status;
+    if (expected == UnattendedRun::Success && verdict != RunVerdict::Passed)
+        expected = verdict == RunVerdict::Failed ? UnattendedRun::OutOfTolerance : UnattendedRun::Failure;
+    EXPECT_EQ(run.getStatus(), expected);
+    EXPECT_EQ(std::filesystem::exists(line.report), step.isReported);
 }
 
 TEST_F(ShellTest, NothingIsPutOutForFilesThatNobodyCanWrite)

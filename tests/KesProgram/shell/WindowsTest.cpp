@@ -79,6 +79,26 @@ TEST_F(WindowsTest, TestObjectWindowOpensOnceAndAgainAfterClosing)
     EXPECT_EQ(windows().size(), 1U);
 }
 
+TEST_F(WindowsTest, TestObjectIsReadOnlyDuringARunAlsoWhenItIsOpenedThen)
+{
+    open();
+    model.testObject = KesTree::Node::group("relay", {"Relay", "Реле"});
+    model.testObject->add(KesTree::Node::text("name", {"Name", "Имя"}, ""));
+    model.startRun();
+    shell.requestTestObject();
+    ASSERT_EQ(windows().size(), 1U);
+    const auto isEditable = [this] {
+        const auto entries = findWidgets<Gtk::Entry>(*windows()[0]);
+        return !entries.empty() && entries[0]->get_editable() && entries[0]->get_sensitive();
+    };
+    runPendingEvents();
+    EXPECT_FALSE(isEditable());
+    model.stopTest();
+    EXPECT_TRUE(waitFor(isEditable));
+    model.startRun();
+    EXPECT_TRUE(waitFor([&] { return !isEditable(); }));
+}
+
 TEST_F(WindowsTest, ProgramThatClosesTakesItsWindowsAlong)
 {
     open();

@@ -4,6 +4,8 @@
 #include <KesProgram/views/StatusBarHardwareKestoStateView.h>
 #include <KesProgram/views/StatusBarSyncView.h>
 
+#include <algorithm>
+
 namespace KesTest {
 
 namespace {
@@ -31,10 +33,29 @@ protected:
         return texts;
     }
 
+    /// Whether the user reads the text somewhere in the area.
+    bool isRead(const std::string& text)
+    {
+        const auto labels = findWidgets<Gtk::Label>(view());
+        return std::ranges::any_of(
+            labels, [&](auto* label) { return label->get_mapped() && label->get_text() == text; });
+    }
+
+    bool isAuxDCShown()
+    {
+        const auto* icon = findByClass(view(), "AuxDcWhiteImage");
+        return icon && icon->get_mapped();
+    }
+
     std::string syncName()
     {
         auto& button = *findWidgets<KesProgram::StatusBarSyncView>(view()).at(0);
         return findWidgets<Gtk::Label>(button).back()->get_text();
+    }
+
+    bool isSyncExplained()
+    {
+        return findWidgets<KesProgram::StatusBarSyncView>(view()).at(0)->get_sensitive();
     }
 
     StatusModel model;
@@ -51,14 +72,35 @@ TEST_F(HardwareAreaTest, FollowsTheConfigurationAndItsDevices)
     setHardware(std::move(next));
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1", "10.0.0.2"));
     EXPECT_EQ(syncName(), KesDevice::SyncMode::get(KesDevice::SyncModeKind::GPS).getShortName());
+    EXPECT_TRUE(isSyncExplained());
     // On another thread the change is complete before the old configuration dies with its devices.
     onAnotherThread([&] { setHardware(makeHardware(1)); });
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1"));
     EXPECT_EQ(syncName(), KesDevice::SyncMode::get(KesDevice::SyncModeKind::None).getShortName());
+    EXPECT_FALSE(isSyncExplained()) << "there is nothing to tell";
     onAnotherThread([&] { addKesto(*KesDevice::HardwareControl::getInstance(), 2); });
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1", "10.0.0.2"));
     onAnotherThread([&] { EXPECT_TRUE(KesDevice::HardwareControl::getInstance()->getKestos().removeAt(0)); });
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.2"));
+}
+
+TEST_F(HardwareAreaTest, ADeviceIsShownWithItsTypeOnceItIsKnownAndWithItsSupply)
+{
+    auto hardware = DefaultHardware::create();
+    auto* kesto = hardware->getKestos().getItems().front();
+    ASSERT_TRUE(kesto->auxDC().set(true, 24.0));
+    setHardware(std::move(hardware));
+    show();
+    EXPECT_TRUE(waitFor([this] { return isAuxDCShown(); })) << "on before the row was there";
+    EXPECT_TRUE(isRead(kesto->getAddress().to_string()));
+    EXPECT_FALSE(isRead("KESTO-3"));
+    onAnotherThread([kesto] { EXPECT_TRUE(kesto->connect()); });
+    EXPECT_TRUE(waitFor([this] { return isRead("KESTO-3"); }));
+    onAnotherThread([kesto] { EXPECT_TRUE(kesto->auxDC().set(false, 24.0)); });
+    EXPECT_TRUE(waitFor([this] { return !isAuxDCShown(); }));
+    // Rows that come later are seen as well.
+    onAnotherThread([] { setHardware(makeHardware(2)); });
+    EXPECT_TRUE(waitFor([this] { return isRead("10.0.0.1") && isRead("10.0.0.2"); }));
 }
 
 TEST_F(HardwareAreaTest, LocalConfigurationOfTheProgramIsShown)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/DefaultHardware.h"
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
@@ -37,7 +38,6 @@ protected:
 class StatusBarTest : public GuiTest {
 protected:
     StatusBarTest() { setHardware(makeHardware(0)); }
-    ~StatusBarTest() override { setHardware(makeHardware(0)); }
 
     /// A configuration with devices 10.0.0.1, 10.0.0.2, ... that nothing connects to.
     static std::unique_ptr<KesDevice::HardwareManager> makeHardware(unsigned devices)

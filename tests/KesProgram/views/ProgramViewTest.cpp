@@ -3,6 +3,8 @@
 #include <KesCommonView/StyleZoomHelper.h>
 #include <KesProgram/views/ProgramView.h>
 
+#include <utility>
+
 namespace {
 
 using namespace KesTest;
@@ -47,6 +49,25 @@ TEST_F(ProgramViewTest, KeypadZooms)
         EXPECT_EQ(StyleZoomHelper::getZoom(), press.zoom) << press.key << " with " << press.state;
     }
     EXPECT_EQ(reached, static_cast<int>(std::size(presses))) << "keys go on to the focused widget";
+}
+
+TEST_F(ProgramViewTest, ZoomingBackRestoresTheSize)
+{
+    LabelView content("A text that takes more room when it is larger");
+    window.setContent(content);
+    show();
+    const auto size = [this] {
+        int width = 0, height = 0;
+        window.get_size(width, height);
+        return std::pair(width, height);
+    };
+    const auto before = size();
+    for (int i = 0; i < 20; ++i)
+        pressKey(window, GDK_KEY_KP_Add, GDK_CONTROL_MASK);
+    EXPECT_EQ(StyleZoomHelper::getZoom(), 200);
+    EXPECT_TRUE(waitFor([&] { return size().first > before.first; }));
+    pressKey(window, GDK_KEY_KP_Multiply, GDK_CONTROL_MASK);
+    EXPECT_TRUE(waitFor([&] { return size() == before; })) << size().first << " of " << before.first;
 }
 
 TEST_F(ProgramViewTest, OpensCentredOverItsParent)

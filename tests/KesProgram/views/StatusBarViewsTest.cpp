@@ -10,6 +10,8 @@
 #include <KesProgram/views/StatusBarHardwareView.h>
 #include <KesProgram/views/StatusBarInfoView.h>
 
+#include <thread>
+
 namespace {
 
 using namespace KesTest;
@@ -50,6 +52,11 @@ TEST_F(StatusBarViewsTest, StatusAreasAreAnnounced)
     EXPECT_EQ(info.get_accessible()->get_name(), "Point 3 of 8");
     EXPECT_EQ(file.get_accessible()->get_name(), "File: a.kar");
     EXPECT_EQ(changes, 2);
+    // What another thread has set before must not come after it.
+    std::thread([&info] { info.setInfo("overtaken"); }).join();
+    info.setInfo("Point 4 of 8");
+    runPendingEvents();
+    EXPECT_EQ(info.get_accessible()->get_name(), "Point 4 of 8");
 }
 
 TEST_F(StatusBarViewsTest, ALongPathDoesNotMakeTheWindowWider)
