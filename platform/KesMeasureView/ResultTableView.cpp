@@ -239,8 +239,10 @@ void ResultTableView::_setValues(const std::vector<ResultTable::Value>& values)
         name.get_style_context()->add_class("dim-label");
         auto& text = *Gtk::manage(new Gtk::Label(value.value, Gtk::ALIGN_START));
         text.get_style_context()->add_class("result-value");
+        text.set_line_wrap(true);
         auto& verdict = *Gtk::manage(new Gtk::Label(withSign(value.verdict, value.mark), Gtk::ALIGN_START));
         verdict.get_style_context()->add_class(styleClass(value.mark));
+        verdict.set_line_wrap(true);
         auto& line = *Gtk::manage(new Gtk::Box(Gtk::ORIENTATION_HORIZONTAL));
         line.pack_start(verdict, Gtk::PACK_SHRINK);
         if (value.row)

@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """Measures the least size of every window of a test program: with one device and with many, before and after a
-run, in both languages, and zoomed. usage: sizes.py PROGRAM..."""
+run, as it is and zoomed, in both languages. usage: sizes.py PROGRAM [TEST...]"""
 
+import os
 import re
 import subprocess
 import sys
@@ -10,8 +11,11 @@ import texts
 from bench import DesktopTest, main
 from desk import find, press, wait
 
-SMALL = (800, 560)  # a small laptop's screen without its panel and title bar
-ZOOMED = (1280, 800)  # at 150 %
+# By the zoom in steps of 10 %: what a small laptop has without its panel and title bar, and a usual one.
+LIMITS = {0: (800, 560), 5: (1280, 800)}
+COUNTS = (1, 4, 20)
+# The ending of the files of the programs that have some.
+ENDINGS = {"kes-overcurrent": ".kovc", "kes-voltage-frequency": ".kvf"}
 
 
 def leastSize(window):
@@ -19,11 +23,15 @@ def leastSize(window):
     hints = subprocess.run(["xprop", "-id", window, "WM_NORMAL_HINTS"], capture_output=True, text=True,
                            check=True).stdout
     least = re.search(r"minimum size: (\d+) by (\d+)", hints)
-    assert least, hints
-    return int(least[1]), int(least[2])
+    return least and (int(least[1]), int(least[2]))
 
 
 class SizesTest(DesktopTest):
+    def setUp(self):
+        super().setUp()
+        self.sizes = []
+        self.tooLarge = []
+
     def chooseDevices(self, count):
         lines = ["[Hardware]", "Version=1", "SyncMode=PTP", "ControlGroups=false", "StopOnFault=true",
                  "StatusReported=true", f"Kestos={count}"]
@@ -31,31 +39,69 @@ class SizesTest(DesktopTest):
             lines += [f"[Kesto {number}]", f"Address=127.0.0.{number}", "AuxDC=true", "AuxDCVolts=220"]
         self.home.write(self.home.file(".config/kes/hardware.cfg"), "\n".join(lines))
 
-    def measure(self, program, what, node=None):
-        title = (node or program.window).name
-        size = leastSize(program.windowId(re.escape(title)))
-        print(f"{self.language} {what}: {size[0]} x {size[1]}")
-        if size[0] > self.limit[0] or size[1] > self.limit[1]:
-            self.tooLarge.append((what, size))
+    def archive(self, ending):
+        path = self.file("run" + ending)
+        subprocess.run([self.binary, "--language", self.language, "--speed", "1000", "--run", "--save", path,
+                        "--quit"], env=self.home.environment(self.language), capture_output=True, check=True)
+        return path
 
-    def testTheLeastSizes(self):
-        self.tooLarge, self.limit = [], SMALL
-        for count in (1, 4, 20):
+    def measure(self, program, what, zoom, node=None):
+        window = program.windowId(re.escape((node or program.window).name))
+        size = wait(f"the least size of {what}", lambda: leastSize(window))
+        self.sizes.append((what, zoom, size))
+        if size[0] > LIMITS[zoom][0] or size[1] > LIMITS[zoom][1]:
+            self.tooLarge.append((what, zoom, size))
+
+    def zoom(self, program):
+        window = program.windowId()
+        before = leastSize(window)
+        program.waitForKeyboard()
+        press(*5 * ["ctrl+KP_Add"])
+        wait("the zoom", lambda: leastSize(window)[1] > 1.3 * before[1])
+
+    def openers(self, program):
+        """What opens each window beside the main one, and its role."""
+        def tool(key):
+            return lambda: program.tool(key).act()
+
+        def command(key):
+            return lambda: program.command(key, "action")
+
+        about = {"about": (command("about"), "dialog")}
+        if os.path.basename(self.binary) not in ENDINGS:
+            return about
+        mode = find(program.window, "push button", lambda name: name.endswith("PTP"))
+        return {**about, "test object": (tool("testObject"), "frame"), "settings": (tool("hardware"), "frame"),
+                "failed start": (tool("start"), "alert"), "question": (command("exit"), "alert"),
+                "synchronisation": (mode.act, "alert"), "open": (tool("fileOpen"), "file chooser"),
+                "report": (tool("report"), "file chooser")}
+
+    def measureAll(self, program, what, zoom, withOthers):
+        self.measure(program, what, zoom)
+        for name, (openIt, role) in self.openers(program).items() if withOthers else ():
+            openIt()
+            node = program.find(role)
+            self.measure(program, name, zoom, node)
+            press("Escape")
+            program.waitUntilGone(node)
+
+    def testEveryWindowFits(self):
+        ending = ENDINGS.get(os.path.basename(self.binary))
+        states = {"before a run": []}
+        if ending:
+            states["after a run"] = [self.archive(ending)]
+        for count in COUNTS:
             self.chooseDevices(count)
-            program = self.start("--speed", "1000")
-            self.measure(program, f"main window, {count} devices")
-            program.tool("start").act()
-            program.waitForOutcome("Passed")
-            self.measure(program, f"main window after a run, {count} devices")
-            if count < 20:
-                program.discard()
-        for self.limit in (SMALL, ZOOMED):
-            if self.limit == ZOOMED:
-                program.waitForKeyboard()
-                press(*5 * ["ctrl+KP_Add"])
-                wait("150 %", lambda: True)
-            self.measure(program, "main window")
-        program.discard()
+            for state, arguments in states.items():
+                program = self.start(*arguments)
+                for zoom in LIMITS:
+                    if zoom:
+                        self.zoom(program)
+                    withOthers = count == COUNTS[-1] and not arguments
+                    self.measureAll(program, f"{count} devices, {state}", zoom, withOthers)
+                program.kill()
+        if os.environ.get("KES_SHOW_SIZES"):
+            print(*self.sizes, sep="\n")
         self.assertEqual(self.tooLarge, [])
 
 

@@ -4,7 +4,8 @@
 
 namespace KesProgram {
 
-/// Tells assistive technology that the widget is an area which reports what goes on. GUI thread.
+/// Tells assistive technology that the widget is an area of the status bar, whose name reports what goes on.
+/// GUI thread.
 void makeStatusArea(Gtk::Widget& widget);
 
 } // namespace KesProgram
