@@ -53,7 +53,10 @@ ResultTableView::ResultTableView()
     _updateCommands();
     pack_start(_scroller, Gtk::PACK_EXPAND_WIDGET);
     pack_start(_commands, Gtk::PACK_SHRINK);
-    pack_start(_values, Gtk::PACK_SHRINK);
+    // Several values are wider than a small window.
+    _valuesScroller.set_policy(Gtk::POLICY_AUTOMATIC, Gtk::POLICY_NEVER);
+    _valuesScroller.add(_values);
+    pack_start(_valuesScroller, Gtk::PACK_SHRINK);
 }
 
 void ResultTableView::_createMenu()
@@ -239,10 +242,8 @@ void ResultTableView::_setValues(const std::vector<ResultTable::Value>& values)
         name.get_style_context()->add_class("dim-label");
         auto& text = *Gtk::manage(new Gtk::Label(value.value, Gtk::ALIGN_START));
         text.get_style_context()->add_class("result-value");
-        text.set_line_wrap(true);
         auto& verdict = *Gtk::manage(new Gtk::Label(withSign(value.verdict, value.mark), Gtk::ALIGN_START));
         verdict.get_style_context()->add_class(styleClass(value.mark));
-        verdict.set_line_wrap(true);
         auto& line = *Gtk::manage(new Gtk::Box(Gtk::ORIENTATION_HORIZONTAL));
         line.pack_start(verdict, Gtk::PACK_SHRINK);
         if (value.row)

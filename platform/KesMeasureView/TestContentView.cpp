@@ -40,8 +40,7 @@ TestContentView::TestContentView(Kes::IView& settings, Kes::IView& outcome, Kes:
     _measured.pack1(widgetOf(chart), true, false);
     _measured.pack2(widgetOf(results), true, false);
     _right.pack_start(widgetOf(outcome), Gtk::PACK_SHRINK);
-    _measuredScroller.set_policy(Gtk::POLICY_AUTOMATIC, Gtk::POLICY_AUTOMATIC);
-    _measuredScroller.set_propagate_natural_width(true);
+    _measuredScroller.set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
     _measuredScroller.set_propagate_natural_height(true);
     _measuredScroller.add(_measured);
     _right.pack_start(_measuredScroller, Gtk::PACK_EXPAND_WIDGET);

@@ -9,7 +9,7 @@ import sys
 
 import texts
 from bench import DesktopTest, main
-from desk import find, press, wait
+from desk import find, placeOf, press, wait, xdotool
 
 # By the zoom in steps of 10 %: what a small laptop has without its panel and title bar, and a usual one.
 LIMITS = {0: (800, 560), 5: (1280, 800)}
@@ -45,19 +45,20 @@ class SizesTest(DesktopTest):
                         "--quit"], env=self.home.environment(self.language), capture_output=True, check=True)
         return path
 
-    def measure(self, program, what, zoom, node=None):
-        window = program.windowId(re.escape((node or program.window).name))
-        size = wait(f"the least size of {what}", lambda: leastSize(window))
+    def measure(self, program, what, zoom, node):
+        program.waitForKeyboard(node)
+        placeOf(node)
+        size = wait(f"the least size of {what}", lambda: leastSize(xdotool("getactivewindow")))
         self.sizes.append((what, zoom, size))
         if size[0] > LIMITS[zoom][0] or size[1] > LIMITS[zoom][1]:
             self.tooLarge.append((what, zoom, size))
 
     def zoom(self, program):
-        window = program.windowId()
-        before = leastSize(window)
+        button = program.window.look("push button")
+        height = placeOf(button)[3]
         program.waitForKeyboard()
         press(*5 * ["ctrl+KP_Add"])
-        wait("the zoom", lambda: leastSize(window)[1] > 1.3 * before[1])
+        wait("larger buttons", lambda: placeOf(button)[3] > 1.2 * height)
 
     def openers(self, program):
         """What opens each window beside the main one, and its role."""
@@ -73,11 +74,11 @@ class SizesTest(DesktopTest):
         mode = find(program.window, "push button", lambda name: name.endswith("PTP"))
         return {**about, "test object": (tool("testObject"), "frame"), "settings": (tool("hardware"), "frame"),
                 "failed start": (tool("start"), "alert"), "question": (command("exit"), "alert"),
-                "synchronisation": (mode.act, "alert"), "open": (tool("fileOpen"), "file chooser"),
+                "synchronisation": (mode.act, "alert"), "save": (tool("fileSave"), "file chooser"),
                 "report": (tool("report"), "file chooser")}
 
     def measureAll(self, program, what, zoom, withOthers):
-        self.measure(program, what, zoom)
+        self.measure(program, what, zoom, program.window)
         for name, (openIt, role) in self.openers(program).items() if withOthers else ():
             openIt()
             node = program.find(role)
