@@ -2,6 +2,7 @@
 
 #include <KesCommonView/FirstFrame.h>
 #include <KesCommonView/GtkWidgetHelper.h>
+#include <KesCommonView/StyleZoomHelper.h>
 #include <KesProgram/views/SharedKestoPixbuf.h>
 
 #include <atkmm/object.h>
@@ -32,6 +33,8 @@ StatusBarHardwareKestoView::StatusBarHardwareKestoView()
     // The room of the picture that comes.
     _picture.set_size_request(pictureSize, pictureSize);
     Kes::FirstFrame::call(sigc::mem_fun(*this, &StatusBarHardwareKestoView::_showPicture));
+    KesView::StyleZoomHelper::signalZoomed().connect(
+        sigc::mem_fun(*this, &StatusBarHardwareKestoView::_showPicture));
     _picture.get_style_context()->add_class("icon");
     _picture.get_style_context()->add_class("innerContentMargin");
     _type.get_style_context()->add_class("blockMargin");
@@ -53,7 +56,7 @@ StatusBarHardwareKestoView::StatusBarHardwareKestoView()
 void StatusBarHardwareKestoView::_showPicture()
 {
     _picture.set_size_request(-1, -1);
-    _picture.set(getSharedKestoPixbuf());
+    _picture.set(getZoomedKestoPixbuf());
 }
 
 void StatusBarHardwareKestoView::setKestoType(const std::string& type)

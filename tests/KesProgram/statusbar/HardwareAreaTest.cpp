@@ -89,7 +89,6 @@ TEST_F(HardwareAreaTest, ManyRowsScrollAndEachIsReachedByKeyboard)
     }
     EXPECT_EQ(heights.size(), 1u) << "the window grows with the devices";
 
-    window.resize(700, 60);
     ASSERT_TRUE(waitFor([this] { return window.get_mapped(); }));
     runPendingEvents();
     window.unset_focus();

@@ -1,7 +1,9 @@
 #include "support/GuiTest.h"
 
 #include <KesCommonView/StyleZoomHelper.h>
+#include <KesProgram/views/ProgramStatusBarView.h>
 #include <KesProgram/views/ProgramView.h>
+#include <KesProgram/views/StatusBarInfoView.h>
 
 namespace {
 
@@ -47,6 +49,37 @@ TEST_F(ProgramViewTest, KeypadZooms)
         EXPECT_EQ(StyleZoomHelper::getZoom(), press.zoom) << press.key << " with " << press.state;
     }
     EXPECT_EQ(reached, static_cast<int>(std::size(presses))) << "keys go on to the focused widget";
+}
+
+TEST_F(ProgramViewTest, HasItsSizeAgainAfterZooming)
+{
+    LabelView content(std::string(80, 'x'));
+    window.setContent(content);
+    show();
+    int width = 0, height = 0, zoomedWidth = 0;
+    window.get_size(width, height);
+    for (int step = 0; step < 5; ++step)
+        pressKey(window, GDK_KEY_KP_Add, GDK_CONTROL_MASK);
+    EXPECT_TRUE(waitFor([&] { return window.get_size(zoomedWidth, height), zoomedWidth > width * 5 / 4; }));
+    for (int step = 0; step < 5; ++step)
+        pressKey(window, GDK_KEY_KP_Subtract, GDK_CONTROL_MASK);
+    EXPECT_TRUE(waitFor([&] { return window.get_size(zoomedWidth, height), zoomedWidth == width; }))
+        << zoomedWidth << " instead of " << width;
+}
+
+TEST_F(ProgramViewTest, WhatIsSwitchedOffGivesTheKeyboardToTheFooter)
+{
+    struct ButtonView : Gtk::Button, Kes::IView {
+    } content;
+    KesProgram::ProgramStatusBarView footer;
+    KesProgram::StatusBarInfoView info;
+    footer.setInfoArea(&info);
+    window.setContent(content);
+    window.setFooter(footer);
+    show();
+    content.grab_focus();
+    content.set_sensitive(false);
+    EXPECT_TRUE(waitFor([&] { return info.is_focus(); }));
 }
 
 TEST_F(ProgramViewTest, OpensCentredOverItsParent)
