@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KesCommonView/EarlyKeys.h>
 #include <KesCommonView/UpdateViewGuard.h>
 #include <KesProgram/views/IHardwareControlToolbarView.h>
 #include <KesProgram/views/ToolButton.h>
@@ -11,8 +12,12 @@
 
 namespace KesProgram {
 
-/// The toolbar of a test: Start, Stop, Power off. In its window, F5 is Start and Escape
-/// is Stop.
+/// The toolbar of a test: Start, Stop, Power off. In its window, F5 is Start and Escape is Stop. While a test can be
+/// stopped, Escape stops it from a modal window of the process, too, before it means anything there, and Shift+F5
+/// from every window.
+///
+/// Start and Stop do not keep the keyboard when they have done their work: Stop takes it from a Start that has
+/// succeeded, the window's place for it from one that has failed and from a Stop that is over.
 ///
 /// GUI thread, except `setCanStart`, `setCanStop` and `setCanPowerOff`: any thread while the view lives.
 /// Of several such calls from several threads the one made last stands, whatever the order in which they
@@ -27,17 +32,24 @@ public:
     void addToolButton(Kes::IView& view) override;
 
 private:
+    void _emitStart();
+    void _leaveStart();
+    void _allowStart(bool can);
     void _allowStop(bool can);
+    bool _onEarlyKey(GtkWindow* window, const GdkEventKey& event);
     void _showPowerOff(bool show);
 
     ToolButton _start;
     ToolButton _stop;
     ToolButton _powerOff;
     WindowKeys _keys{*this};
+    /// Whether Start had the keyboard when it was switched off.
+    bool _hasLostKeyboard = false;
     std::atomic<bool> _canStart = true;
     std::atomic<bool> _canStop = false;
     std::atomic<bool> _canPowerOff = true;
     Kes::UpdateViewGuard _guard;
+    Kes::EarlyKeys _earlyKeys;
 };
 
 } // namespace KesProgram

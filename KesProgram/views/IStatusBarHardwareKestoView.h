@@ -15,6 +15,10 @@ public:
     virtual void setState(Kes::IView* view) = 0;
     /// As `setState`.
     virtual void setIcons(Kes::IView* view) = 0;
+    /// What the row says as a whole to whoever does not see it.
+    virtual void setSpokenText(const std::string& text) = 0;
+    /// What is unknown or wrong, in words beside the rest; empty: nothing.
+    virtual void setRemark(const std::string& text) = 0;
 };
 
 } // namespace KesProgram

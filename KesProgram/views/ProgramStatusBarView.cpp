@@ -2,6 +2,8 @@
 
 #include <KesProgram/views/detail/StatusArea.h>
 
+#include <atkmm/object.h>
+
 namespace KesProgram {
 
 ProgramStatusBarView::ProgramStatusBarView()
@@ -9,11 +11,20 @@ ProgramStatusBarView::ProgramStatusBarView()
     get_style_context()->add_class("statusbar");
     set_vexpand(false);
     makeStatusArea(*this);
+    get_accessible()->set_role(Atk::ROLE_STATUSBAR);
 }
 
 void ProgramStatusBarView::setInfoArea(Kes::IView* view)
 {
     _place(view, 0, 0, 2);
+    auto* widget = dynamic_cast<Gtk::Widget*>(view);
+    if (!widget)
+        return;
+    // What goes on is announced in the name of the status bar.
+    const auto bar = get_accessible();
+    const auto area = widget->get_accessible();
+    _name = Glib::Binding::bind_property(area->property_accessible_name(), bar->property_accessible_name(),
+                                         Glib::BINDING_SYNC_CREATE);
 }
 
 void ProgramStatusBarView::setArchiveArea(Kes::IView* view)

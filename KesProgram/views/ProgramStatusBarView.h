@@ -2,12 +2,13 @@
 
 #include <KesProgram/views/IProgramStatusBarView.h>
 
+#include <glibmm/binding.h>
 #include <gtkmm/grid.h>
 
 namespace KesProgram {
 
 /// The status bar: the information line across the top, below it the archive file and the hardware.
-/// GUI thread.
+/// It is the one status bar of the window to assistive technology, named by the information. GUI thread.
 class KES_EXPORT ProgramStatusBarView : public Gtk::Grid, public IProgramStatusBarView {
 public:
     ProgramStatusBarView();
@@ -18,6 +19,8 @@ public:
 
 private:
     void _place(Kes::IView* view, int column, int row, int width);
+
+    Glib::RefPtr<Glib::Binding> _name;
 };
 
 } // namespace KesProgram

@@ -7,6 +7,7 @@
 #include <KesCommonView/StyleZoomHelper.h>
 
 #include <gdk/gdkkeysyms.h>
+#include <glibmm/main.h>
 
 #include <functional>
 
@@ -117,6 +118,22 @@ bool ProgramView::_onKeyPress(GdkEventKey* event)
     default:
         break;
     }
+    return false;
+}
+
+void ProgramView::on_set_focus(Gtk::Widget* focus)
+{
+    Kes::Window::on_set_focus(focus);
+    // Not at once: who has taken the focus away may be about to give it to something else.
+    if (!focus)
+        Glib::signal_idle().connect(sigc::mem_fun(*this, &ProgramView::_giveFocus));
+}
+
+bool ProgramView::_giveFocus()
+{
+    auto* footer = _layout.get_child_at(0, 2);
+    if (footer && get_mapped() && !get_focus())
+        footer->child_focus(Gtk::DIR_TAB_FORWARD);
     return false;
 }
 

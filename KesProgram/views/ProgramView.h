@@ -10,7 +10,8 @@
 namespace KesProgram {
 
 /// The main window. Building it loads the style sheets of the shell and of the test-object trees; Control
-/// with the keypad's plus, minus and multiply makes texts larger, smaller and normal again. GUI thread.
+/// with the keypad's plus, minus and multiply makes texts larger, smaller and normal again. What
+/// has the keyboard and is switched off gives it to the first part of the footer that takes it. GUI thread.
 class KES_EXPORT ProgramView : public Kes::Window, public IProgramView {
 public:
     ProgramView();
@@ -26,6 +27,7 @@ public:
     void close() override;
 
 protected:
+    void on_set_focus(Gtk::Widget* focus) override;
     /// Handler of the delete event: true keeps the window open. Any other event is refused.
     bool _onClose(GdkEventAny* event);
     void _moveToParentCenter(Gtk::Window& parent);
@@ -33,6 +35,7 @@ protected:
 private:
     bool _onKeyPress(GdkEventKey* event);
     void _onZoomed();
+    bool _giveFocus();
 
     Gtk::Grid _layout;
     Gtk::Widget* _header = nullptr;

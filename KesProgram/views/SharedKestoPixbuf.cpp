@@ -2,15 +2,20 @@
 
 #include <KesCommon/Directories.h>
 #include <KesCommon/Log.h>
+#include <KesCommonView/StyleZoomHelper.h>
+
+#include <utility>
 
 namespace KesProgram {
 
 namespace {
 
-constexpr int size = 16; // pixels
+constexpr int normalSize = 16; // pixels
+constexpr int normalZoom = 100; // per cent
 
-Glib::RefPtr<Gdk::Pixbuf> load(const std::string& path)
+Glib::RefPtr<Gdk::Pixbuf> load(int size)
 {
+    const std::string path = Kes::getThemesDir() + "Icons/Shell/КЕСТО-сервер.svg";
     try {
         return Gdk::Pixbuf::create_from_file(path, size, size, true);
     } catch (const Glib::Error& error) {
@@ -23,8 +28,19 @@ Glib::RefPtr<Gdk::Pixbuf> load(const std::string& path)
 
 Glib::RefPtr<Gdk::Pixbuf> getSharedKestoPixbuf()
 {
-    static const Glib::RefPtr<Gdk::Pixbuf> pixbuf =
-        load(Kes::getThemesDir() + "Icons/Shell/КЕСТО-сервер.svg");
+    static const Glib::RefPtr<Gdk::Pixbuf> pixbuf = load(normalSize);
+    return pixbuf;
+}
+
+Glib::RefPtr<Gdk::Pixbuf> getZoomedKestoPixbuf()
+{
+    static int shownZoom = normalZoom;
+    static Glib::RefPtr<Gdk::Pixbuf> pixbuf;
+    const int zoom = KesView::StyleZoomHelper::getZoom();
+    if (zoom == normalZoom)
+        return getSharedKestoPixbuf();
+    if (std::exchange(shownZoom, zoom) != zoom || !pixbuf)
+        pixbuf = load(normalSize * zoom / normalZoom);
     return pixbuf;
 }
 

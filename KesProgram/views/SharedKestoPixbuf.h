@@ -10,4 +10,7 @@ namespace KesProgram {
 /// same one ever after. A picture that cannot be read writes a warning to the log and is null. GUI thread.
 KES_EXPORT Glib::RefPtr<Gdk::Pixbuf> getSharedKestoPixbuf();
 
+/// The same picture as large as the zoom of the screen wants it; the shared one at 100 %. GUI thread.
+KES_EXPORT Glib::RefPtr<Gdk::Pixbuf> getZoomedKestoPixbuf();
+
 } // namespace KesProgram

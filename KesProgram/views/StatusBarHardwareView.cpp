@@ -1,6 +1,8 @@
 #include <KesProgram/views/StatusBarHardwareView.h>
 
 #include <KesCommonView/GtkWidgetHelper.h>
+#include <KesDevice/HardwareManagerText.h>
+#include <KesProgram/views/detail/RowsArea.h>
 #include <KesProgram/views/detail/StatusArea.h>
 
 namespace KesProgram {
@@ -22,6 +24,7 @@ void replaceContent(Gtk::Box& box, Kes::IView* view)
 StatusBarHardwareView::StatusBarHardwareView()
     : Gtk::HBox(false, 0),
       _sync(Gtk::ORIENTATION_HORIZONTAL),
+      _rows(std::make_unique<RowsArea>()),
       _kestos(Gtk::ORIENTATION_HORIZONTAL),
       _stateUpdate(Gtk::ORIENTATION_HORIZONTAL)
 {
@@ -31,11 +34,15 @@ StatusBarHardwareView::StatusBarHardwareView()
 
     _kestos.set_vexpand(false);
     _kestos.set_valign(Gtk::ALIGN_CENTER);
-    _columns.add(_kestos);
+    Kes::GtkWidgetHelper::setAccessibleName(_kestos, lng::HardwareManager::get("Common.kestos"));
+    _rows->add(_kestos);
+    _columns.add(*_rows);
     pack_start(_sync, Gtk::PACK_SHRINK);
     pack_start(_columns, Gtk::PACK_SHRINK);
     pack_start(_stateUpdate, Gtk::PACK_SHRINK);
 }
+
+StatusBarHardwareView::~StatusBarHardwareView() = default;
 
 void StatusBarHardwareView::setSyncView(Kes::IView* view)
 {

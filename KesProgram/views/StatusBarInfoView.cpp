@@ -1,7 +1,10 @@
 #include <KesProgram/views/StatusBarInfoView.h>
 
 #include <KesCommonView/GtkWidgetHelper.h>
+#include <KesProgram/text/TextPair.h>
 #include <KesProgram/views/detail/StatusArea.h>
+
+#include <atkmm/object.h>
 
 namespace KesProgram {
 
@@ -11,6 +14,8 @@ StatusBarInfoView::StatusBarInfoView()
     get_style_context()->add_class("statusInfoArea");
     set_hexpand(true);
     makeStatusArea(*this);
+    set_can_focus(true);
+    get_accessible()->set_description(lng::choose({"State of the program", "Состояние программы"}));
 
     _label.get_style_context()->add_class("status_label");
     _label.set_halign(Gtk::ALIGN_START);

@@ -20,9 +20,16 @@ const Key saveFile{GDK_KEY_s, control};
 const Key saveFileAs{GDK_KEY_s, control | Gdk::SHIFT_MASK};
 const Key start{GDK_KEY_F5, none};
 const Key stop{GDK_KEY_Escape, none};
+const Key stopAnywhere{GDK_KEY_F5, Gdk::SHIFT_MASK};
 const Key help{GDK_KEY_F1, none};
 
 } // namespace Keys
+
+bool Key::matches(const GdkEventKey& event) const
+{
+    const unsigned held = event.state & Gtk::AccelGroup::get_default_mod_mask();
+    return event.keyval == value && held == static_cast<unsigned>(modifiers);
+}
 
 std::string Key::getName() const
 {

@@ -17,6 +17,7 @@ struct KES_EXPORT Key {
 
     /// As people read it, such as "Ctrl+N".
     std::string getName() const;
+    bool matches(const GdkEventKey& event) const;
 };
 
 /// The keys of the shell's commands.
@@ -28,6 +29,8 @@ extern const Key saveFile;
 extern const Key saveFileAs;
 extern const Key start;
 extern const Key stop;
+/// Stops from every window of the program.
+extern const Key stopAnywhere;
 extern const Key help;
 
 } // namespace Keys

@@ -25,15 +25,15 @@ sigc::connection applying;
 /// The desktop's own setting, kept while another zoom is on; not above zero when it has none.
 int desktopResolution = 0;
 
-/// An entry places its text by metrics that Pango keeps when the resolution changes.
-void measureEntries(GtkWidget* widget, gpointer)
+/// What has been measured at another resolution must not decide any more. An entry places its text by metrics
+/// that Pango keeps when the resolution changes.
+void measureAgain(GtkWidget* widget, gpointer)
 {
-    if (GTK_IS_ENTRY(widget)) {
+    if (GTK_IS_ENTRY(widget))
         pango_context_changed(gtk_widget_get_pango_context(widget));
-        gtk_widget_queue_resize(widget);
-    } else if (GTK_IS_CONTAINER(widget)) {
-        gtk_container_forall(GTK_CONTAINER(widget), measureEntries, nullptr);
-    }
+    gtk_widget_queue_resize(widget);
+    if (GTK_IS_CONTAINER(widget) && !GTK_IS_ENTRY(widget))
+        gtk_container_forall(GTK_CONTAINER(widget), measureAgain, nullptr);
 }
 
 /// Text sizes, and with them all lengths in em, follow the resolution of the screen.
@@ -55,7 +55,7 @@ bool apply()
         resolution.set_value(base / normal * zoom);
     }
     for (auto* window : Gtk::Window::list_toplevels())
-        measureEntries(GTK_WIDGET(window->gobj()), nullptr);
+        measureAgain(GTK_WIDGET(window->gobj()), nullptr);
     StyleZoomHelper::signalZoomed().emit();
     return false;
 }

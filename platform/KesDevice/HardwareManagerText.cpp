@@ -8,6 +8,8 @@ namespace {
 
 constexpr lng::Text texts[] = {
     {"Common.KestoStateOk", "Ready for operation", "Готово к работе"},
+    {"Common.KestoStateUnknown", "State unknown", "Состояние неизвестно"},
+    {"Common.kestos", "Devices", "Устройства"},
 
     {"auxDC.enabled", "The auxiliary supply is on while the device is connected",
      "Оперативное питание включено, пока есть связь с устройством"},

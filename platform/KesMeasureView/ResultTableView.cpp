@@ -53,7 +53,10 @@ ResultTableView::ResultTableView()
     _updateCommands();
     pack_start(_scroller, Gtk::PACK_EXPAND_WIDGET);
     pack_start(_commands, Gtk::PACK_SHRINK);
-    pack_start(_values, Gtk::PACK_SHRINK);
+    // Several values are wider than a small window.
+    _valuesScroller.set_policy(Gtk::POLICY_AUTOMATIC, Gtk::POLICY_NEVER);
+    _valuesScroller.add(_values);
+    pack_start(_valuesScroller, Gtk::PACK_SHRINK);
 }
 
 void ResultTableView::_createMenu()

@@ -65,6 +65,7 @@ private:
     Glib::RefPtr<Gtk::ListStore> _store;
     Gtk::TreeView _table;
     Gtk::ScrolledWindow _scroller;
+    Gtk::ScrolledWindow _valuesScroller;
     Gtk::Box _values;
     /// Of the values; they live until the values are filled again.
     std::vector<Gtk::Button*> _valueButtons;

@@ -40,7 +40,10 @@ TestContentView::TestContentView(Kes::IView& settings, Kes::IView& outcome, Kes:
     _measured.pack1(widgetOf(chart), true, false);
     _measured.pack2(widgetOf(results), true, false);
     _right.pack_start(widgetOf(outcome), Gtk::PACK_SHRINK);
-    _right.pack_start(_measured, Gtk::PACK_EXPAND_WIDGET);
+    _measuredScroller.set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
+    _measuredScroller.set_propagate_natural_height(true);
+    _measuredScroller.add(_measured);
+    _right.pack_start(_measuredScroller, Gtk::PACK_EXPAND_WIDGET);
     _leftColumn.pack_start(_leftScroller, Gtk::PACK_EXPAND_WIDGET);
     pack1(_leftColumn, false, false);
     pack2(_right, true, false);

@@ -136,15 +136,15 @@ class Home:
         self.path = path or tempfile.mkdtemp(prefix="kes-desk.")
         self._log = self.file("opened.txt")
         opener = self.file("opener.sh")
-        self._write(opener, f'#!/bin/sh\nprintf "%s\\n" "$1" >>"{self._log}"\n')
+        self.write(opener, f'#!/bin/sh\nprintf "%s\\n" "$1" >>"{self._log}"\n')
         os.chmod(opener, 0o755)
-        self._write(self.file(".local/share/applications/kes-opener.desktop"),
+        self.write(self.file(".local/share/applications/kes-opener.desktop"),
                     f"[Desktop Entry]\nType=Application\nName=Opener\nExec={opener} %f\n"
                     "MimeType=text/html;application/pdf;\n")
-        self._write(self.file(".config/mimeapps.list"),
+        self.write(self.file(".config/mimeapps.list"),
                     "[Default Applications]\ntext/html=kes-opener.desktop\napplication/pdf=kes-opener.desktop\n")
         # File choosers begin in the working folder, not with recent files.
-        self._write(self.file(".config/glib-2.0/settings/keyfile"),
+        self.write(self.file(".config/glib-2.0/settings/keyfile"),
                     "[org/gtk/settings/file-chooser]\nstartup-mode='cwd'\n")
 
     def close(self):
@@ -178,7 +178,7 @@ class Home:
         return values
 
     @staticmethod
-    def _write(path, text):
+    def write(path, text):
         os.makedirs(os.path.dirname(path), exist_ok=True)
         with open(path, "w", encoding="utf-8") as file:
             file.write(text)

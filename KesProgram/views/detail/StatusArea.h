@@ -4,7 +4,8 @@
 
 namespace KesProgram {
 
-/// Marks the widget for assistive technology as an area that reports what happens. GUI thread.
+/// Tells assistive technology that the widget is an area of the status bar, whose name reports what goes on.
+/// GUI thread.
 void makeStatusArea(Gtk::Widget& widget);
 
 } // namespace KesProgram

@@ -31,7 +31,8 @@ HardwareSettingsPresenter::~HardwareSettingsPresenter() = default;
 
 void HardwareSettingsPresenter::open(Kes::IView* parent)
 {
-    _view->open(parent);
+    // The window must not stand between the user and Stop.
+    _view->open(parent, !_edited()->isBusy());
     if (!std::exchange(_isOpen, true))
         _search.focusAddress();
 }

@@ -23,7 +23,7 @@ public:
     /// The window has been closed, after OK or Cancel. The presenter is not destroyed in a slot.
     sigc::signal<void()> signalClosed;
 
-    /// Shows the window, or brings it to the front.
+    /// Shows the window, or brings it to the front. It is modal unless the devices are in use.
     void open(Kes::IView* parent);
     /// Closes the window, as Cancel does.
     void cancel();

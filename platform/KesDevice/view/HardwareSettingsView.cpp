@@ -39,7 +39,6 @@ HardwareSettingsView::HardwareSettingsView()
 
     _window.setTitle(get("Settings.title"));
     _window.setContent(*this);
-    _window.set_modal(true);
     _ok.set_can_default(true);
     _window.set_default(_ok);
     _window.signalClosed.connect(sigc::mem_fun(*this, &HardwareSettingsView::_onWindowClosed));
@@ -108,8 +107,9 @@ void HardwareSettingsView::setProblem(const std::string& problem)
     _problem.setText(problem);
 }
 
-void HardwareSettingsView::open(Kes::IView* parent)
+void HardwareSettingsView::open(Kes::IView* parent, bool modal)
 {
+    _window.set_modal(modal);
     _window.show(parent);
 }
 

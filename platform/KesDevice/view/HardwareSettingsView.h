@@ -16,7 +16,7 @@ public:
     HardwareSettingsView();
     ~HardwareSettingsView() override;
 
-    void open(Kes::IView* parent) override;
+    void open(Kes::IView* parent, bool modal) override;
     void close() override;
     void setParts(Kes::IView& devices, Kes::IView& search, Kes::IView& sync) override;
     void setNotice(const std::string& notice) override;

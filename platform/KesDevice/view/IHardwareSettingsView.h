@@ -16,8 +16,9 @@ public:
     /// Cancel, Escape, or the window's own closing button; the window is closed.
     sigc::signal<void()> signalCancelled;
 
-    /// Shows the window over the parent's window, or brings it to the front.
-    virtual void open(Kes::IView* parent) = 0;
+    /// Shows the window over the parent's window, or brings it to the front. A modal one keeps the other windows
+    /// of the program from the user.
+    virtual void open(Kes::IView* parent, bool modal) = 0;
     /// Without a signal.
     virtual void close() = 0;
     /// The parts are placed, not owned.

@@ -1,10 +1,12 @@
 #include "StatusBarTest.h"
 
+#include <KesCommon/Language.h>
 #include <KesProgram/statusbar/StatusBarHardwarePresenter.h>
 #include <KesProgram/views/StatusBarHardwareKestoStateView.h>
 #include <KesProgram/views/StatusBarSyncView.h>
 
 #include <algorithm>
+#include <set>
 
 namespace KesTest {
 
@@ -58,6 +60,18 @@ protected:
         return findWidgets<KesProgram::StatusBarSyncView>(view()).at(0)->get_sensitive();
     }
 
+    /// What the row with the focus is called, and whether all of it can be seen.
+    std::pair<std::string, bool> focused()
+    {
+        auto* row = window.get_focus();
+        if (!row)
+            return {};
+        auto& rows = *findWidgets<Gtk::ScrolledWindow>(view()).at(0);
+        int x = 0, y = 0;
+        row->translate_coordinates(rows, 0, 0, x, y);
+        return {row->get_accessible()->get_name(), y >= 0 && y + row->get_height() <= rows.get_height()};
+    }
+
     StatusModel model;
     Gtk::Window window;
     std::unique_ptr<KesProgram::StatusBarHardwarePresenter> area;
@@ -101,6 +115,58 @@ TEST_F(HardwareAreaTest, ADeviceIsShownWithItsTypeOnceItIsKnownAndWithItsSupply)
     // Rows that come later are seen as well.
     onAnotherThread([] { setHardware(makeHardware(2)); });
     EXPECT_TRUE(waitFor([this] { return isRead("10.0.0.1") && isRead("10.0.0.2"); }));
+}
+
+TEST_F(HardwareAreaTest, ManyRowsScrollAndEachIsReachedByKeyboard)
+{
+    show();
+    std::set<int> heights;
+    for (const unsigned count : {1u, 4u, 20u}) {
+        setHardware(makeHardware(count));
+        int least = 0, natural = 0;
+        view().get_preferred_height(least, natural);
+        heights.insert(least);
+        EXPECT_LE(natural, 120) << count << " devices";
+    }
+    EXPECT_EQ(heights.size(), 1u) << "the window grows with the devices";
+
+    ASSERT_TRUE(waitFor([this] { return window.get_mapped(); }));
+    runPendingEvents();
+    window.unset_focus();
+    for (int number = 1; number <= 20; ++number) {
+        window.child_focus(Gtk::DIR_TAB_FORWARD);
+        runPendingEvents();
+        const std::string name = "KESTO, 10.0.0." + std::to_string(number) + ", State unknown";
+        EXPECT_EQ(focused(), std::pair(name, true));
+    }
+}
+
+TEST_F(HardwareAreaTest, ARowSaysItsStateInWords)
+{
+    const struct {
+        lng::Language language;
+        Kes::Nullable<std::string> state;
+        const char* name;
+        const char* remark;
+    } cases[] = {{lng::English, {}, "KESTO, 10.0.0.1, State unknown", "State unknown"},
+                 {lng::English, std::string("No cooling"), "KESTO, 10.0.0.1, No cooling", "No cooling"},
+                 {lng::English, std::string(), "KESTO, 10.0.0.1, Ready for operation", ""},
+                 {lng::Russian, {}, "КЕСТО, 10.0.0.1, Состояние неизвестно", "Состояние неизвестно"},
+                 {lng::Russian, std::string("Нет охлаждения"), "КЕСТО, 10.0.0.1, Нет охлаждения",
+                  "Нет охлаждения"},
+                 {lng::Russian, std::string(), "КЕСТО, 10.0.0.1, Готово к работе", ""}};
+    for (const auto& expected : cases) {
+        lng::language = expected.language;
+        area.reset();
+        setHardware(makeHardware(1));
+        show();
+        (*KesDevice::HardwareControl::getInstance()->getKestos().lease().begin())
+            ->signalOperationErrorChanged.emit(expected.state);
+        EXPECT_EQ(findByClass(view(), "deviceRow")->get_accessible()->get_name(), expected.name);
+        auto& remark = dynamic_cast<Gtk::Label&>(*findByClass(view(), "deviceRemark"));
+        EXPECT_EQ(remark.get_text(), expected.remark);
+        EXPECT_EQ(isSeen(remark), *expected.remark != 0) << expected.name;
+    }
 }
 
 TEST_F(HardwareAreaTest, LocalConfigurationOfTheProgramIsShown)

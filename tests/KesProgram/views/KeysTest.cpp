@@ -76,4 +76,48 @@ TEST_F(KeysTest, KeysReachTheCommandsThatAreOnWhereverTheFocusIs)
         EXPECT_EQ(item->get_label().raw().find("Ctrl"), std::string::npos) << "texts stay as they are";
 }
 
+TEST_F(KeysTest, NoWindowStandsBetweenTheKeyboardAndStop)
+{
+    const struct {
+        bool isModal;
+        bool canStop;
+        guint key, state;
+        bool stops;
+    } presses[] = {{true, true, GDK_KEY_Escape, 0, true},
+                   {true, false, GDK_KEY_Escape, 0, false},
+                   {false, true, GDK_KEY_Escape, 0, false},
+                   {false, true, GDK_KEY_F5, GDK_SHIFT_MASK, true},
+                   {true, true, GDK_KEY_F5, GDK_SHIFT_MASK, true},
+                   {true, false, GDK_KEY_F5, GDK_SHIFT_MASK, false}};
+    for (const auto& press : presses) {
+        Gtk::Dialog other("", window, press.isModal);
+        bool isAnswered = false;
+        other.signal_response().connect([&](int) { isAnswered = true; });
+        other.show();
+        ASSERT_TRUE(waitFor([&] { return other.get_mapped(); }));
+        control.setCanStop(press.canStop);
+        commands.clear();
+        pressKey(other, press.key, press.state);
+        runPendingEvents();
+        EXPECT_EQ(commands, std::vector<std::string>(press.stops ? 1 : 0, "stop")) << &press - presses;
+        EXPECT_EQ(isAnswered, !press.stops && press.key == GDK_KEY_Escape) << &press - presses;
+    }
+}
+
+TEST_F(KeysTest, AStartThatFailsDoesNotKeepTheKeyboard)
+{
+    pressKey(window, GDK_KEY_F5);
+    EXPECT_EQ(window.get_focus(), nullptr) << "the entry has it still";
+    auto& start = *findWidgets<Gtk::Button>(control).at(0);
+    start.grab_focus();
+    start.clicked();
+    EXPECT_EQ(window.get_focus(), nullptr);
+
+    start.grab_focus();
+    control.setCanStart(false);
+    entry.grab_focus(); // as the window gives it to something else
+    control.setCanStop(true);
+    EXPECT_TRUE(findWidgets<Gtk::Button>(control).at(1)->is_focus());
+}
+
 } // namespace

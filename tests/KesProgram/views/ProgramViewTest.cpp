@@ -1,7 +1,9 @@
 #include "support/GuiTest.h"
 
 #include <KesCommonView/StyleZoomHelper.h>
+#include <KesProgram/views/ProgramStatusBarView.h>
 #include <KesProgram/views/ProgramView.h>
+#include <KesProgram/views/StatusBarInfoView.h>
 
 #include <utility>
 
@@ -68,6 +70,21 @@ TEST_F(ProgramViewTest, ZoomingBackRestoresTheSize)
     EXPECT_TRUE(waitFor([&] { return size().first > before.first; }));
     pressKey(window, GDK_KEY_KP_Multiply, GDK_CONTROL_MASK);
     EXPECT_TRUE(waitFor([&] { return size() == before; })) << size().first << " of " << before.first;
+}
+
+TEST_F(ProgramViewTest, WhatIsSwitchedOffGivesTheKeyboardToTheFooter)
+{
+    struct ButtonView : Gtk::Button, Kes::IView {
+    } content;
+    KesProgram::ProgramStatusBarView footer;
+    KesProgram::StatusBarInfoView info;
+    footer.setInfoArea(&info);
+    window.setContent(content);
+    window.setFooter(footer);
+    show();
+    content.grab_focus();
+    content.set_sensitive(false);
+    EXPECT_TRUE(waitFor([&] { return info.is_focus(); }));
 }
 
 TEST_F(ProgramViewTest, OpensCentredOverItsParent)

@@ -12,8 +12,8 @@ constexpr lng::Text texts[] = {
      "Эти устройства относятся только к этой программе; другие программы сохраняют свои."},
     {"Settings.ok", "OK", "ОК"},
     {"Settings.cancel", "Cancel", "Отмена"},
-    {"Settings.busy", "The devices are in use. Close this window and stop the test first.",
-     "Устройства заняты. Сначала закройте это окно и остановите проверку."},
+    {"Settings.busy", "The devices are in use. Stop the test first.",
+     "Устройства заняты. Сначала остановите проверку."},
     {"Settings.wrongValues", "Correct the marked values first.", "Сначала исправьте отмеченные значения."},
 
     {"Devices.title", "Devices", "Устройства"},
