@@ -34,10 +34,19 @@ endif()
 # one, so that both have the same path: CMake would pad a shorter one with empty entries, each of which has
 # the loader search the current directory for every library.
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_BINDIR})
-set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR})
-file(RELATIVE_PATH libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+foreach(kind BIN LIB DATA)
+    if(IS_ABSOLUTE "${CMAKE_INSTALL_BINDIR}" OR IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}" OR
+            IS_ABSOLUTE "${CMAKE_INSTALL_DATADIR}")
+        set(KES_BUILD_${kind}DIR ${PROJECT_BINARY_DIR}/root${CMAKE_INSTALL_FULL_${kind}DIR})
+    else()
+        set(KES_BUILD_${kind}DIR ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_${kind}DIR})
+    endif()
+endforeach()
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${KES_BUILD_BINDIR})
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${KES_BUILD_LIBDIR})
+file(RELATIVE_PATH libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
 set(CMAKE_INSTALL_RPATH "$ORIGIN/${libraries}")
+file(RELATIVE_PATH KES_DATA_FROM_LIBRARY ${CMAKE_INSTALL_FULL_LIBDIR} ${CMAKE_INSTALL_FULL_DATADIR}/kesprogram)
 
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)

@@ -82,7 +82,8 @@ public:
     /// The program's name for titles; empty.
     virtual std::string getProgramName();
     /// The path of the help file in the language of the process: "Help/<language>/<program name>.pdf" beside
-    /// the executable; without such a file a warning goes to the log and the family's general help is named.
+    /// the executable, else in the data that comes with the programs (Kes::findDataFile); without such a file
+    /// a warning goes to the log and the family's general help is named.
     virtual std::string getHelpFileName();
     /// The can-start flag, while the hardware's output does not run. Any thread.
     virtual bool getCanStart();

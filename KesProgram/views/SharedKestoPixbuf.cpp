@@ -24,7 +24,7 @@ Glib::RefPtr<Gdk::Pixbuf> load(const std::string& path)
 Glib::RefPtr<Gdk::Pixbuf> getSharedKestoPixbuf()
 {
     static const Glib::RefPtr<Gdk::Pixbuf> pixbuf =
-        load(Kes::getThemesDir() + "Icons/Shell/КЕСТО-сервер.svg");
+        load(Kes::findDataFile("themes/Icons/Shell/КЕСТО-сервер.svg"));
     return pixbuf;
 }
 

@@ -21,6 +21,26 @@ readelf -d "$work"/prefix/lib*/libKesProgram.so "$work"/prefix/lib/*/libKesProgr
 pc=$(dirname "$(find "$work/prefix" -name kesprogram.pc)")
 export PKG_CONFIG_PATH="$pc"
 
+# A program outside the prefix finds the data by the library, by a folder of shared data and by the variable, and
+# its commands are seen without any. Nothing may be said of missing data where there is some.
+libraries=$(dirname "$pc")
+mkdir -p "$work/outside" "$work/bare"
+cp -P "$work"/prefix/*/kes-overcurrent "$work/outside"
+cp -P "$libraries"/libKes*.so* "$work/bare"
+ln -s "$libraries" "$work/link"
+run() { # LIBRARIES VARIABLE=VALUE...
+    libraries_used=$1
+    shift
+    env LD_LIBRARY_PATH="$libraries_used" "$@" "$work/outside/kes-overcurrent" --language en --run --speed 5000 --quit \
+        --report "$work/report.html" --screenshot "$work/window.png" 2>"$work/said"
+}
+for place in "$libraries " "$work/link " "$work/bare XDG_DATA_DIRS=$work/prefix/share" \
+    "$work/bare KES_DATA_DIR=$work/prefix/share/kesprogram"; do
+    # shellcheck disable=SC2086
+    run $place || { cat "$work/said" >&2; exit 1; }
+    if grep -e kesprogram/ -e Gtk-WARNING "$work/said"; then exit 1; fi
+done
+
 # What is private is not installed, and what is installed needs nothing private: every declared function is in a
 # library, and all that headers define links.
 cd "$work/prefix/include/kesprogram"
