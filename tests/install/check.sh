@@ -34,7 +34,7 @@ run() { # LIBRARIES VARIABLE=VALUE...
     env LD_LIBRARY_PATH="$libraries_used" "$@" "$work/outside/kes-overcurrent" --language en --run --speed 5000 --quit \
         --report "$work/report.html" --screenshot "$work/window.png" 2>"$work/said"
 }
-for place in "$libraries " "$work/link " "$work/bare XDG_DATA_DIRS=$work/prefix/share" \
+for place in "$libraries " "$work/link " "$work/bare XDG_DATA_DIRS=$work/prefix/share:/usr/share" \
     "$work/bare KES_DATA_DIR=$work/prefix/share/kesprogram"; do
     # shellcheck disable=SC2086
     run $place || { cat "$work/said" >&2; exit 1; }
