@@ -12,8 +12,7 @@ packages=$PWD/build/packages
 mkdir -p "$packages/kesprogram"
 rm -f "$packages"/*.deb "$packages"/*.changes "$packages"/*.buildinfo
 rm -rf "$packages/kesprogram/debian"
-git ls-files -z --cached --others --exclude-standard | xargs -0 sh -c 'for file; do [ ! -f "$file" ] || printf "%s\0" "$file"; done' list |
-    tar --null -T - -c | tar -x -C "$packages/kesprogram"
+tar -c --exclude=./build --exclude=./out --exclude=./.git . | tar -x -C "$packages/kesprogram"
 cd "$packages/kesprogram"
 DEB_BUILD_OPTIONS="parallel=$(nproc) noautodbgsym" dpkg-buildpackage -b -us -uc -nc >"$packages/log" 2>&1 || {
     tail -n 40 "$packages/log" >&2

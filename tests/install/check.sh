@@ -7,6 +7,8 @@ source=$1/tests/install
 build=$2
 compiler=$3
 flags=${4:-}
+# The language standard is the program's to choose.
+standard=-std=c++20
 work=$(mktemp -d "${TMPDIR:-/tmp}/kes-install.XXXXXX")
 trap 'rm -rf "$work"' EXIT
 
@@ -20,6 +22,7 @@ readelf -d "$work"/prefix/lib*/libKesProgram.so "$work"/prefix/lib/*/libKesProgr
     grep -q 'soname: \[libKesProgram.so.1\]'
 pc=$(dirname "$(find "$work/prefix" -name kesprogram.pc)")
 export PKG_CONFIG_PATH="$pc"
+! pkg-config --cflags kesprogram | grep -e -std || exit 1
 
 # A program outside the prefix finds the data by the library, by a folder of shared data and by the variable, and
 # its commands are seen without any. Nothing may be said of missing data where there is some.
@@ -51,12 +54,12 @@ python3 "$source/exports.py" . $(find "$work/prefix" -name 'libKes*.so')
 find . -name '*.h' | sed 's,^\./\(.*\),#include <\1>,' >"$work/all.cpp"
 echo 'int main() {}' >>"$work/all.cpp"
 # shellcheck disable=SC2046,SC2086
-"$compiler" $flags $(pkg-config --cflags kesprogram) -fkeep-inline-functions "$work/all.cpp" -o "$work/all" \
+"$compiler" $standard $flags $(pkg-config --cflags kesprogram) -fkeep-inline-functions "$work/all.cpp" -o "$work/all" \
     $(pkg-config --libs kesprogram)
 
 # Every header compiles on its own, those of widgets with the toolkit made ready for speed; once is enough.
 if [ -z "$flags" ]; then
-    command="$compiler $(pkg-config --cflags kesprogram)"
+    command="$compiler $standard $(pkg-config --cflags kesprogram)"
     echo '#include <gtkmm.h>' >"$work/toolkit.h"
     # shellcheck disable=SC2086
     $command -x c++-header "$work/toolkit.h" -o "$work/toolkit.h.gch"
@@ -71,9 +74,11 @@ cmake -S "$source" -B "$work/cmake" -G Ninja -DCMAKE_PREFIX_PATH="$work/prefix" 
     -DCMAKE_CXX_FLAGS="$flags" >/dev/null
 cmake --build "$work/cmake" >/dev/null
 check "$work/cmake/ten-lines"
+PKG_CONFIG_PATH= PKG_CONFIG_LIBDIR=/none cmake -S "$source" -B "$work/without" -G Ninja \
+    -DCMAKE_PREFIX_PATH="$work/prefix" -DCMAKE_CXX_COMPILER="$compiler" 2>&1 | grep -q "shell. KesProgram needs giomm-2.4"
 
 # shellcheck disable=SC2046,SC2086
-"$compiler" $flags $(pkg-config --cflags kesprogram) "$source/main.cpp" -o "$work/ten-lines" \
+"$compiler" $standard $flags $(pkg-config --cflags kesprogram) "$source/main.cpp" -o "$work/ten-lines" \
     $(pkg-config --libs kesprogram)
 LD_LIBRARY_PATH=$(pkg-config --variable=libdir kesprogram) check "$work/ten-lines"
 echo "installed tree serves both builds"
