@@ -44,7 +44,7 @@ build() {
     done
     [ $# -eq 0 ] || shift
     # shellcheck disable=SC2086
-    cmake --preset "$preset" $options >/dev/null || exit 1
+    cmake --preset "$preset" ${KES_BUILD_OPTIONS:-} $options >/dev/null || exit 1
     if [ $# -gt 0 ]; then
         cmake --build --preset "$preset" --target "$@" || exit 1
     else
