@@ -10,8 +10,9 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 add_compile_options(-fPIC)
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 # GCC 12 takes optimised string concatenations for overflows (its bug 105651); the debug presets warn of them.
-add_compile_options($<$<CONFIG:Release>:-Wno-array-bounds>
-    $<$<CONFIG:Release>:-Wno-stringop-overflow> $<$<CONFIG:Release>:-Wno-restrict>)
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    add_compile_options("$<$<NOT:$<CONFIG:Debug>>:-Wno-array-bounds;-Wno-stringop-overflow;-Wno-restrict>")
+endif()
 add_compile_definitions($<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 # Own functions are found when linking, not looked up through all libraries at every start.
 add_link_options(-Wl,--as-needed -Wl,-Bsymbolic-functions)
@@ -34,19 +35,33 @@ endif()
 # one, so that both have the same path: CMake would pad a shorter one with empty entries, each of which has
 # the loader search the current directory for every library.
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_BINDIR})
-set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR})
-file(RELATIVE_PATH libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+foreach(kind BIN LIB DATA)
+    if(IS_ABSOLUTE "${CMAKE_INSTALL_BINDIR}" OR IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}" OR
+            IS_ABSOLUTE "${CMAKE_INSTALL_DATADIR}")
+        set(KES_BUILD_${kind}DIR ${PROJECT_BINARY_DIR}/root${CMAKE_INSTALL_FULL_${kind}DIR})
+    else()
+        set(KES_BUILD_${kind}DIR ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_${kind}DIR})
+    endif()
+endforeach()
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${KES_BUILD_BINDIR})
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${KES_BUILD_LIBDIR})
+file(RELATIVE_PATH libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
 set(CMAKE_INSTALL_RPATH "$ORIGIN/${libraries}")
+file(RELATIVE_PATH KES_DATA_FROM_LIBRARY ${CMAKE_INSTALL_FULL_LIBDIR} ${CMAKE_INSTALL_FULL_DATADIR}/kesprogram)
 
-find_package(Threads REQUIRED)
+# A library that keeps its interface is not a reason to link anew what uses it. A changed interface is a changed
+# header, so that the users are compiled and linked again.
+set(CMAKE_LINK_DEPENDS_NO_SHARED ON)
+
+# The names of the packages' targets begin with the family's, as they appear beside those of other projects.
+find_package(Threads REQUIRED GLOBAL)
 find_package(PkgConfig REQUIRED)
-pkg_check_modules(GLIBMM REQUIRED IMPORTED_TARGET giomm-2.4)
-pkg_check_modules(GTKMM REQUIRED IMPORTED_TARGET gtkmm-3.0)
-pkg_check_modules(XLIB REQUIRED IMPORTED_TARGET x11)
-pkg_check_modules(WAYLAND REQUIRED IMPORTED_TARGET wayland-client)
-pkg_check_modules(LIBXML REQUIRED IMPORTED_TARGET libxml-2.0)
-pkg_check_modules(LIBXMLPP REQUIRED IMPORTED_TARGET libxml++-2.6)
-pkg_check_modules(LIBARCHIVE REQUIRED IMPORTED_TARGET libarchive)
-pkg_check_modules(AVAHI REQUIRED IMPORTED_TARGET avahi-client avahi-glib)
-pkg_check_modules(LIBXSLT REQUIRED IMPORTED_TARGET libxslt libexslt)
+pkg_check_modules(KES_GLIBMM REQUIRED IMPORTED_TARGET GLOBAL giomm-2.4)
+pkg_check_modules(KES_GTKMM REQUIRED IMPORTED_TARGET GLOBAL gtkmm-3.0)
+pkg_check_modules(KES_XLIB REQUIRED IMPORTED_TARGET GLOBAL x11)
+pkg_check_modules(KES_WAYLAND REQUIRED IMPORTED_TARGET GLOBAL wayland-client)
+pkg_check_modules(KES_LIBXML REQUIRED IMPORTED_TARGET GLOBAL libxml-2.0)
+pkg_check_modules(KES_LIBXMLPP REQUIRED IMPORTED_TARGET GLOBAL libxml++-2.6)
+pkg_check_modules(KES_LIBARCHIVE REQUIRED IMPORTED_TARGET GLOBAL libarchive)
+pkg_check_modules(KES_AVAHI REQUIRED IMPORTED_TARGET GLOBAL avahi-client avahi-glib)
+pkg_check_modules(KES_LIBXSLT REQUIRED IMPORTED_TARGET GLOBAL libxslt libexslt)

@@ -61,7 +61,7 @@ function(kes_late_library name)
         VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
     target_link_libraries(${name} PRIVATE ${ARG_LINKS})
     target_precompile_headers(${name} REUSE_FROM KesPrecompiled)
-    install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} NAMELINK_SKIP)
+    install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_SKIP)
     set_property(GLOBAL APPEND PROPERTY KES_LATE_LIBRARIES ${name})
 endfunction()
 

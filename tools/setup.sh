@@ -6,7 +6,9 @@ build_packages="build-essential cmake ninja-build pkg-config python3 libgtkmm-3.
 run_packages="weasyprint librsvg2-common adwaita-icon-theme fonts-dejavu-core at-spi2-core"
 headless_packages="xvfb xauth x11-utils openbox dbus-daemon"
 test_packages="doxygen libgtest-dev libgmock-dev libbenchmark-dev xdotool imagemagick python3-gi locales sway
-    unzip poppler-utils python3-pyvisa python3-pyvisa-py lxi-tools avahi-daemon avahi-utils iproute2"
+    unzip poppler-utils python3-pyvisa python3-pyvisa-py lxi-tools avahi-daemon avahi-utils iproute2
+    appstream desktop-file-utils shared-mime-info libxml2-utils abigail-tools man-db"
+package_packages="debhelper dpkg-dev lintian"
 fuzz_packages="clang libclang-rt-14-dev"
 
 # ensure_packages PACKAGE...: installs those that are missing, as root or with sudo; else says which and ends.
@@ -42,7 +44,7 @@ build() {
     done
     [ $# -eq 0 ] || shift
     # shellcheck disable=SC2086
-    cmake --preset "$preset" $options >/dev/null || exit 1
+    cmake --preset "$preset" ${KES_BUILD_OPTIONS:-} $options >/dev/null || exit 1
     if [ $# -gt 0 ]; then
         cmake --build --preset "$preset" --target "$@" || exit 1
     else

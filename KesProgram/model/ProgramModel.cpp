@@ -20,10 +20,14 @@ namespace {
 
 constexpr unsigned recentFilesCapacity = 10;
 
-std::string helpFilePath(const std::string& baseName)
+std::string helpFileName(const std::string& baseName)
 {
-    const std::string relative = std::string("Help/") + lng::languageName() + "/" + baseName + ".pdf";
-    return Glib::build_filename(Kes::getKesCrossExeDir(), relative);
+    return std::string("Help/") + lng::languageName() + "/" + baseName + ".pdf";
+}
+
+std::string besideExecutable(const std::string& name)
+{
+    return Glib::build_filename(Kes::getKesCrossExeDir(), name);
 }
 
 } // namespace
@@ -72,11 +76,13 @@ std::string ProgramModel::getProgramName()
 
 std::string ProgramModel::getHelpFileName()
 {
-    const std::string path = helpFilePath(getProgramName());
-    if (Kes::fileExist(path))
-        return path;
+    const auto name = helpFileName(getProgramName());
+    const auto path = besideExecutable(name);
+    for (const auto& place : {path, Kes::findDataFile(name)})
+        if (Kes::fileExist(place))
+            return place;
     KesLog::Log::writeWarn(Kes::StringHelper::formatC(lng::Program::get("Help.errorOpenFile"), path.c_str()));
-    return helpFilePath(lng::Program::get("Help.defaultFileName"));
+    return besideExecutable(helpFileName(lng::Program::get("Help.defaultFileName")));
 }
 
 void ProgramModel::newData(const std::string&) {}

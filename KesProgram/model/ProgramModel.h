@@ -82,8 +82,8 @@ public:
     /// The program's name for titles, UTF-8. Default: empty.
     virtual std::string getProgramName();
     /// The path of the help file in the language of the process. Default: "Help/<language>/<program
-    /// name>.pdf" beside the executable; when that is missing, the family's general help, with a warning in
-    /// the log.
+    /// name>.pdf" beside the executable, else in the data that comes with the programs (`Kes::findDataFile`);
+    /// without such a file, the family's general help, with a warning in the log.
     virtual std::string getHelpFileName();
     /// Whether a run can be started. Any thread. Default: the can-start flag, unless the hardware's output
     /// runs.

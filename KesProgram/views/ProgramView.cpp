@@ -5,6 +5,7 @@
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesCommonView/Style.h>
 #include <KesCommonView/StyleZoomHelper.h>
+#include <KesProgram/views/detail/Pictures.h>
 
 #include <gdk/gdkkeysyms.h>
 #include <glibmm/main.h>
@@ -17,7 +18,7 @@ ProgramView::ProgramView() : _rectangle(*this)
 {
     KesView::Style::setStyle({"style.css", "KesTreeManager/KesTree.css", "KesTreeRelay/KesTreeRelay.css"});
     afterFirstFrame([] {
-        KesView::Style::setStyle("Icons.css");
+        Pictures::load();
         Kes::FirstFrame::tellDrawn();
     });
 

@@ -15,7 +15,7 @@ constexpr int normalZoom = 100; // per cent
 
 Glib::RefPtr<Gdk::Pixbuf> load(int size)
 {
-    const std::string path = Kes::getThemesDir() + "Icons/Shell/КЕСТО-сервер.svg";
+    const std::string path = Kes::findDataFile("themes/Icons/Shell/КЕСТО-сервер.svg");
     try {
         return Gdk::Pixbuf::create_from_file(path, size, size, true);
     } catch (const Glib::Error& error) {

@@ -2,6 +2,7 @@
 
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesDevice/HardwareManagerText.h>
+#include <KesProgram/views/detail/Pictures.h>
 
 namespace KesProgram {
 
@@ -15,14 +16,26 @@ StatusBarHardwareKestoIconsView::StatusBarHardwareKestoIconsView() : Gtk::HBox(f
     _auxDC.get_style_context()->add_class("ImageButton");
     _auxDC.set_tooltip_text(text);
     Kes::GtkWidgetHelper::setAccessibleName(_auxDC, text);
+    _auxDCText.set_text(text);
+    _auxDC.signal_map().connect([this] {
+        Pictures::afterLoad(sigc::mem_fun(*this, &StatusBarHardwareKestoIconsView::_showTextWithoutPicture));
+    });
+}
+
+void StatusBarHardwareKestoIconsView::_showTextWithoutPicture()
+{
+    if (_auxDC.get_parent() && !_auxDCText.get_parent() && !Pictures::has(_auxDC)) {
+        pack_start(_auxDCText, false, false, 0);
+        _auxDCText.show();
+    }
 }
 
 void StatusBarHardwareKestoIconsView::setAuxDCEnabled(bool enabled)
 {
     const bool shown = _auxDC.get_parent() != nullptr;
     if (!enabled) {
-        if (shown)
-            remove(_auxDC);
+        for (auto* child : get_children())
+            remove(*child);
         return;
     }
     if (!shown)

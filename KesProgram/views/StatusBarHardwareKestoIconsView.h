@@ -4,6 +4,7 @@
 
 #include <gtkmm/box.h>
 #include <gtkmm/image.h>
+#include <gtkmm/label.h>
 
 namespace KesProgram {
 
@@ -15,7 +16,10 @@ public:
     void setAuxDCEnabled(bool enabled) override;
 
 private:
+    void _showTextWithoutPicture();
+
     Gtk::Image _auxDC;
+    Gtk::Label _auxDCText; // instead of a picture that cannot be shown
 };
 
 } // namespace KesProgram

@@ -1,11 +1,13 @@
 #include <KesProgram/views/ToolButton.h>
 
 #include <KesCommonView/GtkWidgetHelper.h>
+#include <KesProgram/views/detail/Pictures.h>
 
 #include <gtkmm/image.h>
 #include <gtkmm/tooltip.h>
 
 #include <algorithm>
+#include <functional>
 
 namespace KesProgram {
 
@@ -16,6 +18,14 @@ Gtk::Image& makeImage(const std::string& imageClass)
     auto* image = Gtk::make_managed<Gtk::Image>();
     image->get_style_context()->add_class(imageClass);
     return *image;
+}
+
+/// Without a picture widget a tool button shows its label in every style of toolbar.
+void showTextWithoutPicture(Gtk::ToolButton& button)
+{
+    const auto* image = button.get_icon_widget();
+    if (image && !Pictures::has(*image))
+        gtk_tool_button_set_icon_widget(button.gobj(), nullptr);
 }
 
 } // namespace
@@ -31,6 +41,10 @@ ToolButton::ToolButton(const std::string& imageClass, const std::string& tooltip
     set_tooltip_text(tooltip);
     if (auto* button = get_child())
         Kes::GtkWidgetHelper::setAccessibleName(*button, title);
+    signal_map().connect([this] {
+        Pictures::afterLoad(
+            sigc::bind(sigc::ptr_fun(&showTextWithoutPicture), std::ref<Gtk::ToolButton>(*this)));
+    });
 }
 
 void ToolButton::tellKey(const Key& key)

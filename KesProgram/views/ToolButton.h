@@ -13,7 +13,7 @@ namespace KesProgram {
 /// a description. GUI thread.
 ///
 /// The title is also the button's accessible name, and its label where a toolbar that is too short lists
-/// the button in its overflow menu.
+/// the button in its overflow menu. A button whose picture cannot be shown shows the label instead.
 class KES_EXPORT ToolButton : public Gtk::ToolButton {
 public:
     /// The style sheet gives the picture to `imageClass`. `tooltip` is the whole text, title line first.

@@ -1,9 +1,13 @@
 #include <KesCommon/Directories.h>
 
+#include <KesCommon/detail/OwnLibrary.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <glib.h>
 #include <glibmm/miscutils.h>
+#include <sstream>
+#include <vector>
 
 namespace Kes {
 
@@ -35,6 +39,26 @@ std::string userFolder(const char* variable, const char* inHome)
 {
     const auto folder = folderFrom(variable);
     return folder.empty() ? home() + inHome : folder;
+}
+
+constexpr std::size_t ownFolder = 1; // the library's own among those below
+
+/// Where data that comes with the programs may lie, in the order in which it is looked for.
+std::vector<std::string> getDataFolders()
+{
+    const auto relativeTo = [](const std::filesystem::path& folder, const char* data) {
+        return closed((folder / data).lexically_normal().string());
+    };
+    std::vector<std::string> folders{folderFrom("KES_DATA_DIR"),
+                                     relativeTo(getOwnLibraryFolder(), KES_DATA_FROM_LIBRARY),
+                                     relativeTo(getKesCrossExeDir(), "../share/kesprogram")};
+    folders.push_back(userFolder("XDG_DATA_HOME", ".local/share/") + "kesprogram/");
+    const char* set = std::getenv("XDG_DATA_DIRS");
+    std::istringstream shared(set && *set ? set : "/usr/local/share:/usr/share");
+    for (std::string folder; std::getline(shared, folder, ':');)
+        if (folder.starts_with('/'))
+            folders.push_back(closed(folder) + "kesprogram/");
+    return folders;
 }
 
 } // namespace
@@ -70,15 +94,18 @@ std::string getKesCrossExeDir()
     return closed(error ? Glib::get_current_dir() : executable.parent_path().string());
 }
 
-std::string getDataDir()
+std::string findDataFile(const std::string& name)
 {
-    const std::filesystem::path folder = getKesCrossExeDir();
-    return closed((folder.parent_path().parent_path() / "share/kesprogram").string());
+    const auto folders = getDataFolders();
+    for (const auto& folder : folders)
+        if (std::error_code error; !folder.empty() && std::filesystem::exists(folder + name, error))
+            return folder + name;
+    return folders[ownFolder] + name;
 }
 
 std::string getThemesDir()
 {
-    return getDataDir() + "themes/";
+    return findDataFile("themes/");
 }
 
 } // namespace Kes

@@ -26,11 +26,17 @@ KES_EXPORT std::string getKesCrossDocDir();
 /// The folder of the running executable.
 KES_EXPORT std::string getKesCrossExeDir();
 
-/// The data that comes with the programs: "../share/kesprogram/" as seen from the executable's folder,
-/// in an installed tree and in the build tree alike.
-KES_EXPORT std::string getDataDir();
+/// A file or folder of the data that comes with the programs, such as "themes/style.css". The first of these
+/// folders that has it counts, so that a program finds the family's data wherever it lies itself, and may
+/// bring data of its own:
+///  - $KES_DATA_DIR, when that is an absolute path,
+///  - the folder that belongs to the library's own file, in an installed tree and in the build tree alike,
+///  - "../share/kesprogram/" as seen from the executable's folder,
+///  - "kesprogram/" in $XDG_DATA_HOME and in each of $XDG_DATA_DIRS.
+/// Without any, the path that it would have in the library's folder.
+KES_EXPORT std::string findDataFile(const std::string& name);
 
-/// Style sheets, icons and pictures: "themes/" in the data directory.
+/// Style sheets, icons and pictures: "themes/" in the data that comes with the programs.
 KES_EXPORT std::string getThemesDir();
 
 } // namespace Kes

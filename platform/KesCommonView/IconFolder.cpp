@@ -19,7 +19,7 @@ std::set<std::string>& folders()
 void addTo(GdkDisplay* display, const std::string& name)
 {
     gtk_icon_theme_append_search_path(gtk_icon_theme_get_for_screen(gdk_display_get_default_screen(display)),
-                                      (Kes::getThemesDir() + name).c_str());
+                                      Kes::findDataFile("themes/" + name).c_str());
 }
 
 void onDisplayOpened(GdkDisplayManager*, GdkDisplay* display, gpointer)

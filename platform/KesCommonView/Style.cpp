@@ -34,7 +34,7 @@ void load(const std::vector<std::string>& names)
         return;
     std::string imports;
     for (const auto& name : names)
-        imports += "@import url(\"" + Glib::filename_to_uri(Kes::getThemesDir() + name) + "\");\n";
+        imports += "@import url(\"" + Glib::filename_to_uri(Kes::findDataFile("themes/" + name)) + "\");\n";
     const auto provider = Gtk::CssProvider::create();
     provider->signal_parsing_error().connect(sigc::ptr_fun(&warn));
     // Asked for an error, GTK would drop the whole sheet for one bad rule.

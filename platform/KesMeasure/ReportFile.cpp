@@ -58,7 +58,7 @@ Kes::Result transform(const TemporaryFolder& folder, const std::string& data, co
     const std::string source = folder.getFile("report.xml");
     if (auto written = Kes::writeWholeFile(source, data); !written)
         return written;
-    Kes::XslTransformer transformer(source.c_str(), (Kes::getDataDir() + stylesheet).c_str(),
+    Kes::XslTransformer transformer(source.c_str(), Kes::findDataFile(stylesheet).c_str(),
                                     folder.getFile(htmlName).c_str());
     transformer.setParameter("file", foot.file);
     transformer.setParameter("program", foot.program);

@@ -119,7 +119,6 @@ public:
     /// Appends and returns the child. Only to a group; ids of siblings differ (else `std::invalid_argument`).
     Node& add(std::unique_ptr<Node> child);
     const std::vector<std::unique_ptr<Node>>& getChildren() const { return _children; }
-    Node* getParent() const { return _parent; }
     /// The node at a path of ids joined by "/", or null. The empty path is the node itself.
     Node* find(const std::string& path) const;
 

@@ -6,7 +6,8 @@
 class KES_EXPORT KesTreeResources {
 public:
     /// Makes the icons of the tree known to the icon theme: "kes-node-group-symbolic", and
-    /// "kes-node-<id>-symbolic" for groups with an icon of their own. GUI thread, before or after the display
+    /// "kes-node-<id>-symbolic" for groups with an icon of their own; a group whose icon
+    /// cannot be had shows none. GUI thread, before or after the display
     /// is opened, any number of times.
     static void Integrate();
 };

@@ -22,13 +22,18 @@ constexpr int naturalHeight = 780;
 Gtk::Box& makeHeading(const std::string& title, const std::string& icon)
 {
     auto& heading = *Gtk::make_managed<Gtk::Box>(Gtk::ORIENTATION_HORIZONTAL, rowGap);
-    auto& image = *Gtk::make_managed<Gtk::Image>();
-    const bool known = Gtk::IconTheme::get_default()->has_icon(icon);
-    image.set_from_icon_name(known ? icon : "kes-node-group-symbolic", Gtk::ICON_SIZE_LARGE_TOOLBAR);
+    // Asked for an icon that it does not have, the theme would show a broken picture.
+    for (const auto& name : {icon, std::string("kes-node-group-symbolic")}) {
+        if (!Gtk::IconTheme::get_default()->has_icon(name))
+            continue;
+        auto& image = *Gtk::make_managed<Gtk::Image>();
+        image.set_from_icon_name(name, Gtk::ICON_SIZE_LARGE_TOOLBAR);
+        heading.pack_start(image, Gtk::PACK_SHRINK);
+        break;
+    }
     auto& label = *Gtk::make_managed<Gtk::Label>(title, Gtk::ALIGN_START);
     label.set_line_wrap(true);
     label.get_style_context()->add_class("kes-node-heading");
-    heading.pack_start(image, Gtk::PACK_SHRINK);
     heading.pack_start(label, Gtk::PACK_EXPAND_WIDGET);
     return heading;
 }

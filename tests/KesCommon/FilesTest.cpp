@@ -37,6 +37,27 @@ TEST(Directories, followTheUsersEnvironmentAtEachCall)
     }
 }
 
+TEST(Directories, DataIsFoundWhereverItLiesAndTheOrderCounts)
+{
+    const KesTest::TemporaryHome home;
+    const auto mine = home.file(".local/share/kesprogram/themes/mine.css");
+    const auto shared = home.file("shared/kesprogram/themes/mine.css");
+    const auto named = home.file("named/themes/mine.css");
+    const auto find = [] { return Kes::findDataFile("themes/mine.css"); };
+    EXPECT_EQ(find(), Kes::getThemesDir() + "mine.css") << "for want of a better one";
+    setenv("XDG_DATA_DIRS", ("relative::" + home.file("none") + ":" + home.file("shared/")).c_str(), 1);
+    writeFile(shared, "");
+    EXPECT_EQ(find(), shared);
+    writeFile(mine, "");
+    EXPECT_EQ(find(), mine);
+    writeFile(named, "");
+    setenv("KES_DATA_DIR", home.file("named").c_str(), 1);
+    EXPECT_EQ(find(), named);
+    EXPECT_TRUE(fs::exists(Kes::findDataFile("themes/style.css"))) << "what the named folder has not";
+    unsetenv("KES_DATA_DIR");
+    unsetenv("XDG_DATA_DIRS");
+}
+
 TEST(FileSystem, makesFoldersAndSeesFiles)
 {
     const KesTest::TemporaryHome home;

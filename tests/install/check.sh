@@ -8,14 +8,42 @@ pulse=$1/docs/examples/pulse
 build=$2
 compiler=$3
 flags=${4:-}
+# The language standard is the program's to choose.
+standard=-std=c++20
 work=$(mktemp -d "${TMPDIR:-/tmp}/kes-install.XXXXXX")
 trap 'rm -rf "$work"' EXIT
+
+expected="$(printf 'Авария КЕСТО\nОшибка связи')"
+check() {
+    [ "$($1)" = "$expected" ] || { echo "$1 printed: $($1)" >&2; exit 1; }
+}
 
 cmake --install "$build" --prefix "$work/prefix" >/dev/null
 readelf -d "$work"/prefix/lib*/libKesProgram.so "$work"/prefix/lib/*/libKesProgram.so 2>/dev/null |
     grep -q 'soname: \[libKesProgram.so.1\]'
 pc=$(dirname "$(find "$work/prefix" -name kesprogram.pc)")
 export PKG_CONFIG_PATH="$pc"
+! pkg-config --cflags kesprogram | grep -e -std || exit 1
+
+# A program outside the prefix finds the data by the library, by a folder of shared data and by the variable, and
+# its commands are seen without any. Nothing may be said of missing data where there is some.
+libraries=$(dirname "$pc")
+mkdir -p "$work/outside" "$work/bare"
+cp -P "$work"/prefix/*/kes-overcurrent "$work/outside"
+cp -P "$libraries"/libKes*.so* "$work/bare"
+ln -s "$libraries" "$work/link"
+run() { # LIBRARIES VARIABLE=VALUE...
+    libraries_used=$1
+    shift
+    env LD_LIBRARY_PATH="$libraries_used" "$@" "$work/outside/kes-overcurrent" --language en --run --speed 5000 --quit \
+        --report "$work/report.html" --screenshot "$work/window.png" 2>"$work/said"
+}
+for place in "$libraries " "$work/link " "$work/bare XDG_DATA_DIRS=$work/prefix/share:/usr/share" \
+    "$work/bare KES_DATA_DIR=$work/prefix/share/kesprogram"; do
+    # shellcheck disable=SC2086
+    run $place || { cat "$work/said" >&2; exit 1; }
+    if grep -e kesprogram/ -e Gtk-WARNING "$work/said"; then exit 1; fi
+done
 
 # What is private is not installed, and what is installed needs nothing private: every declared function is in a
 # library, and all that headers define links.
@@ -27,12 +55,12 @@ python3 "$source/exports.py" . $(find "$work/prefix" -name 'libKes*.so')
 find . -name '*.h' | sed 's,^\./\(.*\),#include <\1>,' >"$work/all.cpp"
 echo 'int main() {}' >>"$work/all.cpp"
 # shellcheck disable=SC2046,SC2086
-"$compiler" $flags $(pkg-config --cflags kesprogram) -fkeep-inline-functions "$work/all.cpp" -o "$work/all" \
+"$compiler" $standard $flags $(pkg-config --cflags kesprogram) -fkeep-inline-functions "$work/all.cpp" -o "$work/all" \
     $(pkg-config --libs kesprogram)
 
 # Every header compiles on its own, those of widgets with the toolkit made ready for speed; once is enough.
 if [ -z "$flags" ]; then
-    command="$compiler $(pkg-config --cflags kesprogram)"
+    command="$compiler $standard $(pkg-config --cflags kesprogram)"
     echo '#include <gtkmm.h>' >"$work/toolkit.h"
     # shellcheck disable=SC2086
     $command -x c++-header "$work/toolkit.h" -o "$work/toolkit.h.gch"
@@ -54,10 +82,16 @@ program=$work/pulse/kes-pulse
 measured=$(unzip -p "$work/a.zip" time 2>/dev/null) || true
 [ "$measured" = 25 ] || { echo "measured: '$measured'" >&2; exit 1; }
 [ -s "$work/a.png" ]
+# A program of other names, and one on a system where the shell lacks a library.
+cmake -S "$source" -B "$work/cmake" -G Ninja -DCMAKE_PREFIX_PATH="$work/prefix" -DCMAKE_CXX_COMPILER="$compiler" \
+    -DCMAKE_CXX_FLAGS="$flags" >/dev/null
+cmake --build "$work/cmake" >/dev/null
+check "$work/cmake/ten-lines"
+PKG_CONFIG_PATH= PKG_CONFIG_LIBDIR=/none cmake -S "$source" -B "$work/without" -G Ninja \
+    -DCMAKE_PREFIX_PATH="$work/prefix" -DCMAKE_CXX_COMPILER="$compiler" 2>&1 | grep -q "shell. KesProgram needs giomm-2.4"
 
 # shellcheck disable=SC2046,SC2086
-"$compiler" $flags $(pkg-config --cflags kesprogram) "$source/main.cpp" -o "$work/ten-lines" \
+"$compiler" $standard $flags $(pkg-config --cflags kesprogram) "$source/main.cpp" -o "$work/ten-lines" \
     $(pkg-config --libs kesprogram)
-printed=$(LD_LIBRARY_PATH=$(pkg-config --variable=libdir kesprogram) "$work/ten-lines")
-[ "$printed" = "$(printf 'Авария КЕСТО\nОшибка связи')" ] || { echo "ten-lines printed: $printed" >&2; exit 1; }
+LD_LIBRARY_PATH=$(pkg-config --variable=libdir kesprogram) check "$work/ten-lines"
 echo "installed tree serves both builds"

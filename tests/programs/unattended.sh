@@ -12,6 +12,7 @@ expect() {
     timeout 60 "$@" >out 2>err
     status=$?
     [ $status -eq "$expected" ] || fail "status $status instead of $expected: $* ($(cat err))"
+    ! grep -q "kesprogram/" err || fail "data is missing: $(cat err)"
 }
 
 holds() {

@@ -18,7 +18,7 @@ Icons load()
     // Drawn once and scaled down: drawing each size would be felt in the time until the window is up.
     Icons icons;
     try {
-        const auto largest = Gdk::Pixbuf::create_from_file(getThemesDir() + "Icons/Shell/Program.svg",
+        const auto largest = Gdk::Pixbuf::create_from_file(findDataFile("themes/Icons/Shell/Program.svg"),
                                                            largestSize, largestSize);
         for (const int size : {16, 24, 32, 48, 64})
             icons.push_back(largest->scale_simple(size, size, Gdk::INTERP_BILINEAR));

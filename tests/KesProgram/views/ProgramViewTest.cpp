@@ -3,7 +3,9 @@
 #include <KesCommonView/StyleZoomHelper.h>
 #include <KesProgram/views/ProgramStatusBarView.h>
 #include <KesProgram/views/ProgramView.h>
+#include <KesProgram/views/StatusBarHardwareKestoIconsView.h>
 #include <KesProgram/views/StatusBarInfoView.h>
+#include <KesProgram/views/ToolButton.h>
 
 #include <utility>
 
@@ -85,6 +87,39 @@ TEST_F(ProgramViewTest, WhatIsSwitchedOffGivesTheKeyboardToTheFooter)
     content.grab_focus();
     content.set_sensitive(false);
     EXPECT_TRUE(waitFor([&] { return info.is_focus(); }));
+}
+
+TEST_F(ProgramViewTest, CommandsWithoutAPictureShowTheirTitle)
+{
+    struct Toolbar : Gtk::Toolbar, Kes::IView {
+    } toolbar;
+    toolbar.set_toolbar_style(Gtk::TOOLBAR_ICONS);
+    KesProgram::ToolButton bare("NoSuchImage", "Title\nDescription");
+    KesProgram::ToolButton drawn("ToolStopImage", "Stop\nDescription");
+    KesProgram::StatusBarHardwareKestoIconsView icons;
+    drawn.set_sensitive(false);
+    toolbar.append(bare);
+    toolbar.append(drawn);
+    window.setHeader(toolbar);
+    window.setFooter(icons);
+    show();
+    const auto getTexts = [](Gtk::Widget& root) {
+        std::vector<std::string> texts;
+        for (const auto* label : findWidgets<Gtk::Label>(root))
+            texts.push_back(label->get_text());
+        return texts;
+    };
+    EXPECT_TRUE(waitFor([&] { return getTexts(bare) == std::vector<std::string>{"Title"}; }));
+    EXPECT_TRUE(getTexts(drawn).empty());
+    icons.setAuxDCEnabled(true);
+    runPendingEvents();
+    EXPECT_TRUE(getTexts(icons).empty());
+    findWidgets<Gtk::Image>(icons).front()->get_style_context()->remove_class("AuxDcWhiteImage");
+    icons.setAuxDCEnabled(false);
+    icons.setAuxDCEnabled(true);
+    EXPECT_TRUE(waitFor([&] { return getTexts(icons).size() == 1; }));
+    icons.setAuxDCEnabled(false);
+    EXPECT_TRUE(icons.get_children().empty());
 }
 
 TEST_F(ProgramViewTest, OpensCentredOverItsParent)

@@ -1,0 +1,69 @@
+#include <KesProgram/views/detail/Pictures.h>
+
+#include <KesCommonView/Style.h>
+
+#include <gtkmm/stylecontext.h>
+
+#include <algorithm>
+
+namespace KesProgram::Pictures {
+
+namespace {
+
+constexpr int canvasSize = 128; // pixels; holds a picture of any size that the toolkit gives it
+
+bool isLoaded = false;
+
+sigc::signal<void()>& waiting()
+{
+    static sigc::signal<void()> slots;
+    return slots;
+}
+
+bool showsAnything(cairo_pattern_t* pattern)
+{
+    auto* canvas = cairo_image_surface_create(CAIRO_FORMAT_A8, canvasSize, canvasSize);
+    auto* painter = cairo_create(canvas);
+    cairo_set_source(painter, pattern);
+    cairo_paint(painter);
+    cairo_destroy(painter);
+    cairo_surface_flush(canvas);
+    const auto* begin = cairo_image_surface_get_data(canvas);
+    const auto* end = begin + cairo_image_surface_get_stride(canvas) * canvasSize;
+    const bool shown = std::any_of(begin, end, [](unsigned char alpha) { return alpha != 0; });
+    cairo_surface_destroy(canvas);
+    return shown;
+}
+
+} // namespace
+
+void load()
+{
+    KesView::Style::setStyle("Icons.css");
+    isLoaded = true;
+    waiting().emit();
+    waiting().clear();
+}
+
+void afterLoad(const sigc::slot<void()>& slot)
+{
+    if (isLoaded)
+        slot();
+    else
+        waiting().connect(slot);
+}
+
+bool has(const Gtk::Widget& widget)
+{
+    auto* context = gtk_widget_get_style_context(const_cast<GtkWidget*>(widget.gobj()));
+    cairo_pattern_t* pattern = nullptr;
+    gtk_style_context_get(context, gtk_style_context_get_state(context), GTK_STYLE_PROPERTY_BACKGROUND_IMAGE,
+                          &pattern, nullptr);
+    if (!pattern)
+        return false;
+    const bool shown = showsAnything(pattern);
+    cairo_pattern_destroy(pattern);
+    return shown;
+}
+
+} // namespace KesProgram::Pictures
