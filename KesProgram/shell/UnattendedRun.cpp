@@ -176,10 +176,10 @@ void UnattendedRun::_onWindowShown()
 /// Whether the program can write what it is asked for.
 Kes::Result UnattendedRun::_checkFiles()
 {
-    static constexpr lng::TextPair noReport{"This program writes no report.",
-                                            "Эта программа не создаёт протокол."};
+    static constexpr lng::Text noReport{"Unattended.noReport", "This program writes no report.",
+                                        "Эта программа не создаёт протокол."};
     if (!_commandLine.report.empty() && !_writeReport && !_model.hasReport())
-        return Kes::Result::failure(lng::choose(noReport));
+        return Kes::Result::failure(noReport.get());
     return _commandLine.results.empty() ? Kes::Result(true) : _model.checkResultsFile(_commandLine.results);
 }
 
@@ -255,7 +255,8 @@ void UnattendedRun::_writeFiles()
     if (_commandLine.screenshot.empty())
         _complete();
     else if (window)
-        _picture = std::make_unique<WindowPicture>(*window, [this] { _later(&UnattendedRun::_takeScreenshot); });
+        _picture =
+            std::make_unique<WindowPicture>(*window, [this] { _later(&UnattendedRun::_takeScreenshot); });
     else
         _later(&UnattendedRun::_takeScreenshot);
 }

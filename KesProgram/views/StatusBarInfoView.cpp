@@ -1,7 +1,7 @@
 #include <KesProgram/views/StatusBarInfoView.h>
 
+#include <KesCommon/Text.h>
 #include <KesCommonView/GtkWidgetHelper.h>
-#include <KesProgram/text/TextPair.h>
 #include <KesProgram/views/detail/StatusArea.h>
 
 #include <atkmm/object.h>
@@ -15,7 +15,8 @@ StatusBarInfoView::StatusBarInfoView()
     set_hexpand(true);
     makeStatusArea(*this);
     set_can_focus(true);
-    get_accessible()->set_description(lng::choose({"State of the program", "Состояние программы"}));
+    static constexpr lng::Text description{"StatusBar.info", "State of the program", "Состояние программы"};
+    get_accessible()->set_description(description.get());
 
     _label.get_style_context()->add_class("status_label");
     _label.set_halign(Gtk::ALIGN_START);

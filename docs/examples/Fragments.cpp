@@ -17,18 +17,21 @@ namespace KesExamples {
 namespace {
 
 //! [texts]
-constexpr Kes::TextTable table({{"error.Lost", "Lost", "Потеряно"}, {"state.On", "On", "Включено"}});
+constexpr Kes::TextTable table("Example", {{"error.Lost", "Lost", "Потеряно"},
+                                           {"state.On", "On", "Включено"}});
 const char* get(const std::string& key)
 {
     return table.get(key);
 }
 //! [texts]
 
+constexpr lng::Text off{"Output.off", "Off", "Выключено"};
+
 } // namespace
 
 std::string getLost()
 {
-    return get("error.Lost");
+    return get("error.Lost") + std::string(off.get());
 }
 
 KesMeasure::PlannedMeasurement planOvervoltage(const KesDriver::OutputStep& healthy,

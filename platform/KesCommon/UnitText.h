@@ -2,7 +2,7 @@
 
 #include <KesCommon/Text.h>
 
-/// The signs of units, as they stand behind a number.
+/// The signs of units, as they stand behind a number. Any thread.
 namespace lng::Unit {
 
 inline constexpr Text none;

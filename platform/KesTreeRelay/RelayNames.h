@@ -2,7 +2,7 @@
 
 #include <KesCommon/Text.h>
 
-/// Names of a relay's values, for the test object and for what is written about it.
+/// Names of a relay's values, for the test object and for what is written about it. Any thread.
 namespace KesTree::RelayNames {
 
 inline constexpr lng::Text nominalCurrent{"Relay.nominalCurrent", "Nominal current In", "Номинальный ток Iн"};

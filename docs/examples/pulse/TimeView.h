@@ -1,8 +1,8 @@
 #pragma once
 
 #include <KesCommon/StringHelper.h>
+#include <KesCommon/Text.h>
 #include <KesCommonView/IView.h>
-#include <KesProgram/text/TextPair.h>
 
 #include <gtkmm/label.h>
 
@@ -16,12 +16,11 @@ public:
 
     void setTime(std::optional<double> time)
     {
-        if (time)
-            set_text(Kes::StringHelper::format(
-                lng::choose({"The contact closed after %.3f ms.", "Контакт замкнулся через %.3f мс."}),
-                *time));
-        else
-            set_text(lng::choose({"Nothing has been measured yet.", "Измерений ещё не было."}));
+        static constexpr lng::Text closed{"Pulse.closed", "The contact closed after %.3f ms.",
+                                          "Контакт замкнулся через %.3f мс."};
+        static constexpr lng::Text nothing{"Pulse.nothing", "Nothing has been measured yet.",
+                                           "Измерений ещё не было."};
+        set_text(time ? Kes::StringHelper::format(closed.get(), *time) : nothing.get());
     }
 };
 //! [view]

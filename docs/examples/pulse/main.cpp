@@ -1,14 +1,15 @@
 #include "PulsePresenter.h"
 
+#include <KesCommon/Text.h>
 #include <KesProgram/shell/ProgramMain.h>
-#include <KesProgram/text/TextPair.h>
 
 //! [main]
 int main(int argc, char** argv)
 {
     const auto summary = [] {
-        return std::string(lng::choose(
-            {"Measures how long contact 1 takes to close.", "Измеряет время замыкания контакта 1."}));
+        return std::string(lng::Text("Pulse.summary", "Measures how long contact 1 takes to close.",
+                                     "Измеряет время замыкания контакта 1.")
+                               .get());
     };
     const auto create = [](const KesProgram::CommandLine& commandLine) {
         KesProgram::ProgramMain::Parts parts;
