@@ -17,8 +17,8 @@ namespace KesExamples {
 namespace {
 
 //! [texts]
-constexpr Kes::TextTable table("Example", {{"error.Lost", "Lost", "Потеряно"},
-                                           {"state.On", "On", "Включено"}});
+constexpr Kes::TextTable table("Example",
+                               {{"error.Lost", "Lost", "Потеряно"}, {"state.On", "On", "Включено"}});
 const char* get(const std::string& key)
 {
     return table.get(key);

@@ -13,8 +13,8 @@ namespace Kes {
 
 /// The texts of one library by key, a compile-time constant; a key given twice does not compile.
 ///
-///     constexpr Kes::TextTable table("Example", {{"error.Lost", "Lost", "Потеряно"},
-///                                                {"state.On", "On", "Включено"}});
+///     constexpr Kes::TextTable table("Example",
+///                                    {{"error.Lost", "Lost", "Потеряно"}, {"state.On", "On", "Включено"}});
 ///     const char* get(const std::string& key)
 ///     {
 ///         return table.get(key);
