@@ -234,7 +234,7 @@ TEST(ResultTextsTest, NameFaultAndStageOfEachPoint)
         for (const auto& cell : row.cells)
             all += cell + "|";
     EXPECT_THAT(all, HasSubstr("1|BC|6.00|6.000|I>>|0.300|0.310|"));
-    EXPECT_THAT(all, HasSubstr("2|N|6.00|1.200|I0>|0.500|-|"));
+    EXPECT_THAT(all, HasSubstr("2|N|6.00|1.200|I0>|0.500|—|"));
     EXPECT_EQ(table.values[0].name, "Pick-up (BC, I>)");
     EXPECT_THAT(ResultTexts::describe(results, results.points[1]), HasSubstr("N, 6.00 × Is, I0>"));
 }

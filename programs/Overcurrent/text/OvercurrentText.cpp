@@ -18,7 +18,7 @@ constexpr lng::Text texts[] = {
     {"Report.results", "Operate times", "Время срабатывания"},
     {"Report.values", "Pick-up and drop-off", "Токи срабатывания и возврата"},
     {"Report.chart", "Characteristic", "Характеристика"},
-    {"Report.unmeasured", "no operate time", "время не измерено"},
+    {"Report.unmeasured", "time not measured", "время не измерено"},
 
     {"State.point", "Point %zu of %zu: %s, %s × Is", "Точка %zu из %zu: %s, %s × Iуст"},
     {"State.pickUp", "Pick-up", "Ток срабатывания"},
