@@ -161,7 +161,7 @@ TEST(PdfReportTest, AFileThatCannotBeWrittenIsAnError)
 
 TEST_F(PdfFailuresTest, WithoutWeasyPrintTheUserIsToldWhatToInstall)
 {
-    EXPECT_THAT(fail(path), HasSubstr("Install the package \"weasyprint\""));
+    EXPECT_THAT(fail(path), HasSubstr("Install the package “weasyprint”"));
     EXPECT_EQ(KesTest::readFile(path), "former");
     // HTML needs it not.
     EXPECT_EQ(fail(home.file("report.html")), "no failure");

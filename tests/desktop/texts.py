@@ -163,7 +163,7 @@ def glossary():
 
 def _hasStems(words, text):
     """Whether the Russian text has every word, in any of its forms."""
-    return all(re.search(rf"\b{word[:max(2, len(word) - 3)]}", text, re.IGNORECASE) for word in words.split())
+    return all(re.search(rf"\b{re.escape(word[:max(2, len(word) - 3)])}", text, re.IGNORECASE) for word in words.split())
 
 
 def glossaryProblems():

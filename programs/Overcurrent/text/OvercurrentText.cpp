@@ -174,7 +174,7 @@ constexpr lng::Text texts[] = {
     {"PlanView.from", "from", "от"},
     {"PlanView.to", "to", "до"},
     {"PlanView.step", "step", "шаг"},
-    {"PlanView.dwell", "step time", "длительность шага"},
+    {"PlanView.dwell", "step time", "длит. шага"},
     {"PlanView.pickUpRamp", "Pick-up ramp", "Подъём тока"},
     {"PlanView.dropOffRamp", "Drop-off ramp", "Снижение тока"},
     {"PlanView.fieldName", "%s, %s", "%s, %s"},
