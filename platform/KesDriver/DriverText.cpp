@@ -45,9 +45,9 @@ constexpr lng::Text texts[] = {
 
     {"Fault.connection", "connection error", "ошибка связи"},
     {"Fault.quickShutdown", "the emergency button was pressed", "нажата аварийная кнопка"},
-    {"Fault.disconnected", "%s — channel is disconnected", "%s — канал отключён"},
-    {"Fault.overheat", "%s — overheat", "%s — перегрев"},
-    {"Fault.overload", "%s — overload", "%s — перегрузка"},
+    {"Fault.disconnected", "%s - channel is disconnected", "%s - канал отключён"},
+    {"Fault.overheat", "%s - overheat", "%s - перегрев"},
+    {"Fault.overload", "%s - overload", "%s - перегрузка"},
 
     {"Limit.above", "%s: %s %s is above the limit of %s %s.", "%s: %s %s больше предела %s %s."},
     {"Limit.below", "%s: %s %s is below the limit of %s %s.", "%s: %s %s меньше предела %s %s."},

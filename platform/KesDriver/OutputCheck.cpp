@@ -108,11 +108,6 @@ Kes::Result checkMoment(const Moment& moment, const OutputLimits& limits)
     return checkFrequencies(moment, hertz(limits));
 }
 
-double toSeconds(DeviceTime time)
-{
-    return std::chrono::duration<double>(time).count();
-}
-
 /// The value at the end of a ramp; on the limit when it misses it by a rounding only.
 double rampEnd(double value, double rate, double seconds, const Range& range)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KesCommon/Export.h>
+#include <KesDriver/DeviceTime.h>
 
 #include <array>
 #include <chrono>
@@ -14,9 +15,6 @@
 /// What a device puts out and reads, as values. Magnitudes are effective values in amperes and volts, angles
 /// degrees, frequencies hertz, times the device's own clock. Any thread.
 namespace KesDriver {
-
-/// Time on a device's own clock, in microseconds since the device was switched on.
-using DeviceTime = std::chrono::microseconds;
 
 /// Time on the clock that devices share in a synchronisation mode with a common clock, in microseconds.
 using CommonTime = std::chrono::duration<std::int64_t, std::micro>;

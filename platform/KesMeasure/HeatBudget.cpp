@@ -17,11 +17,6 @@ double square(double value)
     return value * value;
 }
 
-double toSeconds(KesDriver::DeviceTime time)
-{
-    return std::chrono::duration<double>(time).count();
-}
-
 /// Of the three and their sum.
 double largestCurrent(const std::array<KesDriver::Phasor, 3>& currents)
 {
@@ -77,7 +72,7 @@ void HeatBudget::add(double amperes, double seconds)
 
 void HeatBudget::add(const KesDriver::OutputStep& step, KesDriver::DeviceTime time)
 {
-    add(largestCurrent(step), toSeconds(time));
+    add(largestCurrent(step), KesDriver::toSeconds(time));
 }
 
 void HeatBudget::add(const KesDriver::OutputSequence& sequence)

@@ -48,7 +48,7 @@ constexpr lng::Text texts[] = {
     {"Run.sequenceEnded", "The device ended the output before its time. Start the test again.",
      "Устройство прекратило выдачу раньше времени. Запустите проверку снова."},
     {"Run.sequenceLost",
-     "The device does not report the end of the output. Check the network, and start the test again.",
+     "The device does not announce the end of the output. Check the network, and start the test again.",
      "Устройство не сообщает об окончании выдачи. Проверьте сеть и запустите проверку снова."},
 
     {"Run.times", "%s; %s elapsed, about %s left", "%s; прошло %s, осталось около %s"},

@@ -3,6 +3,7 @@
 #include <KesMeasure/Mark.h>
 
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -42,6 +43,9 @@ struct ResultTable {
         /// Names the row in files, the same in all languages, such as "overvoltage.pickUp".
         std::string id{};
         Band band{};
+        /// What files hold in the place of cells in the user's language, by the column's name: the same in all
+        /// languages.
+        std::map<std::string, std::string> words{};
 
         bool operator==(const Row&) const = default;
     };
@@ -53,7 +57,7 @@ struct ResultTable {
         Mark mark = Mark::None;
         /// As that of a row.
         std::string id{};
-        /// The number in `value` with its unit, for files; nothing when it was not measured.
+        /// The number in `value` with its unit and its digits, for files; nothing when it was not measured.
         std::optional<double> number{};
         std::string unit{};
         Band band{};

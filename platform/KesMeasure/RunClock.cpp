@@ -11,11 +11,6 @@ namespace {
 /// A step that takes longer than expected stands still a little before its end.
 constexpr double mostOfStep = 0.98;
 
-double toSeconds(KesDriver::DeviceTime time)
-{
-    return std::chrono::duration<double>(time).count();
-}
-
 } // namespace
 
 RunClock::RunClock(std::vector<double> steps) : _steps(std::move(steps)) {}
@@ -48,10 +43,10 @@ RunTimes RunClock::getTimes()
     const double whole = std::accumulate(_steps.begin(), _steps.end(), 0.0);
     const double rest = std::accumulate(present, _steps.end(), 0.0);
     const double expected = _number > 0 ? _steps[_number - 1] : 0.0;
-    const double left = std::max(expected - toSeconds(_now - _stepBegin), 0.0);
+    const double left = std::max(expected - KesDriver::toSeconds(_now - _stepBegin), 0.0);
     const double shown = std::max(left, expected * (1.0 - mostOfStep));
     RunTimes times;
-    times.elapsed = _begin ? toSeconds(_now - *_begin) : 0.0;
+    times.elapsed = _begin ? KesDriver::toSeconds(_now - *_begin) : 0.0;
     times.remaining = rest + left;
     if (whole > 0.0 && _number > 0)
         _share = std::clamp((whole - rest - shown) / whole, _share, 1.0);

@@ -9,8 +9,20 @@ namespace KesMeasure {
 
 namespace {
 
-/// In characters; longer values get a line more.
+/// In characters; longer names and values get a line more.
+constexpr int widestName = 19;
+constexpr int leastValue = 20;
 constexpr int widestValue = 29;
+
+/// Breaks lines from `most` characters on, and as early as at `least` where there is no room.
+void wrap(Gtk::Label& label, int least, int most)
+{
+    label.set_line_wrap(true);
+    label.set_xalign(0.0f);
+    label.set_valign(Gtk::ALIGN_START);
+    label.set_width_chars(std::min(static_cast<int>(label.get_text().size()), least));
+    label.set_max_width_chars(most);
+}
 
 } // namespace
 
@@ -37,15 +49,14 @@ void SettingsView::setLines(const std::vector<TextLine>& lines)
     for (const auto& line : lines) {
         auto& name = *Gtk::manage(new Gtk::Label(line.name, Gtk::ALIGN_START));
         const bool isTitle = line.value.empty();
+        if (!isTitle)
+            wrap(name, widestName, widestName);
         name.get_style_context()->add_class(isTitle ? "settings-title" : "dim-label");
         _lines.attach(name, 0, row, isTitle ? 2 : 1, 1);
         if (!isTitle) {
             auto& value = *Gtk::manage(new Gtk::Label(line.value, Gtk::ALIGN_START));
             value.set_hexpand(true);
-            value.set_line_wrap(true);
-            value.set_xalign(0.0f);
-            value.set_width_chars(std::min(static_cast<int>(value.get_text().size()), widestValue));
-            value.set_max_width_chars(widestValue);
+            wrap(value, leastValue, widestValue);
             _lines.attach(value, 1, row, 1, 1);
         }
         ++row;

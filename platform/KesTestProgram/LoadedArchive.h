@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KesTestProgram/ArchiveHead.h>
 #include <KesTree/Node.h>
 
 #include <functional>
@@ -9,16 +10,13 @@
 namespace KesTestProgram {
 
 /// What has been read of an archive file, for the model to take over. A value. GUI thread.
-struct LoadedArchive {
-    /// As `KesTree::Node::serialize` writes it; for the test object to accept or refuse. Empty when lost.
-    std::string settings;
+struct LoadedArchive : ArchiveHead {
+    explicit LoadedArchive(const ArchiveHead& head) : ArchiveHead(head) {}
+
     /// Puts everything but the settings into the model.
     std::function<void()> take;
 
-    // What could not be read; of a repaired file only.
-    bool areResultsLost = false;
-    bool isOriginLost = false;
-    /// Of the program's other parts, as texts for the user.
+    /// What could not be read of the program's other parts, as texts for the user.
     std::vector<std::string> otherLosses;
     /// Nothing but the settings is left.
     bool isRestLost = false;

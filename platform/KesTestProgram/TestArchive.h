@@ -2,6 +2,7 @@
 
 #include <KesCommon/Export.h>
 #include <KesMeasure/TestRecord.h>
+#include <KesTestProgram/ArchiveHead.h>
 #include <KesTestProgram/TestKind.h>
 
 #include <istream>
@@ -16,13 +17,8 @@ namespace KesTestProgram {
 /// The file holds three streams: "info.xml" (program, version of the form and, when a test has been made, its
 /// circumstances with a checksum), "settings.xml" (the test object's values) and
 /// "test-results.xml" (empty before the first test). The same content gives the same bytes.
-struct KES_EXPORT TestArchive {
-    /// As `KesTree::Node::serialize` writes it; for the test object to accept or refuse. Empty when lost.
-    std::string settings;
+struct KES_EXPORT TestArchive : ArchiveHead {
     std::optional<KesMeasure::TestRecord> record;
-    /// What `repair` could not read.
-    bool areResultsLost = false;
-    bool isOriginLost = false;
 
     /// Never null. Positioned at the beginning. Throws std::runtime_error with a text for the user when it is
     /// more than could be read again.

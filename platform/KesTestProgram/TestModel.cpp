@@ -84,10 +84,7 @@ std::optional<LoadedArchive> TestModel::_readArchive(std::istream& stream, bool 
     const auto archive = isRepair ? TestArchive::repair(_kind, stream) : TestArchive::read(_kind, stream);
     if (!archive)
         return std::nullopt;
-    LoadedArchive loaded;
-    loaded.settings = archive->settings;
-    loaded.areResultsLost = archive->areResultsLost;
-    loaded.isOriginLost = archive->isOriginLost;
+    LoadedArchive loaded(*archive);
     loaded.isRestLost = !archive->record;
     if (archive->record)
         loaded.putSettingsOfTest = [settings = archive->record->settings](KesTree::Node& testObject) {

@@ -150,7 +150,7 @@ TEST_F(KestoTest, PassesPlausibleEventsOn)
 TEST_F(KestoTest, StopsAndLetsGoOfADeviceThatTalksNonsense)
 {
     using namespace KesDriver;
-    const std::string nonsense = "KESTO-3 No. 00017 (192.168.1.2) sends data that make no sense.";
+    const auto nonsense = nonsenseOf("KESTO-3 No. 00017 (192.168.1.2)");
     const Report reports[] = {InputEvent{9, true, 400us, {}}, InputEvent{0, true, 400us, {}},
                               InputEvent{1, true, 400us, 2},  StepEvent{2, 400us},
                               InputEvent{1, true, 99us, {}},  InputEvent{1, true, DeviceTime::max(), {}},
@@ -284,18 +284,17 @@ TEST_F(KestoTest, BelievesTheLatestOfStateAndFaultWhileItConnects)
 
 TEST_F(KestoTest, RefusesNonsensicalAnswers)
 {
-    const std::string nonsense = " sends data that make no sense.";
     for (const auto& identifer :
          {KesDriver::KestoIdentifer(0, 5), KesDriver::KestoIdentifer(5, 0),
           KesDriver::KestoIdentifer(0xFFFF, 5), KesDriver::KestoIdentifer(5, 0xFFFFFFFFU)}) {
         fake.setIdentifer(identifer);
-        EXPECT_EQ(message(kesto.connect()), "KESTO (192.168.1.2)" + nonsense);
+        EXPECT_EQ(message(kesto.connect()), nonsenseOf("KESTO (192.168.1.2)"));
     }
     fake.setIdentifer({5, 5});
     ASSERT_TRUE(kesto.connect());
     fake.setState({true, true, std::numeric_limits<double>::quiet_NaN(), ""});
     EXPECT_FALSE(kesto.updateState());
-    EXPECT_EQ(kesto.getOperationError(), "KESTO-5 No. 00005 (192.168.1.2)" + nonsense);
+    EXPECT_EQ(kesto.getOperationError(), nonsenseOf("KESTO-5 No. 00005 (192.168.1.2)"));
 }
 
 TEST_F(KestoTest, RefusesADeviceWhoseWatchdogIsTooSlow)

@@ -72,7 +72,7 @@ TEST_F(NetworkDeviceTest, NonsenseSwitchesOff)
     ASSERT_TRUE(waitUntil([this] { return !device->isWorking(); }));
     EXPECT_LT(Clock::now() - before, 3s);
     ASSERT_TRUE(waitUntil([this] { return kesto->getState() == DeviceState::Faulty; }));
-    const std::string reason = "KESTO-3 No. 00017 (127.8.0.2) sends data that make no sense.";
+    const auto reason = KesTest::nonsenseOf("KESTO-3 No. 00017 (127.8.0.2)");
     EXPECT_EQ(kesto->getOperationError(), reason);
     ASSERT_TRUE(waitUntil([&] { return record.has(reason); }));
     EXPECT_THAT(record.take(), ElementsAre(reason));

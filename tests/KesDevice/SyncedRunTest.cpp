@@ -180,7 +180,7 @@ TEST_F(SyncedRunTest, WhatCannotBeStartedTogetherIsRefusedAndNothingRuns)
     const std::vector<OutputSequence> four(4, amperes(1, 1h));
     const std::vector<OutputSequence> withoutFirst{{}, amperes(1, 1h), amperes(1, 1h)};
     const std::tuple<Kind, std::vector<OutputSequence>, const char*> rows[] = {
-        {Kind::PowerNetwork, three(1h), "cannot be run in the synchronisation mode \"Mains voltage\""},
+        {Kind::PowerNetwork, three(1h), "cannot be run in the synchronisation mode “Mains voltage”"},
         {Kind::None, three(1h), "Without synchronisation only one device"},
         {Kind::GPS, tooMuch, "(192.168.1.3): Step 2. IA: 33 A is above the limit of 32 A."},
         {Kind::GPS, four, "There are 4 sequences, but only 3 devices."},

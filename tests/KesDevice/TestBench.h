@@ -1,7 +1,9 @@
 #pragma once
 
 #include <KesCommon/ObjectErrorHelper.h>
+#include <KesCommon/StringHelper.h>
 #include <KesDevice/HardwareManager.h>
+#include <KesDevice/HardwareManagerText.h>
 
 #include <support/FakeKestoLink.h>
 
@@ -29,6 +31,12 @@ inline std::string message(const Kes::Result& result)
 }
 
 /// Puts a device with the fake's link into the configuration.
+/// What is told of a device that talks nonsense.
+inline std::string nonsenseOf(const char* device)
+{
+    return Kes::StringHelper::format(lng::HardwareManager::get("Errors.Kesto.nonsense"), device);
+}
+
 inline Kesto* add(HardwareManager& hardware, FakeKesto& fake, std::uint8_t last)
 {
     const auto kesto = Kesto::create(address(last), fake.createLink());

@@ -31,8 +31,14 @@ std::string makeData(const std::string& origin, const std::string& language, int
     for (int line = 0; line < 5; ++line)
         filler += " " + std::string(70, 'x');
     std::ostringstream xml;
+    const bool isRussian = language == "ru-RU";
     xml << "<report language='" << language << "' verdict='passed' outcome='All well' origin='" << origin
-        << "' device='KESTO' startedAt='2020'><chart width='640' height='400'><x at='0' label='leftmost'/>"
+        << "' device='KESTO' startedAt='2020'><captions><line name='page' value='"
+        << (isRussian ? "Страница " : "Page ") << "'/><line name='ofPages' value='"
+        << (isRussian ? " из " : " of ") << "'/><line name='simulated' value='"
+        << (isRussian ? "ИМИТИРУЕМОЕ УСТРОЙСТВО" : "SIMULATED DEVICE")
+        << "'/><line name='unknown' value='ORIGIN UNKNOWN'/></captions><chart width='640' height='400'><x "
+           "at='0' label='leftmost'/>"
            "<y at='0' label='topmost'/><band points='0,0 9,9 0,9'/><curve points='0,0 "
            "9,9'/></chart><results><column name='number' title='Rowhead' kind='word'/>"
            "<column name='text' title='Text' kind='word'/><column name='verdict' title='' kind='word'/>";
@@ -155,7 +161,7 @@ TEST(PdfReportTest, AFileThatCannotBeWrittenIsAnError)
 
 TEST_F(PdfFailuresTest, WithoutWeasyPrintTheUserIsToldWhatToInstall)
 {
-    EXPECT_THAT(fail(path), HasSubstr("Install the package \"weasyprint\""));
+    EXPECT_THAT(fail(path), HasSubstr("Install the package “weasyprint”"));
     EXPECT_EQ(KesTest::readFile(path), "former");
     // HTML needs it not.
     EXPECT_EQ(fail(home.file("report.html")), "no failure");

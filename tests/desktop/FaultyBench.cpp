@@ -13,7 +13,7 @@
 namespace {
 
 constexpr auto repeatInterval = std::chrono::milliseconds(20);
-constexpr guint duration = 400; // milliseconds
+constexpr guint duration = 2500; // milliseconds
 
 void forEachDevice(const std::function<void(KesDriver::SimulatedKesto&)>& action)
 {

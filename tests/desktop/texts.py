@@ -2,6 +2,7 @@
 command reference names, are the words that the programs show. Run as a program it checks all of them; with
 "table" it prints the table that a translator fills, with "artificial" one in letters that no other text has."""
 
+import html
 import os
 import pathlib
 import re
@@ -112,6 +113,81 @@ def keyProblems():
         yield from (f"{path}: no text '{key}'" for key in used if key not in keys)
 
 
+# Texts that old files and other programs know by their bytes.
+FIXED = ("Program.", "Fault.", "FileManager.", "TreePresenters.", "Driver.Fault.")
+MISPRINTS = {
+    "any": r"\.\.\.|\s-\s|\bx I|(?<!=)\"",
+    "en": r"[«»]|\d,\d|[А-Яа-яё]{2}",
+    "ru": r"[“”]|\bI[ns]\b|(?<![\w.=])\d+\.\d+(?![\d.])|\b(?:отключен|подключен|включен|введен|изменен|еще|ее|счет|отчет|"
+          r"подъем|расчет|прием|объем|причем|идет)\b",
+}
+
+
+def pages():
+    """The help pages as their readers see them, with their languages, and the entries of the desktop's menu."""
+    for path in sorted(pathlib.Path(SOURCES, "data", "help").glob("*.html")):
+        page = re.sub(r'<p class="formula">.*?</p>|<[^>]*>', " ", path.read_text(encoding="utf-8"), flags=re.S)
+        language = path.name.split(".")[1][:2]
+        page = html.unescape(page)
+        for key, pair in TEXTS.items():
+            if key.startswith(FIXED):
+                page = page.replace(pair[LANGUAGES.index(language)].split("\n")[0], " ")
+        yield path.name, language, page
+    for path in sorted(pathlib.Path(SOURCES, "data", "desktop").glob("*.desktop")):
+        for line in path.read_text(encoding="utf-8").split("\n"):
+            if re.match(r"(GenericName|Comment|Keywords)\b", line):
+                yield path.name, "ru" if "[ru]" in line else "en", line.split("=", 1)[1]
+
+
+def read():
+    """All that users read: where it stands, language, text."""
+    for key, pair in TEXTS.items():
+        if not key.startswith(FIXED):
+            yield from ((key, language, text) for language, text in zip(LANGUAGES, pair))
+    yield from pages()
+
+
+def misprints():
+    for place, language, text in read():
+        for misprint in re.finditer(f"{MISPRINTS['any']}|{MISPRINTS[language]}", text):
+            yield f"{place}: '{misprint[0]}' in '{text[max(0, misprint.start() - 30):misprint.end() + 30]}'"
+
+
+def glossary():
+    """Rows of the page: English word, Russian words, words that are not used."""
+    for line in pathlib.Path(SOURCES, "docs", "glossary.md").read_text(encoding="utf-8").split("\n"):
+        cells = [cell.strip() for cell in line.strip("|").split("|")]
+        if len(cells) == 4 and cells[0] not in ("English", "---"):
+            yield cells[0], cells[1].split(", "), [word for word in cells[3].split(", ") if word]
+
+
+def _hasStems(words, text):
+    """Whether the Russian text has every word, in any of its forms."""
+    return all(re.search(rf"\b{re.escape(word[:max(2, len(word) - 3)])}", text, re.IGNORECASE) for word in words.split())
+
+
+def glossaryProblems():
+    everything = list(read())
+    english = {key: pair[0] for key, pair in TEXTS.items()}
+    # What is part of a longer word of the glossary has been looked at when its own turn comes.
+    for word, russians, unused in sorted(glossary(), key=lambda row: -len(row[0])):
+        pattern = re.compile(rf"\b{word}\b", re.IGNORECASE)
+
+        def isTranslated(text):
+            return any(_hasStems(one, text) for one in russians)
+
+        for language, isFound in (("en", pattern.search), ("ru", isTranslated)):
+            if not any(isFound(text) for _, other, text in everything if other == language):
+                yield f"glossary: nobody reads '{word}' in {language}"
+        for key, (_, russian) in TEXTS.items():
+            if pattern.search(english[key]) and not isTranslated(russian):
+                yield f"{key}: '{word}' is not {russians} in '{russian}'"
+            english[key] = pattern.sub("", english[key])
+        for place, _, text in everything:
+            yield from (f"{place}: '{one}' is not used" for one in unused
+                        if re.search(rf"\b{one}(?!\w)", text, re.IGNORECASE))
+
+
 def printTable(translate):
     """As lines of a `lng::Translation`."""
     for key, (english, _) in TEXTS.items():
@@ -125,4 +201,4 @@ if __name__ == "__main__":
     if sys.argv[1:]:
         printTable(artificial if sys.argv[1] == "artificial" else str)
     else:
-        sys.exit("\n".join((*formProblems(), *keyProblems())) or None)
+        sys.exit("\n".join((*formProblems(), *keyProblems(), *misprints(), *glossaryProblems())) or None)

@@ -93,11 +93,6 @@ KesDriver::Phasor sum(const std::array<KesDriver::Phasor, 3>& phases)
     return {std::hypot(x, y), std::atan2(y, x) * radian};
 }
 
-KesDriver::DeviceTime toDeviceTime(double seconds)
-{
-    return KesDriver::DeviceTime(std::llround(seconds * 1e6));
-}
-
 } // namespace
 
 bool ModelRelay::_isFaultSeen() const
@@ -276,7 +271,7 @@ void ModelRelayObject::_move(Contact& contact, bool isClosed, double at)
     if (contact.isClosed == isClosed)
         return;
     for (const double share : {1.0, 0.7, 0.4, 0.3, 0.0})
-        if (const auto time = toDeviceTime(at + share * _relay.bounce);
+        if (const auto time = KesDriver::toDeviceTime(at + share * _relay.bounce);
             contact.movements.empty() || time < contact.movements.back())
             contact.movements.push_back(time);
     // An even number of them leaves the contact where it was.

@@ -189,11 +189,11 @@ TEST(PlanTextsTest, AWrongTextKeepsNoOtherFromBeingTaken)
     auto error = texts.read(plan);
     ASSERT_TRUE(error);
     EXPECT_EQ(error->field, PlanField::Multiples);
-    EXPECT_EQ(error->text, "Points: \"x\" is not a number.");
+    EXPECT_EQ(error->text, "Points: “x” is not a number.");
     EXPECT_EQ(plan, expected);
     texts[PlanField::Multiples] = "2 3";
     texts[PlanField::Timeout] = "60";
     error = texts.read(plan);
     ASSERT_TRUE(error);
-    EXPECT_EQ(error->text, "Drop-off ramp, step: \"\" is not a number.");
+    EXPECT_EQ(error->text, "Drop-off ramp, step: “” is not a number.");
 }

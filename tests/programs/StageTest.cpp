@@ -5,7 +5,10 @@
 #include <Overcurrent/data/TestSequences.h>
 #include <Overcurrent/data/TimeBand.h>
 
+#include <support/LanguageScope.h>
 #include <support/Message.h>
+
+#include <KesMeasure/ResultFile.h>
 
 #include <gmock/gmock.h>
 
@@ -234,7 +237,15 @@ TEST(ResultTextsTest, NameFaultAndStageOfEachPoint)
         for (const auto& cell : row.cells)
             all += cell + "|";
     EXPECT_THAT(all, HasSubstr("1|BC|6.00|6.000|I>>|0.300|0.310|"));
-    EXPECT_THAT(all, HasSubstr("2|N|6.00|1.200|I0>|0.500|-|"));
+    EXPECT_THAT(all, HasSubstr("2|N|6.00|1.200|I0>|0.500|—|"));
     EXPECT_EQ(table.values[0].name, "Pick-up (BC, I>)");
     EXPECT_THAT(ResultTexts::describe(results, results.points[1]), HasSubstr("N, 6.00 × Is, I0>"));
+
+    const KesTest::LanguageScope russian(lng::Russian);
+    results.dropOff = RampResult{MeasureState::Measured, 0.97, 0.98};
+    KesMeasure::TestSummary summary;
+    summary.table = ResultTexts::createTable(results);
+    const auto file = KesMeasure::ResultFile::toText(KesMeasure::ResultFile::Kind::Csv, summary);
+    EXPECT_THAT(file, HasSubstr("\npoint.BC.6,1,BC,")) << "the letters of a fault are those of the id";
+    EXPECT_THAT(file, testing::ContainsRegex("\nratio,.*,0.97,,passed")) << "as many digits as on the screen";
 }

@@ -81,12 +81,12 @@ TEST_F(WindowTest, MarksAWrongValueAndAsksBeforeItSavesWithoutIt)
     auto& timeout = entry("Time-out");
     timeout.set_text("sixty");
     EXPECT_TRUE(timeout.get_style_context()->has_class("error"));
-    EXPECT_EQ(timeout.get_accessible()->get_description(), "Time-out: \"sixty\" is not a number.");
-    entry("Pause before each point").set_text("0.7");
+    EXPECT_EQ(timeout.get_accessible()->get_description(), "Time-out: “sixty” is not a number.");
+    entry("Pause before each measurement").set_text("0.7");
     EXPECT_EQ(model.getPlan().pause, 0.7);
     dialogs.answer(Kes::DialogResult::No);
     presenter.saveArchive();
-    EXPECT_THAT(dialogs.getTexts().back(), HasSubstr("Time-out: \"sixty\" is not a number."));
+    EXPECT_THAT(dialogs.getTexts().back(), HasSubstr("Time-out: “sixty” is not a number."));
     EXPECT_TRUE(model.getArchiveManager()->isFileChanged());
     dialogs.answer(Kes::DialogResult::Yes);
     presenter.saveArchive();

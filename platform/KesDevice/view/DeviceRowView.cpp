@@ -1,6 +1,7 @@
 #include <KesDevice/view/DeviceRowView.h>
 
 #include <KesCommon/StringHelper.h>
+#include <KesCommon/UnitText.h>
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesDevice/view/detail/DeviceViewText.h>
 
@@ -26,7 +27,7 @@ DeviceRowView::DeviceRowView()
       _remove("list-remove-symbolic"),
       _auxDC(Gtk::ORIENTATION_HORIZONTAL, smallGap),
       _auxDCEnabled(get("Devices.auxDC")),
-      _unit(get("Devices.volts"))
+      _unit(lng::Unit::volt.get())
 {
     get_style_context()->add_class("kes-device-row");
     _buildHead();

@@ -52,6 +52,10 @@ std::vector<Field> listFields(const ResultTable& table, const ResultTable::Row& 
     for (std::size_t i = 0; i < table.columns.size(); ++i) {
         const auto& column = table.columns[i];
         const std::string cell = i < row.cells.size() ? row.cells[i] : std::string();
+        if (const auto word = row.words.find(column.name); word != row.words.end()) {
+            fields.push_back(makeField(column.name, word->second, false));
+            continue;
+        }
         if (!column.isBand) {
             fields.push_back(makeField(column.name, cell, column.isNumber));
             continue;

@@ -3,6 +3,8 @@
 #include <Overcurrent/data/TestPlan.h>
 #include <Overcurrent/data/TestResults.h>
 
+#include <KesTestProgram/ArchiveHead.h>
+
 #include <istream>
 #include <memory>
 #include <optional>
@@ -21,18 +23,14 @@ namespace Overcurrent {
 /// is read with defaults for them. Form 1 had no "info.xml", and called the setting current "pickupCurrent"
 /// in "settings.xml". It is read in repair mode only, and without its results: nothing in it shows whether
 /// they come from a real device.
-struct OvercurrentArchive {
+struct OvercurrentArchive : KesTestProgram::ArchiveHead {
     /// As the files name the program.
     static constexpr const char* program = "kes-overcurrent";
 
-    /// As `KesTree::Node::serialize` writes it; for the test object to accept or refuse. Empty when lost.
-    std::string settings;
     TestPlan plan;
     std::optional<TestResults> results;
     /// What `repair` could not read.
     bool isPlanLost = false;
-    bool areResultsLost = false;
-    bool isOriginLost = false;
 
     /// Never null. Positioned at the beginning. Throws std::runtime_error with a text for the user when it is
     /// more than could be read again.

@@ -79,7 +79,7 @@ ResultTable::Value rampValue(const char* id, const TestResults* results,
     if (ramp->state == MeasureState::Measured) {
         const double current = pickUpCurrentOf(*results);
         value.value = SettingsSummary::intervalText(current, *ramp);
-        value.number = ramp->getValue() * current;
+        value.number = Kes::NumberText::read(amperes(ramp->getValue() * current));
         value.unit = lng::Unit::ampere.get();
     }
     value.verdict = verdictText(ramp->state, isPassed);
@@ -129,7 +129,8 @@ ResultTable::Row createRow(const TestResults& results, const PointResult& point,
              bandText(evaluated), isMeasured ? verdictText(point.state, evaluated.isPassed) : ""},
             isMeasured ? toMark(evaluated.isPassed) : Mark::None,
             "point." + Faults::wordOf(point.fault) + "." + Kes::NumberText::write(point.multiple),
-            {fixed(evaluated.earliest, 3), fixed(evaluated.latest, 3), lng::Unit::second.get()}};
+            {fixed(evaluated.earliest, 3), fixed(evaluated.latest, 3), lng::Unit::second.get()},
+            {{"fault", Faults::wordOf(point.fault)}}};
 }
 
 std::vector<ResultTable::Value> createValues(const TestResults* results)
@@ -151,7 +152,7 @@ std::vector<ResultTable::Value> createValues(const TestResults* results)
     if (const auto value = results ? Evaluation::ratio(*results) : std::nullopt) {
         const auto [least, most] = *Evaluation::ratioInterval(*results);
         ratio.value = fixed(*value, 3) + " (" + fixed(least, 3) + " \u2026 " + fixed(most, 3) + ")";
-        ratio.number = *value;
+        ratio.number = Kes::NumberText::read(fixed(*value, 3));
         ratio.band = {fixed(results->plan.minimumRatio, 3), fixed(1.0, 3), ""};
         ratio.verdict = verdictText(MeasureState::Measured, isDropOffPassed);
         ratio.mark = toMark(isDropOffPassed);

@@ -13,6 +13,7 @@ namespace Overcurrent::TestSequences {
 namespace {
 
 using KesDriver::DeviceTime;
+using KesDriver::toDeviceTime;
 using KesDriver::EndCondition;
 using KesDriver::OutputSequence;
 using KesDriver::OutputStep;
@@ -25,11 +26,6 @@ constexpr double contactTime = 0.1;
 constexpr double pointMargin = 0.2;
 /// Fine steps in a coarse one.
 constexpr double coarseness = 5.0;
-
-DeviceTime toDeviceTime(double seconds)
-{
-    return DeviceTime(std::llround(seconds * 1e6));
-}
 
 DeviceTime debounceOf(const RelaySettings& settings)
 {

@@ -132,7 +132,11 @@ std::string OvercurrentModel::_getProgramId() const
 
 std::unique_ptr<std::istream> OvercurrentModel::getDataStream()
 {
-    return OvercurrentArchive{_getTree().serialize(), _plan, getResults()}.pack();
+    OvercurrentArchive archive;
+    archive.settings = _getTree().serialize();
+    archive.plan = _plan;
+    archive.results = getResults();
+    return archive.pack();
 }
 
 std::optional<LoadedArchive> OvercurrentModel::_readArchive(std::istream& stream, bool isRepair)
@@ -140,10 +144,7 @@ std::optional<LoadedArchive> OvercurrentModel::_readArchive(std::istream& stream
     const auto archive = isRepair ? OvercurrentArchive::repair(stream) : OvercurrentArchive::read(stream);
     if (!archive)
         return std::nullopt;
-    LoadedArchive loaded;
-    loaded.settings = archive->settings;
-    loaded.areResultsLost = archive->areResultsLost;
-    loaded.isOriginLost = archive->isOriginLost;
+    LoadedArchive loaded(*archive);
     if (archive->isPlanLost)
         loaded.otherLosses.push_back(
             lng::Overcurrent::get(archive->results ? "Repair.planOfTest" : "Repair.planLost"));

@@ -17,15 +17,11 @@ namespace Overcurrent {
 namespace {
 
 using KesDriver::DeviceTime;
+using KesDriver::toDeviceTime;
 using KesDriver::InputCondition;
 using KesMeasure::SequenceRecord;
 using KesMeasure::StepRunner;
 namespace ContactChanges = KesMeasure::ContactChanges;
-
-DeviceTime toDeviceTime(double seconds)
-{
-    return DeviceTime(std::llround(seconds * 1e6));
-}
 
 /// No change came: either the first step ran its whole time, or the contact was closed at once.
 MeasureState stateWithoutChange(const SequenceRecord& record, DeviceTime whole)

@@ -18,7 +18,7 @@ constexpr lng::Text texts[] = {
     {"Report.results", "Operate times", "Время срабатывания"},
     {"Report.values", "Pick-up and drop-off", "Токи срабатывания и возврата"},
     {"Report.chart", "Characteristic", "Характеристика"},
-    {"Report.unmeasured", "no operate time", "время не измерено"},
+    {"Report.unmeasured", "time not measured", "время не измерено"},
 
     {"State.point", "Point %zu of %zu: %s, %s × Is", "Точка %zu из %zu: %s, %s × Iуст"},
     {"State.pickUp", "Pick-up", "Ток срабатывания"},
@@ -174,7 +174,7 @@ constexpr lng::Text texts[] = {
     {"PlanView.from", "from", "от"},
     {"PlanView.to", "to", "до"},
     {"PlanView.step", "step", "шаг"},
-    {"PlanView.dwell", "step time", "длительность шага"},
+    {"PlanView.dwell", "step time", "длит. шага"},
     {"PlanView.pickUpRamp", "Pick-up ramp", "Подъём тока"},
     {"PlanView.dropOffRamp", "Drop-off ramp", "Снижение тока"},
     {"PlanView.fieldName", "%s, %s", "%s, %s"},

@@ -80,7 +80,7 @@ std::unique_ptr<Node> makeTestObject()
 {
     auto root = Nodes::voltageFrequencyRelay();
     auto& plan =
-        root->add(Node::group(planGroup, {"VoltageFrequencyPlan.testPlan", "Test plan", "План проверки"}));
+        root->add(Node::group(planGroup, {"VoltageFrequencyPlan.testPlan", "Plan", "План проверки"}));
     plan.add(Node::number(healthyTimeId,
                           {"VoltageFrequencyPlan.nominalQuantitiesBefore", "Nominal quantities before",
                            "Номинальный режим перед подачей"},

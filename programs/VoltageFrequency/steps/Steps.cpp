@@ -14,6 +14,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using KesDriver::DeviceTime;
+using KesDriver::toDeviceTime;
 using KesDriver::EndCondition;
 using KesDriver::InputCondition;
 using KesDriver::OutputRamp;
@@ -36,11 +37,6 @@ constexpr double startTime = 2.0;
 /// Beyond the latest time that passes. A frequency must not run far.
 constexpr double operateMargin = 1.0;
 constexpr double rateMargin = 0.2;
-
-DeviceTime toDeviceTime(double seconds)
-{
-    return DeviceTime(std::llround(seconds * 1e6));
-}
 
 OutputStep stepOf(double volts, double hertz, double seconds)
 {

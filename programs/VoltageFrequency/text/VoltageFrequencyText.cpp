@@ -20,7 +20,7 @@ constexpr lng::Text texts[] = {
 
     {"Quantity.pickUp", "pick-up", "срабатывание"},
     {"Quantity.dropOff", "drop-off", "возврат"},
-    {"Quantity.operateTime", "operate time", "время"},
+    {"Quantity.operateTime", "operate time", "время срабатывания"},
 
     {"Settings.nominal", "Nominal", "Номинальные"},
     {"Settings.inputs", "Inputs", "Входы"},
@@ -28,7 +28,7 @@ constexpr lng::Text texts[] = {
     {"Settings.setting", "Setting, delay", "Уставка, выдержка"},
     {"Settings.dropOff", "Drop-off", "Возврат"},
     {"Settings.tolerance", "Tolerances", "Допуски"},
-    {"Settings.plan", "Test plan", "План проверки"},
+    {"Settings.plan", "Plan", "План проверки"},
     {"Settings.healthy", "Nominal before", "Номинал до подачи"},
     {"Settings.reset", "Reset time", "Время возврата"},
     {"Settings.ramp", "Ramp", "Изменение"},

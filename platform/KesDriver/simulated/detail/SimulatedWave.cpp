@@ -6,11 +6,6 @@ namespace KesDriver {
 
 namespace {
 
-double toSeconds(DeviceTime time)
-{
-    return std::chrono::duration<double>(time).count();
-}
-
 double fraction(double value)
 {
     return value - std::floor(value);

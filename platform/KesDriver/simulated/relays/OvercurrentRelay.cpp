@@ -49,12 +49,6 @@ Constants getConstants(OvercurrentRelay::Curve curve)
     return {0.14, 0.02};
 }
 
-DeviceTime toDeviceTime(double seconds)
-{
-    constexpr double never = 1e9;
-    return DeviceTime(std::llround(std::min(seconds, never) * 1e6));
-}
-
 using Stage = OvercurrentRelay::Stage;
 using Complex = std::complex<double>;
 

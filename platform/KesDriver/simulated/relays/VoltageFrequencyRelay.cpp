@@ -24,11 +24,6 @@ constexpr DeviceTime rampGap = 2ms;
 constexpr double fastestRate = 50.0;
 constexpr double blockingShare = 0.2;
 
-DeviceTime toDeviceTime(double seconds)
-{
-    return DeviceTime(std::llround(seconds * 1e6));
-}
-
 std::complex<double> toComplex(const Phasor& phasor)
 {
     return std::polar(phasor.magnitude, phasor.degrees * std::numbers::pi / 180.0);
