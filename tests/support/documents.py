@@ -12,9 +12,9 @@ not there.
 
 usage: documents.py [--write] SOURCE_DIR
 """
+import os
 import pathlib
 import re
-import subprocess
 import sys
 import textwrap
 
@@ -121,13 +121,18 @@ def check_paths(root, page, files):
             yield f"{page.relative_to(root)}: there is no {path}"
 
 
+def find_files(root):
+    """All but what lies hidden or has been built."""
+    for folder, folders, names in os.walk(root):
+        folders[:] = sorted(name for name in folders if not name.startswith(".") and name not in ("build", "out"))
+        yield from (str((pathlib.Path(folder) / name).relative_to(root)) for name in sorted(names))
+
+
 def main():
     arguments = sys.argv[1:]
     write = "--write" in arguments
     root = pathlib.Path([a for a in arguments if a != "--write"][0])
-    files = subprocess.run(["git", "-C", root, "ls-files", "-co", "--exclude-standard"], check=True,
-                           capture_output=True, text=True).stdout.splitlines()
-    files = [name for name in files if (root / name).is_file()]
+    files = list(find_files(root))
     pages = [root / name for name in files if re.fullmatch(r"[A-Z]+\.md|docs/[\w-]+\.md", name)]
     problems = [problem for page in pages for problem in check_page(root, page, write)]
     problems += [problem for page in pages for problem in check_paths(root, page, files)]

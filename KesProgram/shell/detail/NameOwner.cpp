@@ -1,5 +1,6 @@
 #include <KesProgram/shell/detail/NameOwner.h>
 
+#include <KesCommon/FileStream.h>
 #include <KesCommon/FileSystem.h>
 
 #include <filesystem>
@@ -27,9 +28,9 @@ std::string getNote(const std::string& path)
 
 void claim(const std::string& path)
 {
-    // What cannot be written is nobody's, as it was.
+    // Not brought to the disk, which would hold up the end of the program: the next one would write it again.
     if (Kes::readWholeFile(getNote(path)).empty())
-        (void)Kes::writeWholeFile(getNote(path), getExecutable());
+        Kes::openOutputFileUTF8Name(getNote(path)) << getExecutable();
 }
 
 std::string getDistinction(const std::string& path)
