@@ -453,6 +453,7 @@ TEST(OvercurrentArchiveTest, AFormerPlanWithoutRoomForATolerableCurrentKeepsItsR
 TEST(OvercurrentModelArchiveTest, LoadsAllOrNothing)
 {
     OvercurrentModel model;
+    ASSERT_TRUE(model.getTestObject()->find(Nodes::SettingCurrent)->setValue(0.7));
     auto entries = entriesOf(someArchive());
     replace(entries.at("settings.xml"), ">0.9<", ">-5<");
     auto stream = packed(entries, ArchiveHelper::PREFIX);

@@ -166,6 +166,7 @@ TEST_F(ModelTest, AnArchiveComesBackAsItWas)
     EXPECT_FALSE(model.isResultStale());
     const auto record = model.getTestInView().record;
     const auto whole = save();
+    model.setPlanError("a field that is no number");
     model.newData("");
     EXPECT_TRUE(model.isUntouched());
     EXPECT_EQ(save(), empty);
