@@ -122,7 +122,8 @@ TEST_F(ModelRunTest, IsStoppedAtOnceInEveryPhase)
         });
         ASSERT_TRUE(model.startTest());
         ASSERT_TRUE(KesTest::waitFor([&] { return isReached.load(); })) << test.phase << takeTexts();
-        // From here on the device's clock all but stands still: a run that waits for anything on it never ends.
+        // From here on the device's clock all but stands still: a run that waits for anything on it never
+        // ends.
         EXPECT_TRUE(getDevice()->setSpeed(1e-3));
         model.stopTest();
         ASSERT_TRUE(KesTest::waitFor([this] { return finishes > 0; })) << test.phase;
