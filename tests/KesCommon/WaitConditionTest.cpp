@@ -10,7 +10,9 @@
 #include <chrono>
 #include <future>
 #include <memory>
+#include <optional>
 #include <thread>
+#include <utility>
 
 using Kes::SignalGate;
 using Kes::ThreadWaits;
@@ -52,7 +54,7 @@ TEST_P(WaitConditionTest, leavesGateAndQueueAloneWhenThePredicateHoldsAtOnce)
 TEST_P(WaitConditionTest, letsGoOfTheGateHoweverDeepAndTakesItBackWithoutTheLock)
 {
     SignalGate::Guard outer;
-    SignalGate::Guard inner;
+    std::optional<SignalGate::Guard> inner(std::in_place);
     bool done = false;
     std::jthread other([&] {
         const SignalGate::Guard gate;
@@ -62,6 +64,8 @@ TEST_P(WaitConditionTest, letsGoOfTheGateHoweverDeepAndTakesItBackWithoutTheLock
     });
     condition.wait(lock, [&] { return done; });
     EXPECT_TRUE(lock.owns_lock() && SignalGate::isHeldByThisThread());
+    inner.reset();
+    EXPECT_TRUE(SignalGate::isHeldByThisThread()) << "by the outer one";
 }
 
 TEST_P(WaitConditionTest, anIdleWaitSleepsUntilItsTime)

@@ -130,9 +130,15 @@ TEST_F(HardwareManagerTest, AFaultStopsEveryOtherDeviceBeforeItIsTold)
     firstKesto->signalOperationErrorChanged.connect(look);
     hardware->signalAvary.connect(look);
     const std::pair<const char*, std::function<void()>> causes[] = {
-        {"fault", [&] { first.report(KesDriver::KesAvary{3, 17, false, true, {}}).wait(); }},
+        {"fault",
+         [&] {
+             first.report(KesDriver::KesAvary{3, 17, false, true, {}}).wait();
+         }},
         {"loss", [&] { first.reportConnectionLost().wait(); }},
-        {"nonsense", [&] { first.report(KesDriver::StepEvent{99, 1us}).wait(); }},
+        {"nonsense",
+         [&] {
+             first.report(KesDriver::StepEvent{99, 1us}).wait();
+         }},
         {"state",
          [&] {
              first.setState({false, false, 0.0, "hot"});

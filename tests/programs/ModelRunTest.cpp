@@ -3,15 +3,12 @@
 #include <Overcurrent/bench/BenchRelay.h>
 
 #include <KesDriver/net/TcpNetwork.h>
-#include <KesDriver/simulated/SimulatedNetwork.h>
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
 #include <support/DefaultHardware.h>
-#include <support/GuiTest.h>
-#include <support/TemporaryHome.h>
+#include <support/ProgramRunTest.h>
 
 #include <atomic>
-#include <mutex>
 
 using namespace Overcurrent;
 using namespace std::chrono_literals;
@@ -21,52 +18,11 @@ using testing::IsEmpty;
 
 namespace {
 
-/// A model whose run a test follows from the GUI thread.
-class ModelRunTest : public KesTest::GuiTest {
+class ModelRunTest : public KesTest::ProgramRunTest<OvercurrentModel> {
 protected:
-    ModelRunTest()
-    {
-        model.setSpeed(2000);
-        model.init();
-        finished = model.signalFinished.connect([this](bool outputStarted) {
-            startedOutput = outputStarted;
-            ++finishes;
-        });
-        messages = model.signalMessage.connect([this](const std::string& text) {
-            std::lock_guard lock(mutex);
-            texts += text + "\n";
-        });
-    }
-    ~ModelRunTest() override
-    {
-        model.stopTest();
-        EXPECT_TRUE(KesTest::waitFor([this] { return model.getCanStart(); }));
-    }
+    ModelRunTest() : ProgramRunTest(2000) {}
 
-    bool runToEnd()
-    {
-        return model.startTest() && KesTest::waitFor([this] { return finishes > 0; });
-    }
-    std::string getTexts()
-    {
-        std::lock_guard lock(mutex);
-        return texts;
-    }
-    std::shared_ptr<KesDriver::SimulatedKesto> getDevice()
-    {
-        const auto kestos = model.getHardware()->getKestos().getItems();
-        return KesDriver::SimulatedNetwork::getEmbedded()->get(kestos.front()->getAddress());
-    }
     bool isOutputZero() { return getDevice()->getOutputs().currents[0].magnitude == 0.0; }
-
-    KesTest::TemporaryHome home;
-    OvercurrentModel model;
-    std::atomic<int> finishes{0};
-    std::atomic<bool> startedOutput{false};
-    std::mutex mutex;
-    std::string texts;
-    Kes::ScopedConnection finished;
-    Kes::ScopedConnection messages;
 };
 
 } // namespace
@@ -75,16 +31,15 @@ TEST_F(ModelRunTest, MeasuresTheSameAtAnySpeed)
 {
     model.setSpeed(300);
     ASSERT_TRUE(runToEnd());
-    EXPECT_TRUE(startedOutput);
+    EXPECT_TRUE(hasPutOut);
     EXPECT_EQ(finishes, 1);
     EXPECT_EQ(model.getRunVerdict(), RunVerdict::Passed);
-    EXPECT_THAT(getTexts(), IsEmpty());
+    EXPECT_THAT(takeTexts(), IsEmpty());
     auto slow = *model.getResults();
     EXPECT_EQ(slow.points.size(), 8u);
     EXPECT_EQ(slow.origin, Origin::Simulated);
     model.announceOutcome();
     EXPECT_THAT(model.getState(), HasSubstr("SIMULATED DEVICE"));
-    finishes = 0;
     model.setSpeed(50000);
     ASSERT_TRUE(runToEnd());
     auto fast = *model.getResults();
@@ -108,9 +63,8 @@ TEST_F(ModelRunTest, MeasuresOnTheNetworkAsWithinTheProcess)
         KesDevice::HardwareManager::create(std::make_shared<KesDriver::TcpNetwork>(server.getPort()));
     ASSERT_TRUE(hardware->addKesto(address));
     KesDevice::HardwareControl::setGlobalInstance(std::move(hardware), true);
-    finishes = 0;
     ASSERT_TRUE(runToEnd());
-    EXPECT_THAT(getTexts(), IsEmpty());
+    EXPECT_THAT(takeTexts(), IsEmpty());
     EXPECT_EQ(model.getRunVerdict(), RunVerdict::Passed);
     auto network = *model.getResults();
     EXPECT_EQ(network.origin, Origin::Simulated);
@@ -124,7 +78,7 @@ TEST_F(ModelRunTest, RefusesAPlanThatCannotBeRun)
     plan.timeout = 1.0;
     ASSERT_TRUE(model.setPlan(plan));
     EXPECT_FALSE(model.startTest());
-    EXPECT_THAT(getTexts(), HasSubstr("The time-out of 1 s is too short"));
+    EXPECT_THAT(takeTexts(), HasSubstr("The time-out of 1 s is too short"));
 }
 
 TEST_F(ModelRunTest, RefusesCurrentsThatTheDeviceCannotPutOut)
@@ -132,8 +86,8 @@ TEST_F(ModelRunTest, RefusesCurrentsThatTheDeviceCannotPutOut)
     for (const char* current : {KesTree::RelayNodes::NominalCurrent, KesTree::RelayNodes::SettingCurrent})
         ASSERT_TRUE(model.getTestObject()->find(current)->setValue(5.0));
     ASSERT_TRUE(runToEnd());
-    EXPECT_FALSE(startedOutput);
-    EXPECT_THAT(getTexts(), HasSubstr("20 × Is is 100 A"));
+    EXPECT_FALSE(hasPutOut);
+    EXPECT_THAT(takeTexts(), HasSubstr("20 × Is is 100 A"));
     EXPECT_FALSE(model.getResults());
     EXPECT_EQ(model.getRunVerdict(), RunVerdict::None);
 }
@@ -167,8 +121,9 @@ TEST_F(ModelRunTest, IsStoppedAtOnceInEveryPhase)
                 isReached = true;
         });
         ASSERT_TRUE(model.startTest());
-        ASSERT_TRUE(KesTest::waitFor([&] { return isReached.load(); })) << test.phase << getTexts();
-        // From here on the device's clock all but stands still: a run that waits for anything on it never ends.
+        ASSERT_TRUE(KesTest::waitFor([&] { return isReached.load(); })) << test.phase << takeTexts();
+        // From here on the device's clock all but stands still: a run that waits for anything on it never
+        // ends.
         EXPECT_TRUE(getDevice()->setSpeed(1e-3));
         model.stopTest();
         ASSERT_TRUE(KesTest::waitFor([this] { return finishes > 0; })) << test.phase;
@@ -192,7 +147,6 @@ TEST_F(ModelRunTest, AFaultEndsTheRunOnceWithItsText)
     };
     for (const auto& test : cases) {
         finishes = 0;
-        texts.clear();
         model.setSpeed(1);
         ASSERT_TRUE(model.startTest());
         ASSERT_TRUE(KesTest::waitFor([this] { return !isOutputZero(); }));
@@ -202,7 +156,7 @@ TEST_F(ModelRunTest, AFaultEndsTheRunOnceWithItsText)
         EXPECT_EQ(finishes, 1);
         EXPECT_EQ(model.getRunVerdict(), RunVerdict::Fault) << test.text;
         EXPECT_EQ(model.getResults()->end, RunEnd::Fault);
-        EXPECT_THAT(getTexts(), HasSubstr(test.text));
+        EXPECT_THAT(takeTexts(), HasSubstr(test.text));
         device->clearFaults();
     }
 }
@@ -216,5 +170,5 @@ TEST_F(ModelRunTest, AnotherArchiveEndsTheRunAndGetsNoneOfItsResults)
     ASSERT_TRUE(KesTest::waitFor([this] { return finishes > 0; }));
     EXPECT_FALSE(model.getResults());
     EXPECT_TRUE(isOutputZero());
-    EXPECT_THAT(getTexts(), HasSubstr("its archive was closed"));
+    EXPECT_THAT(takeTexts(), HasSubstr("its archive was closed"));
 }

@@ -3,8 +3,7 @@
 #include <Overcurrent/data/ResultTexts.h>
 #include <Overcurrent/model/OvercurrentModel.h>
 
-#include <support/GuiTest.h>
-#include <support/TemporaryHome.h>
+#include <support/ProgramRunTest.h>
 
 using namespace Overcurrent;
 using namespace std::chrono_literals;
@@ -12,48 +11,26 @@ using testing::ElementsAre;
 
 namespace {
 
-/// Lets a test change what has been measured.
-class EditedModel : public OvercurrentModel {
-public:
-    void edit(const std::function<void(TestResults&)>& change)
-    {
-        auto results = *getResults();
-        change(results);
-        _replaceResults(results);
-    }
-};
-
-class RepeatTest : public KesTest::GuiTest {
+class RepeatTest : public KesTest::ProgramRunTest<KesTest::EditedModel<OvercurrentModel>> {
 protected:
-    RepeatTest()
+    RepeatTest() : ProgramRunTest(2e4)
     {
-        model.setSpeed(2e4);
-        model.init();
         TestPlan plan;
         plan.multiples = {2.0, 5.0, 10.0};
         EXPECT_TRUE(model.setPlan(plan));
     }
 
-    ~RepeatTest() override
+    bool repeat(std::size_t row)
     {
-        model.stopTest();
-        EXPECT_TRUE(waitForEnd());
+        return runToEnd([&] { return model.repeatTest({row}); });
     }
-
-    bool waitForEnd()
-    {
-        return KesTest::waitFor([this] { return model.getCanStart() && !model.isRunning(); });
-    }
-
-    KesTest::TemporaryHome home;
-    EditedModel model;
 };
 
 } // namespace
 
 TEST_F(RepeatTest, APointIsMeasuredAgainAndTheRestOfATestWithItsRamps)
 {
-    ASSERT_TRUE(model.startTest() && waitForEnd());
+    ASSERT_TRUE(runToEnd());
     const auto whole = *model.getResults();
     ASSERT_EQ(whole.end, RunEnd::Complete);
     model.edit([](TestResults& results) {
@@ -61,7 +38,7 @@ TEST_F(RepeatTest, APointIsMeasuredAgainAndTheRestOfATestWithItsRamps)
         results.points[1].state = MeasureState::NoOperation;
         results.points[1].takeSingles({});
     });
-    ASSERT_TRUE(model.repeatTest({1}) && waitForEnd());
+    ASSERT_TRUE(repeat(1));
     auto results = *model.getResults();
     EXPECT_EQ(results.points[1].state, MeasureState::Measured);
     EXPECT_EQ(results.points[0].time, 1s);
@@ -71,7 +48,7 @@ TEST_F(RepeatTest, APointIsMeasuredAgainAndTheRestOfATestWithItsRamps)
     const auto values = model.getShownTest().table.values;
     ASSERT_EQ(values[1].row, 4u);
     model.edit([](TestResults& edited) { edited.dropOff->state = MeasureState::NoOperation; });
-    ASSERT_TRUE(model.repeatTest({*values[1].row}) && waitForEnd());
+    ASSERT_TRUE(repeat(*values[1].row));
     results = *model.getResults();
     EXPECT_EQ(results.dropOff->state, MeasureState::Measured);
     EXPECT_EQ(results.pickUp, whole.pickUp);
@@ -82,7 +59,7 @@ TEST_F(RepeatTest, APointIsMeasuredAgainAndTheRestOfATestWithItsRamps)
     });
     EXPECT_EQ(model.getShownTest().table.rows.size(), 3u) << "with what is still planned";
     EXPECT_EQ(model.getShownTest().chart.points.back().state, KesMeasure::ChartPoint::State::Planned);
-    ASSERT_TRUE(model.continueTest() && waitForEnd());
+    ASSERT_TRUE(runToEnd([this] { return model.continueTest(); }));
     results = *model.getResults();
     EXPECT_EQ(results.end, RunEnd::Complete);
     EXPECT_EQ(results.points[0].time, 1s);
@@ -96,10 +73,10 @@ TEST_F(RepeatTest, ARelayStaysWarmFromOneRunToTheNext)
     TestPlan plan;
     plan.multiples = {20.0};
     ASSERT_TRUE(model.setPlan(plan));
-    ASSERT_TRUE(model.startTest() && waitForEnd());
+    ASSERT_TRUE(runToEnd());
     // Each repetition stores about a tenth of what the input withstands: the tenth one has to wait.
     for (int i = 0; i < 11; ++i)
-        ASSERT_TRUE(model.repeatTest({0}) && waitForEnd());
+        ASSERT_TRUE(repeat(0));
     ASSERT_EQ(model.getResults()->end, RunEnd::Complete);
     // Slow enough to be read.
     model.setSpeed(50);
@@ -114,7 +91,7 @@ TEST_F(RepeatTest, TheWorstOfSeveralTimesCountsAndAllAreKept)
     EXPECT_FALSE(model.setPlan(plan));
     plan.repetitions = 3;
     ASSERT_TRUE(model.setPlan(plan));
-    ASSERT_TRUE(model.startTest() && waitForEnd());
+    ASSERT_TRUE(runToEnd());
     auto results = *model.getResults();
     ASSERT_EQ(results.points[2].singles.size(), 3u);
     EXPECT_TRUE(Evaluation::evaluate(results, results.points[2]).isPassed);

@@ -14,11 +14,17 @@ begin() {
     until xdotool search --onlyvisible --name '^Overcurrent$' >/dev/null 2>&1 || ! kill -0 $child; do
         sleep 0.1
     done
-    case " $* " in *" --run "*)
-        # It begins to put out a little later; a fast one is over by then.
-        sleep 3 ;;
+    case " $* " in
+    *" --run --speed 5000 "*) # It is over when its results are in a copy.
+        until [ "$(copies)" -gt 0 ] || ! kill -0 $child; do sleep 0.1; done
+        sleep 1 ;;
+    *" --run "*) # It begins to put out a little after its thread has begun.
+        until grep -qs KesProgram_Star /proc/$child/task/*/comm || ! kill -0 $child; do sleep 0.1; done
+        sleep 1 ;;
     esac
 }
+
+copies() { find "${XDG_STATE_HOME:-$HOME/.local/state}" -name "*.work" 2>/dev/null | wc -l; }
 
 # ended STATUS SECONDS: the program ends by itself with the status, no later than that.
 ended() {
@@ -52,8 +58,6 @@ kill -HUP $child
 ended 4 5
 # What it had no time to save.
 rm -rf "${XDG_STATE_HOME:-$HOME/.local/state}/kes"
-
-copies() { find "${XDG_STATE_HOME:-$HOME/.local/state}" -name "*.work" 2>/dev/null | wc -l; }
 
 echo "Results of a user that are asked about in vain"
 begin --run --speed 5000

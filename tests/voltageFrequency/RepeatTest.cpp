@@ -4,11 +4,8 @@
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesTestProgram/TestPresenter.h>
 
-#include <support/GuiTest.h>
-#include <support/TemporaryHome.h>
+#include <support/ProgramRunTest.h>
 
-#include <atomic>
-#include <mutex>
 #include <sstream>
 
 using namespace VoltageFrequency;
@@ -19,59 +16,17 @@ using testing::HasSubstr;
 
 namespace {
 
-/// Lets a test change what has been measured.
-class EditedModel : public VoltageFrequencyModel {
-public:
-    using Results = KesTestProgram::RecordedTest;
+using Results = KesTestProgram::RecordedTest;
 
-    void edit(const std::function<void(Results&)>& change)
-    {
-        auto results = *getResults();
-        change(results);
-        _replaceResults(results);
-    }
-};
-
-class RepeatTest : public KesTest::GuiTest {
+class RepeatTest : public KesTest::ProgramRunTest<KesTest::EditedModel<VoltageFrequencyModel>> {
 protected:
-    RepeatTest()
-    {
-        model.setSpeed(1e5);
-        model.init();
-        finished = model.signalFinished.connect([this](bool) { ++finishes; });
-        messages = model.signalMessage.connect([this](const std::string& message) {
-            std::lock_guard lock(mutex);
-            text += message;
-        });
-    }
-    ~RepeatTest() override
-    {
-        model.stopTest();
-        EXPECT_TRUE(KesTest::waitFor([this] { return model.getCanStart(); }));
-    }
+    RepeatTest() : ProgramRunTest(1e5) {}
 
-    bool runToEnd(const std::function<bool()>& start)
-    {
-        finishes = 0;
-        return start() && KesTest::waitFor([this] { return finishes > 0 && model.getCanStart(); });
-    }
-    bool runWhole()
-    {
-        return runToEnd([this] { return model.startTest(); });
-    }
     bool repeat(const std::vector<std::size_t>& rows)
     {
         return runToEnd([&] { return model.repeatTest(rows); });
     }
     KesMeasure::TestRecord getRecord() { return *model.getTestInView().record; }
-
-    KesTest::TemporaryHome home;
-    EditedModel model;
-    std::atomic<int> finishes{0};
-    std::mutex mutex;
-    std::string text;
-    Kes::ScopedConnection finished;
-    Kes::ScopedConnection messages;
 };
 
 } // namespace
@@ -80,11 +35,11 @@ TEST_F(RepeatTest, SelectedRowsAreMeasuredAgainAndTheOthersStay)
 {
     EXPECT_THAT(model.whyNotRepeat(), HasSubstr("no results"));
     EXPECT_FALSE(model.repeatTest({0}));
-    ASSERT_TRUE(runWhole());
+    ASSERT_TRUE(runToEnd());
     const auto whole = getRecord();
     EXPECT_EQ(model.whyNotRepeat(), "");
     EXPECT_THAT(model.whyNotContinue(), HasSubstr("Everything"));
-    model.edit([](EditedModel::Results& results) {
+    model.edit([](Results& results) {
         results.readings[3] = {MeasureState::NoOperation, 0.0};
         results.readings[5].value += 1000.0;
     });
@@ -100,16 +55,16 @@ TEST_F(RepeatTest, SelectedRowsAreMeasuredAgainAndTheOthersStay)
     EXPECT_EQ(getRecord().readings, whole.readings);
     EXPECT_EQ(model.getRunVerdict(), KesProgram::RunVerdict::Passed);
     // The next start is a new test.
-    ASSERT_TRUE(runWhole());
+    ASSERT_TRUE(runToEnd());
     EXPECT_EQ(getRecord().continuedAt, "");
 }
 
 TEST_F(RepeatTest, AStoppedTestGoesOnWhereItEnded)
 {
-    ASSERT_TRUE(runWhole());
+    ASSERT_TRUE(runToEnd());
     const auto whole = getRecord();
     const auto breakTest = [this] {
-        model.edit([](EditedModel::Results& results) {
+        model.edit([](Results& results) {
             results.readings.resize(6);
             results.readings[0].value += 1000.0;
             results.end = RunEnd::Fault;
@@ -138,11 +93,11 @@ TEST_F(RepeatTest, AStoppedTestGoesOnWhereItEnded)
     EXPECT_FALSE(model.startTest());
     EXPECT_EQ(getRecord().readings.size(), 6u);
     answer = RunKind::Rest;
-    ASSERT_TRUE(runWhole());
+    ASSERT_TRUE(runToEnd());
     EXPECT_GT(getRecord().readings[0].value, 1000.0);
     breakTest();
     answer = RunKind::Anew;
-    ASSERT_TRUE(runWhole());
+    ASSERT_TRUE(runToEnd());
     EXPECT_EQ(getRecord().readings, whole.readings);
     EXPECT_EQ(asked, 3);
     EXPECT_EQ(confirmed, 1) << "what is in no file is not lost by a mistaken answer";
@@ -150,7 +105,7 @@ TEST_F(RepeatTest, AStoppedTestGoesOnWhereItEnded)
 
 TEST_F(RepeatTest, NothingIsAddedToResultsOfOtherCircumstances)
 {
-    ASSERT_TRUE(runWhole());
+    ASSERT_TRUE(runToEnd());
     const auto whole = getRecord();
     auto& setting = *model.getTestObject()->find("undervoltage/setting");
     const double before = setting.getNumber();
@@ -161,19 +116,19 @@ TEST_F(RepeatTest, NothingIsAddedToResultsOfOtherCircumstances)
     model.setPlanError("a field that is no number");
     EXPECT_THAT(model.whyNotRepeat(), HasSubstr("changed since"));
     model.setPlanError("");
-    model.edit([](EditedModel::Results& results) { results.serialNumber = "99999"; });
+    model.edit([](Results& results) { results.serialNumber = "99999"; });
     ASSERT_TRUE(repeat({0}));
-    EXPECT_THAT(text, HasSubstr("another device"));
+    EXPECT_THAT(takeTexts(), HasSubstr("another device"));
     EXPECT_EQ(getRecord().continuedAt, "");
     EXPECT_EQ(getRecord().readings, whole.readings);
-    model.edit([](EditedModel::Results& results) { results.origin = KesMeasure::Origin::Unknown; });
+    model.edit([](Results& results) { results.origin = KesMeasure::Origin::Unknown; });
     EXPECT_THAT(model.whyNotRepeat(), HasSubstr("not known"));
 }
 
 TEST_F(RepeatTest, EachValueIsMeasuredSeveralTimesAndTheWorstCounts)
 {
     ASSERT_TRUE(model.getTestObject()->find("plan/repetitions")->setValue(3LL));
-    ASSERT_TRUE(runWhole());
+    ASSERT_TRUE(runToEnd());
     for (const auto& reading : getRecord().readings) {
         ASSERT_EQ(reading.singles.size(), 3u);
         EXPECT_NEAR(reading.value, (reading.singles[0] + reading.singles[1] + reading.singles[2]) / 3.0,
@@ -182,7 +137,7 @@ TEST_F(RepeatTest, EachValueIsMeasuredSeveralTimesAndTheWorstCounts)
     EXPECT_EQ(model.getRunVerdict(), KesProgram::RunVerdict::Passed);
     const auto plan = model.createTest()->createPlan();
     // A mean within the band, of values outside on both sides.
-    model.edit([&](EditedModel::Results& results) {
+    model.edit([&](Results& results) {
         const double half = plan[2].upper - plan[2].lower;
         const double middle = plan[2].expected;
         results.readings[2] =
@@ -207,9 +162,9 @@ TEST_F(RepeatTest, EachValueIsMeasuredSeveralTimesAndTheWorstCounts)
 TEST_F(RepeatTest, WithoutAUserAStartIsANewTestAndLosesNothing)
 {
     KesTestProgram::TestPresenter presenter(model);
-    ASSERT_TRUE(runWhole());
+    ASSERT_TRUE(runToEnd());
     const auto breakTest = [this] {
-        model.edit([](EditedModel::Results& results) {
+        model.edit([](Results& results) {
             results.readings.resize(6);
             results.end = RunEnd::Stopped;
         });
@@ -218,7 +173,7 @@ TEST_F(RepeatTest, WithoutAUserAStartIsANewTestAndLosesNothing)
     auto scripted = Kes::DialogBackend::install(std::make_unique<Kes::UnattendedDialogs>());
     EXPECT_FALSE(model.startTest()) << "they are in no file";
     ASSERT_TRUE(model.getArchiveManager()->saveAs(home.file("a.kvf")));
-    EXPECT_TRUE(runWhole());
+    EXPECT_TRUE(runToEnd());
     EXPECT_EQ(getRecord().continuedAt, "");
     Kes::DialogBackend::install(std::move(scripted));
     // With one, all three answers are on offer.
@@ -226,12 +181,12 @@ TEST_F(RepeatTest, WithoutAUserAStartIsANewTestAndLosesNothing)
     dialogs.answer(Kes::DialogResult::Cancel);
     EXPECT_FALSE(model.startTest());
     dialogs.answer(Kes::DialogResult::Yes);
-    EXPECT_TRUE(runWhole());
+    EXPECT_TRUE(runToEnd());
     EXPECT_NE(getRecord().continuedAt, "");
     breakTest();
     dialogs.answer(Kes::DialogResult::No);
     dialogs.answer(Kes::DialogResult::Yes);
-    EXPECT_TRUE(runWhole());
+    EXPECT_TRUE(runToEnd());
     EXPECT_EQ(getRecord().continuedAt, "");
     EXPECT_THAT(dialogs.getTexts().back(), HasSubstr("have not been saved"));
 }

@@ -75,28 +75,28 @@ protected:
     bool isClosed = false;
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    Steps, UnattendedRunTest,
-    testing::Combine(testing::Values(Step{"nowhere", UnattendedRun::Success, true},
-                                     Step{"new data", UnattendedRun::Failure, false},
-                                     Step{"start", UnattendedRun::Failure, true},
-                                     Step{"hardware", UnattendedRun::NotStarted, false},
-                                     Step{"body", UnattendedRun::Failure, true},
-                                     Step{"end", UnattendedRun::Failure, true},
-                                     Step{"verdict", UnattendedRun::Failure, true},
-                                     Step{"data", UnattendedRun::Failure, true},
-                                     Step{"archive", UnattendedRun::Failure, true},
-                                     Step{"report", UnattendedRun::Failure, false},
-                                     Step{"fill config", UnattendedRun::Failure, true}),
-                     testing::Values(RunVerdict::Passed, RunVerdict::Failed, RunVerdict::None)),
-    [](const auto& test) {
-        std::string name = std::get<Step>(test.param).name;
-        std::erase(name, ' ');
-        const auto verdict = std::get<RunVerdict>(test.param);
-        return name + (verdict == RunVerdict::Passed   ? "Passed"
-                       : verdict == RunVerdict::Failed ? "Failed"
-                                                       : "WithoutVerdict");
-    });
+INSTANTIATE_TEST_SUITE_P(Steps, UnattendedRunTest,
+                         testing::Combine(testing::Values(Step{"nowhere", UnattendedRun::Success, true},
+                                                          Step{"new data", UnattendedRun::Failure, false},
+                                                          Step{"start", UnattendedRun::Failure, true},
+                                                          Step{"hardware", UnattendedRun::NotStarted, false},
+                                                          Step{"body", UnattendedRun::Failure, true},
+                                                          Step{"end", UnattendedRun::Failure, true},
+                                                          Step{"verdict", UnattendedRun::Failure, true},
+                                                          Step{"data", UnattendedRun::Failure, true},
+                                                          Step{"archive", UnattendedRun::Failure, true},
+                                                          Step{"report", UnattendedRun::Failure, false},
+                                                          Step{"fill config", UnattendedRun::Failure, true}),
+                                          testing::Values(RunVerdict::Passed, RunVerdict::Failed,
+                                                          RunVerdict::None)),
+                         [](const auto& test) {
+                             std::string name = std::get<Step>(test.param).name;
+                             std::erase(name, ' ');
+                             const auto verdict = std::get<RunVerdict>(test.param);
+                             return name + (verdict == RunVerdict::Passed   ? "Passed"
+                                            : verdict == RunVerdict::Failed ? "Failed"
+                                                                            : "WithoutVerdict");
+                         });
 
 TEST_P(UnattendedRunTest, EndsWithAStatusWhateverFails)
 {
