@@ -42,7 +42,6 @@ NodeValueView::NodeValueView(const std::string& name, const std::string& unit)
     editorColumn.add(_cell);
     pack_start(editorColumn, Gtk::PACK_SHRINK);
 
-    _problemIcon.set_from_icon_name("dialog-warning-symbolic", Gtk::ICON_SIZE_MENU);
     _problemIcon.set_no_show_all(true);
     setUpLabel(_noteText, 14, 60);
     _note.get_style_context()->add_class("kes-node-note");
