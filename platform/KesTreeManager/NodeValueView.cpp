@@ -90,7 +90,8 @@ void NodeValueView::_updateNote()
         else
             style->remove_class("error");
     }
-    _focus->get_accessible()->set_description(text);
+    // That it is not used is told by its being off.
+    _focus->get_accessible()->set_description(_isUsed || _hasProblem() ? text : std::string());
 }
 
 void NodeValueView::setIsUsed(bool used)
@@ -99,6 +100,7 @@ void NodeValueView::setIsUsed(bool used)
     _name.set_sensitive(used);
     _cell.set_sensitive(used);
     _updateEditor(_isUsed && !_isReadOnly);
+    _updateNote();
 }
 
 void NodeValueView::setIsReadOnly(bool readOnly)

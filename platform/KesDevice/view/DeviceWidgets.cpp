@@ -21,7 +21,7 @@ IconButton::IconButton(const std::string& icon)
 
 void IconButton::setText(const std::string& text)
 {
-    set_tooltip_text(text);
+    Kes::GtkWidgetHelper::setTooltip(*this, text);
     Kes::GtkWidgetHelper::setAccessibleName(*this, text);
 }
 

@@ -104,6 +104,22 @@ TEST_F(KeysTest, NoWindowStandsBetweenTheKeyboardAndStop)
     }
 }
 
+TEST_F(KeysTest, StartAndStopAnnounceThemselvesWhenTheyAreSwitched)
+{
+    std::vector<std::string> told;
+    for (auto* button : findWidgets<Gtk::Button>(control)) {
+        const auto accessible = button->get_accessible();
+        accessible->signal_state_change().connect([&told, accessible](const Glib::ustring& state, bool on) {
+            if (state == "sensitive" || state == "enabled")
+                told.push_back(accessible->get_name() + (on ? " +" : " -") + state);
+        });
+    }
+    control.setCanStart(false);
+    control.setCanStop(true);
+    EXPECT_THAT(told, testing::UnorderedElementsAre("Start -sensitive", "Start -enabled", "Stop +sensitive",
+                                                    "Stop +enabled"));
+}
+
 TEST_F(KeysTest, AStartThatFailsDoesNotKeepTheKeyboard)
 {
     pressKey(window, GDK_KEY_F5);
