@@ -8,7 +8,8 @@
 
 namespace Kes {
 
-/// A picture of the icon theme that follows the zoom of the screen, as texts do; GTK's own do not. GUI thread.
+/// A picture of the icon theme that follows the zoom of the screen, as texts do; GTK's own do not. GUI
+/// thread.
 class KES_EXPORT ZoomedIcon : public Gtk::Image {
 public:
     /// The size is in pixels at a zoom of 100 %.

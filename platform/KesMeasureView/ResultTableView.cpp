@@ -122,8 +122,8 @@ void ResultTableView::_updateCommands()
           get("Results.repeatTip"), true);
     for (auto* button : _valueButtons) {
         button->set_sensitive(_whyNotRepeat.empty());
-        Kes::GtkWidgetHelper::setTooltip(
-            *button, _whyNotRepeat.empty() ? get("Results.repeatValueTip") : _whyNotRepeat);
+        Kes::GtkWidgetHelper::setTooltip(*button, _whyNotRepeat.empty() ? get("Results.repeatValueTip")
+                                                                        : _whyNotRepeat);
     }
     // What keeps both off is told once.
     offer(_continue, _continueItem, _whyNotContinue, get("Results.continueTip"),

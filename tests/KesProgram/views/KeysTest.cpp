@@ -83,12 +83,10 @@ TEST_F(KeysTest, NoWindowStandsBetweenTheKeyboardAndStop)
         bool canStop;
         guint key, state;
         bool stops;
-    } presses[] = {{true, true, GDK_KEY_Escape, 0, true},
-                   {true, false, GDK_KEY_Escape, 0, false},
-                   {false, true, GDK_KEY_Escape, 0, false},
-                   {false, true, GDK_KEY_F5, GDK_SHIFT_MASK, true},
-                   {true, true, GDK_KEY_F5, GDK_SHIFT_MASK, true},
-                   {true, false, GDK_KEY_F5, GDK_SHIFT_MASK, false}};
+    } presses[] = {
+        {true, true, GDK_KEY_Escape, 0, true},          {true, false, GDK_KEY_Escape, 0, false},
+        {false, true, GDK_KEY_Escape, 0, false},        {false, true, GDK_KEY_F5, GDK_SHIFT_MASK, true},
+        {true, true, GDK_KEY_F5, GDK_SHIFT_MASK, true}, {true, false, GDK_KEY_F5, GDK_SHIFT_MASK, false}};
     for (const auto& press : presses) {
         Gtk::Dialog other("", window, press.isModal);
         bool isAnswered = false;

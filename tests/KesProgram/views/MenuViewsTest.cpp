@@ -39,7 +39,8 @@ TEST_F(MenuViewsTest, RecentFilesOfAnyNameAreListedAndMayChangeWhileOneIsChosen)
 TEST_F(MenuViewsTest, RecentFilesThatWouldLookAlikeStayWhole)
 {
     const auto path = [](const char* middle) {
-        return "/home/engineer/substations/" + std::string(80, 'x') + middle + std::string(80, 'y') + "/feeder.kar";
+        return "/home/engineer/substations/" + std::string(80, 'x') + middle + std::string(80, 'y') +
+               "/feeder.kar";
     };
     KesProgram::FileRecentMenuView view;
     view.setFileCollection({path("1"), path("2"), "/media/" + path("3")});
