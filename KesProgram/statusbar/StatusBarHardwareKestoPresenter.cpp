@@ -23,10 +23,9 @@ public:
         _view.setIcons(_icons.getView());
         // A device tells its type when it is connected, which is also when its state becomes known.
         const Kes::SignalGate::Guard gate;
-        _connection = kesto.signalOperationErrorChanged.connect(
-            [this, &kesto](const OperationState& state) {
-                _status.set({kesto.getIdentifer().getTypeName(), state});
-            });
+        _connection = kesto.signalOperationErrorChanged.connect([this, &kesto](const OperationState& state) {
+            _status.set({kesto.getIdentifer().getTypeName(), state});
+        });
         _status.set({kesto.getIdentifer().getTypeName(), kesto.getOperationError()});
     }
 

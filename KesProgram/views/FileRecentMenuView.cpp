@@ -5,20 +5,36 @@
 #include <gtkmm/label.h>
 #include <gtkmm/menuitem.h>
 
+#include <map>
+
 namespace KesProgram {
 
 namespace {
 
 constexpr int widestPath = 60; // characters
+/// What is surely seen of each end of a shortened path, in characters.
+constexpr int seenEnd = 20;
 
-void shorten(Gtk::MenuItem& item, const Glib::ustring& path)
+/// What a path looks like once it has been shortened, at least.
+Glib::ustring looks(const Glib::ustring& path)
+{
+    return path.size() <= widestPath ? path : path.substr(0, seenEnd) + path.substr(path.size() - seenEnd);
+}
+
+/// In the middle; a path that would look like another one stays whole, on several lines.
+void fit(Gtk::MenuItem& item, const Glib::ustring& path, bool isAlone)
 {
     auto* label = dynamic_cast<Gtk::Label*>(item.get_child());
     if (!label || path.size() <= widestPath)
         return;
-    label->set_ellipsize(Pango::ELLIPSIZE_MIDDLE);
     label->set_max_width_chars(widestPath);
-    item.set_tooltip_text(path);
+    if (isAlone) {
+        label->set_ellipsize(Pango::ELLIPSIZE_MIDDLE);
+        item.set_tooltip_text(path);
+    } else {
+        label->set_line_wrap(true);
+        label->set_line_wrap_mode(Pango::WRAP_CHAR);
+    }
 }
 
 } // namespace
@@ -31,16 +47,19 @@ FileRecentMenuView::FileRecentMenuView()
 void FileRecentMenuView::setFileCollection(const std::vector<std::string>& paths)
 {
     Kes::GtkWidgetHelper::removeChildren(*this);
+    std::map<std::string, int> alike;
     for (const auto& path : paths)
-        _addFile(path);
+        ++alike[looks(Glib::ustring(path).make_valid())];
+    for (const auto& path : paths)
+        _addFile(path, alike[looks(Glib::ustring(path).make_valid())] == 1);
     show_all();
 }
 
-void FileRecentMenuView::_addFile(const std::string& path)
+void FileRecentMenuView::_addFile(const std::string& path, bool isAlone)
 {
     const Glib::ustring shown = Glib::ustring(path).make_valid();
     auto* item = Gtk::make_managed<Gtk::MenuItem>(shown, false);
-    shorten(*item, shown);
+    fit(*item, shown, isAlone);
     if (shown == path)
         item->signal_activate().connect([this, item] { signalFile.emit(item->get_label()); });
     else // what the label shows of a path that is not UTF-8 does not lead back to the file

@@ -8,7 +8,7 @@
 namespace KesProgram {
 
 /// The recent files as a menu, which a program hangs below an item of its own. A long path is shortened
-/// in the middle; its tooltip has it whole. GUI thread.
+/// in the middle; its tooltip has it whole. Paths that would then look alike are not shortened. GUI thread.
 class KES_EXPORT FileRecentMenuView : private MenuKeeper, public Gtk::Menu, public IFileRecentMenuView {
 public:
     FileRecentMenuView();
@@ -16,7 +16,7 @@ public:
     void setFileCollection(const std::vector<std::string>& paths) override;
 
 private:
-    void _addFile(const std::string& path);
+    void _addFile(const std::string& path, bool isAlone);
 };
 
 } // namespace KesProgram

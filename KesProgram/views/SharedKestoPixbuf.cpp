@@ -10,7 +10,7 @@ namespace KesProgram {
 
 namespace {
 
-constexpr int normalSize = 16; // pixels
+constexpr int normalSize = 16;  // pixels
 constexpr int normalZoom = 100; // per cent
 
 Glib::RefPtr<Gdk::Pixbuf> load(int size)

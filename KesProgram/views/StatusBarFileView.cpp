@@ -32,7 +32,7 @@ void StatusBarFileView::setFileName(const std::string& name)
     const Glib::ustring shown = Glib::ustring(name).make_valid();
     _caption.set_visible(!name.empty());
     _name.set_text(shown);
-    _name.set_tooltip_text(shown);
+    Kes::GtkWidgetHelper::setTooltip(_name, shown);
     Kes::GtkWidgetHelper::setAccessibleName(*this, name.empty() ? shown : _caption.get_text() + shown);
 }
 

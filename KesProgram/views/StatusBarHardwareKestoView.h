@@ -9,9 +9,9 @@
 
 namespace KesProgram {
 
-/// One device row: its picture, type, state, icons and a remark. Type, state and icons are columns that line up
-/// with those of the other rows in the same hardware area. The row takes the focus as one control; a long remark
-/// is broken into lines. GUI thread.
+/// One device row: its picture, type, state, icons and a remark. Type, state and icons are columns that line
+/// up with those of the other rows in the same hardware area. The row takes the focus as one control; a long
+/// remark is broken into lines. GUI thread.
 class KES_EXPORT StatusBarHardwareKestoView : public Gtk::HBox, public IStatusBarHardwareKestoView {
 public:
     StatusBarHardwareKestoView();

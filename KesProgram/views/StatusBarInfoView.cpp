@@ -41,7 +41,7 @@ void StatusBarInfoView::_show(const std::string& text)
     if (!shown.empty())
         _label.get_style_context()->add_class("status_text");
     _label.set_text(shown);
-    _label.set_tooltip_text(shown);
+    Kes::GtkWidgetHelper::setTooltip(_label, shown);
     Kes::GtkWidgetHelper::setAccessibleName(*this, shown);
 }
 

@@ -10,7 +10,8 @@
 
 namespace KesProgram {
 
-/// The information line. It takes the keyboard, and nothing can be done to it: a harmless place. A text longer than the line is cut at its end; the tooltip has it whole.
+/// The information line. It takes the keyboard, and nothing can be done to it: a harmless place. A text
+/// longer than the line is cut at its end; the tooltip has it whole.
 ///
 /// GUI thread, except `setInfo`: any thread while the view lives. Of several calls from several threads
 /// the text given last stays, whatever the order in which they reach the GUI thread; calls that are still

@@ -33,14 +33,18 @@ void showTextWithoutPicture(Gtk::ToolButton& button)
 ToolButton::ToolButton(const std::string& imageClass, const std::string& tooltip)
     : Gtk::ToolButton(makeImage(imageClass))
 {
-    const std::string title = tooltip.substr(0, tooltip.find('\n'));
+    const auto end = std::min(tooltip.find('\n'), tooltip.size());
+    const std::string title = tooltip.substr(0, end);
     set_label(title);
     // The item carries the tooltip for whoever asks it, the push button inside for assistive technology:
     // that is the control which the user reaches, and neither a tooltip nor a hidden label names it.
     Gtk::Widget::set_tooltip_text(tooltip);
     set_tooltip_text(tooltip);
-    if (auto* button = get_child())
-        Kes::GtkWidgetHelper::setAccessibleName(*button, title);
+    auto* button = get_child();
+    Kes::GtkWidgetHelper::setAccessibleName(*button, title);
+    Kes::GtkWidgetHelper::setTooltip(*button, tooltip, tooltip.substr(std::min(end + 1, tooltip.size())));
+    // The item is no control to assistive technology: what switches it on or off is told of the button.
+    property_sensitive().signal_changed().connect([this, button] { button->set_sensitive(get_sensitive()); });
     signal_map().connect([this] {
         Pictures::afterLoad(
             sigc::bind(sigc::ptr_fun(&showTextWithoutPicture), std::ref<Gtk::ToolButton>(*this)));

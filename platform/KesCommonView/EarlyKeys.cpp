@@ -6,7 +6,8 @@
 
 namespace Kes {
 
-// GTK calls this old-fashioned, but the file chooser is a window of its own making, which offers nothing else.
+// GTK calls this old-fashioned, but the file chooser is a window of its own making, which offers nothing
+// else.
 G_GNUC_BEGIN_IGNORE_DEPRECATIONS
 
 EarlyKeys::EarlyKeys(Handler handler)

@@ -48,6 +48,12 @@ void setAccessibleName(Gtk::Widget& widget, const std::string& name)
         item->get_child()->get_accessible()->set_name(name);
 }
 
+void setTooltip(Gtk::Widget& widget, const std::string& tooltip, const std::string& description)
+{
+    widget.set_tooltip_text(tooltip);
+    widget.get_accessible()->set_description(description);
+}
+
 void removeChild(Gtk::Container& container, Gtk::Widget& child)
 {
     // gtkmm's own function takes a reference to a managed child that nobody gives back.

@@ -17,6 +17,11 @@ KES_EXPORT Gtk::Window* getParentWindow(IView* view);
 /// The name under which assistive technology knows the widget. A combo box is named once.
 KES_EXPORT void setAccessibleName(Gtk::Widget& widget, const std::string& name);
 
+/// The tooltip of a widget, which would be read out as its description as well: that is `description` only,
+/// what the name does not say yet.
+KES_EXPORT void setTooltip(Gtk::Widget& widget, const std::string& tooltip,
+                           const std::string& description = {});
+
 /// Takes a child out of its container, in place of `Gtk::Container::remove`, which keeps a managed child
 /// alive for ever: here one that nobody else refers to is freed, and one in whose own signal handler this
 /// happens when that has ended. A child that is not managed stays with its owner.

@@ -54,7 +54,7 @@ void OutcomeView::setOutcome(const Outcome& outcome)
 {
     const std::string shown = withSign(outcome.text, outcome.mark);
     _outcome.set_text(shown);
-    _outcome.set_tooltip_text(shown);
+    Kes::GtkWidgetHelper::setTooltip(_outcome, shown);
     const auto style = _outcome.get_style_context();
     for (const auto other : {Mark::None, Mark::Passed, Mark::Failed})
         style->remove_class(styleClass(other));

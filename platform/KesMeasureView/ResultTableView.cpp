@@ -110,20 +110,24 @@ void ResultTableView::_updateCommands()
 {
     using lng::Measure::get;
     const auto offer = [](Gtk::Button& button, Gtk::MenuItem& item, const std::string& whyNot,
-                          const char* tip) {
+                          const char* tip, bool isTold) {
+        const std::string text = whyNot.empty() ? tip : whyNot;
         for (Gtk::Widget* widget : {static_cast<Gtk::Widget*>(&button), static_cast<Gtk::Widget*>(&item)}) {
             widget->set_sensitive(whyNot.empty());
-            widget->set_tooltip_text(whyNot.empty() ? tip : whyNot);
+            Kes::GtkWidgetHelper::setTooltip(*widget, text, isTold ? text : std::string());
         }
     };
     const bool isNoneSelected = _whyNotRepeat.empty() && _getSelected().empty();
     offer(_repeat, _repeatItem, isNoneSelected ? get("Results.noneSelected") : _whyNotRepeat,
-          get("Results.repeatTip"));
+          get("Results.repeatTip"), true);
     for (auto* button : _valueButtons) {
         button->set_sensitive(_whyNotRepeat.empty());
-        button->set_tooltip_text(_whyNotRepeat.empty() ? get("Results.repeatValueTip") : _whyNotRepeat);
+        Kes::GtkWidgetHelper::setTooltip(*button, _whyNotRepeat.empty() ? get("Results.repeatValueTip")
+                                                                        : _whyNotRepeat);
     }
-    offer(_continue, _continueItem, _whyNotContinue, get("Results.continueTip"));
+    // What keeps both off is told once.
+    offer(_continue, _continueItem, _whyNotContinue, get("Results.continueTip"),
+          _whyNotContinue.empty() || _whyNotContinue != _whyNotRepeat);
 }
 
 std::vector<std::size_t> ResultTableView::_getSelected() const

@@ -10,8 +10,8 @@
 namespace KesMeasure {
 
 /// The content of a test program's window: settings and plan at the left, outcome, chart and table at the
-/// right, in the looks of the family. Where the window is too small for chart and table they scroll; the outcome
-/// stays in sight. The views are placed, not owned, and have to be widgets
+/// right, in the looks of the family. Where the window is too small for chart and table they scroll; the
+/// outcome stays in sight. The views are placed, not owned, and have to be widgets
 /// (`std::bad_cast` otherwise). GUI thread.
 class KES_EXPORT TestContentView : public Gtk::Paned, public Kes::IView {
 public:

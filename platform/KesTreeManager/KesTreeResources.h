@@ -5,9 +5,8 @@
 /// What the test-object tree brings along beside its code.
 class KES_EXPORT KesTreeResources {
 public:
-    /// Makes the icons of the tree known to the icon theme: "kes-node-group-symbolic", and
-    /// "kes-node-<id>-symbolic" for groups with an icon of their own; a group whose icon
-    /// cannot be had shows none. GUI thread, before or after the display
-    /// is opened, any number of times.
+    /// Makes the icons of the tree known to the icon theme: "kes-node-<id>-symbolic" for groups with an icon
+    /// of their own; the others have none. GUI thread, before or after the display is opened, any number of
+    /// times.
     static void Integrate();
 };

@@ -3,10 +3,10 @@
 #include <KesTreeManager/KesTreeResources.h>
 
 #include <KesCommonView/GtkWidgetHelper.h>
+#include <KesCommonView/ZoomedIcon.h>
 
 #include <gtkmm/expander.h>
 #include <gtkmm/icontheme.h>
-#include <gtkmm/image.h>
 #include <gtkmm/label.h>
 
 namespace KesTree {
@@ -16,24 +16,19 @@ namespace {
 constexpr int rowGap = 6;
 constexpr int groupGap = 12;
 constexpr int margin = 12;
+constexpr int pictureSize = 24;
 /// In pixels; a form that is higher than this scrolls unless its window is made higher.
 constexpr int naturalHeight = 780;
 
 Gtk::Box& makeHeading(const std::string& title, const std::string& icon)
 {
     auto& heading = *Gtk::make_managed<Gtk::Box>(Gtk::ORIENTATION_HORIZONTAL, rowGap);
-    // Asked for an icon that it does not have, the theme would show a broken picture.
-    for (const auto& name : {icon, std::string("kes-node-group-symbolic")}) {
-        if (!Gtk::IconTheme::get_default()->has_icon(name))
-            continue;
-        auto& image = *Gtk::make_managed<Gtk::Image>();
-        image.set_from_icon_name(name, Gtk::ICON_SIZE_LARGE_TOOLBAR);
-        heading.pack_start(image, Gtk::PACK_SHRINK);
-        break;
-    }
     auto& label = *Gtk::make_managed<Gtk::Label>(title, Gtk::ALIGN_START);
     label.set_line_wrap(true);
     label.get_style_context()->add_class("kes-node-heading");
+    // A program's own groups may have none.
+    if (Gtk::IconTheme::get_default()->has_icon(icon))
+        heading.pack_start(*Gtk::make_managed<Kes::ZoomedIcon>(icon, pictureSize), Gtk::PACK_SHRINK);
     heading.pack_start(label, Gtk::PACK_EXPAND_WIDGET);
     return heading;
 }

@@ -42,7 +42,6 @@ NodeValueView::NodeValueView(const std::string& name, const std::string& unit)
     editorColumn.add(_cell);
     pack_start(editorColumn, Gtk::PACK_SHRINK);
 
-    _problemIcon.set_from_icon_name("dialog-warning-symbolic", Gtk::ICON_SIZE_MENU);
     _problemIcon.set_no_show_all(true);
     setUpLabel(_noteText, 14, 60);
     _note.get_style_context()->add_class("kes-node-note");
@@ -91,7 +90,8 @@ void NodeValueView::_updateNote()
         else
             style->remove_class("error");
     }
-    _focus->get_accessible()->set_description(text);
+    // That it is not used is told by its being off.
+    _focus->get_accessible()->set_description(_isUsed || _hasProblem() ? text : std::string());
 }
 
 void NodeValueView::setIsUsed(bool used)
@@ -100,6 +100,7 @@ void NodeValueView::setIsUsed(bool used)
     _name.set_sensitive(used);
     _cell.set_sensitive(used);
     _updateEditor(_isUsed && !_isReadOnly);
+    _updateNote();
 }
 
 void NodeValueView::setIsReadOnly(bool readOnly)

@@ -2,10 +2,10 @@
 
 #include <KesCommonView/RoomyBox.h>
 #include <KesCommonView/SharedSizeGroup.h>
+#include <KesCommonView/ZoomedIcon.h>
 #include <KesTreeManager/INodeValueView.h>
 
 #include <gtkmm/box.h>
-#include <gtkmm/image.h>
 #include <gtkmm/label.h>
 
 #include <string>
@@ -42,7 +42,7 @@ private:
     Gtk::Label _unit;
     Gtk::Box _cell;
     Kes::RoomyBox _note;
-    Gtk::Image _problemIcon;
+    Kes::ZoomedIcon _problemIcon{"dialog-warning-symbolic"};
     Gtk::Label _noteText;
     Gtk::Widget* _focus = nullptr;
 };

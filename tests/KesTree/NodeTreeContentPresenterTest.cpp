@@ -73,6 +73,17 @@ protected:
     Kes::WindowView window;
 };
 
+TEST_F(NodeTreeContentPresenterTest, AGroupWithoutAnIconShowsNone)
+{
+    KesTree::NodeTreeView tree;
+    for (const auto& [icon, pictures] :
+         {std::pair("kes-node-of-a-program-symbolic", 0U), {"document-open-symbolic", 1U}}) {
+        tree.beginGroup(icon, icon, false);
+        EXPECT_EQ(KesTest::findWidgets<Gtk::Image>(tree).size(), pictures) << icon;
+        tree.endGroup();
+    }
+}
+
 TEST_F(NodeTreeContentPresenterTest, AcceptedTextTakesEffectWhileItIsTyped)
 {
     auto& editor = entry(RelayNodes::TimeMultiplier);

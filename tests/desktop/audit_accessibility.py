@@ -15,7 +15,8 @@ from desk import click, fill, find, press, wait
 NAMED = {"push button", "toggle button", "check box", "radio button", "text", "spin button", "combo box", "slider",
          "menu item", "menu", "check menu item", "table", "table column header", "tree table", "image",
          "progress bar", "frame", "dialog", "alert"}
-REACHED = {"push button", "toggle button", "check box", "radio button", "text", "spin button", "table", "link"}
+REACHED = {"push button", "toggle button", "check box", "radio button", "text", "spin button", "table", "link",
+           "list item"}
 # Scrolling areas take the focus for the arrow keys only, and panes for moving their border.
 PASSED_OVER = {"scroll pane", "split pane"}
 # Words that are the same in both languages.
@@ -36,7 +37,7 @@ class AuditTest(DesktopTest):
         self.assertEqual(foreign, [], f"{node} in {self.language}")
 
     def audit(self, window):
-        unnamed = []
+        unnamed, described = [], {}
         for node in window.walk():
             role, name = node.role, node.name
             if role in NAMED and not name:
@@ -45,8 +46,14 @@ class AuditTest(DesktopTest):
                 for text in (name, node.description):
                     self.assertFits(node, text)
             if node.has(FOCUSABLE):
-                self.assertIn(role, REACHED | PASSED_OVER | {"label", "menu item"}, node)
+                self.assertIn(role, REACHED | PASSED_OVER | {"label", "menu item", "panel"}, node)
+                described.setdefault(node.description, []).append(node)
+                if name:
+                    self.assertNotEqual(node.description.split("\n")[0], name, f"{node} is described by its name")
         self.assertEqual(unnamed, [], f"controls without a name in {window}")
+        # Several values may have the same limits.
+        repeated = {text: nodes for text, nodes in described.items() if text and "…" not in text and len(nodes) > 1}
+        self.assertEqual(repeated, {}, f"one description for several controls of {window}")
 
     # -- the keyboard
 
@@ -101,9 +108,11 @@ class AuditTest(DesktopTest):
         program = self.start("--speed", "1000")
         self.audit(program.window)
         self.assertReached(program.window)
+        self.assertEqual(len(program.window.all("statusbar")), 1)
         for key in ("fileNew", "fileOpen", "fileSave", "start", "stop", "closeConnect", "hardware", "testObject",
                     "report"):
-            self.assertEqual(program.tool(key).description, program.text(f"Tool.{key}"))
+            title, _, description = program.text(f"Tool.{key}").partition("\n")
+            self.assertEqual((program.tool(key).name, program.tool(key).description), (title, description))
 
         program.tool("start").act()
         program.waitForOutcome("Passed")

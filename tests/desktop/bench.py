@@ -46,7 +46,7 @@ class Overcurrent(Program):
     def fileName(self):
         """What the status bar says about the file."""
         caption = self.text("Menu.file") + ": "
-        area = find(self.window, "statusbar", lambda name: name.startswith(caption))
+        area = find(self.window, "panel", lambda name: name.startswith(caption))
         return area.name[len(caption):]
 
     def waitForFile(self, path):

@@ -112,8 +112,7 @@ void DeviceRowView::_setIdentity(const DeviceEntry& state)
     _spinner.set_visible(asking);
     _spinner.property_active() = asking;
     _identityIcon.set_visible(failed || state.identityState == IdentityState::Known);
-    _identityIcon.set_from_icon_name(failed ? "dialog-warning-symbolic" : "emblem-ok-symbolic",
-                                     Gtk::ICON_SIZE_MENU);
+    _identityIcon.setIcon(failed ? "dialog-warning-symbolic" : "emblem-ok-symbolic");
     _identify.set_sensitive(!asking);
 }
 

@@ -45,7 +45,7 @@ private:
     Gtk::Label _address;
     Gtk::Box _identityCell;
     Gtk::Spinner _spinner;
-    Gtk::Image _identityIcon;
+    Kes::ZoomedIcon _identityIcon;
     Gtk::Label _identity;
     IconButton _identify;
     IconButton _up;

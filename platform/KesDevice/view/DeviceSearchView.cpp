@@ -2,6 +2,7 @@
 
 #include <KesCommon/StringHelper.h>
 #include <KesCommonView/GtkWidgetHelper.h>
+#include <KesCommonView/ZoomedIcon.h>
 #include <KesDevice/view/detail/DeviceViewText.h>
 
 #include <utility>
@@ -86,7 +87,7 @@ void DeviceSearchView::_buildAddress()
     _address.set_width_chars(13);
     _address.set_placeholder_text("192.168.1.20");
     Kes::GtkWidgetHelper::setAccessibleName(_address, get("Add.addressName"));
-    _search.set_image_from_icon_name("system-search-symbolic", Gtk::ICON_SIZE_BUTTON);
+    _search.set_image(*Gtk::make_managed<Kes::ZoomedIcon>("system-search-symbolic"));
     _search.set_always_show_image(true);
 
     auto& line = *Gtk::make_managed<Gtk::Box>(Gtk::ORIENTATION_HORIZONTAL, smallGap);

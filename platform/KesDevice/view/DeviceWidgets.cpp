@@ -1,6 +1,7 @@
 #include <KesDevice/view/DeviceWidgets.h>
 
 #include <KesCommonView/GtkWidgetHelper.h>
+#include <KesCommonView/ZoomedIcon.h>
 
 #include <atkmm/object.h>
 
@@ -13,21 +14,20 @@ PartHeading::PartHeading(const std::string& text) : Gtk::Label(text, Gtk::ALIGN_
 
 IconButton::IconButton(const std::string& icon)
 {
-    set_image_from_icon_name(icon, Gtk::ICON_SIZE_BUTTON);
+    set_image(*Gtk::make_managed<Kes::ZoomedIcon>(icon));
     set_relief(Gtk::RELIEF_NONE);
     set_valign(Gtk::ALIGN_CENTER);
 }
 
 void IconButton::setText(const std::string& text)
 {
-    set_tooltip_text(text);
+    Kes::GtkWidgetHelper::setTooltip(*this, text);
     Kes::GtkWidgetHelper::setAccessibleName(*this, text);
 }
 
 ProblemLine::ProblemLine() : Gtk::Box(Gtk::ORIENTATION_HORIZONTAL, smallGap)
 {
     get_style_context()->add_class("kes-problem");
-    _icon.set_from_icon_name("dialog-warning-symbolic", Gtk::ICON_SIZE_MENU);
     _icon.show();
     wrapText(_text, 16, 60);
     _text.show();

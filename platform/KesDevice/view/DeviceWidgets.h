@@ -1,10 +1,10 @@
 #pragma once
 
 #include <KesCommon/Export.h>
+#include <KesCommonView/ZoomedIcon.h>
 
 #include <gtkmm/box.h>
 #include <gtkmm/button.h>
-#include <gtkmm/image.h>
 #include <gtkmm/label.h>
 
 #include <string>
@@ -38,7 +38,7 @@ public:
     std::string getText() const { return _text.get_text().raw(); }
 
 private:
-    Gtk::Image _icon;
+    Kes::ZoomedIcon _icon{"dialog-warning-symbolic"};
     Gtk::Label _text;
 };
 

@@ -2,6 +2,7 @@
 
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesCommonView/Style.h>
+#include <KesCommonView/ZoomedIcon.h>
 #include <KesDevice/view/detail/DeviceViewText.h>
 
 #include <gtkmm/separator.h>
@@ -51,8 +52,7 @@ HardwareSettingsView::~HardwareSettingsView()
 
 void HardwareSettingsView::_buildNotice()
 {
-    auto& icon = *Gtk::make_managed<Gtk::Image>();
-    icon.set_from_icon_name("dialog-information-symbolic", Gtk::ICON_SIZE_MENU);
+    auto& icon = *Gtk::make_managed<Kes::ZoomedIcon>("dialog-information-symbolic");
     wrapText(_notice, 20, 80);
     _noticeLine.get_style_context()->add_class("kes-notice");
     _noticeLine.pack_start(icon, Gtk::PACK_SHRINK);

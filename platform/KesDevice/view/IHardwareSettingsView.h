@@ -16,8 +16,8 @@ public:
     /// Cancel, Escape, or the window's own closing button; the window is closed.
     sigc::signal<void()> signalCancelled;
 
-    /// Shows the window over the parent's window, or brings it to the front. A modal one keeps the other windows
-    /// of the program from the user.
+    /// Shows the window over the parent's window, or brings it to the front. A modal one keeps the other
+    /// windows of the program from the user.
     virtual void open(Kes::IView* parent, bool modal) = 0;
     /// Without a signal.
     virtual void close() = 0;

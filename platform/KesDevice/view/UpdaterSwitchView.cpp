@@ -8,7 +8,8 @@ namespace KesDevice {
 UpdaterSwitchView::UpdaterSwitchView() : Gtk::CheckButton(lng::DeviceView::get("Updater.label"))
 {
     get_style_context()->add_class("kes-updater-switch");
-    set_tooltip_text(lng::DeviceView::get("Updater.tooltip"));
+    const std::string tooltip = lng::DeviceView::get("Updater.tooltip");
+    Kes::GtkWidgetHelper::setTooltip(*this, tooltip, tooltip.substr(tooltip.find('\n') + 1));
     set_valign(Gtk::ALIGN_CENTER);
     Kes::GtkWidgetHelper::setAccessibleName(*this, lng::DeviceView::get("Updater.label"));
     show();

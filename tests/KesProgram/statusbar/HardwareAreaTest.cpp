@@ -148,13 +148,13 @@ TEST_F(HardwareAreaTest, ARowSaysItsStateInWords)
         Kes::Nullable<std::string> state;
         const char* name;
         const char* remark;
-    } cases[] = {{lng::English, {}, "KESTO, 10.0.0.1, State unknown", "State unknown"},
-                 {lng::English, std::string("No cooling"), "KESTO, 10.0.0.1, No cooling", "No cooling"},
-                 {lng::English, std::string(), "KESTO, 10.0.0.1, Ready for operation", ""},
-                 {lng::Russian, {}, "КЕСТО, 10.0.0.1, Состояние неизвестно", "Состояние неизвестно"},
-                 {lng::Russian, std::string("Нет охлаждения"), "КЕСТО, 10.0.0.1, Нет охлаждения",
-                  "Нет охлаждения"},
-                 {lng::Russian, std::string(), "КЕСТО, 10.0.0.1, Готово к работе", ""}};
+    } cases[] = {
+        {lng::English, {}, "KESTO, 10.0.0.1, State unknown", "State unknown"},
+        {lng::English, std::string("No cooling"), "KESTO, 10.0.0.1, No cooling", "No cooling"},
+        {lng::English, std::string(), "KESTO, 10.0.0.1, Ready for operation", ""},
+        {lng::Russian, {}, "КЕСТО, 10.0.0.1, Состояние неизвестно", "Состояние неизвестно"},
+        {lng::Russian, std::string("Нет охлаждения"), "КЕСТО, 10.0.0.1, Нет охлаждения", "Нет охлаждения"},
+        {lng::Russian, std::string(), "КЕСТО, 10.0.0.1, Готово к работе", ""}};
     for (const auto& expected : cases) {
         lng::language = expected.language;
         area.reset();

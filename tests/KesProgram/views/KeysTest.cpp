@@ -83,12 +83,10 @@ TEST_F(KeysTest, NoWindowStandsBetweenTheKeyboardAndStop)
         bool canStop;
         guint key, state;
         bool stops;
-    } presses[] = {{true, true, GDK_KEY_Escape, 0, true},
-                   {true, false, GDK_KEY_Escape, 0, false},
-                   {false, true, GDK_KEY_Escape, 0, false},
-                   {false, true, GDK_KEY_F5, GDK_SHIFT_MASK, true},
-                   {true, true, GDK_KEY_F5, GDK_SHIFT_MASK, true},
-                   {true, false, GDK_KEY_F5, GDK_SHIFT_MASK, false}};
+    } presses[] = {
+        {true, true, GDK_KEY_Escape, 0, true},          {true, false, GDK_KEY_Escape, 0, false},
+        {false, true, GDK_KEY_Escape, 0, false},        {false, true, GDK_KEY_F5, GDK_SHIFT_MASK, true},
+        {true, true, GDK_KEY_F5, GDK_SHIFT_MASK, true}, {true, false, GDK_KEY_F5, GDK_SHIFT_MASK, false}};
     for (const auto& press : presses) {
         Gtk::Dialog other("", window, press.isModal);
         bool isAnswered = false;
@@ -102,6 +100,22 @@ TEST_F(KeysTest, NoWindowStandsBetweenTheKeyboardAndStop)
         EXPECT_EQ(commands, std::vector<std::string>(press.stops ? 1 : 0, "stop")) << &press - presses;
         EXPECT_EQ(isAnswered, !press.stops && press.key == GDK_KEY_Escape) << &press - presses;
     }
+}
+
+TEST_F(KeysTest, StartAndStopAnnounceThemselvesWhenTheyAreSwitched)
+{
+    std::vector<std::string> told;
+    for (auto* button : findWidgets<Gtk::Button>(control)) {
+        const auto accessible = button->get_accessible();
+        accessible->signal_state_change().connect([&told, accessible](const Glib::ustring& state, bool on) {
+            if (state == "sensitive" || state == "enabled")
+                told.push_back(accessible->get_name() + (on ? " +" : " -") + state);
+        });
+    }
+    control.setCanStart(false);
+    control.setCanStop(true);
+    EXPECT_THAT(told, testing::UnorderedElementsAre("Start -sensitive", "Start -enabled", "Stop +sensitive",
+                                                    "Stop +enabled"));
 }
 
 TEST_F(KeysTest, AStartThatFailsDoesNotKeepTheKeyboard)

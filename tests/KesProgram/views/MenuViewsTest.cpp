@@ -36,6 +36,28 @@ TEST_F(MenuViewsTest, RecentFilesOfAnyNameAreListedAndMayChangeWhileOneIsChosen)
     EXPECT_TRUE(items()[0]->get_label().validate());
 }
 
+TEST_F(MenuViewsTest, RecentFilesThatWouldLookAlikeStayWhole)
+{
+    const auto path = [](const char* middle) {
+        return "/home/engineer/substations/" + std::string(80, 'x') + middle + std::string(80, 'y') +
+               "/feeder.kar";
+    };
+    KesProgram::FileRecentMenuView view;
+    view.setFileCollection({path("1"), path("2"), "/media/" + path("3")});
+    for (auto* item : findWidgets<Gtk::MenuItem>(view)) {
+        auto& label = dynamic_cast<Gtk::Label&>(*item->get_child());
+        const bool isAlone = item->get_label().raw().find("/media") == 0;
+        EXPECT_EQ(label.get_ellipsize() != Pango::ELLIPSIZE_NONE, isAlone);
+        int minimum = 0, natural = 0;
+        label.get_preferred_width(minimum, natural);
+        EXPECT_LT(natural, 1000);
+        int line = 0;
+        label.create_pango_layout("x")->get_pixel_size(minimum, line);
+        label.get_preferred_height_for_width(natural, minimum, natural);
+        EXPECT_EQ(natural > 2 * line, !isAlone) << "lines of " << item->get_label();
+    }
+}
+
 TEST_F(MenuViewsTest, RecentFilesThatHaveLeftTheMenuAreFreed)
 {
     LiveWidgets live;

@@ -2,7 +2,10 @@
 
 #include <KesCommonView/CollectionBoxView.h>
 #include <KesCommonView/FirstFrame.h>
+#include <KesCommonView/StyleZoomHelper.h>
+#include <KesCommonView/ZoomedIcon.h>
 #include <KesProgram/views/ProgramStatusBarView.h>
+#include <KesProgram/views/ProgramView.h>
 #include <KesProgram/views/SharedKestoPixbuf.h>
 #include <KesProgram/views/StatusBarFileView.h>
 #include <KesProgram/views/StatusBarHardwareKestoIconsView.h>
@@ -99,6 +102,42 @@ TEST_F(StatusBarViewsTest, APictureThatWaitsForTheFirstFrameHasItsRoom)
     Kes::FirstFrame::tellDrawn();
     EXPECT_EQ(pictureOf(waiting), KesProgram::getSharedKestoPixbuf());
     EXPECT_EQ(widthOf(waiting), widthOf(atOnce));
+}
+
+TEST_F(StatusBarViewsTest, PicturesAndTicksFollowTheZoom)
+{
+    using KesView::StyleZoomHelper;
+    KesProgram::ProgramView program;
+    Gtk::CheckButton tick;
+    Kes::ZoomedIcon icon("document-open-symbolic");
+    struct Content : Gtk::Box, Kes::IView {
+    } content;
+    KesProgram::StatusBarHardwareKestoView row;
+    for (Gtk::Widget* widget : {static_cast<Gtk::Widget*>(&row), static_cast<Gtk::Widget*>(&tick),
+                                static_cast<Gtk::Widget*>(&icon)})
+        content.pack_start(*widget, Gtk::PACK_SHRINK);
+    program.setContent(content);
+    program.open(nullptr, false);
+    auto& picture = *findWidgets<Gtk::Image>(row).at(0);
+    const auto sizes = [&] {
+        std::vector<int> all;
+        for (Gtk::Widget* widget : {static_cast<Gtk::Widget*>(&tick), static_cast<Gtk::Widget*>(&icon),
+                                    static_cast<Gtk::Widget*>(&picture)}) {
+            int least = 0, natural = 0;
+            widget->get_preferred_width(least, natural);
+            all.push_back(natural);
+        }
+        return all;
+    };
+    const auto before = sizes();
+    for (int step = 0; step < 10; ++step)
+        StyleZoomHelper::zoomIn();
+    EXPECT_TRUE(waitFor([&] { return picture.get_pixbuf()->get_width() == 32; }));
+    for (std::size_t i = 0; i < before.size(); ++i)
+        EXPECT_GT(sizes().at(i), before.at(i) * 3 / 2) << i;
+    StyleZoomHelper::zoomDefault();
+    EXPECT_TRUE(waitFor([&] { return sizes() == before; }));
+    EXPECT_EQ(picture.get_pixbuf(), KesProgram::getSharedKestoPixbuf());
 }
 
 TEST_F(StatusBarViewsTest, ColumnsOfDeviceRowsLineUp)
