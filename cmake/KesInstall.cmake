@@ -30,11 +30,10 @@ set(KES_PKGCONFIG_LIBS "")
 foreach(library IN LISTS libraries)
     string(PREPEND KES_PKGCONFIG_LIBS "-l${library} ")
 endforeach()
-# The pages are linked to each other as they lie; the reference is there when the target docs has been built.
+# The pages are linked to each other as they lie.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation
     FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
-install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/html DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation OPTIONAL)
 
 # From the pkg-config file's folder up to the prefix, whatever the library folder is called; one outside of the
 # prefix has no way there.

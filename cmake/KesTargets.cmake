@@ -57,11 +57,12 @@ function(kes_late_library name)
     cmake_parse_arguments(ARG "" "FOLDER" "LINKS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${ARG_FOLDER}/*.cpp)
     add_library(${name} SHARED ${sources})
-    set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN"
+    set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN/.."
+        LIBRARY_OUTPUT_DIRECTORY ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/kesprogram
         VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
     target_link_libraries(${name} PRIVATE ${ARG_LINKS})
     target_precompile_headers(${name} REUSE_FROM KesPrecompiled)
-    install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_SKIP)
+    install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/kesprogram COMPONENT runtime NAMELINK_SKIP)
     set_property(GLOBAL APPEND PROPERTY KES_LATE_LIBRARIES ${name})
 endfunction()
 

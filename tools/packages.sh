@@ -11,7 +11,7 @@ ensure_packages $build_packages $run_packages $package_packages
 packages=$PWD/build/packages
 mkdir -p "$packages/kesprogram"
 rm -f "$packages"/*.deb "$packages"/*.changes "$packages"/*.buildinfo
-rm -rf "$packages/kesprogram/debian"
+find "$packages/kesprogram" -mindepth 1 -maxdepth 1 ! -name "obj-*" -exec rm -rf {} +
 tar -c --exclude=./build --exclude=./out --exclude=./.git . | tar -x -C "$packages/kesprogram"
 cd "$packages/kesprogram"
 DEB_BUILD_OPTIONS="parallel=$(nproc) noautodbgsym" dpkg-buildpackage -b -us -uc -nc >"$packages/log" 2>&1 || {

@@ -8,7 +8,7 @@ headless_packages="xvfb xauth x11-utils openbox dbus-daemon"
 test_packages="doxygen libgtest-dev libgmock-dev libbenchmark-dev xdotool imagemagick python3-gi locales sway
     unzip poppler-utils python3-pyvisa python3-pyvisa-py lxi-tools avahi-daemon avahi-utils iproute2
     appstream desktop-file-utils shared-mime-info libxml2-utils abigail-tools man-db"
-package_packages="debhelper dpkg-dev lintian"
+package_packages="doxygen debhelper dpkg-dev lintian"
 fuzz_packages="clang libclang-rt-14-dev"
 
 # ensure_packages PACKAGE...: installs those that are missing, as root or with sudo; else says which and ends.

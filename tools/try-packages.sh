@@ -41,7 +41,7 @@ mount --bind /tmp/.X11-unix "$root/tmp/.X11-unix"
 for language in en ru; do
     # shellcheck disable=SC2016
     tests/support/headless.sh sh -c 'cp "$XAUTHORITY" "$1/xauthority" &&
-        env -i PATH=/usr/bin:/bin HOME=/root DISPLAY="$DISPLAY" XAUTHORITY=/xauthority \
+        env -i PATH=/usr/sbin:/usr/bin:/bin HOME=/root DISPLAY="$DISPLAY" XAUTHORITY=/xauthority \
         chroot "$1" kes-overcurrent --language "$2" --screenshot /window.png --quit' look "$root" $language \
         >"$KES_EMPTY/said" 2>&1 || { cat "$KES_EMPTY/said" >&2; exit 1; }
     if grep -e kesprogram/ -e Gtk-WARNING "$KES_EMPTY/said"; then exit 1; fi

@@ -11,7 +11,8 @@ namespace Kes {
 
 void* findLateSymbol(const char* library, const char* symbol)
 {
-    const auto file = getOwnLibraryFolder() / (std::string("lib") + library + ".so." + KES_SOVERSION);
+    const auto file =
+        getOwnLibraryFolder() / "kesprogram" / (std::string("lib") + library + ".so." + KES_SOVERSION);
     void* const handle = dlopen(file.c_str(), RTLD_NOW);
     void* const found = handle ? dlsym(handle, symbol) : nullptr;
     if (!found)

@@ -6,8 +6,9 @@
 /// it that no start of a program should wait for.
 namespace Kes {
 
-/// The symbol `symbol` of the library `library`, such as "KesXslt", which lies beside this one and stays
-/// loaded. Null when it cannot be had; the reason is written to the log. Any thread.
+/// The symbol `symbol` of the library `library`, such as "KesXslt", which lies in the folder kesprogram
+/// beside this one and stays loaded. Null when it cannot be had; the reason is written to the log. Any
+/// thread.
 KES_EXPORT void* findLateSymbol(const char* library, const char* symbol);
 
 /// The same for a function that the library declares as `extern "C"`.

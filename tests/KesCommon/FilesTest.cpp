@@ -115,7 +115,7 @@ TEST(FileSystem, aPipeIsWrittenWhenSomebodyReadsItAndIsNeverWaitedFor)
 
 TEST(FileStream, readsNoMoreThanItMay)
 {
-    for (const std::size_t size : {0, 1, 65535, 65536, 65537, 200000}) {
+    for (const std::size_t size : {0U, 1U, 65535U, 65536U, 65537U, 200000U}) {
         std::istringstream exact(std::string(size, 'x'));
         EXPECT_EQ(Kes::readAtMost(exact, size), std::string(size, 'x'));
         std::istringstream longer(std::string(size + 1, 'x'));

@@ -138,9 +138,9 @@ TEST_F(DeviceSearchTest, ShowsHostileNamesAsPlainText)
     content()->get_preferred_width(narrowestBefore, natural);
     for (const auto& [name, shown] : names) {
         fake->give("10.0.0.3", name.c_str());
-        EXPECT_TRUE(waitFor([&] {
+        EXPECT_TRUE(waitFor([&, &text = shown] {
             const auto texts = getTexts();
-            return std::find(texts.begin(), texts.end(), "in use by " + shown) != texts.end();
+            return std::find(texts.begin(), texts.end(), "in use by " + text) != texts.end();
         })) << shown;
         content()->get_preferred_width(narrowest, natural);
         EXPECT_LE(narrowest, narrowestBefore) << shown;

@@ -29,7 +29,7 @@ export PKG_CONFIG_PATH="$pc"
 libraries=$(dirname "$pc")
 mkdir -p "$work/outside" "$work/bare"
 cp -P "$work"/prefix/*/kes-overcurrent "$work/outside"
-cp -P "$libraries"/libKes*.so* "$work/bare"
+cp -PR "$libraries"/libKes*.so* "$libraries/kesprogram" "$work/bare"
 ln -s "$libraries" "$work/link"
 run() { # LIBRARIES VARIABLE=VALUE...
     libraries_used=$1

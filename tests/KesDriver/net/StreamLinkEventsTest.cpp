@@ -73,7 +73,7 @@ TEST_F(StreamLinkEventsTest, AreNotHeldBackWithoutEnd)
         EXPECT_TRUE(order.take(std::to_string(number) + ",10,INP,1,1").empty());
     EXPECT_EQ(number, 8U + 65536U + 1U);
     // Nor is more asked for than a device gives at once.
-    for (const std::uint64_t missing : {1000, 1001}) {
+    for (const std::uint64_t missing : {1000U, 1001U}) {
         EventOrder other;
         other.take(std::to_string(1 + missing) + ",10,INP,1,1");
         EXPECT_EQ(other.hasGap(), missing == 1000);

@@ -215,8 +215,8 @@ TEST(ArgumentsTest, RefusesWhatItIsNot)
         {"(@1,)", channels, -171}, {"(@-1)", channels, -171},  {"(@1:99999999999)", channels, -222},
     };
     for (const auto& [text, read, code] : cases)
-        EXPECT_EQ(codeOf([&, &run = read] {
-                      auto from = arguments(text);
+        EXPECT_EQ(codeOf([&, &run = read, &given = text] {
+                      auto from = arguments(given);
                       run(from);
                   }),
                   code)
