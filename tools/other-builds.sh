@@ -21,7 +21,10 @@ add_subdirectory(../.. KesProgram)
 add_executable(whole ../../tests/install/main.cpp)
 target_link_libraries(whole PRIVATE KesProgram::KesProgram)
 X
-prefix=$PWD/build/part/prefix
+# Headers are not installed into a source tree.
+installed=$(mktemp -d "${TMPDIR:-/tmp}/kes-other.XXXXXX")
+trap 'rm -rf "$installed"' EXIT
+prefix=$installed/prefix
 cmake -S build/part -B build/part/build -G Ninja -DCMAKE_BUILD_TYPE=Quick -DCMAKE_CXX_FLAGS=-O0 \
     -DCMAKE_COMPILE_WARNING_AS_ERROR=ON -DCMAKE_INSTALL_PREFIX="$prefix" -DCMAKE_INSTALL_BINDIR=tools/bin \
     -DCMAKE_INSTALL_LIBDIR="$prefix-libraries" -DCMAKE_INSTALL_INCLUDEDIR="$prefix-headers" \
