@@ -130,14 +130,14 @@ TEST_F(HardwareAreaTest, ManyRowsScrollAndEachIsReachedByKeyboard)
     }
     EXPECT_EQ(heights.size(), 1u) << "the window grows with the devices";
 
-    ASSERT_TRUE(waitFor([this] { return window.get_mapped(); }));
-    runPendingEvents();
+    const auto rows = findWidgets(
+        view(), [](Gtk::Widget& widget) { return widget.get_style_context()->has_class("deviceRow"); });
+    ASSERT_TRUE(waitFor([&] { return window.get_mapped() && rows.back()->get_allocation().get_y() > 0; }));
     window.unset_focus();
     for (int number = 1; number <= 20; ++number) {
         window.child_focus(Gtk::DIR_TAB_FORWARD);
-        runPendingEvents();
         const std::string name = "KESTO, 10.0.0." + std::to_string(number) + ", State unknown";
-        EXPECT_EQ(focused(), std::pair(name, true));
+        EXPECT_TRUE(waitFor([&] { return focused() == std::pair(name, true); })) << name;
     }
 }
 
