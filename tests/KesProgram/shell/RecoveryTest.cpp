@@ -66,6 +66,18 @@ TEST_F(RecoveryTest, NothingLostNothingAsked)
     EXPECT_FALSE(std::filesystem::exists(folder)) << "nor has anything been written";
 }
 
+TEST_F(RecoveryTest, NobodyIsAskedDuringATest)
+{
+    leave("lost", "", 1700000000);
+    shell.open(nullptr);
+    model._setCanProgramStop(true);
+    EXPECT_TRUE(waitFor([this] { return shell.getWindow().get_mapped(); }));
+    runPendingEvents();
+    EXPECT_THAT(dialogs.getMessages(), IsEmpty());
+    model._setCanProgramStop(false);
+    EXPECT_THAT(lost(), ElementsAre("lost"));
+}
+
 TEST_F(RecoveryTest, TheQuestionTellsFileTimeAndContentsAndTheNextOneThrowsAway)
 {
     const std::string path = home.file("old.abc");
