@@ -53,7 +53,7 @@ done
 mkdir none
 cp a.pdf former.pdf
 expect 3 env PATH="$work/none" "$overcurrent" --language en a.kovc --report former.pdf --save saved.kovc --quit
-holds err "Install the package \"weasyprint\""
+holds err "Install the package “weasyprint”"
 cmp a.pdf former.pdf || fail "a report that was not made has replaced the former one"
 cmp a.kovc saved.kovc || fail "a report that was not made has kept the archive from being written"
 expect 3 "$overcurrent" --language en a.kovc --report missing/a.pdf --quit
@@ -100,17 +100,20 @@ echo "Arguments that cannot be understood"
 expect 2 "$overcurrent" --language xx
 for speed in 0 0.0009 100001 fast; do
     expect 2 "$overcurrent" --language en --speed $speed
-    holds err "is no speed factor"
+    holds err "is not a number from 0.001 to 100000"
 done
 for speed in 0.001 100000; do
     expect 0 "$overcurrent" --speed $speed --version
 done
 expect 2 "$overcurrent" --no-such-option
+holds err "All options: --help"
 expect 2 "$overcurrent" one two
-for arguments in "--save=" "--report=" "--results=" "--screenshot=" ""; do
-    expect 2 "$overcurrent" --language en "$arguments" --quit
-    holds err "The name of a file is empty."
+for option in --save --report --results --screenshot; do
+    expect 2 "$overcurrent" --language en "$option=" --quit
+    holds err "$option needs the name of a file."
 done
+expect 2 "$overcurrent" --language en "" --quit
+holds err "The name of the file to open is empty."
 expect 0 "$overcurrent" --version
 DISPLAY= WAYLAND_DISPLAY= expect 2 "$overcurrent" --language en --quit
 holds err "needs a display"
