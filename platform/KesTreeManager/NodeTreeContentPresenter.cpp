@@ -9,7 +9,7 @@ NodeTreeContentPresenter::NodeTreeContentPresenter(Node* root) : _root(root) {}
 
 NodeTreeContentPresenter::~NodeTreeContentPresenter() = default;
 
-std::unique_ptr<INodeTreeView> NodeTreeContentPresenter::_createDefaultView()
+std::unique_ptr<NodeTreeView> NodeTreeContentPresenter::_createDefaultView()
 {
     return std::make_unique<NodeTreeView>();
 }

@@ -2,7 +2,7 @@
 
 #include <KesCommonView/PresenterBase.h>
 #include <KesTree/Node.h>
-#include <KesTreeManager/INodeTreeView.h>
+#include <KesTreeManager/NodeTreeView.h>
 
 #include <memory>
 #include <vector>
@@ -17,14 +17,14 @@ class NodeValuePresenter;
 ///
 /// Its view can be placed in a `Kes::ReadOnlySwitchableContainerPresenter`: read-only, texts can still be
 /// selected and scrolled.
-class KES_EXPORT NodeTreeContentPresenter : public Kes::PresenterBase<INodeTreeView> {
+class KES_EXPORT NodeTreeContentPresenter : public Kes::PresenterBase<NodeTreeView> {
 public:
     /// Null shows nothing.
     explicit NodeTreeContentPresenter(Node* root);
     ~NodeTreeContentPresenter() override;
 
 protected:
-    std::unique_ptr<INodeTreeView> _createDefaultView() override;
+    std::unique_ptr<NodeTreeView> _createDefaultView() override;
     void _onViewInited() override;
 
 private:

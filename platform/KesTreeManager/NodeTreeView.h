@@ -1,12 +1,14 @@
 #pragma once
 
+#include <KesCommonView/IView.h>
 #include <KesCommonView/ReadOnlySwitchableContainerPresenter.h>
 #include <KesCommonView/SharedSizeGroup.h>
-#include <KesTreeManager/INodeTreeView.h>
 
 #include <gtkmm/box.h>
 #include <gtkmm/scrolledwindow.h>
+#include <sigc++/sigc++.h>
 
+#include <string>
 #include <vector>
 
 namespace KesTree {
@@ -14,14 +16,21 @@ namespace KesTree {
 /// A form: groups with a heading, those within others collapsible, and one row per value. It scrolls when it
 /// does not fit, and follows the focus. GUI thread.
 class KES_EXPORT NodeTreeView : public Gtk::ScrolledWindow,
-                                public INodeTreeView,
+                                public Kes::IView,
                                 public Kes::IReadOnlySwitchable {
 public:
     NodeTreeView();
 
-    void beginGroup(const std::string& title, const std::string& icon, bool isFolded) override;
-    void endGroup() override;
-    void addValue(Kes::IView& value) override;
+    /// The values are to become read-only, or editable again.
+    sigc::signal<void(bool)> signalReadOnlyChanged;
+
+    /// What is added next belongs to a new group, up to the matching `endGroup`. `icon` names an icon of the
+    /// icon theme. A group within another one may be folded at first.
+    void beginGroup(const std::string& title, const std::string& icon, bool isFolded);
+    void endGroup();
+    /// Places the view of a value; it is not owned.
+    void addValue(Kes::IView& value);
+
     void setIsReadOnly(bool readOnly) override;
 
 private:

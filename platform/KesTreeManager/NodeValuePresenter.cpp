@@ -1,12 +1,11 @@
 #include <KesTreeManager/NodeValuePresenter.h>
 
-#include <KesTreeManager/NodeChoiceView.h>
-#include <KesTreeManager/NodeEntryView.h>
-#include <KesTreeManager/NodeFlagView.h>
-
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesTree/TreeText.h>
 #include <KesTree/ValueError.h>
+#include <KesTreeManager/NodeChoiceView.h>
+#include <KesTreeManager/NodeEntryView.h>
+#include <KesTreeManager/NodeFlagView.h>
 
 namespace KesTree {
 
@@ -21,7 +20,7 @@ std::string reasonOf(const Kes::Result& result)
 
 } // namespace
 
-NodeValuePresenter::NodeValuePresenter(Node& node, std::unique_ptr<INodeValueView> view)
+NodeValuePresenter::NodeValuePresenter(Node& node, std::unique_ptr<NodeValueView> view)
     : _node(node), _view(std::move(view))
 {
     _showValue();
@@ -37,7 +36,7 @@ NodeValuePresenter::~NodeValuePresenter()
     notify_callbacks();
 }
 
-std::unique_ptr<INodeValueView> NodeValuePresenter::createView(const Node& node)
+std::unique_ptr<NodeValueView> NodeValuePresenter::createView(const Node& node)
 {
     switch (node.getType()) {
     case NodeType::Choice:

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <KesTree/Node.h>
-#include <KesTreeManager/INodeValueView.h>
+#include <KesTreeManager/NodeValueView.h>
 
 #include <memory>
 
@@ -12,13 +12,13 @@ namespace KesTree {
 /// The node outlives it. GUI thread.
 class KES_EXPORT NodeValuePresenter : public sigc::trackable {
 public:
-    NodeValuePresenter(Node& node, std::unique_ptr<INodeValueView> view);
+    NodeValuePresenter(Node& node, std::unique_ptr<NodeValueView> view);
     ~NodeValuePresenter();
 
-    INodeValueView& getView() { return *_view; }
+    NodeValueView& getView() { return *_view; }
 
     /// The view that suits the node's type.
-    static std::unique_ptr<INodeValueView> createView(const Node& node);
+    static std::unique_ptr<NodeValueView> createView(const Node& node);
 
     /// A value of the tree has changed: this one, or one on which this one's rules may depend.
     void onTreeChanged(const Node& changed);
@@ -34,7 +34,7 @@ private:
     void _showUsage();
 
     Node& _node;
-    std::unique_ptr<INodeValueView> _view;
+    std::unique_ptr<NodeValueView> _view;
     /// What the editor shows.
     std::string _text;
     /// The value when the user began to edit; nothing while the editor rests.

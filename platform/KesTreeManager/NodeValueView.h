@@ -1,12 +1,13 @@
 #pragma once
 
+#include <KesCommonView/IView.h>
 #include <KesCommonView/RoomyBox.h>
 #include <KesCommonView/SharedSizeGroup.h>
 #include <KesCommonView/ZoomedIcon.h>
-#include <KesTreeManager/INodeValueView.h>
 
 #include <gtkmm/box.h>
 #include <gtkmm/label.h>
+#include <sigc++/sigc++.h>
 
 #include <string>
 
@@ -14,12 +15,25 @@ namespace KesTree {
 
 /// A row: name, editor with unit, and a hint that gives way to the problem. The columns of all rows below
 /// one `Kes::SharedSizeGroupOwner` are aligned. The concrete rows add their editor. GUI thread.
-class KES_EXPORT NodeValueView : public Gtk::Box, public INodeValueView {
+class KES_EXPORT NodeValueView : public Gtk::Box, public Kes::IView {
 public:
-    void setHint(const std::string& hint) override;
-    void setProblem(const std::string& problem) override;
-    void setIsUsed(bool used) override;
-    void setIsReadOnly(bool readOnly) override;
+    /// The user has changed the text, perhaps not for the last time.
+    sigc::signal<void(const std::string&)> signalEdited;
+    /// The user has finished editing: has pressed Enter or gone elsewhere.
+    sigc::signal<void()> signalFinished;
+    /// The user wants the value back with which the editing began.
+    sigc::signal<void()> signalRestored;
+
+    /// The value in the editor; without a signal.
+    virtual void setText(const std::string& text) = 0;
+    /// What is said beside the editor while there is no problem, such as the range.
+    void setHint(const std::string& hint);
+    /// Why the text in the editor is not accepted; empty when it is.
+    void setProblem(const std::string& problem);
+    /// A value that is out of use is shown, but not edited.
+    void setIsUsed(bool used);
+    /// The text can still be selected and copied.
+    void setIsReadOnly(bool readOnly);
 
 protected:
     NodeValueView(const std::string& name, const std::string& unit);

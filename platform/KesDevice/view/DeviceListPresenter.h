@@ -2,8 +2,8 @@
 
 #include <KesCommonView/IPresenter.h>
 #include <KesDevice/view/DeviceIdentification.h>
+#include <KesDevice/view/DeviceListView.h>
 #include <KesDevice/view/HardwareDraft.h>
-#include <KesDevice/view/IDeviceListView.h>
 
 #include <memory>
 
@@ -26,7 +26,7 @@ private:
 
     HardwareDraft& _draft;
     DeviceIdentification& _identification;
-    std::unique_ptr<IDeviceListView> _view;
+    std::unique_ptr<DeviceListView> _view;
 };
 
 } // namespace KesDevice

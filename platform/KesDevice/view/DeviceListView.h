@@ -1,24 +1,36 @@
 #pragma once
 
+#include <KesCommonView/IView.h>
 #include <KesDevice/view/DeviceRowView.h>
-#include <KesDevice/view/IDeviceListView.h>
 
 #include <gtkmm/scrolledwindow.h>
+#include <sigc++/sigc++.h>
 
+#include <cstddef>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace KesDevice {
 
 /// The list of devices: one row per device, or a text when there is none. It scrolls by itself; the focus
 /// follows a device that is moved. GUI thread.
-class KES_EXPORT DeviceListView : public Gtk::Box, public IDeviceListView {
+class KES_EXPORT DeviceListView : public Gtk::Box, public Kes::IView {
 public:
     DeviceListView();
     ~DeviceListView() override;
 
-    void setDevices(const std::vector<DeviceEntry>& devices) override;
-    void focusVolts(std::size_t index) override;
+    /// The arguments begin with the device's place in the list.
+    sigc::signal<void(std::size_t)> signalIdentify;
+    /// By one place; down is positive.
+    sigc::signal<void(std::size_t, int)> signalMove;
+    sigc::signal<void(std::size_t)> signalRemove;
+    /// The auxiliary supply is to be on or off, with the voltage as typed.
+    sigc::signal<void(std::size_t, bool, const std::string&)> signalAuxDC;
+
+    void setDevices(const std::vector<DeviceEntry>& devices);
+    /// Puts the focus on the device's voltage.
+    void focusVolts(std::size_t index);
 
 private:
     void _buildList();

@@ -24,7 +24,7 @@ DeviceSearchPresenter::DeviceSearchPresenter(HardwareDraft& draft, DeviceIdentif
     : _draft(draft), _identification(identification), _jobs(jobs), _view(std::make_unique<DeviceSearchView>())
 {
     _view->signalAdd.connect(sigc::mem_fun(*this, &DeviceSearchPresenter::_onAdd));
-    _view->signalAddressEdited.connect(sigc::bind(sigc::mem_fun(*_view, &IDeviceSearchView::setProblem), ""));
+    _view->signalAddressEdited.connect(sigc::bind(sigc::mem_fun(*_view, &DeviceSearchView::setProblem), ""));
     _view->signalSearch.connect(sigc::mem_fun(*this, &DeviceSearchPresenter::_onSearch));
     _view->signalAddFound.connect(sigc::mem_fun(*this, &DeviceSearchPresenter::_onAddFound));
     _draft.signalChanged.connect(sigc::mem_fun(*this, &DeviceSearchPresenter::_showSearch));

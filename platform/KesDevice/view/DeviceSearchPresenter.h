@@ -3,8 +3,8 @@
 #include <KesCommonView/IPresenter.h>
 #include <KesDevice/view/BackgroundJobs.h>
 #include <KesDevice/view/DeviceIdentification.h>
+#include <KesDevice/view/DeviceSearchView.h>
 #include <KesDevice/view/HardwareDraft.h>
-#include <KesDevice/view/IDeviceSearchView.h>
 #include <KesDriver/IKestoNetwork.h>
 
 #include <map>
@@ -39,7 +39,7 @@ private:
     HardwareDraft& _draft;
     DeviceIdentification& _identification;
     BackgroundJobs& _jobs;
-    std::unique_ptr<IDeviceSearchView> _view;
+    std::unique_ptr<DeviceSearchView> _view;
     std::map<Kesto::Address, KesDriver::FoundDevice> _found;
     /// There are more than can be shown.
     bool _isCut = false;

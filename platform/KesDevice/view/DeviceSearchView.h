@@ -1,27 +1,39 @@
 #pragma once
 
+#include <KesCommonView/IView.h>
+#include <KesDevice/view/DeviceSearchState.h>
 #include <KesDevice/view/DeviceWidgets.h>
-#include <KesDevice/view/IDeviceSearchView.h>
 
 #include <gtkmm/entry.h>
 #include <gtkmm/spinner.h>
+#include <sigc++/sigc++.h>
 
+#include <cstddef>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace KesDevice {
 
 /// An address field with its commands, and what the search has found below. GUI thread.
-class KES_EXPORT DeviceSearchView : public Gtk::Box, public IDeviceSearchView {
+class KES_EXPORT DeviceSearchView : public Gtk::Box, public Kes::IView {
 public:
     DeviceSearchView();
     ~DeviceSearchView() override;
 
-    std::string getAddress() const override;
-    void clearAddress() override;
-    void focusAddress() override;
-    void setProblem(const std::string& problem) override;
-    void setSearch(const DeviceSearchState& state) override;
+    sigc::signal<void()> signalAdd;
+    sigc::signal<void()> signalAddressEdited;
+    sigc::signal<void()> signalSearch;
+    /// The argument is the place in the list of what was found.
+    sigc::signal<void(std::size_t)> signalAddFound;
+
+    /// What is typed in the address field.
+    std::string getAddress() const;
+    void clearAddress();
+    void focusAddress();
+    /// Why the address is refused; empty when it is not.
+    void setProblem(const std::string& problem);
+    void setSearch(const DeviceSearchState& state);
 
 private:
     class FoundRow;

@@ -3,7 +3,7 @@
 #include <KesCommonView/IPresenter.h>
 #include <KesDevice/view/DeviceListPresenter.h>
 #include <KesDevice/view/DeviceSearchPresenter.h>
-#include <KesDevice/view/IHardwareSettingsView.h>
+#include <KesDevice/view/HardwareSettingsView.h>
 #include <KesDevice/view/SyncChoicePresenter.h>
 
 #include <functional>
@@ -39,7 +39,7 @@ private:
     DeviceListPresenter _devices;
     DeviceSearchPresenter _search;
     SyncChoicePresenter _sync;
-    std::unique_ptr<IHardwareSettingsView> _view;
+    std::unique_ptr<HardwareSettingsView> _view;
     bool _isOpen = false;
 };
 

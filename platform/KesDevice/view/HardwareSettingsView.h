@@ -1,26 +1,40 @@
 #pragma once
 
+#include <KesCommonView/IView.h>
 #include <KesCommonView/RoomyBox.h>
 #include <KesCommonView/WindowView.h>
 #include <KesDevice/view/DeviceWidgets.h>
-#include <KesDevice/view/IHardwareSettingsView.h>
 
 #include <gtkmm/scrolledwindow.h>
+#include <sigc++/sigc++.h>
+
+#include <string>
 
 namespace KesDevice {
 
 /// The settings window: the parts scroll, the buttons below them stay. It keeps the parent's window from
 /// being used meanwhile. GUI thread.
-class KES_EXPORT HardwareSettingsView : public Gtk::Box, public IHardwareSettingsView {
+class KES_EXPORT HardwareSettingsView : public Gtk::Box, public Kes::IView {
 public:
     HardwareSettingsView();
     ~HardwareSettingsView() override;
 
-    void open(Kes::IView* parent, bool modal) override;
-    void close() override;
-    void setParts(Kes::IView& devices, Kes::IView& search, Kes::IView& sync) override;
-    void setNotice(const std::string& notice) override;
-    void setProblem(const std::string& problem) override;
+    /// OK, or Enter where it means nothing else.
+    sigc::signal<void()> signalConfirmed;
+    /// Cancel, Escape, or the window's own closing button; the window is closed.
+    sigc::signal<void()> signalCancelled;
+
+    /// Shows the window over the parent's window, or brings it to the front. A modal one keeps the other
+    /// windows of the program from the user.
+    void open(Kes::IView* parent, bool modal);
+    /// Without a signal.
+    void close();
+    /// The parts are placed, not owned.
+    void setParts(Kes::IView& devices, Kes::IView& search, Kes::IView& sync);
+    /// Something to know about the whole configuration; empty: nothing.
+    void setNotice(const std::string& notice);
+    /// Why the configuration cannot be confirmed; empty: nothing.
+    void setProblem(const std::string& problem);
 
 private:
     void _buildNotice();

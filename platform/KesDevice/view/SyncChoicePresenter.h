@@ -2,7 +2,7 @@
 
 #include <KesCommonView/IPresenter.h>
 #include <KesDevice/view/HardwareDraft.h>
-#include <KesDevice/view/ISyncChoiceView.h>
+#include <KesDevice/view/SyncChoiceView.h>
 
 #include <memory>
 
@@ -22,7 +22,7 @@ private:
     void _showNote();
 
     HardwareDraft& _draft;
-    std::unique_ptr<ISyncChoiceView> _view;
+    std::unique_ptr<SyncChoiceView> _view;
 };
 
 } // namespace KesDevice

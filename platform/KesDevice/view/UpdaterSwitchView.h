@@ -1,17 +1,22 @@
 #pragma once
 
-#include <KesDevice/view/IUpdaterSwitchView.h>
+#include <KesCommonView/IView.h>
 
 #include <gtkmm/checkbutton.h>
+#include <sigc++/sigc++.h>
 
 namespace KesDevice {
 
 /// A check box, small enough for the status bar. GUI thread.
-class KES_EXPORT UpdaterSwitchView : public Gtk::CheckButton, public IUpdaterSwitchView {
+class KES_EXPORT UpdaterSwitchView : public Gtk::CheckButton, public Kes::IView {
 public:
     UpdaterSwitchView();
 
-    void setIsOn(bool on) override;
+    /// The user has switched; the argument is the new state.
+    sigc::signal<void(bool)> signalSwitched;
+
+    /// Without a signal.
+    void setIsOn(bool on);
 
 protected:
     void on_toggled() override;

@@ -1,10 +1,5 @@
 #pragma once
 
-#include <KesCommonView/IView.h>
-
-#include <sigc++/sigc++.h>
-
-#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -31,24 +26,6 @@ struct DeviceSearchState {
     /// Why there may be more devices than were found; empty when all were found.
     std::string problem;
     std::vector<Found> found;
-};
-
-/// Where devices are added, by address or from a search. GUI thread.
-class KES_EXPORT IDeviceSearchView : public Kes::IView {
-public:
-    sigc::signal<void()> signalAdd;
-    sigc::signal<void()> signalAddressEdited;
-    sigc::signal<void()> signalSearch;
-    /// The argument is the place in the list of what was found.
-    sigc::signal<void(std::size_t)> signalAddFound;
-
-    /// What is typed in the address field.
-    virtual std::string getAddress() const = 0;
-    virtual void clearAddress() = 0;
-    virtual void focusAddress() = 0;
-    /// Why the address is refused; empty when it is not.
-    virtual void setProblem(const std::string& problem) = 0;
-    virtual void setSearch(const DeviceSearchState& state) = 0;
 };
 
 } // namespace KesDevice
