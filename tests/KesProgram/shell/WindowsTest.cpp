@@ -82,8 +82,8 @@ TEST_F(WindowsTest, TestObjectWindowOpensOnceAndAgainAfterClosing)
 TEST_F(WindowsTest, TestObjectIsReadOnlyDuringARunAlsoWhenItIsOpenedThen)
 {
     open();
-    model.testObject = KesTree::Node::group("relay", {"Relay", "Реле"});
-    model.testObject->add(KesTree::Node::text("name", {"Name", "Имя"}, ""));
+    model.testObject = KesTree::Node::group("relay", {"Test.relay", "Relay", "Реле"});
+    model.testObject->add(KesTree::Node::text("name", {"Test.name", "Name", "Имя"}, ""));
     model.startRun();
     shell.requestTestObject();
     ASSERT_EQ(windows().size(), 1U);
