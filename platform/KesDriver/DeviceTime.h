@@ -6,7 +6,7 @@
 
 namespace KesDriver {
 
-/// Time on a device's own clock, in microseconds since the device was switched on; also a duration.
+/// Time on a device's own clock, in microseconds since the device was switched on; also a duration. Any thread.
 using DeviceTime = std::chrono::microseconds;
 
 /// Rounded to microseconds. What would not fit, also infinity, is so long that it never comes.

@@ -10,9 +10,10 @@ trap 'kill $simulating 2>/dev/null; rm -rf "$work"' EXIT
 
 # begin_simulator SPEED
 begin_simulator() {
+    rm -f sim.out # what the former one has said counts no more
     "$simulator" --listen $device --speed "$1" --wire overcurrent >sim.out 2>sim.err &
     simulating=$!
-    until grep -q $device sim.out; do
+    until grep -qs $device sim.out; do
         kill -0 $simulating 2>/dev/null || { fail "kesto-sim: $(cat sim.err)"; break; }
         sleep 0.05
     done
@@ -39,7 +40,10 @@ begin() {
 # Until the device puts something out.
 wait_for_outputs() {
     for _ in $(seq 200); do
-        [ "$(ask ':SIM:OUTP?' | cut -d, -f1)" = 0 ] || return 0
+        case $(ask ':SIM:OUTP?' | cut -d, -f1) in
+            0 | "") ;;
+            *) return ;;
+        esac
         sleep 0.05
     done
     fail "nothing is put out: $(cat err)"
