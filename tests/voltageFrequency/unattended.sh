@@ -24,9 +24,10 @@ holds() {
 
 # with_relay SETTINGS STATUS: a test of a relay in another process.
 with_relay() {
+    rm -f sim.out # what the former one has said counts no more
     "$simulator" --listen $device --speed 1000 --wire "$1" >sim.out 2>sim.err &
     simulating=$!
-    until grep -q $device sim.out; do
+    until grep -qs $device sim.out; do
         kill -0 $simulating 2>/dev/null || { fail "kesto-sim: $(cat sim.err)"; return; }
         sleep 0.05
     done
