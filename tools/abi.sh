@@ -23,6 +23,7 @@ headers=$work/usr/include/kesprogram
 [ -e "$headers" ] || headers=$work/include/kesprogram
 
 status=0
+[ "${1:-}" != --update ] || rm -f abi/libKes*.abi.xz
 for library in "$build"/lib/*/libKes*.so; do
     name=$(basename "$library" .so)
     describe "$library" >"$work/$name.abi"
