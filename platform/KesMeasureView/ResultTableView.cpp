@@ -56,6 +56,9 @@ ResultTableView::ResultTableView()
     // Several values are wider than a small window.
     _valuesScroller.set_policy(Gtk::POLICY_AUTOMATIC, Gtk::POLICY_NEVER);
     _valuesScroller.add(_values);
+    // Bars that show themselves only under the mouse would not show that verdicts stand further to the right.
+    for (auto* scroller : {&_scroller, &_valuesScroller})
+        scroller->set_overlay_scrolling(false);
     pack_start(_valuesScroller, Gtk::PACK_SHRINK);
 }
 

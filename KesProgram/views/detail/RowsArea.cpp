@@ -7,7 +7,7 @@ namespace KesProgram {
 namespace {
 
 /// In lines of text with the distance between rows.
-constexpr double mostLines = 5;
+constexpr double mostLines = 5.5;
 
 } // namespace
 
