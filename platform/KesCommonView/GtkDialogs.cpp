@@ -64,12 +64,8 @@ void setParent(Gtk::Window& box, IView* parent)
 void formatText(Gtk::Label& label)
 {
     label.set_selectable(true);
-    // GTK makes the text bold, which is hard to read when it is long.
-    Pango::AttrList plain;
-    label.set_attributes(plain);
-    label.set_line_wrap(true);
-    // Paths have no blanks to break at.
-    label.set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
+    // It also takes away GTK's bold, which is hard to read when the text is long.
+    GtkWidgetHelper::wrapAnywhere(label);
     label.set_max_width_chars(textWidthInCharacters);
     label.set_xalign(0);
 }

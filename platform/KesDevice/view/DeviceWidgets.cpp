@@ -47,9 +47,8 @@ void ProblemLine::setText(const std::string& text)
 void wrapText(Gtk::Label& label, int narrowest, int widest)
 {
     label.set_xalign(0.0F);
-    label.set_line_wrap(true);
     // A word that somebody else has chosen may be as long as the text.
-    label.set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
+    Kes::GtkWidgetHelper::wrapAnywhere(label);
     label.set_width_chars(narrowest);
     label.set_max_width_chars(widest);
 }
