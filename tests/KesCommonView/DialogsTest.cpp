@@ -143,7 +143,8 @@ TEST_F(GtkDialogsTest, anyTextIsShownToCopyAndFitsTheScreen)
     std::string lines;
     for (int i = 0; i < 300; ++i)
         lines += "Channel overload\n";
-    for (const auto& text : {"Path:\n/" + std::string(3000, 'x'), '/' + std::string(200, 'x'), lines, std::string("bad \xff byte")}) {
+    for (const auto& text : {"Path:\n/" + std::string(3000, 'x'), '/' + std::string(200, 'x'), lines,
+                             std::string("bad \xff byte")}) {
         whenShown<Gtk::MessageDialog>([&](auto& box) {
             const auto labels = KesTest::findWidgets(*box.get_message_area(), [](Gtk::Widget& widget) {
                 return dynamic_cast<Gtk::Label*>(&widget) && widget.get_mapped();

@@ -60,7 +60,8 @@ TEST_F(ResultTableViewTest, ShowsThatThereIsMoreBesideWhatANarrowWindowShows)
     ResultTableView view;
     window.add(view);
     const std::string wide(100, '8');
-    view.setTable({{{"current", wide}, {"verdict", "Verdict", false}}, {{{"1", "Passed"}, Mark::Passed}},
+    view.setTable({{{"current", wide}, {"verdict", "Verdict", false}},
+                   {{{"1", "Passed"}, Mark::Passed}},
                    {{"Pick-up", wide, "Passed", Mark::Passed}}});
     window.set_default_size(300, 300);
     window.show_all();
@@ -68,8 +69,8 @@ TEST_F(ResultTableViewTest, ShowsThatThereIsMoreBesideWhatANarrowWindowShows)
         const auto& bar = *scroller->get_hscrollbar();
         EXPECT_TRUE(waitFor([&] { return bar.get_mapped() && bar.get_height() > 1; }));
         // Not laid over the content, where it is there under the mouse only.
-        EXPECT_GE(bar.get_allocation().get_y(), scroller->get_child()->get_allocation().get_y() +
-                                                    scroller->get_child()->get_height());
+        EXPECT_GE(bar.get_allocation().get_y(),
+                  scroller->get_child()->get_allocation().get_y() + scroller->get_child()->get_height());
     }
 }
 
