@@ -159,7 +159,7 @@ bool mayReplace(const FileRequest& request, const std::string& path)
 DialogResult GtkDialogs::showMessage(const MessageRequest& request)
 {
     const bool isQuestion = request.buttons != DialogResult::Ok;
-    // What is only told is a fault or something that could not be done.
+    // What asks nothing is a fault or something that could not be done.
     Gtk::MessageDialog box(getShownText(request.text), false,
                            isQuestion ? Gtk::MESSAGE_QUESTION : Gtk::MESSAGE_WARNING, Gtk::BUTTONS_NONE,
                            true);

@@ -128,7 +128,7 @@ void ResultTableView::_updateCommands()
         Kes::GtkWidgetHelper::setTooltip(*button, _whyNotRepeat.empty() ? get("Results.repeatValueTip")
                                                                         : _whyNotRepeat);
     }
-    // What keeps both off is told once.
+    // What keeps both off is said once.
     offer(_continue, _continueItem, _whyNotContinue, get("Results.continueTip"),
           _whyNotContinue.empty() || _whyNotContinue != _whyNotRepeat);
 }

@@ -31,7 +31,7 @@ ProblemLine::ProblemLine() : Gtk::Box(Gtk::ORIENTATION_HORIZONTAL, smallGap)
     _icon.show();
     wrapText(_text, 16, 60);
     _text.show();
-    // Told by a screen reader when it appears.
+    // Spoken by a screen reader when it appears.
     _text.get_accessible()->set_role(Atk::ROLE_NOTIFICATION);
     pack_start(_icon, Gtk::PACK_SHRINK);
     pack_start(_text, Gtk::PACK_EXPAND_WIDGET);
