@@ -260,7 +260,7 @@ bool soak(int rounds, int settled)
     return hasGrown(figures);
 }
 
-/// Begins the program anew with GLib taking each piece of memory from the heap, where it is counted. GLib
+/// Begins the program again with GLib taking each piece of memory from the heap, where it is counted. GLib
 /// decides that before `main`.
 void countSlices(char** argv)
 {

@@ -49,7 +49,7 @@ file(RELATIVE_PATH libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_L
 set(CMAKE_INSTALL_RPATH "$ORIGIN/${libraries}")
 file(RELATIVE_PATH KES_DATA_FROM_LIBRARY ${CMAKE_INSTALL_FULL_LIBDIR} ${CMAKE_INSTALL_FULL_DATADIR}/kesprogram)
 
-# A library that keeps its interface is not a reason to link anew what uses it. A changed interface is a changed
+# A library that keeps its interface is not a reason to link again what uses it. A changed interface is a changed
 # header, so that the users are compiled and linked again.
 set(CMAKE_LINK_DEPENDS_NO_SHARED ON)
 

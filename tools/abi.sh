@@ -2,7 +2,7 @@
 # Compares what the libraries offer to programs that are already compiled with what abi/ says that they offered, so
 # that breaking it is a decision; a break takes a new major version, which is the number in the libraries' names.
 # It looks at the libraries of build/packages/, as tools/packages.sh has left them there.
-# usage: tools/abi.sh [--update]     with --update, abi/ is written anew
+# usage: tools/abi.sh [--update]     with --update, abi/ is written again
 set -eu
 cd "$(dirname "$0")/.."
 . tools/setup.sh

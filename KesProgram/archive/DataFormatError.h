@@ -12,9 +12,11 @@ namespace KesProgram {
 /// Any thread.
 class KES_EXPORT DataFormatError : public Kes::ObjectError {
 public:
+    /// `inner`: why, in more detail; may be empty.
     explicit DataFormatError(std::vector<std::shared_ptr<Kes::ObjectError>> inner);
     ~DataFormatError() override;
 
+    /// For users, in the language of the process, without the inner errors.
     std::string getMessage() const override;
 
     static std::shared_ptr<Kes::ObjectError>

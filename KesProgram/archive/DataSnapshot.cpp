@@ -71,7 +71,7 @@ std::string DataSnapshot::pack() const
     for (const auto& [name, content] : _data->entries)
         data[name] = std::make_unique<std::istringstream>(content);
     std::ostringstream out;
-    // The program has been told that its data can be packed.
+    // The program has been informed that its data can be packed.
     if (!ArchiveHelper::packDataToStream(out, data, _data->header, _data->limits))
         throw std::runtime_error("the archive cannot be packed");
     return std::move(out).str();

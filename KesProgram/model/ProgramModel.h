@@ -243,7 +243,7 @@ private:
     struct ModelRunState {
         enum class Phase {
             Idle,
-            /// Told as running, with no output started.
+            /// Reported as running, with no output started.
             Announced,
             Running,
             /// Its test body has not ended yet.

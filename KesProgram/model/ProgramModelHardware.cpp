@@ -36,7 +36,7 @@ ProgramModel::SharedHardware ProgramModel::_shareSwitchedOn()
     return _shareHardware();
 }
 
-/// A run on another thread goes on with the configuration that it has just asked for, whoever replaces it.
+/// A run on another thread continues with the configuration that it has just asked for, whoever replaces it.
 void ProgramModel::_holdHardware()
 {
     auto current = _shareHardware();

@@ -308,7 +308,7 @@ void ProgramModel::_tellStopped()
 
 void ProgramModel::_emitRunningChanged()
 {
-    // Both, before another thread tells of its change.
+    // Both, before another thread reports its change.
     Kes::SignalGate::Guard gate;
     signalCanStopChanged.emit();
     signalRunningChanged.emit();

@@ -50,7 +50,7 @@ RecoveryKeeper::RecoveryKeeper(ArchiveManager& manager, std::string program, con
     try {
         _saved = _last = _manager.takeSnapshot();
     } catch (...) {
-        // The next look tells why, and counts the data as not saved.
+        // The next look finds out why, and counts the data as not saved.
         _saved.reset();
     }
     _timer = Glib::signal_timeout().connect(sigc::mem_fun(*this, &RecoveryKeeper::_onTick), betweenLooks);

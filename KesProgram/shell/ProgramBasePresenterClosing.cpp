@@ -77,7 +77,7 @@ void ProgramBasePresenter::_onClosing()
         _saveOnClosing();
 }
 
-/// False: the user wants the test to go on.
+/// False: the user wants the test to continue.
 bool ProgramBasePresenter::_stopOnRequest(ProgramModel& model)
 {
     const ClosingScope asking(_fields->closing, ClosingPhase::Asking);
@@ -98,20 +98,20 @@ void ProgramBasePresenter::_waitForStop(ProgramModel& model)
                 ++_fields->runs;
                 return;
             }
-            // The flag changes before it is told, and what closes may have seen it.
+            // The flag changes before the signal comes, and what closes may have seen it.
             _fromModel([this, run = _fields->runs.load()] {
                 if (run != _fields->savedRun)
                     _onRunningChangedOnClosing();
             });
         });
-    // It may have stopped before there was a slot to tell.
+    // It may have stopped before there was a slot to hear of it.
     if (!model.isRunning())
         _onRunningChangedOnClosing();
 }
 
 void ProgramBasePresenter::_onRunningChangedOnClosing()
 {
-    // While the question is open, `_onClosing` itself goes on when it has been answered.
+    // While the question is open, `_onClosing` itself continues when it has been answered.
     if (_fields->closing == ClosingPhase::Asking)
         return;
     _fields->isStopAwaited = false;
@@ -182,7 +182,7 @@ void ProgramBasePresenter::tellCurrentException()
             text = ConfigurationError(_getXmlConfigFullPath(), text).what();
     }
     KesLog::Log::writeError(text);
-    // Without memory for the box the program ends here: it would go on and on with what it cannot do.
+    // Without memory for the box the program ends here: it would try again and again what it cannot do.
     const auto title = titleOf(*_getModel());
     runDialogs([&] { Kes::DialogPresenter::show(getView(), text, title, Kes::DialogResult::Ok); });
     // The user has answered all questions; the file is not worth another one.

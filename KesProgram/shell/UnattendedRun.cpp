@@ -146,7 +146,7 @@ void UnattendedRun::_hearEnd(bool outputStarted)
     _guard.safeBeginUpdateView([this] { _later(&UnattendedRun::_onFinished); });
 }
 
-/// For an end that could not be queued: the run would never go on.
+/// For an end that could not be queued: the run would never continue.
 bool UnattendedRun::_lookForEnd()
 {
     const bool isThere = _end != End::None && _phase == Phase::Testing;

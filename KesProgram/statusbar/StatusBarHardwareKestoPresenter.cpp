@@ -21,7 +21,7 @@ public:
     {
         _view.setState(_state.getView());
         _view.setIcons(_icons.getView());
-        // A device tells its type when it is connected, which is also when its state becomes known.
+        // A device says its type when it is connected, which is also when its state becomes known.
         const Kes::SignalGate::Guard gate;
         _connection = kesto.signalOperationErrorChanged.connect([this, &kesto](const OperationState& state) {
             _status.set({kesto.getIdentifer().getTypeName(), state});

@@ -32,8 +32,7 @@ void fit(Gtk::MenuItem& item, const Glib::ustring& path, bool isAlone)
         label->set_ellipsize(Pango::ELLIPSIZE_MIDDLE);
         item.set_tooltip_text(path);
     } else {
-        label->set_line_wrap(true);
-        label->set_line_wrap_mode(Pango::WRAP_CHAR);
+        Kes::GtkWidgetHelper::wrapAnywhere(*label, Pango::WRAP_CHAR);
     }
 }
 

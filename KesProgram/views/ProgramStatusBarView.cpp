@@ -20,7 +20,7 @@ void ProgramStatusBarView::setInfoArea(Kes::IView* view)
     auto* widget = dynamic_cast<Gtk::Widget*>(view);
     if (!widget)
         return;
-    // What goes on is announced in the name of the status bar.
+    // What happens is announced in the name of the status bar.
     const auto bar = get_accessible();
     const auto area = widget->get_accessible();
     _name = Glib::Binding::bind_property(area->property_accessible_name(), bar->property_accessible_name(),

@@ -43,7 +43,7 @@ ToolButton::ToolButton(const std::string& imageClass, const std::string& tooltip
     auto* button = get_child();
     Kes::GtkWidgetHelper::setAccessibleName(*button, title);
     Kes::GtkWidgetHelper::setTooltip(*button, tooltip, tooltip.substr(std::min(end + 1, tooltip.size())));
-    // The item is no control to assistive technology: what switches it on or off is told of the button.
+    // The item is no control to assistive technology: what switches it on or off is announced for the button.
     property_sensitive().signal_changed().connect([this, button] { button->set_sensitive(get_sensitive()); });
     signal_map().connect([this] {
         Pictures::afterLoad(

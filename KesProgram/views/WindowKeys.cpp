@@ -43,7 +43,7 @@ WindowKeys::WindowKeys(Gtk::Widget& view)
 
 WindowKeys::~WindowKeys()
 {
-    // The widget tells of its own end later than this.
+    // The widget reports its own end later than this.
     _joining.disconnect();
 }
 

@@ -1,6 +1,7 @@
 // What the pages and the comments of headers show and no program of the tree needs in this form. It is
 // compiled with the tests.
 
+#include <KesCommon/Language.h>
 #include <KesCommon/TextTable.h>
 #include <KesDevice/HardwareControl.h>
 #include <KesDriver/net/TcpNetwork.h>
@@ -26,6 +27,11 @@ const char* get(const std::string& key)
 //! [texts]
 
 constexpr lng::Text off{"Output.off", "Off", "Выключено"};
+
+//! [language]
+constexpr lng::TranslatedText german[] = {{"Program.Menu.file", "Datei"}, {"Program.Menu.help", "Hilfe"}};
+const auto added = lng::addLanguage({"de", "de-DE", ',', german});
+//! [language]
 
 } // namespace
 

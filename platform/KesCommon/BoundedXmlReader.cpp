@@ -55,7 +55,7 @@ public:
     Parse(const Parse&) = delete;
     Parse& operator=(const Parse&) = delete;
 
-    /// Whether to go on.
+    /// Whether to continue.
     bool feed(std::string_view piece, bool isLast)
     {
         if (!_context ||

@@ -12,7 +12,7 @@ namespace Kes {
 namespace {
 
 std::function<void()> lossHandler;
-/// That of GTK: it tells of the loss and ends the process.
+/// That of GTK: it reports the loss and ends the process.
 XIOErrorHandler previous = nullptr;
 bool isWatching = false;
 
@@ -53,8 +53,12 @@ struct CompositorWatch {
 
 void watchCompositor(wl_display* display)
 {
-    static GSourceFuncs functions{
-        CompositorWatch::prepare, CompositorWatch::isLost, CompositorWatch::dispatch, nullptr, nullptr, nullptr};
+    static GSourceFuncs functions{CompositorWatch::prepare,
+                                  CompositorWatch::isLost,
+                                  CompositorWatch::dispatch,
+                                  nullptr,
+                                  nullptr,
+                                  nullptr};
     auto* source = g_source_new(&functions, sizeof(CompositorWatch));
     const int descriptor = wl_display_get_fd(display);
     reinterpret_cast<CompositorWatch*>(source)->descriptor = descriptor;

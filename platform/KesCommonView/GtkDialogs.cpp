@@ -64,12 +64,8 @@ void setParent(Gtk::Window& box, IView* parent)
 void formatText(Gtk::Label& label)
 {
     label.set_selectable(true);
-    // GTK makes the text bold, which is hard to read when it is long.
-    Pango::AttrList plain;
-    label.set_attributes(plain);
-    label.set_line_wrap(true);
-    // Paths have no blanks to break at.
-    label.set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
+    // It also takes away GTK's bold, which is hard to read when the text is long.
+    GtkWidgetHelper::wrapAnywhere(label);
     label.set_max_width_chars(textWidthInCharacters);
     label.set_xalign(0);
 }
@@ -163,7 +159,7 @@ bool mayReplace(const FileRequest& request, const std::string& path)
 DialogResult GtkDialogs::showMessage(const MessageRequest& request)
 {
     const bool isQuestion = request.buttons != DialogResult::Ok;
-    // What is only told is a fault or something that could not be done.
+    // What asks nothing is a fault or something that could not be done.
     Gtk::MessageDialog box(getShownText(request.text), false,
                            isQuestion ? Gtk::MESSAGE_QUESTION : Gtk::MESSAGE_WARNING, Gtk::BUTTONS_NONE,
                            true);

@@ -54,6 +54,16 @@ void setTooltip(Gtk::Widget& widget, const std::string& tooltip, const std::stri
     widget.get_accessible()->set_description(description);
 }
 
+void wrapAnywhere(Gtk::Label& label, Pango::WrapMode mode)
+{
+    Pango::AttrList attributes;
+    Pango::Attribute noHyphens(pango_attr_insert_hyphens_new(FALSE));
+    attributes.insert(noHyphens);
+    label.set_attributes(attributes);
+    label.set_line_wrap(true);
+    label.set_line_wrap_mode(mode);
+}
+
 void removeChild(Gtk::Container& container, Gtk::Widget& child)
 {
     // gtkmm's own function takes a reference to a managed child that nobody gives back.

@@ -3,6 +3,7 @@
 #include <KesCommonView/IView.h>
 
 #include <gtkmm/container.h>
+#include <gtkmm/label.h>
 #include <gtkmm/widget.h>
 #include <gtkmm/window.h>
 
@@ -21,6 +22,10 @@ KES_EXPORT void setAccessibleName(Gtk::Widget& widget, const std::string& name);
 /// what the name does not say yet.
 KES_EXPORT void setTooltip(Gtk::Widget& widget, const std::string& tooltip,
                            const std::string& description = {});
+
+/// Breaks the lines of a label that has no room, inside of words as well: for paths and names. No hyphen is
+/// shown at a break, since it could be taken for a part of the path. Replaces the attributes of the label.
+KES_EXPORT void wrapAnywhere(Gtk::Label& label, Pango::WrapMode mode = Pango::WRAP_WORD_CHAR);
 
 /// Takes a child out of its container, in place of `Gtk::Container::remove`, which keeps a managed child
 /// alive for ever: here one that nobody else refers to is freed, and one in whose own signal handler this

@@ -116,7 +116,7 @@ private:
     steady_clock::time_point _lastTurn;
     /// About the standstill that lasts.
     bool _isTold = false;
-    /// To be told of.
+    /// To be reported.
     bool _isDue = false;
     std::optional<Worker> _thread;
 };

@@ -10,6 +10,8 @@ namespace Kes {
 /// high. It still shrinks to what its present content needs. GUI thread.
 class KES_EXPORT RoomyBox : public Gtk::Box {
 public:
+    /// `spacing` in pixels; `characters` of the average width and `lines` of the widget's own font, so both
+    /// follow the zoom. 0: as the content needs.
     RoomyBox(Gtk::Orientation orientation, int spacing, int characters, int lines = 0);
 
 protected:

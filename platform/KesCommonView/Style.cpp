@@ -26,7 +26,7 @@ void warn(const Glib::RefPtr<const Gtk::CssSection>& section, const Glib::Error&
     KesLog::Log::writeWarn("Style sheet" + place + ": " + error.what().raw());
 }
 
-/// One provider for all of them: each one added has the whole screen styled anew.
+/// One provider for all of them: each one added has the whole screen styled again.
 void load(const std::vector<std::string>& names)
 {
     const auto screen = Gdk::Screen::get_default();

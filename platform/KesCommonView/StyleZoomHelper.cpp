@@ -63,7 +63,7 @@ bool apply()
 void setZoom(int percent)
 {
     zoom = std::clamp(percent, minimum, maximum);
-    // Each zoom lays all windows out anew, and keys repeat faster than that.
+    // Each zoom lays all windows out again, and keys repeat faster than that.
     if (!applying.connected())
         applying = Glib::signal_idle().connect(sigc::ptr_fun(apply));
 }

@@ -11,7 +11,7 @@ namespace Kes {
 /// The rectangle is the position of the window's frame and the size of its content, in GDK's pixels (which
 /// are larger than the screen's at a scale factor of 2). It is followed while the window is shown; while
 /// the window is hidden it is the last one that the window had, before the first show the one set last.
-/// Where the display does not tell the places of windows, the position stays the one that was set.
+/// Where the display does not say where windows are, the position stays the one that was set.
 class KES_EXPORT WindowRectangleManager {
 public:
     /// The window outlives the manager.
@@ -20,7 +20,7 @@ public:
     WindowRectangleManager(const WindowRectangleManager&) = delete;
     WindowRectangleManager& operator=(const WindowRectangleManager&) = delete;
 
-    /// Whether the display tells and takes the places of windows. Wayland keeps them to itself.
+    /// Whether the display says where windows are, and lets them be placed. Wayland keeps them to itself.
     static bool canPlace(const Gtk::Window& window);
 
     /// Moves and sizes the window. A rectangle that lies outside the monitors that are there now, or is

@@ -15,8 +15,7 @@ enum class DeviceState {
     /// The amplifiers are on.
     Working,
     /// Connected with a fault or not ready, or disconnected because it sent nonsense or did not obey. Its
-    /// outputs
-    /// are off, or its own watchdog switches them off.
+    /// outputs are off, or its own watchdog switches them off.
     Faulty,
     /// The connection was lost, or an answer came too late; the device switches everything off by itself.
     Lost

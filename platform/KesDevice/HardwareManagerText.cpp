@@ -72,7 +72,7 @@ constexpr lng::Text texts[] = {
     {"Errors.Kesto.outputEnded", "The outputs were switched off", "Выходы отключены"},
     {"Errors.Kesto.sequenceEnded", "The device has ended its sequence early",
      "Устройство завершило последовательность раньше времени"},
-    {"Errors.Kesto.untold", "%s: what it has told could not be taken (%s); it was disconnected.",
+    {"Errors.Kesto.untold", "%s: what it has reported could not be processed (%s); it was disconnected.",
      "%s: сообщение не удалось обработать (%s), соединение закрыто."},
     {"Errors.Kesto.nonsense",
      "%s sends data that make no sense. Switch the device off and on again; if this comes back, it needs "

@@ -287,7 +287,7 @@ Kes::Result HardwareManager::disconnect()
     const auto kestos = _kestos.lease();
     if (std::any_of(kestos.begin(), kestos.end(), hasConnection))
         status.show();
-    // Who waits for a device that does not answer goes on at once, and gives the turn free.
+    // Who waits for a device that does not answer continues at once, and gives the turn free.
     if (!_running)
         for (const auto& kesto : kestos)
             kesto->disconnect();

@@ -71,7 +71,7 @@ Kes::Result HardwareManager::startSequences(const std::vector<OutputSequence>& s
         _toResult("Errors.Sync.start", start.kestos, _onEach(start.kestos, status, [&](Kesto& kesto) {
                       return kesto.armSequence(start.sequences[start.numberOf(kesto)]);
                   }));
-    // Not earlier: until a device has armed its sequence it may still tell the end of the one before.
+    // Not earlier: until a device has armed its sequence it may still report the end of the one before.
     made->_begin(start.kestos, start.numbers);
     if (result)
         result = _trigger(start, status);

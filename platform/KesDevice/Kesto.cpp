@@ -18,7 +18,7 @@ namespace {
 
 using StateLock = std::lock_guard<std::mutex>;
 
-/// How long a sequence waits for the end of the one before to be told.
+/// How long a sequence waits for the report of the end of the one before.
 constexpr std::chrono::milliseconds longestTelling{500};
 
 } // namespace
@@ -177,7 +177,7 @@ Kes::Result Kesto::stopWorkingMode()
         epoch = _fields->machine.getEpoch();
     }
     auto result = _ask([&](IKestoLink& link) { return _switchOff(link, epoch); });
-    // Without a connection it switches off by itself; a loss is told as such.
+    // Without a connection it switches off by itself; a loss is reported as such.
     if (result || isConnectionError(result))
         return true;
     told.setTold();

@@ -68,7 +68,7 @@ Kes::Result Kesto::connect()
     }
 }
 
-/// An attempt that has thrown, for want of memory: nobody goes on waiting for it.
+/// An attempt that has thrown, for want of memory: nobody continues to wait for it.
 void Kesto::_giveUp(Attempt& attempt)
 {
     const auto isOver = [&] {
@@ -221,7 +221,7 @@ Kes::Result Kesto::_readLimits()
 Kes::Result Kesto::_readState(KestoState& state)
 {
     {
-        // What it has told before is in the answer.
+        // What it has reported before is in the answer.
         std::lock_guard lock(DeviceStateMachine::getMutex());
         _fields->attempt->fault.reset();
     }
@@ -295,7 +295,7 @@ void Kesto::disconnect()
         _fields->machine.change(DeviceState::Absent);
         ++_fields->endings;
     }
-    // An attempt that waits for its address goes on at once.
+    // An attempt that waits for its address continues at once.
     AddressHold::notify();
     _endLink(LetGo::AtOnce);
     _emitOperationError();

@@ -1,4 +1,4 @@
-// The part of a device that hears what the device tells by itself, and tells others.
+// The part of a device that hears what the device reports by itself, and reports it to others.
 
 #include <KesDevice/Kesto.h>
 
@@ -247,7 +247,7 @@ void Kesto::_emitReportOrNotice(const Report& report)
 
 void Kesto::_emitOperationError()
 {
-    // Under the gate, so that two threads tell in the order of the changes.
+    // Under the gate, so that two threads report in the order of the changes.
     const Kes::SignalGate::Guard gate;
     Kes::Nullable<std::string> error;
     {

@@ -111,7 +111,7 @@ bool SyncedRun::_end(Device& device, const std::string& error)
 }
 
 /// Each on a thread of its own: one that does not answer keeps no other one waiting. With the lock. True
-/// for the first call, whose caller goes on with `_stopRest`.
+/// for the first call, whose caller continues with `_stopRest`.
 bool SyncedRun::_stopAll(const std::string& error)
 {
     if (_error.empty())

@@ -16,7 +16,7 @@ constexpr lng::Text texts[] = {
 
     {"Unknown.title", "ORIGIN UNKNOWN", "ПРОИСХОЖДЕНИЕ НЕИЗВЕСТНО"},
     {"Unknown.notice",
-     "ORIGIN UNKNOWN: the file was damaged where it tells which device made these results. They may come "
+     "ORIGIN UNKNOWN: the file was damaged where it says which device made these results. They may come "
      "from a simulated bench.",
      "ПРОИСХОЖДЕНИЕ НЕИЗВЕСТНО: файл повреждён там, где указано, каким устройством получены эти результаты. "
      "Возможно, они получены на имитируемом стенде."},

@@ -33,7 +33,7 @@ void RunClock::setTime(KesDriver::DeviceTime now)
         _begin = now;
         _stepBegin = now;
     }
-    // A device that tells nonsense does not take the progress back.
+    // A device that talks nonsense does not take the progress back.
     _now = _begin == now ? now : std::max(_now, now);
 }
 

@@ -14,8 +14,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A device that has not told the end of a sequence this long after it was due, on its clock and on the
-/// host's, will not tell it any more. Both count: a fast simulated clock would soon be late on its own.
+/// A device that has not reported the end of a sequence this long after it was due, on its clock and on the
+/// host's, will not report it any more. Both count: a fast simulated clock would soon be late on its own.
 constexpr auto grace = 5s;
 constexpr auto lookAgain = 250ms;
 constexpr auto faultDelay = 300ms;
@@ -116,8 +116,8 @@ SequenceRecorder::Outcome SequenceRecorder::_judgeEnd()
 
 SequenceRecorder::Outcome SequenceRecorder::_judgeEarlyEnd()
 {
-    // A fault of this device has been told before and has stopped the run. One of another device, for which
-    // this one was told to stop, may still be on its way, and stops the run with its own text.
+    // A fault of this device has been reported before and has stopped the run. One of another device, for
+    // which this one was stopped, may still be on its way, and stops the run with its own text.
     _control.waitFor(faultDelay, [] { return false; });
     return _control.isStopped() ? Outcome::Stopped : _fail(lng::Measure::get("Run.sequenceEnded"));
 }

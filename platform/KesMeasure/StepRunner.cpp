@@ -84,7 +84,8 @@ StepRunner::Outcome StepRunner::_record(const OutputSequence& sequence)
     return _fail(Outcome::Failed, _recorder.getError());
 }
 
-/// The steps have taken the times that the device tells, which are shorter than planned when contacts moved.
+/// The steps have taken the times that the device reports, which are shorter than planned when contacts
+/// moved.
 void StepRunner::_heat(const OutputSequence& sequence)
 {
     if (!_budget)
@@ -92,7 +93,7 @@ void StepRunner::_heat(const OutputSequence& sequence)
     const auto record = getRecord();
     for (std::size_t i = 0; i < sequence.size() && i < record.steps.size(); ++i) {
         const auto end = i + 1 < record.steps.size() ? record.steps[i + 1] : record.end->time;
-        // A device that tells nonsense does not make the relay colder than it is.
+        // A device that talks nonsense does not make the relay colder than it is.
         _budget->add(sequence[i], std::clamp(end - record.steps[i], DeviceTime(0), sequence[i].duration));
     }
 }

@@ -56,6 +56,9 @@ ResultTableView::ResultTableView()
     // Several values are wider than a small window.
     _valuesScroller.set_policy(Gtk::POLICY_AUTOMATIC, Gtk::POLICY_NEVER);
     _valuesScroller.add(_values);
+    // Bars that show themselves only under the mouse would not show that verdicts stand further to the right.
+    for (auto* scroller : {&_scroller, &_valuesScroller})
+        scroller->set_overlay_scrolling(false);
     pack_start(_valuesScroller, Gtk::PACK_SHRINK);
 }
 
@@ -125,7 +128,7 @@ void ResultTableView::_updateCommands()
         Kes::GtkWidgetHelper::setTooltip(*button, _whyNotRepeat.empty() ? get("Results.repeatValueTip")
                                                                         : _whyNotRepeat);
     }
-    // What keeps both off is told once.
+    // What keeps both off is said once.
     offer(_continue, _continueItem, _whyNotContinue, get("Results.continueTip"),
           _whyNotContinue.empty() || _whyNotContinue != _whyNotRepeat);
 }

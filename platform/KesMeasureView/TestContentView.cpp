@@ -44,6 +44,9 @@ TestContentView::TestContentView(Kes::IView& settings, Kes::IView& outcome, Kes:
     _measuredScroller.set_propagate_natural_height(true);
     _measuredScroller.add(_measured);
     _right.pack_start(_measuredScroller, Gtk::PACK_EXPAND_WIDGET);
+    // Always seen where something does not fit, not only under the mouse.
+    for (auto* scroller : {&_leftScroller, &_measuredScroller})
+        scroller->set_overlay_scrolling(false);
     _leftColumn.pack_start(_leftScroller, Gtk::PACK_EXPAND_WIDGET);
     pack1(_leftColumn, false, false);
     pack2(_right, true, false);

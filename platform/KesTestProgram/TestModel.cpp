@@ -35,7 +35,7 @@ bool TestModel::isResultStale() const
     const auto results = getResults();
     if (!results || results->settings == _getTree().serialize())
         return false;
-    // Who and what was tested is often told afterwards.
+    // Who and what was tested is often entered afterwards.
     const auto tested = _kind.makeTestObject();
     if (!tested->deserialize(results->settings))
         return true;

@@ -176,7 +176,7 @@ std::string TestPresenter::_suggestReport()
 void TestPresenter::_onInit()
 {
     _createMenus();
-    KesMeasure::WindowOpening::setDefaultSize(*_getProgramView(), 84.0, 56.0);
+    KesMeasure::WindowOpening::setDefaultSize(*_getProgramView(), 88.0, 56.0);
     KesMeasure::WindowOpening::afterFirstFrame(*_getProgramView(),
                                                sigc::mem_fun(*this, &TestPresenter::_fill));
 }

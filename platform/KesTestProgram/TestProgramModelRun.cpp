@@ -176,7 +176,7 @@ void TestProgramModel::_onStart()
     _finish();
 }
 
-/// False when the results to go on with are there no more.
+/// False when the results to continue with are there no more.
 bool TestProgramModel::_beginRun(const KesMeasure::MeasuredTest& test)
 {
     if (_kind != RunKind::Anew)
@@ -188,7 +188,7 @@ bool TestProgramModel::_beginRun(const KesMeasure::MeasuredTest& test)
 TestProgramModel::RunResult TestProgramModel::_run(KesDevice::Kesto& kesto)
 {
     auto result = _runTest(kesto, _control, _getOrder());
-    // What has become of the devices counts, and not who was told of it first.
+    // What has become of the devices counts, and not who heard of it first.
     if (!getHardware()->checkOutput())
         result.end = RunEnd::Fault;
     else if (!result.error.empty())

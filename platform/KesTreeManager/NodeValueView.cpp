@@ -90,7 +90,7 @@ void NodeValueView::_updateNote()
         else
             style->remove_class("error");
     }
-    // That it is not used is told by its being off.
+    // That it is not used is shown by its being off.
     _focus->get_accessible()->set_description(_isUsed || _hasProblem() ? text : std::string());
 }
 

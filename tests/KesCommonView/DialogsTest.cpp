@@ -125,12 +125,26 @@ TEST_F(GtkDialogsTest, workIsWaitedForAndEndsWhenTheUserCancels)
     Kes::DialogBackend::install(std::move(scripted));
 }
 
+/// How many signs a user sees, those that breaking the lines has added included.
+int countGlyphs(Gtk::Label& label)
+{
+    int count = 0;
+    auto* iterator = pango_layout_get_iter(label.get_layout()->gobj());
+    do {
+        if (const auto* run = pango_layout_iter_get_run_readonly(iterator))
+            count += run->glyphs->num_glyphs;
+    } while (pango_layout_iter_next_run(iterator));
+    pango_layout_iter_free(iterator);
+    return count;
+}
+
 TEST_F(GtkDialogsTest, anyTextIsShownToCopyAndFitsTheScreen)
 {
     std::string lines;
     for (int i = 0; i < 300; ++i)
         lines += "Channel overload\n";
-    for (const auto& text : {"Path:\n/" + std::string(3000, 'x'), lines, std::string("bad \xff byte")}) {
+    for (const auto& text : {"Path:\n/" + std::string(3000, 'x'), '/' + std::string(200, 'x'), lines,
+                             std::string("bad \xff byte")}) {
         whenShown<Gtk::MessageDialog>([&](auto& box) {
             const auto labels = KesTest::findWidgets(*box.get_message_area(), [](Gtk::Widget& widget) {
                 return dynamic_cast<Gtk::Label*>(&widget) && widget.get_mapped();
@@ -139,6 +153,10 @@ TEST_F(GtkDialogsTest, anyTextIsShownToCopyAndFitsTheScreen)
             auto& shown = dynamic_cast<Gtk::Label&>(*labels[0]);
             EXPECT_TRUE(shown.get_selectable());
             EXPECT_EQ(shown.get_text().substr(0, 4), text.substr(0, 4));
+            // A path that is broken shows no hyphens, which could be its own.
+            if (text[0] == '/') {
+                EXPECT_EQ(countGlyphs(shown), static_cast<int>(text.size()));
+            }
             EXPECT_LT(box.get_height(), 600);
             EXPECT_LT(box.get_width(), 1024);
             box.response(16);

@@ -260,9 +260,10 @@ TEST_F(KestoTest, LetsGoOfADeviceWhoseEventHasNotBeenTaken)
     EXPECT_EQ(fake.countCalls(LinkCall::StopOutputs), 1U);
     EXPECT_EQ(record.count("incomplete at 200"), 1U);
     EXPECT_EQ(record.count("complete at 300"), 0U);
-    EXPECT_EQ(record.count("notice KESTO-3 No. 00017 (192.168.1.2): what it has told could not be taken "
-                           "(std::bad_alloc); it was disconnected."),
-              1U);
+    EXPECT_EQ(
+        record.count("notice KESTO-3 No. 00017 (192.168.1.2): what it has reported could not be processed "
+                     "(std::bad_alloc); it was disconnected."),
+        1U);
 }
 
 TEST_F(KestoTest, BelievesTheLatestOfStateAndFaultWhileItConnects)

@@ -54,6 +54,26 @@ TEST_F(ResultTableViewTest, ShowsTheBeginningOfOtherResultsAndFollowsThoseOfATes
     EXPECT_TRUE(waitFor([&] { return place.get_value() == 0.0; }));
 }
 
+TEST_F(ResultTableViewTest, ShowsThatThereIsMoreBesideWhatANarrowWindowShows)
+{
+    Gtk::Window window;
+    ResultTableView view;
+    window.add(view);
+    const std::string wide(100, '8');
+    view.setTable({{{"current", wide}, {"verdict", "Verdict", false}},
+                   {{{"1", "Passed"}, Mark::Passed}},
+                   {{"Pick-up", wide, "Passed", Mark::Passed}}});
+    window.set_default_size(300, 300);
+    window.show_all();
+    for (auto* scroller : KesTest::findWidgets<Gtk::ScrolledWindow>(view)) {
+        const auto& bar = *scroller->get_hscrollbar();
+        EXPECT_TRUE(waitFor([&] { return bar.get_mapped() && bar.get_height() > 1; }));
+        // Not laid over the content, where it is there under the mouse only.
+        EXPECT_GE(bar.get_allocation().get_y(),
+                  scroller->get_child()->get_allocation().get_y() + scroller->get_child()->get_height());
+    }
+}
+
 TEST_F(ResultTableViewTest, FreesWhatItShowedWhenItIsFilledAgain)
 {
     KesTest::LiveWidgets live;

@@ -124,7 +124,8 @@ MISPRINTS = {
 
 
 def pages():
-    """The help pages as their readers see them, with their languages, and the entries of the desktop's menu."""
+    """The help pages as their readers see them, with their languages, and what the desktop's menu and its software
+    catalogue show."""
     for path in sorted(pathlib.Path(SOURCES, "data", "help").glob("*.html")):
         page = re.sub(r'<p class="formula">.*?</p>|<[^>]*>', " ", path.read_text(encoding="utf-8"), flags=re.S)
         language = path.name.split(".")[1][:2]
@@ -133,6 +134,9 @@ def pages():
             if key.startswith(FIXED):
                 page = page.replace(pair[LANGUAGES.index(language)].split("\n")[0], " ")
         yield path.name, language, page
+    for path in sorted(pathlib.Path(SOURCES, "data", "desktop").glob("*.metainfo.xml")):
+        for tag, text in re.findall(r"<((?:summary|p)\b[^>]*)>(.*?)</", path.read_text(encoding="utf-8"), re.S):
+            yield path.name, "ru" if '"ru"' in tag else "en", text
     for path in sorted(pathlib.Path(SOURCES, "data", "desktop").glob("*.desktop")):
         for line in path.read_text(encoding="utf-8").split("\n"):
             if re.match(r"(GenericName|Comment|Keywords)\b", line):

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Fails when a document or the comment of a header shows code that is not compiled, or tells of threads that are
+"""Fails when a document or the comment of a header shows code that is not compiled, or names threads that are
 not there.
 
 - A block of C++ or CMake in a page stands behind a comment such as `<!-- snippet: examples/a.cpp [name] -->`, and

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Takes the pictures in docs/screenshots from the running program, and writes docs/commands.md anew.
+# Takes the pictures in docs/screenshots from the running program, and writes docs/commands.md from commands.md.in.
 # usage: tools/screenshots/make.sh [BUILD FOLDER] [PICTURE...]
 set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)

@@ -187,7 +187,7 @@ std::optional<std::string> ZipReader::readContent()
     return content;
 }
 
-// The library tells the method of an entry in the name of the format only.
+// The library gives the method of an entry in the name of the format only.
 bool ZipReader::_isReadable() const
 {
     const char* const format = archive_format_name(_reader.get());

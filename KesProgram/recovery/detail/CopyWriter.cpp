@@ -100,7 +100,7 @@ bool CopyWriter::_write(Task task)
     } catch (...) {
         reason = Kes::getCurrentExceptionText();
     }
-    // A full disk is told of once, and tried again.
+    // A full disk is reported once, and tried again.
     if (_isGood)
         KesLog::Log::writeError("keeping a recovery copy: " + reason);
     return false;

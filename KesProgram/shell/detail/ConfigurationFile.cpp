@@ -22,7 +22,7 @@ namespace {
 constexpr std::chrono::seconds longestWait{2};
 constexpr mode_t newFileMode = 0666;
 
-/// Not left to the XML library, which takes a path for a URI and tells standard error of a missing file.
+/// Not left to the XML library, which takes a path for a URI and reports a missing file on standard error.
 std::optional<std::string> readFile(const std::string& path)
 {
     auto stream = Kes::openInputFileUTF8Name(path, std::ios::in | std::ios::binary);

@@ -59,7 +59,7 @@ void EndRequests::_joinSession()
     _session = gtk_application_new("kes.Program", G_APPLICATION_NON_UNIQUE);
     g_object_set(_session, "register-session", TRUE, nullptr);
     g_signal_connect(_session, "query-end", G_CALLBACK(&EndRequests::_onQueryEnd), this);
-    // Without a session there is nothing to be told.
+    // Without a session no end of it will be reported.
     g_application_register(G_APPLICATION(_session), nullptr, nullptr);
 }
 

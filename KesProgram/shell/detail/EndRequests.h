@@ -8,7 +8,7 @@
 
 namespace KesProgram {
 
-/// Tells when the process is to end: SIGHUP, SIGINT, SIGTERM, or the end of the desktop's session as its
+/// Reports when the process is to end: SIGHUP, SIGINT, SIGTERM, or the end of the desktop's session as its
 /// session manager announces it. GUI thread.
 class EndRequests {
 public:

@@ -117,7 +117,7 @@ void ProgramEnding::_ask()
     }
     if (_stage != Stage::Asked || _presenter.isClosing())
         return;
-    // The user wants to go on.
+    // The user wants to continue.
     _patience.disconnect();
     _stage = Stage::NotAsked;
 }

@@ -7,7 +7,7 @@ namespace KesProgram {
 namespace {
 
 /// In lines of text with the distance between rows.
-constexpr double mostLines = 5;
+constexpr double mostLines = 5.5;
 
 } // namespace
 
@@ -16,7 +16,7 @@ RowsArea::RowsArea()
     set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
     set_propagate_natural_width(true);
     set_propagate_natural_height(true);
-    // A bar that shows itself only under the mouse would not tell that there are more rows.
+    // A bar that shows itself only under the mouse would not show that there are more rows.
     set_overlay_scrolling(false);
 }
 

@@ -4,8 +4,8 @@
 
 namespace KesProgram {
 
-/// Tells assistive technology that the widget is an area of the status bar, whose name reports what goes on.
-/// GUI thread.
+/// Makes known to assistive technology that the widget is an area of the status bar, whose name reports what
+/// happens. GUI thread.
 void makeStatusArea(Gtk::Widget& widget);
 
 } // namespace KesProgram

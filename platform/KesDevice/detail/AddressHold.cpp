@@ -54,7 +54,7 @@ AddressHold AddressHold::take(const KesDriver::NetAddress& address, const std::f
     std::unique_lock lock(holds().mutex);
     holds().freed.waitUntil(lock, std::chrono::steady_clock::now() + longestHold,
                             [&] { return !holds().counts.contains(address) || !isWanted(); });
-    // In the same step, or two who have waited would both go on.
+    // In the same step, or two who have waited would both continue.
     ++holds().counts[address];
     return {address, IsCounted()};
 }

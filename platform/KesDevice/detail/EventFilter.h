@@ -7,8 +7,8 @@
 
 namespace KesDevice {
 
-/// Tells whether the events of one connection can be believed: inputs and steps exist, times do not go back.
-/// Not synchronised.
+/// Decides whether the events of one connection can be believed: inputs and steps exist, times do not go
+/// back. Not synchronised.
 class EventFilter {
 public:
     /// A sequence is about to be sent. Until its first step is reported, steps of the one before are

@@ -10,10 +10,10 @@
 
 namespace KesDevice {
 
-/// Tells what is going on, if that is wanted or takes long. Several may be shown at a time, one inside the
-/// other or on different threads: the newest counts, and the end of the last one says that nothing is going
-/// on any more. A configuration that has been replaced reports nothing: nobody may be there any more to hear
-/// the end.
+/// Reports what is being done, if that is wanted or takes long. Several may be shown at a time, one inside
+/// the other or on different threads: the newest counts, and the end of the last one says that nothing is
+/// done any more. A configuration that has been replaced reports nothing: nobody may be there any more to
+/// hear the end.
 class HardwareManager::Status {
 public:
     using Clock = std::chrono::steady_clock;

@@ -17,14 +17,16 @@ class KES_EXPORT DeviceRowView : public Gtk::Box {
 public:
     DeviceRowView();
 
+    /// The user wants to know which device answers at the address.
     sigc::signal<void()> signalIdentify;
     /// By one place; down is positive.
     sigc::signal<void(int)> signalMove;
+    /// The user wants the device out of the list.
     sigc::signal<void()> signalRemove;
     /// On or off, and the volts as typed.
     sigc::signal<void(bool, const std::string&)> signalAuxDC;
 
-    /// `place` counts from 0.
+    /// Shows the device; `place` counts from 0. Emits nothing.
     void setState(const DeviceEntry& state, std::size_t place, bool isLast);
     void focusVolts();
     /// Focuses the button that moves up (-1) or down (1); the opposite one when the device cannot move that

@@ -31,7 +31,7 @@ ProblemLine::ProblemLine() : Gtk::Box(Gtk::ORIENTATION_HORIZONTAL, smallGap)
     _icon.show();
     wrapText(_text, 16, 60);
     _text.show();
-    // Told by a screen reader when it appears.
+    // Spoken by a screen reader when it appears.
     _text.get_accessible()->set_role(Atk::ROLE_NOTIFICATION);
     pack_start(_icon, Gtk::PACK_SHRINK);
     pack_start(_text, Gtk::PACK_EXPAND_WIDGET);
@@ -47,9 +47,8 @@ void ProblemLine::setText(const std::string& text)
 void wrapText(Gtk::Label& label, int narrowest, int widest)
 {
     label.set_xalign(0.0F);
-    label.set_line_wrap(true);
     // A word that somebody else has chosen may be as long as the text.
-    label.set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
+    Kes::GtkWidgetHelper::wrapAnywhere(label);
     label.set_width_chars(narrowest);
     label.set_max_width_chars(widest);
 }

@@ -14,7 +14,7 @@ namespace {
 using lng::DeviceView::get;
 
 constexpr int partGap = 18;
-/// Room for a few devices, for what they tell beside their addresses, and for what a search finds.
+/// Room for a few devices, for what is shown beside their addresses, and for what a search finds.
 constexpr int partCharacters = 84;
 constexpr int partLines = 28;
 /// In pixels; below it the whole window scrolls.

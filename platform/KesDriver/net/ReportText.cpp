@@ -1,4 +1,4 @@
-// What a device tells about itself, and its events, as text.
+// What a device says about itself, and its events, as text.
 
 #include <KesCommon/NumberText.h>
 #include <KesCommon/StringHelper.h>

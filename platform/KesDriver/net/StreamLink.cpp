@@ -25,7 +25,7 @@ using End = StreamConnection::End;
 /// What a device reads in about a millisecond: a stop waits for no more. Each part takes a round trip.
 constexpr std::size_t bytesAtATime = 64U << 10U;
 
-/// What the program itself says for a refusal; null where the device's words tell more.
+/// What the program itself says for a refusal; null where the device's words say more.
 const char* getStateText(RefusalCode code)
 {
     switch (code) {

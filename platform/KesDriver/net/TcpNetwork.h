@@ -8,6 +8,7 @@
 
 namespace KesDriver {
 
+/// Where a device listens when nothing else is said; the port that is usual for SCPI over TCP.
 inline constexpr std::uint16_t kestoPort = 5025;
 
 /// Devices that speak the network protocol over TCP. Any thread.

@@ -6,7 +6,7 @@ namespace KesDriver::Scpi {
 
 namespace {
 
-/// The hundreds of a code tell its class; a device's own codes are above zero.
+/// The hundreds of a code are its class; a device's own codes are above zero.
 InstrumentStatus::StandardEvent getClass(ErrorCode code)
 {
     constexpr int hundred = 100;

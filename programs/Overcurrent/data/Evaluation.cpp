@@ -14,7 +14,7 @@ namespace {
 
 /// Values read from a ramp are sums of steps: what is a hair outside by rounding is inside.
 constexpr double rounding = 1e-9;
-/// The clock of a device tells whole microseconds.
+/// The clock of a device counts whole microseconds.
 constexpr double clockStep = 1e-6;
 
 double toSeconds(KesDriver::DeviceTime time)

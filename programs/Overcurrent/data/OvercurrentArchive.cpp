@@ -159,7 +159,7 @@ OvercurrentArchive convertOutdated(const ArchiveEntries& entries)
     return archive;
 }
 
-/// When the entry that tells the form is damaged, each part is what it can be read as.
+/// When the entry with the number of the form is damaged, each part is what it can be read as.
 OvercurrentArchive takeIntactParts(const ArchiveEntries& entries)
 {
     const std::string info = entries.get(ArchiveEntries::info);

@@ -88,7 +88,7 @@ bool readPoint(const xmlpp::Element& element, const TestPlan& plan, ArchiveForm 
     return attributes.isGood() && isTimeOf(plan, point.time);
 }
 
-/// Form 2 tells the step with the change only; the one before it is a step of the plan away.
+/// Form 2 holds the step with the change only; the one before it is a step of the plan away.
 double stepBefore(const Ramp& plan, double multiple)
 {
     return plan.to > plan.from ? std::max(multiple - plan.step, plan.from)

@@ -35,7 +35,7 @@ constexpr double responseTime = 0.15;
 /// In which a rate is sought, in tolerances; from the ramps' reach below to the same above.
 constexpr double rateFraction = 0.2;
 constexpr int ratePulses = 31;
-/// In tolerances: closer to the nominal value a stage cannot be told from one that is off.
+/// In tolerances: closer to the nominal value a stage cannot be distinguished from one that is off.
 constexpr double leastDistance = 1.5;
 
 constexpr const char* ids[] = {"undervoltage", "overvoltage", "underfrequency", "overfrequency",

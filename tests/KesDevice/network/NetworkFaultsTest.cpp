@@ -215,7 +215,7 @@ Outcome tryPair(unsigned number, const Fault& fault, const Moment& moment)
          !isWhole && messages.empty() && std::chrono::steady_clock::now() < end;
          messages = rig.takeMessages())
         std::this_thread::sleep_for(10ms);
-    Outcome outcome{moment.isRace ? "off" : messages.empty() ? "goes on" : "off, told", {}};
+    Outcome outcome{moment.isRace ? "off" : messages.empty() ? "undisturbed" : "off, reported", {}};
     const auto complain = [&](const std::string& text) { outcome.defect += text + "; "; };
     if (!messages.empty() && (!offTime || *offTime > longestOn))
         complain("on after " + std::to_string(offTime ? offTime->count() : -1) + " ms");

@@ -6,8 +6,8 @@
 
 namespace KesDriver {
 
-/// One device, from the connection to its answer. Tells its end by `ended`, inside which it may be destroyed;
-/// before that there is always one operation under way.
+/// One device, from the connection to its answer. Reports its end by `ended`, inside which it may be
+/// destroyed; before that there is always one operation under way.
 class DeviceQuestions::Dialogue {
 public:
     Dialogue(const std::string& question, Answered answered)

@@ -142,7 +142,7 @@ void StreamConnection::_report(const EventOrder::Record& event)
         _reports->push(_number, std::move(report), _run);
 }
 
-/// One for all events that have come together: the device goes on only when the last one is known.
+/// One for all events that have come together: the device continues only when the last one is known.
 void StreamConnection::_acknowledgeWhenHeard()
 {
     std::uint64_t last = 0;

@@ -142,7 +142,7 @@ void AvahiPublisher::onGroup(AvahiEntryGroup* group, AvahiEntryGroupState state,
             "%s is announced as \"%s\".", publisher._service.address.to_string(), publisher._name));
         break;
     case AVAHI_ENTRY_GROUP_COLLISION:
-        // Nobody tells which of the names it is.
+        // Nobody says which of the names it is.
         publisher._host = take(avahi_alternative_host_name(publisher._host.c_str()));
         publisher._rename();
         publisher._publish(client);

@@ -155,7 +155,7 @@ void SimulatedHost::_passOnReports() noexcept
                 _changed.notify_all();
         });
     } catch (...) {
-        // Noted, and the thread told.
+        // Noted, and the thread woken.
     }
 }
 

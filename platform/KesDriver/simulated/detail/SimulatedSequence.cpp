@@ -6,7 +6,7 @@ namespace KesDriver {
 
 namespace {
 
-/// How often a ramp is put out anew.
+/// How often a ramp is put out again.
 constexpr DeviceTime tickInterval = std::chrono::milliseconds(1);
 
 } // namespace

@@ -87,7 +87,7 @@ bool setWord(Value& target, std::string_view text, const std::string_view (&word
     return true;
 }
 
-/// A stage is in use once its setting is told; 0 takes it out of use.
+/// A stage is in use once its setting is given; 0 takes it out of use.
 template <std::size_t stage>
 bool setPickUp(Overcurrent& values, std::string_view text)
 {

@@ -143,7 +143,7 @@ void VoltageFrequencyRelay::_follow(Kind kind, bool isBeyond, Time time)
 }
 
 /// Outputs that stand have no rate: a contact goes its way only as long as the ramp does, and one that is
-/// closed opens soon, unless the ramp goes on.
+/// closed opens soon, unless the ramp continues.
 void VoltageFrequencyRelay::_followRate(Element& element, bool isBeyond, Time time)
 {
     const auto follow = [&](Contact& contact, Time operateTime) {

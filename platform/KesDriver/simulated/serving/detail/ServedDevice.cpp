@@ -61,7 +61,7 @@ DeviceTime getTime(const Report& report, const SimulatedDevice& device)
     return device.getLastTime();
 }
 
-/// A device that talks nonsense tells of thousands of channels with endless names.
+/// A device that talks nonsense reports thousands of channels with endless names.
 KesAvary shorten(const KesAvary& avary)
 {
     constexpr std::size_t mostChannels = 16;

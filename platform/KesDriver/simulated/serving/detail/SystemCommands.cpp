@@ -1,4 +1,4 @@
-// SYSTem and CALibration: what a device tells about itself, and who has control of it.
+// SYSTem and CALibration: what a device says about itself, and who has control of it.
 
 #include <KesDriver/simulated/serving/detail/Commands.h>
 
