@@ -188,7 +188,8 @@ TEST_F(VerdictTest, TellsWhatIsWrongWithAContact)
     relay.dropOff = 99.0;
     EXPECT_EQ(test(relay), (std::vector<bool>{true, false, true}));
     EXPECT_EQ(readings[1].state, MeasureState::NoDropOff) << "it resets with nominal voltage only";
-    relay = makeRelay(promise, 0.0, 0.0);
+    use(promises[1]);
+    relay = makeRelay(promises[1], 0.0, 0.0);
     relay.misses = 1;
     ASSERT_TRUE(model.getTestObject()->find("plan/repetitions")->setValue(2LL));
     EXPECT_EQ(test(relay), (std::vector<bool>{false, true, true})) << "a second attempt mends nothing";
