@@ -45,7 +45,9 @@ TEST(Directories, DataIsFoundWhereverItLiesAndTheOrderCounts)
     const auto named = home.file("named/themes/mine.css");
     const auto find = [] { return Kes::findDataFile("themes/mine.css"); };
     EXPECT_EQ(find(), Kes::getThemesDir() + "mine.css") << "for want of a better one";
-    setenv("XDG_DATA_DIRS", ("relative::" + home.file("none") + ":" + home.file("shared/")).c_str(), 1);
+    const auto relative = fs::relative(home.file("relative")).string();
+    writeFile(home.file("relative/kesprogram/themes/mine.css"), "");
+    setenv("XDG_DATA_DIRS", (relative + "::" + home.file("none") + ":" + home.file("shared/")).c_str(), 1);
     writeFile(shared, "");
     EXPECT_EQ(find(), shared);
     writeFile(mine, "");
@@ -54,6 +56,8 @@ TEST(Directories, DataIsFoundWhereverItLiesAndTheOrderCounts)
     setenv("KES_DATA_DIR", home.file("named").c_str(), 1);
     EXPECT_EQ(find(), named);
     EXPECT_TRUE(fs::exists(Kes::findDataFile("themes/style.css"))) << "what the named folder has not";
+    writeFile(home.file("named/themes/style.css"), "");
+    EXPECT_EQ(Kes::findDataFile("themes/style.css"), home.file("named/themes/style.css"));
     unsetenv("KES_DATA_DIR");
     unsetenv("XDG_DATA_DIRS");
 }

@@ -235,6 +235,10 @@ TEST_F(KestoTest, TellsAFaultOnceAndALossWithTheEndOfTheSequence)
     avary.channels[0].isOverheat = true;
     fake.report(avary).wait();
     EXPECT_THAT(record.take(), testing::Contains("avary 17 IA - overheat; IA - overload"));
+    // After a silence in which it must have gone.
+    std::this_thread::sleep_for(3100ms);
+    fake.report(avary).wait();
+    EXPECT_THAT(record.take(), testing::Contains("avary 17 IA - overheat; IA - overload"));
     fake.reportConnectionLost().wait();
     EXPECT_THAT(record.take(),
                 ElementsAre("state [KESTO-3 No. 00017 (192.168.1.2): the connection was lost.]", "lost",

@@ -62,14 +62,20 @@ TEST_F(NodeTest, NonsenseIsRefusedWithNodeValueUnitAndRange)
     lng::language = lng::Russian;
     EXPECT_EQ(message(node->setText("0")), "Ток уставки: 0 А вне диапазона 0,05 … 100 А");
     EXPECT_THAT(message(node->setText(std::string(5000, 'x'))), testing::SizeIs(testing::Lt(200U)));
+    const auto rangeFrom = [](double minimum, double maximum) {
+        return Node::number("r", {}, lng::Unit::ampere, 1.0, minimum, maximum)->getRangeText();
+    };
+    EXPECT_EQ(rangeFrom(0.5, infinity), "≥\u00a00,5\u00a0А");
+    EXPECT_EQ(rangeFrom(-infinity, 5.0), "≤\u00a05\u00a0А");
+    EXPECT_EQ(rangeFrom(-infinity, infinity), "");
 }
 
 TEST_F(NodeTest, ValuesOfAnotherTypeOrNotFiniteAreRefused)
 {
-    const auto number = current();
-    for (const Node::Value& value : {Node::Value(), Node::Value(true), Node::Value(std::string("5")),
-                                     Node::Value(infinity), Node::Value(std::nan(""))})
-        EXPECT_FALSE(number->setValue(value));
+    for (const auto& number : {current(), Node::number("x", {}, {}, 1.0, -infinity, infinity)})
+        for (const Node::Value& value : {Node::Value(), Node::Value(true), Node::Value(std::string("5")),
+                                         Node::Value(infinity), Node::Value(std::nan(""))})
+            EXPECT_FALSE(number->setValue(value));
 
     const auto whole = Node::integer("n", {"Test.count", "Count", "Число"}, {}, 3, -5, 8);
     EXPECT_FALSE(whole->setValue(2.0));

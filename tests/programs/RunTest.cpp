@@ -8,6 +8,7 @@
 
 #include <future>
 #include <set>
+#include <tuple>
 #include <utility>
 
 using namespace Overcurrent;
@@ -25,7 +26,7 @@ struct Recorder : ITestRunListener {
         EXPECT_LE(phase.times.share, 1.0);
         EXPECT_GE(phase.times.elapsed, times.elapsed);
         times = phase.times;
-        phases.emplace(phase.kind, phase.number);
+        phases.emplace(phase.kind, phase.number, phase.repetition);
     }
     void onPoint(std::size_t, const PointResult& result) override { points.push_back(result); }
     void onPickUp(const RampResult& result) override { pickUp = result; }
@@ -35,7 +36,7 @@ struct Recorder : ITestRunListener {
     std::optional<RampResult> pickUp;
     std::optional<RampResult> dropOff;
     KesMeasure::RunTimes times;
-    std::set<std::pair<RunPhase::Kind, std::size_t>> phases;
+    std::set<std::tuple<RunPhase::Kind, std::size_t, unsigned>> phases;
     bool isCooling = false;
     int coolings = 0;
 };
@@ -86,6 +87,42 @@ public:
 private:
     unsigned _next = 0;
     KesDriver::DeviceTime _from{0};
+};
+
+/// Its contact closes when the device has looked at it, just before the current, and opens after it.
+class HastyRelay : public KesDriver::ISimulatedTestObject {
+public:
+    void reset(KesDriver::DeviceTime) override { _zeros = 0; }
+    void applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime time) override
+    {
+        _zeros = outputs.currents[0].magnitude > 0.0 ? 0 : _zeros + 1;
+        // Before a guard, its two steps, and its end.
+        if (_zeros == 1 || _zeros == 4)
+            _next = KesDriver::InputEvent{1, _zeros == 4, time + 1us};
+    }
+    std::optional<KesDriver::InputEvent> getNextChange() const override { return _next; }
+    void acceptChange() override { _next.reset(); }
+
+private:
+    int _zeros = 0;
+    std::optional<KesDriver::InputEvent> _next;
+};
+
+/// Its contact stays closed after a current that was hardly large enough.
+class StickyRelay : public KesTest::SimulatedRelay {
+public:
+    using SimulatedRelay::SimulatedRelay;
+
+    void applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime time) override
+    {
+        const double amperes = outputs.currents[0].magnitude;
+        if (amperes > 0.0 || _last == 0.0 || _last > 1.5)
+            SimulatedRelay::applyOutputs(outputs, time);
+        _last = amperes > 0.0 ? amperes : _last;
+    }
+
+private:
+    double _last = 0.0;
 };
 
 /// A device on a bench of its own, in working mode.
@@ -145,9 +182,13 @@ TEST_F(TestRunTest, MeasuresTheRelaysTimesExactly)
 TEST_F(TestRunTest, APointWithoutOperationEndsTheTestUnlessThePlanGoesOn)
 {
     const auto relay = std::make_shared<KesTest::SimulatedRelay>(3.0, 1s, 10ms);
+    plan.repetitions = 3;
     EXPECT_EQ(run(relay), RunEnd::Complete);
+    auto threeTimes = measured(5.0, 1s);
+    threeTimes.takeSingles({1s, 1s, 1s});
     EXPECT_THAT(recorder.points,
-                ElementsAre(PointResult{{Fault::A, 2.0}, MeasureState::NoOperation, {}}, measured(5.0, 1s)));
+                ElementsAre(PointResult{{Fault::A, 2.0}, MeasureState::NoOperation, {}}, threeTimes));
+    EXPECT_EQ(recorder.phases.size(), 1u + 3u + 2u) << "what has not operated is not burnt again";
     recorder = {};
     plan.goesOn = false;
     EXPECT_EQ(run(relay), RunEnd::Ended);
@@ -168,6 +209,19 @@ TEST_F(TestRunTest, AContactThatIsClosedBeforeTheCurrentKeepsItOff)
     plan.goesOn = false;
     recorder = {};
     EXPECT_EQ(run(relay), RunEnd::Ended);
+}
+
+TEST_F(TestRunTest, AContactThatIsClosedWhenTheCurrentComesIsEarly)
+{
+    settings.rampContact = RampContactKind::NoRamps;
+    settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
+    settings[StageId::First].definiteTime = 0.1;
+    // The step ends after the longest debouncing, which is no short part of this point.
+    settings.debounceMilliseconds = 100.0;
+    EXPECT_EQ(run(std::make_shared<HastyRelay>()), RunEnd::Complete);
+    ASSERT_EQ(recorder.points.size(), 2u);
+    for (const auto& point : recorder.points)
+        EXPECT_EQ(point.state, MeasureState::ContactEarly);
 }
 
 /// A relay that never trips carries current no longer than a healthy one and a margin, not for the time-out.
@@ -206,6 +260,10 @@ TEST_F(TestRunTest, TheTripContactServesForTheRamps)
     recorder = {};
     EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(0.5, 1s, 10ms)), RunEnd::Complete);
     EXPECT_EQ(recorder.dropOff->state, MeasureState::NoDropOff) << "it has picked up";
+    recorder = {};
+    EXPECT_EQ(run(std::make_shared<StickyRelay>(1.033, 1s, 10ms)), RunEnd::Complete);
+    EXPECT_EQ(recorder.points.size(), 2u);
+    EXPECT_EQ(recorder.pickUp->state, MeasureState::NotReset) << "after the coarse ramp";
 }
 
 /// Three points that are each a good half of what the relay withstands.

@@ -108,6 +108,8 @@ done
 expect 2 "$overcurrent" --no-such-option
 holds err "All options: --help"
 expect 2 "$overcurrent" one two
+expect 3 "$overcurrent" --language en --quit -- --language=ru
+holds err "Error accessing file."
 for option in --save --report --results --screenshot; do
     expect 2 "$overcurrent" --language en "$option=" --quit
     holds err "$option needs the name of a file."

@@ -9,6 +9,8 @@
 
 #include <gtkmm/treeview.h>
 
+#include <filesystem>
+
 using namespace VoltageFrequency;
 using KesMeasure::Origin;
 using KesMeasure::RunEnd;
@@ -113,11 +115,13 @@ TEST_F(ModelTest, TheUserChoosesTheReportAndNoneIsOverwritten)
     }
     EXPECT_THAT(opened, testing::ElementsAre(home.file("one.html"), home.file("two.pdf")));
     EXPECT_THAT(KesTest::readFile(home.file("two.pdf")), testing::StartsWith("%PDF-"));
-    const auto offered = dialogs.getFiles().back().suggestion;
+    std::filesystem::path offered = dialogs.getFiles().back().suggestion;
     KesTest::writeFile(offered, "former");
+    offered.replace_extension();
+    KesTest::writeFile(offered.string() + "-2.pdf", "former");
     dialogs.answerFile("");
     presenter.requestReport();
-    EXPECT_NE(dialogs.getFiles().back().suggestion, offered);
+    EXPECT_EQ(dialogs.getFiles().back().suggestion, offered.string() + "-3.html");
     EXPECT_EQ(opened.size(), 2u) << "cancelled";
     dialogs.answerFile("/dev/full");
     dialogs.answer(Kes::DialogResult::Ok);

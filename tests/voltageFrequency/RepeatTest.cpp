@@ -57,6 +57,14 @@ TEST_F(RepeatTest, SelectedRowsAreMeasuredAgainAndTheOthersStay)
     // The next start is a new test.
     ASSERT_TRUE(runToEnd());
     EXPECT_EQ(getRecord().continuedAt, "");
+    // A fault in between is told, though all rows are there.
+    model.setSpeed(1.0);
+    ASSERT_TRUE(model.repeatTest({5}));
+    ASSERT_TRUE(KesTest::waitFor([this] { return model.isRunning(); }));
+    getDevice()->setNonsense(true);
+    EXPECT_TRUE(waitForEnd());
+    getDevice()->setNonsense(false);
+    EXPECT_EQ(model.getRunVerdict(), KesProgram::RunVerdict::Fault);
 }
 
 TEST_F(RepeatTest, AStoppedTestGoesOnWhereItEnded)

@@ -29,6 +29,8 @@ public:
         int bounces = 0;
         /// The trip contact closes for 2 ms so long before it operates; 0: it does not.
         Time shakeBefore{0};
+        /// How often it misses what it should pick up at.
+        int misses = 0;
     };
 
     explicit StageRelay(const Values& values) : _values(values) {}
@@ -51,6 +53,8 @@ public:
             return;
         _isBeyond = isBeyond;
         _pending.clear();
+        if (isBeyond && _misses++ < _values.misses)
+            return;
         for (const unsigned input : {1u, 2u})
             if (isBeyond)
                 _close(input, time + (input == 1 ? _values.tripTime : _values.startTime));
@@ -106,6 +110,7 @@ private:
     double _least = 1e9;
     const Values _values;
     bool _isBeyond = false;
+    int _misses = 0;
     bool _isClosed[2] = {false, false};
     double _hertz = 50.0;
     double _rate = 0.0;

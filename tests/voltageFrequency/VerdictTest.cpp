@@ -188,6 +188,11 @@ TEST_F(VerdictTest, TellsWhatIsWrongWithAContact)
     relay.dropOff = 99.0;
     EXPECT_EQ(test(relay), (std::vector<bool>{true, false, true}));
     EXPECT_EQ(readings[1].state, MeasureState::NoDropOff) << "it resets with nominal voltage only";
+    use(promises[1]);
+    relay = makeRelay(promises[1], 0.0, 0.0);
+    relay.misses = 1;
+    ASSERT_TRUE(model.getTestObject()->find("plan/repetitions")->setValue(2LL));
+    EXPECT_EQ(test(relay), (std::vector<bool>{false, true, true})) << "a second attempt mends nothing";
 }
 
 /// Calculated by hand: the ramp goes one tolerance in a second, a relay may take 0.15 s.

@@ -61,6 +61,19 @@ TEST_F(RecoverySaveTest, TheFormerFileComesBackWhenASaveHasBrokenIt)
     EXPECT_THAT(_lostAfterEnd(), IsEmpty());
 }
 
+TEST_F(RecoverySaveTest, WithoutACopyTheFormerFileStandsBesideMeanwhileAndReplacesNone)
+{
+    const auto path = _saved("former");
+    writeFile(_home.file("state"), "in the place of the folder");
+    writeFile(path + ".former", "of a save that was cut short");
+    _begin();
+    _data = "edited";
+    EXPECT_TRUE(_manager.save());
+    EXPECT_EQ(readFile(path), "edited");
+    EXPECT_EQ(readFile(path + ".former"), "of a save that was cut short");
+    EXPECT_FALSE(std::filesystem::exists(path + ".former2"));
+}
+
 /// A whole document is a mebibyte of one letter.
 bool isWhole(const std::string& bytes)
 {

@@ -90,8 +90,10 @@ TEST_F(RecoveryStoreTest, WhatIsInItsFileHasBeenSaved)
         const auto one = _open(), other = _open();
         ASSERT_TRUE(one->write(Kind::Former, _copy("former")) && one->write(Kind::Work, _copy("saved")));
         ASSERT_TRUE(other->write(Kind::Former, _copy("saved")));
-        writeFile(_copy("").fileName, "saved");
     }
+    writeFile(_copy("").fileName, "other");
+    EXPECT_THAT(_lost(), testing::UnorderedElementsAre("saved", "saved")) << "as long, but not the same";
+    writeFile(_copy("").fileName, "saved");
     EXPECT_THAT(_lost(), IsEmpty());
     EXPECT_TRUE(fs::is_empty(_folder));
 }

@@ -116,9 +116,12 @@ TEST_F(MessageTest, QueuedMessagesDieWithThePresenter)
     ownModel->signalMessage.emit("nobody listens");
 }
 
-/// A function of the GUI thread that does not return, in the middle of a test.
+/// A function of the GUI thread that does not return, without a test and in the middle of one.
 TEST_F(MessageTest, AWindowThatDoesNotAnswerEndsTheTestAndSaysSo)
 {
+    std::this_thread::sleep_for(std::chrono::milliseconds(3500));
+    runPendingEvents();
+    EXPECT_THAT(dialogs.getTexts(), ElementsAre());
     model.startRun();
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(6);
     while (model.isRunning() && std::chrono::steady_clock::now() < end)

@@ -165,6 +165,21 @@ TEST_F(ShellTest, AForcedEndOfATestIsNoSuccess)
     run.terminate();
     shell.closeWithoutQuestions();
     EXPECT_EQ(run.getStatus(), UnattendedRun::Stopped);
+    EXPECT_EQ(UnattendedRun(line, model, shell, {}).endWithoutDisplay(), UnattendedRun::Failure)
+        << "not even begun";
+}
+
+TEST_F(ShellTest, AWindowThatIsNotDrawnIsAFailureAndNoStandstill)
+{
+    KesProgram::CommandLine line;
+    line.screenshot = home.file("window.png");
+    open();
+    shell.getWindow().hide();
+    UnattendedRun run(line, model, shell, {});
+    run.begin();
+    EXPECT_TRUE(waitFor([&run] { return run.isDone(); }));
+    EXPECT_EQ(run.getStatus(), UnattendedRun::Failure);
+    shell.getWindow().show();
 }
 
 } // namespace
