@@ -32,8 +32,10 @@ foreach(library IN LISTS libraries)
 endforeach()
 # The pages are linked to each other as they lie.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation
-    FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
-install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "examples" EXCLUDE)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/examples/pulse DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs/examples
+    COMPONENT documentation)
+install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
 
 # From the pkg-config file's folder up to the prefix, whatever the library folder is called; one outside of the
 # prefix has no way there.
