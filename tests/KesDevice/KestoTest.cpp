@@ -181,6 +181,12 @@ TEST_F(KestoTest, TellsOnceThatItsOutputsCouldNotBeStopped)
     const std::string disobedience = "KESTO-3 No. 00017 (192.168.1.2) does not obey, and was disconnected.";
     EXPECT_THAT(record.take(), ElementsAre("state [" + disobedience + "]", "notice " + disobedience));
     EXPECT_FALSE(fake.isConnected());
+    ASSERT_TRUE(kesto.connect());
+    record.take();
+    fake.fail(LinkCall::StopWorkingMode, "stuck");
+    EXPECT_EQ(message(kesto.stopWorkingMode()), "stuck");
+    EXPECT_THAT(record.take(), ElementsAre("state [" + disobedience + "]")) << "the result tells it";
+    EXPECT_FALSE(fake.isConnected());
 }
 
 TEST_F(KestoTest, ARefusedSequenceDoesNotMakeTheOneBeforeNonsense)
