@@ -32,9 +32,7 @@ TEST_F(HardwareControlTest, ReplacementFreesTheDevicesAndTellsEveryone)
     Kes::ScopedConnection connection =
         HardwareControl::signalHardwareChanged.connect([&](HardwareManager* hardware) {
             heard.push_back(hardware);
-            const auto begin = std::chrono::steady_clock::now();
             EXPECT_TRUE(hardware->prepare()) << "the device is free";
-            EXPECT_LT(std::chrono::steady_clock::now() - begin, 2500ms) << "as soon as it can be";
             EXPECT_FALSE(previous->isOutputRunning());
         });
     auto next = DefaultHardware::create();

@@ -189,6 +189,18 @@ TEST_F(KestoTest, TellsOnceThatItsOutputsCouldNotBeStopped)
     EXPECT_FALSE(fake.isConnected());
 }
 
+TEST_F(KestoTest, AFaultThatHasGoneStaysUntilTheDeviceIsSwitchedOff)
+{
+    ASSERT_TRUE(kesto.connect());
+    ASSERT_TRUE(kesto.startWorkingMode());
+    fake.report(KesDriver::KesAvary{3, 17, false, true, {}}).wait();
+    EXPECT_TRUE(kesto.updateState());
+    EXPECT_EQ(kesto.getState(), DeviceState::Faulty);
+    ASSERT_TRUE(kesto.stopWorkingMode());
+    EXPECT_TRUE(kesto.updateState());
+    EXPECT_EQ(kesto.getState(), DeviceState::Ready);
+}
+
 TEST_F(KestoTest, ARefusedSequenceDoesNotMakeTheOneBeforeNonsense)
 {
     ASSERT_TRUE(kesto.connect());
