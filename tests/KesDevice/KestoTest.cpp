@@ -181,6 +181,24 @@ TEST_F(KestoTest, TellsOnceThatItsOutputsCouldNotBeStopped)
     const std::string disobedience = "KESTO-3 No. 00017 (192.168.1.2) does not obey, and was disconnected.";
     EXPECT_THAT(record.take(), ElementsAre("state [" + disobedience + "]", "notice " + disobedience));
     EXPECT_FALSE(fake.isConnected());
+    ASSERT_TRUE(kesto.connect());
+    record.take();
+    fake.fail(LinkCall::StopWorkingMode, "stuck");
+    EXPECT_EQ(message(kesto.stopWorkingMode()), "stuck");
+    EXPECT_THAT(record.take(), ElementsAre("state [" + disobedience + "]")) << "the result tells it";
+    EXPECT_FALSE(fake.isConnected());
+}
+
+TEST_F(KestoTest, AFaultThatHasGoneStaysUntilTheDeviceIsSwitchedOff)
+{
+    ASSERT_TRUE(kesto.connect());
+    ASSERT_TRUE(kesto.startWorkingMode());
+    fake.report(KesDriver::KesAvary{3, 17, false, true, {}}).wait();
+    EXPECT_TRUE(kesto.updateState());
+    EXPECT_EQ(kesto.getState(), DeviceState::Faulty);
+    ASSERT_TRUE(kesto.stopWorkingMode());
+    EXPECT_TRUE(kesto.updateState());
+    EXPECT_EQ(kesto.getState(), DeviceState::Ready);
 }
 
 TEST_F(KestoTest, ARefusedSequenceDoesNotMakeTheOneBeforeNonsense)

@@ -102,6 +102,7 @@ TEST(EvaluationTest, PassesOnlyWhatIsWholeAndWithinTolerance)
     EXPECT_EQ(verdictWith([](auto& r) { r.points[0].time = std::chrono::microseconds(10530480); }),
               Verdict::Failed);
     EXPECT_EQ(verdictWith([](auto& r) { r.points[0].state = MeasureState::NoOperation; }), Verdict::Failed);
+    EXPECT_EQ(verdictWith([](auto& r) { r.pickUp = {MeasureState::Measured, 1.06, 1.05}; }), Verdict::Passed);
     EXPECT_EQ(verdictWith([](auto& r) { r.pickUp = {MeasureState::Measured, 1.07, 1.06}; }), Verdict::Failed);
     EXPECT_EQ(verdictWith([](auto& r) {
                   r.dropOff = {MeasureState::Measured, 0.88, 0.89};

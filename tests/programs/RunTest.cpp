@@ -89,25 +89,6 @@ private:
     KesDriver::DeviceTime _from{0};
 };
 
-/// Its contact closes when the device has looked at it, just before the current, and opens after it.
-class HastyRelay : public KesDriver::ISimulatedTestObject {
-public:
-    void reset(KesDriver::DeviceTime) override { _zeros = 0; }
-    void applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime time) override
-    {
-        _zeros = outputs.currents[0].magnitude > 0.0 ? 0 : _zeros + 1;
-        // Before a guard, its two steps, and its end.
-        if (_zeros == 1 || _zeros == 4)
-            _next = KesDriver::InputEvent{1, _zeros == 4, time + 1us};
-    }
-    std::optional<KesDriver::InputEvent> getNextChange() const override { return _next; }
-    void acceptChange() override { _next.reset(); }
-
-private:
-    int _zeros = 0;
-    std::optional<KesDriver::InputEvent> _next;
-};
-
 /// Its contact stays closed after a current that was hardly large enough.
 class StickyRelay : public KesTest::SimulatedRelay {
 public:
@@ -218,7 +199,13 @@ TEST_F(TestRunTest, AContactThatIsClosedWhenTheCurrentComesIsEarly)
     settings[StageId::First].definiteTime = 0.1;
     // The step ends after the longest debouncing, which is no short part of this point.
     settings.debounceMilliseconds = 100.0;
-    EXPECT_EQ(run(std::make_shared<HastyRelay>()), RunEnd::Complete);
+    // It closes once the device has seen it open, and opens after the point.
+    const Kes::ScopedConnection listener =
+        kesto.signalReport.connect([this, ends = 0](const KesDriver::Report& report) mutable {
+            if (std::holds_alternative<KesDriver::SequenceEvent>(report))
+                device->setInput(1, ++ends % 2 == 1);
+        });
+    EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(1000.0, 1s, 10ms)), RunEnd::Complete);
     ASSERT_EQ(recorder.points.size(), 2u);
     for (const auto& point : recorder.points)
         EXPECT_EQ(point.state, MeasureState::ContactEarly);
