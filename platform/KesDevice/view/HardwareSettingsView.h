@@ -12,8 +12,7 @@
 
 namespace KesDevice {
 
-/// The settings window: the parts scroll, the buttons below them stay. It keeps the parent's window from
-/// being used meanwhile. GUI thread.
+/// The settings window: the parts scroll, the buttons below them stay. GUI thread.
 class KES_EXPORT HardwareSettingsView : public Gtk::Box, public Kes::IView {
 public:
     HardwareSettingsView();

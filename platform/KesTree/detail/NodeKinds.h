@@ -15,9 +15,20 @@ public:
     Value read(const std::string&) const override { return {}; }
 };
 
-class NumberKind : public NodeKind {
+/// What the kinds of numbers share.
+class RangedKind : public NodeKind {
 public:
-    explicit NumberKind(NodeRange range) : _range(range) {}
+    explicit RangedKind(NodeRange range) : _range(range) {}
+
+    const NodeRange* getRange() const override { return &_range; }
+
+protected:
+    const NodeRange _range;
+};
+
+class NumberKind : public RangedKind {
+public:
+    using RangedKind::RangedKind;
 
     NodeType getType() const override { return NodeType::Number; }
     Reason check(Value& value) const override;
@@ -25,15 +36,11 @@ public:
     Reason parse(const std::string& text, Value& value) const override;
     std::string write(const Value& value) const override;
     Value read(const std::string& text) const override;
-    const NodeRange* getRange() const override { return &_range; }
-
-private:
-    NodeRange _range;
 };
 
-class IntegerKind : public NodeKind {
+class IntegerKind : public RangedKind {
 public:
-    explicit IntegerKind(NodeRange range) : _range(range) {}
+    using RangedKind::RangedKind;
 
     NodeType getType() const override { return NodeType::Integer; }
     Reason check(Value& value) const override;
@@ -41,10 +48,6 @@ public:
     Reason parse(const std::string& text, Value& value) const override;
     std::string write(const Value& value) const override;
     Value read(const std::string& text) const override;
-    const NodeRange* getRange() const override { return &_range; }
-
-private:
-    NodeRange _range;
 };
 
 class BooleanKind : public NodeKind {
