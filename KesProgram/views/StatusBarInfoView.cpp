@@ -40,6 +40,10 @@ void StatusBarInfoView::_show(const std::string& text)
     // The bold font would hold up the first frame, when there is no text yet.
     if (!shown.empty())
         _label.get_style_context()->add_class("status_text");
+    if (shown.empty())
+        get_style_context()->remove_class("hasText");
+    else
+        get_style_context()->add_class("hasText");
     _label.set_text(shown);
     Kes::GtkWidgetHelper::setTooltip(_label, shown);
     Kes::GtkWidgetHelper::setAccessibleName(*this, shown);
