@@ -70,7 +70,7 @@ protected:
     };
     [[nodiscard]] Scope onLine(std::function<void(const std::string&)> action)
     {
-        receiver->onLine = std::move(action);
+        receiver->onLine(std::move(action));
         return Scope(*this);
     }
     /// What the link says when the device refuses.

@@ -222,10 +222,10 @@ TEST_P(LinkContract, ArmsAndStarts)
 TEST_P(LinkContract, StopsFromInsideAReport)
 {
     std::promise<std::string> stopped;
-    receiver->onLine = [&](const std::string& line) {
+    receiver->onLine([&](const std::string& line) {
         if (line.starts_with("step 1"))
             stopped.set_value(message(link->stopOutputs()));
-    };
+    });
     start();
     ASSERT_TRUE(link->runSequence({{amperes(1.0), 1ms}, {amperes(2.0), 1h}, {amperes(3.0), 1h}}));
     EXPECT_EQ(stopped.get_future().get(), "");
@@ -332,13 +332,13 @@ TEST_P(LinkContract, LinkMayGoInsideAReport)
 {
     std::promise<void> isGone;
     std::promise<void> mayGo;
-    receiver->onLine = [&](const std::string& line) {
+    receiver->onLine([&](const std::string& line) {
         if (!line.starts_with("step 0"))
             return;
         mayGo.get_future().wait();
         link.reset();
         isGone.set_value();
-    };
+    });
     start();
     ASSERT_TRUE(link->runSequence({{amperes(2.0), 1h}}));
     mayGo.set_value();

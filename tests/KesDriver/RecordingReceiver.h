@@ -18,21 +18,29 @@ namespace KesTest {
 /// 500", "fault IAl", "lost". Times are counted from the latest step 0. "in" tells the step of an input.
 class RecordingReceiver : public KesDriver::IReportReceiver {
 public:
-    /// Runs after the line is written, on the device's thread, with no lock held.
-    std::function<void(const std::string&)> onLine;
+    using LineAction = std::function<void(const std::string&)>;
+    /// Runs after each line is written, on the device's thread, with no lock held. A line that was written
+    /// before may still run the action that was there before.
+    void onLine(LineAction action)
+    {
+        std::lock_guard lock(_mutex);
+        _onLine.swap(action);
+    }
 
     void receive(KesDriver::ConnectionNumber connection, const KesDriver::Report& report) override
     {
         std::string line;
+        LineAction action;
         {
             std::lock_guard lock(_mutex);
+            action = _onLine;
             line = std::visit([this](const auto& event) { return _describe(event); }, report);
             _lines.push_back(line);
             _lastConnection = connection;
             _added.notify_all();
         }
-        if (onLine)
-            onLine(line);
+        if (action)
+            action(line);
     }
 
     std::vector<std::string> getLines() const
@@ -99,6 +107,7 @@ private:
 
     mutable std::mutex _mutex;
     mutable std::condition_variable _added;
+    LineAction _onLine;
     std::vector<std::string> _lines;
     KesDriver::DeviceTime _start{0};
     KesDriver::ConnectionNumber _lastConnection = 0;

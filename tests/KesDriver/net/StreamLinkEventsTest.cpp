@@ -108,10 +108,10 @@ TEST_F(StreamLinkEventsTest, MayComeInPiecesAndWithAnAnswer)
 TEST_F(StreamLinkEventsTest, AreHeardBeforeTheDeviceGetsANewSequence)
 {
     std::atomic<bool> isHeard{false};
-    receiver->onLine = [&](const std::string&) {
+    receiver->onLine([&](const std::string&) {
         std::this_thread::sleep_for(30ms);
         isHeard = true;
-    };
+    });
     start();
     peer.send("!6,10,SEQ,1\n");
     ASSERT_TRUE(receiver->waitFor("finished"));
@@ -126,14 +126,14 @@ TEST_F(StreamLinkEventsTest, AreHeardBeforeTheDeviceGetsANewSequence)
 
 TEST_F(StreamLinkEventsTest, LetTheirReceiverGiveASequenceAndEndWhenItThrows)
 {
-    receiver->onLine = [this](const std::string& line) {
+    receiver->onLine([this](const std::string& line) {
         if (!line.starts_with("input 1"))
             return;
         const auto before = Clock::now();
         EXPECT_EQ(message(link->runSequence({{{}, 1s}})), "");
         EXPECT_LT(Clock::now() - before, 80ms) << "it does not wait for itself";
         throw std::runtime_error("thrown by a receiver");
-    };
+    });
     start();
     peer.send("!6,10,INP,1,1\n!7,20,INP,2,1\n");
     // Who has missed an event must not take what follows for the whole.

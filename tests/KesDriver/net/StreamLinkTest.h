@@ -71,13 +71,13 @@ protected:
     std::shared_ptr<Gate> busyAt(const std::string& wanted)
     {
         const auto gate = std::make_shared<Gate>();
-        receiver->onLine = [this, gate, wanted](const std::string& line) {
+        receiver->onLine([this, gate, wanted](const std::string& line) {
             if (line != wanted || std::exchange(gate->hasBeenBusy, true))
                 return;
             EXPECT_EQ(message(link->stopOutputs()), "");
             gate->isBusy.set_value();
             gate->mayGoOn.get_future().wait_for(5s);
-        };
+        });
         return gate;
     }
     static std::string said(const std::string& text) { return "KESTO-3 No. 00017 (127.8.0.1)" + text; }
