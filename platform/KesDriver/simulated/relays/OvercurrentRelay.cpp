@@ -147,11 +147,6 @@ std::optional<double> getOperateTime(const Stage& stage, double multiple)
 
 } // namespace
 
-void OvercurrentRelay::Contact::move(bool closed, Time at)
-{
-    changeAt = isClosed == closed ? Moment() : Moment(at);
-}
-
 OvercurrentRelay::OvercurrentRelay(const Settings& settings) : _settings(settings)
 {
     reset(Time(0));
@@ -244,7 +239,7 @@ void OvercurrentRelay::_predictTrip()
 
 std::optional<InputEvent> OvercurrentRelay::getNextChange() const
 {
-    const auto change = [](unsigned input, const Contact& contact) {
+    const auto change = [](unsigned input, const RelayContact& contact) {
         return InputEvent{input, !contact.isClosed, *contact.changeAt, std::nullopt};
     };
     if (_start.changeAt && (!_trip.changeAt || *_start.changeAt <= *_trip.changeAt))

@@ -2,6 +2,7 @@
 
 #include <KesCommon/Export.h>
 #include <KesDriver/simulated/ISimulatedTestObject.h>
+#include <KesDriver/simulated/relays/RelayContact.h>
 
 #include <array>
 #include <cstddef>
@@ -84,15 +85,6 @@ public:
 
 private:
     using Time = DeviceTime;
-    using Moment = std::optional<DeviceTime>;
-
-    /// A contact and the change that is on its way.
-    struct Contact {
-        bool isClosed = false;
-        Moment changeAt;
-
-        void move(bool closed, Time at);
-    };
 
     /// What has become of a stage.
     struct Element {
@@ -119,8 +111,8 @@ private:
     Time _time{0};
     std::array<Element, stageCount> _elements{};
     Time _tripDelay{0};
-    Contact _start;
-    Contact _trip;
+    RelayContact _start;
+    RelayContact _trip;
 };
 
 } // namespace KesDriver

@@ -31,11 +31,6 @@ std::complex<double> toComplex(const Phasor& phasor)
 
 } // namespace
 
-void VoltageFrequencyRelay::Contact::move(bool closed, Time at)
-{
-    changeAt = isClosed == closed ? Moment() : Moment(at);
-}
-
 VoltageFrequencyRelay::VoltageFrequencyRelay(const Settings& settings) : _settings(settings)
 {
     reset(Time(0));
@@ -146,7 +141,7 @@ void VoltageFrequencyRelay::_follow(Kind kind, bool isBeyond, Time time)
 /// closed opens soon, unless the ramp continues.
 void VoltageFrequencyRelay::_followRate(Element& element, bool isBeyond, Time time)
 {
-    const auto follow = [&](Contact& contact, Time operateTime) {
+    const auto follow = [&](RelayContact& contact, Time operateTime) {
         if (contact.isClosed)
             contact.changeAt = isBeyond || !contact.changeAt ? time + rampGap + _openTime : *contact.changeAt;
         else if (!isBeyond)
@@ -158,9 +153,9 @@ void VoltageFrequencyRelay::_followRate(Element& element, bool isBeyond, Time ti
     follow(element.trip, _operateTime(FrequencyRate));
 }
 
-VoltageFrequencyRelay::Contact* VoltageFrequencyRelay::_findNext(Elements& elements) const
+RelayContact* VoltageFrequencyRelay::_findNext(Elements& elements) const
 {
-    Contact* next = nullptr;
+    RelayContact* next = nullptr;
     for (auto& element : elements)
         for (auto* contact : {&element.start, &element.trip})
             if (contact->changeAt && (!next || *contact->changeAt < *next->changeAt))
@@ -168,7 +163,7 @@ VoltageFrequencyRelay::Contact* VoltageFrequencyRelay::_findNext(Elements& eleme
     return next;
 }
 
-unsigned VoltageFrequencyRelay::_inputOf(const Elements& elements, const Contact& contact) const
+unsigned VoltageFrequencyRelay::_inputOf(const Elements& elements, const RelayContact& contact) const
 {
     const bool isTrip = std::any_of(elements.begin(), elements.end(),
                                     [&](const Element& element) { return &element.trip == &contact; });
@@ -183,7 +178,7 @@ bool VoltageFrequencyRelay::_isClosed(const Elements& elements, unsigned input) 
     });
 }
 
-void VoltageFrequencyRelay::_applyNext(Elements& elements, Contact& contact) const
+void VoltageFrequencyRelay::_applyNext(Elements& elements, RelayContact& contact) const
 {
     const Time at = *contact.changeAt;
     contact.isClosed = !contact.isClosed;

@@ -2,6 +2,7 @@
 
 #include <KesCommon/Export.h>
 #include <KesDriver/simulated/ISimulatedTestObject.h>
+#include <KesDriver/simulated/relays/RelayContact.h>
 
 #include <array>
 #include <cstddef>
@@ -65,22 +66,13 @@ public:
 
 private:
     using Time = DeviceTime;
-    using Moment = std::optional<DeviceTime>;
-
-    /// A stage's own contact and the change that is on its way.
-    struct Contact {
-        bool isClosed = false;
-        Moment changeAt;
-
-        void move(bool closed, Time at);
-    };
 
     struct Element {
         bool isBeyond = false;
         /// Since when it is.
         Time since{0};
-        Contact start;
-        Contact trip;
+        RelayContact start;
+        RelayContact trip;
     };
     using Elements = std::array<Element, Count>;
 
@@ -97,12 +89,12 @@ private:
     bool _isBeyond(Kind kind, const Quantities& quantities, bool wasBeyond) const;
     void _follow(Kind kind, bool isBeyond, Time time);
     void _followRate(Element& element, bool isBeyond, Time time);
-    Contact* _findNext(Elements& elements) const;
-    unsigned _inputOf(const Elements& elements, const Contact& contact) const;
+    RelayContact* _findNext(Elements& elements) const;
+    unsigned _inputOf(const Elements& elements, const RelayContact& contact) const;
     bool _isClosed(const Elements& elements, unsigned input) const;
     /// Plays the contacts until an input changes, or to the time; the input's change.
     std::optional<InputEvent> _play(Elements& elements, Time until) const;
-    void _applyNext(Elements& elements, Contact& contact) const;
+    void _applyNext(Elements& elements, RelayContact& contact) const;
     Time _operateTime(Kind kind) const;
     /// Uniform within [least, most].
     double _draw(double least, double most);
