@@ -60,12 +60,16 @@ protected:
         network->remove(address);
         device.reset();
     }
-    /// Keeps the receiver from using what the test has on its stack: ends with the link and its thread.
+    /// Keeps the receiver from using what the test has on its stack: ends with the link and the action.
     struct Scope {
         explicit Scope(DeviceTest& test_) : test(test_) {}
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
-        ~Scope() { test.link.reset(); }
+        ~Scope()
+        {
+            test.link.reset();
+            test.receiver->onLine({});
+        }
         DeviceTest& test;
     };
     [[nodiscard]] Scope onLine(std::function<void(const std::string&)> action)

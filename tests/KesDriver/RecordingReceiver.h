@@ -9,6 +9,7 @@
 #include <condition_variable>
 #include <functional>
 #include <mutex>
+#include <shared_mutex>
 #include <string>
 #include <vector>
 
@@ -19,28 +20,27 @@ namespace KesTest {
 class RecordingReceiver : public KesDriver::IReportReceiver {
 public:
     using LineAction = std::function<void(const std::string&)>;
-    /// Runs after each line is written, on the device's thread, with no lock held. A line that was written
-    /// before may still run the action that was there before.
+    /// Runs after each line is written, on the device's thread. Waits until the action that was there before
+    /// has ended, so that it may use what its test has on the stack.
     void onLine(LineAction action)
     {
-        std::lock_guard lock(_mutex);
+        std::lock_guard lock(_acting);
         _onLine.swap(action);
     }
 
     void receive(KesDriver::ConnectionNumber connection, const KesDriver::Report& report) override
     {
+        std::shared_lock acting(_acting);
         std::string line;
-        LineAction action;
         {
             std::lock_guard lock(_mutex);
-            action = _onLine;
             line = std::visit([this](const auto& event) { return _describe(event); }, report);
             _lines.push_back(line);
             _lastConnection = connection;
             _added.notify_all();
         }
-        if (action)
-            action(line);
+        if (_onLine)
+            _onLine(line);
     }
 
     std::vector<std::string> getLines() const
@@ -107,6 +107,7 @@ private:
 
     mutable std::mutex _mutex;
     mutable std::condition_variable _added;
+    std::shared_mutex _acting;
     LineAction _onLine;
     std::vector<std::string> _lines;
     KesDriver::DeviceTime _start{0};
