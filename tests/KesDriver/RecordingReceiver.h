@@ -64,11 +64,11 @@ public:
         std::lock_guard lock(_mutex);
         _lines.clear();
     }
-    /// Waits for as many lines that begin so; false after ten seconds.
+    /// Waits for as many lines that begin so; false after a minute.
     bool waitFor(const std::string& beginning, std::size_t count = 1) const
     {
         std::unique_lock lock(_mutex);
-        return _added.wait_for(lock, std::chrono::seconds(10), [&] {
+        return _added.wait_for(lock, std::chrono::minutes(1), [&] {
             std::size_t found = 0;
             for (const auto& line : _lines)
                 found += line.starts_with(beginning) ? 1 : 0;
