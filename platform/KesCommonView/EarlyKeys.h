@@ -26,6 +26,7 @@ private:
     static gint _hear(GtkWidget* widget, GdkEventKey* event, gpointer self);
 
     Handler _handler;
+    /// By which GTK knows the handler.
     unsigned _snooper;
 };
 

@@ -9,8 +9,8 @@
 namespace KesDriver {
 
 /// Makes lines of the bytes of a stream, for a peer that may send anything: after the first line that is
-/// too long or no text it gives no more. For messages with blocks there is `Scpi::LineReader`. Not
-/// synchronised.
+/// too long or no text it gives no more. Not synchronised. For messages with blocks there is
+/// `Scpi::LineReader`.
 class KES_EXPORT LineBuffer {
 public:
     /// A line without its end may have so many bytes.

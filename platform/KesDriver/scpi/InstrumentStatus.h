@@ -9,8 +9,8 @@
 namespace KesDriver::Scpi {
 
 /// The status of an instrument as one controller sees it: the registers of IEEE 488.2 and SCPI, and the
-/// error queue. It begins with `PowerOn`, so that the controller sees that what it had enabled is gone. Not
-/// synchronised.
+/// error queue. Not synchronised. It begins with `PowerOn`, so that the controller sees that what it had
+/// enabled is gone.
 class KES_EXPORT InstrumentStatus {
 public:
     /// Bits of the standard event register.
