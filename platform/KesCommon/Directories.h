@@ -22,9 +22,9 @@ KES_EXPORT std::string getKesCrossDocDir();
 
 KES_EXPORT std::string getKesCrossExeDir();
 
-/// Data that comes with the programs, such as "themes/style.css": the first hit in $KES_DATA_DIR (if absolute),
-/// the data folder of the library's own tree, "../share/kesprogram/" from the executable, and "kesprogram/" in
-/// $XDG_DATA_HOME and each of $XDG_DATA_DIRS. Without any, the path in the library's tree.
+/// Data that comes with the programs, such as "themes/style.css": the first hit in $KES_DATA_DIR (if
+/// absolute), the data folder of the library's own tree, "../share/kesprogram/" from the executable, and
+/// "kesprogram/" in $XDG_DATA_HOME and each of $XDG_DATA_DIRS. Without any, the path in the library's tree.
 KES_EXPORT std::string findDataFile(const std::string& name);
 
 KES_EXPORT std::string getThemesDir();

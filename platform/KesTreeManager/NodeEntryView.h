@@ -10,7 +10,8 @@ namespace KesTree {
 /// restores the value; an Escape with nothing to restore is left to the window. GUI thread.
 class KES_EXPORT NodeEntryView : public NodeValueView {
 public:
-    /// A number is shown with its unit behind it, and aligned to it; what is typed is not checked here.
+    /// A number stands at the right, beside its unit; a text at the left. What is typed is not checked
+    /// here.
     NodeEntryView(const std::string& name, const std::string& unit, bool isNumber);
 
     /// The place of the cursor stays when the entry shows this text already.
