@@ -14,7 +14,7 @@ KES_EXPORT std::string getKesCrossAppCacheDir();
 /// Settings: "$XDG_CONFIG_HOME/kes/", by default "~/.config/kes/".
 KES_EXPORT std::string getKesCrossAppConfigDir();
 
-/// What must outlive the process, such as recovery copies: "$XDG_STATE_HOME/kes/", "~/.local/state/kes/".
+/// What outlives a process, as recovery copies do: "$XDG_STATE_HOME/kes/" or "~/.local/state/kes/".
 KES_EXPORT std::string getKesCrossAppStateDir();
 
 /// Reports: "kes/" in $XDG_DOCUMENTS_DIR or the desktop's documents folder, by default "~/Documents".

@@ -29,7 +29,7 @@ public:
     /// Any thread: wakes the serving thread from a wait, to look again. On that thread it does nothing.
     static void ring();
 
-    /// For waits. On the serving thread returns whether there was anything to serve, else false.
+    /// For waits. On the serving thread it serves, and returns whether there was anything; else false.
     static bool serve();
     /// For waits on the serving thread: what `ring` rings.
     static const Bell& getBell();
