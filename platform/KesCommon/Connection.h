@@ -21,11 +21,14 @@ public:
     ConnectionSlot& operator=(const ConnectionSlot&) = delete;
     ~ConnectionSlot();
 
+    /// False once it has been cut, even while its last run is still under way. Never waits.
     bool isConnected() const;
 
     /// Makes the slot run on the calling thread for its scope, if it is still connected.
     class KES_EXPORT Run {
     public:
+        /// The slot outlives the run. Made and destroyed on the same thread, by which `disconnect` knows
+        /// it.
         explicit Run(ConnectionSlot& slot);
         ~Run();
         Run(const Run&) = delete;
@@ -75,7 +78,7 @@ public:
     Connection() = default;
     explicit Connection(std::weak_ptr<ConnectionSlot> slot) : _slot(std::move(slot)) {}
 
-    /// Never waits.
+    /// False for a handle of nothing, after a cut, and when the signal has gone. Never waits.
     bool connected() const;
 
     /// After it has returned, the slot is not running on another thread and is never called again.
@@ -90,7 +93,8 @@ private:
     std::weak_ptr<ConnectionSlot> _slot;
 };
 
-/// A connection that ends with its owner. Declare it as the owner's last member.
+/// A connection that ends with its owner. Declare it as the owner's last member. Its end, and the
+/// assignment of another connection, wait as `Connection::disconnect` does.
 class KES_EXPORT ScopedConnection {
 public:
     ScopedConnection() = default;

@@ -8,7 +8,10 @@
 
 namespace Kes {
 
-/// An error as a value: a text for the user, and the errors that led to it.
+/// An error as a value: a text for the user, and the errors that led to it. Operations return it in a
+/// `Result`, signals carry it; it is not thrown. Who must tell one kind of error from another looks for the
+/// derived class.
+///
 /// Immutable after construction and shared by pointer, so it may be read on any thread.
 class KES_EXPORT ObjectError {
 public:
@@ -23,7 +26,7 @@ public:
     /// The text in the language of the process, without the inner errors.
     virtual std::string getMessage() const = 0;
 
-    /// What led to it; empty for an error with no other cause.
+    /// What led to it, null ones included; empty for an error with no other cause.
     const List& getInner() const { return _inner; }
 
 private:

@@ -46,6 +46,8 @@ public:
     Signal& operator=(const Signal&) = delete;
     ~Signal() { clear(); }
 
+    /// The slot stays connected until it is cut: the handle need not be kept. An empty std::function gives
+    /// a handle of nothing.
     template <typename Functor>
     Connection connect(Functor functor)
     {
@@ -60,6 +62,8 @@ public:
         return Connection(slot);
     }
 
+    /// Every slot gets the arguments as they are here; what is declared by value is copied for each slot.
+    /// On the GUI thread queued functions may run before the first slot, while the gate is waited for.
     void emit(Args... args) const
     {
         SignalGate::Guard gate;
@@ -88,7 +92,8 @@ public:
         _state.handler.swap(kept);
     }
 
-    /// Cuts every connection.
+    /// Cuts every connection and waits for running slots as `Connection::disconnect` does. New connections
+    /// may be made afterwards.
     void clear()
     {
         auto none = std::make_shared<const Slots>();

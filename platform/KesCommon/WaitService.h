@@ -7,10 +7,8 @@
 
 namespace Kes {
 
-/// What a thread that serves a queue continues to do while it has to wait for another thread.
-///
-/// The GUI thread must not simply block on a worker that itself waits for the GUI thread: both would
-/// stand still. The GUI dispatcher installs here how its queue is served, and every wait of the family's
+/// What the GUI thread continues to do while it waits: it must not block on a worker that itself waits for
+/// the GUI thread. The GUI dispatcher installs here how its queue is served, and every wait of the family's
 /// libraries (`WaitCondition`, `SignalGate`, `Worker`) serves it on the GUI thread until what it waits for
 /// has come. Between two looks the thread sleeps; it is woken by `ring`.
 class KES_EXPORT WaitService {
@@ -21,19 +19,17 @@ public:
 
     /// Makes the calling thread the serving one.
     static void install(Serve serve);
-    /// Called on the serving thread, before it ends; does nothing on any other. A wait that is still on the
-    /// stack becomes one of an ordinary thread.
+    /// On the serving thread, before it ends; does nothing on any other. A wait that is still on the stack
+    /// becomes one of an ordinary thread.
     static void uninstall();
 
     /// Any thread: whether the caller is the serving thread.
     static bool isServingThread();
 
-    /// Any thread: when the serving thread sleeps in a wait, it looks again. Not needed on the serving
-    /// thread itself, which looks again after every function that it has served.
+    /// Any thread: wakes the serving thread from a wait, to look again. On that thread it does nothing.
     static void ring();
 
-    /// For waits. Serves when called on the serving thread, and returns whether there was anything; on any
-    /// other thread there never is.
+    /// For waits. On the serving thread it serves, and returns whether there was anything; else false.
     static bool serve();
     /// For waits on the serving thread: what `ring` rings.
     static const Bell& getBell();

@@ -11,12 +11,15 @@ namespace Kes {
 /// The views of a collection's items, in order. They are placed, not owned. GUI thread.
 class KES_EXPORT ICollectionView : public IView {
 public:
-    /// A view that is not a widget is ignored.
+    /// Shows the view before the one that is at `index` now; an index past the end appends. A view that is
+    /// not a widget is ignored.
     virtual void insertView(std::size_t index, IView* view) = 0;
+    /// The view, which lives on, is taken out; one that is not in here is ignored.
     virtual void removeView(IView* view) = 0;
 };
 
-/// Items below each other. GUI thread.
+/// Items in a column, each as high as it needs, or in a row, each as wide as it needs. It does not scroll.
+/// GUI thread.
 class KES_EXPORT CollectionBoxView : public Gtk::Box, public ICollectionView {
 public:
     explicit CollectionBoxView(Gtk::Orientation orientation = Gtk::ORIENTATION_VERTICAL);

@@ -4,7 +4,9 @@
 
 namespace Kes {
 
-/// A button of a modal dialog, or a set of buttons: the sum of its members. A value. Any thread.
+/// A button of a modal dialog, or a set of buttons: the sum of its members. The numbers are also GTK's
+/// response numbers of the buttons; they are above zero because those that GTK gives a meaning are below. A
+/// value. Any thread.
 enum class DialogResult : unsigned {
     /// No button, the empty set.
     None = 0,
@@ -36,8 +38,8 @@ constexpr bool hasButton(DialogResult set, DialogResult button)
     return (set & button) == button && button != DialogResult::None;
 }
 
-/// The answer that loses nothing: what Escape, closing the box and an unattended run give.
-/// Cancel if there is one, else No, else Ok, else Yes.
+/// The answer that loses nothing: what Escape, closing the box and an unattended run give. Cancel if there
+/// is one, else No, else Ok, else Yes, also for the empty set, which no dialog shows.
 constexpr DialogResult decliningAnswer(DialogResult buttons)
 {
     for (const auto button : {DialogResult::Cancel, DialogResult::No, DialogResult::Ok})

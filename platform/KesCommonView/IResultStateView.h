@@ -7,7 +7,8 @@
 
 namespace Kes {
 
-/// A short text with a verdict: valid, invalid or unknown. GUI thread.
+/// A short text with a verdict: valid, invalid or unknown. A view may show the verdict by a colour only, so
+/// the text has to say it as well. GUI thread.
 class KES_EXPORT IResultStateView : public IView {
 public:
     virtual void setText(const std::string& text) = 0;

@@ -9,6 +9,10 @@
 namespace Kes {
 
 /// A presenter whose view is made on first use. GUI thread.
+///
+/// Its virtual functions are called at that first use, not by the constructor, so the members of the
+/// derived class are ready. These die before the view does, child presenters among them, whose views leave
+/// it. Slots made with `sigc::mem_fun` of the presenter are cut at its end.
 template <typename IViewType>
 class PresenterBase : public IPresenter, public sigc::trackable {
 public:
@@ -20,7 +24,8 @@ public:
     IView* getView() override { return &_getView(); }
 
 protected:
-    /// Makes the view, once; the presenter owns it.
+    /// Makes the view, never null; the presenter owns it. Called once; when it throws, the next use of the
+    /// view tries again.
     virtual std::unique_ptr<IViewType> _createDefaultView() = 0;
     /// Called once, when the view has just been created; connects and fills it.
     virtual void _onViewInited() {}

@@ -7,7 +7,9 @@
 namespace Kes {
 
 /// Reserves space for content added later: a box whose natural size is so many characters wide and lines
-/// high. It still shrinks to what its present content needs. GUI thread.
+/// high. It still shrinks to what its present content needs, and grows with a larger one. For texts that
+/// come and go, such as messages, so that what stands around them stays in its place; not for content that
+/// is always there. GUI thread.
 class KES_EXPORT RoomyBox : public Gtk::Box {
 public:
     /// `spacing` in pixels; `characters` of the average width and `lines` of the widget's own font, so both

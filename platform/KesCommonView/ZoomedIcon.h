@@ -8,13 +8,15 @@
 
 namespace Kes {
 
-/// A picture of the icon theme that follows the zoom of the screen, as texts do; GTK's own do not. GUI
-/// thread.
+/// A picture of the icon theme that follows the zoom of the screen, as texts do; GTK's own do not. A name
+/// that the theme does not know shows GTK's sign of a missing picture, an empty one nothing. It has no
+/// accessible name: a text beside it has to say the same. GUI thread.
 class KES_EXPORT ZoomedIcon : public Gtk::Image {
 public:
-    /// The size is in pixels at a zoom of 100 %.
+    /// The size is in pixels at a zoom of 100 %, of a square; see `KesView::StyleZoomHelper`.
     explicit ZoomedIcon(const std::string& icon = {}, int size = 16);
 
+    /// The size stays. The name is one of the theme, such as "dialog-warning-symbolic", not a path.
     void setIcon(const std::string& icon);
 
 private:

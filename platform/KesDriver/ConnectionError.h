@@ -15,10 +15,12 @@ public:
     using Kes::TextError::TextError;
     ~ConnectionError() override;
 
+    /// The text, in the language of the process, names the device.
     static Kes::Result failure(std::string text);
 };
 
-/// Whether the result is a failure because of the connection.
+/// Whether the result is a failure because of the connection. Only the error itself counts, not what has
+/// led to it; a success is none.
 KES_EXPORT bool isConnectionError(const Kes::Result& result);
 
 } // namespace KesDriver

@@ -18,7 +18,8 @@ inline DeviceTime toDeviceTime(double seconds)
     return DeviceTime(std::llround(std::min(seconds, never) * 1e6));
 }
 
-/// In seconds; microseconds survive the way there and back.
+/// In seconds, for formulas and files. Up to 1e9 s, `toDeviceTime` makes the same number of microseconds of
+/// it again.
 inline double toSeconds(DeviceTime time)
 {
     return std::chrono::duration<double>(time).count();

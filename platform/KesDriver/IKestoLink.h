@@ -63,13 +63,10 @@ public:
 
     virtual Kes::Result identify(KestoIdentity& identity) = 0;
     virtual Kes::Result readState(KestoState& state) = 0;
-    /// What it can put out and read.
     virtual Kes::Result readLimits(OutputLimits& limits) = 0;
-    /// The device's own clock.
     virtual Kes::Result readTime(DeviceTime& time) = 0;
 
-    /// The auxiliary direct-voltage output that feeds the relay, off at every connection's beginning. Volts
-    /// from 12 to 300.
+    /// The auxiliary supply of the relay, off at every connection's beginning. Volts from 12 to 300.
     virtual Kes::Result setAuxDC(bool enable, double volts) = 0;
 
     /// Switches the power amplifiers on, with all outputs at zero.

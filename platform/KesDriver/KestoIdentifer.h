@@ -7,7 +7,8 @@
 
 namespace KesDriver {
 
-/// The two values that identify one device: its type and its serial number. A value; any thread.
+/// The two values that identify one device: its type and its serial number. Other than its address, they
+/// stay with the device. A value; any thread.
 class KES_EXPORT KestoIdentifer {
 public:
     KestoIdentifer() = default;

@@ -10,6 +10,8 @@ namespace KesTree {
 /// 0.05 … 100 A". A value; any thread.
 class KES_EXPORT ValueError : public Kes::ObjectError {
 public:
+    /// The name of the node as the user reads it, and a reason that does not name it. Both are texts in the
+    /// language of the process as it is now.
     ValueError(std::string node, std::string reason);
 
     std::string getMessage() const override;

@@ -19,7 +19,8 @@ class NodeValuePresenter;
 /// selected and scrolled.
 class KES_EXPORT NodeTreeContentPresenter : public Kes::PresenterBase<NodeTreeView> {
 public:
-    /// Null shows nothing.
+    /// Null shows nothing; a value without a group is shown as the only row. The form is built when the
+    /// view is first asked for.
     explicit NodeTreeContentPresenter(Node* root);
     ~NodeTreeContentPresenter() override;
 

@@ -13,8 +13,9 @@
 
 namespace KesTree {
 
-/// A form: groups with a heading, those within others collapsible, and one row per value. It scrolls when it
-/// does not fit, and follows the focus. GUI thread.
+/// A form: groups with a heading, those within others collapsible, and one row per value. It scrolls when
+/// it does not fit, and follows the focus. It only grows: a form for other values is another view. GUI
+/// thread.
 class KES_EXPORT NodeTreeView : public Gtk::ScrolledWindow,
                                 public Kes::IView,
                                 public Kes::IReadOnlySwitchable {
@@ -24,13 +25,16 @@ public:
     /// The values are to become read-only, or editable again.
     sigc::signal<void(bool)> signalReadOnlyChanged;
 
-    /// What is added next belongs to a new group, up to the matching `endGroup`. `icon` names an icon of the
-    /// icon theme. A group within another one may be folded at first.
+    /// What is added next belongs to a new group, up to the matching `endGroup`. `icon` names an icon of
+    /// the icon theme; one that the theme does not have is left out. A group within another one may be
+    /// folded at first.
     void beginGroup(const std::string& title, const std::string& icon, bool isFolded);
     void endGroup();
-    /// Places the view of a value; it is not owned.
+    /// Places the view of a value below the others; it is not owned, and has to be a widget
+    /// (`std::bad_cast` otherwise).
     void addValue(Kes::IView& value);
 
+    /// Only says so by the signal: the presenters of the values switch their views.
     void setIsReadOnly(bool readOnly) override;
 
 private:

@@ -14,7 +14,8 @@
 namespace KesTree {
 
 /// A row: name, editor with unit, and a hint that gives way to the problem. The columns of all rows below
-/// one `Kes::SharedSizeGroupOwner` are aligned. The concrete rows add their editor. GUI thread.
+/// one `Kes::SharedSizeGroupOwner` are aligned. It checks nothing. The concrete rows add their editor. GUI
+/// thread.
 class KES_EXPORT NodeValueView : public Gtk::Box, public Kes::IView {
 public:
     /// The user has changed the text, perhaps not for the last time.
@@ -36,6 +37,7 @@ public:
     void setIsReadOnly(bool readOnly);
 
 protected:
+    /// The unit stands behind the editor and in its accessible name; empty: none.
     NodeValueView(const std::string& name, const std::string& unit);
 
     /// Places the editor and ties it to the name; called once. `focus` is the widget that is edited, when it

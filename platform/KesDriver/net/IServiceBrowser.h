@@ -23,11 +23,13 @@ struct ServiceRecord {
 /// dies. Belongs to one thread, whose default main context it works in.
 class KES_EXPORT IServiceBrowser {
 public:
+    /// Called in the main context of that thread, never after the end of the browser.
     using Listener = std::function<void(const ServiceRecord&)>;
 
     virtual ~IServiceBrowser();
 
     /// The listener hears of every service that has an IPv4 address, once or several times, in any order.
+    /// Nobody says when all have been told, nor when one has gone. Called once.
     virtual void start(Listener listener) = 0;
 
     /// Whether nothing has prevented it so far from seeing all services; else why, in a sentence for the

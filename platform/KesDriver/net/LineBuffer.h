@@ -8,12 +8,16 @@
 
 namespace KesDriver {
 
-/// Makes lines of the bytes of a stream. Not synchronised.
+/// Makes lines of the bytes of a stream, for a peer that may send anything: after the first line that is
+/// too long or no text it gives no more. Not synchronised. For messages with blocks there is
+/// `Scpi::LineReader`.
 class KES_EXPORT LineBuffer {
 public:
     /// A line without its end may have so many bytes.
     explicit LineBuffer(std::size_t longestLine) : _longestLine(longestLine) {}
 
+    /// Lines are measured when they are taken, so take all whole lines after each call: else the bytes
+    /// grow.
     void append(std::string_view bytes);
 
     /// Takes the next line, without its "\n" or "\r\n"; false when there is no whole one, and from the first

@@ -22,10 +22,12 @@ struct Answer;
 /// The connection to a device that speaks the network protocol (docs/protocol.md) over a stream of bytes,
 /// made by the connector at each attempt to connect. Any thread.
 ///
-/// Connecting takes control of the device and sets its watchdog. An answer that comes too late, twice or to
-/// another question, or makes no sense, ends the connection, and so does a device that has been restarted
-/// behind it. Events that are missing are asked for once;
-/// when they are lost for good, come twice, go back in time or cannot be read, the receiver hears of an event
+/// Connecting takes control of the device and sets its watchdog. It fails for a device that another
+/// controller has, whose name the error then gives, and for another major version of the protocol.
+///
+/// An answer that comes too late, twice or to another question, or makes no sense, ends the connection, and
+/// so does a device that has been restarted behind it. Events that are missing are asked for once; when
+/// they are lost for good, come twice, go back in time or cannot be read, the receiver hears of an event
 /// that no device can have (input 0 at a negative time), as from any device that cannot be believed.
 ///
 /// A long sequence is sent in parts, so that a stop waits for none of it. A stop that is asked for while a
@@ -50,6 +52,7 @@ public:
         bool isInLockstep = false;
     };
 
+    /// Reaches for nothing; that is up to `connect`.
     explicit StreamLink(Settings settings);
     ~StreamLink() override;
 
@@ -111,10 +114,13 @@ private:
     const std::shared_ptr<ReportQueue> _reports;
     std::atomic<bool> _isSimulated;
 
+    /// For the members up to the limits. Not held while the device is asked.
     mutable std::mutex _mutex;
     ConnectionNumber _lastNumber = 0;
     Connection _connection;
     std::string _name;
+    /// As told at the beginning of the connection: what lies outside is refused here. Without them the
+    /// device decides.
     std::optional<OutputLimits> _limits;
     /// How often the outputs have been asked to stop.
     std::atomic<unsigned> _stops{0};

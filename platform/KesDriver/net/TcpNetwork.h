@@ -11,7 +11,8 @@ namespace KesDriver {
 /// Where a device listens when nothing else is said; the port that is usual for SCPI over TCP.
 inline constexpr std::uint16_t kestoPort = 5025;
 
-/// Devices that speak the network protocol over TCP. Any thread.
+/// Devices that speak the network protocol over TCP and IPv4, without a proxy. Links may outlive the
+/// network. Any thread.
 class KES_EXPORT TcpNetwork : public IKestoNetwork {
 public:
     /// All devices are expected at the same port.

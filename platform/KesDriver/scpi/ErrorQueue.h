@@ -17,7 +17,8 @@ public:
 
     /// Puts it behind the others.
     void add(Error error);
-    /// The oldest one, which leaves; "No error" when there is none.
+    /// The oldest one, which leaves; `ErrorCode::None` with "No error" when there is none, so a controller
+    /// asks until it gets that.
     Error take();
     void clear() { _errors.clear(); }
     std::size_t getCount() const { return _errors.size(); }

@@ -10,10 +10,10 @@
 
 namespace KesDriver::Scpi {
 
-/// Finds the number of a header among patterns such as "SYSTem:ERRor[:NEXT]?", "[SOURce:]CURRent<n>[:LEVel]"
-/// and
-/// "*IDN?": the capitals are the short form, what stands in brackets may be left out, `<n>` is a numeric
-/// suffix, and a question mark makes it a query. Not synchronised; once filled, any thread.
+/// Finds the number of a header among patterns such as "SYSTem:ERRor[:NEXT]?",
+/// "[SOURce:]CURRent<n>[:LEVel]" and "*IDN?": the capitals are the short form, what stands in brackets may
+/// be left out, `<n>` is a numeric suffix, and a question mark makes it a query. Not synchronised; once
+/// filled, any thread.
 class KES_EXPORT HeaderTree {
 public:
     /// Which pattern a header matches.

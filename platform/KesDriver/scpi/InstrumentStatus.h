@@ -8,8 +8,9 @@
 
 namespace KesDriver::Scpi {
 
-/// The status of an instrument as one controller sees it: the registers of IEEE 488.2 and SCPI, and the error
-/// queue. Not synchronised.
+/// The status of an instrument as one controller sees it: the registers of IEEE 488.2 and SCPI, and the
+/// error queue. Not synchronised. It begins with `PowerOn`, so that the controller sees that what it had
+/// enabled is gone.
 class KES_EXPORT InstrumentStatus {
 public:
     /// Bits of the standard event register.
@@ -33,14 +34,16 @@ public:
 
     /// Sets the bit until the register is read.
     void note(StandardEvent event) { _standardEvents = static_cast<std::uint8_t>(_standardEvents | event); }
-    /// Clears it.
+    /// The standard event register, which is cleared by being read (`*ESR?`).
     std::uint8_t takeStandardEvents();
     std::uint8_t getStandardEnable() const { return _standardEnable; }
+    /// `*ESE`: which bits of that register count for bit 5 of the status byte.
     void setStandardEnable(std::uint8_t bits) { _standardEnable = bits; }
     std::uint8_t getServiceEnable() const { return _serviceEnable; }
     /// Bit 6 cannot be enabled.
     void setServiceEnable(std::uint8_t bits) { _serviceEnable = bits & 0xBFU; }
-    /// With the master summary in bit 6.
+    /// Bit 2: errors wait; 3: questionable; 4: an answer waits, as the caller says; 5: standard events; 7:
+    /// operation. Bit 6, the master summary: any of them that is enabled for service.
     std::uint8_t getStatusByte(bool hasAnswer) const;
 
     /// `*CLS`: the events and the errors; what is enabled stays.

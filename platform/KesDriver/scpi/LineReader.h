@@ -9,8 +9,9 @@
 
 namespace KesDriver::Scpi {
 
-/// Puts bytes together to messages: lines that end with "\n" or "\r\n", in which a block may hold line ends.
-/// Holds at most one message and what was received behind it. Not synchronised.
+/// Puts bytes together to messages: lines that end with "\n" or "\r\n", in which a block may hold line
+/// ends, a text in quotes not. What is in a message is up to `UnitReader`. Holds at most one message and
+/// what was received behind it. Not synchronised.
 class KES_EXPORT LineReader {
 public:
     /// How much is accepted.
@@ -28,7 +29,8 @@ public:
     void add(std::string_view bytes);
     /// The next message, without its line end; none when it is not complete yet, and after an overrun.
     std::optional<std::string> next();
-    /// The line or its blocks were too long: where the next message begins is not known any more.
+    /// The line or its blocks were too long: where the next message begins is not known any more. It stays
+    /// so; the connection has to end.
     bool isOverrun() const { return _overrun; }
 
 private:

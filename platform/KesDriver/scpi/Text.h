@@ -14,7 +14,8 @@ KES_EXPORT std::string cut(std::string text, std::size_t length);
 /// ASCII letters only.
 KES_EXPORT std::string toUpper(std::string_view text);
 
-/// Blank, tab, and the other control characters that the standard takes for white space.
+/// Blank, tab, and the other control characters that the standard takes for white space. A line end is
+/// none: it ends a message.
 constexpr bool isBlank(char c)
 {
     return static_cast<unsigned char>(c) <= ' ' && c != '\n';

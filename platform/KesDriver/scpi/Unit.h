@@ -19,12 +19,13 @@ struct Unit {
 
 /// Splits a message into its units, which begin where the one before ended in the tree of headers. A unit
 /// that is wrong leaves the others alone, but for a string or a block that is not closed: it takes the rest
-/// of the message with it. Not synchronised.
+/// of the message with it. The bytes of the message outlive the reader. Not synchronised.
 class KES_EXPORT UnitReader {
 public:
     explicit UnitReader(std::string_view message) : _rest(message) {}
 
-    /// False at the end. Throws `Error` for a unit that is wrong; the next call reads the one after it.
+    /// False at the end; empty units are passed over. Throws `Error` for a unit that is wrong; the next
+    /// call reads the one after it.
     bool next(Unit& unit);
 
 private:

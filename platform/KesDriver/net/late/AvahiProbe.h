@@ -18,8 +18,10 @@ public:
     /// counts as an answer.
     using Told = std::function<void(bool answers)>;
 
+    /// Begins to ask and returns; connecting to the bus counts as part of the time.
     explicit AvahiProbe(Told told);
-    /// Gives up; nothing is reported any more.
+    /// Gives up; nothing is reported any more. Iterates the main context until the call that is under way
+    /// has ended.
     ~AvahiProbe();
     AvahiProbe(const AvahiProbe&) = delete;
     AvahiProbe& operator=(const AvahiProbe&) = delete;
@@ -29,6 +31,7 @@ private:
     static void _onAnswered(GObject* source, GAsyncResult* result, gpointer self);
     static gboolean _onTooLate(gpointer self);
 
+    /// The end of the call, for whatever reason; takes the error, null for an answer.
     void _finish(GError* error);
     void _drop();
 

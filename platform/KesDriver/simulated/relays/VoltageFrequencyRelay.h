@@ -38,7 +38,8 @@ public:
         bool isUsed = true;
         /// In volts (phase to phase), hertz or hertz per second; a rate below zero is a falling frequency.
         double setting = 0.0;
-        /// In seconds, from 0.
+        /// In seconds, from 0. Measuring takes time, too: a stage operates no sooner than 25 ms (voltage),
+        /// 60 ms (frequency) or 80 ms (rate) after its quantity, however short its delay is.
         double delay = 0.0;
         /// Voltages and rate: the drop-off value as a share of the setting. Frequencies: how far behind the
         /// setting it lies, in hertz.
@@ -57,6 +58,8 @@ public:
         unsigned startInput = 2;
     };
 
+    /// At rest at time 0. The settings are taken as they are; who has them from a user makes the relay with
+    /// `RelayCatalog`, which refuses wrong ones.
     explicit VoltageFrequencyRelay(const Settings& settings);
 
     void reset(DeviceTime time) override;
