@@ -37,6 +37,7 @@ AboutView::AboutView()
         close->set_label(lng::CommonView::get("Button.close"));
     }
     giveUpHiddenPages(*get_content_area());
+    _setTitle();
     signal_response().connect([this](int) { hide(); });
 }
 
@@ -45,17 +46,18 @@ AboutView::~AboutView() = default;
 void AboutView::setProgramName(const std::string& name)
 {
     set_program_name(name);
+    _setTitle();
 }
 
 void AboutView::setVersion(const std::string& version)
 {
     gtk_about_dialog_set_version(gobj(), version.empty() ? nullptr : version.c_str());
+    _setTitle();
 }
 
-void AboutView::on_show()
+/// With each name and version GTK makes a title of its own, in the language of the locale.
+void AboutView::_setTitle()
 {
-    Gtk::AboutDialog::on_show();
-    // GTK has made a title of the name, in the language of the locale.
     set_title(lng::CommonView::get("About.title"));
 }
 

@@ -15,14 +15,13 @@ public:
     AboutView();
     ~AboutView() override;
 
-    /// UTF-8, one line. GTK makes a title of it, in the language of the locale; showing the window replaces
-    /// that one, so set the name before.
+    /// UTF-8, one line.
     void setProgramName(const std::string& name);
     /// Any text, such as "1.2"; an empty one is not shown.
     void setVersion(const std::string& version);
 
-protected:
-    void on_show() override;
+private:
+    void _setTitle();
 };
 
 } // namespace Kes
