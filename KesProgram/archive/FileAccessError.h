@@ -8,7 +8,8 @@
 
 namespace KesProgram {
 
-/// An archive file could not be opened. Any thread.
+/// An archive file could not be opened. About its content nothing is known; content that cannot be used gives
+/// a `DataFormatError`. Any thread.
 class KES_EXPORT FileAccessError : public Kes::ObjectError {
 public:
     /// `inner`: why, in more detail; may be empty.
@@ -19,9 +20,10 @@ public:
     std::string getMessage() const override;
 
     static std::shared_ptr<Kes::ObjectError>
+    /// With the errors that led to it, for a program that knows them.
     create(const std::vector<std::shared_ptr<Kes::ObjectError>>& inner);
 
-    /// The error without inner errors, one for the whole process.
+    /// The error without inner errors, one for the whole process: what `ArchiveManager` fails with.
     static std::shared_ptr<Kes::ObjectError> get();
 };
 

@@ -12,6 +12,10 @@ class Kesto;
 namespace KesProgram {
 
 /// One device in the status bar: its type, its state and its icons. GUI thread.
+///
+/// The row shows the state as a colour and a sign, and says it in words to assistive technology; a state that
+/// is unknown or bad stands in words beside it, too. The type is shown once the device has been connected:
+/// before, nobody knows it.
 class KES_EXPORT StatusBarHardwareKestoPresenter : public Kes::IPresenter {
 public:
     /// The device outlives the presenter.
