@@ -39,9 +39,10 @@ struct ContentLimits {
     bool operator==(const ContentLimits&) const = default;
 };
 
-/// Writes all entries, in the order of their names. The streams are read to their end; one that has failed
-/// gives an empty entry. False, with `out` untouched, for an empty map, a null stream, an impossible name or
-/// too much data; false, with part of the archive written, when `out` fails.
+/// Writes all entries, in the order of their names. The streams are read to their end, so the next call needs
+/// fresh ones; one that has failed gives an empty entry. False, with `out` untouched, for an empty map, a
+/// null stream, an impossible name or too much data; false, with part of the archive written, when `out`
+/// fails.
 KES_EXPORT bool packDataToStream(std::ostream& out, DataMap& data, const std::string& header,
                                  const ContentLimits& limits = {});
 
@@ -52,9 +53,8 @@ KES_EXPORT bool packDataToStream(std::ostream& out, DataMap& data, const std::st
 KES_EXPORT bool unpackStreamToData(std::istream& in, DataMap& data, const std::string& header,
                                    const ContentLimits& limits = {});
 
-/// Reads a damaged archive by its directory and by the header of each entry alone, so that one changed byte
-/// damages at most one entry. False for another signature, or one alone. What is beyond the limits is left
-/// out.
+/// Reads a damaged archive by its directory and by the header of each entry alone: one changed byte damages
+/// one entry at most. False for another signature, or one alone. What is beyond the limits is left out.
 KES_EXPORT bool recoverStreamToData(std::istream& in, DataMap& data, const std::string& header,
                                     const ContentLimits& limits = {});
 

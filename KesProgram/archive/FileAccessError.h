@@ -19,8 +19,8 @@ public:
     /// For users, in the language of the process, without the inner errors.
     std::string getMessage() const override;
 
-    static std::shared_ptr<Kes::ObjectError>
     /// With the errors that led to it, for a program that knows them.
+    static std::shared_ptr<Kes::ObjectError>
     create(const std::vector<std::shared_ptr<Kes::ObjectError>>& inner);
 
     /// The error without inner errors, one for the whole process: what `ArchiveManager` fails with.

@@ -18,7 +18,8 @@ namespace KesDevice {
 /// destroys it when nobody shares it any more; until then, a connection to one of its devices waits.
 class KES_EXPORT HardwareControl {
 public:
-    /// One has been set: the current one, never null. The former one still lives. On the thread that set it.
+    /// A configuration was set: the current one, never null; the former still lives. On the thread that set
+    /// it.
     static Kes::Signal<void(HardwareManager*)> signalHardwareChanged;
 
     /// The current configuration, never null. It lives until it is replaced.
@@ -28,7 +29,7 @@ public:
 
     /// Where new configurations find their devices: `KesDriver::getProgramNetwork()` at first.
     static std::shared_ptr<KesDriver::IKestoNetwork> getNetwork();
-    /// Before the first configuration is asked for. Null is ignored.
+    /// Call it before the first configuration is asked for. Null is ignored.
     static void setNetwork(std::shared_ptr<KesDriver::IKestoNetwork> network);
 
     static bool getEmbeddedMode();
@@ -41,11 +42,11 @@ public:
     /// As `setGlobalInstance`, but lent devices are never kept.
     static void setEmbeddedInstance(std::unique_ptr<HardwareManager> hardware, bool temporary);
 
-    /// For a program with a configuration of its own, which then ends as a global one does. Null gives null.
+    /// Shares a program's own configuration, which ends as a global one with its last share. Null gives null.
     static std::shared_ptr<HardwareManager> adopt(std::unique_ptr<HardwareManager> hardware);
-    /// Begins that end, when the program has replaced it. Null is ignored.
+    /// Begins the end of such a one, when the program has replaced it. Null is ignored.
     static void retire(std::shared_ptr<HardwareManager> hardware);
-    /// Until what was replaced is switched off, disconnected and, unless shared, destroyed. Not on the GUI
+    /// Returns when what was replaced is off, disconnected and, unless shared, destroyed. Not on the GUI
     /// thread.
     static void waitForRetired();
 

@@ -17,8 +17,8 @@ public:
     /// Emitted on the thread that started or stopped the output; the argument is the new `isRunning()`.
     Kes::Signal<void(bool)> signalRunningChanged;
 
-    /// True while the output of at least one configuration runs. Before the signal, so that a slot finds the
-    /// new value.
+    /// True while the output of at least one configuration runs. It changes before the signal, so that a slot
+    /// finds the new value.
     bool isRunning() const { return _count > 0; }
 
 private:

@@ -62,10 +62,9 @@ private:
 KES_EXPORT void setAttribute(xmlpp::Element& element, const char* name, double value);
 KES_EXPORT void setAttribute(xmlpp::Element& element, const char* name, const std::string& value);
 
-/// The word for a value of such a table.
-template <typename Value, std::size_t N>
 /// The word for a value of a table such as `XmlAttributes::choice` takes; empty for a value that is not in
 /// it.
+template <typename Value, std::size_t N>
 std::string wordOf(Value value, const std::pair<const char*, Value> (&table)[N])
 {
     for (const auto& [word, candidate] : table)

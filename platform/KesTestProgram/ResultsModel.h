@@ -12,9 +12,6 @@ namespace KesTestProgram {
 
 /// Keeps the results of a test program, of the type that the program needs: one derived from
 /// `KesMeasure::MeasuredTest`. The run changes them, all others read copies.
-template <typename Results>
-/// Keeps the results of a test program, of the type that the program needs: one derived from
-/// `KesMeasure::MeasuredTest`. The run changes them, all others read copies.
 ///
 /// A run makes new results (`_createResults`) or goes on with those that there are, puts in each value as it
 /// is measured (`_changeResults`), and ends with a verdict (`_judge`). `signalResultsChanged` follows each of
@@ -24,6 +21,7 @@ template <typename Results>
 ///
 /// The lock is not recursive: a hook that may be called under it asks its argument, and nothing of this
 /// class.
+template <typename Results>
 class KES_EXPORT ResultsModel : public TestProgramModel {
 public:
     using TestProgramModel::TestProgramModel;
@@ -51,6 +49,7 @@ protected:
     /// the lock.
     virtual KesMeasure::Verdict _judge(const Results& results) const = 0;
     /// As the archive holds them: the checksum is made of it, so that equal results have to give equal text.
+    /// Not under the lock.
     virtual std::string _toXml(const Results& results) const = 0;
     /// How many values have been measured. Under the lock.
     virtual std::size_t _countMeasuredIn(const Results& results) const = 0;
@@ -106,6 +105,7 @@ private:
         signalResultsChanged.emit();
     }
 
+    /// Without results nothing belongs to the run.
     void _keepResults() override
     {
         std::lock_guard lock(_mutex);

@@ -35,7 +35,7 @@ struct SimulatorOptions {
     std::vector<std::string> relaySettings;
     /// Let searches in the local network find the devices.
     bool announce = false;
-    /// Write each line that a device is sent or answers.
+    /// To standard error: what the devices receive and answer.
     bool log = false;
     bool version = false;
 };

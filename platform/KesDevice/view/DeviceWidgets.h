@@ -13,7 +13,7 @@
 /// KesDevice/KesDevice.css, which `HardwareSettingsView` loads. GUI thread.
 namespace KesDevice {
 
-/// In pixels: between things that do not belong together, and between those that do.
+/// In pixels: the wide one between things that are apart, the small one between things that belong together.
 inline constexpr int wideGap = 12;
 inline constexpr int smallGap = 6;
 

@@ -16,7 +16,7 @@ public:
     /// The user has switched; the argument is the new state, which the box shows already.
     sigc::signal<void(bool)> signalSwitched;
 
-    /// Without a signal; the switch itself follows nothing.
+    /// Without a signal. The switch does not follow the updater by itself.
     void setIsOn(bool on);
 
 protected:

@@ -29,11 +29,11 @@ struct OvercurrentArchive : KesTestProgram::ArchiveHead {
     /// What `repair` could not read.
     bool isPlanLost = false;
 
-    /// Never null. Throws std::runtime_error with a text for the user when it is more than could be read
-    /// again.
+    /// Never null. Throws std::runtime_error, for the user, when it is more than could be read again.
     std::unique_ptr<std::istream> pack() const;
 
-    /// Nothing unless it is a complete archive that makes sense. Results unlike their checksum say so.
+    /// Nothing unless it is a complete archive that makes sense. Results unlike their checksum are taken and
+    /// say so.
     static std::optional<OvercurrentArchive> read(std::istream& stream);
     /// What can be read of a damaged archive or of form 1; nothing when it is neither. A lost plan becomes
     /// that of the results, or the default one; results without readable circumstances are of unknown origin.
