@@ -18,8 +18,7 @@ namespace KesDevice {
 /// destroys it when nobody shares it any more; until then, a connection to one of its devices waits.
 class KES_EXPORT HardwareControl {
 public:
-    /// A configuration was set: the current one, never null; the former still lives. On the thread that set
-    /// it.
+    /// A configuration was set: the current one, never null; the former still lives. On the setter's thread.
     static Kes::Signal<void(HardwareManager*)> signalHardwareChanged;
 
     /// The current configuration, never null. It lives until it is replaced.
