@@ -14,15 +14,12 @@
 
 struct archive;
 
-/// The container of a program's archive file: named streams of bytes packed as a ZIP archive whose first
-/// four bytes are replaced by a signature of the program's choice. docs/archive-format.md shows the bytes.
-///
-/// A program builds the file's whole content in `ProgramModel::getDataStream` with `packDataToStream` and
-/// takes it apart in `ProgramModel::setDataStream` with `unpackStreamToData`. Failures are the result false;
-/// bad data throws nothing. A name is 1 to 65535 bytes without NUL and does not end in "/" or "\". It is read
-/// back unchanged in every locale, except that "\" becomes "/" unless the name has a "/" too. Equal data
-/// gives equal bytes. Any thread, one call per stream at a time; the calling thread's locale is switched
-/// meanwhile.
+/// The container of a program's archive file: named streams of bytes packed as a ZIP archive whose first four
+/// bytes are replaced by a signature. docs/archive-format.md shows the bytes, and what damage costs. Packing
+/// and unpacking fail with the result false; bad data throws nothing. A name is 1 to 65535 bytes without NUL
+/// and does not end in "/" or "\"; it is read back unchanged in every locale, except that "\" becomes "/"
+/// unless it has a "/" too. Equal data gives equal bytes. Any thread, one call per stream at a time; the
+/// calling thread's locale is switched meanwhile.
 namespace KesProgram::ArchiveHelper {
 
 /// Entry names and the streams with their content. Reading starts at each stream's present position.
@@ -33,59 +30,49 @@ static const std::string PREFIX = "qє3?1‰P™d7";
 /// The signature of the version before it; only the last byte differs.
 static const std::string OUTDATED_PREFIX = "qє3?1‰P™d6";
 
-/// How many bytes an archive may hold unpacked. Packing refuses more, so that what was saved can be opened;
-/// unpacking refuses more, so that a small hostile file cannot fill the memory. A program gives the
-/// same limits to both; the defaults are far above the size of test settings and results.
+/// How many bytes an archive may hold unpacked. Packing refuses more as well, so that what was saved can be
+/// opened: give both the same limits. `total` counts all contents, the names and 512 bytes for each entry.
 struct ContentLimits {
-    /// The content of one entry.
     std::uint64_t entry = std::uint64_t{32} << 20;
-    /// All contents, the names and 512 bytes for each entry.
     std::uint64_t total = std::uint64_t{64} << 20;
 
     bool operator==(const ContentLimits&) const = default;
 };
 
-/// Writes the archive of all entries, in the order of their names. The streams are read to their end: make
-/// fresh ones for the next call. A stream that has failed gives an empty entry.
-/// False, with `out` untouched, for an empty map, a null stream, an impossible name or too much data;
-/// false, with part of the archive written, when `out` fails.
+/// Writes all entries, in the order of their names. The streams are read to their end, so the next call needs
+/// fresh ones; one that has failed gives an empty entry. False, with `out` untouched, for an empty map, a
+/// null stream, an impossible name or too much data; false, with part of the archive written, when `out`
+/// fails.
 KES_EXPORT bool packDataToStream(std::ostream& out, DataMap& data, const std::string& header,
                                  const ContentLimits& limits = {});
 
-/// Reads the archive from the beginning of `in`, which must be able to seek, into streams positioned at
-/// their beginning; an entry replaces what the map holds under its name.
-/// False for another signature (`in` then stands at its beginning, ready for a further attempt), for
-/// a signature with nothing behind it and for more than the limits. A damaged archive is no failure: the map
-/// then holds what could be read, the last entry perhaps in part. An entry that is neither stored nor
-/// deflated is damaged as well, and empty.
+/// Reads the archive from the beginning of `in`, which must be able to seek, into streams positioned at their
+/// beginning; an entry replaces what the map holds under its name. False for another signature (`in` then
+/// stands at its beginning), for a signature with nothing behind it and for more than the limits. A damaged
+/// archive is no failure: the map then holds what could be read, the last entry perhaps in part.
 KES_EXPORT bool unpackStreamToData(std::istream& in, DataMap& data, const std::string& header,
                                    const ContentLimits& limits = {});
 
-/// Reads an archive that is known to be damaged: once by its directory and once by the header of each entry
-/// alone, wherever one is found. Takes each entry from the reading in which it is whole; otherwise as much of
-/// it as could be read. So one changed byte damages at most one entry. False for another signature and for a
-/// signature with nothing behind it. What is beyond the limits is left out.
+/// Reads a damaged archive by its directory and by the header of each entry alone: one changed byte damages
+/// one entry at most. False for another signature, or one alone. What is beyond the limits is left out.
 KES_EXPORT bool recoverStreamToData(std::istream& in, DataMap& data, const std::string& header,
                                     const ContentLimits& limits = {});
 
-/// Writes the archive of the regular files directly inside the folder (links to files included), each
-/// under its bare name. A file that cannot be read becomes an empty entry. False as in `packDataToStream`
-/// and when the folder cannot be listed.
+/// Packs the regular files directly inside the folder (links to files included), each under its bare name;
+/// one that cannot be read is empty. False as in `packDataToStream` and when the folder cannot be listed.
 KES_EXPORT bool packFolderToStream(std::ostream& out, const std::string& folder, const std::string& header,
                                    const ContentLimits& limits = {});
 
-/// Writes every entry to a file of its name inside the folder, which must exist. Names are joined to the
-/// folder as they stand, "../" included: use it only for archives that the program has made.
-/// False as in `unpackStreamToData` and when a file cannot be opened; files written before stay. An error
-/// while writing an opened file goes unnoticed.
+/// Writes every entry to a file inside the folder, which must exist. Names are joined to it as they stand,
+/// "../" included: only for archives that the program has made. False as in `unpackStreamToData` and when a
+/// file cannot be opened; files written before stay. An error while writing an opened file goes unnoticed.
 KES_EXPORT bool unpackStreamToFolder(std::istream& in, const std::string& folder, const std::string& header,
                                      const ContentLimits& limits = {});
 
-/// libarchive's write callback on a `std::ostream*`: the byte count, or -1 when the stream has failed.
+/// libarchive's callbacks on a `std::ostream*`; one that has failed gives -1, on closing -30 (fatal).
 KES_EXPORT ssize_t ostream_write_callback(archive* writer, void* stream, const void* bytes,
                                           std::size_t count);
 
-/// libarchive's close callback on a `std::ostream*`: flushes; 0, or -30 (fatal) when the stream has failed.
 KES_EXPORT int ostream_close_callback(archive* writer, void* stream);
 
 } // namespace KesProgram::ArchiveHelper

@@ -15,6 +15,7 @@ public:
     ~FileRecentManager() override;
 
 protected:
+    /// Also asked when a list is read back: a file that is gone drops out of it at the next start.
     bool _canAdd(const std::string& path) override;
 };
 

@@ -13,6 +13,7 @@ namespace KesProgram {
 /// is thrown away. Made by `RecoveryStore`. GUI thread.
 class KES_EXPORT LostWork {
 public:
+    /// For `RecoveryStore`. `session`: the instance that made the copy; `file`: the path of the copy.
     LostWork(Kes::FileLock lock, std::string session, std::string file, RecoveryCopy copy);
     ~LostWork();
     LostWork(LostWork&&) noexcept;
@@ -22,7 +23,8 @@ public:
     /// Whether another program has written the file of this work after the copy was made. (The owner of the
     /// copy keeps the former content whenever it writes.)
     bool isFileNewer() const;
-    /// Deletes the copy for ever; only after the user has said so.
+    /// Deletes the copy for ever; only after the user has said so. A failure goes unnoticed: the copy is then
+    /// offered again at the next start.
     void throwAway();
 
 private:

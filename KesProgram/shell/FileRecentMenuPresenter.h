@@ -14,13 +14,18 @@ class IFileRecentMenuView;
 class ProgramBasePresenter;
 
 /// The menu of the recent files, the newest on top. A chosen file is opened with the questions of the archive
-/// commands. Made and owned by the program, after the model has been initialised. GUI thread.
+/// commands; one that cannot be opened ends in a message. Made and owned by the program, after the model has
+/// been initialised. GUI thread.
+///
+/// Only for a program with archive logic (`ProgramModel::hasArchiveLogic`). The menu follows the list by
+/// itself.
 class KES_EXPORT FileRecentMenuPresenter : public Kes::IPresenter, public sigc::trackable {
 public:
     /// The shell and its model outlive the presenter.
     explicit FileRecentMenuPresenter(ProgramBasePresenter* shell);
     ~FileRecentMenuPresenter() override;
 
+    /// A `Gtk::Menu`, which no menu bar takes: the program makes it the submenu of an item of its own.
     Kes::IView* getView() override;
 
 private:

@@ -10,6 +10,9 @@ namespace KesProgram {
 
 /// Reports to its owner whether the output of any hardware in the process runs. A member of a presenter,
 /// declared after what the function uses. GUI thread.
+///
+/// A change on another thread is reported when the GUI thread gets to it; of several only the last one is, so
+/// the value may be the same twice.
 class KES_EXPORT HardwareRunningWatch {
 public:
     /// The function is called at once, and again on the GUI thread after every change.

@@ -14,17 +14,8 @@ class ProgramBasePresenter;
 class ProgramModel;
 
 /// What `main` of a program of the family does: command line, language, GTK, window, main loop, and an
-/// orderly end. The thread that calls `run` becomes the GUI thread. From `main` of docs/first-program.md:
-///
-///     const auto create = [](const KesProgram::CommandLine& commandLine) {
-///         KesProgram::ProgramMain::Parts parts;
-///         auto model = std::make_unique<PulseModel>();
-///         model->setSpeed(commandLine.speed);
-///         parts.presenter = std::make_unique<PulsePresenter>(*model);
-///         parts.model = std::move(model);
-///         return parts;
-///     };
-///     return KesProgram::ProgramMain::run(argc, argv, summary, KES_VERSION, create);
+/// orderly end. The thread that calls `run` becomes the GUI thread. docs/first-program.md shows a whole
+/// `main`.
 class KES_EXPORT ProgramMain {
 public:
     /// What a program consists of.

@@ -11,8 +11,10 @@ namespace KesProgram {
 
 class IProgramMainMenuView;
 
-/// The header of the main window, to which a program adds its menus and toolbars. Owned by the base
-/// presenter. GUI thread.
+/// The header of the main window, to which a program adds its menus and toolbars, from left to right in the
+/// order of the calls. Owned by the base presenter. GUI thread.
+///
+/// Nothing can be taken out again; a view that dies leaves its place by itself.
 class KES_EXPORT ProgramMainMenuPresenter : public Kes::IPresenter, public sigc::trackable {
 public:
     ProgramMainMenuPresenter();

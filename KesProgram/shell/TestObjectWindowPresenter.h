@@ -13,6 +13,9 @@ namespace KesProgram {
 
 /// The window in which the user sees and edits the test object. Owned by the base presenter while it is open.
 /// GUI thread, except as noted.
+///
+/// What the user types takes effect in the nodes at once, without a confirmation; nodes that are added while
+/// the window is open are not shown. Read-only, the values can still be looked at, scrolled and copied.
 class KES_EXPORT TestObjectWindowPresenter : public Kes::WindowBasePresenter<Kes::IWindowView> {
 public:
     /// The nodes outlive the presenter.

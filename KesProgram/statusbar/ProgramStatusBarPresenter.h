@@ -15,12 +15,17 @@ class ProgramModel;
 
 /// The footer of the main window: archive file, what the program is doing, hardware. Owned by the base
 /// presenter. GUI thread.
+///
+/// A program that wants another bar, or none, overrides `ProgramBasePresenter::_createStatusBar`. Each part
+/// follows the model by itself, whichever thread changes it; a program says what it is doing with
+/// `ProgramModel::_setState`.
 class KES_EXPORT ProgramStatusBarPresenter : public Kes::IPresenter {
 public:
-    /// The model has been initialised and outlives the presenter.
+    /// The model has been initialised (`ProgramModel::init`) and outlives the presenter.
     explicit ProgramStatusBarPresenter(ProgramModel& model);
     ~ProgramStatusBarPresenter() override;
 
+    /// The whole bar, for `IProgramView::setFooter`.
     Kes::IView* getView() override;
 
 private:

@@ -11,7 +11,11 @@ class Kesto;
 
 namespace KesProgram {
 
-/// What is switched on at a device, in the status bar: the auxiliary supply. GUI thread.
+/// What is switched on at a device, in the status bar: the auxiliary supply. Of a device that is not
+/// connected it shows what has been set for the next connection. GUI thread.
+///
+/// The present state is shown at once. A change, which any thread may make, is shown from the main loop, in
+/// the order of the changes, and not at all when the presenter has died before.
 class KES_EXPORT StatusBarHardwareKestoIconsPresenter : public Kes::IPresenter {
 public:
     /// The device outlives the presenter.

@@ -13,6 +13,9 @@ namespace KesProgram {
 
 /// The address of a device in the status bar, with the verdict on its state: unknown, in order, or what is
 /// wrong. GUI thread.
+///
+/// The verdict is `Kesto::getOperationError`, and its text the tooltip of the address; unknown has none. A
+/// change comes on any thread and is shown when the GUI thread gets to it, the newest one only.
 class KES_EXPORT StatusBarHardwareKestoStatePresenter : public Kes::IPresenter {
 public:
     /// The device outlives the presenter.

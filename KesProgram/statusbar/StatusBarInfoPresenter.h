@@ -9,8 +9,11 @@ namespace KesProgram {
 
 class ProgramModel;
 
-/// What the program is doing, in the status bar: the model's state text, whichever thread has set it.
-/// GUI thread.
+/// What the program is doing, in the status bar: the model's state text (`ProgramModel::getState`), whichever
+/// thread has set it. GUI thread.
+///
+/// A change is always shown later, from the main loop: many changes in a row cost one update, with the newest
+/// text.
 class KES_EXPORT StatusBarInfoPresenter : public Kes::IPresenter {
 public:
     /// The model outlives the presenter.

@@ -2,7 +2,8 @@
 
 #include <KesCommon/Text.h>
 
-/// The texts about copies of work that was not saved, in the language of the process. Any thread.
+/// The texts about copies of work that was not saved, in the language of the process. What takes the places
+/// of "%s" stands in the comments, in the order of the text. Any thread.
 namespace KesProgram::RecoveryLocalization {
 
 /// The title of every question.
@@ -11,7 +12,9 @@ inline const char* title()
     return lng::Text("Recovery.title", "Unsaved work", "Несохранённая работа").get();
 }
 
-/// File, time, and what the copy holds.
+/// Yes opens the copy in place of the present document, No leads to `throwAway`. File, local time (2026-11-20
+/// 14:05 in every language), and what the copy holds (`RecoveryCopy::holds`). Work that was in no file yet
+/// has the name of a new document.
 inline const char* question()
 {
     return lng::Text("Recovery.question",
@@ -22,7 +25,8 @@ inline const char* question()
         .get();
 }
 
-/// After the copy has not been opened: file, and the day until which it is kept.
+/// After the copy has not been opened: the day until which it is kept (`RecoveryStore::longestStay`), and the
+/// file. Yes deletes the copy at once; No keeps it, and it is offered at each start until that day.
 inline const char* throwAway()
 {
     return lng::
@@ -35,19 +39,22 @@ inline const char* throwAway()
             .get();
 }
 
-/// What a copy holds, with the program's own words for it.
+/// What a copy holds, with the program's own words for it (`ProgramModel::getDataSummary`), such as "8
+/// results of 2026-11-20 14:05, not saved".
 inline const char* notSaved()
 {
     return lng::Text("Recovery.notSaved", "%s, not saved", "%s, не сохранено").get();
 }
 
-/// In place of the program's own words when it has none.
+/// In place of the program's own words when it has none; the words "not saved" are put behind it by
+/// `notSaved`, as behind those.
 inline const char* changes()
 {
     return lng::Text("Recovery.changes", "changes", "изменения").get();
 }
 
-/// What a copy holds that was made of a file before it was overwritten.
+/// What a copy holds that was made of a file before it was overwritten. It is offered when the program has
+/// ended before the new content was in the file, whole.
 inline const char* formerFile()
 {
     return lng::Text("Recovery.formerFile", "the file as it was before it was overwritten",

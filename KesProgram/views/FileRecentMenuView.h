@@ -7,8 +7,11 @@
 
 namespace KesProgram {
 
-/// The recent files as a menu, which a program hangs below an item of its own. A long path is shortened
-/// in the middle; its tooltip has it whole. Paths that would then look alike are not shortened. GUI thread.
+/// The recent files as a menu, which a program hangs below an item of its own; empty at first. A path of more
+/// than 60 characters is shortened in the middle, and its tooltip has it whole. Paths that would then look
+/// alike are not shortened. GUI thread.
+///
+/// A path that is not UTF-8 is shown with replacement characters; choosing it still gives its own bytes.
 class KES_EXPORT FileRecentMenuView : private MenuKeeper, public Gtk::Menu, public IFileRecentMenuView {
 public:
     FileRecentMenuView();

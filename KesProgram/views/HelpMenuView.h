@@ -8,7 +8,12 @@
 
 namespace KesProgram {
 
-/// The help menu as an item of a menu bar: About, Help, with its key. GUI thread.
+/// The help menu as an item of a menu bar: About, Help. GUI thread.
+///
+/// Only Help has a key, F1 (`Keys::help`), which works wherever the focus is in the window. Nothing in the
+/// menu can be switched off, because help may be read while a test runs.
+///
+/// The view only reports what is chosen: `HelpMenuPresenter` shows the windows.
 class KES_EXPORT HelpMenuView : public Gtk::MenuItem, public IHelpMenuView {
 public:
     HelpMenuView();

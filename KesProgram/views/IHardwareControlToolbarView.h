@@ -10,6 +10,8 @@ namespace KesProgram {
 /// The tool buttons that start and stop a test. GUI thread, except as noted.
 class KES_EXPORT IHardwareControlToolbarView : public Kes::IView {
 public:
+    /// The user has chosen the command, with the button or a key. A change from another thread may be on its
+    /// way, so a slot checks for itself whether the command still makes sense.
     sigc::signal<void()> signalStart;
     sigc::signal<void()> signalStop;
     sigc::signal<void()> signalPowerOff;

@@ -24,8 +24,7 @@ public:
     /// `parent` may be null. `modal` keeps the other windows of the program from the user meanwhile.
     virtual void open(Kes::IView* parent, bool modal) = 0;
     virtual void setTitle(const std::string& title) = 0;
-    /// The menu bar and the toolbars. A second call replaces the first header. A view that is not
-    /// a widget leaves the window without a header.
+    /// The menu bar and the toolbars, in place of the header so far; none when the view is not a widget.
     virtual void setHeader(Kes::IView& view) = 0;
     /// What the window is about; it takes all the room that is left. A second call replaces the first
     /// content. Throws std::bad_cast for a view that is not a widget.

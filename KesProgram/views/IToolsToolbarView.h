@@ -7,9 +7,11 @@
 
 namespace KesProgram {
 
-/// The tool buttons of the test object and the report. GUI thread.
+/// The tool buttons of the test object and the report. A program that has no test object or writes no reports
+/// hides the command; there is no state between shown and hidden. GUI thread.
 class KES_EXPORT IToolsToolbarView : public Kes::IView {
 public:
+    /// The user asks for the window of the test object.
     sigc::signal<void()> signalTestObject;
     sigc::signal<void()> signalReport;
 

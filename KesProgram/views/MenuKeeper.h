@@ -14,6 +14,8 @@ protected:
     MenuKeeper(const MenuKeeper&) = delete;
     MenuKeeper& operator=(const MenuKeeper&) = delete;
 
+    /// Call it once, in the constructor of the derived view: the destructor gives back one reference, and
+    /// that of an earlier call never.
     void _keep(Gtk::Menu& menu) { _menu = GTK_MENU(g_object_ref(menu.gobj())); }
 
 private:

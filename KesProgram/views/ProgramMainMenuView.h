@@ -9,14 +9,17 @@
 
 namespace KesProgram {
 
-/// The header: a menu bar, and the toolbars to the right of it, each behind a separator. GUI thread.
+/// The header: a menu bar, and the toolbars to the right of it, each behind a separator. Menus and toolbars
+/// stay their owners'; they may also be added while the window is shown. GUI thread.
 ///
-/// A menu has to be a menu item, which is what a menu bar consists of.
+/// A menu has to be a `Gtk::MenuItem`, which is what a menu bar consists of; any other widget is ignored. Of
+/// a view that is not a widget, `addToolbar` shows nothing, the separator included.
 class KES_EXPORT ProgramMainMenuView : public Gtk::Grid, public IProgramMainMenuView {
 public:
     ProgramMainMenuView();
 
     void addMenu(Kes::IView* view) override;
+    /// Shows all toolbars with their parts; what is to stay hidden must refuse it (`set_no_show_all`).
     void addToolbar(Kes::IView* view) override;
 
 protected:

@@ -10,17 +10,21 @@
 
 namespace KesProgram {
 
-/// A key with its modifiers.
+/// A key with its modifiers. A value.
 struct KES_EXPORT Key {
+    /// As GDK names it, such as `GDK_KEY_F5`; letters in lower case.
     unsigned value = 0;
     Gdk::ModifierType modifiers{};
 
-    /// As people read it, such as "Ctrl+N".
+    /// As people read it, such as "Ctrl+N", in the language of the toolkit.
     std::string getName() const;
+    /// Whether the event is this key with just these modifiers; Caps Lock and Num Lock do not count as such.
+    /// Not for letters, which come with another value under Shift or Caps Lock.
     bool matches(const GdkEventKey& event) const;
 };
 
-/// The keys of the shell's commands.
+/// The keys of the shell's commands: Ctrl+N, Ctrl+O, Ctrl+S, Ctrl+Shift+S, F5, Escape, Shift+F5, F1. A
+/// program takes other ones for its own.
 namespace Keys {
 
 extern const Key newFile;
@@ -44,7 +48,9 @@ public:
     WindowKeys(const WindowKeys&) = delete;
     WindowKeys& operator=(const WindowKeys&) = delete;
 
-    /// The key emits that signal ("activate" of a menu item, "clicked" of a tool button) of the command.
+    /// The key emits that signal ("activate" of a menu item, "clicked" of a tool button) of the command, as
+    /// soon as the view is part of a window; the command may be added before. A menu item shows the key
+    /// beside its text.
     void add(Gtk::Widget& command, const char* signal, const Key& key);
 
 private:

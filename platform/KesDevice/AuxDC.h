@@ -10,15 +10,16 @@ namespace KesDevice {
 
 class Kesto;
 
-/// The auxiliary direct-voltage output of a device, which feeds the relay under test. Owned by its device.
+/// The auxiliary direct-voltage output of a device, which feeds the relay under test. Owned by its device. It
+/// is no part of working mode: switching the amplifiers off leaves it on, the end of the connection does not.
 class KES_EXPORT AuxDC {
 public:
     /// The enable state has changed. Emitted on the thread that changed it: a device thread or the caller's.
     Kes::Signal<void(bool)> signalEnableChanged;
 
-    /// Any thread.
+    /// As it was set, or as the device has reported since. Any thread.
     bool getEnable() const { return _enabled; }
-    /// In volts, 12 to 300. Any thread.
+    /// In volts, 12 to 300; 220 at first. Any thread.
     double getVolts() const { return _volts; }
 
     /// Takes effect on the device at once when it is connected, else when it connects. A voltage outside the

@@ -21,17 +21,8 @@ enum class DeviceState {
     Lost
 };
 
-/// Whether a device may pass from the one state to the other. Every other change is a defect of this library:
-/// it is written to the log, counted and not made.
-///
-/// | from       | to                                         |
-/// |------------|--------------------------------------------|
-/// | Absent     | Connecting, Absent                         |
-/// | Connecting | Ready, Faulty, Absent                      |
-/// | Ready      | Working, Faulty, Lost, Absent              |
-/// | Working    | Ready, Faulty, Lost, Absent                |
-/// | Faulty     | Faulty, Ready, Connecting, Lost, Absent    |
-/// | Lost       | Connecting, Absent                         |
+/// Whether a device may pass from the one state to the other; docs/devices.md says when it does. Every other
+/// change is a defect of this library: it is written to the log, counted and not made.
 KES_EXPORT bool isTransition(DeviceState from, DeviceState to);
 
 /// How many changes outside the table were asked for since the process began. Any thread.

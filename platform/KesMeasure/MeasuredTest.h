@@ -12,6 +12,7 @@ namespace KesMeasure {
 /// What every test that has begun has, whatever it measures: its end and its circumstances. A value, the base
 /// of a program's results. Any thread.
 struct KES_EXPORT MeasuredTest : TestCircumstances {
+    /// How it ended; `RunEnd::Running` while it is under way.
     RunEnd end = RunEnd::Running;
 
     bool operator==(const MeasuredTest&) const = default;

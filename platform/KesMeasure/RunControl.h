@@ -19,6 +19,7 @@ public:
     void stop();
     bool isStopped() const;
 
+    /// Guards what the predicates look at.
     std::mutex& getMutex() { return _mutex; }
     /// Wakes the start thread, to look again at what it waits for.
     void notify() { _condition.notify_all(); }

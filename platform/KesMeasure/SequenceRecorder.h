@@ -12,11 +12,11 @@
 
 namespace KesMeasure {
 
-/// What a device has reported while it ran a sequence.
+/// What a device has reported while it ran a sequence. Times are those of its own clock. A value.
 struct SequenceRecord {
     /// When each step that has begun did so.
     std::vector<KesDriver::DeviceTime> steps;
-    /// Contact changes within the sequence.
+    /// Contact changes within the sequence, in the order of the reports.
     std::vector<KesDriver::InputEvent> inputs;
     std::optional<KesDriver::SequenceEvent> end;
 };
@@ -35,11 +35,13 @@ public:
     enum class Outcome { Complete, Stopped, Failed };
 
     /// Starts the sequence and waits for its end. A stop ends the sequence on the device. `Failed`: the
-    /// device refuses the sequence, ends it by itself, or never reports its end; see `getError`.
+    /// device refuses the sequence, ends it by itself, or never reports its end (five seconds after it was
+    /// due, by the device's clock and by that of the computer); see `getError`.
     Outcome run(const KesDriver::OutputSequence& sequence);
 
     /// What the last sequence gave; once `run` has returned.
     SequenceRecord getRecord() const;
+    /// Why the last sequence has failed, as a text for the user.
     const std::string& getError() const { return _error; }
 
 private:

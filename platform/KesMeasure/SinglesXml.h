@@ -17,6 +17,7 @@ namespace KesMeasure::SinglesXml {
 /// How often one thing may be measured.
 inline constexpr std::size_t mostRepetitions = 20;
 
+/// Appends them, in their order; each reads back as the same number.
 KES_EXPORT void write(xmlpp::Element& element, const std::vector<double>& singles);
 /// Empty when there are none; nothing when they are no finite numbers or too many.
 KES_EXPORT std::optional<std::vector<double>> read(const xmlpp::Element& element);

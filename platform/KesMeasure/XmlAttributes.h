@@ -21,16 +21,18 @@ KES_EXPORT bool readXml(const std::string& text, const char* rootName,
 /// Builds a document with the function and gives its text, the same bytes for the same content.
 KES_EXPORT std::string writeXml(const char* rootName, const std::function<void(xmlpp::Element&)>& write);
 
-/// Takes typed values out of an element's attributes and remembers whether one was missing or unreadable.
-/// Any thread, one at a time for each document, as all functions here.
+/// Takes typed values out of an element's attributes and remembers whether one was missing or unreadable: a
+/// reader takes all that it needs and asks `isGood` once at the end. Any thread, one at a time for each
+/// document, as all functions here.
 class KES_EXPORT XmlAttributes {
 public:
+    /// The element outlives it.
     explicit XmlAttributes(const xmlpp::Element& element) : _element(element) {}
 
     /// False once an attribute was not what was asked for.
     bool isGood() const { return _isGood; }
 
-    /// A finite decimal number with a point; 0 for anything else.
+    /// A decimal number, as `Kes::NumberText::read` takes it; 0 for anything else.
     double number(const char* name);
     /// Decimal digits with a sign; 0 for anything else.
     long long integer(const char* name);
@@ -56,12 +58,12 @@ private:
     bool _isGood = true;
 };
 
-/// Writes what `XmlAttributes` reads.
-/// A number in the form that reads back as the same one.
+/// Writes what `XmlAttributes` reads. A number in the form that reads back as the same one.
 KES_EXPORT void setAttribute(xmlpp::Element& element, const char* name, double value);
 KES_EXPORT void setAttribute(xmlpp::Element& element, const char* name, const std::string& value);
 
-/// The word for a value of such a table.
+/// The word for a value of a table such as `XmlAttributes::choice` takes; empty for a value that is not in
+/// it.
 template <typename Value, std::size_t N>
 std::string wordOf(Value value, const std::pair<const char*, Value> (&table)[N])
 {

@@ -22,18 +22,25 @@ namespace KesMeasure {
 
 /// The results as a table, and the single values below it, with the commands to measure selected rows again
 /// and to continue. A verdict has a sign beside its word, so it does not depend on colour. GUI thread.
+///
+/// The commands are buttons and a menu of the table. The view carries out none of them: it reports what the
+/// user wants, and shows what `setTable` gives it next.
 class KES_EXPORT ResultTableView : public Gtk::Box, public Kes::IView {
 public:
     ResultTableView();
 
-    /// The user wants these rows, counted from 0, or values that count as such, to be measured again.
+    /// The user wants these rows, counted from 0, or values that count as such, to be measured again. Of the
+    /// selected rows those without a result are left out.
     sigc::signal<void(std::vector<std::size_t>)> signalRepeat;
     /// The user wants the rest of the test to be measured.
     sigc::signal<void()> signalContinue;
 
-    /// Rows that are already shown stay as they are, selected or not; new ones are brought into sight.
+    /// Shows the table in place of the one so far. Where it is the same table with more rows, or with the
+    /// same number of them, lines that have not changed stay as they are, selected or not, and what is new is
+    /// brought into sight; a table of another test begins at its top. The last cell of a row is its verdict.
     void setTable(const ResultTable& table);
-    /// Why rows cannot be measured again, or the test not be continued; empty: it is possible.
+    /// Why rows cannot be measured again, or the test not be continued, as the tooltip of the command that is
+    /// off; empty: it is possible. Without a selected result the first command is off as well, and says so.
     void setCommands(const std::string& whyNotRepeat, const std::string& whyNotContinue);
 
 protected:
@@ -41,6 +48,7 @@ protected:
     void get_preferred_height_vfunc(int& minimum, int& natural) const override;
 
 private:
+    /// All cells of a line are texts; those of a failed row are bold.
     struct Columns : Gtk::TreeModelColumnRecord {
         explicit Columns(std::size_t count);
         std::vector<Gtk::TreeModelColumn<Glib::ustring>> cells;
@@ -48,16 +56,19 @@ private:
     };
 
     void _createMenu();
+    /// The menu comes at the press, before the table changes the selection.
     bool _onButton(GdkEventButton* event);
     bool _showMenu(const GdkEvent* event);
     void _updateCommands();
-    /// Of those that have a result.
+    /// The selected rows that have a result.
     std::vector<std::size_t> _getSelected() const;
+    /// Begins an empty table: columns stay the same for the tests of one program.
     void _setColumns(const std::vector<ResultTable::Column>& columns);
     void _addColumn(const ResultTable::Column& column, std::size_t index);
     void _setRows(const std::vector<ResultTable::Row>& rows);
     void _refill(const std::vector<ResultTable::Row>& rows);
     void _fill(const Gtk::TreeRow& line, const ResultTable::Row& row);
+    /// The single values, each with a button when it can be measured again by itself.
     void _setValues(const std::vector<ResultTable::Value>& values);
     Gtk::Button& _makeRepeatButton(const ResultTable::Value& value);
 
@@ -69,6 +80,7 @@ private:
     Gtk::Box _values;
     /// Of the values; they live until the values are filled again.
     std::vector<Gtk::Button*> _valueButtons;
+    /// What is shown, to find what has changed.
     std::vector<ResultTable::Value> _shownValues;
     std::vector<ResultTable::Column> _shownColumns;
     std::vector<ResultTable::Row> _rows;

@@ -15,6 +15,8 @@ namespace KesMeasure {
 /// (`std::bad_cast` otherwise). GUI thread.
 class KES_EXPORT TestContentView : public Gtk::Paned, public Kes::IView {
 public:
+    /// `planError` stays in sight below settings and plan while those scroll. The views may be destroyed
+    /// before or after this one. Loads the style sheet of the results.
     TestContentView(Kes::IView& settings, Kes::IView& plan, Kes::IView& planError, Kes::IView& outcome,
                     Kes::IView& chart, Kes::IView& results);
     /// Of a program whose plan is part of its settings.

@@ -10,17 +10,19 @@
 
 namespace KesTestProgram {
 
-/// What the program adds to the File menu: the recent files and Exit. GUI thread.
+/// What the program adds to the File menu: the recent files and Exit. It is no widget of its own: it keeps
+/// the items, which leave the menu when it dies. GUI thread.
 class KES_EXPORT FileMenuTailView {
 public:
     /// The user wants to leave the program.
     sigc::signal<void()> signalExit;
 
     /// Both views outlive this one: the menu, to the end of which the items go, and the menu of the recent
-    /// files.
+    /// files. `std::bad_cast` for views that are not such menus.
     FileMenuTailView(Kes::IView& fileMenu, Kes::IView& recentFiles);
 
-    /// Another archive cannot be opened while a test is under way.
+    /// Off while there are no recent files. They stay on while a test runs: opening another archive stops the
+    /// test, and the user is told so.
     void setRecentEnabled(bool enabled);
 
 private:

@@ -31,22 +31,30 @@ struct RecordedTest : KesMeasure::TestRecord {
 
 /// The model of a test program whose test is a list of measurements. A program derives a class of its own and
 /// hands in what is particular to it. Threads as its base class says.
+///
+/// Archive, report, table, chart, outcome and verdict follow from the measurements
+/// (`KesMeasure::TestEvaluation`). A program whose test is more than values with their bands derives its
+/// model from `ResultsModel` instead.
 class KES_EXPORT TestModel : public ResultsModel<RecordedTest>, private KesMeasure::IMeasurementListener {
 public:
+    /// Makes the test object; its values are those of a new archive.
     explicit TestModel(TestKind kind);
     ~TestModel() override;
 
-    /// The test of the results, or with the present settings when there are none.
+    /// The test of the results, or with the present settings when there are none. Test and record are of one
+    /// moment.
     TestInView getTestInView() const;
-    /// The test with the present settings.
+    /// The test with the present settings, which may make no sense: `ITestDefinition::check` finds out.
     TestKind::Test createTest() const;
 
+    /// Compares the settings without the nameplate: who and what was tested is often entered afterwards.
     bool isResultStale() const override;
     std::vector<KesMeasure::TextLine> describeSettings() const override;
     ShownTest getShownTest() const override;
 
     std::string getProgramName() override { return _kind.name; }
     std::string getExtension() override { return _kind.extension; }
+    /// Settings and results; a test under way is written as a stopped one.
     std::unique_ptr<std::istream> getDataStream() override;
     std::string getDataSummary() override;
 
@@ -68,6 +76,7 @@ private:
     std::size_t _countPlannedIn(const RecordedTest& results) const override;
 
     void onPosition(const KesMeasure::RunPosition& position) override;
+    /// A value that is measured again takes the place of the former one.
     void onReading(std::size_t index, const KesMeasure::Reading& reading) override;
 
     std::optional<RecordedTest> _withTest(const std::optional<KesMeasure::TestRecord>& record) const;

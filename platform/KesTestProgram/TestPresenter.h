@@ -13,13 +13,18 @@ namespace KesTestProgram {
 
 /// The main presenter of a test program: the shell's menus and toolbars, and the test as the content. GUI
 /// thread.
+///
+/// Toolbars and content are made when the window has been drawn once, so that it is there early.
 class KES_EXPORT TestPresenter : public KesProgram::ProgramBasePresenter {
 public:
-    /// The model outlives `signalClosed`.
+    /// The model outlives `signalClosed`. It gets its questions to the user from here
+    /// (`TestProgramModel::confirmReplacing`, `chooseStart`), as long as the presenter lives.
     explicit TestPresenter(TestProgramModel& model);
     ~TestPresenter() override;
 
+    /// Asks nothing about a document that nobody has touched.
     void openFile(const std::string& fileName) override;
+    /// Asks first when what the user is writing is no plan: the last valid one is saved then.
     void saveArchive() override;
     void saveAsArchive() override;
     /// The user chooses name, place and kind of the report; a former one is not offered again. PDF is made on

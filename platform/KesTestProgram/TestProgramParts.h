@@ -9,8 +9,13 @@
 
 namespace KesTestProgram {
 
-/// Model and presenter of a test program, for `KesProgram::ProgramMain::run`. `Presenter` is made with the
-/// model. GUI thread.
+/// Model and presenter of a test program, for `KesProgram::ProgramMain::run`, which gets this function as its
+/// last argument. GUI thread.
+///
+/// `Model` is derived from `TestProgramModel` and made without arguments; `Presenter` is made with the model.
+///
+/// "--speed" applies to the simulated bench alone. "--report" writes what the Report button would, under the
+/// name that is given and without a question.
 template <typename Model, typename Presenter = TestPresenter>
 KesProgram::ProgramMain::Parts createTestProgram(const KesProgram::CommandLine& commandLine)
 {

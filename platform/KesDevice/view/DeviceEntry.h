@@ -4,6 +4,8 @@
 
 namespace KesDevice {
 
+/// What is known of the device behind an address: nothing, a question is under way, its identity, or why
+/// there is none.
 enum class IdentityState { Unknown, Asking, Known, Failed };
 
 /// One device of a configuration that is being edited, as it is shown. A value.

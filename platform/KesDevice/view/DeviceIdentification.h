@@ -20,6 +20,8 @@ public:
 
     /// Takes over what the edited configuration knows already.
     void adoptKnown();
+    /// Returns at once; the draft reports the answer, or why there is none, by
+    /// `HardwareDraft::signalChanged`. An answer that comes after the end of this object is dropped.
     void identify(const Kesto::Address& address);
 
 private:

@@ -14,22 +14,26 @@
 namespace KesDevice {
 
 /// The list of devices: one row per device, or a text when there is none. It scrolls by itself; the focus
-/// follows a device that is moved. GUI thread.
+/// follows a device that is moved, and goes to the next one when one is removed. GUI thread.
 class KES_EXPORT DeviceListView : public Gtk::Box, public Kes::IView {
 public:
     DeviceListView();
     ~DeviceListView() override;
 
-    /// The arguments begin with the device's place in the list.
+    /// The user wants to know which device answers. Here and below the arguments begin with the device's
+    /// place in the list, from 0.
     sigc::signal<void(std::size_t)> signalIdentify;
     /// By one place; down is positive.
     sigc::signal<void(std::size_t, int)> signalMove;
+    /// The user wants the device out of the list; the view itself removes nothing.
     sigc::signal<void(std::size_t)> signalRemove;
     /// The auxiliary supply is to be on or off, with the voltage as typed.
     sigc::signal<void(std::size_t, bool, const std::string&)> signalAuxDC;
 
+    /// Shows the devices in place of those shown so far, and emits nothing. When there are more than before,
+    /// the list scrolls to its end.
     void setDevices(const std::vector<DeviceEntry>& devices);
-    /// Puts the focus on the device's voltage.
+    /// Puts the focus on the device's voltage; nothing happens beyond the list.
     void focusVolts(std::size_t index);
 
 private:

@@ -12,26 +12,31 @@
 
 namespace KesDevice {
 
-/// One device in the list: place, address, identity, commands, auxiliary supply. GUI thread.
+/// One device in the list: place, address, identity, commands, auxiliary supply. The row changes nothing by
+/// itself: it reports what the user wants, and shows what `setState` says. GUI thread.
 class KES_EXPORT DeviceRowView : public Gtk::Box {
 public:
+    /// Shows no device before the first `setState`.
     DeviceRowView();
 
-    /// The user wants to know which device answers at the address.
+    /// The user wants to know which device answers at the address. Not while one is being asked.
     sigc::signal<void()> signalIdentify;
     /// By one place; down is positive.
     sigc::signal<void(int)> signalMove;
     /// The user wants the device out of the list.
     sigc::signal<void()> signalRemove;
-    /// On or off, and the volts as typed.
+    /// On or off, and the volts as typed, with each character: whether they make sense is up to the slot.
     sigc::signal<void(bool, const std::string&)> signalAuxDC;
 
-    /// Shows the device; `place` counts from 0. Emits nothing.
+    /// Shows the device; `place` counts from 0 and is shown from 1. Emits nothing, and leaves the cursor in
+    /// the voltage where it is as long as the text is the same.
     void setState(const DeviceEntry& state, std::size_t place, bool isLast);
+    /// Puts the focus on the voltage, which takes it only while the supply is on.
     void focusVolts();
     /// Focuses the button that moves up (-1) or down (1); the opposite one when the device cannot move that
     /// way.
     void focusMove(int by);
+    /// Puts the focus on the button that takes the device out of the list.
     void focusRemove();
 
 private:
@@ -39,6 +44,7 @@ private:
     void _buildAuxDC();
     void _setIdentity(const DeviceEntry& state);
     void _setAuxDC(const DeviceEntry& state);
+    /// For who does not see which row a button is in.
     void _nameControls(const std::string& address);
     void _onAuxDC();
 
@@ -58,7 +64,9 @@ private:
     Gtk::Entry _volts;
     Gtk::Label _unit;
     ProblemLine _problem;
+    /// The address that the names of the controls contain.
     std::string _namedAddress;
+    /// While `setState` changes the controls, they report nothing.
     bool _isSetting = false;
 };
 

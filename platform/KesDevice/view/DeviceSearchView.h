@@ -15,27 +15,38 @@
 
 namespace KesDevice {
 
-/// An address field with its commands, and what the search has found below. GUI thread.
+/// An address field with its commands, and what the search has found below. It judges no address and adds no
+/// device: it reports what the user wants. GUI thread.
 class KES_EXPORT DeviceSearchView : public Gtk::Box, public Kes::IView {
 public:
     DeviceSearchView();
     ~DeviceSearchView() override;
 
+    /// The button, or Enter in the field. In an empty field Enter means the default button of the window
+    /// instead.
     sigc::signal<void()> signalAdd;
+    /// With each character, and when `clearAddress` has changed the field: a problem that is shown may be out
+    /// of date.
     sigc::signal<void()> signalAddressEdited;
+    /// The user wants a search; not while one is running.
     sigc::signal<void()> signalSearch;
     /// The argument is the place in the list of what was found.
     sigc::signal<void(std::size_t)> signalAddFound;
 
-    /// What is typed in the address field.
+    /// What is typed in the address field, with the blanks around it.
     std::string getAddress() const;
+    /// For an address that has been accepted.
     void clearAddress();
     void focusAddress();
-    /// Why the address is refused; empty when it is not.
+    /// Why the address is refused; empty when it is not. It stays, in a line of its own below the field,
+    /// until the next call.
     void setProblem(const std::string& problem);
+    /// Shows this in place of what was shown before, and the devices in the order given: their rows may
+    /// change places while more is found. A device that is in the list already has no button.
     void setSearch(const DeviceSearchState& state);
 
 private:
+    /// One device that was found, with the command that adds it.
     class FoundRow;
 
     void _buildAddress();
@@ -51,6 +62,7 @@ private:
     Gtk::Box _statusLine;
     Gtk::Spinner _spinner;
     Gtk::Label _status;
+    /// Why there may be more devices than are shown.
     ProblemLine _incomplete;
     Gtk::Box _foundList;
     /// Those beyond what was found are hidden.

@@ -18,6 +18,7 @@ namespace KesDevice {
 /// Nothing is connected by it. GUI thread.
 class KES_EXPORT HardwareDraft {
 public:
+    /// A copy of the devices, their supplies and the synchronisation mode; `edited` is not needed afterwards.
     explicit HardwareDraft(const HardwareManager& edited);
     HardwareDraft(const HardwareDraft&) = delete;
     HardwareDraft& operator=(const HardwareDraft&) = delete;
@@ -43,7 +44,7 @@ public:
     /// The first device with a refused voltage.
     std::optional<std::size_t> findProblem() const;
 
-    /// What is known of a device that may have been removed meanwhile.
+    /// What is known of a device; nothing happens when it has been removed meanwhile.
     void setAsking(const Kesto::Address& address);
     void setIdentifer(const Kesto::Address& address, const KesDriver::KestoIdentifer& identifer,
                       bool isSimulated);
@@ -52,7 +53,8 @@ public:
     const SyncMode& getSyncMode() const { return _hardware->getSyncManager().getActiveMode(); }
     void setSyncMode(SyncModeKind kind) { _hardware->getSyncManager().setActiveMode(kind); }
 
-    /// The new configuration; the draft is of no use afterwards.
+    /// The new configuration, not connected yet; the draft is of no use afterwards. A voltage that is refused
+    /// is replaced by the last one that was accepted.
     std::unique_ptr<HardwareManager> take();
 
 private:

@@ -12,13 +12,15 @@
 
 namespace KesDevice {
 
-/// The settings window: the parts scroll, the buttons below them stay. GUI thread.
+/// The settings window: the parts scroll, the buttons below them stay. The view is the content of a window
+/// that it owns. GUI thread.
 class KES_EXPORT HardwareSettingsView : public Gtk::Box, public Kes::IView {
 public:
+    /// Loads the style sheet of the device windows.
     HardwareSettingsView();
     ~HardwareSettingsView() override;
 
-    /// OK, or Enter where it means nothing else.
+    /// OK, or Enter where it means nothing else. The window stays open: a slot closes it when all is well.
     sigc::signal<void()> signalConfirmed;
     /// Cancel, Escape, or the window's own closing button; the window is closed.
     sigc::signal<void()> signalCancelled;
@@ -26,13 +28,15 @@ public:
     /// Shows the window over the parent's window, or brings it to the front. A modal one keeps the other
     /// windows of the program from the user.
     void open(Kes::IView* parent, bool modal);
-    /// Without a signal.
+    /// Without a signal. The view is not opened again afterwards.
     void close();
-    /// The parts are placed, not owned.
+    /// The parts are placed from above, once, and not owned; they may die before the view. Throws
+    /// std::bad_cast for a view that is not a widget.
     void setParts(Kes::IView& devices, Kes::IView& search, Kes::IView& sync);
     /// Something to know about the whole configuration; empty: nothing.
     void setNotice(const std::string& notice);
-    /// Why the configuration cannot be confirmed; empty: nothing.
+    /// Why the configuration cannot be confirmed, beside the buttons, where it is seen wherever the parts are
+    /// scrolled to; empty: nothing.
     void setProblem(const std::string& problem);
 
 private:

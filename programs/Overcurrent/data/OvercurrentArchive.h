@@ -12,17 +12,14 @@
 
 namespace Overcurrent {
 
-/// What an archive file of the program holds, and its form as bytes.
+/// What an archive file of the program holds, and its form as bytes; the same content gives the same bytes.
+/// Any thread.
 ///
-/// The file holds four streams: "info.xml" (program, version of the form and, when a test has been made, its
-/// circumstances with a checksum), "settings.xml" (the test object's values), "plan.xml" and
-/// "test-results.xml" (empty before the first test). The same content gives the same bytes. Any thread.
-///
-/// This is form 4. Form 3 knows one stage and the fault of phase A only: they are read as the first stage and
-/// that fault. Form 2 lacks some settings and decisions as well, and of a ramp the step before the change; it
-/// is read with defaults for them. Form 1 had no "info.xml", and called the setting current "pickupCurrent"
-/// in "settings.xml". It is read in repair mode only, and without its results: nothing in it shows whether
-/// they come from a real device.
+/// Four streams: "info.xml" (program, version of the form, circumstances of the test with a checksum),
+/// "settings.xml" (test object), "plan.xml" and "test-results.xml" (empty before the first test). This is
+/// form 4. Form 3 has one stage and the fault of phase A only, form 2 lacks settings as well; defaults stand
+/// for them. Form 1 has no "info.xml" and is read in repair mode only, without its results: nothing shows
+/// whether they come from a real device.
 struct OvercurrentArchive : KesTestProgram::ArchiveHead {
     /// As the files name the program.
     static constexpr const char* program = "kes-overcurrent";
@@ -32,17 +29,14 @@ struct OvercurrentArchive : KesTestProgram::ArchiveHead {
     /// What `repair` could not read.
     bool isPlanLost = false;
 
-    /// Never null. Positioned at the beginning. Throws std::runtime_error with a text for the user when it is
-    /// more than could be read again.
+    /// Never null. Throws std::runtime_error, for the user, when it is more than could be read again.
     std::unique_ptr<std::istream> pack() const;
 
-    /// Nothing when the stream holds anything but a complete archive that makes sense. Results that do not
-    /// fit their checksum are taken, and say so.
+    /// Nothing unless it is a complete archive that makes sense. Results unlike their checksum are taken and
+    /// say so.
     static std::optional<OvercurrentArchive> read(std::istream& stream);
-    /// What can be read of a damaged archive or of one in the older form; nothing when the stream is neither
-    /// (a signature with up to three damaged bytes counts as one). A plan that cannot be read becomes that of
-    /// the results or else the default one, results that cannot be read are left out, and results whose
-    /// circumstances cannot be read are of unknown origin.
+    /// What can be read of a damaged archive or of form 1; nothing when it is neither. A lost plan becomes
+    /// that of the results, or the default one; results without readable circumstances are of unknown origin.
     static std::optional<OvercurrentArchive> repair(std::istream& stream);
 };
 

@@ -14,7 +14,10 @@ class Element;
 /// does not hold has its default. Any thread.
 namespace Overcurrent::PlanXml {
 
+/// In the present form. The number of repetitions is left out when it is 1: files from before there were any
+/// keep their checksum.
 void write(xmlpp::Element& element, const TestPlan& plan);
+/// Nothing when a value is missing, unreadable or makes no sense; see `TestPlan::check`.
 std::optional<TestPlan> read(const xmlpp::Element& element, ArchiveForm form = ArchiveForm::Present);
 
 void write(xmlpp::Element& element, const RelaySettings& settings);

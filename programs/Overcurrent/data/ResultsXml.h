@@ -18,6 +18,7 @@ namespace Overcurrent::ResultsXml {
 void write(xmlpp::Element& element, const TestResults& results);
 /// The same as a document, for files and their checksum; an empty one without results (null).
 std::string toText(const TestResults* results);
+/// Nothing when it is not what a test with its own settings and plan can have given.
 std::optional<TestResults> read(const xmlpp::Element& element, ArchiveForm form = ArchiveForm::Present);
 
 } // namespace Overcurrent::ResultsXml

@@ -14,8 +14,9 @@ namespace Overcurrent::SettingsSummary {
 
 using Line = KesMeasure::TextLine;
 
-/// The settings that play a part, and what of the plan does with them.
+/// The settings that play a part; of the stages those in use.
 std::vector<Line> describe(const RelaySettings& settings);
+/// Without the ramps when the settings say that pick-up and drop-off are not measured.
 std::vector<Line> describe(const TestPlan& plan, const RelaySettings& settings);
 
 /// "I>>".

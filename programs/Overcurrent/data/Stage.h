@@ -21,6 +21,7 @@ struct Stage {
     bool isUsed = false;
     /// Is, in amperes; of the residual stage in residual current.
     double settingCurrent = 1.0;
+    /// Which formula or table gives the operate time; see `OperateCurve`.
     CurveKind curve = CurveKind::StandardInverse;
     /// TMS; plays a part for the inverse curves only.
     double timeMultiplier = 1.0;

@@ -50,7 +50,9 @@ struct RampResult {
 struct TestResults : KesMeasure::MeasuredTest {
     RelaySettings settings;
     TestPlan plan;
+    /// The first ones of `TestPlan::getPoints`, as far as the test has come.
     std::vector<PointResult> points;
+    /// Measured when all points are; drop-off after pick-up.
     std::optional<RampResult> pickUp;
     std::optional<RampResult> dropOff;
 

@@ -12,7 +12,7 @@
 
 namespace Overcurrent {
 
-/// Where a run is.
+/// Where a run is. A value.
 struct RunPhase {
     enum class Kind { Point, PickUp, DropOff };
 
@@ -72,6 +72,7 @@ private:
     using Outcome = KesMeasure::StepRunner::Outcome;
     using Multiples = std::vector<double>;
 
+    /// `number`: as in the order of the run.
     RunEnd _measure(std::size_t number);
     RunEnd _measurePoints(std::size_t index);
     RunEnd _measurePickUp();
@@ -91,6 +92,7 @@ private:
     void _tell();
 
     std::vector<double> _getWeights() const;
+    /// How long it is expected to take, in seconds, as the next one.
     double _pointWeight(const PlannedPoint& point) const;
     double _rampWeight(const Ramp& ramp, double dwell) const;
 

@@ -15,38 +15,52 @@
 
 namespace Overcurrent {
 
-/// The plan as a form: an entry for each value, and buttons for the choices. GUI thread.
+/// The plan as a form: an entry for each value, and buttons for the choices. It is narrow, to stand beside
+/// the results: ramps take two lines each. GUI thread.
 class PlanView : public Gtk::Box, public IPlanView {
 public:
+    /// Empty before `setTexts`; the texts of the form are in the language of the process.
     PlanView();
 
+    /// Leaves entries alone that have the text already, with the cursor in them.
     void setTexts(const PlanTexts& texts) override;
     PlanTexts getTexts() const override;
+    /// Marks the entry, and says the reason as its description for assistive technology as well as in the
+    /// error view. Choices that make no plan have no mark, only the text.
     void setError(const std::optional<PlanTextError>& error) override;
+    /// A label that lies outside of the form and is hidden while there is no error; owned by this view.
     Kes::IView& getErrorView() override { return _error; }
+    /// Of the whole form.
     void setEditable(bool editable) override;
 
 private:
     class ErrorView : public Gtk::Label, public Kes::IView {};
 
+    /// A line of the form: name, entry, unit.
     void _addRow(PlanField field, const lng::Text& unit);
+    /// `first`: the first of the ramp's four fields, which follow each other.
     void _addRamp(const char* nameKey, PlanField first);
     void _addFaults();
     void _addChoices();
     void _onEdited();
+    /// Names the entry for assistive technology, and reports what is typed into it.
     Gtk::Entry& _prepareEntry(PlanField field);
     Gtk::Label& _addLabel(const std::string& text, int column, int width = 1);
     Gtk::Entry& _entry(PlanField field) { return _entries[static_cast<std::size_t>(field)]; }
 
     Gtk::Label _title;
     Gtk::Grid _form;
+    /// The line of the form that is built next.
     int _row = 0;
     std::array<Gtk::Entry, static_cast<std::size_t>(PlanField::Count)> _entries;
+    /// In the order of `Fault`.
     std::array<Gtk::CheckButton, allFaults.size()> _faults;
     Gtk::ComboBoxText _direction;
+    /// From 1 on.
     Gtk::ComboBoxText _outputs;
     Gtk::CheckButton _goesOn;
     ErrorView _error;
+    /// While `setTexts` fills the form, nothing is reported.
     bool _isFilling = false;
 };
 

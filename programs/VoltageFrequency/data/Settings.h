@@ -38,6 +38,7 @@ struct Stage {
 struct Settings {
     double nominalVoltage = 0.0;
     double nominalFrequency = 0.0;
+    /// The inputs of the device that see the relay's contacts, from 1.
     unsigned tripInput = 0;
     unsigned startInput = 0;
     std::array<Stage, StageCount> stages{};
