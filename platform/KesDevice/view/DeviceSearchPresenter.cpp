@@ -8,7 +8,6 @@
 
 #include <glibmm/main.h>
 
-#include <iterator>
 #include <utility>
 
 namespace KesDevice {
@@ -68,13 +67,11 @@ void DeviceSearchPresenter::_onAdd()
         _view->focusAddress();
 }
 
-void DeviceSearchPresenter::_onAddFound(std::size_t index)
+void DeviceSearchPresenter::_onAddFound(const std::string& address)
 {
-    if (index >= _found.size())
-        return;
-    const auto address = std::next(_found.begin(), static_cast<std::ptrdiff_t>(index))->first;
-    if (_draft.add(address.to_string()))
-        _identification.identify(address);
+    Kesto::Address read;
+    if (_draft.checkAddress(address, read) && _draft.add(address))
+        _identification.identify(read);
 }
 
 void DeviceSearchPresenter::_onSearch()

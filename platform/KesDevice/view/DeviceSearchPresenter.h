@@ -36,7 +36,7 @@ public:
 
 private:
     void _onAdd();
-    void _onAddFound(std::size_t index);
+    void _onAddFound(const std::string& address);
     void _onSearch();
     void _onFound(const KesDriver::FoundDevice& found);
     void _onSearched(const Kes::Result& result);

@@ -53,6 +53,8 @@ public:
             add, Kes::StringHelper::format(get("Add.addFound"), found.address));
     }
 
+    const std::string& getAddress() const { return _shown.address; }
+
     Gtk::Button add;
 
 private:
@@ -150,7 +152,7 @@ void DeviceSearchView::setSearch(const DeviceSearchState& state)
     _incomplete.setText(state.problem);
     while (_found.size() < state.found.size()) {
         auto& row = *_found.emplace_back(std::make_unique<FoundRow>());
-        row.add.signal_clicked().connect(sigc::bind(signalAddFound.make_slot(), _found.size() - 1));
+        row.add.signal_clicked().connect([this, &row] { signalAddFound.emit(row.getAddress()); });
         _foundList.pack_start(row, Gtk::PACK_SHRINK);
     }
     for (std::size_t i = 0; i < _found.size(); ++i) {

@@ -30,8 +30,8 @@ public:
     sigc::signal<void()> signalAddressEdited;
     /// The user wants a search; not while one is running.
     sigc::signal<void()> signalSearch;
-    /// The argument is the place in the list of what was found.
-    sigc::signal<void(std::size_t)> signalAddFound;
+    /// The argument is the address of the row, as it is shown: what was found may have grown meanwhile.
+    sigc::signal<void(const std::string&)> signalAddFound;
 
     /// What is typed in the address field, with the blanks around it.
     std::string getAddress() const;
