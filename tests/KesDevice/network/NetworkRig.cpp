@@ -3,6 +3,10 @@
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesDriver/KesAvary.h>
 
+#include <KesDriver/serving/TestClient.h>
+
+#include <unistd.h>
+
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -14,7 +18,11 @@ using std::chrono::steady_clock;
 
 namespace {
 
-constexpr std::uint16_t port = 5029;
+/// Below those that the system gives away.
+std::uint16_t getPort()
+{
+    return static_cast<std::uint16_t>(10000 + getpid() % 20000);
+}
 
 std::string loopback(unsigned network, unsigned number)
 {
@@ -32,8 +40,8 @@ KesDriver::NetAddress toAddress(const std::string& text)
 NetworkRig::NetworkRig(unsigned number) : _address(loopback(9, number)), _deviceAddress(loopback(10, number))
 {
     _serve();
-    _wire = std::make_unique<FaultyWire>(_address, _deviceAddress, port);
-    _hardware = KesDevice::HardwareManager::create(std::make_shared<KesDriver::TcpNetwork>(port));
+    _wire = std::make_unique<FaultyWire>(_address, _deviceAddress, getPort());
+    _hardware = KesDevice::HardwareManager::create(std::make_shared<KesDriver::TcpNetwork>(getPort()));
     _hardware->setIsStopOnFault(true);
     _hardware->signalAvary.connect(
         [this](KesDriver::KesAvary& avary) { _tell("No. 0000" + std::to_string(avary.serialNumber)); });
@@ -64,7 +72,7 @@ void NetworkRig::_serve()
         std::lock_guard lock(_mutex);
         _device = std::move(device);
     }
-    if (const auto result = _server->listen(_deviceAddress, port); !result)
+    if (const auto result = _server->listen(_deviceAddress, getPort()); !result)
         throw std::runtime_error(Kes::ObjectErrorHelper::toDisplayString({result.getError()}));
 }
 
@@ -76,7 +84,7 @@ void NetworkRig::reboot()
 
 void NetworkRig::takeOver()
 {
-    _rival = KesDriver::TcpNetwork(port).createLink(toAddress(_deviceAddress));
+    _rival = KesDriver::TcpNetwork(getPort()).createLink(toAddress(_deviceAddress));
     KesDriver::ConnectionNumber connection = 0;
     for (const auto end = steady_clock::now() + 4s;
          steady_clock::now() < end && !_rival->connect(connection);)
@@ -139,6 +147,17 @@ bool NetworkRig::run(const Moments& moments)
 void NetworkRig::disconnect()
 {
     _note(_hardware->disconnect());
+}
+
+bool NetworkRig::waitForFreeDevice() const
+{
+    TestClient client(_deviceAddress, getPort());
+    for (const auto end = steady_clock::now() + 4s; steady_clock::now() < end;) {
+        if (client.ask("SYST:CONT:OWN?") == "\"\",\"\"")
+            return true;
+        std::this_thread::sleep_for(5ms);
+    }
+    return false;
 }
 
 std::optional<std::chrono::milliseconds> NetworkRig::waitForOutputsOff() const

@@ -19,8 +19,8 @@
 namespace KesTest {
 
 /// One device on the network behind a cable that can fail, the configuration of a program that uses it, and
-/// somebody who runs tests with it and writes down what he is told. Each has addresses of its own, so many
-/// can live side by side.
+/// somebody who runs tests with it and writes down what he is told. Each has addresses of its own, and each
+/// process a port, so many can live side by side.
 class NetworkRig {
 public:
     explicit NetworkRig(unsigned number);
@@ -56,6 +56,10 @@ public:
     bool run(const Moments& moments);
     /// Ends the connection.
     void disconnect();
+    /// Whether there is a connection, as far as the program knows.
+    bool isDeviceMine() const { return _kesto->isConnected(); }
+    /// Until the device has noticed that nobody controls it any more; false after four seconds.
+    bool waitForFreeDevice() const;
 
     /// Returns how long it took, or nothing after four seconds.
     std::optional<std::chrono::milliseconds> waitForOutputsOff() const;
