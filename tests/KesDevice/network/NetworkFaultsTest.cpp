@@ -258,7 +258,7 @@ Outcome tryPair(unsigned number, const Fault& fault, const Moment& moment, bool 
     if (off.valid())
         offTime = off.get();
     else
-        complain("the moment has not come");
+        complain("the moment has not come [" + rig.getLastMessage() + "]");
     std::this_thread::sleep_for(50ms);
     auto messages = rig.takeMessages();
     // What has ended a run is told, and by a thread of its own.
@@ -270,26 +270,25 @@ Outcome tryPair(unsigned number, const Fault& fault, const Moment& moment, bool 
     if (!messages.empty() && (!offTime || *offTime > longestOn))
         complain("on after " + std::to_string(offTime ? offTime->count() : -1) + " ms");
     if (messages.size() > 1)
-        complain(std::to_string(messages.size()) + " messages");
+        complain("told again [" + messages.back() + "]");
     for (const auto& text : messages)
         if (text.find(rig.getAddress()) == std::string::npos && text.find("No. 00001") == std::string::npos)
-            complain("nameless");
+            complain("nameless [" + text + "]");
     if (!isWhole && messages.empty())
         complain("ended without a word");
     if (rig.hardware().isOutputRunning())
         complain("still running");
     fault.end(rig);
     rig.wire().mend();
-    if (!rig.isDeviceMine() && !rig.waitForFreeDevice())
+    if (!rig.settle())
         complain("the device does not get free");
-    rig.takeMessages();
+    if (const auto late = rig.takeMessages(); !late.empty() && !moment.isRace)
+        complain("told late [" + late.front() + "]");
     if (!rig.run({.isRamp = true, .length = 50ms}))
         complain("the next run fails");
-    for (const auto& text : messages)
-        if (!outcome.defect.empty())
-            outcome.defect += " [" + text + "]";
-    for (const auto& text : rig.takeMessages())
-        outcome.defect += " then [" + text + "]";
+    messages = rig.takeMessages();
+    if (!messages.empty())
+        complain("the next run tells [" + messages.front() + "]");
     return outcome;
 }
 
@@ -298,8 +297,8 @@ TEST(NetworkFaults, LeaveTheOutputsOffTheUserToldAndTheNextRunPossible)
     const auto faults = getFaults();
     const auto moments = getMoments();
     Page page;
-    // They mostly wait.
-    std::counting_semaphore<> places(64);
+    // They mostly wait; more of them at once keep a busy machine from answering in time.
+    std::counting_semaphore<> places(16);
     std::vector<std::vector<std::future<Outcome>>> outcomes(faults.size());
     const auto begin = [&](std::size_t row, std::size_t column) {
         const bool mayBeReported = page.isBeingWritten() || page.getCell(row, column) == reported;

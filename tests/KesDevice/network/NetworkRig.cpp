@@ -3,8 +3,6 @@
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesDriver/KesAvary.h>
 
-#include <KesDriver/serving/TestClient.h>
-
 #include <unistd.h>
 
 #include <stdexcept>
@@ -17,6 +15,9 @@ using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
 namespace {
+
+/// Nothing else moves there.
+constexpr unsigned markerInput = 8;
 
 /// Below those that the system gives away.
 std::uint16_t getPort()
@@ -48,6 +49,10 @@ NetworkRig::NetworkRig(unsigned number) : _address(loopback(9, number)), _device
     _hardware->signalKestoState.connect([this](KesDevice::Kesto*, const char* text) { _tell(text); });
     (void)_hardware->addKesto(toAddress(_address));
     _kesto = _hardware->getKestos().find(toAddress(_address));
+    _kesto->signalReport.connect([this](const KesDriver::Report& report) {
+        const auto* input = std::get_if<KesDriver::InputEvent>(&report);
+        _markersHeard += input && input->input == markerInput && !input->isClosed ? 1 : 0;
+    });
 }
 
 NetworkRig::~NetworkRig()
@@ -149,13 +154,20 @@ void NetworkRig::disconnect()
     _note(_hardware->disconnect());
 }
 
-bool NetworkRig::waitForFreeDevice() const
+bool NetworkRig::settle()
 {
+    // It comes behind all that has been reported before.
+    const unsigned heard = _markersHeard;
+    device()->setInput(markerInput, true);
+    device()->setInput(markerInput, false);
     TestClient client(_deviceAddress, getPort());
+    const auto isSettled = [&] {
+        return _kesto->isConnected() ? _markersHeard > heard : client.ask("SYST:CONT:OWN?") == "\"\",\"\"";
+    };
     for (const auto end = steady_clock::now() + 4s; steady_clock::now() < end;) {
-        if (client.ask("SYST:CONT:OWN?") == "\"\",\"\"")
+        if (isSettled())
             return true;
-        std::this_thread::sleep_for(5ms);
+        std::this_thread::sleep_for(2ms);
     }
     return false;
 }
@@ -169,6 +181,12 @@ std::optional<std::chrono::milliseconds> NetworkRig::waitForOutputsOff() const
         std::this_thread::sleep_for(1ms);
     }
     return std::nullopt;
+}
+
+std::string NetworkRig::getLastMessage() const
+{
+    std::lock_guard lock(_mutex);
+    return _messages.empty() ? std::string() : _messages.back();
 }
 
 std::vector<std::string> NetworkRig::takeMessages()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KesDriver/serving/TestClient.h>
 #include <support/FaultyWire.h>
 
 #include <KesDevice/HardwareManager.h>
@@ -56,14 +57,14 @@ public:
     bool run(const Moments& moments);
     /// Ends the connection.
     void disconnect();
-    /// Whether there is a connection, as far as the program knows.
-    bool isDeviceMine() const { return _kesto->isConnected(); }
-    /// Until the device has noticed that nobody controls it any more; false after four seconds.
-    bool waitForFreeDevice() const;
+    /// Waits until the program has heard all that the device has to say; without a connection, until the
+    /// device has noticed that nobody controls it any more. False after four seconds.
+    bool settle();
 
     /// Returns how long it took, or nothing after four seconds.
     std::optional<std::chrono::milliseconds> waitForOutputsOff() const;
     std::vector<std::string> takeMessages();
+    std::string getLastMessage() const;
     std::string getAddress() const { return _address; }
 
 private:
@@ -81,6 +82,7 @@ private:
     std::unique_ptr<KesDriver::IKestoLink> _rival;
     mutable std::mutex _mutex;
     std::vector<std::string> _messages;
+    std::atomic<unsigned> _markersHeard{0};
 };
 
 } // namespace KesTest
