@@ -2,15 +2,12 @@
 // itself says, the user is told once, by the device's name or address, and the next run works. What comes of
 // each pair is the table of docs/faults.md.
 
+#include "FaultsPage.h"
 #include "NetworkRig.h"
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <future>
-#include <iterator>
-#include <map>
 #include <semaphore>
 #include <sstream>
 
@@ -196,52 +193,6 @@ struct Outcome {
     std::string defect;
 };
 
-/// The table of what came out. With KES_WRITE_DOCUMENTS set it is written.
-class Page {
-public:
-    Page()
-    {
-        std::ifstream in(path);
-        _text.assign(std::istreambuf_iterator<char>(in), {});
-        const std::string mark = "<!-- network faults -->\n";
-        _begin = _text.find(mark) + mark.size();
-        _end = _text.find("<!-- end -->", _begin);
-    }
-    bool isBeingWritten() const { return std::getenv("KES_WRITE_DOCUMENTS") != nullptr; }
-    /// The cell in that row and column, counted from 0 without the heads; none when there is no such cell.
-    std::string getCell(std::size_t row, std::size_t column) const
-    {
-        std::istringstream table(_getTable());
-        std::string text;
-        for (row += 3; row > 0 && std::getline(table, text); --row) {
-        }
-        std::istringstream line(text);
-        for (column += 3; column > 0 && std::getline(line, text, '|'); --column) {
-        }
-        return row + column == 0 && text.size() > 2 ? text.substr(1, text.size() - 2) : std::string();
-    }
-    void expect(const std::string& table)
-    {
-        ASSERT_NE(_end, std::string::npos);
-        if (isBeingWritten())
-            std::ofstream(path) << _text.replace(_begin, _end - _begin, table);
-        else
-            EXPECT_EQ(_getTable(), table);
-    }
-
-private:
-    static constexpr const char* path = KES_DOCUMENTS "/faults.md";
-
-    std::string _getTable() const
-    {
-        return _end == std::string::npos ? std::string() : _text.substr(_begin, _end - _begin);
-    }
-
-    std::string _text;
-    std::size_t _begin = 0;
-    std::size_t _end = 0;
-};
-
 constexpr const char* reported = "off, reported";
 
 Outcome tryPair(unsigned number, const Fault& fault, const Moment& moment, bool mayBeReported)
@@ -286,9 +237,8 @@ Outcome tryPair(unsigned number, const Fault& fault, const Moment& moment, bool 
         complain("told late [" + late.front() + "]");
     if (!rig.run({.isRamp = true, .length = 50ms}))
         complain("the next run fails");
-    messages = rig.takeMessages();
-    if (!messages.empty())
-        complain("the next run tells [" + messages.front() + "]");
+    if (const auto others = rig.takeMessages(); !others.empty() && !moment.isRace)
+        complain("the next run tells [" + others.front() + "]");
     return outcome;
 }
 
@@ -296,7 +246,7 @@ TEST(NetworkFaults, LeaveTheOutputsOffTheUserToldAndTheNextRunPossible)
 {
     const auto faults = getFaults();
     const auto moments = getMoments();
-    Page page;
+    FaultsPage page;
     // They mostly wait; more of them at once keep a busy machine from answering in time.
     std::counting_semaphore<> places(16);
     std::vector<std::vector<std::future<Outcome>>> outcomes(faults.size());
