@@ -185,8 +185,8 @@ Kes::Result HardwareManager::prepare()
     for (std::size_t i = 0; i < kestos.size(); ++i) {
         if (results[i] && !kestos[i]->isConnected())
             results[i] = kestos[i]->_refusal();
-        // A device with a fault is connected; the start says why it refuses.
-        if (!results[i] || (!_running && kestos[i]->getState() == DeviceState::Faulty))
+        // A device with a fault is connected; the start says why it refuses, if there is one.
+        if (!results[i])
             told._setTold(i);
     }
     return _toResult("Errors.General.prepare", kestos, results);

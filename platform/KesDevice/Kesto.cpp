@@ -6,6 +6,7 @@
 #include <KesDevice/detail/KestoPlausibility.h>
 #include <KesDriver/ConnectionError.h>
 #include <KesDriver/OutputCheck.h>
+#include <KesDriver/Refusal.h>
 
 #include <chrono>
 #include <utility>
@@ -148,6 +149,8 @@ Kes::Result Kesto::startWorkingMode()
     auto result = _ask([](IKestoLink& link) { return link.startWorkingMode(); });
     if (!result) {
         told.setTold();
+        if (getRefusalCode(result) == RefusalCode::Fault)
+            _applyRefusal(result, epoch);
         return result;
     }
     {

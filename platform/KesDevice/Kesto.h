@@ -143,6 +143,7 @@ private:
     Kes::Result _readLimits();
     Kes::Result _readState(KesDriver::KestoState& state);
     void _applyState(const KesDriver::KestoState& state, unsigned epoch, unsigned auxDCChange);
+    void _applyRefusal(const Kes::Result& refusal, unsigned epoch);
     Kes::Result _sendAuxDC(bool enable, double volts);
     /// Asks the device; a connection that is lost meanwhile changes the state before the result is there.
     Kes::Result _ask(const std::function<Kes::Result(KesDriver::IKestoLink&)>& question);

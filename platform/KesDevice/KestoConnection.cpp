@@ -109,8 +109,6 @@ Kes::Result Kesto::_attempt(unsigned epoch)
             result = Kes::Result::failure(attempt->failure);
         if (result) {
             _fields->knownFault.clear();
-            if (!state.isReady && _fields->resultsPending > 0)
-                _fields->knownFault.expectRecord(KnownFault::Time::clock::now());
             _fields->machine.change(state.isReady ? DeviceState::Ready : DeviceState::Faulty,
                                     state.isReady ? std::string() : getReason(state));
             connection = _fields->connection;
@@ -250,11 +248,17 @@ Kes::Result Kesto::updateState()
     } else if (isAnswered) {
         _applyState(state, epoch, auxDCChange);
     } else if (!isConnectionError(result)) {
-        _applyState(
-            {false, _auxDC.getEnable(), 0.0, Kes::ObjectErrorHelper::toDisplayString({result.getError()})},
-            epoch, auxDCChange);
+        _applyRefusal(result, epoch);
     }
     return result;
+}
+
+/// The device is not ready, as its answer says.
+void Kesto::_applyRefusal(const Kes::Result& refusal, unsigned epoch)
+{
+    _applyState(
+        {false, _auxDC.getEnable(), 0.0, Kes::ObjectErrorHelper::toDisplayString({refusal.getError()})},
+        epoch, _auxDC._getChange());
 }
 
 void Kesto::_applyState(const KestoState& state, unsigned epoch, unsigned auxDCChange)
@@ -267,11 +271,7 @@ void Kesto::_applyState(const KestoState& state, unsigned epoch, unsigned auxDCC
             return;
         const bool wasFaulty = machine.getState() == DeviceState::Faulty;
         hasFailed = !state.isReady && !wasFaulty;
-        if (hasFailed) {
-            machine.change(DeviceState::Faulty, getReason(state));
-            if (_fields->resultsPending > 0)
-                _fields->knownFault.expectRecord(KnownFault::Time::clock::now());
-        } else if (!state.isReady && !_fields->knownFault.hasRecord()) {
+        if (hasFailed || (!state.isReady && !_fields->knownFault.hasRecord())) {
             machine.change(DeviceState::Faulty, getReason(state));
         } else if (state.isReady && wasFaulty && !_fields->isSwitchedOn) {
             // Not before somebody has switched it off: the outputs of a device that is ready are off.

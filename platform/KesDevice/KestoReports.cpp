@@ -95,6 +95,7 @@ void Kesto::_onAvary(ConnectionNumber connection, const KesAvary& avary)
         faults.empty() ? lng::HardwareManager::get("Errors.Kesto.notReady")
                        : Kes::StringHelper::format(lng::HardwareManager::get("Errors.Kesto.fault"), faults);
     bool hasFailed = false;
+    bool isNews = false;
     {
         std::lock_guard lock(DeviceStateMachine::getMutex());
         auto& machine = _fields->machine;
@@ -105,16 +106,18 @@ void Kesto::_onAvary(ConnectionNumber connection, const KesAvary& avary)
             return;
         }
         hasFailed = machine.getState() != DeviceState::Faulty;
-        const bool isNews = _fields->knownFault.isNews(corrected, KnownFault::Time::clock::now());
+        isNews = _fields->knownFault.isNews(corrected, KnownFault::Time::clock::now()) || hasFailed;
         _fields->ends.beginEnd();
-        if (!hasFailed && !isNews)
-            return;
         machine.change(DeviceState::Faulty, reason);
-        _fields->announce(Report(corrected));
+        if (isNews)
+            _fields->announce(Report(corrected));
     }
     if (hasFailed)
         _safely([this] { _stopOthers(); });
-    _tellFailure({});
+    if (isNews)
+        _tellFailure({});
+    else
+        _safely([this] { _emitOperationError(); });
 }
 
 void Kesto::_onLost(ConnectionNumber connection)
@@ -276,7 +279,7 @@ Kesto::ToldByResult::~ToldByResult()
         std::lock_guard lock(DeviceStateMachine::getMutex());
         auto& fields = *_kesto->_fields;
         if (_isTold)
-            fields.untold.clear();
+            fields.setTold();
         --fields.resultsPending;
         untold = fields.takeUntold();
     }

@@ -3,6 +3,9 @@
 #include "DeviceActions.h"
 
 #include <KesDevice/DeviceState.h>
+#include <KesDriver/Refusal.h>
+
+#include <support/Record.h>
 
 #include <array>
 #include <future>
@@ -48,8 +51,11 @@ protected:
     /// What a program does, as far as it gets.
     void run()
     {
-        if (note(hardware->prepare()))
-            note(hardware->startWorkingMode());
+        {
+            const HardwareManager::ToldByResults toldByResults(*hardware);
+            if (note(hardware->prepare()))
+                note(hardware->startWorkingMode());
+        }
         note(hardware->stopWorkingMode());
     }
 
@@ -85,6 +91,112 @@ INSTANTIATE_TEST_SUITE_P(Moments, OneCause,
                                                           LinkCall::StopWorkingMode),
                                           testing::Values(&Actions::fault, &Actions::loss,
                                                           &Actions::nonsense)));
+
+/// A device reports a fault in its own time, while others find out about it by asking.
+class LateRecord : public testing::Test {
+protected:
+    LateRecord()
+    {
+        hardware->signalAvary.connect(
+            [this](KesDriver::KesAvary& avary) { told.write(KesDriver::describeFaults(avary)); });
+        hardware->signalKestoState.connect([this](Kesto*, const char* text) { told.write(text); });
+        EXPECT_TRUE(kesto->connect());
+    }
+    void fail()
+    {
+        fake.setState({false, false, 0.0, "IA - overload"});
+        fake.answer(LinkCall::StartWorkingMode,
+                    KesDriver::Refusal::failure(KesDriver::RefusalCode::Fault, "Fault: IA - overload"));
+    }
+    void recover()
+    {
+        fake.setState({true, false, 0.0, ""});
+        fake.answer(LinkCall::StartWorkingMode, true);
+    }
+    void report(const std::vector<const char*>& channels = {"IA"})
+    {
+        KesDriver::KesAvary overload{3, 17, false, false, {}};
+        for (const auto* channel : channels)
+            overload.channels.push_back({channel, false, false, true});
+        fake.report(overload).wait();
+    }
+
+    FakeKesto fake;
+    std::unique_ptr<HardwareManager> hardware = HardwareManager::create();
+    Kesto* const kesto = add(*hardware, fake, 2);
+    Record told;
+};
+
+TEST_F(LateRecord, IsNoNewsAfterAResultThatHasToldIt)
+{
+    const std::pair<const char*, std::function<Kes::Result()>> ways[] = {
+        {"refused", [this] { return hardware->startWorkingMode(); }},
+        {"asked before",
+         [this] {
+             EXPECT_TRUE(kesto->updateState());
+             return hardware->startWorkingMode();
+         }},
+        {"prepared",
+         [this] {
+             const HardwareManager::ToldByResults one(*hardware);
+             EXPECT_TRUE(hardware->prepare());
+             return hardware->startWorkingMode();
+         }},
+        {"the device alone", [this] { return kesto->startWorkingMode(); }},
+    };
+    for (const auto& [name, start] : ways) {
+        SCOPED_TRACE(name);
+        fail();
+        EXPECT_THAT(message(start()), testing::HasSubstr("IA - overload"));
+        EXPECT_EQ(kesto->getState(), DeviceState::Faulty);
+        report();
+        report();
+        EXPECT_EQ(kesto->getOperationError(), "Fault: IA - overload");
+        EXPECT_THAT(told.take(), testing::IsEmpty());
+        report({"IA", "IB"});
+        EXPECT_THAT(told.take(), ElementsAre("IA - overload; IB - overload")) << "it has changed";
+        EXPECT_TRUE(kesto->stopWorkingMode());
+        recover();
+        EXPECT_TRUE(kesto->updateState());
+        report();
+        EXPECT_THAT(told.take(), ElementsAre("IA - overload")) << "it has come back";
+        EXPECT_TRUE(kesto->updateState());
+        EXPECT_TRUE(hardware->startWorkingMode());
+        EXPECT_TRUE(hardware->stopWorkingMode());
+    }
+}
+
+TEST_F(LateRecord, IsToldWhenNoResultHasDoneSo)
+{
+    const std::pair<const char*, std::function<void()>> ways[] = {
+        {"prepared only", [this] { EXPECT_TRUE(hardware->prepare()); }},
+        {"found out during a stop",
+         [this] {
+             fake.hold(LinkCall::StopWorkingMode);
+             const auto calls = fake.countCalls(LinkCall::StopWorkingMode);
+             auto stopping = std::async(std::launch::async, [this] { return kesto->stopWorkingMode(); });
+             EXPECT_TRUE(fake.waitForCall(LinkCall::StopWorkingMode, calls + 1));
+             EXPECT_TRUE(kesto->updateState());
+             fake.release(LinkCall::StopWorkingMode);
+             EXPECT_TRUE(stopping.get());
+         }},
+    };
+    for (const auto& [name, find] : ways) {
+        SCOPED_TRACE(name);
+        fail();
+        find();
+        EXPECT_THAT(told.take(), testing::IsEmpty());
+        report();
+        report();
+        EXPECT_THAT(told.take(), ElementsAre("IA - overload"));
+        recover();
+        EXPECT_TRUE(kesto->updateState());
+    }
+    fail();
+    EXPECT_FALSE(hardware->startWorkingMode());
+    report({"IA", "IB"});
+    EXPECT_THAT(told.take(), ElementsAre("IA - overload; IB - overload")) << "one more than the result says";
+}
 
 } // namespace
 } // namespace KesTest

@@ -15,8 +15,10 @@ Kes::Result FakeKesto::State::connect(ConnectionNumber& number)
     changed.notify_all();
     const auto before = connections;
     changed.wait(lock, [&] { return !held.contains(LinkCall::Connect) || connections != before; });
-    if (const auto& failure = failures[LinkCall::Connect]; !failure.empty() || connections != before)
-        return ConnectionError::failure(failure);
+    if (connections != before)
+        return ConnectionError::failure("The fake is not connected.");
+    if (const auto answer = getAnswer(LinkCall::Connect); !answer)
+        return ConnectionError::failure(answer.getError()->getMessage());
     number = connection = ++connections;
     return true;
 }
@@ -34,13 +36,19 @@ Kes::Result FakeKesto::State::call(LinkCall call, const std::function<void()>& e
         end();
     if (connection == 0 || connection != begun)
         return ConnectionError::failure("The fake is not connected.");
-    if (!failures[call].empty())
-        return Kes::Result::failure(failures[call]);
+    if (auto answer = getAnswer(call); !answer)
+        return answer;
     effect();
     changed.wait(lock, [&] { return !heldAnswers.contains(call) || connection != begun; });
     if (connection != begun)
         return ConnectionError::failure("The fake is not connected.");
     return true;
+}
+
+Kes::Result FakeKesto::State::getAnswer(LinkCall call) const
+{
+    const auto found = answers.find(call);
+    return found == answers.end() ? Kes::Result(true) : found->second;
 }
 
 void FakeKesto::State::run()

@@ -62,7 +62,12 @@ public:
     /// The device refuses the call with the text from now on; an empty text makes it succeed again.
     void fail(LinkCall call, const std::string& text)
     {
-        _state->set([&] { _state->failures[call] = text; });
+        answer(call, text.empty() ? Kes::Result(true) : Kes::Result::failure(text));
+    }
+    /// From now on.
+    void answer(LinkCall call, const Kes::Result& result)
+    {
+        _state->set([&] { _state->answers.insert_or_assign(call, result); });
     }
     /// The next call finds no memory.
     void throwIn(LinkCall call)
@@ -125,7 +130,7 @@ private:
         KesDriver::KestoIdentity identity{{3, 17}, "1.0", "2026-01-31"};
         KesDriver::KestoState state{true, false, 0.0, {}};
         KesDriver::OutputLimits limits;
-        std::map<LinkCall, std::string> failures;
+        std::map<LinkCall, Kes::Result> answers;
         std::set<LinkCall> held;
         std::set<LinkCall> heldAnswers;
         std::set<LinkCall> dropping;
@@ -143,6 +148,7 @@ private:
 
         Kes::Result connect(KesDriver::ConnectionNumber& number);
         Kes::Result call(LinkCall call, const std::function<void()>& effect);
+        Kes::Result getAnswer(LinkCall call) const;
         void end() { connection = 0, isWorking = false; }
         void run();
 

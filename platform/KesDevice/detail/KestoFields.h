@@ -64,6 +64,14 @@ struct Kesto::Fields {
         untold.push_back(std::move(news));
         ++tellersPending;
     }
+    /// A result has reported what has happened to the device so far.
+    void setTold()
+    {
+        untold.clear();
+        // The device reports a fault in its own time; it may have become known by asking.
+        if (machine.getState() == DeviceState::Faulty && !knownFault.hasRecord())
+            knownFault.expectRecord(machine.getReason(), KnownFault::Time::clock::now());
+    }
     /// Nothing as long as another thread will report it.
     std::vector<News> takeUntold()
     {

@@ -14,7 +14,9 @@ constexpr std::chrono::seconds longestSilence{3};
 bool KnownFault::isNews(const KesDriver::KesAvary& record, Time now)
 {
     const bool isSilenceOver = now - std::exchange(_heardAt, now) > longestSilence;
-    const bool isKnown = std::exchange(_isRecordExpected, false) || _record == record;
+    const auto expected = std::exchange(_expected, std::nullopt);
+    const bool isExpected = expected && expected->find(describeFaults(record)) != std::string::npos;
+    const bool isKnown = isExpected || _record == record;
     _record = record;
     return isSilenceOver || !isKnown;
 }

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <optional>
+#include <string>
 
 namespace KesDevice {
 
@@ -17,10 +18,10 @@ public:
     void clear() { *this = {}; }
     /// Whether the device has reported it by itself.
     bool hasRecord() const { return _record.has_value(); }
-    /// The result of an operation reports a fault whose record has not come yet.
-    void expectRecord(Time now)
+    /// The result of an operation reports a fault, with this description, whose record has not come yet.
+    void expectRecord(const std::string& description, Time now)
     {
-        _isRecordExpected = true;
+        _expected = description;
         _heardAt = now;
     }
     /// Takes the record; true when the user does not know of it.
@@ -28,7 +29,7 @@ public:
 
 private:
     std::optional<KesDriver::KesAvary> _record;
-    bool _isRecordExpected = false;
+    std::optional<std::string> _expected;
     Time _heardAt;
 };
 

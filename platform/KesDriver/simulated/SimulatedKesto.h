@@ -22,13 +22,13 @@ class SimulatedHost;
 ///
 /// Every event is computed on the device's clock and stamped with it, so measured times do not depend on the
 /// scheduling of the host; a speed factor lets the clock run faster than real time. Between events the clock
-/// follows real time; it never goes back, and it never passes an event that is still to come. Links within
-/// the process have sessions with it as programs in the network have with a `DeviceServer`; their threads
-/// begin with the first connection. The device waits until such a link has delivered its reports, so a
-/// receiver that stops the outputs from inside a report does so before anything else can happen; but it waits
-/// two seconds at most. All devices of a process share a common clock. The outputs and the auxiliary supply
-/// go off as soon as the end of a connection is seen. It can be made to fail in every way in which a real
-/// device does. Any thread.
+/// follows real time; it never goes back, and it never passes an event that is still to come. What is due
+/// happens before a request is carried out. Links within the process have sessions with it as programs in the
+/// network have with a `DeviceServer`; their threads begin with the first connection. The device waits until
+/// such a link has delivered its reports, so a receiver that stops the outputs from inside a report does so
+/// before anything else can happen; but it waits two seconds at most. All devices of a process share a common
+/// clock. The outputs and the auxiliary supply go off as soon as the end of a connection is seen. It can be
+/// made to fail in every way in which a real device does. Any thread.
 class KES_EXPORT SimulatedKesto {
 public:
     /// With a firmware version and a day of calibration of its own.

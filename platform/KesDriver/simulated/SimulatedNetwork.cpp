@@ -26,12 +26,6 @@ DeviceTime getDelay(const SimulatedHost& host)
     return DeviceTime(host.getIdentity().identifer.getSerialNumber() * 37U % (longestDelay + 1));
 }
 
-void schedule(SimulatedHost& host, unsigned input, bool isClosed, SimulatedDevice::Moment moment,
-              DeviceTime delay)
-{
-    host.use([&](SimulatedDevice& device) { device.scheduleInput(input, isClosed, moment, delay); });
-}
-
 } // namespace
 
 struct SimulatedNetwork::Impl {
@@ -74,7 +68,7 @@ struct SimulatedNetwork::Impl {
             return;
         for (const auto& host : hosts)
             if (host != driver)
-                schedule(*host, startLineInput, isClosed, moment, getDelay(*host));
+                host->scheduleInput(startLineInput, isClosed, moment, getDelay(*host));
     }
 };
 
@@ -147,8 +141,8 @@ void SimulatedNetwork::closeStartContact(unsigned input)
     // A little ahead, so that every device hears of it before it happens.
     const auto moment = SimulatedClock::toMoment(SimulatedClock::now()) + std::chrono::milliseconds(1);
     for (const auto& host : _impl->getHosts()) {
-        schedule(*host, input, true, moment, getDelay(*host));
-        schedule(*host, input, false, moment, getDelay(*host) + pressDuration);
+        host->scheduleInput(input, true, moment, getDelay(*host));
+        host->scheduleInput(input, false, moment, getDelay(*host) + pressDuration);
     }
 }
 

@@ -3,6 +3,8 @@
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesDriver/KesAvary.h>
 
+#include <unistd.h>
+
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -14,7 +16,14 @@ using std::chrono::steady_clock;
 
 namespace {
 
-constexpr std::uint16_t port = 5029;
+/// Nothing else moves there.
+constexpr unsigned markerInput = 8;
+
+/// Below those that the system gives away.
+std::uint16_t getPort()
+{
+    return static_cast<std::uint16_t>(10000 + getpid() % 20000);
+}
 
 std::string loopback(unsigned network, unsigned number)
 {
@@ -32,14 +41,18 @@ KesDriver::NetAddress toAddress(const std::string& text)
 NetworkRig::NetworkRig(unsigned number) : _address(loopback(9, number)), _deviceAddress(loopback(10, number))
 {
     _serve();
-    _wire = std::make_unique<FaultyWire>(_address, _deviceAddress, port);
-    _hardware = KesDevice::HardwareManager::create(std::make_shared<KesDriver::TcpNetwork>(port));
+    _wire = std::make_unique<FaultyWire>(_address, _deviceAddress, getPort());
+    _hardware = KesDevice::HardwareManager::create(std::make_shared<KesDriver::TcpNetwork>(getPort()));
     _hardware->setIsStopOnFault(true);
     _hardware->signalAvary.connect(
         [this](KesDriver::KesAvary& avary) { _tell("No. 0000" + std::to_string(avary.serialNumber)); });
     _hardware->signalKestoState.connect([this](KesDevice::Kesto*, const char* text) { _tell(text); });
     (void)_hardware->addKesto(toAddress(_address));
     _kesto = _hardware->getKestos().find(toAddress(_address));
+    _kesto->signalReport.connect([this](const KesDriver::Report& report) {
+        const auto* input = std::get_if<KesDriver::InputEvent>(&report);
+        _markersHeard += input && input->input == markerInput && !input->isClosed ? 1 : 0;
+    });
 }
 
 NetworkRig::~NetworkRig()
@@ -64,7 +77,7 @@ void NetworkRig::_serve()
         std::lock_guard lock(_mutex);
         _device = std::move(device);
     }
-    if (const auto result = _server->listen(_deviceAddress, port); !result)
+    if (const auto result = _server->listen(_deviceAddress, getPort()); !result)
         throw std::runtime_error(Kes::ObjectErrorHelper::toDisplayString({result.getError()}));
 }
 
@@ -76,7 +89,7 @@ void NetworkRig::reboot()
 
 void NetworkRig::takeOver()
 {
-    _rival = KesDriver::TcpNetwork(port).createLink(toAddress(_deviceAddress));
+    _rival = KesDriver::TcpNetwork(getPort()).createLink(toAddress(_deviceAddress));
     KesDriver::ConnectionNumber connection = 0;
     for (const auto end = steady_clock::now() + 4s;
          steady_clock::now() < end && !_rival->connect(connection);)
@@ -141,6 +154,24 @@ void NetworkRig::disconnect()
     _note(_hardware->disconnect());
 }
 
+bool NetworkRig::settle()
+{
+    // It comes behind all that has been reported before.
+    const unsigned heard = _markersHeard;
+    device()->setInput(markerInput, true);
+    device()->setInput(markerInput, false);
+    TestClient client(_deviceAddress, getPort());
+    const auto isSettled = [&] {
+        return _kesto->isConnected() ? _markersHeard > heard : client.ask("SYST:CONT:OWN?") == "\"\",\"\"";
+    };
+    for (const auto end = steady_clock::now() + 4s; steady_clock::now() < end;) {
+        if (isSettled())
+            return true;
+        std::this_thread::sleep_for(2ms);
+    }
+    return false;
+}
+
 std::optional<std::chrono::milliseconds> NetworkRig::waitForOutputsOff() const
 {
     const auto begin = steady_clock::now();
@@ -150,6 +181,12 @@ std::optional<std::chrono::milliseconds> NetworkRig::waitForOutputsOff() const
         std::this_thread::sleep_for(1ms);
     }
     return std::nullopt;
+}
+
+std::string NetworkRig::getLastMessage() const
+{
+    std::lock_guard lock(_mutex);
+    return _messages.empty() ? std::string() : _messages.back();
 }
 
 std::vector<std::string> NetworkRig::takeMessages()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KesDriver/serving/TestClient.h>
 #include <support/FaultyWire.h>
 
 #include <KesDevice/HardwareManager.h>
@@ -19,8 +20,8 @@
 namespace KesTest {
 
 /// One device on the network behind a cable that can fail, the configuration of a program that uses it, and
-/// somebody who runs tests with it and writes down what he is told. Each has addresses of its own, so many
-/// can live side by side.
+/// somebody who runs tests with it and writes down what he is told. Each has addresses of its own, and each
+/// process a port, so many can live side by side.
 class NetworkRig {
 public:
     explicit NetworkRig(unsigned number);
@@ -56,10 +57,14 @@ public:
     bool run(const Moments& moments);
     /// Ends the connection.
     void disconnect();
+    /// Waits until the program has heard all that the device has to say; without a connection, until the
+    /// device has noticed that nobody controls it any more. False after four seconds.
+    bool settle();
 
     /// Returns how long it took, or nothing after four seconds.
     std::optional<std::chrono::milliseconds> waitForOutputsOff() const;
     std::vector<std::string> takeMessages();
+    std::string getLastMessage() const;
     std::string getAddress() const { return _address; }
 
 private:
@@ -77,6 +82,7 @@ private:
     std::unique_ptr<KesDriver::IKestoLink> _rival;
     mutable std::mutex _mutex;
     std::vector<std::string> _messages;
+    std::atomic<unsigned> _markersHeard{0};
 };
 
 } // namespace KesTest

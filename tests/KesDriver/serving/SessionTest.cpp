@@ -2,6 +2,8 @@
 
 #include "SessionTest.h"
 
+#include <support/SimulatedRelay.h>
+
 #include <KesDriver/scpi/Block.h>
 
 using testing::StartsWith;
@@ -111,6 +113,25 @@ TEST_F(SessionTest, SetsOutputsAtOnce)
     EXPECT_EQ(client.ask("CURR?;:SIM:ENER?;:SYST:STAT?"), "0;1;1,1,110,1,IDLE");
     EXPECT_EQ(client.tell(step("1", "1") + ";*RST"), good);
     EXPECT_EQ(client.ask("SYST:STAT?;:SEQ:COUN?"), "1,0,0,0,IDLE;0");
+}
+
+TEST_F(SessionTest, LetsHappenWhatIsDueBeforeItCarriesOutACommand)
+{
+    // The contact follows the current at once, and the next command is already there.
+    ASSERT_TRUE(device->connectTestObject(std::make_shared<SimulatedRelay>(1.0, 0us, 0us)));
+    takeControl();
+    EXPECT_EQ(client.tell("EVEN:SUBS ON;" + step("0.01", "2")), good);
+    for (int round = 0; round < 20; ++round) {
+        ASSERT_EQ(client.tell("CURR 2;:INIT"), good);
+        ASSERT_EQ(client.awaitEvent("INP"), "1,1") << "in no step";
+        ASSERT_EQ(client.awaitEvent("STEP"), "0");
+        ASSERT_EQ(client.awaitEvent("SEQ"), "1");
+        ASSERT_EQ(client.awaitEvent("INP"), "1,0");
+        EXPECT_EQ(client.ask("CURR 2;:INP:STAT?"), "1");
+        EXPECT_EQ(client.tell("ABOR"), good);
+        ASSERT_EQ(client.awaitEvent("INP"), "1,1");
+        ASSERT_EQ(client.awaitEvent("INP"), "1,0");
+    }
 }
 
 TEST_F(SessionTest, RunsArmedSequencesOnATriggerAndTakesThemAsABlock)

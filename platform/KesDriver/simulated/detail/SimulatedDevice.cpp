@@ -94,11 +94,11 @@ void SimulatedDevice::release()
     _passOnOutputReports();
 }
 
-bool SimulatedDevice::work(RealTime now, bool isConnected)
+int SimulatedDevice::work(RealTime now, bool isConnected)
 {
     if (isConnected && !_faults.empty() && now >= _nextFaultReport) {
         _reportFaults();
-        return true;
+        return 1;
     }
     constexpr int longestTurn = 500;
     const auto time = _clock.toDevice(SimulatedClock::toMoment(now));
@@ -110,7 +110,7 @@ bool SimulatedDevice::work(RealTime now, bool isConnected)
         ++count;
     }
     _passOnOutputReports();
-    return count > 0;
+    return count;
 }
 
 SimulatedDevice::RealTime SimulatedDevice::getNextWake(RealTime now, bool isConnected) const

@@ -82,9 +82,9 @@ public:
     /// The controller has gone: everything off.
     void release();
 
-    /// Does what is due; false when nothing is. Stops at the first report, so that its receiver can act
-    /// before anything else happens, and after a while, so that others get their turn.
-    bool work(RealTime now, bool isConnected);
+    /// Does what is due and returns how much that was. Stops at the first report, so that its receiver can
+    /// act before anything else happens, and after a while, so that others get their turn.
+    int work(RealTime now, bool isConnected);
     RealTime getNextWake(RealTime now, bool isConnected) const;
 
     /// What it has reported since the last call, in order.

@@ -15,6 +15,9 @@ namespace {
 /// There may be memory again then.
 constexpr std::chrono::milliseconds betweenFailures{10};
 
+/// What a device that lags behind its events makes up for before a request, which must not wait for long.
+constexpr int mostCatchingUp = 1000;
+
 /// For an observer that has stopped what happens and is not heard of any more.
 constexpr std::chrono::seconds longestHold{2};
 
@@ -68,7 +71,7 @@ void SimulatedHost::_step(Lock& lock)
         _giveStartSignal(lock);
     else if (!_lost.empty())
         _tellLoss(lock);
-    else if (const auto now = SimulatedClock::now(); _work(now))
+    else if (const auto now = SimulatedClock::now(); _work(now) > 0)
         _letOthersIn(lock);
     else {
         _wakes = _getNextWake(now);
@@ -130,15 +133,30 @@ void SimulatedHost::_letOthersIn(Lock& lock)
     lock.lock();
 }
 
-/// What is due; false when nothing is.
-bool SimulatedHost::_work(RealTime now)
+/// What is due, or a part of it; returns how much.
+int SimulatedHost::_work(RealTime now)
 {
     if (_isHeld(now))
-        return false;
-    const bool hasWorked = _device.work(now, _connected != nullptr);
-    if (hasWorked)
+        return 0;
+    const int count = _device.work(now, _connected != nullptr);
+    if (count > 0)
         _passOnReports();
-    return hasWorked;
+    return count;
+}
+
+/// The thread may not have come to it yet.
+void SimulatedHost::_catchUp() noexcept
+{
+    try {
+        _noteFailure([this] {
+            const auto now = SimulatedClock::now();
+            int left = mostCatchingUp;
+            for (int count = _work(now); count > 0 && left > count; count = _work(now))
+                left -= count;
+        });
+    } catch (...) {
+        // Noted, and the thread woken. The request may be the one that switches off.
+    }
 }
 
 SimulatedHost::RealTime SimulatedHost::_getNextWake(RealTime now) const
@@ -223,6 +241,14 @@ std::optional<Kes::Result> SimulatedHost::call(const Connection& connection, con
 }
 
 // The bench
+
+void SimulatedHost::scheduleInput(unsigned input, bool isClosed, SimulatedDevice::Moment moment,
+                                  DeviceTime delay)
+{
+    std::lock_guard lock(_mutex);
+    _noteFailure([&] { _device.scheduleInput(input, isClosed, moment, delay); });
+    _passOnReports();
+}
 
 void SimulatedHost::simulateConnectionLoss()
 {

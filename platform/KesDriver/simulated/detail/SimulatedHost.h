@@ -17,8 +17,9 @@ namespace KesDriver {
 /// Gives a simulated device its lock, its thread and its controller. Shared by the bench, the thread and the
 /// sessions. Any thread.
 ///
-/// A request is carried out on the calling thread; the device's own thread lets events happen when their time
-/// has come, and informs a controller that its connection has been dropped.
+/// A request is carried out on the calling thread, after the events that are due; the device's own thread
+/// lets events happen when their time has come, and informs a controller that its connection has been
+/// dropped.
 class SimulatedHost {
 public:
     /// Control of the device from its beginning to its end. What it holds is called when the device ends it,
@@ -47,6 +48,9 @@ public:
 
     // For the bench.
 
+    /// As `SimulatedDevice::scheduleInput`: nothing that is due happens before, for the moment may have
+    /// passed.
+    void scheduleInput(unsigned input, bool isClosed, SimulatedDevice::Moment moment, DeviceTime delay);
     /// Asks the device, or does something to it, with its lock held.
     template <typename Action>
     auto use(Action&& action)
@@ -68,10 +72,11 @@ private:
     using Lock = std::unique_lock<std::mutex>;
     using RealTime = SimulatedDevice::RealTime;
 
-    /// Holds the lock; at its end the device's reports are on their way.
+    /// Holds the lock. At its beginning what is due has happened; at its end the device's reports are on
+    /// their way.
     class Use {
     public:
-        explicit Use(SimulatedHost& host) : _host(host), _lock(host._mutex) {}
+        explicit Use(SimulatedHost& host) : _host(host), _lock(host._mutex) { host._catchUp(); }
         ~Use() { _host._passOnReports(); }
         Use(const Use&) = delete;
         Use& operator=(const Use&) = delete;
@@ -100,7 +105,8 @@ private:
     void _giveStartSignal(Lock& lock);
     void _tellLoss(Lock& lock);
     void _letOthersIn(Lock& lock);
-    bool _work(RealTime now);
+    int _work(RealTime now);
+    void _catchUp() noexcept;
     RealTime _getNextWake(RealTime now) const;
     bool _hasWork() const;
 
