@@ -17,7 +17,6 @@ namespace {
 using namespace KesDriver;
 using namespace std::chrono_literals;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 using testing::UnorderedElementsAre;
 
@@ -124,16 +123,14 @@ TEST_F(AvahiTest, LivesWithoutAServiceAndGoesOnWithANewOne)
     for (const auto& end : ends) {
         end();
         const auto begin = std::chrono::steady_clock::now();
-        std::vector<FoundDevice> found;
-        result = ServiceSearch(kestoPort).find([&](const FoundDevice& one) { found.push_back(one); }, {});
+        result = ServiceSearch(kestoPort).find([&](const FoundDevice&) { ADD_FAILURE(); }, {});
         EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
         ASSERT_FALSE(result);
         EXPECT_THAT(result.getError()->getMessage(),
                     HasSubstr("devices can still be entered by their address."));
-        EXPECT_THAT(found, IsEmpty());
     }
     const auto early = announce(first);
-    for (int i = 0; i < 100 && getLog().find("is not announced") == std::string::npos; ++i)
+    for (int i = 0; i < 500 && getLog().find("is not announced") == std::string::npos; ++i)
         std::this_thread::sleep_for(20ms);
     EXPECT_THAT(getLog(), HasSubstr("127.77.3.21 is not announced in the network: "));
     for (const auto& end : ends) {
@@ -141,8 +138,6 @@ TEST_F(AvahiTest, LivesWithoutAServiceAndGoesOnWithANewOne)
         EXPECT_THAT(find(1), UnorderedElementsAre(device(first)));
         end();
     }
-    ASSERT_EQ(bench->start(), "");
-    EXPECT_THAT(find(1), UnorderedElementsAre(device(first)));
 }
 
 TEST_F(AvahiTest, KeepsNobodyWaitingWhenTheServiceHangs)
@@ -154,8 +149,9 @@ TEST_F(AvahiTest, KeepsNobodyWaitingWhenTheServiceHangs)
         action();
         return std::chrono::steady_clock::now() - begin;
     };
-    const auto search = [&](std::stop_token stop) {
-        result = ServiceSearch(kestoPort).find([](const FoundDevice&) {}, stop);
+    std::stop_source stop;
+    const auto search = [&] {
+        result = ServiceSearch(kestoPort).find([](const FoundDevice&) {}, stop.get_token());
     };
     const auto later = [](std::chrono::milliseconds delay, auto action) {
         return std::jthread([=] {
@@ -165,28 +161,28 @@ TEST_F(AvahiTest, KeepsNobodyWaitingWhenTheServiceHangs)
     };
     {
         const auto freezing = later(300ms, [] { bench->freeze(); });
-        EXPECT_LT(time([&] { search({}); }), 5s) << "while it searches";
+        EXPECT_LT(time(search), 5s) << "while it searches";
     }
     for (const auto part : {KesTest::AvahiBench::Part::Service, KesTest::AvahiBench::Part::Bus}) {
         bench->freeze(part);
-        EXPECT_LT(time([&] { search({}); }), 4s) << "before it searches";
+        stop = {};
+        EXPECT_LT(time(search), 4s) << "before it searches";
         ASSERT_FALSE(result);
         EXPECT_THAT(result.getError()->getMessage(),
                     HasSubstr("devices can still be entered by their address."));
-        std::stop_source stop;
         const auto stopping = later(200ms, [&] { stop.request_stop(); });
-        EXPECT_LT(time([&] { search(stop.get_token()); }), 600ms) << "when it is asked to stop";
+        EXPECT_LT(time(search), 1s) << "when it is asked to stop";
         EXPECT_TRUE(result);
     }
     bench->thaw(KesTest::AvahiBench::Part::Bus);
     auto late = std::make_unique<ServiceAnnouncement>(second, kestoPort, identity, true);
     std::this_thread::sleep_for(100ms);
-    EXPECT_LT(time([&] { late.reset(); }), 400ms);
+    EXPECT_LT(time([&] { late.reset(); }), 1s);
     late = std::make_unique<ServiceAnnouncement>(second, kestoPort, identity, true);
     bench->thaw();
     EXPECT_THAT(find(2), UnorderedElementsAre(device(first), device(second)));
     bench->freeze();
-    EXPECT_LT(time([&] { late.reset(); }), 400ms) << "while it is announced";
+    EXPECT_LT(time([&] { late.reset(); }), 1s) << "while it is announced";
     bench->thaw();
 }
 
