@@ -59,17 +59,18 @@ TEST_F(HardwareManagerTest, ADeviceThatWasOffMeanwhileIsConnectedAgain)
 }
 
 /// Who looks at a run that is being stopped must not find a fault.
-TEST_F(HardwareManagerTest, SwitchingOffIsNoFailureOfTheOutput)
+TEST_F(HardwareManagerTest, SwitchingOffWaitsForNoOtherDeviceAndIsNoFailure)
 {
     ASSERT_TRUE(hardware->prepare());
     ASSERT_TRUE(hardware->startWorkingMode());
-    second.hold(LinkCall::StopWorkingMode);
+    first.hold(LinkCall::StopWorkingMode);
     auto stopping = std::async(std::launch::async, [this] { return hardware->stopWorkingMode(); });
-    ASSERT_TRUE(waitUntil([this] { return firstKesto->getState() == DeviceState::Ready; }));
+    ASSERT_TRUE(waitUntil([this] { return secondKesto->getState() == DeviceState::Ready; }));
+    EXPECT_TRUE(hardware->isBusy());
     EXPECT_EQ(message(hardware->checkOutput()), "");
-    second.report(KesDriver::KesAvary{3, 17, false, false, {{"IA", false, false, true}}}).wait();
+    first.report(KesDriver::KesAvary{3, 17, false, false, {{"IA", false, false, true}}}).wait();
     EXPECT_THAT(message(hardware->checkOutput()), testing::HasSubstr("Fault: IA - overload"));
-    second.release(LinkCall::StopWorkingMode);
+    first.release(LinkCall::StopWorkingMode);
     EXPECT_TRUE(stopping.get());
     EXPECT_TRUE(hardware->checkOutput());
 }
@@ -94,6 +95,13 @@ TEST_F(HardwareManagerTest, FailuresNameEveryDeviceAndLeaveNothingOn)
     EXPECT_EQ(message(hardware->disconnect()),
               "Error on stopping working mode.\n  KESTO-3 No. 00017 (192.168.1.1): stuck");
     EXPECT_FALSE(hardware->isOutputRunning() || first.isConnected() || second.isWorking());
+    ASSERT_TRUE(hardware->prepare());
+    second.fail(LinkCall::StartWorkingMode, "Fault: IA - overload");
+    EXPECT_EQ(message(hardware->startWorkingMode()),
+              "Error on starting working mode.\n"
+              "  KESTO-3 No. 00017 (192.168.1.1): stuck\n"
+              "  KESTO-3 No. 00017 (192.168.1.2): Fault: IA - overload");
+    EXPECT_THAT(notices.take(), testing::IsEmpty()) << "one cause, one text";
 }
 
 TEST_F(HardwareManagerTest, AFaultStopsTheOthersWhenWanted)
@@ -129,16 +137,12 @@ TEST_F(HardwareManagerTest, AFaultStopsEveryOtherDeviceBeforeItIsTold)
     };
     firstKesto->signalOperationErrorChanged.connect(look);
     hardware->signalAvary.connect(look);
+    const KesDriver::KesAvary quick{3, 17, false, true, {}};
+    const KesDriver::StepEvent impossible{99, 1us};
     const std::pair<const char*, std::function<void()>> causes[] = {
-        {"fault",
-         [&] {
-             first.report(KesDriver::KesAvary{3, 17, false, true, {}}).wait();
-         }},
+        {"fault", [&] { first.report(quick).wait(); }},
         {"loss", [&] { first.reportConnectionLost().wait(); }},
-        {"nonsense",
-         [&] {
-             first.report(KesDriver::StepEvent{99, 1us}).wait();
-         }},
+        {"nonsense", [&] { first.report(impossible).wait(); }},
         {"state",
          [&] {
              first.setState({false, false, 0.0, "hot"});
@@ -156,31 +160,6 @@ TEST_F(HardwareManagerTest, AFaultStopsEveryOtherDeviceBeforeItIsTold)
         EXPECT_FALSE(isAwaited) << "not told";
         (void)hardware->disconnect();
     }
-}
-
-TEST_F(HardwareManagerTest, AStartThatFailsNamesWhoDoesNotSwitchOffAgain)
-{
-    ASSERT_TRUE(hardware->prepare());
-    first.fail(LinkCall::StopWorkingMode, "stuck");
-    second.fail(LinkCall::StartWorkingMode, "Fault: IA - overload");
-    EXPECT_EQ(message(hardware->startWorkingMode()),
-              "Error on starting working mode.\n"
-              "  KESTO-3 No. 00017 (192.168.1.1): stuck\n"
-              "  KESTO-3 No. 00017 (192.168.1.2): Fault: IA - overload");
-    EXPECT_THAT(notices.take(), testing::IsEmpty()) << "one cause, one text";
-}
-
-TEST_F(HardwareManagerTest, OneSilentDeviceKeepsNoOtherOneWaiting)
-{
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
-    first.hold(LinkCall::StopWorkingMode);
-    std::thread stopping([&] { EXPECT_TRUE(hardware->stopWorkingMode()); });
-    EXPECT_TRUE(waitUntil([&] { return !second.isWorking(); }));
-    EXPECT_TRUE(first.waitForCall(LinkCall::StopWorkingMode));
-    EXPECT_TRUE(hardware->isBusy());
-    first.release(LinkCall::StopWorkingMode);
-    stopping.join();
 }
 
 TEST_F(HardwareManagerTest, OperationsTakeTurnsAndSlotsMayCallThem)
