@@ -100,40 +100,6 @@ TEST_F(StreamLinkEndsTest, ASequenceIsSentAndStartedBeforeTheNext)
     EXPECT_EQ(order, "steps start steps start ");
 }
 
-TEST_F(StreamLinkEndsTest, CallsOverlapAndConnectionsFollowEachOther)
-{
-    // However slow this computer is.
-    makeLink(10s);
-    std::atomic<bool> isOver{false};
-    std::atomic<int> answered{0};
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 3; ++i)
-        threads.emplace_back([&] {
-            while (!isOver) {
-                DeviceTime time{0};
-                if (link->readTime(time)) {
-                    EXPECT_EQ(time, 1ms);
-                    ++answered;
-                }
-            }
-        });
-    for (ConnectionNumber round = 1; round <= 40; ++round) {
-        start();
-        EXPECT_EQ(connection, round);
-        peer.send("!6,10,INP,1,1\n");
-        const auto enough = answered + 5;
-        const auto before = Clock::now();
-        while (answered < enough && Clock::now() - before < 10s)
-            std::this_thread::yield();
-        link->disconnect();
-    }
-    isOver = true;
-    for (auto& thread : threads)
-        thread.join();
-    for (const auto& line : receiver->getLines())
-        EXPECT_EQ(line, "input 1 closed 10");
-}
-
 // A device that is switched off and on again between two connections of a link, or behind one that stays
 
 class RestartTest : public StreamLinkTest {
