@@ -1,10 +1,7 @@
 #include "DeviceTest.h"
 
-#include <KesDriver/ConnectionError.h>
-
 #include <support/SimulatedRelay.h>
 
-#include <algorithm>
 #include <future>
 #include <thread>
 
@@ -87,63 +84,6 @@ TEST_F(SimulatedKestoTest, SpeedChangesWithoutAJumpOfTime)
     EXPECT_FALSE(device->setSpeed(1e7));
 }
 
-TEST_F(SimulatedKestoTest, ReceiverStopsBeforeTheNextEvent)
-{
-    int stopped = -1;
-    device->setSpeed(1e6);
-    const auto scope = onLine([&](const std::string& line) {
-        if (!line.starts_with("input 1 closed"))
-            return;
-        // Hours of device time.
-        std::this_thread::sleep_for(20ms);
-        stopped = link->stopOutputs() ? 1 : 0;
-    });
-    start();
-    const auto lines = run({{amperes(12.0), 124ms}, {amperes(1.0), 1s}});
-    EXPECT_EQ(stopped, 1);
-    EXPECT_EQ(lines[1], "input 1 closed 123456 in 0");
-    EXPECT_TRUE(lines[2].starts_with("finished incomplete")) << lines[2];
-}
-
-TEST_F(SimulatedKestoTest, ReportsBelongToTheSequenceGivenLast)
-{
-    // The input and the step that it brings about are reported together; the receiver gives a shorter
-    // sequence in between.
-    const auto scope = onLine([&](const std::string& line) {
-        if (line.starts_with("input")) {
-            EXPECT_TRUE(link->stopOutputs());
-            EXPECT_TRUE(link->runSequence({{amperes(1.0), 1ms}}));
-        }
-    });
-    start();
-    const InputCondition closed{2, true};
-    ASSERT_TRUE(link->runSequence({{amperes(1.0), 1h, closed}, {amperes(1.0), 1h}}));
-    ASSERT_TRUE(receiver->waitFor("step 0"));
-    device->setInput(2, true);
-    ASSERT_TRUE(receiver->waitFor("finished complete"));
-    using testing::StartsWith;
-    EXPECT_THAT(receiver->getLines(),
-                ElementsAre("step 0 0", StartsWith("input 2 closed"), StartsWith("finished incomplete"),
-                            "step 0 0", "finished complete 1000"));
-}
-
-TEST_F(SimulatedKestoTest, EveryEndIsHeardBeforeTheNextSequenceIsTaken)
-{
-    device->setSpeed(1e-3);
-    start();
-    const auto countEnds = [this] {
-        const auto lines = receiver->getLines();
-        return std::count_if(lines.begin(), lines.end(),
-                             [](const auto& line) { return line.starts_with("finished incomplete"); });
-    };
-    for (int round = 0; round < 200; ++round) {
-        const OutputSequence sequence(1 + static_cast<std::size_t>(round % 3), {amperes(1.0), 1h});
-        ASSERT_TRUE(round % 2 == 0 ? link->runSequence(sequence) : link->armSequence(sequence));
-        EXPECT_EQ(countEnds(), round);
-        ASSERT_TRUE(link->stopOutputs());
-    }
-}
-
 TEST_F(SimulatedKestoTest, FaultEndsTheOutputAndIsRepeated)
 {
     device->setFaultRepeatInterval(5ms);
@@ -179,21 +119,6 @@ TEST_F(SimulatedKestoTest, FaultEndsTheOutputAndIsRepeated)
     }
 }
 
-TEST_F(SimulatedKestoTest, NonsenseIsToldAndEndsTheConnection)
-{
-    start();
-    ASSERT_TRUE(link->setOutputs(amperes(2.0)));
-    device->setNonsense(true);
-    ASSERT_TRUE(receiver->waitFor("input 0 open"));
-    EXPECT_TRUE(link->stopOutputs());
-    EXPECT_EQ(device->getOutputs(), OutputState{});
-    OutputLimits limits;
-    const auto result = link->readLimits(limits);
-    EXPECT_EQ(message(result), "KESTO-3 No. 00017 (10.0.0.1) gives answers that make no sense.");
-    EXPECT_TRUE(isConnectionError(result));
-    EXPECT_TRUE(isSoonOff());
-}
-
 TEST_F(SimulatedKestoTest, OutputsGoOffThoughTheReceiverIsBusy)
 {
     std::promise<void> isOff;
@@ -217,7 +142,7 @@ TEST_F(SimulatedKestoTest, SlowDeviceObeysAtOnceAndAnswersLate)
     device->setAnswerDelay(50ms);
     const auto before = std::chrono::steady_clock::now();
     auto stopping = std::async(std::launch::async, [this] { return message(link->stopOutputs()); });
-    EXPECT_TRUE(soon([this] { return device->getOutputs() == OutputState{}; }));
+    EXPECT_TRUE(waitUntil([this] { return device->getOutputs() == OutputState{}; }));
     EXPECT_EQ(stopping.get(), "");
     EXPECT_GE(std::chrono::steady_clock::now() - before, 50ms);
 }

@@ -97,7 +97,8 @@ TEST_F(DeviceTest, IsServedOnlyToWhoConnectsAndLeavesNoThread)
         if (round == 1)
             device->simulateConnectionLoss();
         link.reset();
-        EXPECT_TRUE(soon([&] { return countThreads() == before; })) << countThreads() - before << " more";
+        EXPECT_TRUE(waitUntil([&] { return countThreads() == before; }))
+            << countThreads() - before << " more";
     }
     removeDevice();
     EXPECT_LT(countThreads(), before);

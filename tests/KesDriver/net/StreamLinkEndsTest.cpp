@@ -50,9 +50,7 @@ TEST_F(StreamLinkEndsTest, DisconnectEndsWhatIsUnderWay)
         for (auto& call : calls)
             EXPECT_EQ(call.get(), said(" is not connected."));
         EXPECT_LT(Clock::now() - before, soon);
-        while (!peer.hasEnded() && Clock::now() - before < 10s)
-            std::this_thread::sleep_for(1ms);
-        EXPECT_TRUE(peer.hasEnded());
+        EXPECT_TRUE(waitUntil([this] { return peer.hasEnded(); }));
     }
     EXPECT_TRUE(receiver->getLines().empty());
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../RecordingReceiver.h"
+#include "../WaitUntil.h"
 #include "ScriptedPeer.h"
 
 #include <KesDriver/ConnectionError.h>
@@ -57,13 +58,10 @@ protected:
     bool isAsked(const std::string& beginning, std::ptrdiff_t times = 1) const
     {
         const auto isIt = [&](const std::string& question) { return question.starts_with(beginning); };
-        for (int tries = 0; tries < 10000; ++tries) {
+        return waitUntil([&] {
             const auto questions = peer.getQuestions();
-            if (std::count_if(questions.begin(), questions.end(), isIt) >= times)
-                return true;
-            std::this_thread::sleep_for(1ms);
-        }
-        return false;
+            return std::count_if(questions.begin(), questions.end(), isIt) >= times;
+        });
     }
     /// Keeps the receiver busy with the first such line, when all that was sent with it has come. The test
     /// may end before the receiver does.
