@@ -2,7 +2,9 @@
 
 #include <support/SimulatedRelay.h>
 
+#include <atomic>
 #include <future>
+#include <new>
 #include <thread>
 
 using namespace KesDriver;
@@ -159,21 +161,33 @@ TEST_F(SimulatedKestoTest, ReceiverMayGoAtAnyTime)
     }
 }
 
-/// A contact that changes without end at one moment must neither hang the device nor its callers.
+/// A contact that changes without end at one moment, and may fail once.
 struct Buzzer : ISimulatedTestObject {
     void reset(DeviceTime) override {}
     void applyOutputs(const OutputState&, DeviceTime) override {}
-    std::optional<InputEvent> getNextChange() const override { return InputEvent{99, true, DeviceTime(0)}; }
+    std::optional<InputEvent> getNextChange() const override
+    {
+        if (isFailing.exchange(false))
+            throw std::bad_alloc();
+        return InputEvent{99, true, DeviceTime(0)};
+    }
     void acceptChange() override {}
+
+    mutable std::atomic<bool> isFailing{false};
 };
 
-TEST_F(SimulatedKestoTest, RestlessContactLeavesTheDeviceUsable)
+TEST_F(SimulatedKestoTest, RestlessContactLeavesTheDeviceUsableAndABrokenOneCostsTheConnection)
 {
-    ASSERT_TRUE(device->connectTestObject(std::make_shared<Buzzer>()));
+    const auto buzzer = std::make_shared<Buzzer>();
+    ASSERT_TRUE(device->connectTestObject(buzzer));
     start();
     EXPECT_TRUE(link->setOutputs(amperes(1.0)));
     EXPECT_TRUE(link->stopOutputs());
+    EXPECT_TRUE(link->setOutputs(amperes(1.0)));
     EXPECT_TRUE(receiver->getLines().empty());
+    buzzer->isFailing = true;
+    EXPECT_TRUE(receiver->waitFor("lost"));
+    EXPECT_TRUE(isSoonOff());
 }
 
 } // namespace

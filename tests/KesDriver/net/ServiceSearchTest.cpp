@@ -144,7 +144,7 @@ TEST_F(ServiceSearchTest, ADeviceWithoutAGoodAnswerIsAsAnnounced)
 TEST_F(ServiceSearchTest, AsksAFewDevicesAtATime)
 {
     for (unsigned last = 1; last <= 20; ++last)
-        serve(last, "KES,KESTO-4,00042,2.4.1;1;\"\",\"\"\n", 50ms);
+        serve(last, "KES,KESTO-4,00042,2.4.1;1;\"\",\"\"\n", 150ms);
     EXPECT_TRUE(search());
     EXPECT_EQ(found.size(), 20U);
     for (const auto& device : found)
