@@ -32,6 +32,11 @@ protected:
         configuration.signalAvary.connect([this](KesDriver::KesAvary&) { record.write("fault"); });
         configuration.signalKestoState.connect([this](Kesto*, const char* text) { record.write(text); });
     }
+    void start()
+    {
+        ASSERT_TRUE(hardware->prepare());
+        ASSERT_TRUE(hardware->startWorkingMode());
+    }
     void spin(std::chrono::microseconds longest)
     {
         const auto end =
@@ -77,8 +82,7 @@ TEST_F(StartBesideAnAttempt, IsNotCutInSilenceWhenTheAttemptFails)
     auto asking = std::async(std::launch::async, [this] { return first.askState(); });
     ASSERT_TRUE(waitFor([this] { return first.isReached(); }));
     first->setAnswerDelay(0ms);
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     ASSERT_TRUE(first.putOut(1.0));
     // What the attempt is told next makes no sense; nothing else is told.
     first->setSilent(true);
@@ -95,8 +99,7 @@ TEST_F(DeviceFaultsTest, OutputsOfSilentAndLateDevicesAreOffWithinThreeSeconds)
 {
     first.addTo(*hardware);
     second.addTo(*hardware);
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     ASSERT_TRUE(first.putOut(1.0) && second.putOut(1.0));
     const auto releaseTime = hardware->getKestos().getItems()[0]->getLimits().releaseTime;
     const auto begin = std::chrono::steady_clock::now();
@@ -127,8 +130,7 @@ TEST_F(DeviceFaultsTest, ARepeatedFaultMakesNoNewThreads)
         device->addTo(*hardware);
     hardware->setIsStopOnFault(true);
     listenTo(*hardware);
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     second->setAnswerDelay(500ms);
     third->setAnswerDelay(500ms);
     const int before = countThreads();
@@ -156,8 +158,7 @@ TEST_F(DeviceFaultsTest, AHealthyDeviceWhoseAnswerIsLateIsNotAccusedOfNonsense)
     KesDriver::OutputStep passed{{}, 1ms, KesDriver::InputCondition{1, false}}; // Open already.
     const KesDriver::OutputSequence sequence{passed, passed, {{}, 1h, {}}};
     for (int round = 0; round < 4; ++round) {
-        ASSERT_TRUE(hardware->prepare());
-        ASSERT_TRUE(hardware->startWorkingMode());
+        start();
         // The first step is being told while the call gives up.
         std::promise<void> isGivenUp;
         Kes::ScopedConnection connection =
@@ -182,8 +183,7 @@ TEST_F(DeviceFaultsTest, ADeviceThatIsOffAlreadyIsNotSaidToBeOn)
     hardware->setIsStopOnFault(true);
     listenTo(*hardware);
     for (int round = 0; round < 150; ++round) {
-        ASSERT_TRUE(hardware->prepare());
-        ASSERT_TRUE(hardware->startWorkingMode());
+        start();
         first->simulateConnectionLoss();
         spin(200us);
         second->simulateConnectionLoss();

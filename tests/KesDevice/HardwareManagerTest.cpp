@@ -23,6 +23,12 @@ protected:
         });
     }
 
+    void start()
+    {
+        ASSERT_TRUE(hardware->prepare());
+        ASSERT_TRUE(hardware->startWorkingMode());
+    }
+
     std::unique_ptr<HardwareManager> hardware = HardwareManager::create();
     FakeKesto first;
     FakeKesto second;
@@ -34,8 +40,7 @@ protected:
 
 TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
 {
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     EXPECT_TRUE(first.isWorking() && second.isWorking());
     EXPECT_TRUE(hardware->isOutputRunning() && hardware->isBusy());
     ASSERT_TRUE(hardware->stopWorkingMode());
@@ -61,8 +66,7 @@ TEST_F(HardwareManagerTest, ADeviceThatWasOffMeanwhileIsConnectedAgain)
 /// Who looks at a run that is being stopped must not find a fault.
 TEST_F(HardwareManagerTest, SwitchingOffWaitsForNoOtherDeviceAndIsNoFailure)
 {
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     first.hold(LinkCall::StopWorkingMode);
     auto stopping = std::async(std::launch::async, [this] { return hardware->stopWorkingMode(); });
     ASSERT_TRUE(waitUntil([this] { return secondKesto->getState() == DeviceState::Ready; }));
@@ -106,8 +110,7 @@ TEST_F(HardwareManagerTest, FailuresNameEveryDeviceAndLeaveNothingOn)
 
 TEST_F(HardwareManagerTest, AFaultStopsTheOthersWhenWanted)
 {
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     first.report(KesDriver::KesAvary{3, 17, false, true, {}}).wait();
     EXPECT_EQ(second.countCalls(LinkCall::StopOutputs), 0U);
     hardware->setIsStopOnFault(true);
@@ -153,8 +156,7 @@ TEST_F(HardwareManagerTest, AFaultStopsEveryOtherDeviceBeforeItIsTold)
     for (const auto& [name, fail] : causes) {
         SCOPED_TRACE(name);
         first.setState({true, false, 0.0, ""});
-        ASSERT_TRUE(hardware->prepare());
-        ASSERT_TRUE(hardware->startWorkingMode());
+        start();
         ++stops;
         isAwaited = true;
         fail();
@@ -205,8 +207,7 @@ protected:
 TEST_F(HardwareStatusTest, TellsEveryStepWhenWanted)
 {
     hardware->setIsStatusReported(true);
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     ASSERT_TRUE(hardware->disconnect());
     EXPECT_THAT(statuses.take(),
                 ElementsAre("Connecting to KESTO 192.168.1.1, 192.168.1.2", "", "Switching on the outputs",
@@ -216,8 +217,7 @@ TEST_F(HardwareStatusTest, TellsEveryStepWhenWanted)
 TEST_F(HardwareStatusTest, OtherwiseTellsDisconnectingAndWhatTakesLong)
 {
     ASSERT_TRUE(hardware->disconnect()) << "from nothing";
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     EXPECT_THAT(statuses.take(), testing::IsEmpty());
     second.hold(LinkCall::StopWorkingMode);
     auto ending = std::async(std::launch::async, [this] { return hardware->disconnect(); });
@@ -229,8 +229,7 @@ TEST_F(HardwareStatusTest, OtherwiseTellsDisconnectingAndWhatTakesLong)
 
 TEST_F(HardwareStatusTest, TellsDisconnectingWhileAnotherOperationIsStillEnding)
 {
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     second.hold(LinkCall::StopWorkingMode);
     auto stop = std::async(std::launch::async, [this] { return hardware->stopWorkingMode(); });
     ASSERT_TRUE(second.waitForCall(LinkCall::StopWorkingMode));
@@ -259,8 +258,7 @@ TEST_F(HardwareStatusTest, AReplacedConfigurationLeavesNoTextBehind)
 
 TEST_F(HardwareManagerTest, ADestroyedRunningConfigurationSwitchesOff)
 {
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     EXPECT_TRUE(HardwareIsRunningComponent::getInstance().isRunning());
     hardware.reset();
     EXPECT_FALSE(HardwareIsRunningComponent::getInstance().isRunning());

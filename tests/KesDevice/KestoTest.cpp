@@ -39,6 +39,13 @@ protected:
     }
     void write(const KesDriver::ConnectionLost&) { record.write("lost"); }
 
+    void run(std::size_t steps)
+    {
+        ASSERT_TRUE(kesto.connect());
+        ASSERT_TRUE(kesto.startWorkingMode());
+        ASSERT_TRUE(kesto.runSequence(KesDriver::OutputSequence(steps, {{}, 1h})));
+    }
+
     FakeKesto fake;
     const std::shared_ptr<Kesto> owned = Kesto::create(address(2), fake.createLink());
     Kesto& kesto = *owned;
@@ -124,8 +131,7 @@ TEST_F(KestoTest, RefusesValuesBeforeTheyAreSent)
 
 TEST_F(KestoTest, PassesPlausibleEventsOn)
 {
-    ASSERT_TRUE(kesto.connect());
-    ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}, {{}, 1ms, {}}}));
+    run(2);
     record.take();
     fake.report(KesDriver::StepEvent{0, 100us});
     fake.report(KesDriver::InputEvent{8, true, 100us, 0});
@@ -142,9 +148,7 @@ TEST_F(KestoTest, StopsAndLetsGoOfADeviceThatTalksNonsense)
                               InputEvent{1, true, 99us, {}},  InputEvent{1, true, DeviceTime::max(), {}},
                               SequenceEvent{true, -1us}};
     for (const auto& report : reports) {
-        ASSERT_TRUE(kesto.connect());
-        ASSERT_TRUE(kesto.startWorkingMode());
-        ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}, {{}, 1ms, {}}}));
+        run(2);
         fake.report(StepEvent{0, 100us}).wait();
         record.take();
         const auto stops = fake.countCalls(LinkCall::StopOutputs);
@@ -172,8 +176,7 @@ TEST_F(KestoTest, AFaultThatHasGoneStaysUntilTheDeviceIsSwitchedOff)
 
 TEST_F(KestoTest, ARefusedSequenceDoesNotMakeTheOneBeforeNonsense)
 {
-    ASSERT_TRUE(kesto.connect());
-    ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}, {{}, 1ms, {}}, {{}, 1ms, {}}}));
+    run(3);
     fake.report(KesDriver::StepEvent{0, 100us}).wait();
     fake.fail(LinkCall::RunSequence, "A sequence is running.");
     EXPECT_FALSE(kesto.runSequence({{{}, 1ms, {}}}));
@@ -184,8 +187,7 @@ TEST_F(KestoTest, ARefusedSequenceDoesNotMakeTheOneBeforeNonsense)
 
 TEST_F(KestoTest, SendsASequenceWhenTheEndOfTheOneBeforeHasBeenTold)
 {
-    ASSERT_TRUE(kesto.connect());
-    ASSERT_TRUE(kesto.runSequence({{{}, 1h, {}}}));
+    run(1);
     ASSERT_TRUE(kesto.stopOutputs());
     std::promise<void> isTelling;
     std::size_t sentMeanwhile = 0;
@@ -207,8 +209,7 @@ TEST_F(KestoTest, SendsASequenceWhenTheEndOfTheOneBeforeHasBeenTold)
 
 TEST_F(KestoTest, TellsAFaultOnceAndALossWithTheEndOfTheSequence)
 {
-    ASSERT_TRUE(kesto.connect());
-    ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}}));
+    run(1);
     fake.report(KesDriver::StepEvent{0, 100us}).wait();
     record.take();
     KesDriver::KesAvary avary{999, 999, false, false, {{"IA", false, false, true}}};
@@ -237,9 +238,7 @@ TEST_F(KestoTest, TellsAFaultOnceAndALossWithTheEndOfTheSequence)
 /// What measures would take a contact that it has not heard of for one that did not move.
 TEST_F(KestoTest, LetsGoOfADeviceWhoseEventHasNotBeenTaken)
 {
-    ASSERT_TRUE(kesto.connect());
-    ASSERT_TRUE(kesto.startWorkingMode());
-    ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}}));
+    run(1);
     kesto.signalReport.connect([](const KesDriver::Report& report) {
         if (std::holds_alternative<KesDriver::InputEvent>(report))
             throw std::bad_alloc();
