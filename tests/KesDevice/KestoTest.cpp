@@ -282,7 +282,18 @@ TEST_F(KestoTest, RefusesNonsensicalAnswersAndASlowWatchdog)
         EXPECT_EQ(message(kesto.connect()), nonsenseOf("KESTO (192.168.1.2)"));
     }
     fake.setIdentifer({5, 5});
-    KesDriver::OutputLimits limits;
+    using KesDriver::OutputLimits;
+    for (const auto field :
+         {&OutputLimits::maximumAmperes, &OutputLimits::maximumVolts, &OutputLimits::maximumHertz,
+          &OutputLimits::maximumVoltAmperes, &OutputLimits::continuousAmperes}) {
+        OutputLimits endless;
+        endless.*field = std::numeric_limits<double>::infinity();
+        fake.setLimits(endless);
+        ASSERT_TRUE(kesto.connect());
+        EXPECT_EQ(kesto.getLimits(), OutputLimits{});
+        kesto.disconnect();
+    }
+    OutputLimits limits;
     limits.releaseTime = 751ms;
     fake.setLimits(limits);
     EXPECT_EQ(message(kesto.connect()),

@@ -224,18 +224,43 @@ TEST_P(LinkContract, StopsFromInsideAReport)
     EXPECT_EQ(receiver->getLines().size(), 3U);
 }
 
-TEST_P(LinkContract, TellsFaultsAndRefusesMeanwhile)
+TEST_P(LinkContract, TellsFaultsAgainAndAgainAndRefusesMeanwhile)
 {
+    device->setFaultRepeatInterval(5ms);
     start();
-    device->simulateOverload(1);
-    ASSERT_TRUE(receiver->waitFor("fault IBl"));
-    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), said(": Fault: IB - overload"));
-    KestoState state;
-    EXPECT_EQ(message(link->readState(state)), "");
-    EXPECT_FALSE(state.isReady);
-    EXPECT_EQ(state.error, "IB - overload");
-    device->clearFaults();
-    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), "");
+    auto outputs = amperes(2.0);
+    outputs.binaryOutputs = 0b1010;
+    struct Case {
+        std::function<void()> fail;
+        std::string report, text;
+    };
+    const Case cases[] = {
+        {[this] { device->simulateOverload(1); }, "fault IBl", "IB - overload"},
+        {[this] { device->simulateOverheat(4); }, "fault UBh", "UB - overheat"},
+        {[this] { device->simulateChannelLost(2); }, "fault ICd", "IC - channel is disconnected"},
+        {[this] { device->simulateQuickShutdown(); }, "fault button", "the emergency button was pressed"}};
+    for (const auto& [fail, report, text] : cases) {
+        receiver->clear();
+        ASSERT_EQ(message(link->startWorkingMode()), "");
+        ASSERT_EQ(message(link->runSequence({{outputs, 1h}})), "");
+        EXPECT_EQ(device->getOutputs(), outputs);
+        fail();
+        ASSERT_TRUE(receiver->waitFor(report, 3));
+        EXPECT_EQ(device->getOutputs(), OutputState{});
+        const auto lines = receiver->getLines();
+        EXPECT_THAT(std::vector(lines.begin(), lines.begin() + 3),
+                    ElementsAre("step 0 0", report, testing::StartsWith("finished incomplete")));
+        EXPECT_EQ(message(link->setOutputs(amperes(1.0))), said(": Fault: " + text));
+        KestoState state;
+        EXPECT_EQ(message(link->readState(state)), "");
+        EXPECT_FALSE(state.isReady);
+        EXPECT_EQ(state.error, text);
+        EXPECT_TRUE(link->stopWorkingMode());
+        EXPECT_FALSE(link->startWorkingMode());
+        device->clearFaults();
+    }
+    device->simulateOverload(6); // there is none
+    EXPECT_TRUE(link->startWorkingMode());
 }
 
 TEST_P(LinkContract, NewSequenceHearsNothingOfTheOneBefore)

@@ -86,41 +86,6 @@ TEST_F(SimulatedKestoTest, SpeedChangesWithoutAJumpOfTime)
     EXPECT_FALSE(device->setSpeed(1e7));
 }
 
-TEST_F(SimulatedKestoTest, FaultEndsTheOutputAndIsRepeated)
-{
-    device->setFaultRepeatInterval(5ms);
-    start();
-    OutputState outputs = amperes(2.0);
-    outputs.binaryOutputs = 0b1010;
-    ASSERT_TRUE(link->runSequence({{outputs, 1h}}));
-    EXPECT_EQ(device->getOutputs(), outputs);
-    device->simulateOverload(0);
-    ASSERT_TRUE(receiver->waitFor("fault IAl", 3));
-    EXPECT_EQ(device->getOutputs(), OutputState{});
-    const auto lines = receiver->getLines();
-    EXPECT_EQ(lines[1], "fault IAl");
-    EXPECT_TRUE(lines[2].starts_with("finished incomplete")) << lines[2];
-
-    device->simulateOverload(6); // there is none
-    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), refusal("Fault: IA - overload"));
-    EXPECT_TRUE(link->stopWorkingMode());
-    EXPECT_FALSE(link->startWorkingMode());
-
-    device->clearFaults();
-    EXPECT_TRUE(link->startWorkingMode());
-    const std::pair<std::function<void()>, const char*> others[] = {
-        {[this] { device->simulateOverheat(4); }, "fault UBh"},
-        {[this] { device->simulateChannelLost(2); }, "fault ICd"},
-        {[this] { device->simulateQuickShutdown(); }, "fault button"}};
-    for (const auto& [fail, report] : others) {
-        receiver->clear();
-        fail();
-        EXPECT_TRUE(receiver->waitFor(report)) << report;
-        EXPECT_FALSE(link->startWorkingMode()) << report;
-        device->clearFaults();
-    }
-}
-
 TEST_F(SimulatedKestoTest, OutputsGoOffThoughTheReceiverIsBusy)
 {
     std::promise<void> isOff;

@@ -159,10 +159,11 @@ protected:
             return stream;
         });
         start();
-        peer.setScript([this](const std::string&) -> std::optional<std::string> {
-            reading.wait();
-            return std::nullopt;
-        });
+        peer.setScript(
+            [reading = promise.get_future().share()](const std::string&) -> std::optional<std::string> {
+                reading.wait();
+                return std::nullopt;
+            });
         ASSERT_TRUE(isAsked(":SYST:BOOT?"));
         sending = std::async(std::launch::async, [this] {
             return isConnectionError(link->runSequence(OutputSequence(1000, {{}, 1s})));
@@ -177,7 +178,6 @@ protected:
     }
 
     std::promise<void> promise;
-    std::shared_future<void> reading = promise.get_future();
     bool isReading = false;
     std::future<bool> sending;
 };
