@@ -82,9 +82,11 @@ TEST_F(KestoTest, AnOldStateDoesNotUndoTheUsersSwitch)
         fake.holdAnswer(LinkCall::ReadState);
         auto asking = std::async(std::launch::async, [this] { return kesto.updateState(); });
         ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState, calls + 1));
+        const auto supplies = fake.countCalls(LinkCall::SetAuxDC);
         EXPECT_TRUE(kesto.auxDC().set(true, 110.0));
         fake.release(LinkCall::ReadState);
         EXPECT_TRUE(asking.get());
+        EXPECT_EQ(fake.countCalls(LinkCall::SetAuxDC), supplies + 1) << "the device hears of it";
         EXPECT_TRUE(kesto.auxDC().getEnable()) << (isConnected ? "asked" : "connected");
     }
 }
