@@ -6,7 +6,7 @@
 
 #include <libxml/tree.h>
 
-#include <chrono>
+#include <ctime>
 #include <sys/stat.h>
 
 namespace {
@@ -142,10 +142,10 @@ TEST(BoundedXmlReaderTest, HostileTextsTakeAMoment)
           "<r" + numbered(60, " xmlns:n", "='u'") + ">" + repeated(90000, "<n0:a/>") + "</r>",
           "<r>" + repeated(1000000, "<a/>") + "</r>", "<!--" + std::string(4000000, '-'),
           "<r>" + repeated(800000, "&lt;") + "</r>"}) {
-        const auto start = std::chrono::steady_clock::now();
+        // Of this processor, however busy it is.
+        const auto start = std::clock();
         (void)BoundedXmlReader().read(text);
-        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-        EXPECT_LT(taken.count(), 1.0) << text.substr(0, 40);
+        EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC) << text.substr(0, 40);
     }
 }
 

@@ -11,7 +11,9 @@
 #include <future>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
+#include <tuple>
 
 using KesTest::ServingQueue;
 
@@ -74,26 +76,8 @@ TEST(SignalThreads, aSignalAndItsReceiverMayDieAtOnce)
     }
 }
 
-TEST(SignalThreads, disconnectReturnsOnlyWhenTheSlotHasEnded)
-{
-    Kes::Signal<void()> signal;
-    std::promise<void> entered;
-    std::promise<void> leave;
-    std::atomic<bool> ended{false};
-    auto connection = signal.connect([&] {
-        entered.set_value();
-        leave.get_future().wait();
-        ended = true;
-    });
-    std::jthread emitter([&] { signal.emit(); });
-    entered.get_future().wait();
-    std::jthread releaser([&] { leave.set_value(); });
-    connection.disconnect();
-    EXPECT_TRUE(ended);
-}
-
 /// A slot that lets go of the gate in its middle, until the serving thread tells it in a wait to go on.
-class PausingSlot : public testing::TestWithParam<const char*> {
+class PausingSlot : public testing::TestWithParam<std::tuple<std::string, bool>> {
 protected:
     PausingSlot()
     {
@@ -141,38 +125,19 @@ private:
 };
 
 INSTANTIATE_TEST_SUITE_P(Cut, PausingSlot,
-                         testing::Values("Disconnecting", "Clearing", "OfAScopedConnection", "OfATrackable"),
-                         [](const auto& parameter) { return std::string(parameter.param); });
+                         testing::Combine(testing::Values("Disconnecting", "Clearing", "OfAScopedConnection",
+                                                          "OfATrackable"),
+                                          testing::Bool()));
 
-TEST_P(PausingSlot, hasEndedWhenTheCutReturns)
+TEST_P(PausingSlot, hasEndedWhenTheCutReturnsAlsoUnderTheGate)
 {
-    cut(GetParam());
-    EXPECT_TRUE(hasEnded);
-    EXPECT_TRUE(signal.empty());
-}
-
-TEST_P(PausingSlot, hasEndedWhenACutUnderTheGateReturns)
-{
-    const Kes::SignalGate::Guard gate;
-    cut(GetParam());
-    EXPECT_TRUE(hasEnded && Kes::SignalGate::isHeldByThisThread());
-}
-
-TEST(SignalThreads, aCutOnTheServingThreadGoesOnServing)
-{
-    ServingQueue queue;
-    Kes::Signal<void()> signal;
-    std::promise<void> entered;
-    bool answered = false;
-    auto connection = signal.connect([&] {
-        const Kes::SignalGate::Release release;
-        entered.set_value();
-        queue.wait([&] { answered = true; });
-    });
-    std::jthread emitter([&] { signal.emit(); });
-    entered.get_future().wait();
-    connection.disconnect();
-    EXPECT_TRUE(answered);
+    const auto [how, isUnderTheGate] = GetParam();
+    std::optional<Kes::SignalGate::Guard> gate;
+    if (isUnderTheGate)
+        gate.emplace();
+    cut(how);
+    EXPECT_TRUE(hasEnded && signal.empty());
+    EXPECT_EQ(Kes::SignalGate::isHeldByThisThread(), isUnderTheGate);
 }
 
 TEST(SignalThreads, aCutDoesNotWaitForAThreadThatWaitsForIt)

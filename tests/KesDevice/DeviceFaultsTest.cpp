@@ -32,6 +32,11 @@ protected:
         configuration.signalAvary.connect([this](KesDriver::KesAvary&) { record.write("fault"); });
         configuration.signalKestoState.connect([this](Kesto*, const char* text) { record.write(text); });
     }
+    void start()
+    {
+        ASSERT_TRUE(hardware->prepare());
+        ASSERT_TRUE(hardware->startWorkingMode());
+    }
     void spin(std::chrono::microseconds longest)
     {
         const auto end =
@@ -47,62 +52,11 @@ protected:
     std::unique_ptr<HardwareManager> hardware = HardwareManager::create();
 };
 
-// A fault while another device is still being switched on
-
-class FaultDuringStart : public DeviceFaultsTest {
-protected:
-    /// The fault comes when the first device is on and the second has not answered yet.
-    void startWith(const std::function<void()>& fail)
-    {
-        first.addTo(*hardware);
-        second.addTo(*hardware);
-        ASSERT_TRUE(hardware->prepare());
-        second->setAnswerDelay(150ms);
-        auto starting = std::async(std::launch::async, [this] { return hardware->startWorkingMode(); });
-        ASSERT_TRUE(waitFor([this] { return first.countSwitchedOn() == 1; }));
-        fail();
-        EXPECT_THAT(message(starting.get()), HasSubstr("Error on starting working mode"));
-        EXPECT_FALSE(hardware->isOutputRunning());
-    }
-};
-
-TEST_F(FaultDuringStart, ALostDeviceLetsTheStartFail)
-{
-    startWith([this] { first->simulateConnectionLoss(); });
-}
-
-TEST_F(FaultDuringStart, AnOverloadLetsTheStartFail)
-{
-    startWith([this] { first->simulateOverload(0); });
-}
-
 // A start beside another attempt to connect
 
-class StartBesideAnAttempt : public DeviceFaultsTest {
-protected:
-    /// With the other attempt under way, whose every step takes a while.
-    void expectWholeConnection(HardwareManager& configuration)
-    {
-        ASSERT_TRUE(waitFor([this] { return first.isReached(); }));
-        ASSERT_TRUE(configuration.prepare());
-        EXPECT_EQ(first.getName(), "KESTO-3 No. 00001 (10.0.7.1)");
-        ASSERT_TRUE(configuration.startWorkingMode());
-        EXPECT_TRUE(first.isSupplyOn()) << "the outputs are on before it";
-    }
-};
+using StartBesideAnAttempt = DeviceFaultsTest;
 
-TEST_F(StartBesideAnAttempt, UsesAWholeConnectionBesideAnotherThread)
-{
-    first.addTo(*hardware);
-    first.setSupply(110.0);
-    first->setAnswerDelay(50ms);
-    auto asking = std::async(std::launch::async, [this] { return first.askState(); });
-    expectWholeConnection(*hardware);
-    EXPECT_TRUE(asking.get());
-    EXPECT_TRUE(first.isSupplyOn()) << "at last";
-}
-
-TEST_F(StartBesideAnAttempt, UsesAWholeConnectionBesideTheStateUpdater)
+TEST_F(StartBesideAnAttempt, UsesAWholeConnection)
 {
     first.addTo(*hardware);
     first.setSupply(110.0);
@@ -111,9 +65,13 @@ TEST_F(StartBesideAnAttempt, UsesAWholeConnectionBesideTheStateUpdater)
     HardwareControl::setGlobalInstance(std::move(hardware), true);
     auto& updater = KestoStateGlobalUpdater::getInstance();
     updater.setUpdating(true);
-    expectWholeConnection(*HardwareControl::getInstance());
+    // With the other attempt under way, whose every step takes a while.
+    ASSERT_TRUE(waitFor([this] { return first.isReached(); }));
+    ASSERT_TRUE(HardwareControl::getInstance()->prepare());
+    EXPECT_EQ(first.getName(), "KESTO-3 No. 00001 (10.0.7.1)");
+    ASSERT_TRUE(HardwareControl::getInstance()->startWorkingMode());
+    EXPECT_TRUE(first.isSupplyOn()) << "the outputs are on before it";
     updater.setUpdating(false);
-    EXPECT_TRUE(first.isSupplyOn()) << "at last";
 }
 
 TEST_F(StartBesideAnAttempt, IsNotCutInSilenceWhenTheAttemptFails)
@@ -124,8 +82,7 @@ TEST_F(StartBesideAnAttempt, IsNotCutInSilenceWhenTheAttemptFails)
     auto asking = std::async(std::launch::async, [this] { return first.askState(); });
     ASSERT_TRUE(waitFor([this] { return first.isReached(); }));
     first->setAnswerDelay(0ms);
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     ASSERT_TRUE(first.putOut(1.0));
     // What the attempt is told next makes no sense; nothing else is told.
     first->setSilent(true);
@@ -142,8 +99,7 @@ TEST_F(DeviceFaultsTest, OutputsOfSilentAndLateDevicesAreOffWithinThreeSeconds)
 {
     first.addTo(*hardware);
     second.addTo(*hardware);
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     ASSERT_TRUE(first.putOut(1.0) && second.putOut(1.0));
     const auto releaseTime = hardware->getKestos().getItems()[0]->getLimits().releaseTime;
     const auto begin = std::chrono::steady_clock::now();
@@ -156,28 +112,6 @@ TEST_F(DeviceFaultsTest, OutputsOfSilentAndLateDevicesAreOffWithinThreeSeconds)
 }
 
 // Signals and threads
-
-TEST_F(DeviceFaultsTest, DisconnectingWaitsForASlotThatIsInsideAnOperation)
-{
-    first.addTo(*hardware);
-    second.addTo(*hardware);
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
-    first->setAnswerDelay(200ms);
-    std::atomic<bool> isInside{false};
-    std::atomic<bool> hasReturned{false};
-    Kes::Signal<void()> signal;
-    auto connection = signal.connect([&] {
-        isInside = true;
-        EXPECT_TRUE(hardware->stopWorkingMode());
-        hasReturned = true;
-    });
-    auto emitting = std::async(std::launch::async, [&] { signal.emit(); });
-    ASSERT_TRUE(waitFor([&] { return isInside.load(); }));
-    connection.disconnect();
-    EXPECT_TRUE(hasReturned);
-    emitting.get();
-}
 
 TEST_F(DeviceFaultsTest, AThrowingSlotLeavesNoOutputsOnBehindItsException)
 {
@@ -196,8 +130,7 @@ TEST_F(DeviceFaultsTest, ARepeatedFaultMakesNoNewThreads)
         device->addTo(*hardware);
     hardware->setIsStopOnFault(true);
     listenTo(*hardware);
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     second->setAnswerDelay(500ms);
     third->setAnswerDelay(500ms);
     const int before = countThreads();
@@ -224,9 +157,8 @@ TEST_F(DeviceFaultsTest, AHealthyDeviceWhoseAnswerIsLateIsNotAccusedOfNonsense)
     first->setTimeout(150ms);
     KesDriver::OutputStep passed{{}, 1ms, KesDriver::InputCondition{1, false}}; // Open already.
     const KesDriver::OutputSequence sequence{passed, passed, {{}, 1h, {}}};
-    for (int round = 0; round < 10; ++round) {
-        ASSERT_TRUE(hardware->prepare());
-        ASSERT_TRUE(hardware->startWorkingMode());
+    for (int round = 0; round < 4; ++round) {
+        start();
         // The first step is being told while the call gives up.
         std::promise<void> isGivenUp;
         Kes::ScopedConnection connection =
@@ -250,9 +182,8 @@ TEST_F(DeviceFaultsTest, ADeviceThatIsOffAlreadyIsNotSaidToBeOn)
     second.addTo(*hardware);
     hardware->setIsStopOnFault(true);
     listenTo(*hardware);
-    for (int round = 0; round < 300; ++round) {
-        ASSERT_TRUE(hardware->prepare());
-        ASSERT_TRUE(hardware->startWorkingMode());
+    for (int round = 0; round < 150; ++round) {
+        start();
         first->simulateConnectionLoss();
         spin(200us);
         second->simulateConnectionLoss();

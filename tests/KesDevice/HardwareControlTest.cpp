@@ -18,6 +18,15 @@ namespace {
 
 class HardwareControlTest : public testing::Test {
 protected:
+    /// A configuration with the fake's device becomes the global one.
+    static Kesto* use(FakeKesto& fake)
+    {
+        auto hardware = HardwareManager::create();
+        auto* kesto = add(*hardware, fake, 4);
+        HardwareControl::setGlobalInstance(std::move(hardware), true);
+        return kesto;
+    }
+
     TemporaryHome home;
     DefaultHardware defaultHardware;
 };
@@ -46,9 +55,7 @@ TEST_F(HardwareControlTest, ReplacementFreesTheDevicesAndTellsEveryone)
 TEST_F(HardwareControlTest, ReplacementWaitsForNothingAndEndsAnOperation)
 {
     FakeKesto fake;
-    auto busy = HardwareManager::create();
-    add(*busy, fake, 4);
-    HardwareControl::setGlobalInstance(std::move(busy), true);
+    use(fake);
     auto hardware = HardwareControl::share();
     fake.hold(LinkCall::Identify);
     std::thread preparing(
@@ -153,9 +160,7 @@ TEST_F(HardwareControlTest, UpdaterFollowsTheCurrentConfiguration)
     updater.setInterval(1ms);
 
     FakeKesto fake;
-    auto hardware = HardwareManager::create();
-    add(*hardware, fake, 5);
-    HardwareControl::setGlobalInstance(std::move(hardware), true);
+    use(fake);
     updater.setUpdating(true);
     ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState, 3));
 
@@ -184,9 +189,7 @@ TEST_F(HardwareControlTest, SwitchingTheUpdaterOffWaitsForTheUpdate)
 {
     auto& updater = KestoStateGlobalUpdater::getInstance();
     FakeKesto fake;
-    auto hardware = HardwareManager::create();
-    auto* kesto = add(*hardware, fake, 6);
-    HardwareControl::setGlobalInstance(std::move(hardware), true);
+    auto* kesto = use(fake);
     fake.hold(LinkCall::ReadState);
     updater.setUpdating(true);
     ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState));

@@ -23,6 +23,12 @@ protected:
         });
     }
 
+    void start()
+    {
+        ASSERT_TRUE(hardware->prepare());
+        ASSERT_TRUE(hardware->startWorkingMode());
+    }
+
     std::unique_ptr<HardwareManager> hardware = HardwareManager::create();
     FakeKesto first;
     FakeKesto second;
@@ -34,8 +40,7 @@ protected:
 
 TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
 {
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     EXPECT_TRUE(first.isWorking() && second.isWorking());
     EXPECT_TRUE(hardware->isOutputRunning() && hardware->isBusy());
     ASSERT_TRUE(hardware->stopWorkingMode());
@@ -59,17 +64,17 @@ TEST_F(HardwareManagerTest, ADeviceThatWasOffMeanwhileIsConnectedAgain)
 }
 
 /// Who looks at a run that is being stopped must not find a fault.
-TEST_F(HardwareManagerTest, SwitchingOffIsNoFailureOfTheOutput)
+TEST_F(HardwareManagerTest, SwitchingOffWaitsForNoOtherDeviceAndIsNoFailure)
 {
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
-    second.hold(LinkCall::StopWorkingMode);
+    start();
+    first.hold(LinkCall::StopWorkingMode);
     auto stopping = std::async(std::launch::async, [this] { return hardware->stopWorkingMode(); });
-    ASSERT_TRUE(waitUntil([this] { return firstKesto->getState() == DeviceState::Ready; }));
+    ASSERT_TRUE(waitUntil([this] { return secondKesto->getState() == DeviceState::Ready; }));
+    EXPECT_TRUE(hardware->isBusy());
     EXPECT_EQ(message(hardware->checkOutput()), "");
-    second.report(KesDriver::KesAvary{3, 17, false, false, {{"IA", false, false, true}}}).wait();
+    first.report(KesDriver::KesAvary{3, 17, false, false, {{"IA", false, false, true}}}).wait();
     EXPECT_THAT(message(hardware->checkOutput()), testing::HasSubstr("Fault: IA - overload"));
-    second.release(LinkCall::StopWorkingMode);
+    first.release(LinkCall::StopWorkingMode);
     EXPECT_TRUE(stopping.get());
     EXPECT_TRUE(hardware->checkOutput());
 }
@@ -94,24 +99,31 @@ TEST_F(HardwareManagerTest, FailuresNameEveryDeviceAndLeaveNothingOn)
     EXPECT_EQ(message(hardware->disconnect()),
               "Error on stopping working mode.\n  KESTO-3 No. 00017 (192.168.1.1): stuck");
     EXPECT_FALSE(hardware->isOutputRunning() || first.isConnected() || second.isWorking());
+    ASSERT_TRUE(hardware->prepare());
+    second.fail(LinkCall::StartWorkingMode, "Fault: IA - overload");
+    EXPECT_EQ(message(hardware->startWorkingMode()),
+              "Error on starting working mode.\n"
+              "  KESTO-3 No. 00017 (192.168.1.1): stuck\n"
+              "  KESTO-3 No. 00017 (192.168.1.2): Fault: IA - overload");
+    EXPECT_THAT(notices.take(), testing::IsEmpty()) << "one cause, one text";
 }
 
 TEST_F(HardwareManagerTest, AFaultStopsTheOthersWhenWanted)
 {
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     first.report(KesDriver::KesAvary{3, 17, false, true, {}}).wait();
     EXPECT_EQ(second.countCalls(LinkCall::StopOutputs), 0U);
     hardware->setIsStopOnFault(true);
     second.fail(LinkCall::StopOutputs, "stuck");
     first.reportConnectionLost().wait();
-    const std::string disobedience =
-        "second: KESTO-3 No. 00017 (192.168.1.2) does not obey, and was disconnected.";
-    EXPECT_TRUE(waitUntil([&] { return notices.has(disobedience); }));
+    const std::string disobedience = "KESTO-3 No. 00017 (192.168.1.2) does not obey, and was disconnected.";
+    EXPECT_TRUE(waitUntil([&] { return notices.has("second: " + disobedience); }));
+    EXPECT_EQ(secondKesto->getOperationError(), disobedience);
+    EXPECT_FALSE(second.isConnected());
     EXPECT_EQ(second.countCalls(LinkCall::StopOutputs), 1U);
     EXPECT_TRUE(hardware->isOutputRunning()) << "until it is stopped";
     EXPECT_TRUE(hardware->stopWorkingMode()) << "a lost device has switched off by itself";
-    EXPECT_THAT(notices.take(), ElementsAre(disobedience));
+    EXPECT_THAT(notices.take(), ElementsAre("second: " + disobedience));
 }
 
 TEST_F(HardwareManagerTest, AFaultStopsEveryOtherDeviceBeforeItIsTold)
@@ -129,16 +141,12 @@ TEST_F(HardwareManagerTest, AFaultStopsEveryOtherDeviceBeforeItIsTold)
     };
     firstKesto->signalOperationErrorChanged.connect(look);
     hardware->signalAvary.connect(look);
+    const KesDriver::KesAvary quick{3, 17, false, true, {}};
+    const KesDriver::StepEvent impossible{99, 1us};
     const std::pair<const char*, std::function<void()>> causes[] = {
-        {"fault",
-         [&] {
-             first.report(KesDriver::KesAvary{3, 17, false, true, {}}).wait();
-         }},
+        {"fault", [&] { first.report(quick).wait(); }},
         {"loss", [&] { first.reportConnectionLost().wait(); }},
-        {"nonsense",
-         [&] {
-             first.report(KesDriver::StepEvent{99, 1us}).wait();
-         }},
+        {"nonsense", [&] { first.report(impossible).wait(); }},
         {"state",
          [&] {
              first.setState({false, false, 0.0, "hot"});
@@ -148,39 +156,13 @@ TEST_F(HardwareManagerTest, AFaultStopsEveryOtherDeviceBeforeItIsTold)
     for (const auto& [name, fail] : causes) {
         SCOPED_TRACE(name);
         first.setState({true, false, 0.0, ""});
-        ASSERT_TRUE(hardware->prepare());
-        ASSERT_TRUE(hardware->startWorkingMode());
+        start();
         ++stops;
         isAwaited = true;
         fail();
         EXPECT_FALSE(isAwaited) << "not told";
         (void)hardware->disconnect();
     }
-}
-
-TEST_F(HardwareManagerTest, AStartThatFailsNamesWhoDoesNotSwitchOffAgain)
-{
-    ASSERT_TRUE(hardware->prepare());
-    first.fail(LinkCall::StopWorkingMode, "stuck");
-    second.fail(LinkCall::StartWorkingMode, "Fault: IA - overload");
-    EXPECT_EQ(message(hardware->startWorkingMode()),
-              "Error on starting working mode.\n"
-              "  KESTO-3 No. 00017 (192.168.1.1): stuck\n"
-              "  KESTO-3 No. 00017 (192.168.1.2): Fault: IA - overload");
-    EXPECT_THAT(notices.take(), testing::IsEmpty()) << "one cause, one text";
-}
-
-TEST_F(HardwareManagerTest, OneSilentDeviceKeepsNoOtherOneWaiting)
-{
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
-    first.hold(LinkCall::StopWorkingMode);
-    std::thread stopping([&] { EXPECT_TRUE(hardware->stopWorkingMode()); });
-    EXPECT_TRUE(waitUntil([&] { return !second.isWorking(); }));
-    EXPECT_TRUE(first.waitForCall(LinkCall::StopWorkingMode));
-    EXPECT_TRUE(hardware->isBusy());
-    first.release(LinkCall::StopWorkingMode);
-    stopping.join();
 }
 
 TEST_F(HardwareManagerTest, OperationsTakeTurnsAndSlotsMayCallThem)
@@ -225,8 +207,7 @@ protected:
 TEST_F(HardwareStatusTest, TellsEveryStepWhenWanted)
 {
     hardware->setIsStatusReported(true);
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     ASSERT_TRUE(hardware->disconnect());
     EXPECT_THAT(statuses.take(),
                 ElementsAre("Connecting to KESTO 192.168.1.1, 192.168.1.2", "", "Switching on the outputs",
@@ -236,8 +217,7 @@ TEST_F(HardwareStatusTest, TellsEveryStepWhenWanted)
 TEST_F(HardwareStatusTest, OtherwiseTellsDisconnectingAndWhatTakesLong)
 {
     ASSERT_TRUE(hardware->disconnect()) << "from nothing";
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     EXPECT_THAT(statuses.take(), testing::IsEmpty());
     second.hold(LinkCall::StopWorkingMode);
     auto ending = std::async(std::launch::async, [this] { return hardware->disconnect(); });
@@ -249,8 +229,7 @@ TEST_F(HardwareStatusTest, OtherwiseTellsDisconnectingAndWhatTakesLong)
 
 TEST_F(HardwareStatusTest, TellsDisconnectingWhileAnotherOperationIsStillEnding)
 {
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     second.hold(LinkCall::StopWorkingMode);
     auto stop = std::async(std::launch::async, [this] { return hardware->stopWorkingMode(); });
     ASSERT_TRUE(second.waitForCall(LinkCall::StopWorkingMode));
@@ -279,36 +258,11 @@ TEST_F(HardwareStatusTest, AReplacedConfigurationLeavesNoTextBehind)
 
 TEST_F(HardwareManagerTest, ADestroyedRunningConfigurationSwitchesOff)
 {
-    ASSERT_TRUE(hardware->prepare());
-    ASSERT_TRUE(hardware->startWorkingMode());
+    start();
     EXPECT_TRUE(HardwareIsRunningComponent::getInstance().isRunning());
     hardware.reset();
     EXPECT_FALSE(HardwareIsRunningComponent::getInstance().isRunning());
     EXPECT_FALSE(first.isWorking() || second.isConnected());
-}
-
-TEST_F(HardwareManagerTest, DevicesComeAndGoWhileOthersWorkWithThem)
-{
-    std::atomic<bool> isOver{false};
-    std::thread asking([&] {
-        while (!isOver) {
-            (void)hardware->prepare();
-            for (const auto& kesto : hardware->getKestos().lease())
-                (void)kesto->updateState();
-        }
-    });
-    FakeKesto guest;
-    for (int round = 0; round < 300; ++round) {
-        auto* kesto = add(*hardware, guest, 7);
-        ASSERT_TRUE(kesto);
-        (void)kesto->connect();
-        guest.report(KesDriver::KesAvary{3, 17, false, true, {}});
-        ASSERT_TRUE(hardware->getKestos().remove(kesto));
-        EXPECT_TRUE(waitUntil([&] { return !guest.isConnected(); })) << "an attempt under way may end first";
-    }
-    isOver = true;
-    asking.join();
-    EXPECT_EQ(hardware->getKestos().size(), 2U);
 }
 
 } // namespace

@@ -39,6 +39,13 @@ protected:
     }
     void write(const KesDriver::ConnectionLost&) { record.write("lost"); }
 
+    void run(std::size_t steps)
+    {
+        ASSERT_TRUE(kesto.connect());
+        ASSERT_TRUE(kesto.startWorkingMode());
+        ASSERT_TRUE(kesto.runSequence(KesDriver::OutputSequence(steps, {{}, 1h})));
+    }
+
     FakeKesto fake;
     const std::shared_ptr<Kesto> owned = Kesto::create(address(2), fake.createLink());
     Kesto& kesto = *owned;
@@ -75,9 +82,11 @@ TEST_F(KestoTest, AnOldStateDoesNotUndoTheUsersSwitch)
         fake.holdAnswer(LinkCall::ReadState);
         auto asking = std::async(std::launch::async, [this] { return kesto.updateState(); });
         ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState, calls + 1));
+        const auto supplies = fake.countCalls(LinkCall::SetAuxDC);
         EXPECT_TRUE(kesto.auxDC().set(true, 110.0));
         fake.release(LinkCall::ReadState);
         EXPECT_TRUE(asking.get());
+        EXPECT_EQ(fake.countCalls(LinkCall::SetAuxDC), supplies + 1) << "the device hears of it";
         EXPECT_TRUE(kesto.auxDC().getEnable()) << (isConnected ? "asked" : "connected");
     }
 }
@@ -108,20 +117,6 @@ TEST_F(KestoTest, EveryStepOfConnectingMayFail)
     EXPECT_TRUE(kesto.connect());
 }
 
-TEST_F(KestoTest, DisconnectingDuringAnAttemptHasTheLastWord)
-{
-    fake.hold(LinkCall::Identify);
-    Kes::Result result = true;
-    std::thread connecting([&] { result = kesto.connect(); });
-    ASSERT_TRUE(fake.waitForCall(LinkCall::Identify));
-    kesto.disconnect();
-    connecting.join();
-    fake.release(LinkCall::Identify);
-    EXPECT_EQ(message(result), "KESTO (192.168.1.2) has been disconnected.");
-    EXPECT_FALSE(kesto.isConnected());
-    EXPECT_FALSE(kesto.getOperationError()) << "what was found out before is history";
-}
-
 TEST_F(KestoTest, RefusesValuesBeforeTheyAreSent)
 {
     ASSERT_TRUE(kesto.connect());
@@ -138,8 +133,7 @@ TEST_F(KestoTest, RefusesValuesBeforeTheyAreSent)
 
 TEST_F(KestoTest, PassesPlausibleEventsOn)
 {
-    ASSERT_TRUE(kesto.connect());
-    ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}, {{}, 1ms, {}}}));
+    run(2);
     record.take();
     fake.report(KesDriver::StepEvent{0, 100us});
     fake.report(KesDriver::InputEvent{8, true, 100us, 0});
@@ -156,9 +150,7 @@ TEST_F(KestoTest, StopsAndLetsGoOfADeviceThatTalksNonsense)
                               InputEvent{1, true, 99us, {}},  InputEvent{1, true, DeviceTime::max(), {}},
                               SequenceEvent{true, -1us}};
     for (const auto& report : reports) {
-        ASSERT_TRUE(kesto.connect());
-        ASSERT_TRUE(kesto.startWorkingMode());
-        ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}, {{}, 1ms, {}}}));
+        run(2);
         fake.report(StepEvent{0, 100us}).wait();
         record.take();
         const auto stops = fake.countCalls(LinkCall::StopOutputs);
@@ -170,23 +162,6 @@ TEST_F(KestoTest, StopsAndLetsGoOfADeviceThatTalksNonsense)
         EXPECT_THAT(record.take(), ElementsAre("state [" + nonsense + "]", "notice " + nonsense,
                                                testing::StartsWith("incomplete at ")));
     }
-}
-
-TEST_F(KestoTest, TellsOnceThatItsOutputsCouldNotBeStopped)
-{
-    ASSERT_TRUE(kesto.connect());
-    record.take();
-    fake.fail(LinkCall::StopOutputs, "stuck");
-    EXPECT_EQ(message(kesto.stopOutputs()), "stuck");
-    const std::string disobedience = "KESTO-3 No. 00017 (192.168.1.2) does not obey, and was disconnected.";
-    EXPECT_THAT(record.take(), ElementsAre("state [" + disobedience + "]", "notice " + disobedience));
-    EXPECT_FALSE(fake.isConnected());
-    ASSERT_TRUE(kesto.connect());
-    record.take();
-    fake.fail(LinkCall::StopWorkingMode, "stuck");
-    EXPECT_EQ(message(kesto.stopWorkingMode()), "stuck");
-    EXPECT_THAT(record.take(), ElementsAre("state [" + disobedience + "]")) << "the result tells it";
-    EXPECT_FALSE(fake.isConnected());
 }
 
 TEST_F(KestoTest, AFaultThatHasGoneStaysUntilTheDeviceIsSwitchedOff)
@@ -203,8 +178,7 @@ TEST_F(KestoTest, AFaultThatHasGoneStaysUntilTheDeviceIsSwitchedOff)
 
 TEST_F(KestoTest, ARefusedSequenceDoesNotMakeTheOneBeforeNonsense)
 {
-    ASSERT_TRUE(kesto.connect());
-    ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}, {{}, 1ms, {}}, {{}, 1ms, {}}}));
+    run(3);
     fake.report(KesDriver::StepEvent{0, 100us}).wait();
     fake.fail(LinkCall::RunSequence, "A sequence is running.");
     EXPECT_FALSE(kesto.runSequence({{{}, 1ms, {}}}));
@@ -215,8 +189,7 @@ TEST_F(KestoTest, ARefusedSequenceDoesNotMakeTheOneBeforeNonsense)
 
 TEST_F(KestoTest, SendsASequenceWhenTheEndOfTheOneBeforeHasBeenTold)
 {
-    ASSERT_TRUE(kesto.connect());
-    ASSERT_TRUE(kesto.runSequence({{{}, 1h, {}}}));
+    run(1);
     ASSERT_TRUE(kesto.stopOutputs());
     std::promise<void> isTelling;
     std::size_t sentMeanwhile = 0;
@@ -238,8 +211,7 @@ TEST_F(KestoTest, SendsASequenceWhenTheEndOfTheOneBeforeHasBeenTold)
 
 TEST_F(KestoTest, TellsAFaultOnceAndALossWithTheEndOfTheSequence)
 {
-    ASSERT_TRUE(kesto.connect());
-    ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}}));
+    run(1);
     fake.report(KesDriver::StepEvent{0, 100us}).wait();
     record.take();
     KesDriver::KesAvary avary{999, 999, false, false, {{"IA", false, false, true}}};
@@ -268,9 +240,7 @@ TEST_F(KestoTest, TellsAFaultOnceAndALossWithTheEndOfTheSequence)
 /// What measures would take a contact that it has not heard of for one that did not move.
 TEST_F(KestoTest, LetsGoOfADeviceWhoseEventHasNotBeenTaken)
 {
-    ASSERT_TRUE(kesto.connect());
-    ASSERT_TRUE(kesto.startWorkingMode());
-    ASSERT_TRUE(kesto.runSequence({{{}, 1ms, {}}}));
+    run(1);
     kesto.signalReport.connect([](const KesDriver::Report& report) {
         if (std::holds_alternative<KesDriver::InputEvent>(report))
             throw std::bad_alloc();
@@ -305,7 +275,7 @@ TEST_F(KestoTest, BelievesTheLatestOfStateAndFaultWhileItConnects)
     EXPECT_EQ(record.count("avary 17 IA - overload"), 1U);
 }
 
-TEST_F(KestoTest, RefusesNonsensicalAnswers)
+TEST_F(KestoTest, RefusesNonsensicalAnswersAndASlowWatchdog)
 {
     for (const auto& identifer :
          {KesDriver::KestoIdentifer(0, 5), KesDriver::KestoIdentifer(5, 0),
@@ -314,25 +284,30 @@ TEST_F(KestoTest, RefusesNonsensicalAnswers)
         EXPECT_EQ(message(kesto.connect()), nonsenseOf("KESTO (192.168.1.2)"));
     }
     fake.setIdentifer({5, 5});
+    using KesDriver::OutputLimits;
+    for (const auto field :
+         {&OutputLimits::maximumAmperes, &OutputLimits::maximumVolts, &OutputLimits::maximumHertz,
+          &OutputLimits::maximumVoltAmperes, &OutputLimits::continuousAmperes}) {
+        OutputLimits endless;
+        endless.*field = std::numeric_limits<double>::infinity();
+        fake.setLimits(endless);
+        ASSERT_TRUE(kesto.connect());
+        EXPECT_EQ(kesto.getLimits(), OutputLimits{});
+        kesto.disconnect();
+    }
+    OutputLimits limits;
+    limits.releaseTime = 751ms;
+    fake.setLimits(limits);
+    EXPECT_EQ(message(kesto.connect()),
+              "KESTO-5 No. 00005 (192.168.1.2) leaves its outputs on for 751 ms when it has lost its "
+              "controller; no more than 750 ms is safe.");
+    EXPECT_FALSE(fake.isConnected());
+    limits.releaseTime = 750ms;
+    fake.setLimits(limits);
     ASSERT_TRUE(kesto.connect());
     fake.setState({true, true, std::numeric_limits<double>::quiet_NaN(), ""});
     EXPECT_FALSE(kesto.updateState());
     EXPECT_EQ(kesto.getOperationError(), nonsenseOf("KESTO-5 No. 00005 (192.168.1.2)"));
-}
-
-TEST_F(KestoTest, RefusesADeviceWhoseWatchdogIsTooSlow)
-{
-    KesDriver::OutputLimits limits;
-    limits.releaseTime = 750ms;
-    fake.setLimits(limits);
-    EXPECT_TRUE(kesto.connect());
-    kesto.disconnect();
-    limits.releaseTime = 751ms;
-    fake.setLimits(limits);
-    EXPECT_EQ(message(kesto.connect()),
-              "KESTO-3 No. 00017 (192.168.1.2) leaves its outputs on for 751 ms when it has lost its "
-              "controller; no more than 750 ms is safe.");
-    EXPECT_FALSE(fake.isConnected());
 }
 
 TEST(KestoLifeTime, MayDieInsideItsOwnSignalAndWhileItsDeviceTalks)

@@ -91,26 +91,17 @@ private:
     }
     void operate(Dice& dice)
     {
-        const auto hardware = HardwareControl::share();
-        switch (dice.roll(8)) {
-        case 0:
-            _bench->hear(hardware->prepare());
-            break;
-        case 1:
-            _bench->hear(hardware->startWorkingMode());
-            break;
-        case 2:
-            _bench->hear(hardware->stopWorkingMode());
-            break;
-        case 3:
-            _bench->hear(hardware->disconnect());
-            break;
-        case 4:
-            _bench->hear(hardware->checkOutput());
-            break;
-        default:
+        using Operation = Kes::Result (*)(HardwareManager&);
+        static const std::vector<Operation> operations = {
+            [](auto& hardware) { return hardware.prepare(); },
+            [](auto& hardware) { return hardware.startWorkingMode(); },
+            [](auto& hardware) { return hardware.stopWorkingMode(); },
+            [](auto& hardware) { return hardware.disconnect(); },
+            [](auto& hardware) { return hardware.checkOutput(); }};
+        if (dice.roll(8) < operations.size())
+            _bench->hear(dice.pick(operations)(*HardwareControl::share()));
+        else
             test(dice);
-        }
     }
     /// What is done in the windows beside the tests.
     void set(Dice& dice)

@@ -91,7 +91,8 @@ std::vector<long> skews(HardwareManager& hardware, const std::vector<DeviceTime>
 
 TEST_F(SyncedRunTest, StartsLieWithinTheModesUncertainty)
 {
-    ASSERT_TRUE(network->wireStartLine(address(1)));
+    EXPECT_FALSE(network->wireStartLine(address(9))) << "there is none";
+    ASSERT_TRUE(network->wireStartLine(address(3)) && network->wireStartLine(address(1)));
     std::vector<DeviceTime> starts(3);
     std::vector<Kes::ScopedConnection> connections;
     for (std::size_t i = 0; i < 3; ++i)
@@ -120,32 +121,29 @@ TEST_F(SyncedRunTest, StartsLieWithinTheModesUncertainty)
     }
 }
 
-TEST_F(SyncedRunTest, OneThatFailsStopsAll)
+TEST_F(SyncedRunTest, EachEndSwitchesAllOffAlsoWithoutThreadsForIt)
 {
-    ASSERT_TRUE(hardware->startSequences(three(1h), run));
-    ASSERT_TRUE(waitUntil([&] { return isPuttingOut(0) && isPuttingOut(2); }));
-    devices[1]->simulateOverload(0);
-    ASSERT_TRUE(waitForEnd());
-    EXPECT_FALSE(run->isComplete());
-    EXPECT_EQ(run->getError(), "KESTO-3 No. 00002 (192.168.1.2): IA - overload");
-    EXPECT_FALSE(isPuttingOut(0) || isPuttingOut(1) || isPuttingOut(2));
-}
-
-TEST_F(SyncedRunTest, AllAreStoppedAlsoWithoutThreadsForIt)
-{
-    for (const bool hasOneFailed : {true, false}) {
-        ASSERT_EQ(message(hardware->startSequences(three(1h), run)), "");
-        ASSERT_TRUE(waitUntil([&] { return isPuttingOut(0) && isPuttingOut(1) && isPuttingOut(2); }));
-        const NoThreads noThreads;
-        if (hasOneFailed)
-            devices[1]->simulateOverload(0);
-        else
-            run->stop();
-        ASSERT_TRUE(waitForEnd());
-        EXPECT_FALSE(isPuttingOut(0) || isPuttingOut(1) || isPuttingOut(2)) << hasOneFailed;
-        devices[1]->clearFaults();
-        ASSERT_TRUE(hardware->stopWorkingMode() && hardware->prepare() && hardware->startWorkingMode());
-    }
+    const std::pair<const char*, std::function<void()>> ends[] = {
+        {"KESTO-3 No. 00002 (192.168.1.2): IA - overload", [this] { devices[1]->simulateOverload(0); }},
+        {"The sequences were stopped.", [this] { run->stop(); }},
+        {"", [this] { run.reset(); }}};
+    for (const bool hasThreads : {true, false})
+        for (const auto& [error, end] : ends) {
+            SCOPED_TRACE(testing::Message() << "error " << error << ", threads " << hasThreads);
+            ASSERT_EQ(message(hardware->startSequences(three(1h), run)), "");
+            ASSERT_TRUE(waitUntil([&] { return isPuttingOut(0) && isPuttingOut(1) && isPuttingOut(2); }));
+            {
+                const auto noThreads = hasThreads ? nullptr : std::make_unique<NoThreads>();
+                end();
+                ASSERT_TRUE(!run || waitForEnd());
+            }
+            EXPECT_FALSE(isPuttingOut(0) || isPuttingOut(1) || isPuttingOut(2));
+            EXPECT_TRUE(!run || !run->isComplete());
+            EXPECT_EQ(run ? run->getError() : "", error);
+            run.reset();
+            devices[1]->clearFaults();
+            ASSERT_TRUE(hardware->stopWorkingMode() && hardware->prepare() && hardware->startWorkingMode());
+        }
 }
 
 TEST_F(SyncedRunTest, OneThatIsLetGoOfBeforeTheStartEndsTheWaitOfAll)
@@ -157,19 +155,6 @@ TEST_F(SyncedRunTest, OneThatIsLetGoOfBeforeTheStartEndsTheWaitOfAll)
     EXPECT_THAT(run->getError(), HasSubstr("sends data that make no sense"));
     network->closeStartContact(8);
     EXPECT_FALSE(isPuttingOut(0) || isPuttingOut(1) || isPuttingOut(2));
-}
-
-TEST_F(SyncedRunTest, StoppingAndGivingUpSwitchAllOff)
-{
-    for (const bool isGivenUp : {true, false}) {
-        ASSERT_EQ(message(hardware->startSequences(three(1h), run)), "");
-        ASSERT_TRUE(waitUntil([&] { return isPuttingOut(0) && isPuttingOut(1) && isPuttingOut(2); }));
-        if (isGivenUp)
-            run.reset();
-        else
-            run->stop();
-        EXPECT_FALSE(isPuttingOut(0) || isPuttingOut(1) || isPuttingOut(2)) << isGivenUp;
-    }
 }
 
 TEST_F(SyncedRunTest, WhatCannotBeStartedTogetherIsRefusedAndNothingRuns)

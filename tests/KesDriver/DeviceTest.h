@@ -1,16 +1,15 @@
 #pragma once
 
 #include "RecordingReceiver.h"
+#include "WaitUntil.h"
 
 #include <KesDriver/simulated/SimulatedNetwork.h>
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -41,17 +40,9 @@ protected:
     }
     /// What ends with a connection ends when the device sees the end; at once, but not before the link's call
     /// returns.
-    template <typename Condition>
-    static bool soon(Condition condition)
-    {
-        const auto before = std::chrono::steady_clock::now();
-        while (!condition() && std::chrono::steady_clock::now() - before < std::chrono::seconds(10))
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        return condition();
-    }
     bool isSoonOff()
     {
-        return soon(
+        return waitUntil(
             [this] { return !device->isWorking() && device->getOutputs() == KesDriver::OutputState{}; });
     }
     /// The last user of the device goes.

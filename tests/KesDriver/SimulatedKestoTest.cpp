@@ -1,10 +1,10 @@
 #include "DeviceTest.h"
 
-#include <KesDriver/ConnectionError.h>
-
 #include <support/SimulatedRelay.h>
 
-#include <algorithm>
+#include <atomic>
+#include <future>
+#include <new>
 #include <thread>
 
 using namespace KesDriver;
@@ -14,8 +14,6 @@ using testing::ElementsAre;
 
 namespace {
 
-using RealClock = std::chrono::steady_clock;
-
 class SimulatedKestoTest : public DeviceTest {
 protected:
     SimulatedKestoTest()
@@ -23,25 +21,6 @@ protected:
         device->connectTestObject(std::make_shared<SimulatedRelay>(10.0, 123456us, 20ms));
     }
 };
-
-TEST_F(SimulatedKestoTest, OutputsNeedWorkingModeAndSaneValues)
-{
-    ASSERT_TRUE(link->connect(connection));
-    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), refusal("The outputs are not switched on."));
-    EXPECT_FALSE(link->runSequence({{amperes(1.0), 1s}}));
-    ASSERT_TRUE(link->startWorkingMode());
-    EXPECT_TRUE(device->isWorking());
-    const auto refused = link->setOutputs(amperes(33.0));
-    EXPECT_EQ(message(refused), refusal("IA: 33 A is above the limit of 32 A."));
-    EXPECT_FALSE(isConnectionError(refused));
-    EXPECT_TRUE(link->setOutputs(amperes(2.0)));
-    EXPECT_TRUE(link->runSequence({{amperes(3.0), 1h}}));
-    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), refusal("A sequence is running."));
-    EXPECT_TRUE(link->stopWorkingMode());
-    EXPECT_EQ(device->getOutputs(), OutputState{});
-    EXPECT_EQ(device->getEnergisings(), 1U);
-    EXPECT_TRUE(link->stopWorkingMode());
-}
 
 TEST_F(SimulatedKestoTest, AReportThatIsNotTakenIsFollowedByTheLossAlone)
 {
@@ -107,143 +86,73 @@ TEST_F(SimulatedKestoTest, SpeedChangesWithoutAJumpOfTime)
     EXPECT_FALSE(device->setSpeed(1e7));
 }
 
-TEST_F(SimulatedKestoTest, ReceiverStopsBeforeTheNextEvent)
+TEST_F(SimulatedKestoTest, OutputsGoOffThoughTheReceiverIsBusy)
 {
-    int stopped = -1;
-    device->setSpeed(1e6);
+    std::promise<void> isOff;
     const auto scope = onLine([&](const std::string& line) {
-        if (!line.starts_with("input 1 closed"))
-            return;
-        // Hours of device time.
-        std::this_thread::sleep_for(20ms);
-        stopped = link->stopOutputs() ? 1 : 0;
+        if (line.starts_with("step"))
+            isOff.get_future().wait();
     });
+    device->setTimeout(200ms);
     start();
-    const auto lines = run({{amperes(12.0), 124ms}, {amperes(1.0), 1s}});
-    EXPECT_EQ(stopped, 1);
-    EXPECT_EQ(lines[1], "input 1 closed 123456 in 0");
-    EXPECT_TRUE(lines[2].starts_with("finished incomplete")) << lines[2];
+    ASSERT_TRUE(link->runSequence({{amperes(2.0), 1h}}));
+    device->setSilent(true);
+    EXPECT_TRUE(isSoonOff());
+    isOff.set_value();
+    EXPECT_TRUE(receiver->waitFor("lost"));
 }
 
-TEST_F(SimulatedKestoTest, StopsAtOnceAtSlowSpeed)
-{
-    device->setSpeed(1e-6);
-    start();
-    ASSERT_TRUE(link->runSequence({{amperes(12.0), 24h}}));
-    const auto before = RealClock::now();
-    ASSERT_TRUE(link->stopOutputs());
-    EXPECT_EQ(device->getOutputs(), OutputState{});
-    ASSERT_TRUE(receiver->waitFor("finished incomplete"));
-    EXPECT_LT(RealClock::now() - before, 1s);
-}
-
-TEST_F(SimulatedKestoTest, ReportsBelongToTheSequenceGivenLast)
-{
-    // The input and the step that it brings about are reported together; the receiver gives a shorter
-    // sequence in between.
-    const auto scope = onLine([&](const std::string& line) {
-        if (line.starts_with("input")) {
-            EXPECT_TRUE(link->stopOutputs());
-            EXPECT_TRUE(link->runSequence({{amperes(1.0), 1ms}}));
-        }
-    });
-    start();
-    const InputCondition closed{2, true};
-    ASSERT_TRUE(link->runSequence({{amperes(1.0), 1h, closed}, {amperes(1.0), 1h}}));
-    ASSERT_TRUE(receiver->waitFor("step 0"));
-    device->setInput(2, true);
-    ASSERT_TRUE(receiver->waitFor("finished complete"));
-    using testing::StartsWith;
-    EXPECT_THAT(receiver->getLines(),
-                ElementsAre("step 0 0", StartsWith("input 2 closed"), StartsWith("finished incomplete"),
-                            "step 0 0", "finished complete 1000"));
-}
-
-TEST_F(SimulatedKestoTest, EveryEndIsHeardBeforeTheNextSequenceIsTaken)
-{
-    device->setSpeed(1e-3);
-    start();
-    const auto countEnds = [this] {
-        const auto lines = receiver->getLines();
-        return std::count_if(lines.begin(), lines.end(),
-                             [](const auto& line) { return line.starts_with("finished incomplete"); });
-    };
-    for (int round = 0; round < 200; ++round) {
-        const OutputSequence sequence(1 + static_cast<std::size_t>(round % 3), {amperes(1.0), 1h});
-        ASSERT_TRUE(round % 2 == 0 ? link->runSequence(sequence) : link->armSequence(sequence));
-        EXPECT_EQ(countEnds(), round);
-        ASSERT_TRUE(link->stopOutputs());
-    }
-}
-
-TEST_F(SimulatedKestoTest, FaultEndsTheOutputAndIsRepeated)
-{
-    device->setFaultRepeatInterval(5ms);
-    start();
-    OutputState outputs = amperes(2.0);
-    outputs.binaryOutputs = 0b1010;
-    ASSERT_TRUE(link->runSequence({{outputs, 1h}}));
-    EXPECT_EQ(device->getOutputs(), outputs);
-    device->simulateOverload(0);
-    ASSERT_TRUE(receiver->waitFor("fault IAl", 3));
-    EXPECT_EQ(device->getOutputs(), OutputState{});
-    const auto lines = receiver->getLines();
-    EXPECT_EQ(lines[1], "fault IAl");
-    EXPECT_TRUE(lines[2].starts_with("finished incomplete")) << lines[2];
-
-    EXPECT_EQ(message(link->setOutputs(amperes(1.0))), refusal("Fault: IA - overload"));
-    device->simulateOverload(6);
-    KestoState state;
-    ASSERT_TRUE(link->readState(state));
-    EXPECT_EQ(state.error, "IA - overload");
-    EXPECT_TRUE(link->stopWorkingMode());
-    EXPECT_FALSE(link->startWorkingMode());
-
-    device->clearFaults();
-    EXPECT_TRUE(link->startWorkingMode());
-    const std::pair<std::function<void()>, const char*> others[] = {
-        {[this] { device->simulateOverheat(4); }, "fault UBh"},
-        {[this] { device->simulateChannelLost(2); }, "fault ICd"},
-        {[this] { device->simulateQuickShutdown(); }, "fault button"}};
-    for (const auto& [fail, report] : others) {
-        receiver->clear();
-        fail();
-        EXPECT_TRUE(receiver->waitFor(report)) << report;
-        EXPECT_FALSE(link->startWorkingMode()) << report;
-        device->clearFaults();
-    }
-}
-
-TEST_F(SimulatedKestoTest, NonsenseIsToldAndEndsTheConnection)
+TEST_F(SimulatedKestoTest, SlowDeviceObeysAtOnceAndAnswersLate)
 {
     start();
     ASSERT_TRUE(link->setOutputs(amperes(2.0)));
-    device->setNonsense(true);
-    ASSERT_TRUE(receiver->waitFor("input 0 open"));
-    EXPECT_TRUE(link->stopOutputs());
-    EXPECT_EQ(device->getOutputs(), OutputState{});
-    OutputLimits limits;
-    const auto result = link->readLimits(limits);
-    EXPECT_EQ(message(result), "KESTO-3 No. 00017 (10.0.0.1) gives answers that make no sense.");
-    EXPECT_TRUE(isConnectionError(result));
-    EXPECT_TRUE(isSoonOff());
+    device->setAnswerDelay(50ms);
+    const auto before = std::chrono::steady_clock::now();
+    auto stopping = std::async(std::launch::async, [this] { return message(link->stopOutputs()); });
+    EXPECT_TRUE(waitUntil([this] { return device->getOutputs() == OutputState{}; }));
+    EXPECT_EQ(stopping.get(), "");
+    EXPECT_GE(std::chrono::steady_clock::now() - before, 50ms);
 }
 
-/// A contact that changes without end at one moment must neither hang the device nor its callers.
+TEST_F(SimulatedKestoTest, ReceiverMayGoAtAnyTime)
+{
+    device->setSpeed(1e6);
+    start();
+    for (int round = 0; round < 200; ++round) {
+        auto own = std::make_shared<RecordingReceiver>();
+        link->setReceiver(own);
+        ASSERT_TRUE(link->setOutputs(amperes(round % 2 == 0 ? 20.0 : 0.0)));
+        own.reset();
+    }
+}
+
+/// A contact that changes without end at one moment, and may fail once.
 struct Buzzer : ISimulatedTestObject {
     void reset(DeviceTime) override {}
     void applyOutputs(const OutputState&, DeviceTime) override {}
-    std::optional<InputEvent> getNextChange() const override { return InputEvent{99, true, DeviceTime(0)}; }
+    std::optional<InputEvent> getNextChange() const override
+    {
+        if (isFailing.exchange(false))
+            throw std::bad_alloc();
+        return InputEvent{99, true, DeviceTime(0)};
+    }
     void acceptChange() override {}
+
+    mutable std::atomic<bool> isFailing{false};
 };
 
-TEST_F(SimulatedKestoTest, RestlessContactLeavesTheDeviceUsable)
+TEST_F(SimulatedKestoTest, RestlessContactLeavesTheDeviceUsableAndABrokenOneCostsTheConnection)
 {
-    ASSERT_TRUE(device->connectTestObject(std::make_shared<Buzzer>()));
+    const auto buzzer = std::make_shared<Buzzer>();
+    ASSERT_TRUE(device->connectTestObject(buzzer));
     start();
     EXPECT_TRUE(link->setOutputs(amperes(1.0)));
     EXPECT_TRUE(link->stopOutputs());
+    EXPECT_TRUE(link->setOutputs(amperes(1.0)));
     EXPECT_TRUE(receiver->getLines().empty());
+    buzzer->isFailing = true;
+    EXPECT_TRUE(receiver->waitFor("lost"));
+    EXPECT_TRUE(isSoonOff());
 }
 
 } // namespace

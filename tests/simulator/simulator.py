@@ -49,5 +49,9 @@ class Client:
         self.send(line)
         return self.file.readline().rstrip("\n")
 
+    def end(self):
+        self.socket.close()
+        self.file.close()
+
     def tell(self, command):
         return self.ask(command + ";:SYST:ERR?")

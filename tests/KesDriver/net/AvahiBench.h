@@ -2,7 +2,6 @@
 
 #include <string>
 #include <sys/types.h>
-#include <vector>
 
 namespace KesTest {
 
@@ -18,7 +17,7 @@ public:
 
     /// Starts bus and service when they do not run; empty, or why this computer cannot run it.
     std::string start();
-    void stop();
+    void stop() { _end(_avahi); }
     void stopWithBus();
     /// The service, or the bus, stands still, and goes on.
     enum class Part { Service, Bus };
@@ -29,10 +28,8 @@ public:
     static std::string browse();
 
 private:
-    std::string _read(const std::string& log) const;
-    pid_t _spawn(const std::vector<std::string>& command, const std::string& log) const;
-    /// Waits until the log holds the text; false when the program ends before.
-    bool _waitFor(pid_t& program, const std::string& log, const std::string& text) const;
+    /// Runs the command until it has said the text; otherwise returns what it has said.
+    std::string _start(pid_t& program, const std::string& command, const std::string& text) const;
     static void _end(pid_t& program);
 
     std::string _folder;

@@ -2,16 +2,11 @@
 
 #include <KesDriver/IKestoNetwork.h>
 
+#include <giomm.h>
 #include <gtest/gtest.h>
-
-#include <arpa/inet.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
-#include <bit>
 #include <chrono>
 #include <list>
 #include <mutex>
@@ -20,39 +15,39 @@
 
 namespace KesTest {
 
+/// A TCP socket at an address of this computer; port 0 takes a free one.
+inline Glib::RefPtr<Gio::Socket> bindSocket(const KesDriver::NetAddress& address, std::uint16_t port)
+{
+    Gio::init();
+    const auto socket =
+        Gio::Socket::create(Gio::SOCKET_FAMILY_IPV4, Gio::SOCKET_TYPE_STREAM, Gio::SOCKET_PROTOCOL_TCP);
+    socket->bind(Gio::InetSocketAddress::create(Gio::InetAddress::create(address.to_string()), port), true);
+    return socket;
+}
+
+inline std::uint16_t portOf(const Glib::RefPtr<Gio::Socket>& socket)
+{
+    return Glib::RefPtr<Gio::InetSocketAddress>::cast_dynamic(socket->get_local_address())->get_port();
+}
+
 /// Answers at addresses of this computer, one connection each at a time, all at one port. Any thread.
 class LineServer {
 public:
-    LineServer()
-    {
-        // An address that nobody is served at keeps the port.
-        _keeper = _bind(KesDriver::NetAddress({127, 0, 0, 254}), 0);
-        sockaddr_in bound{};
-        socklen_t size = sizeof bound;
-        EXPECT_EQ(getsockname(_keeper, reinterpret_cast<sockaddr*>(&bound), &size), 0);
-        _port = ntohs(bound.sin_port);
-    }
-    ~LineServer()
-    {
-        _threads.clear();
-        close(_keeper);
-    }
-    LineServer(const LineServer&) = delete;
-    LineServer& operator=(const LineServer&) = delete;
+    ~LineServer() { _over->cancel(); }
 
-    std::uint16_t getPort() const { return _port; }
+    std::uint16_t getPort() const { return portOf(_keeper); }
     /// From now on every line at the address gets the answer, as it is; then the connection stays open.
     void serve(const KesDriver::NetAddress& address, std::string answer, std::chrono::milliseconds delay)
     {
-        const int socket = _bind(address, _port);
-        EXPECT_EQ(listen(socket, 1), 0);
-        _threads.emplace_back([this, socket, answer = std::move(answer), delay](std::stop_token stop) {
-            while (_wait(stop, socket)) {
-                const int connection = accept(socket, nullptr, nullptr);
-                _talk(stop, connection, answer, delay);
-                close(connection);
-            }
-            close(socket);
+        const auto socket = bindSocket(address, getPort());
+        socket->listen();
+        _threads.emplace_back([this, socket, answer = std::move(answer), delay] {
+            while (!_over->is_cancelled())
+                try {
+                    _talk(socket->accept(_over), answer, delay);
+                } catch (const Glib::Error&) {
+                    // The end of a connection, or of all.
+                }
         });
     }
     /// The last one that was asked, without its line end.
@@ -65,52 +60,30 @@ public:
     unsigned getMostAtATime() const { return _most; }
 
 private:
-    static int _bind(const KesDriver::NetAddress& address, std::uint16_t port)
-    {
-        const int made = socket(AF_INET, SOCK_STREAM, 0);
-        const int on = 1;
-        setsockopt(made, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-        sockaddr_in place{};
-        place.sin_family = AF_INET;
-        place.sin_port = htons(port);
-        place.sin_addr.s_addr = std::bit_cast<std::uint32_t>(address.getBytes());
-        EXPECT_EQ(bind(made, reinterpret_cast<sockaddr*>(&place), sizeof place), 0) << address.to_string();
-        return made;
-    }
-    /// False when it is asked to stop before there is something.
-    static bool _wait(const std::stop_token& stop, int socket)
-    {
-        pollfd wanted{socket, POLLIN, 0};
-        while (!stop.stop_requested())
-            if (poll(&wanted, 1, 10) > 0)
-                return true;
-        return false;
-    }
-    void _talk(const std::stop_token& stop, int connection, const std::string& answer,
+    void _talk(const Glib::RefPtr<Gio::Socket>& connection, const std::string& answer,
                std::chrono::milliseconds delay)
     {
         std::string line;
-        char byte = 0;
-        while (_wait(stop, connection) && recv(connection, &byte, 1, 0) == 1) {
+        for (char byte = 0; connection->receive(&byte, 1, _over) == 1;) {
             if (byte != '\n') {
                 line += byte;
                 continue;
             }
-            _note(std::exchange(line, {}));
+            {
+                std::lock_guard lock(_mutex);
+                _line = std::exchange(line, {});
+                _most = std::max<unsigned>(_most, ++_asked);
+            }
             std::this_thread::sleep_for(delay);
             --_asked;
-            send(connection, answer.data(), answer.size(), MSG_NOSIGNAL);
+            if (!answer.empty())
+                connection->send(answer.data(), answer.size(), _over);
         }
     }
-    void _note(std::string line)
-    {
-        std::lock_guard lock(_mutex);
-        _line = std::move(line);
-        _most = std::max<unsigned>(_most, ++_asked);
-    }
 
-    int _keeper = -1;
-    std::uint16_t _port = 0;
+    /// An address that nobody is served at keeps the port.
+    const Glib::RefPtr<Gio::Socket> _keeper = bindSocket(KesDriver::NetAddress({127, 0, 0, 254}), 0);
+    const Glib::RefPtr<Gio::Cancellable> _over = Gio::Cancellable::create();
     mutable std::mutex _mutex;
     std::string _line;
     std::atomic<unsigned> _asked = 0;

@@ -1,30 +1,25 @@
 // A long sequence on its way to a device, and a stop meanwhile.
 
-#include "../RecordingReceiver.h"
 #include "../serving/TestClient.h"
-#include "ScriptedPeer.h"
+#include "StreamLinkTest.h"
 
-#include <KesDriver/net/StreamLink.h>
 #include <KesDriver/scpi/Block.h>
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
 #include <gmock/gmock.h>
 
 #include <atomic>
-#include <chrono>
 #include <thread>
 
-using namespace KesDriver;
-using namespace KesTest;
-using namespace std::chrono_literals;
-
+namespace KesTest {
 namespace {
 
-class SequenceSendingTest : public testing::Test {
+class SequenceSendingTest : public StreamLinkTest {
 protected:
     SequenceSendingTest()
     {
-        EXPECT_EQ(message(link.connect(connection)), "");
+        makeLink(10s);
+        start();
         OutputStep step{{}, 1h};
         step.ramp.voltages[2].degrees = 100.0 / 7.0;
         step.endOn = InputCondition{1, true};
@@ -36,7 +31,7 @@ protected:
         peer.setScript([=, this](const std::string& commands) -> std::optional<std::string> {
             if (!commands.starts_with(question) || isStopping.exchange(true))
                 return std::nullopt;
-            stopping = std::thread([this] { EXPECT_EQ(message(link.stopOutputs()), ""); });
+            stopping = std::thread([this] { EXPECT_EQ(message(link->stopOutputs()), ""); });
             std::this_thread::sleep_for(50ms);
             return std::nullopt;
         });
@@ -49,9 +44,6 @@ protected:
         return questions;
     }
 
-    ScriptedPeer peer;
-    StreamLink link{StreamLink::Settings{peer.getConnector(), "127.8.0.1", "Test@here"}};
-    ConnectionNumber connection = 0;
     OutputSequence sequence;
     std::atomic<bool> isStopping{false};
     std::thread stopping;
@@ -59,7 +51,7 @@ protected:
 
 TEST_F(SequenceSendingTest, PartsAreSmallAndBehindEachOther)
 {
-    EXPECT_EQ(message(link.runSequence(sequence)), "");
+    EXPECT_EQ(message(link->runSequence(sequence)), "");
     const auto parts = getQuestions(":SEQ:");
     ASSERT_GT(parts.size(), 10U);
     for (const auto& part : parts) {
@@ -75,8 +67,7 @@ TEST_F(SequenceSendingTest, StopMeanwhileComesSoonAndKeepsItFromStarting)
     for (const char* moment : {":SEQ:CLE;:SEQ:DATA #", ":SEQ:DATA:APP #"}) {
         isStopping = false;
         stopAt(moment);
-        EXPECT_EQ(message(link.runSequence(sequence)),
-                  "KESTO-3 No. 00017 (127.8.0.1) was stopped before the sequence began.");
+        EXPECT_EQ(message(link->runSequence(sequence)), said(" was stopped before the sequence began."));
         stopping.join();
         EXPECT_EQ(peer.getQuestions().back(), ":ABOR");
     }
@@ -84,7 +75,7 @@ TEST_F(SequenceSendingTest, StopMeanwhileComesSoonAndKeepsItFromStarting)
     EXPECT_TRUE(getQuestions(":INIT").empty());
     // The next one has nothing to do with it.
     sequence.resize(1);
-    EXPECT_EQ(message(link.runSequence(sequence)), "");
+    EXPECT_EQ(message(link->runSequence(sequence)), "");
     EXPECT_EQ(peer.getQuestions().back(), ":INIT");
 }
 
@@ -92,7 +83,7 @@ TEST_F(SequenceSendingTest, StopBehindTheStartIsAStopOfASequenceThatRan)
 {
     sequence.resize(1);
     stopAt(":INIT");
-    EXPECT_EQ(message(link.runSequence(sequence)), "");
+    EXPECT_EQ(message(link->runSequence(sequence)), "");
     stopping.join();
     EXPECT_EQ(peer.getQuestions().back(), ":ABOR");
 }
@@ -118,3 +109,4 @@ TEST(SequenceBlocksTest, AreAppendedUpToTheLimitAndLeaveTheStepsWhenWrong)
 }
 
 } // namespace
+} // namespace KesTest

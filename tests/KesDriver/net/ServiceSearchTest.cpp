@@ -1,4 +1,5 @@
 #include "LineServer.h"
+#include "support/Message.h"
 
 #include <KesDriver/net/ServiceSearch.h>
 #include <KesDriver/net/TcpNetwork.h>
@@ -91,9 +92,6 @@ TEST_F(ServiceSearchTest, ServedDevicesTellWhoControlsThem)
     const NetAddress local({127, 0, 0, 1});
     announce(local);
     services.back().port = served.getPort();
-    EXPECT_TRUE(search(served.getPort()));
-    EXPECT_THAT(found, UnorderedElementsAre(FoundDevice{local, {4, 42}, true, ""}));
-
     const auto link = TcpNetwork(served.getPort()).createLink(local);
     ConnectionNumber connection = 0;
     ASSERT_TRUE(link->connect(connection));
@@ -146,7 +144,7 @@ TEST_F(ServiceSearchTest, ADeviceWithoutAGoodAnswerIsAsAnnounced)
 TEST_F(ServiceSearchTest, AsksAFewDevicesAtATime)
 {
     for (unsigned last = 1; last <= 20; ++last)
-        serve(last, "KES,KESTO-4,00042,2.4.1;1;\"\",\"\"\n", 50ms);
+        serve(last, "KES,KESTO-4,00042,2.4.1;1;\"\",\"\"\n", 150ms);
     EXPECT_TRUE(search());
     EXPECT_EQ(found.size(), 20U);
     for (const auto& device : found)
@@ -154,24 +152,17 @@ TEST_F(ServiceSearchTest, AsksAFewDevicesAtATime)
     EXPECT_EQ(server.getMostAtATime(), 8U);
 }
 
-TEST_F(ServiceSearchTest, FindsNoMoreThanItCanAndSaysSo)
-{
-    for (unsigned i = 0; i < 300; ++i)
-        announce(address(i % 200 + 1, 2 + i / 200));
-    const auto cut = search();
-    ASSERT_FALSE(cut);
-    EXPECT_EQ(cut.getError()->getMessage(), "There are more devices in the network than a search can find.");
-    EXPECT_EQ(found.size(), ServiceSearch::mostDevices);
-}
-
-TEST_F(ServiceSearchTest, SaysWhyItCouldNotSearchAndTellsWhatItFound)
+TEST_F(ServiceSearchTest, SaysWhyItHasNotFoundAllAndTellsWhatItFound)
 {
     serve(2, "KES,KESTO-4,00042,2.4.1;1;\"\",\"\"\n", 20ms);
     result = Kes::Result::failure("No service.");
-    const auto failed = search();
-    ASSERT_FALSE(failed);
-    EXPECT_EQ(failed.getError()->getMessage(), "No service.");
+    EXPECT_EQ(KesTest::message(search()), "No service.");
     EXPECT_THAT(found, UnorderedElementsAre(FoundDevice{address(2), {4, 42}, true, ""}));
+    result = true;
+    for (unsigned i = 0; i < 300; ++i)
+        announce(address(i % 200 + 1, 2 + i / 200));
+    EXPECT_EQ(KesTest::message(search()), "There are more devices in the network than a search can find.");
+    EXPECT_EQ(found.size(), ServiceSearch::mostDevices);
 }
 
 TEST_F(ServiceSearchTest, EndsWhenItIsAskedTo)
@@ -184,7 +175,7 @@ TEST_F(ServiceSearchTest, EndsWhenItIsAskedTo)
     });
     const auto begin = Clock::now();
     EXPECT_TRUE(search());
-    EXPECT_LT(Clock::now() - begin, 600ms);
+    EXPECT_LT(Clock::now() - begin, 900ms) << "before an answer is given up";
     EXPECT_THAT(found, IsEmpty());
 }
 

@@ -6,6 +6,8 @@
 #include <atomic>
 #include <future>
 
+#include <sys/socket.h>
+
 using testing::ElementsAre;
 
 namespace KesTest {
@@ -15,56 +17,41 @@ using StreamLinkEndsTest = StreamLinkTest;
 
 TEST_F(StreamLinkEndsTest, DeviceHearsOfItsControllerAllTheTime)
 {
-    link = makeLink(60s, peer.getConnector());
+    makeLink(60s);
     start();
-    std::this_thread::sleep_for(1s);
-    EXPECT_GE(std::ranges::count(peer.getQuestions(), ":SYST:BOOT?"), 4);
-    link = makeLink(400ms, peer.getConnector());
-    link->setReceiver(receiver);
+    auto before = Clock::now();
+    ASSERT_TRUE(isAsked(":SYST:BOOT?", 2));
+    EXPECT_LT(Clock::now() - before, 900ms) << "its watchdog has a second";
+    makeLink(400ms);
     start();
     answer(":SYST:BOOT?", "");
-    const auto before = Clock::now();
+    before = Clock::now();
     ASSERT_TRUE(receiver->waitFor("lost"));
     EXPECT_LT(Clock::now() - before, soon);
     EXPECT_THAT(receiver->getLines(), ElementsAre("lost"));
 }
 
-TEST_F(StreamLinkEndsTest, DeviceThatDoesNotReadIsNoticed)
-{
-    start();
-    std::promise<void> goOn;
-    answer(":OUTP", [&] {
-        goOn.get_future().wait();
-        return ScriptedPeer::good();
-    });
-    const auto caller = std::async(std::launch::async, [this] { (void)link->startWorkingMode(); });
-    ASSERT_TRUE(isAsked(":OUTP"));
-    // More than the stream can hold.
-    const auto before = Clock::now();
-    EXPECT_TRUE(isConnectionError(link->runSequence(OutputSequence(10000, {{}, 1s}))));
-    EXPECT_LT(Clock::now() - before, soon);
-    goOn.set_value();
-    caller.wait();
-    EXPECT_TRUE(receiver->waitFor("lost"));
-}
-
 TEST_F(StreamLinkEndsTest, DisconnectEndsWhatIsUnderWay)
 {
-    link = makeLink(60s, peer.getConnector());
-    start();
-    answer(":OUTP", "");
-    std::vector<std::future<std::string>> calls(4);
-    for (auto& call : calls)
-        call = std::async(std::launch::async, [this] { return connectionError(link->startWorkingMode()); });
-    ASSERT_TRUE(isAsked(":OUTP"));
-    const auto before = Clock::now();
-    link->disconnect();
-    for (auto& call : calls)
-        EXPECT_EQ(call.get(), said(" is not connected."));
-    EXPECT_LT(Clock::now() - before, soon);
-    while (!peer.hasEnded() && Clock::now() - before < 10s)
-        std::this_thread::sleep_for(1ms);
-    EXPECT_TRUE(peer.hasEnded());
+    makeLink(60s);
+    for (const bool isConnected : {true, false}) {
+        answer(isConnected ? ":OUTP" : ":SYST:PROT", "");
+        if (isConnected)
+            start();
+        std::vector<std::future<std::string>> calls(isConnected ? 4 : 1);
+        for (auto& call : calls)
+            call = std::async(std::launch::async, [&] {
+                ConnectionNumber number = 0;
+                return message(isConnected ? link->startWorkingMode() : link->connect(number));
+            });
+        ASSERT_TRUE(isAsked(isConnected ? ":OUTP" : ":SYST:PROT", isConnected ? 1 : 2));
+        const auto before = Clock::now();
+        link->disconnect();
+        for (auto& call : calls)
+            EXPECT_EQ(call.get(), said(" is not connected."));
+        EXPECT_LT(Clock::now() - before, soon);
+        EXPECT_TRUE(waitUntil([this] { return peer.hasEnded(); }));
+    }
     EXPECT_TRUE(receiver->getLines().empty());
 }
 
@@ -111,39 +98,112 @@ TEST_F(StreamLinkEndsTest, ASequenceIsSentAndStartedBeforeTheNext)
     EXPECT_EQ(order, "steps start steps start ");
 }
 
-TEST_F(StreamLinkEndsTest, CallsOverlapAndConnectionsFollowEachOther)
-{
-    // However slow this computer is.
-    link = makeLink(10s, peer.getConnector());
-    link->setReceiver(receiver);
-    std::atomic<bool> isOver{false};
-    std::atomic<int> answered{0};
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 3; ++i)
-        threads.emplace_back([&] {
-            while (!isOver) {
-                DeviceTime time{0};
-                if (link->readTime(time)) {
-                    EXPECT_EQ(time, 1ms);
-                    ++answered;
-                }
-            }
+// A device that is switched off and on again between two connections of a link, or behind one that stays
+
+class RestartTest : public StreamLinkTest {
+protected:
+    void restart()
+    {
+        peer.setScript([](const std::string& commands) -> std::optional<std::string> {
+            if (commands.starts_with(":SYST:WATC 1"))
+                return ScriptedPeer::good("8;0");
+            if (commands.starts_with(":SYST:BOOT?;:EVEN:DATA? "))
+                return ScriptedPeer::good("8;\"1,10,INP,1,1\",\"2,20,INP,1,0\"");
+            return commands == ":SYST:BOOT?" ? std::optional(ScriptedPeer::good("8")) : std::nullopt;
         });
-    for (ConnectionNumber round = 1; round <= 100; ++round) {
+    }
+};
+
+TEST_F(RestartTest, BetweenTwoConnectionsEventsBeginAnew)
+{
+    start();
+    peer.send("!6,2000,INP,1,0\n");
+    EXPECT_TRUE(receiver->waitFor("input 1 open 2000"));
+    restart();
+    link->disconnect();
+    start();
+    peer.send("!1,10,INP,2,1\n");
+    EXPECT_TRUE(receiver->waitFor("input 2 closed 10"));
+    EXPECT_THAT(receiver->getLines(), ElementsAre("input 1 open 2000", "input 2 closed 10"));
+}
+
+TEST_F(RestartTest, BehindAConnectionIsALossOfItAndFillsNoGap)
+{
+    for (const char* events : {"", "!7,2000,INP,1,0\n"}) {
+        peer.setScript(nullptr);
+        receiver->clear();
         start();
-        EXPECT_EQ(connection, round);
-        peer.send("!6,10,INP,1,1\n");
-        const auto enough = answered + 5;
-        const auto before = Clock::now();
-        while (answered < enough && Clock::now() - before < 10s)
-            std::this_thread::yield();
+        restart();
+        peer.send(events);
+        EXPECT_TRUE(receiver->waitFor("lost")) << "it is asked again and again";
+        EXPECT_THAT(receiver->getLines(), ElementsAre("lost"));
+        EXPECT_EQ(message(link->stopOutputs()), said(" is not connected."));
+        start();
+        EXPECT_EQ(message(link->stopOutputs()), "");
         link->disconnect();
     }
-    isOver = true;
-    for (auto& thread : threads)
-        thread.join();
-    for (const auto& line : receiver->getLines())
-        EXPECT_EQ(line, "input 1 closed 10");
+}
+
+// A device that has stopped reading, behind a stream that holds less than what is to be sent
+
+class FullBufferTest : public StreamLinkTest {
+protected:
+    ~FullBufferTest() override { goOn(); }
+
+    void stopReading(std::chrono::milliseconds timeout)
+    {
+        makeLink(timeout, [this](GCancellable*) {
+            auto stream = peer.getConnector()(nullptr);
+            g_socket_set_option(g_socket_connection_get_socket(G_SOCKET_CONNECTION(stream.get())), SOL_SOCKET,
+                                SO_SNDBUF, 4096, nullptr);
+            return stream;
+        });
+        start();
+        peer.setScript(
+            [reading = promise.get_future().share()](const std::string&) -> std::optional<std::string> {
+                reading.wait();
+                return std::nullopt;
+            });
+        ASSERT_TRUE(isAsked(":SYST:BOOT?"));
+        sending = std::async(std::launch::async, [this] {
+            return isConnectionError(link->runSequence(OutputSequence(1000, {{}, 1s})));
+        });
+        std::this_thread::sleep_for(50ms);
+    }
+    void goOn()
+    {
+        peer.setScript(nullptr);
+        if (!std::exchange(isReading, true))
+            promise.set_value();
+    }
+
+    std::promise<void> promise;
+    bool isReading = false;
+    std::future<bool> sending;
+};
+
+TEST_F(FullBufferTest, IsALossWithinTheTimeoutAlsoForAStop)
+{
+    const auto before = Clock::now();
+    stopReading(400ms);
+    EXPECT_TRUE(isConnectionError(link->stopOutputs())) << "it cannot get past what is being sent";
+    EXPECT_TRUE(sending.get());
+    EXPECT_LT(Clock::now() - before, soon);
+    EXPECT_TRUE(receiver->waitFor("lost"));
+    goOn();
+    start();
+    EXPECT_EQ(message(link->runSequence({{{}, 1s}})), "");
+    EXPECT_EQ(receiver->getLines(), std::vector<std::string>{"lost"});
+}
+
+TEST_F(FullBufferTest, DisconnectWaitsForNothing)
+{
+    stopReading(60s);
+    const auto before = Clock::now();
+    link->disconnect();
+    EXPECT_TRUE(sending.get());
+    EXPECT_LT(Clock::now() - before, soon);
+    EXPECT_TRUE(receiver->getLines().empty());
 }
 
 } // namespace

@@ -129,9 +129,13 @@ TEST_F(StreamLinkEventsTest, LetTheirReceiverGiveASequenceAndEndWhenItThrows)
     receiver->onLine([this](const std::string& line) {
         if (!line.starts_with("input 1"))
             return;
-        const auto before = Clock::now();
-        EXPECT_EQ(message(link->runSequence({{{}, 1s}})), "");
-        EXPECT_LT(Clock::now() - before, 80ms) << "it does not wait for itself";
+        auto shortest = Clock::duration::max();
+        for (int i = 0; i < 5; ++i) {
+            const auto before = Clock::now();
+            EXPECT_EQ(message(link->runSequence({{{}, 1s}})), "");
+            shortest = std::min(shortest, Clock::now() - before);
+        }
+        EXPECT_LT(shortest, 80ms) << "it does not wait for itself";
         throw std::runtime_error("thrown by a receiver");
     });
     start();

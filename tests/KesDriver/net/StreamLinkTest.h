@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../RecordingReceiver.h"
+#include "../WaitUntil.h"
 #include "ScriptedPeer.h"
 
 #include <KesDriver/ConnectionError.h>
@@ -8,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <future>
 #include <thread>
@@ -20,7 +22,7 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 /// How long a link takes at most to notice what goes wrong at once.
-inline constexpr auto soon = 1s;
+inline constexpr auto soon = 1500ms;
 
 inline std::string connectionError(const Kes::Result& result)
 {
@@ -30,13 +32,15 @@ inline std::string connectionError(const Kes::Result& result)
 /// A link whose answers have a time-out of 400 ms, and the device at its other end.
 class StreamLinkTest : public testing::Test {
 protected:
-    StreamLinkTest() { link->setReceiver(receiver); }
+    StreamLinkTest() { makeLink(400ms); }
     ~StreamLinkTest() override { link.reset(); }
 
-    std::unique_ptr<StreamLink> makeLink(std::chrono::milliseconds timeout, StreamConnector connector)
+    void makeLink(std::chrono::milliseconds timeout) { makeLink(timeout, peer.getConnector()); }
+    void makeLink(std::chrono::milliseconds timeout, StreamConnector connector)
     {
-        return std::make_unique<StreamLink>(StreamLink::Settings{std::move(connector), "127.8.0.1",
+        link = std::make_unique<StreamLink>(StreamLink::Settings{std::move(connector), "127.8.0.1",
                                                                  "Test@here", [timeout] { return timeout; }});
+        link->setReceiver(receiver);
     }
     void start() { ASSERT_EQ(message(link->connect(connection)), ""); }
     /// From now on a question that begins so gets this reply; every other one the usual answer.
@@ -50,16 +54,14 @@ protected:
     {
         answer(question, [=] { return reply; });
     }
-    bool isAsked(const std::string& beginning) const
+    /// Waits for so many questions that begin so.
+    bool isAsked(const std::string& beginning, std::ptrdiff_t times = 1) const
     {
-        const auto before = Clock::now();
-        while (Clock::now() - before < 10s) {
-            for (const auto& question : peer.getQuestions())
-                if (question.starts_with(beginning))
-                    return true;
-            std::this_thread::sleep_for(1ms);
-        }
-        return false;
+        const auto isIt = [&](const std::string& question) { return question.starts_with(beginning); };
+        return waitUntil([&] {
+            const auto questions = peer.getQuestions();
+            return std::count_if(questions.begin(), questions.end(), isIt) >= times;
+        });
     }
     /// Keeps the receiver busy with the first such line, when all that was sent with it has come. The test
     /// may end before the receiver does.
@@ -84,7 +86,7 @@ protected:
 
     ScriptedPeer peer;
     std::shared_ptr<RecordingReceiver> receiver = std::make_shared<RecordingReceiver>();
-    std::unique_ptr<StreamLink> link = makeLink(400ms, peer.getConnector());
+    std::unique_ptr<StreamLink> link;
     ConnectionNumber connection = 0;
 };
 

@@ -121,13 +121,13 @@ TEST_F(SessionEndsTest, StaysItselfWhenTheNetworkIsBad)
 
     const auto now = &std::chrono::steady_clock::now;
     auto begin = now();
-    EXPECT_EQ(bench.tell("SIM:DEL 0.2"), good);
+    EXPECT_EQ(bench.tell("SIM:DEL 0.3"), good);
     EXPECT_EQ(bench.tell("SIM:INP 1,ON"), good);
     EXPECT_EQ(client.awaitEvent("INP"), "1,1");
-    EXPECT_LT(now() - begin, 200ms) << "neither the bench nor events are slow";
+    EXPECT_LT(now() - begin, 300ms) << "neither the bench nor events are slow";
     begin = now();
     EXPECT_EQ(client.ask("*OPC?") + TestClient(connect()).ask("*OPC?"), "11");
-    EXPECT_GE(now() - begin, 400ms);
+    EXPECT_GE(now() - begin, 600ms);
     EXPECT_EQ(bench.tell("SIM:DEL 0"), good);
 
     EXPECT_EQ(bench.tell("SIM:GARB 1"), good);

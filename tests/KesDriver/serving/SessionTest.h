@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../WaitUntil.h"
 #include "TestClient.h"
 
 #include <KesDriver/simulated/serving/DeviceServer.h>
@@ -22,17 +23,6 @@ inline const std::string good = "0,\"No error\"";
 inline std::string step(const std::string& seconds, const std::string& amperes)
 {
     return ":SEQ:STEP " + seconds + ',' + amperes + ",0,0,0,0,0,0,0,0,0,0,0,50,50,0";
-}
-
-template <typename Condition>
-bool waitUntil(Condition&& condition)
-{
-    for (int i = 0; i < 1000; ++i) {
-        if (condition())
-            return true;
-        std::this_thread::sleep_for(10ms);
-    }
-    return false;
 }
 
 /// A served device and one of its sessions.
