@@ -3,33 +3,17 @@
 
 #include <KesDriver/simulated/SimulatedNetwork.h>
 
-#include <support/SimulatedRelay.h>
+#include <programs/WatchedRelay.h>
 
 #include <gmock/gmock.h>
 
-#include <atomic>
-
 using namespace KesMeasure;
 using namespace std::chrono_literals;
+using KesTest::WatchedRelay;
 using Outcome = StepRunner::Outcome;
 using testing::HasSubstr;
 
 namespace {
-
-/// Remembers the largest current that has reached it.
-class WatchedRelay : public KesTest::SimulatedRelay {
-public:
-    using SimulatedRelay::SimulatedRelay;
-
-    void applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime time) override
-    {
-        largest = std::max(largest.load(), outputs.currents[0].magnitude);
-        SimulatedRelay::applyOutputs(outputs, time);
-    }
-
-    /// Written on the device's thread.
-    std::atomic<double> largest{0.0};
-};
 
 /// A device on a bench of its own with a relay of 1.5 A that trips in 100 ms.
 class StepRunnerTest : public testing::Test {
