@@ -96,10 +96,10 @@ TEST(EvaluationTest, PassesOnlyWhatIsWholeAndWithinTolerance)
         {Verdict::Fault, [](auto& r) { r.end = RunEnd::Fault; }},
         {Verdict::None, [](auto& r) { r.end = RunEnd::Running; }},
     };
-    for (const auto& [verdict, change] : cases) {
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
         auto results = completeResults();
-        change(results);
-        EXPECT_EQ(Evaluation::verdict(results), verdict);
+        cases[i].second(results);
+        EXPECT_EQ(Evaluation::verdict(results), cases[i].first) << "case " << i;
     }
 }
 
