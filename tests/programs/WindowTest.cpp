@@ -98,24 +98,3 @@ TEST_F(WindowTest, MarksAWrongValueAndAsksBeforeItSavesWithoutIt)
     EXPECT_FALSE(timeout.get_style_context()->has_class("error"));
     EXPECT_EQ(model.getPlan().timeout, 45.5);
 }
-
-TEST_F(WindowTest, AsksBeforeATestReplacesACompleteOneThatIsInNoFile)
-{
-    const auto run = [&] {
-        EXPECT_TRUE(model.startTest());
-        EXPECT_TRUE(waitFor([&] { return model.getCanStart(); }));
-    };
-    run();
-    dialogs.answer(Kes::DialogResult::No);
-    EXPECT_FALSE(model.startTest());
-    EXPECT_TRUE(model.getCanStart());
-    EXPECT_EQ(model.getResults()->points.size(), 8u);
-    EXPECT_EQ(model.getRunVerdict(), KesProgram::RunVerdict::Passed);
-    dialogs.answer(Kes::DialogResult::Yes);
-    run();
-    ASSERT_TRUE(model.getArchiveManager()->saveAs(home.file("a.kovc")));
-    run();
-    EXPECT_EQ(dialogs.getMessages().size(), 2u);
-    // Closing asks about a new archive, as after the other tests.
-    model.getArchiveManager()->create({});
-}
