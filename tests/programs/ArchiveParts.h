@@ -1,5 +1,7 @@
 #pragma once
 
+#include <programs/ReplaceText.h>
+
 #include <KesProgram/archive/ArchiveHelper.h>
 
 #include <gtest/gtest.h>
@@ -24,7 +26,8 @@ inline std::string textOf(std::istream& stream)
 inline Entries entriesOf(std::istream& archive)
 {
     KesProgram::ArchiveHelper::DataMap data;
-    EXPECT_TRUE(KesProgram::ArchiveHelper::unpackStreamToData(archive, data, KesProgram::ArchiveHelper::PREFIX));
+    EXPECT_TRUE(
+        KesProgram::ArchiveHelper::unpackStreamToData(archive, data, KesProgram::ArchiveHelper::PREFIX));
     Entries entries;
     for (const auto& [name, stream] : data)
         entries[name] = textOf(*stream);
@@ -40,19 +43,6 @@ inline std::stringstream packed(const Entries& entries,
     std::stringstream stream;
     EXPECT_TRUE(KesProgram::ArchiveHelper::packDataToStream(stream, data, prefix));
     return stream;
-}
-
-/// The first place between the texts (both included) gets another one; a failure when there is none.
-inline void replace(std::string& text, const std::string& from, const std::string& to, const std::string& with)
-{
-    const auto begin = text.find(from);
-    const auto end = text.find(to, begin + from.size());
-    ASSERT_TRUE(begin < end && end != std::string::npos) << from << " in\n" << text;
-    text.replace(begin, end + to.size() - begin, with);
-}
-inline void replace(std::string& text, const std::string& what, const std::string& with)
-{
-    replace(text, what, "", with);
 }
 
 /// With one entry that is changed so.
