@@ -25,6 +25,11 @@ class WindowsTest(DesktopTest):
         window = program.find("frame", title)
         entry = find(window, "text", NAMES[self.language])
         before = entry.text
+        program.tool("start").act()
+        wait("values that cannot be edited", lambda: not any(text.has(EDITABLE) for text in window.all("text")))
+        program.tool("stop").act()
+        program.waitForOutcome("Stopped")
+        wait("values that can be edited", lambda: entry.has(EDITABLE))
 
         fill(entry, "abc")
         refusal = texts.TREE.get("Error.notNumber", self.language).replace("%s", "abc")
@@ -49,8 +54,9 @@ class WindowsTest(DesktopTest):
 
         click(program.button(program.word("Settings.edit")))
         window = program.find("frame", title)
-        self.assertEqual(find(window, "text", NAMES[self.language]).text, "2")
-        self.assertTrue(find(window, "text", NAMES[self.language]).has(EDITABLE))
+        entry = find(window, "text", NAMES[self.language])
+        self.assertEqual(entry.text, "2")
+        self.assertTrue(entry.has(EDITABLE))
         press("Escape")
         program.waitUntilGone(window)
         program.discard()
