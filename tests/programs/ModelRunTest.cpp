@@ -1,10 +1,5 @@
 #include <Overcurrent/model/OvercurrentModel.h>
 
-#include <Overcurrent/bench/BenchRelay.h>
-
-#include <KesDriver/net/TcpNetwork.h>
-#include <KesDriver/simulated/serving/DeviceServer.h>
-
 #include <KesCommon/Worker.h>
 #include <KesDevice/HardwareControl.h>
 
@@ -51,31 +46,6 @@ TEST_F(ModelRunTest, MeasuresTheSameAtAnySpeed)
     auto fast = *model.getResults();
     slow.startedAt = fast.startedAt;
     EXPECT_EQ(slow, fast);
-}
-
-TEST_F(ModelRunTest, MeasuresOnTheNetworkAsWithinTheProcess)
-{
-    ASSERT_TRUE(runToEnd());
-    auto within = *model.getResults();
-    const auto device = std::make_shared<KesDriver::SimulatedKesto>(getDevice()->getIdentity());
-    device->connectTestObject(makeBenchRelay(model.getSettings(), model.getPlan()));
-    device->setSpeed(100);
-    KesDriver::DeviceServer server(device);
-    const KesDriver::NetAddress address(KesDriver::NetAddress::Bytes{127, 8, 0, 5});
-    // Another program may serve at the usual port.
-    ASSERT_TRUE(server.listen(address.to_string(), 0));
-    const KesTest::DefaultHardware scope;
-    auto hardware =
-        KesDevice::HardwareManager::create(std::make_shared<KesDriver::TcpNetwork>(server.getPort()));
-    ASSERT_TRUE(hardware->addKesto(address));
-    KesDevice::HardwareControl::setGlobalInstance(std::move(hardware), true);
-    ASSERT_TRUE(runToEnd());
-    EXPECT_THAT(takeTexts(), IsEmpty());
-    EXPECT_EQ(model.getRunVerdict(), RunVerdict::Passed);
-    auto network = *model.getResults();
-    EXPECT_EQ(network.origin, Origin::Simulated);
-    within.startedAt = network.startedAt;
-    EXPECT_EQ(network, within);
 }
 
 TEST_F(ModelRunTest, RefusesAPlanThatCannotBeRun)

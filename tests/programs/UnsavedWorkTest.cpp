@@ -60,35 +60,6 @@ TEST_F(UnsavedWorkTest, WhatARunHasMeasuredIsCopiedWhileItRuns)
     EXPECT_TRUE(KesTest::waitFor([&] { return isClosed; }));
 }
 
-/// What the GUI thread does once a second for a long plan.
-TEST_F(UnsavedWorkTest, ALookAtThePlansLargestResultsIsShort)
-{
-    model.init();
-    OvercurrentArchive archive;
-    archive.settings = model.getTestObject()->serialize();
-    archive.results.emplace();
-    archive.results->end = RunEnd::Stopped;
-    archive.results->startedAt = "2026-11-20 14:05:09";
-    archive.plan.multiples.clear();
-    for (std::size_t i = 0; i < TestPlan::maximumPoints; ++i) {
-        archive.plan.multiples.push_back(2.0 + 0.01 * static_cast<double>(i));
-        archive.results->points.push_back(
-            {{Fault::A, archive.plan.multiples.back()}, MeasureState::Measured, {}});
-    }
-    archive.results->plan = archive.plan;
-    ASSERT_TRUE(model.setDataStream(*archive.pack(), true));
-    ASSERT_EQ(model.getResults(), archive.results);
-    auto shortest = std::chrono::steady_clock::duration::max();
-    for (int i = 0; i < 20; ++i) {
-        const auto begin = std::chrono::steady_clock::now();
-        (void)model.getArchiveManager()->takeSnapshot();
-        shortest = std::min(shortest, std::chrono::steady_clock::now() - begin);
-    }
-#ifdef NDEBUG
-    EXPECT_LT(shortest, std::chrono::milliseconds(2));
-#endif
-}
-
 TEST(DataSummary, CountsInTheFormsOfBothLanguages)
 {
     EXPECT_EQ(DataSummary::text({}), "settings and plan");
