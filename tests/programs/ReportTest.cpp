@@ -1,3 +1,4 @@
+#include <Overcurrent/data/DataSummary.h>
 #include <Overcurrent/data/SettingsSummary.h>
 #include <Overcurrent/report/ReportDocument.h>
 
@@ -76,6 +77,19 @@ TEST(SettingsSummaryTest, ShowsTheDigitsThatTellValuesApart)
     EXPECT_EQ(SettingsSummary::intervalText(0.05, ramp), "0.0505 A (1.00 … 1.02 × Is)");
     const RampResult falling{MeasureState::Measured, 19.0, 21.0};
     EXPECT_EQ(SettingsSummary::intervalText(0.05, falling), "1.000 A (19.00 … 21.00 × Is)");
+}
+
+TEST(DataSummaryTest, CountsInTheFormsOfBothLanguages)
+{
+    EXPECT_EQ(DataSummary::text({}), "settings and plan");
+    TestResults results;
+    results.startedAt = "2026-11-20 14:05:09";
+    EXPECT_EQ(DataSummary::text(results), "settings and plan");
+    results.pickUp.emplace();
+    EXPECT_EQ(DataSummary::text(results), "1 result of 2026-11-20 14:05");
+    results.points.resize(2);
+    const KesTest::LanguageScope russian(lng::Russian);
+    EXPECT_EQ(DataSummary::text(results), "3 результата от 2026-11-20 14:05");
 }
 
 TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)
