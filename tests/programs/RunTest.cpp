@@ -1,7 +1,6 @@
 #include <Overcurrent/run/TestRun.h>
 
-#include <KesDriver/simulated/SimulatedNetwork.h>
-
+#include <programs/KestoBench.h>
 #include <programs/WatchedRelay.h>
 
 #include <gmock/gmock.h>
@@ -9,7 +8,6 @@
 #include <future>
 #include <set>
 #include <tuple>
-#include <utility>
 
 using namespace Overcurrent;
 using namespace std::chrono_literals;
@@ -21,8 +19,6 @@ namespace {
 struct Recorder : ITestRunListener {
     void onPhase(const RunPhase& phase) override
     {
-        const bool wasCooling = std::exchange(isCooling, phase.coolingSeconds > 0.0);
-        coolings += isCooling && !wasCooling ? 1 : 0;
         EXPECT_GE(phase.times.share, times.share);
         EXPECT_LE(phase.times.share, 1.0);
         EXPECT_GE(phase.times.elapsed, times.elapsed);
@@ -38,8 +34,6 @@ struct Recorder : ITestRunListener {
     std::optional<RampResult> dropOff;
     KesMeasure::RunTimes times;
     std::set<std::tuple<RunPhase::Kind, std::size_t, unsigned>> phases;
-    bool isCooling = false;
-    int coolings = 0;
 };
 
 /// A device on a bench of its own, in working mode.
@@ -47,8 +41,6 @@ class TestRunTest : public testing::Test {
 protected:
     TestRunTest()
     {
-        network.add(address, device);
-        EXPECT_TRUE(device->setSpeed(5000));
         plan.multiples = {2.0, 5.0};
         plan.timeout = 20.0;
         plan.goesOn = true;
@@ -57,9 +49,7 @@ protected:
     RunEnd run(const std::shared_ptr<WatchedRelay>& relay, bool areContactsStuck = false)
     {
         recorder = {};
-        device->connectTestObject(relay);
-        EXPECT_TRUE(kesto.connect());
-        EXPECT_TRUE(kesto.startWorkingMode());
+        bench.begin(relay);
         for (unsigned input = 1; areContactsStuck && input <= 2; ++input)
             device->setInput(input, true);
         TestRun test(settings, plan, kesto, control, recorder);
@@ -77,13 +67,9 @@ protected:
         });
     }
 
-    static constexpr KesDevice::Kesto::Address address{KesDevice::Kesto::Address::Bytes{10, 0, 0, 1}};
-    std::shared_ptr<KesDriver::SimulatedKesto> device =
-        std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 7));
-    KesDriver::SimulatedNetwork network;
-    const std::shared_ptr<KesDevice::Kesto> owned =
-        KesDevice::Kesto::create(address, network.createLink(address));
-    KesDevice::Kesto& kesto = *owned;
+    KesTest::KestoBench bench{5000};
+    KesDriver::SimulatedKesto* const device = bench.device.get();
+    KesDevice::Kesto& kesto = *bench.kesto;
     RelaySettings settings;
     TestPlan plan;
     KesMeasure::RunControl control;
@@ -198,19 +184,6 @@ TEST_F(TestRunTest, TheTripContactServesForTheRamps)
     EXPECT_EQ(recorder.pickUp->state, MeasureState::NotReset) << "after the coarse ramp";
 }
 
-/// Three points that are each a good half of what the relay withstands.
-TEST_F(TestRunTest, AWarmRelayCoolsDownFirst)
-{
-    settings.nominalCurrent = 0.4;
-    settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
-    settings[StageId::First].definiteTime = 2.0;
-    settings.rampContact = RampContactKind::NoRamps;
-    plan.multiples = {20.0, 20.0, 20.0};
-    EXPECT_EQ(run(std::make_shared<WatchedRelay>(1.5, 2s, 10ms)), RunEnd::Complete);
-    EXPECT_EQ(recorder.points.size(), 3u);
-    EXPECT_EQ(recorder.coolings, 2);
-}
-
 /// The recording among others: without the contact's change the relay would be found not to operate.
 TEST_F(TestRunTest, AnEventThatIsNotTakenIsAFaultAndNoVerdict)
 {
@@ -227,9 +200,7 @@ TEST_F(TestRunTest, AnEventThatIsNotTakenIsAFaultAndNoVerdict)
 
 TEST_F(TestRunTest, NonsenseFromTheDeviceEndsTheRunWithoutResults)
 {
-    device->connectTestObject(std::make_shared<WatchedRelay>(1.5, 1s, 10ms));
-    EXPECT_TRUE(kesto.connect());
-    EXPECT_TRUE(kesto.startWorkingMode());
+    bench.begin(std::make_shared<WatchedRelay>(1.5, 1s, 10ms));
     device->setNonsense(true);
     TestRun test(settings, plan, kesto, control, recorder);
     auto end = std::async(std::launch::async, [&] { return test.execute(); });

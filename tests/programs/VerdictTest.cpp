@@ -5,8 +5,7 @@
 #include <Overcurrent/data/Evaluation.h>
 #include <Overcurrent/run/TestRun.h>
 
-#include <KesDriver/simulated/SimulatedNetwork.h>
-
+#include <programs/KestoBench.h>
 #include <support/Message.h>
 
 #include <gtest/gtest.h>
@@ -37,20 +36,13 @@ Verdict judge(const Subject& subject, const RelaySettings& relay)
 {
     const auto& [settings, plan] = subject;
     EXPECT_EQ(KesTest::message(plan.check(settings)), "");
-    const auto device = std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 7));
-    EXPECT_TRUE(device->setSpeed(100000));
-    device->connectTestObject(makeBenchRelay(relay, plan));
-    const KesDevice::Kesto::Address address({10, 0, 0, 1});
-    KesDriver::SimulatedNetwork network;
-    network.add(address, device);
-    const auto kesto = KesDevice::Kesto::create(address, network.createLink(address));
-    EXPECT_TRUE(kesto->connect());
-    EXPECT_TRUE(kesto->startWorkingMode());
+    KesTest::KestoBench bench(100000);
+    bench.begin(makeBenchRelay(relay, plan));
     KesMeasure::RunControl control;
     Collector collector;
     collector.results.settings = settings;
     collector.results.plan = plan;
-    collector.results.end = TestRun(settings, plan, *kesto, control, collector).execute();
+    collector.results.end = TestRun(settings, plan, *bench.kesto, control, collector).execute();
     return Evaluation::verdict(collector.results);
 }
 
