@@ -46,12 +46,12 @@ protected:
         plan.goesOn = true;
     }
 
-    RunEnd run(const std::shared_ptr<WatchedRelay>& relay, bool areContactsStuck = false)
+    RunEnd run(const std::shared_ptr<WatchedRelay>& relay, unsigned stuckInput = 0)
     {
         recorder = {};
         bench.begin(relay);
-        for (unsigned input = 1; areContactsStuck && input <= 2; ++input)
-            device->setInput(input, true);
+        if (stuckInput > 0)
+            device->setInput(stuckInput, true);
         TestRun test(settings, plan, kesto, control, recorder);
         const auto end = test.execute();
         EXPECT_EQ(device->getOutputs(), KesDriver::OutputState());
@@ -112,15 +112,18 @@ TEST_F(TestRunTest, APointWithoutOperationEndsTheTestUnlessThePlanGoesOn)
 TEST_F(TestRunTest, AContactThatIsClosedBeforeTheCurrentKeepsItOff)
 {
     const auto relay = std::make_shared<WatchedRelay>(1.5, 1s, 10ms);
-    EXPECT_EQ(run(relay, true), RunEnd::Complete);
-    for (const auto& point : recorder.points)
-        EXPECT_EQ(point.state, MeasureState::NotReset);
-    EXPECT_EQ(recorder.points.size(), 2u);
-    EXPECT_EQ(recorder.pickUp->state, MeasureState::NotReset);
-    EXPECT_EQ(recorder.dropOff->state, MeasureState::NotReset);
-    EXPECT_EQ(relay->largest, 0.0);
-    plan.goesOn = false;
-    EXPECT_EQ(run(relay, true), RunEnd::Ended);
+    for (const unsigned input : {settings.tripInput, settings.startInput}) {
+        plan.goesOn = true;
+        EXPECT_EQ(run(relay, input), RunEnd::Complete);
+        for (const auto& point : recorder.points)
+            EXPECT_EQ(point.state, MeasureState::NotReset) << input;
+        EXPECT_EQ(recorder.points.size(), 2u);
+        EXPECT_EQ(recorder.pickUp->state, MeasureState::NotReset);
+        EXPECT_EQ(recorder.dropOff->state, MeasureState::NotReset);
+        EXPECT_EQ(relay->largest, 0.0);
+        plan.goesOn = false;
+        EXPECT_EQ(run(relay, input), RunEnd::Ended);
+    }
 }
 
 TEST_F(TestRunTest, AContactThatIsClosedWhenTheCurrentComesIsEarly)
