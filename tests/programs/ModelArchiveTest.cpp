@@ -156,6 +156,9 @@ TEST_F(OvercurrentModelArchiveTest, ResultsOfOtherSettingsAreNotTakenForThoseOfT
     ASSERT_TRUE(open(someEntries(), false));
     EXPECT_EQ(model.getResults()->settings[StageId::First].settingCurrent, 0.75);
     EXPECT_TRUE(model.isResultStale());
+    EXPECT_FALSE(model.isUntouched());
+    model.newData("");
+    EXPECT_TRUE(model.isUntouched()) << "settings, plan and results are new";
 }
 
 TEST_F(OvercurrentModelArchiveTest, ConvertsTheOldestFormInRepairModeOnly)

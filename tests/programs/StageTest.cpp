@@ -53,6 +53,7 @@ TEST(StageTest, TheFastestStageThatSeesTheFaultDecides)
     EXPECT_EQ(stageAt(settings, {Fault::C}, 5.5), StageId::Second);
     EXPECT_EQ(stageAt(settings, {Fault::N}, 70.0), StageId::Residual);
     EXPECT_EQ(stageAt(settings, {Fault::N}, 76.0), StageId::Second);
+    EXPECT_EQ(stageAt(settings, {Fault::N, FaultDirection::Forward, true}, 76.0), StageId::Residual);
     EXPECT_DOUBLE_EQ(StageTimes::referenceCurrent(settings, {Fault::N}), 0.2);
     EXPECT_DOUBLE_EQ(StageTimes::referenceCurrent(settings, {Fault::C}), 1.0);
     EXPECT_DOUBLE_EQ(StageTimes::pickUpCurrent(settings, {Fault::C}), 0.2);

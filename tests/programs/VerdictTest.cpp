@@ -89,10 +89,12 @@ Subject drawSubject(std::mt19937& random)
         settings[stage].direction = random() % 2 ? same : DirectionKind::NonDirectional;
     for (const auto stage : {StageId::Second, StageId::Third})
         settings[stage].direction = static_cast<DirectionKind>(random() % 3);
-    plan.faults = {allFaults[random() % 7]};
-    if (settings[StageId::Residual].isUsed)
+    const bool hasResidual = settings[StageId::Residual].isUsed;
+    const auto fault = allFaults[random() % (hasResidual ? 8 : 7)];
+    plan.faults = {fault};
+    if (hasResidual && fault != Fault::N && random() % 2)
         plan.faults.push_back(Fault::N);
-    if (plan.faults.size() == 1 && Faults::countPhases(plan.faults[0]) == 1)
+    else if (fault == Fault::N || Faults::countPhases(fault) == 1)
         plan.outputsPerPhase = 1 + static_cast<unsigned>(random() % 3);
     return subject;
 }
