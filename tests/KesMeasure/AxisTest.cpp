@@ -34,23 +34,9 @@ TEST(AxisTest, ThinsOutLabelsButNotThePowersOfTen)
     const auto axis = Axis::logarithmic(0.01, 100.0);
     EXPECT_THAT(labelsOf(axis, 5.0), ElementsAre("0.01", "0.1", "1", "10", "100"));
     EXPECT_THAT(labelsOf(axis, 2.0), ElementsAre("0.01", "1", "100"));
-}
-
-TEST(AxisTest, HasMoreLabelsOnLessThanADecade)
-{
+    // More of them on less than a decade.
     EXPECT_THAT(labelsOf(Axis::logarithmic(1.0, 2.0), 4.0), ElementsAre("1", "1.2", "1.5", "2"));
     EXPECT_THAT(labelsOf(Axis::logarithmic(1.0, 5.0), 8.0), ElementsAre("1", "1.5", "2", "3", "4", "5"));
-}
-
-TEST(AxisTest, MakesAnAxisOfAnything)
-{
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const double infinity = std::numeric_limits<double>::infinity();
-    for (const auto& [least, most] :
-         {std::pair(0.0, 1.0), {-1.0, 1.0}, {nan, nan}, {1.0, infinity}, {5.0, 2.0}}) {
-        EXPECT_DOUBLE_EQ(Axis::logarithmic(least, most).getMinimum(), 1.0);
-        EXPECT_DOUBLE_EQ(Axis::logarithmic(least, most).getMaximum(), 10.0);
-    }
 }
 
 TEST(AxisTest, ALinearOneHasRoundNumbersAsCloseAsTheirLabelsAllow)
@@ -65,13 +51,15 @@ TEST(AxisTest, ALinearOneHasRoundNumbersAsCloseAsTheirLabelsAllow)
     EXPECT_DOUBLE_EQ(axis.toShare(axis.getMaximum()), 1.0);
 }
 
-TEST(AxisTest, ALinearOneIsMadeOfAnything)
+TEST(AxisTest, IsMadeOfAnything)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double infinity = std::numeric_limits<double>::infinity();
     for (const auto& [least, most] :
-         {std::pair(nan, 1.0), {2.0, 1.0}, {0.0, 1e300}, {3.0, 3.0}, {0.0, 0.0}}) {
-        const auto axis = Axis::linear(least, most);
-        EXPECT_GT(axis.getMaximum(), axis.getMinimum());
-        EXPECT_GE(axis.getTicks(100.0, [](const std::string&) { return 10.0; }).size(), 2u);
+         {std::pair(0.0, 1.0), {-1.0, 1.0}, {nan, nan}, {1.0, infinity}, {5.0, 2.0}}) {
+        EXPECT_DOUBLE_EQ(Axis::logarithmic(least, most).getMinimum(), 1.0);
+        EXPECT_DOUBLE_EQ(Axis::logarithmic(least, most).getMaximum(), 10.0);
     }
+    for (const auto& [least, most] : {std::pair(nan, 1.0), {2.0, 1.0}, {0.0, 1e300}, {3.0, 3.0}, {0.0, 0.0}})
+        EXPECT_GE(labelsOf(Axis::linear(least, most)).size(), 2u) << least << " to " << most;
 }

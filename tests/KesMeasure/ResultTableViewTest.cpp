@@ -10,19 +10,35 @@ using KesMeasure::ResultTable;
 using KesMeasure::ResultTableView;
 using KesTest::waitFor;
 
-using ResultTableViewTest = KesTest::GuiTest;
+namespace {
+
+/// A table of currents in a window.
+class ResultTableViewTest : public KesTest::GuiTest {
+protected:
+    ResultTableViewTest() { window.add(view); }
+
+    Gtk::TreeView& list() { return *KesTest::findWidgets<Gtk::TreeView>(view).front(); }
+    std::string cell(unsigned row)
+    {
+        Glib::ustring text;
+        list().get_model()->children()[row].get_value(0, text);
+        return text.raw();
+    }
+
+    Gtk::Window window;
+    ResultTableView view;
+    ResultTable table{{{"current", "I, A"}, {"verdict", "Verdict", false}}, {}, {}};
+};
+
+} // namespace
 
 TEST_F(ResultTableViewTest, ShowsTheBeginningOfOtherResultsAndFollowsThoseOfATest)
 {
-    Gtk::Window window;
-    ResultTableView view;
-    window.add(view);
     window.show_all();
-    ResultTable table{{{"current", "I, A"}, {"verdict", "Verdict", false}}, {}, {}};
     const auto rows = [](std::size_t count, const char* current) {
         return std::vector<ResultTable::Row>(count, {{current, "Passed"}, Mark::Passed});
     };
-    auto& place = *KesTest::findWidgets<Gtk::TreeView>(view).front()->get_vadjustment().get();
+    auto& place = *list().get_vadjustment().get();
     double height = 0.0;
     const auto isLaidOut = [&] {
         return place.get_upper() > place.get_page_size() && place.get_upper() != height;
@@ -44,11 +60,8 @@ TEST_F(ResultTableViewTest, ShowsTheBeginningOfOtherResultsAndFollowsThoseOfATes
     table.rows[55] = {{"3", "Failed"}, Mark::Failed};
     view.setTable(table);
     EXPECT_TRUE(waitFor([&] { return place.get_value() > 0.0; }));
-    const auto shown = KesTest::findWidgets<Gtk::TreeView>(view).front()->get_model()->children();
-    EXPECT_EQ(shown.size(), 60u);
-    Glib::ustring text;
-    shown[55].get_value(0, text);
-    EXPECT_EQ(text, "3");
+    EXPECT_EQ(list().get_model()->children().size(), 60u);
+    EXPECT_EQ(cell(55), "3");
     table.rows = rows(60, "4");
     view.setTable(table);
     EXPECT_TRUE(waitFor([&] { return place.get_value() == 0.0; }));
@@ -56,9 +69,6 @@ TEST_F(ResultTableViewTest, ShowsTheBeginningOfOtherResultsAndFollowsThoseOfATes
 
 TEST_F(ResultTableViewTest, ShowsThatThereIsMoreBesideWhatANarrowWindowShows)
 {
-    Gtk::Window window;
-    ResultTableView view;
-    window.add(view);
     const std::string wide(100, '8');
     view.setTable({{{"current", wide}, {"verdict", "Verdict", false}},
                    {{{"1", "Passed"}, Mark::Passed}},
@@ -77,7 +87,6 @@ TEST_F(ResultTableViewTest, ShowsThatThereIsMoreBesideWhatANarrowWindowShows)
 TEST_F(ResultTableViewTest, FreesWhatItShowedWhenItIsFilledAgain)
 {
     KesTest::LiveWidgets live;
-    ResultTableView view;
     const auto fill = [&](const char* value) {
         view.setTable({{{"verdict", "Verdict", false}}, {}, {{"Pick-up", value, "Passed", Mark::Passed}}});
         return live.getCount();
@@ -88,13 +97,8 @@ TEST_F(ResultTableViewTest, FreesWhatItShowedWhenItIsFilledAgain)
 
 TEST_F(ResultTableViewTest, OffersToMeasureSelectedRowsAgain)
 {
-    Gtk::Window window;
-    ResultTableView view;
-    window.add(view);
     window.show_all();
-    ResultTable table{{{"current", "I, A"}, {"verdict", "Verdict", false}},
-                      {{{"1", "Passed"}, Mark::Passed}, {{"2", "Failed"}, Mark::Failed}, {{"3", ""}}},
-                      {}};
+    table.rows = {{{"1", "Passed"}, Mark::Passed}, {{"2", "Failed"}, Mark::Failed}, {{"3", ""}}};
     view.setTable(table);
     view.setCommands("", "Everything has been measured.");
     std::vector<std::size_t> repeated;
@@ -103,7 +107,7 @@ TEST_F(ResultTableViewTest, OffersToMeasureSelectedRowsAgain)
     auto* repeat = *std::find_if(buttons.begin(), buttons.end(), [](const Gtk::Button* button) {
         return button->get_label() == "Repeat selected";
     });
-    const auto selection = KesTest::findWidgets<Gtk::TreeView>(view).front()->get_selection();
+    const auto selection = list().get_selection();
     EXPECT_FALSE(repeat->get_sensitive());
     EXPECT_EQ(repeat->get_tooltip_text(), "Select the rows to be measured again.");
     selection->select(Gtk::TreePath("2"));
@@ -121,9 +125,6 @@ TEST_F(ResultTableViewTest, OffersToMeasureSelectedRowsAgain)
     EXPECT_EQ(repeat->get_tooltip_text(), "A test is under way.");
     // Another plan has other columns.
     view.setTable({{{"verdict", "Verdict", false}}, {{{""}}}, {}});
-    auto* shown = KesTest::findWidgets<Gtk::TreeView>(view).front();
-    EXPECT_EQ(shown->get_n_columns(), 1u);
-    Glib::ustring text;
-    shown->get_model()->children()[0].get_value(0, text);
-    EXPECT_EQ(text, "Planned");
+    EXPECT_EQ(list().get_n_columns(), 1u);
+    EXPECT_EQ(cell(0), "Planned");
 }

@@ -1,52 +1,27 @@
 #include <KesMeasure/ContactChanges.h>
 #include <KesMeasure/StepRunner.h>
 
-#include <KesDriver/simulated/SimulatedNetwork.h>
-
-#include <support/SimulatedRelay.h>
+#include <programs/KestoBench.h>
+#include <programs/WatchedRelay.h>
 
 #include <gmock/gmock.h>
 
-#include <atomic>
-
 using namespace KesMeasure;
 using namespace std::chrono_literals;
+using KesTest::WatchedRelay;
 using Outcome = StepRunner::Outcome;
 using testing::HasSubstr;
 
 namespace {
 
-/// Remembers the largest current that has reached it.
-class WatchedRelay : public KesTest::SimulatedRelay {
-public:
-    using SimulatedRelay::SimulatedRelay;
-
-    void applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime time) override
-    {
-        largest = std::max(largest.load(), outputs.currents[0].magnitude);
-        SimulatedRelay::applyOutputs(outputs, time);
-    }
-
-    /// Written on the device's thread.
-    std::atomic<double> largest{0.0};
-};
-
-/// A device on a bench of its own with a relay of 1.5 A that trips in 100 ms.
+/// A relay of 1.5 A that trips in 100 ms.
 class StepRunnerTest : public testing::Test {
 protected:
     StepRunnerTest()
     {
-        EXPECT_TRUE(device->setSpeed(1000));
-        connect(2s);
-        EXPECT_TRUE(kesto->connect());
-        EXPECT_TRUE(kesto->startWorkingMode());
+        bench.begin(relay);
         guard.contacts = {1, 2};
-    }
-
-    void connect(KesDriver::DeviceTime release)
-    {
-        relay = std::make_shared<WatchedRelay>(1.5, 100ms, release);
-        device->connectTestObject(relay);
+        guard.resetTime = 2s;
     }
 
     static KesDriver::OutputStep step(double amperes, KesDriver::DeviceTime limit)
@@ -58,15 +33,9 @@ protected:
         return made;
     }
 
-    std::shared_ptr<WatchedRelay> relay;
-    const std::shared_ptr<KesDriver::SimulatedKesto> device =
-        std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 7));
-    const KesDevice::Kesto::Address address{KesDevice::Kesto::Address::Bytes{10, 0, 0, 1}};
-    KesDriver::SimulatedNetwork network;
-    const std::shared_ptr<KesDevice::Kesto> kesto = [this] {
-        network.add(address, device);
-        return KesDevice::Kesto::create(address, network.createLink(address));
-    }();
+    const std::shared_ptr<WatchedRelay> relay = std::make_shared<WatchedRelay>(1.5, 100ms, 2s);
+    KesTest::KestoBench bench{1000};
+    KesDevice::Kesto& kesto = *bench.kesto;
     RunControl control;
     StepGuard guard;
 };
@@ -75,8 +44,7 @@ protected:
 
 TEST_F(StepRunnerTest, WaitsForTheContactsAsLongAsTheRelayMayTake)
 {
-    StepRunner runner(*kesto, control);
-    guard.resetTime = 2s;
+    StepRunner runner(kesto, control);
     for (const double amperes : {2.0, 3.0}) {
         ASSERT_EQ(runner.run(guard, {step(amperes, 10s)}), Outcome::Complete);
         const auto record = runner.getRecord();
@@ -87,24 +55,10 @@ TEST_F(StepRunnerTest, WaitsForTheContactsAsLongAsTheRelayMayTake)
     }
 }
 
-TEST_F(StepRunnerTest, PutsNothingOutWhileAContactIsClosed)
-{
-    // The device's clock goes on between the steps, here a second in each millisecond.
-    connect(300s);
-    StepRunner runner(*kesto, control);
-    ASSERT_EQ(runner.run(guard, {step(2.0, 10s)}), Outcome::Complete);
-    EXPECT_EQ(runner.run(guard, {step(3.0, 10s)}), Outcome::NotReset);
-    EXPECT_EQ(relay->largest.load(), 2.0);
-    guard.resetTime = 300s;
-    EXPECT_EQ(runner.run(guard, {step(3.0, 10s)}), Outcome::Complete);
-    EXPECT_EQ(relay->largest.load(), 3.0);
-}
-
 TEST_F(StepRunnerTest, RestsLongerForAWarmRelayAndSparesIt)
 {
-    guard.resetTime = 2s;
     // A relay of 0.05 A: at 1.4 A, below its setting, it is full in less than 12 s.
-    StepRunner runner(*kesto, control, HeatBudget({0.05, 4.0, 30.0, 100.0}));
+    StepRunner runner(kesto, control, HeatBudget({0.05, 4.0, 30.0, 100.0}));
     std::vector<double> rests;
     runner.onCooling = [&](double seconds) { rests.push_back(seconds); };
     EXPECT_EQ(runner.run(guard, {step(1.4, 7s)}), Outcome::Complete);
@@ -118,9 +72,8 @@ TEST_F(StepRunnerTest, RestsLongerForAWarmRelayAndSparesIt)
 
 TEST_F(StepRunnerTest, OnlyTheTimeThatTheCurrentHasFlownHeats)
 {
-    guard.resetTime = 2s;
     // The limit of each step would fill three quarters; the relay trips in a tenth of a second.
-    StepRunner runner(*kesto, control, HeatBudget({0.1, 4.0, 30.0, 100.0}));
+    StepRunner runner(kesto, control, HeatBudget({0.1, 4.0, 30.0, 100.0}));
     runner.onCooling = [](double) { ADD_FAILURE(); };
     for (int i = 0; i < 5; ++i)
         EXPECT_EQ(runner.run(guard, {step(2.0, 17s)}), Outcome::Complete);
@@ -128,7 +81,7 @@ TEST_F(StepRunnerTest, OnlyTheTimeThatTheCurrentHasFlownHeats)
 
 TEST_F(StepRunnerTest, AStopBeforeTheRestBeginsNothing)
 {
-    StepRunner runner(*kesto, control);
+    StepRunner runner(kesto, control);
     control.stop();
     EXPECT_EQ(runner.run(guard, {step(2.0, 10s)}), Outcome::Stopped);
     EXPECT_EQ(relay->largest.load(), 0.0);

@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <programs/ReplaceText.h>
+
 using namespace KesMeasure;
 using testing::HasSubstr;
 
@@ -38,13 +40,6 @@ TestCircumstances fromText(const std::string& text, const std::string& results)
     return circumstances;
 }
 
-std::string replaced(std::string text, const std::string& what, const std::string& with)
-{
-    const auto at = text.find(what);
-    EXPECT_NE(at, std::string::npos) << what << " in " << text;
-    return at == std::string::npos ? text : text.replace(at, what.size(), with);
-}
-
 } // namespace
 
 TEST(TestCircumstancesTest, EveryChangeIsNoticedAndRemembered)
@@ -58,8 +53,9 @@ TEST(TestCircumstancesTest, EveryChangeIsNoticedAndRemembered)
                                      {"14:05", "14:06"},
                                      {"\"false\"", "\"true\""},
                                      {" firmwareVersion=\"2.4.1 ", " other=\""}}) {
-        const auto changed = fromText(replaced(written, what, with), someResults);
-        EXPECT_TRUE(changed.isChangedByHand()) << with;
+        auto changed = written;
+        KesTest::replace(changed, what, with);
+        EXPECT_TRUE(fromText(changed, someResults).isChangedByHand()) << with;
     }
     const std::string others = "<results value=\"1.6\"/>";
     const auto changed = fromText(written, others);
@@ -67,17 +63,6 @@ TEST(TestCircumstancesTest, EveryChangeIsNoticedAndRemembered)
     EXPECT_TRUE(fromText(toText(changed, others), others).isChangedByHand())
         << "saving does not make it a good one";
     EXPECT_FALSE(fromText(toText(changed, others), someResults).isChangedByHand());
-}
-
-TEST(TestCircumstancesTest, AFileFromBeforeThereWereChecksumsIsNotAChangedOne)
-{
-    const auto written = R"(<test simulated="true" device="KESTO" startedAt=""/>)";
-    const auto former = fromText(written, someResults);
-    EXPECT_EQ(former.origin, Origin::Simulated);
-    EXPECT_FALSE(former.isChangedByHand());
-    EXPECT_THAT(toText(former, someResults), testing::Not(HasSubstr("checksum")))
-        << "nobody knows whether it is what was measured";
-    EXPECT_EQ(former.describe(someResults).back().value, "none in the file");
 }
 
 TEST(TestCircumstancesTest, AChangedResultHasNoSignOfAPassedOne)

@@ -15,20 +15,18 @@ class ClosingTest(DesktopTest):
                 ("the menu", lambda program: program.command("exit", "mouse")),
                 ("the end of the session", lambda program: program.process.send_signal(signal.SIGTERM)))
 
-    def testCancellingTheSaveQuestionKeepsTheWindow(self):
+    def cancel(self, program, box):
+        press("Escape")
+        program.waitUntilGone(box)
+        self.assertFalse(program.isOver)
+
+    def testTheSaveQuestionKeepsTheWindowOrSaves(self):
         program = self.start()
+        fill(program.field("PlanView.multiples"), "2")
         for name, close in self.ways():
             with self.subTest(name):
                 close(program)
-                box = program.unsavedQuestion()
-                press("Escape")
-                program.waitUntilGone(box)
-                self.assertFalse(program.isOver)
-        program.discard()
-
-    def testAffirmingTheSaveQuestionSaves(self):
-        program = self.start()
-        fill(program.field("PlanView.multiples"), "2")
+                self.cancel(program, program.unsavedQuestion())
         program.closeByTitleBar()
         program.answer(program.unsavedQuestion(), "yes")
         program.chooseFile(self.file("kept.kovc"))
@@ -40,7 +38,6 @@ class ClosingTest(DesktopTest):
         program.tool("start").act()
         program.waitForPoint(1)
         question = texts.PROGRAM.get("Message.closeConfirmation", self.language)
-        # The end of the session does not ask: the outputs are off by then.
         for name, close in self.ways()[:-1]:
             with self.subTest(name):
                 close(program)
@@ -53,26 +50,20 @@ class ClosingTest(DesktopTest):
         press("Escape")
         program.waitForOutcome("Stopped")
         self.assertIn(box, program.windows())
-        press("Escape")
-        program.waitUntilGone(box)
+        self.cancel(program, box)
 
         program.tool("start").act()
         program.waitForPoint(1)
         program.closeByTitleBar()
         program.answer(program.message(question), "yes")
         # The test has stopped; now it is about the file.
-        program.answer(program.unsavedQuestion(), "cancel")
+        self.cancel(program, program.unsavedQuestion())
         program.waitForOutcome("Stopped")
-        program.discard()
 
-    def testTheEndOfTheSessionStopsARunningTestAndAsksAboutItsFile(self):
-        program = self.start()
+        # The end of the session does not ask: the outputs are off by then.
         program.tool("start").act()
         program.waitForPoint(1)
         program.process.send_signal(signal.SIGTERM)
-        box = program.unsavedQuestion()
-        press("Escape")
-        program.waitUntilGone(box)
+        self.cancel(program, program.unsavedQuestion())
         program.waitForOutcome("Stopped")
-        self.assertFalse(program.isOver)
         program.discard()

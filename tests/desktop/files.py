@@ -5,123 +5,94 @@ from bench import DesktopTest
 from desk import click, fill, press, wait
 
 
+def read(path):
+    with open(path, "rb") as file:
+        return file.read()
+
+
 class FilesTest(DesktopTest):
-    def edit(self, program, text):
-        fill(program.field("PlanView.multiples"), text)
+    def points(self, program):
+        return program.field("PlanView.multiples")
 
-    def read(self, path):
-        with open(path, "rb") as file:
-            return file.read()
-
-    def waitForChange(self, path, before):
-        wait(f"new bytes in {path}", lambda: self.read(path) not in (before, b""))
-
-    def testSaveAsksForANameOnceAndSaveAsAlways(self):
+    def testSaveAsksForANameOnceSaveAsAndTheToolbarAlways(self):
+        one, two = self.file("one.kovc"), self.file("two.kovc")
         program = self.start()
         self.assertEqual(program.fileName(), "[New].kovc")
         self.assertEqual(program.recent(), [])
-
         program.command("fileSave", "mouse")
-        program.chooseFile(self.file("one"))
-        one = self.file("one.kovc")  # completed by the file chooser
+        program.chooseFile(self.file("one"))  # completed by the file chooser
         program.waitForFile(one)
-        before = self.read(one)
+        before = read(one)
 
-        self.edit(program, "2 4")
+        fill(self.points(program), "2 4")
         program.command("fileSave", "keyboard")
-        self.waitForChange(one, before)
+        wait("new bytes", lambda: read(one) not in (before, b""))
         program.assertNoWindow()
 
         program.command("fileSaveAs", "keyboard")
-        program.chooseFile(self.file("two.kovc"))
-        program.waitForFile(self.file("two.kovc"))
-        self.assertEqual(self.read(self.file("two.kovc")), self.read(one))
-        self.assertEqual(program.recent(), [self.file("two.kovc"), one])
-
+        program.chooseFile(two)
+        program.waitForFile(two)
+        self.assertEqual(read(two), read(one))
+        self.assertEqual(program.recent(), [two, one])
         program.command("fileSaveAs", "action")
         program.chooseFile(None)
-        self.assertEqual(program.fileName(), self.file("two.kovc"))
-        self.close(program)
+        self.assertEqual(program.fileName(), two)
 
-    def testTheToolbarsSaveAlwaysAsks(self):
-        program = self.start()
+        fill(self.points(program), "3")
         click(program.tool("fileSave"))
-        program.chooseFile(self.file("one.kovc"))
-        program.waitForFile(self.file("one.kovc"))
-
-        click(program.tool("fileSave"))
-        program.chooseFile(self.file("two.kovc"))
-        program.waitForFile(self.file("two.kovc"))
-
-        before = self.read(self.file("one.kovc"))
-        self.edit(program, "3")
-        program.tool("fileSave").act()
-        program.confirmFile(self.file("one.kovc"))
-        question = texts.DIALOGS.get("File.replace", self.language).replace("%s", self.file("one.kovc"))
+        program.confirmFile(one)
+        question = texts.DIALOGS.get("File.replace", self.language).replace("%s", one)
         program.answer(program.message(question), "yes")
-        program.waitForFile(self.file("one.kovc"))
-        self.assertNotEqual(self.read(self.file("one.kovc")), before)
+        program.waitForFile(one)
+        self.assertNotEqual(read(one), read(two))
         self.close(program)
 
-    def testNewAndOpenAskAboutChanges(self):
+    def testNewOpenAndRecentFilesAskAboutChanges(self):
+        kept, other = self.file("kept.kovc"), self.file("other.kovc")
         program = self.start()
-        self.edit(program, "4 5")
-        program.command("fileSave", "action")
-        program.chooseFile(self.file("kept.kovc"))
-        program.waitForFile(self.file("kept.kovc"))
+        for path, points in ((other, "3"), (kept, "4 5")):
+            fill(self.points(program), points)
+            program.command("fileSaveAs", "action")
+            program.chooseFile(path)
+            program.waitForFile(path)
+        self.assertEqual(program.recent(), [kept, other])
 
         click(program.tool("fileNew"))
         program.waitForFile("[New].kovc")
-        self.assertEqual(program.field("PlanView.multiples").text, self.number("1.5; 2; 3; 5; 7; 10; 15; 20"))
-
+        self.assertEqual(self.points(program).text, self.number("1.5; 2; 3; 5; 7; 10; 15; 20"))
         # A document that has never been saved counts as changed. Cancelling keeps it.
         program.command("fileOpen", "mouse")
         program.answer(program.unsavedQuestion(), "cancel")
         program.assertNoWindow()
-        self.edit(program, "6 7")
+        fill(self.points(program), "6 7")
         program.command("fileNew", "keyboard")
         box = program.unsavedQuestion()
         press("Escape")
         program.waitUntilGone(box)
-        self.assertEqual(program.field("PlanView.multiples").text, "6 7")
+        self.assertEqual(self.points(program).text, "6 7")
 
         click(program.tool("fileOpen"))
         program.answer(program.unsavedQuestion(), "no")
-        program.chooseFile(self.file("kept.kovc"))
-        program.waitForFile(self.file("kept.kovc"))
-        self.assertEqual(program.field("PlanView.multiples").text, "4; 5")
-
+        program.chooseFile(kept)
+        program.waitForFile(kept)
+        self.assertEqual(self.points(program).text, "4; 5")
         program.command("fileOpen", "keyboard")
         program.chooseFile(None)
-        self.assertEqual(program.fileName(), self.file("kept.kovc"))
-        self.close(program)
+        self.assertEqual(program.fileName(), kept)
 
-    def testRecentFilesAreListedNewestFirstAndOpened(self):
-        program = self.start()
-        for name, points in (("a.kovc", "2"), ("b.kovc", "3"), ("c.kovc", "4")):
-            self.edit(program, points)
-            program.command("fileSaveAs", "action")
-            program.chooseFile(self.file(name))
-            program.waitForFile(self.file(name))
-        self.assertEqual(program.recent(), [self.file(name) for name in ("c.kovc", "b.kovc", "a.kovc")])
-
-        program.chooseRecent(self.file("a.kovc"))
-        program.waitForFile(self.file("a.kovc"))
-        self.assertEqual(program.field("PlanView.multiples").text, "2")
-        self.assertEqual(program.recent()[0], self.file("a.kovc"))
-
-        self.edit(program, "9")
-        program.chooseRecent(self.file("b.kovc"))
+        fill(self.points(program), "9")
+        program.chooseRecent(other)
         program.answer(program.unsavedQuestion(), "cancel")
-        self.assertEqual(program.fileName(), self.file("a.kovc"))
-        program.chooseRecent(self.file("b.kovc"))
+        self.assertEqual(program.fileName(), kept)
+        program.chooseRecent(other)
         program.answer(program.unsavedQuestion(), "no")
-        program.waitForFile(self.file("b.kovc"))
-        recent = program.recent()
+        program.waitForFile(other)
+        self.assertEqual(self.points(program).text, "3")
+        self.assertEqual(program.recent(), [other, kept])
         self.close(program)
 
         # They outlive the program, which opens the last one again.
         program = self.start()
-        self.assertEqual(program.recent(), recent)
-        self.assertEqual(program.fileName(), self.file("b.kovc"))
+        self.assertEqual(program.recent(), [other, kept])
+        self.assertEqual(program.fileName(), other)
         self.close(program)

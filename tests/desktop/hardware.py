@@ -5,6 +5,7 @@ from bench import DesktopTest
 from desk import click, fill, find, focus, press, wait
 
 DEFAULT = "127.0.0.1"
+ABSENT = "127.8.5.9"
 
 
 class HardwareTest(DesktopTest):
@@ -34,21 +35,32 @@ class HardwareTest(DesktopTest):
         window = self.open(program)
         self.add(window, DEFAULT)
         find(window, "notification", self.text("Add.taken", DEFAULT))
-        self.add(window, "192.168.1.20")
+        self.add(window, ABSENT)
         wait("the refusal to go", lambda: not window.look("notification", self.text("Add.taken", DEFAULT)))
-        click(find(window, "push button", self.text("Devices.up", "192.168.1.20")))
-        find(window, "push button", self.text("Devices.down", "192.168.1.20"))
+        click(find(window, "push button", self.text("Devices.up", ABSENT)))
+        find(window, "push button", self.text("Devices.down", ABSENT))
         self.confirm(program, window)
-        wait("both devices", lambda: self.devices(program) == ["192.168.1.20", DEFAULT])
+        wait("both devices", lambda: self.devices(program) == [ABSENT, DEFAULT])
 
         window = self.open(program)
-        find(window, "push button", self.text("Devices.remove", "192.168.1.20")).act()
+        find(window, "push button", self.text("Devices.remove", DEFAULT)).act()
         self.confirm(program, window)
-        wait("one device", lambda: self.devices(program) == [DEFAULT])
+        wait("one device", lambda: self.devices(program) == [ABSENT])
+        focus(program.tool("start"))
+        press("space")
+        box = program.find("alert")
+        self.assertTrue(any(ABSENT in label for label in box.labels), box.labels)
+        program.answer(box, "ok")
+        wait("the start command", lambda: program.tool("start").isSensitive)
         program.discard()
 
-    def testTheAuxiliarySupplyIsShownAndAsksForAVoltage(self):
+    def testTheAuxiliarySupplyAndSynchronisationAreChosenAndShown(self):
         program = self.start()
+
+        def mode(key):
+            return f"{program.text('Status.syncTitle')} {texts.DEVICES.get(f'Sync.{key}.shortName', self.language)}"
+
+        self.assertFalse(program.button(mode("None")).isSensitive)
         window = self.open(program)
         click(find(window, "check box", self.text("Devices.auxDCOf", DEFAULT)))
         volts = find(window, "text", self.text("Devices.voltsOf", DEFAULT))
@@ -57,37 +69,12 @@ class HardwareTest(DesktopTest):
         find(window, "push button", self.text("Settings.ok")).act()
         find(window, "notification", self.text("Settings.wrongValues"))
         fill(volts, "110")
-        self.confirm(program, window)
-        find(program.window, "icon", texts.DEVICES.get("auxDC.enabled", self.language))
-        program.discard()
-
-    def testAModeOfSynchronisationIsChosenAndExplained(self):
-        program = self.start()
-        none = f"{program.text('Status.syncTitle')} {texts.DEVICES.get('Sync.None.shortName', self.language)}"
-        self.assertFalse(program.button(none).isSensitive)
-        window = self.open(program)
-        mode = find(window, "combo box", self.text("Sync.modeName"))
-        name = texts.DEVICES.get("Sync.GPS.name", self.language)
-        find(mode, "menu item", name, hidden=True).act()
+        modes = find(window, "combo box", self.text("Sync.modeName"))
+        find(modes, "menu item", texts.DEVICES.get("Sync.GPS.name", self.language), hidden=True).act()
         wait("the chosen mode", lambda: find(window, "push button", self.text("Sync.info")).isSensitive)
         self.confirm(program, window)
 
-        shown = f"{program.text('Status.syncTitle')} {texts.DEVICES.get('Sync.GPS.shortName', self.language)}"
-        click(program.button(shown))
+        find(program.window, "icon", texts.DEVICES.get("auxDC.enabled", self.language))
+        click(program.button(mode("GPS")))
         program.answer(program.message(texts.DEVICES.get("Sync.GPS.info", self.language)), "ok")
-        program.discard()
-
-    def testATestCannotStartWithoutAnsweringDevices(self):
-        program = self.start()
-        window = self.open(program)
-        self.add(window, "127.8.5.9")
-        find(window, "push button", self.text("Devices.remove", DEFAULT)).act()
-        self.confirm(program, window)
-        wait("the device", lambda: self.devices(program) == ["127.8.5.9"])
-        focus(program.tool("start"))
-        press("space")
-        box = program.find("alert")
-        self.assertTrue(any("127.8.5.9" in label for label in box.labels), box.labels)
-        program.answer(box, "ok")
-        wait("the start command", lambda: program.tool("start").isSensitive)
         program.discard()

@@ -1,7 +1,7 @@
 """Start, Stop, Power off, and what a running test keeps from being used."""
 
 import texts
-from accessible import EDITABLE, FOCUSED
+from accessible import FOCUSED
 from bench import DesktopTest
 from desk import click, fill, find, focus, press, wait
 
@@ -66,23 +66,6 @@ class RunsTest(DesktopTest):
         program.answer(program.unsavedQuestion(), "no")
         wait("the results", lambda: program.rows() == rows)
         self.close(program)
-
-    def testTheTestObjectIsReadOnlyWhileTheTestRuns(self):
-        program = self.start()
-        program.tool("testObject").act()
-        window = program.find("frame", texts.WINDOWS.get("testObjectWindowTitle", self.language))
-        entries = window.all("text")
-        self.assertTrue(all(entry.has(EDITABLE) for entry in entries if entry.isSensitive))
-
-        program.tool("start").act()
-        wait("values that cannot be edited", lambda: not any(entry.has(EDITABLE) for entry in entries))
-        program.tool("stop").act()
-        wait("values that can be edited", lambda: all(
-            entry.has(EDITABLE) for entry in entries if entry.isSensitive))
-        press("Escape")
-        program.waitUntilGone(window)
-        program.waitForOutcome("Stopped")
-        program.discard()
 
     def testAPlanThatMakesNoSenseIsRefused(self):
         program = self.start()

@@ -51,34 +51,29 @@ class Session:
         self.isSettled = True  # nothing has been done since that
         self.isGivenUp = False
 
-    def run(self):
-        self._edit(f"1.5 2 {self._multiple}")
-        self.isSettled = False
-        self._start.act()
-        while True:
-            self._until(lambda: self._rows() > self.shown[-1][1][1])
-            self._note(self._rows())
-            if self.shown[-1][1][1] == 3:
-                break
-        self._until(lambda: self._start.isSensitive)
-        self._note(3)
-        self._keep()
-        self._pause(3)
-
-    def save(self):
-        while True:
-            self._edit(f"2 {self._multiple}")
+    def use(self, kind):
+        """Edits until the kill; what comes in between is "run", "save" or "close"."""
+        while not self._program.isOver:
+            self._edit(f"1.5 2 {self._multiple}" if kind == "run" else f"2 {self._multiple}")
+            if kind == "run":
+                self._run()
             self._pause(2.5)
-            if self._choice.random() < 0.4:
+            isSaved = self._choice.random() < 0.3
+            if isSaved:
                 self._keep()
                 self._pause(0.6)
+            if kind == "close":
+                self._close(isSaved)
 
-    def close(self):
-        self._edit(f"2 {self._multiple}")
-        self._pause(1.5)
-        isSaved = self._choice.random() < 0.5
-        if isSaved:
-            self._keep()
+    def _run(self):
+        self._start.act()
+        while self.shown[-1][1][1] < 3:
+            self._until(lambda: self._rows() > self.shown[-1][1][1])
+            self._note(self._rows())
+        self._until(lambda: self._start.isSensitive)
+        self._keep()
+
+    def _close(self, isSaved):
         self._exit.act()
         if not isSaved:
             box = self._until(lambda: next(iter(self._program.windows()), None))
@@ -204,8 +199,7 @@ def play(binary, former, choice, kind):
             timer = threading.Timer(0.3 + choice.random() * 5, kill)
             timer.start()
             try:
-                getattr(session, kind)()
-                timer.join()
+                session.use(kind)
             except Over:
                 pass
             except (GLib.Error, AssertionError, AttributeError, TypeError):

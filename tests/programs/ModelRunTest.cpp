@@ -1,14 +1,15 @@
 #include <Overcurrent/model/OvercurrentModel.h>
 
-#include <Overcurrent/bench/BenchRelay.h>
-
-#include <KesDriver/net/TcpNetwork.h>
-#include <KesDriver/simulated/serving/DeviceServer.h>
+#include <KesCommon/Worker.h>
+#include <KesDevice/HardwareControl.h>
 
 #include <support/DefaultHardware.h>
 #include <support/ProgramRunTest.h>
 
 #include <atomic>
+#include <future>
+#include <random>
+#include <utility>
 
 using namespace Overcurrent;
 using namespace std::chrono_literals;
@@ -45,31 +46,6 @@ TEST_F(ModelRunTest, MeasuresTheSameAtAnySpeed)
     auto fast = *model.getResults();
     slow.startedAt = fast.startedAt;
     EXPECT_EQ(slow, fast);
-}
-
-TEST_F(ModelRunTest, MeasuresOnTheNetworkAsWithinTheProcess)
-{
-    ASSERT_TRUE(runToEnd());
-    auto within = *model.getResults();
-    const auto device = std::make_shared<KesDriver::SimulatedKesto>(getDevice()->getIdentity());
-    device->connectTestObject(makeBenchRelay(model.getSettings(), model.getPlan()));
-    device->setSpeed(100);
-    KesDriver::DeviceServer server(device);
-    const KesDriver::NetAddress address(KesDriver::NetAddress::Bytes{127, 8, 0, 5});
-    // Another program may serve at the usual port.
-    ASSERT_TRUE(server.listen(address.to_string(), 0));
-    const KesTest::DefaultHardware scope;
-    auto hardware =
-        KesDevice::HardwareManager::create(std::make_shared<KesDriver::TcpNetwork>(server.getPort()));
-    ASSERT_TRUE(hardware->addKesto(address));
-    KesDevice::HardwareControl::setGlobalInstance(std::move(hardware), true);
-    ASSERT_TRUE(runToEnd());
-    EXPECT_THAT(takeTexts(), IsEmpty());
-    EXPECT_EQ(model.getRunVerdict(), RunVerdict::Passed);
-    auto network = *model.getResults();
-    EXPECT_EQ(network.origin, Origin::Simulated);
-    within.startedAt = network.startedAt;
-    EXPECT_EQ(network, within);
 }
 
 TEST_F(ModelRunTest, RefusesAPlanThatCannotBeRun)
@@ -134,7 +110,7 @@ TEST_F(ModelRunTest, IsStoppedAtOnceInEveryPhase)
     }
 }
 
-TEST_F(ModelRunTest, AFaultEndsTheRunOnceWithItsText)
+TEST_F(ModelRunTest, AFaultInTheMiddleOfAStepEndsTheRunOnceWithOneText)
 {
     using Device = KesDriver::SimulatedKesto;
     struct {
@@ -144,31 +120,95 @@ TEST_F(ModelRunTest, AFaultEndsTheRunOnceWithItsText)
         {"Overload", [](Device& device) { device.simulateOverload(0); }},
         {"Quick shutdown", [](Device& device) { device.simulateQuickShutdown(); }},
         {"Connection error", [](Device& device) { device.simulateConnectionLoss(); }},
+        {"127.0.0.1", [](Device& device) { device.setNonsense(true); }},
+        {"Connection error",
+         [](Device& device) {
+             device.setTimeout(1s);
+             device.setAnswerDelay(2s);
+         }},
     };
+    const auto device = getDevice();
+    std::atomic<int> texts{0};
+    Kes::ScopedConnection told = model.signalMessage.connect([&texts](const std::string&) { ++texts; });
+    model.setSpeed(1);
     for (const auto& test : cases) {
         finishes = 0;
-        model.setSpeed(1);
         ASSERT_TRUE(model.startTest());
         ASSERT_TRUE(KesTest::waitFor([this] { return !isOutputZero(); }));
-        const auto device = getDevice();
         test.fail(*device);
-        ASSERT_TRUE(KesTest::waitFor([this] { return finishes > 0; }));
+        EXPECT_TRUE(KesTest::waitFor([this] { return isOutputZero(); }));
+        ASSERT_TRUE(KesTest::waitFor([this] { return finishes > 0; })) << test.text;
         EXPECT_EQ(finishes, 1);
         EXPECT_EQ(model.getRunVerdict(), RunVerdict::Fault) << test.text;
         EXPECT_EQ(model.getResults()->end, RunEnd::Fault);
         EXPECT_THAT(takeTexts(), HasSubstr(test.text));
+        EXPECT_EQ(texts.exchange(0), 1) << test.text;
+        device->setNonsense(false);
+        device->setAnswerDelay(0ms);
         device->clearFaults();
     }
 }
 
-TEST_F(ModelRunTest, AnotherArchiveEndsTheRunAndGetsNoneOfItsResults)
+TEST_F(ModelRunTest, AFaultToldWhileTheRunBeginsIsNoStop)
 {
+    std::promise<void> isHeard;
+    Kes::ScopedConnection heard =
+        model.getHardware()->signalAvary.connect([&, isFirst = true](KesDriver::KesAvary&) mutable {
+            if (std::exchange(isFirst, false))
+                isHeard.set_value();
+        });
+    Kes::ScopedConnection running = model.signalRunningChanged.connect([&] {
+        if (!model.isRunning())
+            return;
+        // The wait lets go of the signal gate.
+        Kes::Worker("Kes_Bench", [&] {
+            getDevice()->simulateOverload(0);
+            isHeard.get_future().wait_for(1s);
+        }).wait();
+    });
+    ASSERT_TRUE(runToEnd());
+    EXPECT_EQ(model.getRunVerdict(), RunVerdict::Fault);
+    getDevice()->clearFaults();
+}
+
+TEST_F(ModelRunTest, AFaultRightAfterSwitchingOnIsNoStop)
+{
+    const auto spin = [](std::chrono::microseconds time) {
+        const auto end = std::chrono::steady_clock::now() + time;
+        while (std::chrono::steady_clock::now() < end) {
+        }
+    };
+    // Somebody who hears of the fault before the model does, and takes his time.
+    const KesTest::DefaultHardware scope;
+    auto hardware = KesTest::DefaultHardware::create();
+    std::atomic<std::chrono::microseconds> hearing{0us};
+    const Kes::ScopedConnection early =
+        hardware->signalAvary.connect([&](KesDriver::KesAvary&) { spin(hearing); });
+    KesDevice::HardwareControl::setGlobalInstance(std::move(hardware), true);
     model.setSpeed(1);
-    ASSERT_TRUE(model.startTest());
-    ASSERT_TRUE(KesTest::waitFor([this] { return !isOutputZero(); }));
-    model.newData({});
-    ASSERT_TRUE(KesTest::waitFor([this] { return finishes > 0; }));
-    EXPECT_FALSE(model.getResults());
-    EXPECT_TRUE(isOutputZero());
-    EXPECT_THAT(takeTexts(), HasSubstr("its archive was closed"));
+    std::mt19937 random{3};
+    for (int round = 0; round < 300; ++round) {
+        std::promise<void> isOn;
+        std::atomic<bool> isTold{false};
+        const auto tell = [&](bool isRunning) {
+            if (isRunning && !isTold.exchange(true))
+                isOn.set_value();
+        };
+        // At first the outputs are on, then the run begins.
+        Kes::ScopedConnection on =
+            round % 2 ? model.getHardware()->signalRunningChanged.connect(tell)
+                      : model.signalRunningChanged.connect([&, tell] { tell(model.isRunning()); });
+        const std::chrono::microseconds delay(random() % 100);
+        hearing = std::chrono::microseconds(random() % 100);
+        auto failing = std::async(std::launch::async, [&, isOn = isOn.get_future()] {
+            if (isOn.wait_for(5s) != std::future_status::ready)
+                return;
+            spin(delay);
+            getDevice()->simulateOverload(0);
+        });
+        ASSERT_TRUE(runToEnd());
+        failing.get();
+        EXPECT_TRUE(!hasPutOut || model.getRunVerdict() == RunVerdict::Fault) << "round " << round;
+        getDevice()->clearFaults();
+    }
 }

@@ -22,41 +22,59 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 
 } // namespace
 
-TEST(PlanTest, RefusesWhatMakesNoSenseAndSaysWhy)
+namespace {
+
+struct Refusal {
+    const char* reason;
+    void (*spoil)(RelaySettings& settings, TestPlan& plan);
+};
+
+/// The subject is good as it is, and refused for the reason once it has been spoiled.
+void expectRefused(const std::vector<Refusal>& cases, const RelaySettings& settings)
 {
-    struct {
-        const char* reason;
-        void (*spoil)(TestPlan&);
-    } const cases[] = {
-        {"no points", [](TestPlan& plan) { plan.multiples.clear(); }},
-        {"At 1 × Is the relay does not operate", [](TestPlan& plan) { plan.multiples[2] = 1.0; }},
-        {"A point at 1.05 × Is lies within the pick-up tolerance of 5 %",
-         [](TestPlan& plan) { plan.multiples[2] = 1.05; }},
-        {"A point at 1.5 × Is", [](TestPlan& plan) { plan.pickUpTolerancePercent = 50.0; }},
-        {"At nan × Is", [](TestPlan& plan) { plan.multiples[2] = notANumber; }},
-        {"inf × Is is too much", [](TestPlan& plan) { plan.multiples[2] = infinity; }},
-        {"Time-out is 0,", [](TestPlan& plan) { plan.timeout = 0.0; }},
-        {"ratio is 1, but must lie between 0.01 and 0.99", [](TestPlan& plan) { plan.minimumRatio = 1.0; }},
-        {"Pick-up: the ramp must rise", [](TestPlan& plan) { std::swap(plan.pickUp.from, plan.pickUp.to); }},
-        {"Drop-off: the ramp must fall", [](TestPlan& plan) { plan.dropOff.to = 1.1; }},
-        {"Pick-up: a step of 0 × Is", [](TestPlan& plan) { plan.pickUp.step = 0.0; }},
-        {"Pick-up: a step of 0.051 × Is is coarser than", [](TestPlan& plan) { plan.pickUp.step = 0.051; }},
-        {"Drop-off: a step of 1e+300 × Is is coarser", [](TestPlan& plan) { plan.dropOff.step = 1e300; }},
-        {"Drop-off: the ramp has more than 2000 steps", [](TestPlan& plan) { plan.dropOff.step = 1e-300; }},
-    };
-    for (const auto& test : cases) {
+    const KesDriver::OutputLimits limits;
+    for (const auto& [reason, spoil] : cases) {
+        auto spoiled = settings;
         TestPlan plan;
-        test.spoil(plan);
-        EXPECT_THAT(message(plan.check()), HasSubstr(test.reason));
+        plan.timeout = 3600.0;
+        EXPECT_EQ(message(plan.check(settings, limits)), "");
+        spoil(spoiled, plan);
+        EXPECT_THAT(message(plan.check(spoiled, limits)), HasSubstr(reason));
     }
 }
 
-TEST(PlanTest, AStepAsWideAsTheToleranceWillDo)
+} // namespace
+
+TEST(PlanTest, RefusesWhatMakesNoSenseAndSaysWhy)
 {
+    const std::vector<Refusal> cases{
+        {"no points", [](auto&, auto& plan) { plan.multiples.clear(); }},
+        {"At 1 × Is the relay does not operate", [](auto&, auto& plan) { plan.multiples[2] = 1.0; }},
+        {"A point at 1.05 × Is lies within the pick-up tolerance of 5 %",
+         [](auto&, auto& plan) { plan.multiples[2] = 1.05; }},
+        {"A point at 1.5 × Is", [](auto&, auto& plan) { plan.pickUpTolerancePercent = 50.0; }},
+        {"At nan × Is", [](auto&, auto& plan) { plan.multiples[2] = notANumber; }},
+        {"inf × Is is too much", [](auto&, auto& plan) { plan.multiples[2] = infinity; }},
+        {"Time-out is 0,", [](auto&, auto& plan) { plan.timeout = 0.0; }},
+        {"ratio is 1, but must lie between 0.01 and 0.99",
+         [](auto&, auto& plan) { plan.minimumRatio = 1.0; }},
+        {"Pick-up: the ramp must rise",
+         [](auto&, auto& plan) { std::swap(plan.pickUp.from, plan.pickUp.to); }},
+        {"Drop-off: the ramp must fall", [](auto&, auto& plan) { plan.dropOff.to = 1.1; }},
+        {"Pick-up: a step of 0 × Is", [](auto&, auto& plan) { plan.pickUp.step = 0.0; }},
+        {"Pick-up: a step of 0.051 × Is is coarser than",
+         [](auto&, auto& plan) { plan.pickUp.step = 0.051; }},
+        {"Drop-off: a step of 1e+300 × Is is coarser", [](auto&, auto& plan) { plan.dropOff.step = 1e300; }},
+        {"Drop-off: the ramp has more than 2000 steps",
+         [](auto&, auto& plan) { plan.dropOff.step = 1e-300; }},
+        {"no fault to try", [](auto&, auto& plan) { plan.faults.clear(); }},
+        {"a fault twice", [](auto&, auto& plan) { plan.faults.push_back(Fault::A); }},
+    };
+    expectRefused(cases, {});
     TestPlan plan;
     plan.pickUp.step = plan.dropOff.step = 0.07;
     plan.pickUpTolerancePercent = 7.0;
-    EXPECT_TRUE(plan.check());
+    EXPECT_EQ(message(plan.check()), "") << "a step as wide as the tolerance";
 }
 
 TEST(PlanTest, RefusesWhatDoesNotSuitRelayOrDevice)
@@ -77,48 +95,77 @@ TEST(PlanTest, RefusesWhatDoesNotSuitRelayOrDevice)
 
 TEST(PlanTest, RefusesWhatWouldJudgeOrBurnAHealthyRelay)
 {
-    struct {
-        const char* reason;
-        void (*spoil)(RelaySettings& settings, TestPlan& plan);
-    } const cases[] = {
+    const std::vector<Refusal> cases{
         {"1.06 × Is is too close to Is: a relay whose current is off by 6 %",
-         [](RelaySettings& settings, TestPlan& plan) {
+         [](auto& settings, auto& plan) {
              settings.currentTolerancePercent = 6.0;
              plan.multiples = {1.06};
          }},
         {"At 10 × Is for up to 171.",
-         [](RelaySettings& settings, TestPlan&) {
+         [](auto& settings, auto&) {
              settings[StageId::First].timeMultiplier = 10.0;
              settings[StageId::First].curve = CurveKind::LongTimeInverse;
          }},
         // Each of them would do, but such a relay hardly cools down in between.
         {"At 19 × Is for up to",
-         [](RelaySettings& settings, TestPlan& plan) {
+         [](auto& settings, auto& plan) {
              settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
              settings[StageId::First].definiteTime = 5.0;
              settings.continuousWithstand = 0.5;
              plan.multiples = {20.0, 20.0, 20.0, 19.0};
          }},
         {"Pick-up ramp: the relay's current input",
-         [](RelaySettings& settings, TestPlan& plan) {
+         [](auto& settings, auto& plan) {
              settings[StageId::First].settingCurrent = 20.0;
              plan.pickUp.dwell = 10.0;
              plan.multiples = {1.1};
              settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
          }},
         {"with the definite-time characteristic only",
-         [](RelaySettings& settings, TestPlan&) { settings.rampContact = RampContactKind::ByTripContact; }},
-        {"input 9, but the device has 8",
-         [](RelaySettings& settings, TestPlan&) { settings.startInput = 9; }},
+         [](auto& settings, auto&) { settings.rampContact = RampContactKind::ByTripContact; }},
+        {"input 9, but the device has 8", [](auto& settings, auto&) { settings.startInput = 9; }},
     };
-    for (const auto& test : cases) {
-        RelaySettings settings;
-        TestPlan plan;
-        plan.timeout = 3600.0;
-        EXPECT_TRUE(plan.check(settings, KesDriver::OutputLimits())) << test.reason;
-        test.spoil(settings, plan);
-        EXPECT_THAT(message(plan.check(settings, KesDriver::OutputLimits())), HasSubstr(test.reason));
-    }
+    expectRefused(cases, {});
+}
+
+TEST(PlanTest, RefusesWhatCannotBeWiredOrSeen)
+{
+    RelaySettings settings;
+    settings[StageId::Residual].isUsed = true;
+    const std::vector<Refusal> cases{
+        {"Fault AB takes 4 current outputs, with 2 in parallel for each phase; the device has 3",
+         [](auto&, auto& plan) {
+             plan.faults = {Fault::AB};
+             plan.outputsPerPhase = 2;
+         }},
+        {"cannot be both A and N",
+         [](auto&, auto& plan) {
+             plan.faults.push_back(Fault::N);
+             plan.outputsPerPhase = 3;
+         }},
+        {"No stage in use sees fault N",
+         [](auto& spoiled, auto& plan) {
+             plan.faults = {Fault::N};
+             spoiled[StageId::Residual].isUsed = false;
+         }},
+        {"At 1.5 × Is no stage operates with fault BC",
+         [](auto& spoiled, auto& plan) {
+             plan.faults = {Fault::BC};
+             spoiled[StageId::First].curve = CurveKind::TableCurve;
+         }},
+        {"No stage in use sees fault A",
+         [](auto& spoiled, auto& plan) {
+             plan.direction = FaultDirection::Reverse;
+             for (auto& stage : spoiled.stages)
+                 stage.direction = DirectionKind::ForwardOnly;
+         }},
+        {"20 × Is is 80 A, but the device puts out at most 64 A",
+         [](auto& spoiled, auto& plan) {
+             plan.outputsPerPhase = 2;
+             spoiled.nominalCurrent = spoiled[StageId::First].settingCurrent = 4.0;
+         }},
+    };
+    expectRefused(cases, settings);
 }
 
 /// Some values are accepted only after others.
@@ -152,19 +199,15 @@ TEST(RampTest, ReachesBothEndsWhateverTheStep)
     EXPECT_THAT((Ramp{0.9, 1.1, 5.0, 0.2}.getMultiples()), Pointwise(DoubleNear(1e-9), {0.9, 1.1}));
 }
 
-TEST(PlanTextsTest, ReadsListsAsUsersTypeThem)
+TEST(PlanTextsTest, ReadsWhatItWritesAndWhatUsersType)
 {
-    PlanTexts texts{TestPlan()};
+    PlanTexts typed{TestPlan()};
     for (const char* text : {" 1,5;2 ;  3; ", "1.5, 2, 3,"}) {
-        texts[PlanField::Multiples] = text;
+        typed[PlanField::Multiples] = text;
         TestPlan plan;
-        EXPECT_FALSE(texts.read(plan)) << text;
+        EXPECT_FALSE(typed.read(plan)) << text;
         EXPECT_THAT(plan.multiples, ElementsAre(1.5, 2, 3));
     }
-}
-
-TEST(PlanTextsTest, ReadsWhatItWritesInBothLanguages)
-{
     for (const auto language : {lng::English, lng::Russian}) {
         const KesTest::LanguageScope scope(language);
         TestPlan plan;

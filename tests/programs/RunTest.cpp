@@ -1,18 +1,17 @@
 #include <Overcurrent/run/TestRun.h>
 
-#include <KesDriver/simulated/SimulatedNetwork.h>
-
-#include <support/SimulatedRelay.h>
+#include <programs/KestoBench.h>
+#include <programs/WatchedRelay.h>
 
 #include <gmock/gmock.h>
 
 #include <future>
 #include <set>
 #include <tuple>
-#include <utility>
 
 using namespace Overcurrent;
 using namespace std::chrono_literals;
+using KesTest::WatchedRelay;
 using testing::ElementsAre;
 
 namespace {
@@ -20,8 +19,6 @@ namespace {
 struct Recorder : ITestRunListener {
     void onPhase(const RunPhase& phase) override
     {
-        const bool wasCooling = std::exchange(isCooling, phase.coolingSeconds > 0.0);
-        coolings += isCooling && !wasCooling ? 1 : 0;
         EXPECT_GE(phase.times.share, times.share);
         EXPECT_LE(phase.times.share, 1.0);
         EXPECT_GE(phase.times.elapsed, times.elapsed);
@@ -37,73 +34,6 @@ struct Recorder : ITestRunListener {
     std::optional<RampResult> dropOff;
     KesMeasure::RunTimes times;
     std::set<std::tuple<RunPhase::Kind, std::size_t, unsigned>> phases;
-    bool isCooling = false;
-    int coolings = 0;
-};
-
-/// Adds up the seconds for which it has carried current.
-class WatchedRelay : public KesTest::SimulatedRelay {
-public:
-    using SimulatedRelay::SimulatedRelay;
-
-    void applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime time) override
-    {
-        if (_amperes > 0.0)
-            carried += std::chrono::duration<double>(time - _since).count();
-        _amperes = outputs.currents[0].magnitude;
-        _since = time;
-        SimulatedRelay::applyOutputs(outputs, time);
-    }
-
-    double carried = 0.0;
-
-private:
-    double _amperes = 0.0;
-    KesDriver::DeviceTime _since{0};
-};
-
-/// Both contacts close by themselves soon after the working mode has begun.
-class StuckRelay : public KesDriver::ISimulatedTestObject {
-public:
-    void reset(KesDriver::DeviceTime time) override
-    {
-        _next = 0;
-        _from = time;
-    }
-    void applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime) override
-    {
-        largest = std::max(largest, outputs.currents[0].magnitude);
-    }
-    std::optional<KesDriver::InputEvent> getNextChange() const override
-    {
-        if (_next == 2)
-            return std::nullopt;
-        return KesDriver::InputEvent{_next + 1, true, _from + (_next + 1) * 1ms};
-    }
-    void acceptChange() override { ++_next; }
-
-    double largest = 0.0;
-
-private:
-    unsigned _next = 0;
-    KesDriver::DeviceTime _from{0};
-};
-
-/// Its contact stays closed after a current that was hardly large enough.
-class StickyRelay : public KesTest::SimulatedRelay {
-public:
-    using SimulatedRelay::SimulatedRelay;
-
-    void applyOutputs(const KesDriver::OutputState& outputs, KesDriver::DeviceTime time) override
-    {
-        const double amperes = outputs.currents[0].magnitude;
-        if (amperes > 0.0 || _last == 0.0 || _last > 1.5)
-            SimulatedRelay::applyOutputs(outputs, time);
-        _last = amperes > 0.0 ? amperes : _last;
-    }
-
-private:
-    double _last = 0.0;
 };
 
 /// A device on a bench of its own, in working mode.
@@ -111,32 +41,35 @@ class TestRunTest : public testing::Test {
 protected:
     TestRunTest()
     {
-        network.add(address, device);
-        EXPECT_TRUE(device->setSpeed(5000));
         plan.multiples = {2.0, 5.0};
         plan.timeout = 20.0;
         plan.goesOn = true;
     }
 
-    RunEnd run(std::shared_ptr<KesDriver::ISimulatedTestObject> relay)
+    RunEnd run(const std::shared_ptr<WatchedRelay>& relay, unsigned stuckInput = 0)
     {
-        device->connectTestObject(std::move(relay));
-        EXPECT_TRUE(kesto.connect());
-        EXPECT_TRUE(kesto.startWorkingMode());
+        recorder = {};
+        bench.begin(relay);
+        if (stuckInput > 0)
+            device->setInput(stuckInput, true);
         TestRun test(settings, plan, kesto, control, recorder);
         const auto end = test.execute();
         EXPECT_EQ(device->getOutputs(), KesDriver::OutputState());
         (void)kesto.stopWorkingMode();
         return end;
     }
+    /// Calls with the number of sequences that have ended; those that wait for the contacts are some too.
+    Kes::ScopedConnection onEnd(std::function<void(int)> slot)
+    {
+        return kesto.signalReport.connect([slot = std::move(slot), ends = 0](const auto& report) mutable {
+            if (std::holds_alternative<KesDriver::SequenceEvent>(report))
+                slot(++ends);
+        });
+    }
 
-    static constexpr KesDevice::Kesto::Address address{KesDevice::Kesto::Address::Bytes{10, 0, 0, 1}};
-    std::shared_ptr<KesDriver::SimulatedKesto> device =
-        std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 7));
-    KesDriver::SimulatedNetwork network;
-    const std::shared_ptr<KesDevice::Kesto> owned =
-        KesDevice::Kesto::create(address, network.createLink(address));
-    KesDevice::Kesto& kesto = *owned;
+    KesTest::KestoBench bench{5000};
+    KesDriver::SimulatedKesto* const device = bench.device.get();
+    KesDevice::Kesto& kesto = *bench.kesto;
     RelaySettings settings;
     TestPlan plan;
     KesMeasure::RunControl control;
@@ -153,7 +86,7 @@ PointResult measured(double multiple, KesDriver::DeviceTime time)
 TEST_F(TestRunTest, MeasuresTheRelaysTimesExactly)
 {
     // Starts with neither ramp: its only contact is the trip contact.
-    EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(1.5, 345678us, 10ms)), RunEnd::Complete);
+    EXPECT_EQ(run(std::make_shared<WatchedRelay>(1.5, 345678us, 10ms)), RunEnd::Complete);
     EXPECT_THAT(recorder.points, ElementsAre(measured(2.0, 345678us), measured(5.0, 345678us)));
     EXPECT_EQ(recorder.pickUp->state, MeasureState::NoOperation);
     EXPECT_EQ(recorder.dropOff->state, MeasureState::NoOperation);
@@ -162,7 +95,7 @@ TEST_F(TestRunTest, MeasuresTheRelaysTimesExactly)
 
 TEST_F(TestRunTest, APointWithoutOperationEndsTheTestUnlessThePlanGoesOn)
 {
-    const auto relay = std::make_shared<KesTest::SimulatedRelay>(3.0, 1s, 10ms);
+    const auto relay = std::make_shared<WatchedRelay>(3.0, 1s, 10ms);
     plan.repetitions = 3;
     EXPECT_EQ(run(relay), RunEnd::Complete);
     auto threeTimes = measured(5.0, 1s);
@@ -170,7 +103,6 @@ TEST_F(TestRunTest, APointWithoutOperationEndsTheTestUnlessThePlanGoesOn)
     EXPECT_THAT(recorder.points,
                 ElementsAre(PointResult{{Fault::A, 2.0}, MeasureState::NoOperation, {}}, threeTimes));
     EXPECT_EQ(recorder.phases.size(), 1u + 3u + 2u) << "what has not operated is not burnt again";
-    recorder = {};
     plan.goesOn = false;
     EXPECT_EQ(run(relay), RunEnd::Ended);
     EXPECT_THAT(recorder.points, ElementsAre(PointResult{{Fault::A, 2.0}, MeasureState::NoOperation, {}}));
@@ -179,17 +111,19 @@ TEST_F(TestRunTest, APointWithoutOperationEndsTheTestUnlessThePlanGoesOn)
 
 TEST_F(TestRunTest, AContactThatIsClosedBeforeTheCurrentKeepsItOff)
 {
-    const auto relay = std::make_shared<StuckRelay>();
-    EXPECT_EQ(run(relay), RunEnd::Complete);
-    for (const auto& point : recorder.points)
-        EXPECT_EQ(point.state, MeasureState::NotReset);
-    EXPECT_EQ(recorder.points.size(), 2u);
-    EXPECT_EQ(recorder.pickUp->state, MeasureState::NotReset);
-    EXPECT_EQ(recorder.dropOff->state, MeasureState::NotReset);
-    EXPECT_EQ(relay->largest, 0.0);
-    plan.goesOn = false;
-    recorder = {};
-    EXPECT_EQ(run(relay), RunEnd::Ended);
+    const auto relay = std::make_shared<WatchedRelay>(1.5, 1s, 10ms);
+    for (const unsigned input : {settings.tripInput, settings.startInput}) {
+        plan.goesOn = true;
+        EXPECT_EQ(run(relay, input), RunEnd::Complete);
+        for (const auto& point : recorder.points)
+            EXPECT_EQ(point.state, MeasureState::NotReset) << input;
+        EXPECT_EQ(recorder.points.size(), 2u);
+        EXPECT_EQ(recorder.pickUp->state, MeasureState::NotReset);
+        EXPECT_EQ(recorder.dropOff->state, MeasureState::NotReset);
+        EXPECT_EQ(relay->largest, 0.0);
+        plan.goesOn = false;
+        EXPECT_EQ(run(relay, input), RunEnd::Ended);
+    }
 }
 
 TEST_F(TestRunTest, AContactThatIsClosedWhenTheCurrentComesIsEarly)
@@ -200,12 +134,8 @@ TEST_F(TestRunTest, AContactThatIsClosedWhenTheCurrentComesIsEarly)
     // The step ends after the longest debouncing, which is no short part of this point.
     settings.debounceMilliseconds = 100.0;
     // It closes once the device has seen it open, and opens after the point.
-    const Kes::ScopedConnection listener =
-        kesto.signalReport.connect([this, ends = 0](const KesDriver::Report& report) mutable {
-            if (std::holds_alternative<KesDriver::SequenceEvent>(report))
-                device->setInput(1, ++ends % 2 == 1);
-        });
-    EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(1000.0, 1s, 10ms)), RunEnd::Complete);
+    const auto listener = onEnd([this](int ends) { device->setInput(1, ends % 2 == 1); });
+    EXPECT_EQ(run(std::make_shared<WatchedRelay>(1000.0, 1s, 10ms)), RunEnd::Complete);
     ASSERT_EQ(recorder.points.size(), 2u);
     for (const auto& point : recorder.points)
         EXPECT_EQ(point.state, MeasureState::ContactEarly);
@@ -225,11 +155,15 @@ TEST_F(TestRunTest, ARelayThatDoesNotTripIsNotBurnt)
     EXPECT_GT(relay->carried, 2.8);
 }
 
-TEST_F(TestRunTest, WithoutRampsOnlyThePointsAreMeasured)
+TEST_F(TestRunTest, ARelayHasItsTimeToReset)
 {
+    // Slow: the device's clock hardly moves between two steps by itself.
+    EXPECT_TRUE(device->setSpeed(100));
+    settings.resetTime = 5.0;
     settings.rampContact = RampContactKind::NoRamps;
-    EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(1.5, 345678us, 10ms)), RunEnd::Complete);
-    EXPECT_EQ(recorder.points.size(), 2u);
+    const auto relay = std::make_shared<WatchedRelay>(1.5, 100ms, 10ms);
+    EXPECT_EQ(run(relay), RunEnd::Complete);
+    EXPECT_GE(relay->shortestRest, 5.0);
     EXPECT_FALSE(recorder.pickUp || recorder.dropOff);
     EXPECT_EQ(recorder.phases.size(), 2u);
 }
@@ -239,53 +173,37 @@ TEST_F(TestRunTest, TheTripContactServesForTheRamps)
     settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
     settings.rampContact = RampContactKind::ByTripContact;
     plan.minimumRatio = 0.95;
-    EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(1.033, 1s, 10ms)), RunEnd::Complete);
+    EXPECT_EQ(run(std::make_shared<WatchedRelay>(1.033, 1s, 10ms)), RunEnd::Complete);
     EXPECT_NEAR(recorder.pickUp->multiple, 1.04, 1e-9);
     EXPECT_NEAR(recorder.pickUp->without, 1.03, 1e-9);
     EXPECT_NEAR(recorder.dropOff->multiple, 1.03, 1e-9);
     EXPECT_NEAR(recorder.dropOff->without, 1.04, 1e-9);
-    recorder = {};
-    EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(0.5, 1s, 10ms)), RunEnd::Complete);
+    EXPECT_EQ(run(std::make_shared<WatchedRelay>(0.5, 1s, 10ms)), RunEnd::Complete);
     EXPECT_EQ(recorder.dropOff->state, MeasureState::NoDropOff) << "it has picked up";
-    recorder = {};
-    EXPECT_EQ(run(std::make_shared<StickyRelay>(1.033, 1s, 10ms)), RunEnd::Complete);
+    // Twice for each point, once before the coarse ramp, and once after it.
+    const auto stuck = onEnd([this](int ends) { device->setInput(1, ends == 6); });
+    EXPECT_EQ(run(std::make_shared<WatchedRelay>(1.033, 1s, 10ms)), RunEnd::Complete);
     EXPECT_EQ(recorder.points.size(), 2u);
     EXPECT_EQ(recorder.pickUp->state, MeasureState::NotReset) << "after the coarse ramp";
-}
-
-/// Three points that are each a good half of what the relay withstands.
-TEST_F(TestRunTest, AWarmRelayCoolsDownFirst)
-{
-    settings.nominalCurrent = 0.4;
-    settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
-    settings[StageId::First].definiteTime = 2.0;
-    settings.rampContact = RampContactKind::NoRamps;
-    plan.multiples = {20.0, 20.0, 20.0};
-    EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(1.5, 2s, 10ms)), RunEnd::Complete);
-    EXPECT_EQ(recorder.points.size(), 3u);
-    EXPECT_EQ(recorder.coolings, 2);
 }
 
 /// The recording among others: without the contact's change the relay would be found not to operate.
 TEST_F(TestRunTest, AnEventThatIsNotTakenIsAFaultAndNoVerdict)
 {
     for (unsigned number = 1; number <= 3; ++number) {
-        recorder = {};
         const Kes::ScopedConnection listener =
             kesto.signalReport.connect([&, left = number](const KesDriver::Report& report) mutable {
                 if (std::holds_alternative<KesDriver::InputEvent>(report) && --left == 0)
                     throw std::bad_alloc();
             });
-        EXPECT_EQ(run(std::make_shared<KesTest::SimulatedRelay>(1.5, 345678us, 10ms)), RunEnd::Fault);
+        EXPECT_EQ(run(std::make_shared<WatchedRelay>(1.5, 345678us, 10ms)), RunEnd::Fault);
         EXPECT_LT(recorder.points.size(), 2U);
     }
 }
 
 TEST_F(TestRunTest, NonsenseFromTheDeviceEndsTheRunWithoutResults)
 {
-    device->connectTestObject(std::make_shared<KesTest::SimulatedRelay>(1.5, 1s, 10ms));
-    EXPECT_TRUE(kesto.connect());
-    EXPECT_TRUE(kesto.startWorkingMode());
+    bench.begin(std::make_shared<WatchedRelay>(1.5, 1s, 10ms));
     device->setNonsense(true);
     TestRun test(settings, plan, kesto, control, recorder);
     auto end = std::async(std::launch::async, [&] { return test.execute(); });

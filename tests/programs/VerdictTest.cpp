@@ -1,198 +1,183 @@
-#include "ModelRelay.h"
+// Whole tests of relays that are what their settings say, and of others. The relay of the bench has
+// characteristics of its own and shares none with what judges it.
 
 #include <Overcurrent/bench/BenchRelay.h>
 #include <Overcurrent/data/Evaluation.h>
 #include <Overcurrent/run/TestRun.h>
 
-#include <KesDriver/simulated/SimulatedNetwork.h>
+#include <programs/KestoBench.h>
+#include <support/Message.h>
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <functional>
+#include <random>
 
 using namespace Overcurrent;
 using KesMeasure::Verdict;
 
 namespace {
 
-constexpr std::mt19937::result_type seed = 20240311;
+/// What the program knows of a relay, and how it tests it.
+struct Subject {
+    RelaySettings settings;
+    TestPlan plan;
+};
 
-/// What a test without any fault of its own would measure, with a ramp of one run.
-TestResults measure(const ModelRelay& relay)
-{
+struct Collector : ITestRunListener {
+    void onPhase(const RunPhase&) override {}
+    void onPoint(std::size_t, const PointResult& result) override { results.points.push_back(result); }
+    void onPickUp(const RampResult& result) override { results.pickUp = result; }
+    void onDropOff(const RampResult& result) override { results.dropOff = result; }
     TestResults results;
-    results.settings = relay.settings;
-    results.plan = relay.plan;
-    results.end = RunEnd::Complete;
-    for (const auto& planned : relay.plan.getPoints()) {
-        PointResult point{planned, MeasureState::NoOperation, {}};
-        if (const auto time = relay.getTime(outputsOf(relay, planned)))
-            point = {planned, MeasureState::Measured, KesDriver::DeviceTime(std::llround(*time * 1e6))};
-        results.points.push_back(point);
-    }
-    if (!relay.settings.hasRamps())
-        return results;
-    const auto find = [&](const Ramp& ramp, auto hasChanged) {
-        const auto multiples = ramp.getMultiples();
-        const auto found = std::find_if(multiples.begin(), multiples.end(), [&](double multiple) {
-            return hasChanged(outputsOfRamp(relay, multiple));
-        });
-        return found == multiples.begin() || found == multiples.end()
-                   ? RampResult{MeasureState::NoOperation}
-                   : RampResult{MeasureState::Measured, *found, *std::prev(found)};
-    };
-    results.pickUp = find(relay.plan.pickUp, [&](const auto& outputs) { return relay.picksUp(outputs); });
-    results.dropOff = find(relay.plan.dropOff, [&](const auto& outputs) { return relay.dropsOff(outputs); });
-    return results;
-}
+};
 
-/// The same on a simulated bench, in full.
-TestResults runAt(double speed, const ModelRelay& relay,
-                  std::shared_ptr<KesDriver::ISimulatedTestObject> object)
+/// Of a relay with other settings than the program knows.
+Verdict judge(const Subject& subject, const RelaySettings& relay)
 {
-    const auto& plan = relay.plan;
-    struct Collector : ITestRunListener {
-        void onPhase(const RunPhase&) override {}
-        void onPoint(std::size_t, const PointResult& result) override { results.points.push_back(result); }
-        void onPickUp(const RampResult& result) override { results.pickUp = result; }
-        void onDropOff(const RampResult& result) override { results.dropOff = result; }
-        TestResults results;
-    };
-    const auto device = std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, 7));
-    EXPECT_TRUE(device->setSpeed(speed));
-    device->connectTestObject(std::move(object));
-    const KesDevice::Kesto::Address address({10, 0, 0, 1});
-    KesDriver::SimulatedNetwork network;
-    network.add(address, device);
-    const auto kesto = KesDevice::Kesto::create(address, network.createLink(address));
-    EXPECT_TRUE(kesto->connect());
-    EXPECT_TRUE(kesto->startWorkingMode());
+    const auto& [settings, plan] = subject;
+    EXPECT_EQ(KesTest::message(plan.check(settings)), "");
+    KesTest::KestoBench bench(100000);
+    bench.begin(makeBenchRelay(relay, plan));
     KesMeasure::RunControl control;
     Collector collector;
-    collector.results.settings = relay.settings;
+    collector.results.settings = settings;
     collector.results.plan = plan;
-    collector.results.end = TestRun(relay.settings, plan, *kesto, control, collector).execute();
-    return collector.results;
+    collector.results.end = TestRun(settings, plan, *bench.kesto, control, collector).execute();
+    return Evaluation::verdict(collector.results);
 }
 
-TestResults run(const ModelRelay& relay)
+double draw(std::mt19937& random, double least, double most)
 {
-    return runAt(100000, relay, std::make_shared<ModelRelayObject>(relay));
+    return least + (most - least) * static_cast<double>(random()) / static_cast<double>(std::mt19937::max());
 }
 
-std::string describe(const TestResults& results)
+void drawStage(std::mt19937& random, Stage& stage, double setting)
 {
-    std::string text;
-    for (const auto& point : results.points) {
-        const auto evaluated = Evaluation::evaluate(results, point);
-        text += Faults::wordOf(point.fault) + " " + std::to_string(point.multiple) + ": " +
-                std::to_string(evaluated.measured.value_or(-1.0)) + " of " +
-                std::to_string(evaluated.earliest) + " to " + std::to_string(evaluated.latest) +
-                (evaluated.isPassed ? "\n" : " FAILED\n");
+    stage.isUsed = true;
+    stage.settingCurrent = setting;
+    stage.curve = static_cast<CurveKind>(random() % 9);
+    stage.timeMultiplier = draw(random, 0.05, 0.5);
+    stage.definiteTime = draw(random, 0.05, 1.0);
+    stage.table = {{1.02, draw(random, 5.0, 20.0)}};
+    while (stage.table.size() < 5)
+        stage.table.push_back({stage.table.back().multiple * draw(random, 1.3, 3.0),
+                               stage.table.back().seconds * draw(random, 0.3, 1.0)});
+}
+
+Subject drawSubject(std::mt19937& random)
+{
+    Subject subject;
+    auto& [settings, plan] = subject;
+    plan.multiples = {1.1, 1.3, 2.0, 3.0, 4.9, 5.0, 7.5, 10.0, 15.0, 20.0};
+    plan.timeout = 3600.0;
+    settings.toleranceKind = static_cast<TimeToleranceKind>(random() % 2);
+    settings.toleranceMilliseconds = 40.0;
+    settings.characteristicAngle = draw(random, -90.0, 60.0);
+    const double first = draw(random, 0.2, 0.8);
+    drawStage(random, settings[StageId::First], first);
+    if (random() % 2)
+        drawStage(random, settings[StageId::Second], first * draw(random, 2.0, 8.0));
+    if (random() % 2)
+        drawStage(random, settings[StageId::Third], first * draw(random, 8.0, 16.0));
+    if (random() % 2)
+        drawStage(random, settings[StageId::Residual], first * draw(random, 0.2, 1.5));
+    // One stage at least sees each fault.
+    const bool isForward = random() % 2;
+    plan.direction = isForward ? FaultDirection::Forward : FaultDirection::Reverse;
+    const auto same = isForward ? DirectionKind::ForwardOnly : DirectionKind::ReverseOnly;
+    for (const auto stage : {StageId::First, StageId::Residual})
+        settings[stage].direction = random() % 2 ? same : DirectionKind::NonDirectional;
+    for (const auto stage : {StageId::Second, StageId::Third})
+        settings[stage].direction = static_cast<DirectionKind>(random() % 3);
+    const bool hasResidual = settings[StageId::Residual].isUsed;
+    const auto fault = allFaults[random() % (hasResidual ? 8 : 7)];
+    plan.faults = {fault};
+    if (hasResidual && fault != Fault::N && random() % 2)
+        plan.faults.push_back(Fault::N);
+    else if (fault == Fault::N || Faults::countPhases(fault) == 1)
+        plan.outputsPerPhase = 1 + static_cast<unsigned>(random() % 3);
+    return subject;
+}
+
+/// By shares of the tolerances of time and current.
+RelaySettings off(const RelaySettings& settings, double time, double current)
+{
+    auto relay = settings;
+    for (auto& stage : relay.stages) {
+        const double factor = 1.0 + time * settings.tolerancePercent / 100.0;
+        stage.timeMultiplier *= factor;
+        stage.definiteTime *= factor;
+        for (auto& pair : stage.table)
+            pair.seconds *= factor;
+        stage.settingCurrent *= 1.0 + current * settings.currentTolerancePercent / 100.0;
     }
-    for (const auto& ramp : {results.pickUp, results.dropOff})
-        if (ramp)
-            text += std::to_string(ramp->without) + " to " + std::to_string(ramp->multiple) + "\n";
-    return text;
+    return relay;
 }
 
-using Draw = std::function<ModelRelay(std::mt19937&)>;
-using Make = TestResults (*)(const ModelRelay&);
-
-/// How many relays get another verdict than they should.
-int countWrong(int count, const Draw& draw, Make make, Verdict right)
+/// Three stages that see something each: a fault between phases at 2 and at 8 × Is, and one to earth.
+Subject threeStages()
 {
-    std::mt19937 random(seed);
-    int wrong = 0;
-    for (int i = 0; i < count; ++i) {
-        const auto relay = draw(random);
-        const auto checked = relay.plan.check(relay.settings);
-        EXPECT_TRUE(checked) << (checked ? "" : checked.getError()->getMessage());
-        const auto results = make(relay);
-        if (Evaluation::verdict(results) == right)
-            continue;
-        ++wrong;
-        ADD_FAILURE() << "relay " << i << ", curve " << relay.settings[StageId::First].curve << "\n"
-                      << describe(results);
-    }
-    return wrong;
+    Subject subject;
+    auto& [settings, plan] = subject;
+    settings[StageId::Second].isUsed = settings[StageId::Residual].isUsed = true;
+    for (auto& stage : settings.stages)
+        stage.direction = DirectionKind::ForwardOnly;
+    plan.multiples = {2.0, 8.0};
+    plan.faults = {Fault::A, Fault::BC};
+    plan.goesOn = true;
+    return subject;
 }
 
 } // namespace
 
+/// The relay of the bench itself is late by about a percent and a contact time.
 TEST(VerdictTest, NoHealthyRelayFails)
 {
-    EXPECT_EQ(countWrong(1000, ModelRelay::healthy, measure, Verdict::Passed), 0);
-    EXPECT_EQ(countWrong(1000, ModelRelay::healthyStages, measure, Verdict::Passed), 0);
+    std::mt19937 random(20240311);
+    for (int i = 0; i < 60; ++i) {
+        const auto subject = drawSubject(random);
+        for (const auto& relay : {off(subject.settings, 0.4, 0.6), off(subject.settings, -0.9, -0.9)})
+            EXPECT_EQ(judge(subject, relay), Verdict::Passed) << i;
+    }
 }
 
 TEST(VerdictTest, NoFaultyRelayPasses)
 {
-    EXPECT_EQ(countWrong(1000, ModelRelay::faulty, measure, Verdict::Failed), 0);
-    EXPECT_EQ(countWrong(1000, ModelRelay::faultyStages, measure, Verdict::Failed), 0);
-}
-
-TEST(VerdictTest, TheRunAddsNoWrongVerdict)
-{
-    for (const auto& draw : {ModelRelay::healthy, ModelRelay::healthyStages})
-        EXPECT_EQ(countWrong(40, draw, run, Verdict::Passed), 0);
-    for (const auto& draw : {ModelRelay::faulty, ModelRelay::faultyStages})
-        EXPECT_EQ(countWrong(40, draw, run, Verdict::Failed), 0);
-}
-
-TEST(VerdictTest, TheRunMeasuresWhatTheRelayDoes)
-{
-    std::mt19937 random(seed + 1);
-    for (int i = 0; i < 20; ++i) {
-        const auto relay = i % 2 ? ModelRelay::healthyStages(random) : ModelRelay::healthy(random);
-        const auto results = run(relay);
-        ASSERT_EQ(results.points.size(), relay.plan.countPoints()) << i;
-        for (const auto& point : results.points)
-            EXPECT_NEAR(static_cast<double>(point.time.count()),
-                        *relay.getTime(outputsOf(relay, point)) * 1e6, 1.0)
-                << i;
-        if (!relay.settings.hasRamps())
-            continue;
-        EXPECT_TRUE(relay.picksUp(outputsOfRamp(relay, results.pickUp->multiple))) << i;
-        EXPECT_FALSE(relay.picksUp(outputsOfRamp(relay, results.pickUp->without))) << i;
-        EXPECT_TRUE(relay.dropsOff(outputsOfRamp(relay, results.dropOff->multiple))) << i;
-        EXPECT_FALSE(relay.dropsOff(outputsOfRamp(relay, results.dropOff->without))) << i;
-        EXPECT_NEAR(results.dropOff->without - results.dropOff->multiple, relay.plan.dropOff.step, 1e-9) << i;
-    }
-}
-
-/// The relay of the simulated bench, which a user sees, with stages and faults of any kind.
-TEST(VerdictTest, TheBenchRelayPasses)
-{
-    std::mt19937 random(seed + 2);
-    for (int i = 0; i < 40; ++i) {
-        auto relay = ModelRelay::healthyStages(random);
-        auto& settings = relay.settings;
-        auto& plan = relay.plan;
-        settings.toleranceMilliseconds = 30.0;
-        settings.tolerancePercent = 5.0;
-        settings.currentTolerancePercent = 2.0;
-        settings.debounceMilliseconds = 5.0;
-        if (i % 2) {
-            const bool isResidual = settings[StageId::Residual].isUsed && random() % 2;
-            plan.faults = {isResidual ? Fault::N : allFaults[random() % 3]};
-            plan.outputsPerPhase = 2 + static_cast<unsigned>(random() % 2);
+    const auto subject = threeStages();
+    EXPECT_EQ(judge(subject, subject.settings), Verdict::Passed);
+    const std::pair<const char*, void (*)(Stage&)> faults[] = {
+        {"missing", [](Stage& stage) { stage.isUsed = false; }},
+        {"turned", [](Stage& stage) { stage.direction = DirectionKind::ReverseOnly; }},
+        {"slow", [](Stage& stage) { stage.timeMultiplier *= 1.2, stage.definiteTime *= 1.2; }},
+        {"fast", [](Stage& stage) { stage.timeMultiplier *= 0.8, stage.definiteTime *= 0.8; }},
+    };
+    for (const auto stage : {StageId::First, StageId::Second, StageId::Residual})
+        for (const auto& [what, spoil] : faults) {
+            auto relay = subject.settings;
+            spoil(relay[stage]);
+            EXPECT_EQ(judge(subject, relay), Verdict::Failed) << what << " " << static_cast<int>(stage);
         }
-        const auto results = runAt(100000, relay, makeBenchRelay(settings, plan));
-        EXPECT_EQ(Evaluation::verdict(results), Verdict::Passed) << i << "\n" << describe(results);
-    }
+    // Within the tolerance of the current, but beyond that of the time.
+    for (const double time : {-2.5, 2.5})
+        EXPECT_EQ(judge({}, off({}, time, 0.0)), Verdict::Failed) << time;
 }
 
-/// At a speed at which the device's clock hardly moves between two steps: a disk that is still on its way
-/// back would arrive too early.
-TEST(VerdictTest, ADiskHasTheTimeToReset)
+TEST(VerdictTest, ARelayThatPicksUpOrDropsOffElsewhereFails)
 {
-    ModelRelay relay;
-    relay.settings[StageId::First].timeMultiplier = 0.05;
-    relay.settings.resetTime = relay.reset = 5.0;
-    relay.settings.rampContact = RampContactKind::NoRamps;
-    relay.plan.multiples = {10.0, 2.0, 10.0};
-    const auto results = runAt(100, relay, std::make_shared<ModelRelayObject>(relay));
-    EXPECT_EQ(Evaluation::verdict(results), Verdict::Passed) << describe(results);
+    Subject subject;
+    auto& stage = subject.settings[StageId::First];
+    stage.curve = CurveKind::DefiniteTimeCurve;
+    for (const auto contact : {RampContactKind::ByStartContact, RampContactKind::ByTripContact}) {
+        subject.settings.rampContact = contact;
+        subject.plan.minimumRatio = 0.9;
+        EXPECT_EQ(judge(subject, subject.settings), Verdict::Passed);
+        for (const double factor : {0.93, 1.07}) {
+            auto relay = subject.settings;
+            relay[StageId::First].settingCurrent *= factor;
+            EXPECT_EQ(judge(subject, relay), Verdict::Failed) << factor;
+        }
+        // It drops off at 0.955 of its pick-up value.
+        subject.plan.minimumRatio = 0.98;
+        EXPECT_EQ(judge(subject, subject.settings), Verdict::Failed);
+    }
 }

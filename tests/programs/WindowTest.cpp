@@ -1,6 +1,8 @@
 #include <Overcurrent/presenter/OvercurrentPresenter.h>
 
+#include <KesCommon/Directories.h>
 #include <KesProgram/archive/ArchiveManager.h>
+#include <KesProgram/recovery/RecoveryStore.h>
 
 #include <support/GuiTest.h>
 #include <support/LiveWidgets.h>
@@ -8,7 +10,9 @@
 
 #include <atkmm/object.h>
 #include <gtkmm/entry.h>
-#include <gtkmm/treeview.h>
+
+#include <filesystem>
+#include <sstream>
 
 using namespace Overcurrent;
 using KesTest::waitFor;
@@ -99,23 +103,24 @@ TEST_F(WindowTest, MarksAWrongValueAndAsksBeforeItSavesWithoutIt)
     EXPECT_EQ(model.getPlan().timeout, 45.5);
 }
 
-TEST_F(WindowTest, AsksBeforeATestReplacesACompleteOneThatIsInNoFile)
+TEST_F(WindowTest, WhatARunHasMeasuredIsCopiedWhileItRuns)
 {
-    const auto run = [&] {
-        EXPECT_TRUE(model.startTest());
-        EXPECT_TRUE(waitFor([&] { return model.getCanStart(); }));
-    };
-    run();
-    dialogs.answer(Kes::DialogResult::No);
-    EXPECT_FALSE(model.startTest());
-    EXPECT_TRUE(model.getCanStart());
-    EXPECT_EQ(model.getResults()->points.size(), 8u);
-    EXPECT_EQ(model.getRunVerdict(), KesProgram::RunVerdict::Passed);
-    dialogs.answer(Kes::DialogResult::Yes);
-    run();
-    ASSERT_TRUE(model.getArchiveManager()->saveAs(home.file("a.kovc")));
-    run();
-    EXPECT_EQ(dialogs.getMessages().size(), 2u);
-    // Closing asks about a new archive, as after the other tests.
-    model.getArchiveManager()->create({});
+    model.setSpeed(50);
+    ASSERT_TRUE(model.startTest());
+    ASSERT_TRUE(waitFor([this] {
+        const auto results = model.getResults();
+        return results && results->points.size() >= 2 && presenter.writeRecoveryCopy(std::chrono::seconds(5));
+    }));
+    ASSERT_TRUE(model.isRunning());
+    std::filesystem::copy(Kes::getKesCrossAppStateDir() + "OvercurrentModel/recovery/", home.file("copies/"));
+    auto lost = KesProgram::RecoveryStore(home.file("copies/")).findLost();
+    ASSERT_EQ(lost.size(), 1U);
+    const auto& copy = lost.front().getCopy();
+    EXPECT_THAT(copy.holds, testing::MatchesRegex("[2-9] results of 20..-..-.. ..:.., not saved"));
+    std::istringstream stream(copy.bytes);
+    OvercurrentModel other;
+    EXPECT_TRUE(other.setDataStream(stream, false));
+    EXPECT_GE(other.getResults()->points.size(), 2U);
+    model.stopTest();
+    EXPECT_TRUE(waitFor([this] { return model.getCanStart(); }));
 }

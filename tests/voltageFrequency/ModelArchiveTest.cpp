@@ -1,54 +1,49 @@
 #include <VoltageFrequency/model/VoltageFrequencyModel.h>
 
-#include <KesCommon/FileSystem.h>
-#include <KesProgram/archive/ArchiveHelper.h>
 #include <KesTreeRelay/Nameplate.h>
 
+#include <programs/ArchiveParts.h>
 #include <support/ProgramRunTest.h>
 
-#include <iterator>
-#include <map>
-#include <sstream>
-
 using namespace VoltageFrequency;
-namespace ArchiveHelper = KesProgram::ArchiveHelper;
 using KesMeasure::Origin;
 using KesMeasure::RunEnd;
+using KesTest::Entries;
+using KesTest::packedWith;
+using KesTest::packedWithout;
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 namespace {
-
-std::string textOf(std::istream& stream)
-{
-    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-}
-
-using Entries = std::map<std::string, std::string>;
 
 class ModelArchiveTest : public KesTest::ProgramRunTest<VoltageFrequencyModel> {
 protected:
     ModelArchiveTest() : ProgramRunTest(1e5) {}
 
-    std::string save() { return textOf(*model.getDataStream()); }
-    Entries entries()
+    std::string save() { return KesTest::textOf(*model.getDataStream()); }
+    Entries entries() { return KesTest::entriesOf(*model.getDataStream()); }
+    bool open(const std::string& bytes, bool isRepair = false)
     {
-        ArchiveHelper::DataMap data;
-        EXPECT_TRUE(ArchiveHelper::unpackStreamToData(*model.getDataStream(), data, ArchiveHelper::PREFIX));
-        Entries all;
-        for (const auto& [name, stream] : data)
-            all[name] = textOf(*stream);
-        return all;
+        std::stringstream stream(bytes);
+        return model.setDataStream(stream, isRepair);
     }
-    static std::stringstream pack(const Entries& all)
+    bool open(const std::stringstream& archive, bool isRepair = false)
     {
-        ArchiveHelper::DataMap data;
-        for (const auto& [name, text] : all)
-            data[name] = std::make_unique<std::stringstream>(text);
-        std::stringstream stream;
-        EXPECT_TRUE(ArchiveHelper::packDataToStream(stream, data, ArchiveHelper::PREFIX));
-        return stream;
+        return open(archive.str(), isRepair);
     }
+    std::string report()
+    {
+        EXPECT_TRUE(model.writeReport(home.file("report.html")));
+        return KesTest::readFile(home.file("report.html"));
+    }
+    std::string results()
+    {
+        EXPECT_TRUE(model.writeResults(home.file("r.json")));
+        return KesTest::readFile(home.file("r.json"));
+    }
+    KesTree::Node& node(const char* path) { return *model.getTestObject()->find(path); }
 };
 
 } // namespace
@@ -56,7 +51,7 @@ protected:
 TEST_F(ModelArchiveTest, AnArchiveComesBackAsItWas)
 {
     const auto empty = save();
-    ASSERT_TRUE(model.getTestObject()->find("undervoltage/setting")->setValue(75.0));
+    ASSERT_TRUE(node("undervoltage/setting").setValue(75.0));
     ASSERT_TRUE(runToEnd());
     EXPECT_FALSE(model.isResultStale());
     const auto record = model.getTestInView().record;
@@ -65,11 +60,10 @@ TEST_F(ModelArchiveTest, AnArchiveComesBackAsItWas)
     model.newData("");
     EXPECT_TRUE(model.isUntouched());
     EXPECT_EQ(save(), empty);
-    std::stringstream stream(whole);
-    ASSERT_TRUE(model.setDataStream(stream, false));
+    ASSERT_TRUE(open(whole));
     EXPECT_EQ(model.getTestInView().record, record);
     EXPECT_EQ(save(), whole);
-    ASSERT_TRUE(model.getTestObject()->find("undervoltage/setting")->setValue(76.0));
+    ASSERT_TRUE(node("undervoltage/setting").setValue(76.0));
     EXPECT_TRUE(model.isResultStale());
     EXPECT_EQ(model.getTestInView().test->createPlan()[0].expected, 75.0)
         << "the results keep their own settings";
@@ -84,8 +78,7 @@ TEST_F(ModelArchiveTest, ADamagedArchiveIsReadWholeOrNotAtAll)
     for (std::size_t at = 0; at < meaningful; at += 29) {
         auto damaged = whole;
         damaged[at] = static_cast<char>(damaged[at] ^ 0x15);
-        std::stringstream stream(damaged);
-        if (model.setDataStream(stream, false)) {
+        if (open(damaged)) {
             EXPECT_EQ(model.getTestInView().record, record) << at;
             EXPECT_EQ(save(), whole) << at;
         }
@@ -104,35 +97,19 @@ TEST_F(ModelArchiveTest, ADamagedArchiveIsReadWholeOrNotAtAll)
         {"test-results.xml", "undervoltage", "undervoltages"},
     };
     const auto good = entries();
-    for (const auto& test : cases) {
-        auto changed = good;
-        auto& text = changed.at(test.entry);
-        const auto at = text.find(test.what);
-        ASSERT_NE(at, std::string::npos) << test.what << " in " << text;
-        text.replace(at, std::string(test.what).size(), test.with);
-        auto stream = pack(changed);
-        EXPECT_FALSE(model.setDataStream(stream, false)) << test.with;
-    }
-    for (const auto& [name, text] : good) {
-        auto changed = good;
-        changed.erase(name);
-        auto stream = pack(changed);
-        EXPECT_FALSE(model.setDataStream(stream, false)) << "without " << name;
-    }
+    for (const auto& test : cases)
+        EXPECT_FALSE(open(packedWith(good, test.entry, test.what, test.with))) << test.with;
+    for (const auto& [name, text] : good)
+        EXPECT_FALSE(open(packedWithout(good, name))) << "without " << name;
 }
 
 TEST_F(ModelArchiveTest, RepairTakesWhatIsThereAndSaysWhatIsNot)
 {
-    ASSERT_TRUE(model.getTestObject()->find("undervoltage/setting")->setValue(75.0));
+    ASSERT_TRUE(node("undervoltage/setting").setValue(75.0));
     ASSERT_TRUE(runToEnd());
     const auto good = entries();
-    const auto repairWithout = [&](const char* name) {
-        auto changed = good;
-        changed.erase(name);
-        auto stream = pack(changed);
-        return model.setDataStream(stream, true);
-    };
-    const auto setting = [this] { return model.getTestObject()->find("undervoltage/setting")->getNumber(); };
+    const auto repairWithout = [&](const char* name) { return open(packedWithout(good, name), true); };
+    const auto setting = [this] { return node("undervoltage/setting").getNumber(); };
     ASSERT_TRUE(repairWithout("info.xml"));
     EXPECT_EQ(model.getTestInView().record->origin, Origin::Unknown);
     EXPECT_THAT(takeTexts(), HasSubstr("Which device"));
@@ -143,49 +120,36 @@ TEST_F(ModelArchiveTest, RepairTakesWhatIsThereAndSaysWhatIsNot)
     ASSERT_TRUE(repairWithout("settings.xml"));
     EXPECT_EQ(setting(), 75.0) << "those of the test";
     EXPECT_THAT(takeTexts(), HasSubstr("those of the test"));
-    std::stringstream nothing("nothing at all, but long enough for a signature");
-    EXPECT_FALSE(model.setDataStream(nothing, true));
-    auto others = pack({{"plan.xml", "<plan/>"}});
-    EXPECT_FALSE(model.setDataStream(others, true)) << "nothing of it is ours";
+    EXPECT_FALSE(open("nothing at all, but long enough for a signature", true));
+    EXPECT_FALSE(open(KesTest::packed({{"plan.xml", "<plan/>"}}), true)) << "nothing of it is ours";
 }
 
 TEST_F(ModelArchiveTest, AnArchiveChangedByHandIsOpenedAndSaysSo)
 {
     ASSERT_TRUE(runToEnd());
     auto changed = entries();
-    auto& results = changed.at("test-results.xml");
-    const auto at = results.find("value=\"") + 7;
-    results.replace(at, results.find('"', at) - at, "81.5");
-    auto stream = pack(changed);
-    ASSERT_TRUE(model.setDataStream(stream, false));
-    EXPECT_THAT(model.getState(), HasSubstr("Test failed: 14 of 15"));
-    EXPECT_THAT(model.getState(), HasSubstr("changed by hand"));
-    const auto again = save();
-    std::stringstream saved(again);
-    ASSERT_TRUE(model.setDataStream(saved, false));
-    EXPECT_THAT(model.getState(), HasSubstr("changed by hand"));
-    ASSERT_TRUE(model.writeReport(home.file("report.html")));
-    EXPECT_THAT(Kes::readWholeFile(home.file("report.html")), HasSubstr("CHANGED BY HAND"));
-    ASSERT_TRUE(model.writeResults(home.file("r.json")));
-    EXPECT_THAT(Kes::readWholeFile(home.file("r.json")), HasSubstr("\"changedByHand\": true"));
+    KesTest::replace(changed.at("test-results.xml"), "value=\"", "\"", "value=\"81.5\"");
+    ASSERT_TRUE(open(KesTest::packed(changed)));
+    for (int times = 0; times < 2; ++times) {
+        EXPECT_THAT(model.getState(), AllOf(HasSubstr("Test failed: 14 of 15"), HasSubstr("changed by hand")));
+        ASSERT_TRUE(open(save()));
+    }
+    EXPECT_THAT(report(), HasSubstr("CHANGED BY HAND"));
+    EXPECT_THAT(results(), HasSubstr("\"changedByHand\": true"));
     ASSERT_TRUE(runToEnd());
     EXPECT_FALSE(model.getTestInView().record->isChangedByHand()) << "a new test";
 }
 
 TEST_F(ModelArchiveTest, TheNameplateIsToldAtAnyTimeAndBelongsToItsFile)
 {
-    namespace Nameplate = KesTree::Nameplate;
     ASSERT_TRUE(runToEnd());
     const auto saved = save();
-    auto& comment = *model.getTestObject()->find(Nameplate::Comment);
+    auto& comment = node(KesTree::Nameplate::Comment);
     ASSERT_TRUE(comment.setText("<second> \"try\""));
     EXPECT_FALSE(model.isResultStale());
-    ASSERT_TRUE(model.writeReport(home.file("report.html")));
-    EXPECT_THAT(Kes::readWholeFile(home.file("report.html")), HasSubstr("&lt;second&gt; \"try\""));
-    ASSERT_TRUE(model.writeResults(home.file("r.json")));
-    EXPECT_THAT(Kes::readWholeFile(home.file("r.json")), HasSubstr(R"("comment": "<second> \"try\"")"));
-    std::stringstream other(saved);
-    ASSERT_TRUE(model.setDataStream(other, false));
+    EXPECT_THAT(report(), HasSubstr("&lt;second&gt; \"try\""));
+    EXPECT_THAT(results(), HasSubstr(R"("comment": "<second> \"try\"")"));
+    ASSERT_TRUE(open(saved));
     EXPECT_EQ(comment.getText(), "") << "that of another file";
 }
 
@@ -193,31 +157,21 @@ TEST_F(ModelArchiveTest, AnArchiveFromBeforeNameplateAndChecksumIsWhole)
 {
     ASSERT_TRUE(runToEnd());
     auto former = entries();
-    const auto erase = [&former](const char* entry, const std::string& from, const std::string& to) {
-        auto& text = former.at(entry);
-        const auto at = text.find(from);
-        ASSERT_NE(at, std::string::npos) << from << " in " << text;
-        text.erase(at, text.find(to, at + from.size()) + to.size() - at);
-    };
-    erase("settings.xml", "<group id=\"nameplate\">", "</group>");
-    erase("test-results.xml", "&lt;group id=\"nameplate\"&gt;", "&lt;/group&gt;");
+    KesTest::replace(former.at("settings.xml"), "<group id=\"nameplate\">", "</group>", "");
+    KesTest::replace(former.at("test-results.xml"), "&lt;group id=\"nameplate\"&gt;", "&lt;/group&gt;", "");
     for (const char* name :
          {" serialNumber=\"", " firmwareVersion=\"", " calibrationDate=\"", " checksum=\""})
-        erase("info.xml", name, "\"");
-    for (const bool repair : {false, true}) {
-        ASSERT_TRUE(model.getTestObject()->find(KesTree::Nameplate::Comment)->setText("of another file"));
-        auto stream = pack(former);
-        ASSERT_TRUE(model.setDataStream(stream, repair));
+        KesTest::replace(former.at("info.xml"), name, "\"", "");
+    for (const bool isRepair : {false, true}) {
+        auto& comment = node(KesTree::Nameplate::Comment);
+        ASSERT_TRUE(comment.setText("of another file"));
+        ASSERT_TRUE(open(KesTest::packed(former), isRepair));
         EXPECT_THAT(takeTexts(), IsEmpty());
-        EXPECT_EQ(model.getTestObject()->find(KesTree::Nameplate::Comment)->getText(), "");
+        EXPECT_EQ(comment.getText(), "");
         EXPECT_FALSE(model.isResultStale());
         EXPECT_FALSE(model.getTestInView().record->isChangedByHand());
-        ASSERT_TRUE(model.writeReport(home.file("report.html")));
-        EXPECT_THAT(Kes::readWholeFile(home.file("report.html")), HasSubstr("none in the file"));
-        ASSERT_TRUE(model.writeResults(home.file("r.json")));
-        EXPECT_THAT(
-            Kes::readWholeFile(home.file("r.json")),
-            testing::AllOf(testing::Not(HasSubstr("checksum")), HasSubstr("\"changedByHand\": false")));
+        EXPECT_THAT(report(), HasSubstr("none in the file"));
+        EXPECT_THAT(results(), AllOf(Not(HasSubstr("checksum")), HasSubstr("\"changedByHand\": false")));
     }
 }
 
@@ -232,10 +186,9 @@ TEST_F(ModelArchiveTest, AnArchiveThatIsClosedTakesItsTestAlong)
             const auto test = model.getMeasuredTest();
             return test && test->end == RunEnd::Running;
         }));
-        std::stringstream stream(other);
         // The run ends when the other archive is there.
         getDevice()->setAnswerDelay(std::chrono::milliseconds(50));
-        ASSERT_TRUE(model.setDataStream(stream, false));
+        ASSERT_TRUE(open(other));
         EXPECT_THAT(takeTexts(), HasSubstr("its archive was closed"));
         EXPECT_TRUE(KesTest::waitFor([this] { return model.getCanStart(); }));
         getDevice()->setAnswerDelay(std::chrono::milliseconds(0));

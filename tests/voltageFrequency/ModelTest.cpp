@@ -1,8 +1,8 @@
 #include <VoltageFrequency/model/VoltageFrequencyModel.h>
 
 #include <KesCommon/DesktopOpener.h>
-#include <KesCommon/FileSystem.h>
 #include <KesMeasure/TestEvaluation.h>
+#include <KesProgram/archive/ArchiveManager.h>
 #include <KesTestProgram/TestPresenter.h>
 
 #include <support/ProgramRunTest.h>
@@ -23,6 +23,38 @@ namespace {
 class ModelTest : public KesTest::ProgramRunTest<VoltageFrequencyModel> {
 protected:
     ModelTest() : ProgramRunTest(1e5) {}
+
+    /// A slow run that has measured something.
+    void beginTest()
+    {
+        model.setSpeed(50);
+        ASSERT_TRUE(model.startTest());
+        ASSERT_TRUE(KesTest::waitFor([this] {
+            const auto record = model.getTestInView().record;
+            return record && !record->readings.empty();
+        }));
+    }
+};
+
+/// The program with its window.
+class WindowTest : public KesTest::GuiTest {
+protected:
+    WindowTest()
+    {
+        presenter.signalClosed.connect([this] { isClosed = true; });
+        presenter.open(nullptr);
+    }
+    ~WindowTest() override
+    {
+        dialogs.answer(Kes::DialogResult::No);
+        presenter.requestClose();
+        EXPECT_TRUE(KesTest::waitFor([this] { return isClosed; }));
+    }
+
+    KesTest::TemporaryHome home;
+    VoltageFrequencyModel model;
+    KesTestProgram::TestPresenter presenter{model};
+    bool isClosed = false;
 };
 
 } // namespace
@@ -63,15 +95,9 @@ TEST_F(ModelTest, RefusesWhatCannotBeTested)
 
 TEST_F(ModelTest, AStoppedTestKeepsWhatItHasAndNothingIsLostUnasked)
 {
-    model.setSpeed(50);
-    ASSERT_TRUE(model.startTest());
-    const auto hasReading = [this] {
-        const auto record = model.getTestInView().record;
-        return record && !record->readings.empty();
-    };
-    ASSERT_TRUE(KesTest::waitFor(hasReading));
+    ASSERT_NO_FATAL_FAILURE(beginTest());
     model.stopTest();
-    ASSERT_TRUE(KesTest::waitFor([this] { return model.getCanStart(); }));
+    ASSERT_TRUE(waitForEnd());
     EXPECT_EQ(model.getRunVerdict(), RunVerdict::Stopped);
     const auto record = model.getTestInView().record;
     EXPECT_EQ(record->end, RunEnd::Stopped);
@@ -81,14 +107,30 @@ TEST_F(ModelTest, AStoppedTestKeepsWhatItHasAndNothingIsLostUnasked)
     EXPECT_FALSE(model.startTest());
     EXPECT_EQ(asked, 1);
     EXPECT_EQ(model.getTestInView().record, record);
+    ASSERT_TRUE(model.getArchiveManager()->saveAs(home.file("a.kvf")));
+    model.setSpeed(1e5);
+    EXPECT_TRUE(runToEnd());
+    EXPECT_EQ(asked, 1) << "they are in a file";
+    EXPECT_FALSE(model.startTest());
+    EXPECT_EQ(asked, 2) << "nor is a complete one";
+}
+
+TEST_F(ModelTest, AFaultOfTheDeviceEndsTheRunAndKeepsWhatIsMeasured)
+{
+    ASSERT_NO_FATAL_FAILURE(beginTest());
+    getDevice()->simulateQuickShutdown();
+    EXPECT_TRUE(waitForEnd());
+    EXPECT_EQ(model.getRunVerdict(), RunVerdict::Fault);
+    EXPECT_THAT(takeTexts(), testing::Not(IsEmpty()));
+    EXPECT_EQ(model.getTestInView().record->end, RunEnd::Fault);
+    getDevice()->clearFaults();
 }
 
 TEST_F(ModelTest, TheReportSaysWhatTheWindowDoes)
 {
     ASSERT_TRUE(runToEnd());
-    const std::string path = home.file("report.html");
-    ASSERT_TRUE(model.writeReport(path));
-    const std::string report = Kes::readWholeFile(path);
+    ASSERT_TRUE(model.writeReport(home.file("report.html")));
+    const std::string report = KesTest::readFile(home.file("report.html"));
     EXPECT_THAT(report, HasSubstr("SIMULATED DEVICE"));
     EXPECT_THAT(report, HasSubstr("Test passed: 15 of 15 values within tolerance"));
     const auto shown = model.getTestInView();
@@ -97,13 +139,8 @@ TEST_F(ModelTest, TheReportSaysWhatTheWindowDoes)
         EXPECT_THAT(report, HasSubstr("<td>" + row.cells[5] + "</td>"));
 }
 
-TEST_F(ModelTest, TheUserChoosesTheReportAndNoneIsOverwritten)
+TEST_F(WindowTest, TheUserChoosesTheReportAndNoneIsOverwritten)
 {
-    VoltageFrequencyModel shown;
-    KesTestProgram::TestPresenter presenter(shown);
-    bool isClosed = false;
-    presenter.signalClosed.connect([&isClosed] { isClosed = true; });
-    presenter.open(nullptr);
     std::vector<std::string> opened;
     auto previous = Kes::DesktopOpener::replace([&opened](const std::string& path) {
         opened.push_back(path);
@@ -122,58 +159,32 @@ TEST_F(ModelTest, TheUserChoosesTheReportAndNoneIsOverwritten)
     dialogs.answerFile("");
     presenter.requestReport();
     EXPECT_EQ(dialogs.getFiles().back().suggestion, offered.string() + "-3.html");
-    EXPECT_EQ(opened.size(), 2u) << "cancelled";
     dialogs.answerFile("/dev/full");
     dialogs.answer(Kes::DialogResult::Ok);
     presenter.requestReport();
-    EXPECT_EQ(opened.size(), 2u);
+    EXPECT_EQ(opened.size(), 2u) << "cancelled, and failed";
     Kes::DesktopOpener::replace(std::move(previous));
-    dialogs.answer(Kes::DialogResult::No);
-    presenter.requestClose();
-    EXPECT_TRUE(KesTest::waitFor([&isClosed] { return isClosed; }));
 }
 
-TEST_F(ModelTest, TheWindowShowsThePlanAndFillsIt)
+TEST_F(WindowTest, ShowsThePlanAndFillsIt)
 {
-    VoltageFrequencyModel shown;
-    KesTestProgram::TestPresenter presenter(shown);
-    shown.setSpeed(1e5);
-    bool isClosed = false;
-    presenter.signalClosed.connect([&isClosed] { isClosed = true; });
-    presenter.open(nullptr);
+    model.setSpeed(1e5);
     auto& window = dynamic_cast<Gtk::Widget&>(*presenter.getView());
-    const auto tables = [&] { return KesTest::findWidgets<Gtk::TreeView>(window); };
-    ASSERT_TRUE(KesTest::waitFor([&] { return !tables().empty(); }));
-    const auto cell = [&](int row, int column) {
+    const auto rows = [&] {
+        return KesTest::findWidgets<Gtk::TreeView>(window).front()->get_model()->children();
+    };
+    const auto cell = [&](unsigned row, int column) {
         Glib::ustring text;
-        tables().front()->get_model()->children()[static_cast<unsigned>(row)].get_value(column, text);
+        rows()[row].get_value(column, text);
         return text.raw();
     };
-    EXPECT_EQ(tables().front()->get_model()->children().size(), 15u);
+    ASSERT_TRUE(KesTest::waitFor([&] { return !KesTest::findWidgets<Gtk::TreeView>(window).empty(); }));
+    EXPECT_EQ(rows().size(), 15u);
     EXPECT_EQ(cell(14, 1), "81R df/dt");
     EXPECT_EQ(cell(14, 8), "Planned");
-    ASSERT_TRUE(shown.startTest());
-    EXPECT_TRUE(KesTest::waitFor(
-        [&] { return shown.getCanStart() && cell(14, 8).find("Passed") != std::string::npos; }));
-    ASSERT_TRUE(shown.getTestObject()->find("frequencyRate/used")->setValue(false));
-    EXPECT_EQ(tables().front()->get_model()->children().size(), 15u) << "results stay";
-    dialogs.answer(Kes::DialogResult::No);
-    presenter.requestClose();
-    EXPECT_TRUE(KesTest::waitFor([&isClosed] { return isClosed; }));
-}
-
-TEST_F(ModelTest, AFaultOfTheDeviceEndsTheRunAndKeepsWhatIsMeasured)
-{
-    model.setSpeed(50);
     ASSERT_TRUE(model.startTest());
-    ASSERT_TRUE(KesTest::waitFor([this] {
-        const auto record = model.getTestInView().record;
-        return record && !record->readings.empty();
-    }));
-    getDevice()->simulateQuickShutdown();
-    EXPECT_TRUE(KesTest::waitFor([this] { return model.getCanStart(); }));
-    EXPECT_EQ(model.getRunVerdict(), RunVerdict::Fault);
-    EXPECT_THAT(takeTexts(), testing::Not(IsEmpty()));
-    EXPECT_EQ(model.getTestInView().record->end, RunEnd::Fault);
-    getDevice()->clearFaults();
+    EXPECT_TRUE(KesTest::waitFor(
+        [&] { return model.getCanStart() && cell(14, 8).find("Passed") != std::string::npos; }));
+    ASSERT_TRUE(model.getTestObject()->find("frequencyRate/used")->setValue(false));
+    EXPECT_EQ(rows().size(), 15u) << "results stay";
 }

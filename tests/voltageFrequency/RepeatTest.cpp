@@ -27,6 +27,15 @@ protected:
         return runToEnd([&] { return model.repeatTest(rows); });
     }
     KesMeasure::TestRecord getRecord() { return *model.getTestInView().record; }
+    /// Six results are left, the first of them far away.
+    void breakTest()
+    {
+        model.edit([](Results& results) {
+            results.readings.resize(6);
+            results.readings[0].value += 1000.0;
+            results.end = RunEnd::Fault;
+        });
+    }
 };
 
 } // namespace
@@ -71,13 +80,6 @@ TEST_F(RepeatTest, AStoppedTestGoesOnWhereItEnded)
 {
     ASSERT_TRUE(runToEnd());
     const auto whole = getRecord();
-    const auto breakTest = [this] {
-        model.edit([](Results& results) {
-            results.readings.resize(6);
-            results.readings[0].value += 1000.0;
-            results.end = RunEnd::Fault;
-        });
-    };
     breakTest();
     EXPECT_FALSE(model.repeatTest({6})) << "it is not measured yet";
     ASSERT_TRUE(repeat({0}));
@@ -171,12 +173,6 @@ TEST_F(RepeatTest, WithoutAUserAStartIsANewTestAndLosesNothing)
 {
     KesTestProgram::TestPresenter presenter(model);
     ASSERT_TRUE(runToEnd());
-    const auto breakTest = [this] {
-        model.edit([](Results& results) {
-            results.readings.resize(6);
-            results.end = RunEnd::Stopped;
-        });
-    };
     breakTest();
     auto scripted = Kes::DialogBackend::install(std::make_unique<Kes::UnattendedDialogs>());
     EXPECT_FALSE(model.startTest()) << "they are in no file";
