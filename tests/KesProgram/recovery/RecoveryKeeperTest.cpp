@@ -69,23 +69,6 @@ TEST_F(RecoveryKeeperTest, WorkThatWasToBeSavedAndWasNotIsKept)
     }
 }
 
-TEST_F(RecoveryKeeperTest, RestoredWorkIsChangedAndStaysUntilItIsSaved)
-{
-    const auto path = _saved("former");
-    _begin();
-    _data = "edited";
-    EXPECT_THAT(_lostAfterEnd(), ElementsAre("edited"));
-    _manager.create("");
-    _begin();
-    EXPECT_EQ(_restore(), path);
-    EXPECT_EQ(_manager.getFileName(), path);
-    EXPECT_EQ(_data, "edited");
-    EXPECT_TRUE(_manager.isFileChanged());
-    EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
-    EXPECT_TRUE(_manager.save());
-    EXPECT_THAT(_lostAfterEnd(), IsEmpty());
-}
-
 TEST_F(RecoveryKeeperTest, AnUnattendedRunKeepsWhatItCouldNotSave)
 {
     _begin();

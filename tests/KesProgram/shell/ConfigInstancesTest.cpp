@@ -89,7 +89,7 @@ TEST_F(ConfigInstancesTest, TheLastOneToCloseKeepsWhatTheOthersHaveOpened)
 
 TEST_F(ConfigInstancesTest, PairsThatCloseAtTheSameTimeLeaveAWholeFileWithBothRecentFiles)
 {
-    for (int i = 0; i < 80; ++i) {
+    for (int i = 0; i < 40; ++i) {
         Instance one, other;
         one.use(makeFile(2 * i));
         other.use(makeFile(2 * i + 1));

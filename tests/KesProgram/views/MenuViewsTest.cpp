@@ -72,22 +72,4 @@ TEST_F(MenuViewsTest, RecentFilesThatHaveLeftTheMenuAreFreed)
     EXPECT_LT(live.getCount(), filled);
 }
 
-TEST_F(MenuViewsTest, RecentFilesAreFreedInWhicheverOrderTheMenuAndItsItemDie)
-{
-    for (const bool itemFirst : {true, false}) {
-        const auto windows = countWindows();
-        LiveWidgets live;
-        auto view = std::make_unique<KesProgram::FileRecentMenuView>();
-        auto item = std::make_unique<Gtk::MenuItem>("Recent files");
-        item->set_submenu(*view);
-        view->setFileCollection({"/tmp/a", "/tmp/b"});
-        itemFirst ? item.reset() : view.reset();
-        item.reset();
-        view.reset();
-        runPendingEvents();
-        EXPECT_EQ(live.getCount(), 0) << (itemFirst ? "item first" : "menu first");
-        EXPECT_EQ(countWindows(), windows) << (itemFirst ? "item first" : "menu first");
-    }
-}
-
 } // namespace
