@@ -85,7 +85,7 @@ TEST_F(RecoverySaveTest, AKillWhileSavingLosesNeitherTheFormerFileNorTheNewWork)
     const auto path = _saved(std::string(1U << 20, 'a'));
     std::mt19937 random(5);
     int broken = 0;
-    for (int i = 0; i < 30; ++i) {
+    for (int i = 0; i < 60; ++i) {
         const auto child = fork();
         if (child == 0) {
             _begin();
@@ -94,7 +94,7 @@ TEST_F(RecoverySaveTest, AKillWhileSavingLosesNeitherTheFormerFileNorTheNewWork)
                 _manager.save();
             }
         }
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 100000));
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 40000));
         kill(child, SIGKILL);
         int status = 0;
         ASSERT_EQ(waitpid(child, &status, 0), child);
@@ -117,7 +117,7 @@ TEST_F(RecoverySaveTest, AKillWhileSavingLosesNeitherTheFormerFileNorTheNewWork)
         lost.clear();
         writeFile(path, std::string(1U << 20, 'a'));
     }
-    std::cout << "files found in pieces: " << broken << " of 30\n";
+    std::cout << "files found in pieces: " << broken << " of 60\n";
 }
 
 TEST_F(RecoverySaveTest, AProviderThatThrowsLeavesFileAndCopyAlone)
