@@ -4,13 +4,6 @@
 
 #include <KesCommon/Log.h>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
-#include <random>
-#include <thread>
-
 namespace KesTest {
 namespace {
 
@@ -72,52 +65,6 @@ TEST_F(RecoverySaveTest, WithoutACopyTheFormerFileStandsBesideMeanwhileAndReplac
     EXPECT_EQ(readFile(path), "edited");
     EXPECT_EQ(readFile(path + ".former"), "of a save that was cut short");
     EXPECT_FALSE(std::filesystem::exists(path + ".former2"));
-}
-
-/// A whole document is a mebibyte of one letter.
-bool isWhole(const std::string& bytes)
-{
-    return bytes.size() == 1U << 20 && bytes.find_first_not_of(bytes.front()) == std::string::npos;
-}
-
-TEST_F(RecoverySaveTest, AKillWhileSavingLosesNeitherTheFormerFileNorTheNewWork)
-{
-    const auto path = _saved(std::string(1U << 20, 'a'));
-    std::mt19937 random(5);
-    int broken = 0;
-    for (int i = 0; i < 60; ++i) {
-        const auto child = fork();
-        if (child == 0) {
-            _begin();
-            for (char letter = 'b';; letter = letter == 'z' ? 'a' : static_cast<char>(letter + 1)) {
-                _data.assign(1U << 20, letter);
-                _manager.save();
-            }
-        }
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 40000));
-        kill(child, SIGKILL);
-        int status = 0;
-        ASSERT_EQ(waitpid(child, &status, 0), child);
-        const bool isBroken = !isWhole(readFile(path));
-        broken += isBroken ? 1 : 0;
-        RecoveryStore store(_folder);
-        auto lost = store.findLost();
-        ASSERT_TRUE(!isBroken || lost.size() == 1U) << i;
-        if (lost.empty())
-            continue;
-        EXPECT_TRUE(isWhole(lost.front().getCopy().bytes));
-        lost.front().throwAway();
-        lost.clear();
-        lost = store.findLost();
-        ASSERT_TRUE(!isBroken || lost.size() == 1U) << i;
-        for (auto& former : lost) {
-            EXPECT_TRUE(isWhole(former.getCopy().bytes));
-            former.throwAway();
-        }
-        lost.clear();
-        writeFile(path, std::string(1U << 20, 'a'));
-    }
-    std::cout << "files found in pieces: " << broken << " of 60\n";
 }
 
 TEST_F(RecoverySaveTest, AProviderThatThrowsLeavesFileAndCopyAlone)
