@@ -1,11 +1,10 @@
 #include "ShellTest.h"
 
+#include <KesCommon/FileLock.h>
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/shell/ConfigurationError.h>
 
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
@@ -16,7 +15,6 @@ namespace KesTest {
 namespace {
 
 using testing::AllOf;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
@@ -46,21 +44,6 @@ protected:
     }
     std::string path() { return Instance().shell._getXmlConfigFullPath(); }
 
-    /// Runs the function in a process of its own.
-    static pid_t start(const std::function<void()>& function)
-    {
-        const auto child = fork();
-        if (child != 0)
-            return child;
-        function();
-        _exit(0);
-    }
-    static bool hasEnded(pid_t child)
-    {
-        int status = 0;
-        return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    }
-
     TemporaryHome home;
 };
 
@@ -86,20 +69,20 @@ TEST_F(ConfigInstancesTest, TheLastOneToCloseKeepsWhatTheOthersHaveOpened)
     EXPECT_EQ(Instance().getRecentFiles(), expected);
 }
 
-TEST_F(ConfigInstancesTest, PairsThatCloseAtTheSameTimeLeaveAWholeFileWithBothRecentFiles)
+TEST_F(ConfigInstancesTest, WhatAnotherInstanceIsWritingIsWaitedForAndMerged)
 {
-    for (int i = 0; i < 40; ++i) {
-        Instance one, other;
-        one.use(makeFile(2 * i));
-        other.use(makeFile(2 * i + 1));
-        const auto first = start([&] { one.shell._saveXmlConfig(); });
-        const auto second = start([&] { other.shell._saveXmlConfig(); });
-        ASSERT_TRUE(hasEnded(first) && hasEnded(second));
-        ASSERT_THAT(Instance().getRecentFiles(),
-                    AllOf(Contains(home.file("file" + std::to_string(2 * i) + ".abc")),
-                          Contains(home.file("file" + std::to_string(2 * i + 1) + ".abc"))))
-            << i;
-    }
+    const auto own = makeFile(0), theirs = makeFile(1);
+    const std::string config = path();
+    Instance instance;
+    instance.shell._saveXmlConfig();
+    instance.use(own);
+    auto lock = Kes::FileLock::tryTake(config + ".lock");
+    std::thread saving([&] { instance.shell._saveXmlConfig(); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    writeFile(config, "<root><RecentFiles>" + theirs + "</RecentFiles></root>");
+    lock.reset();
+    saving.join();
+    EXPECT_THAT(Instance().getRecentFiles(), ElementsAre(theirs, own));
 }
 
 TEST_F(ConfigInstancesTest, AWriteThatEndsHalfWayForgetsNothing)
