@@ -11,6 +11,7 @@
 #include <glibmm/fileutils.h>
 
 #include <atomic>
+#include <barrier>
 #include <stdexcept>
 #include <thread>
 
@@ -138,30 +139,42 @@ TEST_F(ProgramModelTest, ExceptionInTheTestBodySwitchesTheOutputOff)
         ASSERT_TRUE(waitFor([&] { return model.has("finished(true)"); }));
         EXPECT_TRUE(model.has("message: " + text));
         EXPECT_EQ(model.count("onFinishHardware"), 1u);
-        EXPECT_TRUE(model.getCanStart());
+        EXPECT_TRUE(model.getCanStart() && model.hasRunFailed());
     }
+    model.body = {};
+    model.take();
+    ASSERT_TRUE(model.startTest());
+    EXPECT_TRUE(waitFor([&] { return model.has("finished(true)"); }));
+    EXPECT_FALSE(model.hasRunFailed()) << "that was the run before";
 }
 
 TEST_F(ProgramModelTest, StopAndFaultAtOnceStopOnlyOnce)
 {
+    constexpr std::size_t rounds = 5000;
     RecordingModel model;
     model.init();
-    for (int round = 0; round < 200; ++round) {
-        model._setCanProgramStop(true);
-        model.take();
-        std::atomic<bool> go{false};
-        std::thread device([&] {
-            while (!go)
-                std::this_thread::yield();
-            KesDriver::KesAvary avary;
+    std::barrier together(2);
+    std::thread device([&] {
+        KesDriver::KesAvary avary;
+        for (std::size_t i = 0; i < rounds; ++i) {
+            together.arrive_and_wait();
             model.getHardware()->signalAvary.emit(avary);
-        });
-        go = true;
+            together.arrive_and_wait();
+        }
+    });
+    model.take();
+    for (std::size_t i = 0; i < rounds; ++i) {
+        model._setCanProgramStop(true);
+        together.arrive_and_wait();
+        // Until the fault has come as far.
+        for (std::atomic<std::size_t> left = 10 * (i % 100); left > 0; --left) {
+        }
         model.stopTest();
-        device.join();
-        ASSERT_EQ(model.count("onStop"), 1u);
-        ASSERT_EQ(model.count("canStop"), 1u);
+        together.arrive_and_wait();
     }
+    device.join();
+    EXPECT_EQ(model.count("onStop"), rounds);
+    EXPECT_EQ(model.count("canStop"), 2 * rounds);
 }
 
 TEST_F(ProgramModelTest, ClosedArrivesOnTheGuiThreadAndNotFromADeadModel)
