@@ -42,6 +42,11 @@ TEST_F(RecoverySaveTest, TheFormerFileComesBackWhenASaveHasBrokenIt)
     writeFile(path, "edi");
     EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
     _keeper->onSaved(path, IWorkKeeper::SaveEnd::Broken);
+    // Nor can it be opened again.
+    std::filesystem::remove(path);
+    std::filesystem::create_directory(path);
+    EXPECT_FALSE(_manager.save());
+    std::filesystem::remove(path);
     dialogs.answer(DialogResult::No);
     EXPECT_TRUE(_presenter.close());
     EXPECT_THAT(_lostAfterEnd(), ElementsAre("former")) << "only the new work was given up";
@@ -49,6 +54,10 @@ TEST_F(RecoverySaveTest, TheFormerFileComesBackWhenASaveHasBrokenIt)
     _begin();
     EXPECT_EQ(_restore(), path);
     EXPECT_TRUE(_manager.isFileChanged());
+    for (const std::string edit : {"edited again", "former"}) {
+        _data = edit;
+        EXPECT_THAT(_lostAfterKill(), ElementsAre(edit)) << "no edit makes it one that has been saved";
+    }
     EXPECT_TRUE(_manager.save());
     EXPECT_EQ(readFile(path), "former");
     EXPECT_THAT(_lostAfterEnd(), IsEmpty());

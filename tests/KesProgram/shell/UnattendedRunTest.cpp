@@ -46,15 +46,7 @@ INSTANTIATE_TEST_SUITE_P(
                                      Step{"archive", UnattendedRun::Failure, true},
                                      Step{"report", UnattendedRun::Failure, false},
                                      Step{"fill config", UnattendedRun::Failure, true}),
-                     testing::Values(RunVerdict::Passed, RunVerdict::Failed, RunVerdict::None)),
-    [](const auto& test) {
-        std::string name = std::get<Step>(test.param).name;
-        std::erase(name, ' ');
-        const auto verdict = std::get<RunVerdict>(test.param);
-        return name + (verdict == RunVerdict::Passed   ? "Passed"
-                       : verdict == RunVerdict::Failed ? "Failed"
-                                                       : "WithoutVerdict");
-    });
+                     testing::Values(RunVerdict::Passed, RunVerdict::Failed, RunVerdict::None)));
 
 TEST_P(UnattendedRunTest, EndsWithAStatusWhateverFails)
 {
