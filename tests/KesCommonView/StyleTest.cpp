@@ -28,12 +28,6 @@ protected:
         KesTest::writeFile(home.file("sheet.css"), text);
         Style::setStyle(std::filesystem::relative(home.file("sheet.css"), Kes::getThemesDir()).string());
     }
-    int getWidth()
-    {
-        int least = 0, natural = 0;
-        label.get_preferred_width(least, natural);
-        return least;
-    }
 
     KesTest::TemporaryHome home;
     Gtk::Window window;
@@ -71,7 +65,7 @@ TEST_F(StyleTest, missingSheetAndBrokenRuleWarnOnceAndTheOthersWork)
     setSheet(".brokenTest { no-such-property: 1; }\n.wideTest { min-width: 321px; }\n");
     EXPECT_THAT(logged, testing::ElementsAre(testing::HasSubstr("line 1")));
     label.get_style_context()->add_class("wideTest");
-    EXPECT_TRUE(waitFor([&] { return getWidth() == 321; }));
+    EXPECT_TRUE(waitFor([&] { return KesTest::widthOf(label) == 321; }));
 }
 
 } // namespace

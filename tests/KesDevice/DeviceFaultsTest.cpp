@@ -59,7 +59,7 @@ protected:
         ASSERT_TRUE(hardware->prepare());
         second->setAnswerDelay(150ms);
         auto starting = std::async(std::launch::async, [this] { return hardware->startWorkingMode(); });
-        ASSERT_TRUE(waitFor([this] { return first.countSwitchedOn() == 1; }));
+        ASSERT_TRUE(waitFor([this] { return first->isWorking(); }));
         fail();
         EXPECT_THAT(message(starting.get()), HasSubstr("Error on starting working mode"));
         EXPECT_FALSE(hardware->isOutputRunning());
