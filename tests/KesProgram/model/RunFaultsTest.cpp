@@ -141,7 +141,7 @@ protected:
             return !before->isBusy() && !first.isReached() && !first.isPuttingOut();
         }));
         // A wait for the device would take its time-out.
-        EXPECT_LT(longest, 1000ms);
+        EXPECT_LT(longest, 1400ms);
     }
 };
 
