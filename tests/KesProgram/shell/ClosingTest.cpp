@@ -187,7 +187,8 @@ TEST_P(ClosingTest, QuestionInsideAnEmissionLeavesOtherThreadsFree)
     openWithArchive();
     stopARunThenCancel();
     model.startRun();
-    dialogs.answer(DialogResult::No, [this] { onAnotherThread([this] { model._setState("still here"); }); });
+    dialogs.answer(DialogResult::Yes, [this] { onAnotherThread([this] { model._setState("still here"); }); });
+    dialogs.answerFile("");
     model.stopTest();
     EXPECT_TRUE(hasClosed());
     EXPECT_EQ(model.getState(), "");
