@@ -154,17 +154,32 @@ TEST_F(ApplicationDispatcherTest, postsWakeAWaitOnTheGuiThreadWithoutAMainLoop)
     EXPECT_TRUE(waitFor([&] { return inLoop; })) << "the main loop goes on with the queue afterwards";
 }
 
-TEST_F(ApplicationDispatcherTest, aFloodDoesNotKeepAWaitFromItsEnd)
-{
-    std::atomic<bool> stop{false};
-    std::atomic<long> queued{0};
-    Kes::Worker flood("Kes_Bench", [&] {
-        while (!stop)
-            if (queued < 50000) {
-                ++queued;
-                Kes::beginUpdateView([&] { --queued; });
+/// Another thread that posts as fast as it can, until it is stopped.
+class Flood {
+public:
+    /// False when something posted has not run.
+    bool stop()
+    {
+        _thread.request_stop();
+        _thread.join();
+        return waitFor([this] { return _queued == 0; });
+    }
+
+private:
+    std::atomic<long> _queued{0};
+    std::jthread _thread{[this](const std::stop_token& stop) {
+        while (!stop.stop_requested())
+            if (_queued < 50000) {
+                ++_queued;
+                Kes::beginUpdateView([this] { --_queued; });
             }
-    });
+    }};
+};
+
+TEST_F(ApplicationDispatcherTest, aFloodLeavesTimersTheirTurnAndKeepsNoWaitFromItsEnd)
+{
+    Flood flood;
+    std::atomic<bool> stop{false};
     Kes::Signal<void()> signal;
     Kes::Worker emitter("Kes_Bench", [&] {
         while (!stop)
@@ -176,8 +191,10 @@ TEST_F(ApplicationDispatcherTest, aFloodDoesNotKeepAWaitFromItsEnd)
     }
     stop = true;
     emitter.wait();
-    flood.wait();
-    EXPECT_TRUE(waitFor([&] { return queued == 0; }));
+    int ticks = 0;
+    auto timer = Glib::signal_timeout().connect([&] { return ++ticks < 20; }, 10);
+    EXPECT_TRUE(waitFor([&] { return ticks == 20; }));
+    EXPECT_TRUE(flood.stop());
 }
 
 TEST_F(ApplicationDispatcherTest, aCutWaitsForASlotThatWaitsForTheGuiThreadUnlessItIsCutThere)
@@ -201,25 +218,6 @@ TEST_F(ApplicationDispatcherTest, aCutWaitsForASlotThatWaitsForTheGuiThreadUnles
     Kes::Worker second("Kes_Bench", [&] { signal.emit(); });
     second.wait();
     EXPECT_FALSE(connection.connected());
-}
-
-TEST_F(ApplicationDispatcherTest, floodLeavesTimersTheirTurn)
-{
-    std::atomic<bool> stop{false};
-    std::atomic<long> queued{0};
-    std::thread flood([&] {
-        while (!stop)
-            if (queued < 50000) {
-                ++queued;
-                Kes::beginUpdateView([&] { --queued; });
-            }
-    });
-    int ticks = 0;
-    auto timer = Glib::signal_timeout().connect([&] { return ++ticks < 20; }, 10);
-    EXPECT_TRUE(waitFor([&] { return ticks == 20; }));
-    stop = true;
-    flood.join();
-    EXPECT_TRUE(waitFor([&] { return queued == 0; }));
 }
 
 class UpdateViewGuardTest : public KesTest::GuiTest {};

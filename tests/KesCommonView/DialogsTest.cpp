@@ -1,10 +1,7 @@
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
-#include <KesCommon/SignalGate.h>
 #include <KesCommonView/CancelableWork.h>
-#include <KesCommonView/DialogPresenter.h>
-#include <KesCommonView/FileDialogPresenter.h>
 #include <KesCommonView/FileNamePattern.h>
 #include <KesCommonView/GtkDialogs.h>
 #include <KesCommonView/Window.h>
@@ -239,22 +236,6 @@ TEST_F(FileChooserTest, openingTakesTheFileAsItIs)
         acceptWhen(dialog, [&] { return !dialog.get_filename().empty(); });
     });
     EXPECT_EQ(gtk.chooseFile(request), home.file("plain"));
-}
-
-class DialogPresenterTest : public KesTest::GuiTest {};
-
-TEST_F(DialogPresenterTest, reachTheInstalledBackendWithoutTheGate)
-{
-    WindowOnScreen parent;
-    dialogs.answer(DialogResult::No, [] { EXPECT_FALSE(Kes::SignalGate::isHeldByThisThread()); });
-    dialogs.answerFile("/tmp/a");
-    Kes::SignalGate::Guard gate;
-    EXPECT_EQ(Kes::DialogPresenter::show(&parent, "Text", "Title", DialogResult::YesNo), DialogResult::No);
-    EXPECT_EQ(Kes::FileDialogPresenter().show(&parent, "Files", {{"*.a", "A"}}, true), "/tmp/a");
-    EXPECT_TRUE(Kes::SignalGate::isHeldByThisThread());
-    EXPECT_EQ(dialogs.getMessages()[0].parent, &parent);
-    EXPECT_EQ(dialogs.getMessages()[0].title, "Title");
-    EXPECT_TRUE(dialogs.getFiles()[0].save);
 }
 
 } // namespace

@@ -27,25 +27,25 @@ protected:
     }
 
     std::atomic<int> noticed{0};
-    std::optional<Kes::MainLoopWatch> watch{std::in_place, 200ms, [this] { ++noticed; }};
+    std::optional<Kes::MainLoopWatch> watch{std::in_place, 400ms, [this] { ++noticed; }};
 };
 
 TEST_F(MainLoopWatchTest, EachStandstillIsNoticedOnceAndOnlyWhileWatched)
 {
-    stand(1, 300ms);
+    stand(1, 500ms);
     watch->watch(true);
-    turn(300ms);
+    turn(500ms);
     EXPECT_EQ(noticed, 0);
     stand(1);
     EXPECT_EQ(noticed, 1);
-    stand(2, 500ms);
+    stand(2, 700ms);
     EXPECT_EQ(noticed, 1) << "the same standstill";
     turn(100ms);
     stand(2);
     EXPECT_EQ(noticed, 2);
     turn(100ms);
     watch->watch(false);
-    stand(3, 300ms);
+    stand(3, 500ms);
     EXPECT_EQ(noticed, 2);
     std::thread([this] { watch->watch(true); }).join();
     stand(3);
@@ -56,7 +56,7 @@ TEST_F(MainLoopWatchTest, NobodyIsCalledAfterItsEnd)
 {
     watch->watch(true);
     watch.reset();
-    stand(1, 300ms);
+    stand(1, 500ms);
     turn(100ms);
     EXPECT_EQ(noticed, 0);
 }

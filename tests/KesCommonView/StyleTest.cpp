@@ -4,7 +4,6 @@
 #include <KesCommon/Directories.h>
 #include <KesCommon/Log.h>
 #include <KesCommonView/Style.h>
-#include <KesCommonView/StyleZoomHelper.h>
 
 #include <filesystem>
 
@@ -12,7 +11,6 @@ namespace {
 
 using KesTest::waitFor;
 using KesView::Style;
-using KesView::StyleZoomHelper;
 
 class StyleTest : public KesTest::GuiTest {
 protected:
@@ -23,23 +21,12 @@ protected:
         window.add(label);
         window.show_all();
     }
-    ~StyleTest() override
-    {
-        KesLog::Log::setObserver(std::move(_previous));
-        StyleZoomHelper::zoomDefault();
-    }
+    ~StyleTest() override { KesLog::Log::setObserver(std::move(_previous)); }
 
     void setSheet(const std::string& text)
     {
         KesTest::writeFile(home.file("sheet.css"), text);
         Style::setStyle(std::filesystem::relative(home.file("sheet.css"), Kes::getThemesDir()).string());
-    }
-    std::pair<int, int> getSize()
-    {
-        Gtk::Requisition minimum;
-        Gtk::Requisition natural;
-        label.get_preferred_size(minimum, natural);
-        return {minimum.width, minimum.height};
     }
 
     KesTest::TemporaryHome home;
@@ -78,29 +65,7 @@ TEST_F(StyleTest, missingSheetAndBrokenRuleWarnOnceAndTheOthersWork)
     setSheet(".brokenTest { no-such-property: 1; }\n.wideTest { min-width: 321px; }\n");
     EXPECT_THAT(logged, testing::ElementsAre(testing::HasSubstr("line 1")));
     label.get_style_context()->add_class("wideTest");
-    EXPECT_TRUE(waitFor([&] { return getSize().first == 321; }));
-}
-
-TEST_F(StyleTest, zoomScalesTextsAndEmLengthsWithinItsLimits)
-{
-    setSheet(".emTest { min-width: 10em; }\n");
-    label.get_style_context()->add_class("emTest");
-    ASSERT_TRUE(waitFor([&] { return getSize().first > 100; }));
-    const auto normal = getSize();
-    for (int i = 0; i < 30; ++i)
-        StyleZoomHelper::zoomIn();
-    EXPECT_EQ(StyleZoomHelper::getZoom(), 200);
-    EXPECT_TRUE(waitFor([&] { return getSize().first >= 2 * normal.first - 2; }))
-        << getSize().first << " " << normal.first;
-    EXPECT_TRUE(waitFor([&] { return getSize().second > normal.second * 3 / 2; })) << getSize().second;
-    StyleZoomHelper::zoomDefault();
-    EXPECT_EQ(StyleZoomHelper::getZoom(), 100);
-    EXPECT_TRUE(waitFor([&] { return getSize() == normal; }))
-        << getSize().first << "x" << getSize().second << " was " << normal.first << "x" << normal.second;
-    for (int i = 0; i < 30; ++i)
-        StyleZoomHelper::zoomOut();
-    EXPECT_EQ(StyleZoomHelper::getZoom(), 50);
-    EXPECT_TRUE(waitFor([&] { return getSize().first < normal.first; }));
+    EXPECT_TRUE(waitFor([&] { return KesTest::widthOf(label) == 321; }));
 }
 
 } // namespace

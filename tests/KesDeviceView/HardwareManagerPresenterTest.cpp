@@ -1,6 +1,5 @@
 #include "SettingsWindowTest.h"
 
-#include "support/FakeKestoLink.h"
 #include "support/NoThreads.h"
 
 #include <KesDevice/HardwareControl.h>
@@ -10,7 +9,6 @@
 namespace {
 
 using KesDevice::HardwareManager;
-using KesDevice::Kesto;
 using KesTest::address;
 using KesTest::waitFor;
 
@@ -121,61 +119,57 @@ TEST_F(HardwareManagerPresenterTest, SaysThatThereIsNoThreadForItsWork)
 
 TEST_F(HardwareManagerPresenterTest, SearchListsWhatIsInTheNetwork)
 {
-    network.add("10.2.0.1", {3, 17});
-    network.add("10.2.0.2", {5, 42});
-    addHardware("10.2.0.1");
+    const KesTest::BenchDevice other(2);
+    addHardware("10.0.7.1");
     open();
     click("Search");
     EXPECT_TRUE(reads("Searching the network…"));
     ASSERT_TRUE(waitFor([this] { return reads("Found in the network:"); }));
-    EXPECT_TRUE(reads("KESTO-3 No. 00017, simulated"));
-    EXPECT_FALSE(named<Gtk::Button>("Add 10.2.0.1"));
-    click("Add 10.2.0.2");
-    EXPECT_FALSE(named<Gtk::Button>("Add 10.2.0.2"));
-    EXPECT_TRUE(waitFor([this] { return count("KESTO-5 No. 00042, simulated") == 2; })) << "found, and asked";
+    EXPECT_TRUE(reads("KESTO-3 No. 00001, simulated"));
+    EXPECT_FALSE(named<Gtk::Button>("Add 10.0.7.1"));
+    click("Add 10.0.7.2");
+    EXPECT_FALSE(named<Gtk::Button>("Add 10.0.7.2"));
+    EXPECT_TRUE(waitFor([this] { return count("KESTO-3 No. 00002, simulated") == 2; })) << "found, and asked";
 }
 
 TEST_F(HardwareManagerPresenterTest, IdentifiesWithoutHoldingUpTheWindow)
 {
-    auto& device = network.add("10.2.0.1", {3, 17});
-    device.setAnswerDelay(std::chrono::milliseconds(50));
-    addHardware("10.2.0.1");
+    device->setAnswerDelay(std::chrono::milliseconds(50));
+    addHardware("10.0.7.1");
     addHardware("127.8.5.9");
     open();
     EXPECT_TRUE(reads("Not identified yet"));
-    click("Identify 10.2.0.1");
+    click("Identify 10.0.7.1");
     EXPECT_TRUE(reads("Asking the device…"));
-    EXPECT_FALSE(named<Gtk::Button>("Identify 10.2.0.1")->is_sensitive());
+    EXPECT_FALSE(named<Gtk::Button>("Identify 10.0.7.1")->is_sensitive());
     // The answer finds its device wherever it has been moved.
-    click("Move 10.2.0.1 down");
-    ASSERT_TRUE(waitFor([this] { return reads("KESTO-3 No. 00017, simulated"); }));
+    click("Move 10.0.7.1 down");
+    ASSERT_TRUE(waitFor([this] { return reads("KESTO-3 No. 00001, simulated"); }));
     click("Identify 127.8.5.9");
     ASSERT_TRUE(waitFor([this] { return reads("there is no device at this address"); }));
 }
 
 TEST_F(HardwareManagerPresenterTest, ADeviceInUseIsKnownFromTheConfiguration)
 {
-    network.add("10.2.0.1", {3, 17});
-    addHardware("10.2.0.1");
+    addHardware("10.0.7.1");
     open();
     ASSERT_TRUE(hardware->prepare());
-    click("Identify 10.2.0.1");
-    EXPECT_TRUE(reads("KESTO-3 No. 00017, simulated"));
+    click("Identify 10.0.7.1");
+    EXPECT_TRUE(reads("KESTO-3 No. 00001, simulated"));
     EXPECT_TRUE(hardware->getKestos().getItems()[0]->isConnected());
 }
 
 TEST_F(HardwareManagerPresenterTest, DiesAndClosesSafelyWithQuestionsUnderWay)
 {
-    auto& device = network.add("10.2.0.1", {3, 17});
-    device.setAnswerDelay(std::chrono::milliseconds(100));
-    addHardware("10.2.0.1");
+    device->setAnswerDelay(std::chrono::milliseconds(50));
+    addHardware("10.0.7.1");
     open();
-    click("Identify 10.2.0.1");
+    click("Identify 10.0.7.1");
     click("Search");
     click("Cancel");
     open();
     EXPECT_TRUE(reads("Not identified yet"));
-    click("Identify 10.2.0.1");
+    click("Identify 10.0.7.1");
     presenter.reset();
     KesTest::runPendingEvents();
 }
@@ -201,9 +195,8 @@ TEST_F(HardwareManagerPresenterTest, FollowsTheGlobalConfigurationWhenItIsReplac
     KesDevice::HardwareControl::setGlobalInstance(HardwareManager::create(), true);
     presenter->edit(nullptr, KesDevice::HardwareControl::getInstance(), false);
 
-    KesTest::FakeKesto fake;
     auto other = HardwareManager::create();
-    ASSERT_TRUE(other->getKestos().addKesto(Kesto::create(address("10.1.0.1"), fake.createLink())));
+    device.addTo(*other);
     ASSERT_TRUE(other->prepare());
     ASSERT_TRUE(other->startWorkingMode());
     KesDevice::HardwareControl::setGlobalInstance(std::move(other), true);

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "support/Bench.h"
 #include "support/GuiTest.h"
 
 #include <KesDevice/view/HardwareManagerPresenter.h>
-#include <KesDriver/simulated/SimulatedNetwork.h>
 
 #include <algorithm>
 #include <memory>
@@ -16,26 +16,6 @@ inline KesDevice::Kesto::Address address(const std::string& text)
 {
     return *KesDevice::Kesto::Address::parse(text);
 }
-
-/// Devices in the network while it lives.
-class NetworkDevices {
-public:
-    ~NetworkDevices()
-    {
-        for (const auto& text : _addresses)
-            KesDriver::SimulatedNetwork::getEmbedded()->remove(address(text));
-    }
-    KesDriver::SimulatedKesto& add(const std::string& text, KesDriver::KestoIdentifer identifer)
-    {
-        auto device = std::make_shared<KesDriver::SimulatedKesto>(identifer);
-        EXPECT_TRUE(KesDriver::SimulatedNetwork::getEmbedded()->add(address(text), device));
-        _addresses.push_back(text);
-        return *device;
-    }
-
-private:
-    std::vector<std::string> _addresses;
-};
 
 /// The window for the devices of a configuration of its own.
 class SettingsWindowTest : public GuiTest {
@@ -100,7 +80,8 @@ protected:
     bool reads(const std::string& text) { return count(text) > 0; }
     void addHardware(const char* text) { ASSERT_TRUE(hardware->addKesto(address(text))); }
 
-    NetworkDevices network;
+    /// KESTO-3 No. 00001 at 10.0.7.1
+    BenchDevice device{1};
     std::unique_ptr<KesDevice::HardwareManager> hardware =
         KesDevice::HardwareManager::create(KesDriver::SimulatedNetwork::getEmbedded());
     std::unique_ptr<KesDevice::HardwareManager> confirmed;

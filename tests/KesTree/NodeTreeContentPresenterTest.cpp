@@ -25,22 +25,10 @@ protected:
     Node& node(const char* id) { return *stage->find(id); }
     KesTree::NodeValueView& row(const char* id)
     {
-        const auto values = valuesOf(*stage);
-        const auto place = std::find(values.begin(), values.end(), stage->find(id));
-        return *KesTest::findWidgets<KesTree::NodeValueView>(window).at(
-            static_cast<std::size_t>(place - values.begin()));
-    }
-    /// All values below a group, in the order of their rows.
-    static std::vector<const Node*> valuesOf(const Node& group)
-    {
-        std::vector<const Node*> values;
-        for (const auto& child : group.getChildren()) {
-            const auto below = valuesOf(*child);
-            values.insert(values.end(), below.begin(), below.end());
-            if (child->getType() != KesTree::NodeType::Group)
-                values.push_back(child.get());
-        }
-        return values;
+        for (auto* row : KesTest::findWidgets<KesTree::NodeValueView>(window))
+            if (KesTest::findWidgets<Gtk::Label>(*row).at(0)->get_text() == node(id).getName())
+                return *row;
+        throw std::out_of_range(id);
     }
     Gtk::Entry& entry(const char* id) { return *KesTest::findWidgets<Gtk::Entry>(row(id)).at(0); }
     Gtk::ComboBoxText& combo(const char* id)

@@ -1,33 +1,15 @@
 #pragma once
 
 #include <KesDevice/HardwareManager.h>
-#include <KesDriver/simulated/ISimulatedTestObject.h>
 #include <KesDriver/simulated/SimulatedNetwork.h>
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 
 namespace KesTest {
-
-/// Wired to a simulated device, counts how often that has switched its outputs on.
-class SwitchOnCounter : public KesDriver::ISimulatedTestObject {
-public:
-    int getCount() const { return _resets - 1; }
-
-    void reset(KesDriver::DeviceTime) override { ++_resets; }
-    void applyOutputs(const KesDriver::OutputState&, KesDriver::DeviceTime) override {}
-    std::optional<KesDriver::InputEvent> getNextChange() const override { return std::nullopt; }
-    void acceptChange() override {}
-
-private:
-    /// The first one is that of the wiring.
-    std::atomic<int> _resets{0};
-};
 
 /// A simulated device at an address of the simulated network, and its place in a configuration: all that
 /// tests of faults do with a device beyond the bench operations (`device->setSilent(true)`) and the
@@ -40,7 +22,6 @@ public:
           _device(std::make_shared<KesDriver::SimulatedKesto>(KesDriver::KestoIdentifer(3, number)))
     {
         KesDriver::SimulatedNetwork::getEmbedded()->add(_address, _device);
-        _device->connectTestObject(_counter);
     }
     ~BenchDevice() { KesDriver::SimulatedNetwork::getEmbedded()->remove(_address); }
     BenchDevice(const BenchDevice&) = delete;
@@ -52,8 +33,6 @@ public:
 
     // As the device itself says.
 
-    /// Not while a program has wired something of its own to the device.
-    int countSwitchedOn() const { return _counter->getCount(); }
     bool isPuttingOut() const { return _device->getOutputs() != KesDriver::OutputState(); }
 
     // Through the configuration, once it is part of one.
@@ -92,7 +71,6 @@ public:
 
 private:
     const KesDevice::Kesto::Address _address;
-    const std::shared_ptr<SwitchOnCounter> _counter = std::make_shared<SwitchOnCounter>();
     const std::shared_ptr<KesDriver::SimulatedKesto> _device;
     std::shared_ptr<KesDevice::Kesto> _kesto;
 };

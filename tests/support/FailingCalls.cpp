@@ -128,6 +128,13 @@ Function* next(const char* name)
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
+int endsWith(bool isToFail, int result)
+{
+    if (isToFail)
+        errno = EIO;
+    return isToFail ? -1 : result;
+}
+
 bool wantsGLib(const void* caller)
 {
     Dl_info info;
@@ -174,72 +181,65 @@ bool FailingCalls::fails(Kind kind, const char* what)
 
 } // namespace KesTest
 
+using KesTest::endsWith;
 using KesTest::failsAt;
 using KesTest::failsOn;
 using KesTest::next;
 using Kind = KesTest::FailingCalls::Kind;
 
 // The system's functions, under all the names that libraries call them by.
-#define KES_OPEN(name)                                                                                       \
-    int name(const char* path, int flags, ...)                                                               \
-    {                                                                                                        \
-        va_list arguments;                                                                                   \
-        va_start(arguments, flags);                                                                          \
-        const auto mode = va_arg(arguments, mode_t);                                                         \
-        va_end(arguments);                                                                                   \
-        static const auto real = next<int(const char*, int, ...)>(#name);                                    \
-        return failsAt(Kind::Open, path) ? -1 : real(path, flags, mode);                                     \
-    }
-#define KES_OPENAT(name)                                                                                     \
-    int name(int folder, const char* path, int flags, ...)                                                   \
-    {                                                                                                        \
-        va_list arguments;                                                                                   \
-        va_start(arguments, flags);                                                                          \
-        const auto mode = va_arg(arguments, mode_t);                                                         \
-        va_end(arguments);                                                                                   \
-        static const auto real = next<int(int, const char*, int, ...)>(#name);                               \
-        return failsAt(Kind::Open, path) ? -1 : real(folder, path, flags, mode);                             \
-    }
-#define KES_FOPEN(name)                                                                                      \
-    FILE* name(const char* path, const char* mode)                                                           \
-    {                                                                                                        \
-        static const auto real = next<FILE*(const char*, const char*)>(#name);                               \
-        return failsAt(Kind::Open, path) ? nullptr : real(path, mode);                                       \
-    }
-#define KES_TRUNCATE(name, Offset)                                                                           \
-    int name(int file, Offset size) noexcept                                                                 \
-    {                                                                                                        \
-        static const auto real = next<int(int, Offset)>(#name);                                              \
-        return failsOn(Kind::Truncate, file) ? -1 : real(file, size);                                        \
-    }
-#define KES_SYNC(name)                                                                                       \
-    int name(int file)                                                                                       \
-    {                                                                                                        \
-        static const auto real = next<int(int)>(#name);                                                      \
-        return failsOn(Kind::Sync, file) ? -1 : real(file);                                                  \
-    }
-#define KES_PREAD(name, Offset)                                                                              \
-    ssize_t name(int file, void* bytes, size_t size, Offset offset)                                          \
-    {                                                                                                        \
-        static const auto real = next<ssize_t(int, void*, size_t, Offset)>(#name);                           \
-        return failsOn(Kind::Read, file) ? -1 : real(file, bytes, size, offset);                             \
-    }
-
 #pragma GCC visibility push(default)
 extern "C" {
 
-KES_OPEN(open)
-KES_OPEN(open64)
-KES_OPENAT(openat)
-KES_OPENAT(openat64)
-KES_FOPEN(fopen)
-KES_FOPEN(fopen64)
-KES_TRUNCATE(ftruncate, off_t)
-KES_TRUNCATE(ftruncate64, off64_t)
-KES_SYNC(fsync)
-KES_SYNC(fdatasync)
-KES_PREAD(pread, off_t)
-KES_PREAD(pread64, off64_t)
+int open(const char* path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const auto mode = va_arg(arguments, mode_t);
+    va_end(arguments);
+    static const auto real = next<int(const char*, int, ...)>("open");
+    return failsAt(Kind::Open, path) ? -1 : real(path, flags, mode);
+}
+int open64(const char* path, int flags, ...) __attribute__((alias("open")));
+
+int openat(int folder, const char* path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const auto mode = va_arg(arguments, mode_t);
+    va_end(arguments);
+    static const auto real = next<int(int, const char*, int, ...)>("openat");
+    return failsAt(Kind::Open, path) ? -1 : real(folder, path, flags, mode);
+}
+int openat64(int folder, const char* path, int flags, ...) __attribute__((alias("openat")));
+
+FILE* fopen(const char* path, const char* mode)
+{
+    static const auto real = next<FILE*(const char*, const char*)>("fopen");
+    return failsAt(Kind::Open, path) ? nullptr : real(path, mode);
+}
+FILE* fopen64(const char* path, const char* mode) __attribute__((alias("fopen")));
+
+int ftruncate(int file, off_t size) noexcept
+{
+    static const auto real = next<int(int, off_t)>("ftruncate");
+    return failsOn(Kind::Truncate, file) ? -1 : real(file, size);
+}
+int ftruncate64(int file, off64_t size) noexcept __attribute__((alias("ftruncate")));
+
+int fsync(int file)
+{
+    static const auto real = next<int(int)>("fsync");
+    return failsOn(Kind::Sync, file) ? -1 : real(file);
+}
+int fdatasync(int file) __attribute__((alias("fsync")));
+
+ssize_t pread(int file, void* bytes, size_t size, off_t offset)
+{
+    static const auto real = next<ssize_t(int, void*, size_t, off_t)>("pread");
+    return failsOn(Kind::Read, file) ? -1 : real(file, bytes, size, offset);
+}
+ssize_t pread64(int file, void* bytes, size_t size, off64_t offset) __attribute__((alias("pread")));
 
 int __open_2(const char* path, int flags)
 {
@@ -288,20 +288,14 @@ int close(int file)
 {
     static const auto real = next<int(int)>("close");
     const bool isToFail = failsOn(Kind::Close, file);
-    const int result = real(file);
-    if (isToFail)
-        errno = EIO;
-    return isToFail ? -1 : result;
+    return endsWith(isToFail, real(file));
 }
 
 int fclose(FILE* file)
 {
     static const auto real = next<int(FILE*)>("fclose");
     const bool isToFail = failsOn(Kind::Close, fileno(file));
-    const int result = real(file);
-    if (isToFail)
-        errno = EIO;
-    return isToFail ? EOF : result;
+    return endsWith(isToFail, real(file));
 }
 
 int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*work)(void*),

@@ -6,7 +6,9 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -35,148 +37,84 @@ int connectTo(const std::string& address, std::uint16_t port, int flags = 0)
     return -1;
 }
 
-/// Nothing when there is nothing to read yet.
+/// False at the end of the connection; nothing when there is nothing to read yet.
 bool read(int file, std::string& bytes)
 {
-    pollfd waiting{file, POLLIN, 0};
-    if (poll(&waiting, 1, look) <= 0)
-        return true;
     char block[65536];
-    const auto count = recv(file, block, sizeof block, 0);
+    const auto count = recv(file, block, sizeof block, MSG_DONTWAIT);
     if (count > 0)
         bytes.append(block, static_cast<std::size_t>(count));
-    return count > 0;
+    return count > 0 || (count < 0 && errno == EAGAIN);
 }
 
-bool write(int file, const std::string& bytes)
+/// What does not fit now stays for later.
+void send(int file, std::string& bytes, std::size_t packet)
 {
-    return bytes.empty() || send(file, bytes.data(), bytes.size(), MSG_NOSIGNAL) > 0;
+    for (;;) {
+        const auto count =
+            ::send(file, bytes.data(), std::min(packet, bytes.size()), MSG_DONTWAIT | MSG_NOSIGNAL);
+        if (count <= 0)
+            return;
+        bytes.erase(0, static_cast<std::size_t>(count));
+    }
+}
+
+/// Takes the whole lines.
+std::string changeLines(std::string& bytes, const FaultyWire::Change& change)
+{
+    if (!change)
+        return std::exchange(bytes, {});
+    std::string changed;
+    for (auto end = bytes.find('\n'); end != std::string::npos; end = bytes.find('\n')) {
+        for (const auto& line : change(bytes.substr(0, end)))
+            changed += line + '\n';
+        bytes.erase(0, end + 1);
+    }
+    return changed;
 }
 
 } // namespace
 
-/// A connection from both sides.
-class FaultyWire::Pair {
-public:
-    Pair(FaultyWire& wire, int program, int device) : _wire(wire), _program(program), _device(device)
-    {
-        const int yes = 1;
-        for (const int file : {_program, _device})
-            setsockopt(file, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
-        _down = std::thread([this] { _passDown(); });
-        _up = std::thread([this] { _passUp(); });
-    }
-    ~Pair()
-    {
-        end();
-        _down.join();
-        _up.join();
-        ::close(_program);
-        ::close(_device);
-    }
-    Pair(const Pair&) = delete;
-    Pair& operator=(const Pair&) = delete;
-
-    void end()
-    {
-        _isEnding = true;
-        shutdown(_program, SHUT_RDWR);
-        shutdown(_device, SHUT_RDWR);
-    }
-    void insert(const std::string& bytes) { write(_program, bytes); }
-
-private:
-    bool _read(int file, std::string& bytes) const
-    {
-        if (!_wire._isClogged)
-            return read(file, bytes);
-        std::this_thread::sleep_for(std::chrono::milliseconds(look));
-        return true;
-    }
-
-    void _passUp()
-    {
-        std::string bytes;
-        while (!_isEnding && _read(_program, bytes)) {
-            if (!_wire._isFrozen && !_wire._isClogged)
-                write(_device, std::exchange(bytes, {}));
-        }
-        end();
-    }
-
-    void _passDown()
-    {
-        std::string bytes;
-        while (!_isEnding && _read(_device, bytes)) {
-            if (bytes.empty() || _wire._isFrozen || _wire._isClogged)
-                continue;
-            if (const auto delay = _wire._delay.load(); delay.count() > 0)
-                std::this_thread::sleep_for(delay);
-            if (!_isEnding)
-                _send(_changeLines(bytes));
-        }
-        end();
-    }
-
-    /// Takes the whole lines.
-    std::string _changeLines(std::string& bytes)
-    {
-        Change change;
-        {
-            std::lock_guard lock(_wire._mutex);
-            change = _wire._change;
-        }
-        if (!change)
-            return std::exchange(bytes, {});
-        std::string changed;
-        for (auto end = bytes.find('\n'); end != std::string::npos; end = bytes.find('\n')) {
-            for (const auto& line : change(bytes.substr(0, end)))
-                changed += line + '\n';
-            bytes.erase(0, end + 1);
-        }
-        return changed;
-    }
-
-    void _send(const std::string& bytes)
-    {
-        if (!_wire._isCutUp) {
-            write(_program, bytes);
-            return;
-        }
-        for (const char byte : bytes)
-            write(_program, std::string(1, byte));
-    }
-
-    FaultyWire& _wire;
-    const int _program;
-    const int _device;
-    std::atomic<bool> _isEnding{false};
-    std::thread _down;
-    std::thread _up;
-};
-
 FaultyWire::FaultyWire(const std::string& address, const std::string& device, std::uint16_t port)
-    : _address(address), _device(device), _port(port)
+    : _address(address), _remote(device), _port(port)
 {
     _listen();
-    _thread = std::thread([this] {
-        while (!_isEnding)
-            _accept();
-    });
+    _thread = std::thread([this] { _run(); });
 }
 
 FaultyWire::~FaultyWire()
 {
     _isEnding = true;
     _thread.join();
-    mend();
-    drop();
+    _end();
     _close();
+    for (const int file : {_program, _device})
+        ::close(file);
+}
+
+void FaultyWire::_run()
+{
+    while (!_isEnding) {
+        pollfd waiting[3];
+        {
+            std::lock_guard lock(_mutex);
+            const bool takes = _isConnected && !_isClogged;
+            waiting[0] = {_fillers.empty() ? _listener : -1, POLLIN, 0};
+            waiting[1] = {takes ? _program : -1, POLLIN, 0};
+            waiting[2] = {takes && !_due ? _device : -1, POLLIN, 0};
+        }
+        poll(waiting, std::size(waiting), look);
+        std::lock_guard lock(_mutex);
+        if ((waiting[0].revents & POLLIN) && waiting[0].fd == _listener && _fillers.empty())
+            _accept();
+        else if (_isConnected && !_isClogged)
+            _pass();
+    }
 }
 
 void FaultyWire::_listen()
 {
-    _listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    _listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     const int yes = 1;
     setsockopt(_listener, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     const auto where = makeAddress(_address, _port);
@@ -195,25 +133,50 @@ void FaultyWire::_close()
 
 void FaultyWire::_accept()
 {
-    int listener = -1;
-    {
-        std::lock_guard lock(_mutex);
-        if (_fillers.empty())
-            listener = _listener;
+    const int program = accept4(_listener, nullptr, nullptr, SOCK_CLOEXEC);
+    if (program < 0)
+        return;
+    _end();
+    for (const int file : {_program, _device})
+        ::close(file);
+    _program = program;
+    _device = connectTo(_remote, _port);
+    _isConnected = true;
+    const int yes = 1;
+    for (const int file : {_program, _device})
+        setsockopt(file, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
+}
+
+/// Both ends see it; what was on its way is lost.
+void FaultyWire::_end()
+{
+    if (!std::exchange(_isConnected, false))
+        return;
+    shutdown(_program, SHUT_RDWR);
+    shutdown(_device, SHUT_RDWR);
+    for (auto* bytes : {&_toDevice, &_fromDevice, &_toProgram})
+        bytes->clear();
+    _due.reset();
+}
+
+void FaultyWire::_pass()
+{
+    if (!read(_program, _toDevice) || (!_due && !read(_device, _fromDevice))) {
+        _end();
+        return;
     }
-    pollfd waiting{listener, POLLIN, 0};
-    if (poll(&waiting, 1, look) <= 0 || !(waiting.revents & POLLIN))
+    if (_isFrozen)
         return;
-    std::shared_ptr<Pair> former;
-    std::lock_guard lock(_mutex);
-    if (listener != _listener || !_fillers.empty())
-        return;
-    const int program = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
-    const int device = connectTo(_device, _port);
-    if (device >= 0 && program >= 0)
-        former = std::exchange(_pair, std::make_shared<Pair>(*this, program, device));
-    else if (program >= 0)
-        ::close(program);
+    const auto now = std::chrono::steady_clock::now();
+    if (!_fromDevice.empty() && !_due)
+        _due = now + _delay.load();
+    if (_due && now >= *_due) {
+        _due.reset();
+        _toProgram += changeLines(_fromDevice, _change);
+    }
+    constexpr std::size_t whole = 65536;
+    send(_device, _toDevice, whole);
+    send(_program, _toProgram, _isCutUp ? 1 : whole);
 }
 
 void FaultyWire::mend()
@@ -246,13 +209,8 @@ void FaultyWire::ignore()
 
 void FaultyWire::drop()
 {
-    std::shared_ptr<Pair> pair;
-    {
-        std::lock_guard lock(_mutex);
-        pair = std::move(_pair);
-    }
-    if (pair)
-        pair->end();
+    std::lock_guard lock(_mutex);
+    _end();
 }
 
 void FaultyWire::change(Change change)
@@ -263,13 +221,9 @@ void FaultyWire::change(Change change)
 
 void FaultyWire::insert(const std::string& bytes)
 {
-    std::shared_ptr<Pair> pair;
-    {
-        std::lock_guard lock(_mutex);
-        pair = _pair;
-    }
-    if (pair)
-        pair->insert(bytes);
+    std::lock_guard lock(_mutex);
+    if (_isConnected)
+        ::send(_program, bytes.data(), bytes.size(), MSG_NOSIGNAL);
 }
 
 } // namespace KesTest

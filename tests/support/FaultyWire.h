@@ -4,8 +4,8 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -46,14 +46,16 @@ public:
     void insert(const std::string& bytes);
 
 private:
-    class Pair;
-
+    // The thread; all but the first with the mutex.
+    void _run();
     void _listen();
     void _close();
     void _accept();
+    void _end();
+    void _pass();
 
     const std::string _address;
-    const std::string _device;
+    const std::string _remote;
     const std::uint16_t _port;
     std::atomic<bool> _isFrozen{false};
     std::atomic<bool> _isClogged{false};
@@ -65,7 +67,13 @@ private:
     int _listener = -1;
     /// Fill the queue of a listener that is not to answer.
     std::vector<int> _fillers;
-    std::shared_ptr<Pair> _pair;
+    // The connection from both sides, open until the next one, and what is on its way.
+    bool _isConnected = false;
+    int _program = -1;
+    int _device = -1;
+    std::string _toDevice, _fromDevice, _toProgram;
+    /// Set while something from the device waits.
+    std::optional<std::chrono::steady_clock::time_point> _due;
     std::thread _thread;
 };
 

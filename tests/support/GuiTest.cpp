@@ -66,6 +66,13 @@ Gtk::Widget* findByClass(Gtk::Widget& root, const std::string& styleClass)
     return found.empty() ? nullptr : found.front();
 }
 
+int widthOf(const Gtk::Widget& widget)
+{
+    int least = 0, natural = 0;
+    widget.get_preferred_width(least, natural);
+    return natural;
+}
+
 bool isSeen(const Gtk::Widget& widget)
 {
     return widget.is_visible();

@@ -40,6 +40,9 @@ struct NoWidgetView : Kes::IView {};
 /// in order of their place in the tree.
 std::vector<Gtk::Widget*> findWidgets(Gtk::Widget& root, const std::function<bool(Gtk::Widget&)>& predicate);
 
+/// How wide the widget would like to be, in pixels.
+int widthOf(const Gtk::Widget& widget);
+
 /// The descendants of a type, in order of their place in the tree.
 template <typename T>
 std::vector<T*> findWidgets(Gtk::Widget& root)

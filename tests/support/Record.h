@@ -1,8 +1,10 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,9 +16,22 @@ class Record {
 public:
     void write(const std::string& entry)
     {
-        std::lock_guard lock(_mutex);
-        _entries.push_back(entry);
+        {
+            std::lock_guard lock(_mutex);
+            _entries.push_back(entry);
+        }
+        failIn(entry);
     }
+    /// The hook or listener of this name throws; one that writes an entry has the entry as its name.
+    void failIn(const std::string& name)
+    {
+        if (name != throwing.load())
+            return;
+        hasThrown = true;
+        throw std::runtime_error("thrown by " + name);
+    }
+    std::atomic<const char*> throwing{""};
+    std::atomic<bool> hasThrown{false};
     std::vector<std::string> take()
     {
         std::lock_guard lock(_mutex);

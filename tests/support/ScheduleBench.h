@@ -52,12 +52,25 @@ private:
 };
 
 /// Runs a schedule for each seed; only one of them when the environment variable KES_SCHEDULE names it, and
-/// every third one from the second on when KES_SCHEDULE_PART is "2/3".
-void runSchedules(unsigned count, const std::function<void(unsigned seed)>& schedule);
+/// every third one from the second on when KES_SCHEDULE_PART is "2/3". A schedule returns whether outputs
+/// have been on, as in a fifth of them they have to be. No schedule may leave a thread or a wrong change of a
+/// state behind. The state updater works meanwhile without a pause.
+void runSchedules(unsigned count, const std::function<bool(unsigned seed)>& schedule);
 
-/// Waits for a thread's part of a schedule; one that hangs ends the process, since nothing can be taken down
-/// any more.
-void awaitPart(const std::future<void>& part, unsigned seed);
+/// What the threads of a schedule beside its own do, each with dice of its own.
+class ScheduleThreads {
+public:
+    using Step = std::function<void(Dice&)>;
+
+    explicit ScheduleThreads(unsigned seed) : _seed(seed) {}
+    void begin(const Step& step, unsigned times);
+    /// One that hangs ends the process, since nothing can be taken down any more.
+    void awaitAll();
+
+private:
+    const unsigned _seed;
+    std::vector<std::future<void>> _threads;
+};
 
 /// False after ten seconds; for what comes about on other threads without an announcement.
 bool comesTrue(const std::function<bool()>& condition);
@@ -91,15 +104,15 @@ public:
     /// A text for the user.
     void hear(const Text& text);
     void complain(const Text& complaint);
-    std::vector<Text> takeComplaints();
     /// Texts and failures so far.
     unsigned countTold() const { return _told; }
-    /// That no device was said to be lost more often than it was; at the end.
-    void checkLosses();
+    /// That all outputs go off.
+    void checkOutputs() const;
+    /// That what was told is true, and no device was said to be lost more often than it was.
+    void checkTold();
 
     // As the devices themselves say.
 
-    bool areAllOff() const;
     bool haveRun() const;
 
 private:

@@ -1,5 +1,7 @@
 #include "ScriptedDialogs.h"
 
+#include <KesCommon/SignalGate.h>
+
 #include <gtest/gtest.h>
 
 #include <utility>
@@ -12,6 +14,7 @@ public:
 
     Kes::DialogResult showMessage(const Kes::MessageRequest& request) override
     {
+        expectNoGate();
         _script._messages.push_back(request);
         if (_script._buttons.empty()) {
             ADD_FAILURE() << "unexpected message box: " << request.text;
@@ -30,6 +33,7 @@ public:
 
     std::string chooseFile(const Kes::FileRequest& request) override
     {
+        expectNoGate();
         _script._files.push_back(request);
         if (_script._paths.empty()) {
             ADD_FAILURE() << "unexpected file dialog: " << request.title;
@@ -41,6 +45,11 @@ public:
     }
 
 private:
+    static void expectNoGate()
+    {
+        EXPECT_FALSE(Kes::SignalGate::isHeldByThisThread()) << "other threads wait for the user";
+    }
+
     ScriptedDialogs& _script;
 };
 

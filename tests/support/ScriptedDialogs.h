@@ -12,7 +12,8 @@ namespace KesTest {
 
 /// The user of a test: while it lives, every message box and file dialog is recorded and answered from a
 /// list instead of being shown. A dialog for which no answer is listed fails the test and is declined; so
-/// does an answer that is not among the buttons, and an answer left over at the end. GUI thread.
+/// does one with the signals' gate, an answer that is not among the buttons, and one left over at the end.
+/// GUI thread.
 class ScriptedDialogs {
 public:
     ScriptedDialogs();

@@ -174,6 +174,7 @@ TEST_F(ArchiveManagerPresenterTest, ClosingAsksAboutChangesAndTellsWhetherToGoOn
         EXPECT_EQ(question.buttons, YesNoCancel);
         EXPECT_TRUE(question.title == "File manager" && question.parent == &_parent);
     }
+    EXPECT_TRUE(dialogs.getFiles().back().save && dialogs.getFiles().back().parent == &_parent);
     EXPECT_EQ(readFile(path), "good new");
     EXPECT_TRUE(_presenter.close()) << "and asks nothing";
 }

@@ -24,11 +24,10 @@ std::string pack(const Contents& contents)
     return Helper::packDataToStream(out, data, Helper::PREFIX) ? out.str() : std::string();
 }
 
-Contents unpack(const std::string& bytes, bool success)
+namespace {
+
+Contents toContents(const Helper::DataMap& data)
 {
-    std::istringstream in(bytes);
-    Helper::DataMap data;
-    EXPECT_EQ(Helper::unpackStreamToData(in, data, Helper::PREFIX), success);
     Contents contents;
     for (const auto& [name, stream] : data) {
         EXPECT_EQ(stream->tellg(), 0) << name;
@@ -37,6 +36,24 @@ Contents unpack(const std::string& bytes, bool success)
         contents[name] = std::move(content).str();
     }
     return contents;
+}
+
+} // namespace
+
+Contents unpack(const std::string& bytes, bool success)
+{
+    std::istringstream in(bytes);
+    Helper::DataMap data;
+    EXPECT_EQ(Helper::unpackStreamToData(in, data, Helper::PREFIX), success);
+    return toContents(data);
+}
+
+Contents recover(const std::string& bytes, const Helper::ContentLimits& limits)
+{
+    std::istringstream in(bytes);
+    Helper::DataMap data;
+    EXPECT_TRUE(Helper::recoverStreamToData(in, data, Helper::PREFIX, limits));
+    return toContents(data);
 }
 
 } // namespace Archives

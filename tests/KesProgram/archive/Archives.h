@@ -19,4 +19,7 @@ std::string pack(const Contents& contents);
 /// What can be unpacked from the bytes; whether they are accepted has to be known.
 Contents unpack(const std::string& bytes, bool success = true);
 
+/// What a repair finds in the bytes, which it has to accept.
+Contents recover(const std::string& bytes, const KesProgram::ArchiveHelper::ContentLimits& limits = {});
+
 } // namespace Archives

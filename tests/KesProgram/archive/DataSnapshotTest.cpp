@@ -1,6 +1,7 @@
 // That a snapshot is quick, and packs to the bytes that its program would have written.
 
-#include <KesProgram/archive/ArchiveHelper.h>
+#include "Archives.h"
+
 #include <KesProgram/archive/DataSnapshot.h>
 
 #include <gtest/gtest.h>
@@ -8,8 +9,6 @@
 #include <chrono>
 #include <fstream>
 #include <iostream>
-#include <iterator>
-#include <map>
 #include <random>
 #include <sstream>
 
@@ -18,13 +17,11 @@ namespace {
 using namespace KesProgram;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
-using Contents = std::map<std::string, std::string>;
+using Archives::Contents;
 
 bool pack(std::ostream& out, const Contents& contents, const ArchiveHelper::ContentLimits& limits = {})
 {
-    ArchiveHelper::DataMap data;
-    for (const auto& [name, content] : contents)
-        data[name] = std::make_unique<std::stringstream>(content);
+    auto data = Archives::toStreams(contents);
     return ArchiveHelper::packDataToStream(out, data, "program", limits);
 }
 

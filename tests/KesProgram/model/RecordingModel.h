@@ -7,7 +7,6 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
-#include <stdexcept>
 #include <thread>
 
 namespace KesTest {
@@ -45,24 +44,20 @@ public:
         signalClosing.connect([this] { write("closing"); });
         signalClosed.connect([this] { write("closed"); });
     }
-    /// The hook or listener that writes this entry throws.
-    std::atomic<const char*> throwing{""};
     void write(const std::string& entry)
     {
+        if (onEntry)
+            onEntry(entry);
         Record::write(withFlags ? entry + " " + getFlags() : entry);
-        failIn(entry);
     }
+    /// Called before an entry is written.
+    std::function<void(const std::string& entry)> onEntry;
     /// Each entry is followed by the flags at that moment.
     bool withFlags = false;
     /// Can-start, running and output-started, "-" for one that is not set.
     std::string getFlags()
     {
         return {getCanStart() ? 'c' : '-', isRunning() ? 'r' : '-', isOutputStarted() ? 'o' : '-'};
-    }
-    void failIn(const std::string& entry)
-    {
-        if (entry == throwing.load())
-            throw std::runtime_error("thrown by " + entry);
     }
     ~RecordingModel() override
     {
@@ -87,6 +82,17 @@ public:
     /// What the base class does to prepare the hardware.
     bool prepareRealHardware() { return ProgramModel::_onPrepareHardware(); }
 
+    bool isLocal = false;
+    bool usesLocalHardware() override
+    {
+        failIn("usesLocalHardware");
+        return isLocal;
+    }
+    bool getCanStart() override
+    {
+        failIn("getCanStart");
+        return ProgramModel::getCanStart();
+    }
     std::string getExtension() override { return {}; }
     KesProgram::RunVerdict getRunVerdict() override { return KesProgram::RunVerdict::None; }
 
@@ -120,6 +126,12 @@ protected:
         ProgramModel::_onFinishHardware();
     }
     void _onFinished() override { write("onFinished"); }
+    bool _isSupportedHardwareSync() override
+    {
+        failIn("isSupportedHardwareSync");
+        return ProgramModel::_isSupportedHardwareSync();
+    }
+    void _onHardwareChanged(KesDevice::HardwareManager*) override { failIn("onHardwareChanged"); }
     void _onClosing() override { write("onClosing"); }
 };
 

@@ -14,7 +14,6 @@ namespace KesTest {
 using namespace std::chrono_literals;
 
 /// A bench with one device; the model's run lasts until it is stopped.
-template <typename Model>
 class RunFaults : public GuiTest {
 protected:
     RunFaults()
@@ -71,7 +70,7 @@ protected:
     BenchDevice first{1};
     BenchDevice second{2};
     Record texts;
-    Model model;
+    RecordingModel model;
 };
 
 } // namespace KesTest

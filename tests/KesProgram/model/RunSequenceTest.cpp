@@ -112,7 +112,7 @@ void RunEvent::perform(Event event)
         model.close();
         break;
     case Event::Finish:
-        model.bodyDoor.open();
+        GetParam().phase == Phase::Idle ? model._finish() : model.bodyDoor.open();
         break;
     }
 }
@@ -160,6 +160,7 @@ TEST_F(RunSequence, FlagsOfARunThatNobodyDisturbs)
 }
 
 const Entries startsAtOnce{"canStart", "onPrepareStart", "onPrepareHardware"};
+const Entries finishesIdle{"onFinishHardware", "onFinished", "finished(false)"};
 const Entries closes{"onClosing", "closing"};
 const Entries closed{"closed"};
 
@@ -172,6 +173,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"IdleFault", Phase::Idle, Event::Fault, {faultText}, nothing},
         Row{"IdleLostDevice", Phase::Idle, Event::LostDevice, {lostText}, nothing},
         Row{"IdleClose", Phase::Idle, Event::Close, closes, closed},
+        Row{"IdleFinish", Phase::Idle, Event::Finish, nothing, finishesIdle},
 
         Row{"StartingStart", Phase::Starting, Event::Start, nothing, runs + endsRunning},
         Row{"StartingStop", Phase::Starting, Event::Stop, nothing, runs + endsRunning},

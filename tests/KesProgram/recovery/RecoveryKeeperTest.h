@@ -1,5 +1,7 @@
 #pragma once
 
+#include "LostBytes.h"
+
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
@@ -39,21 +41,14 @@ protected:
         std::filesystem::remove_all(files);
         if (std::filesystem::exists(_folder))
             std::filesystem::copy(_folder, files);
-        return _lostIn(files);
+        return lostIn(files);
     }
     /// What is offered after the program has been closed.
     Texts _lostAfterEnd()
     {
         _keeper->end();
         _keeper.reset();
-        return _lostIn(_folder);
-    }
-    static Texts _lostIn(const std::string& folder)
-    {
-        Texts bytes;
-        for (const auto& work : RecoveryStore(folder).findLost())
-            bytes.push_back(work.getCopy().bytes);
-        return bytes;
+        return lostIn(_folder);
     }
     /// What the next start does when its user wants the work back. Returns the file it belongs to.
     std::string _restore()

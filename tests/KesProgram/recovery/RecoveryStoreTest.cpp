@@ -1,16 +1,10 @@
+#include "LostBytes.h"
+
 #include "support/TemporaryHome.h"
 
-#include <KesCommon/FileLock.h>
-#include <KesProgram/recovery/RecoveryStore.h>
-
 #include <gmock/gmock.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
-#include <random>
-#include <thread>
 
 namespace {
 
@@ -31,13 +25,7 @@ protected:
                 bytes};
     }
     std::unique_ptr<RecoveryStore> _open() { return std::make_unique<RecoveryStore>(_folder); }
-    std::vector<std::string> _lost()
-    {
-        std::vector<std::string> bytes;
-        for (const auto& work : _open()->findLost())
-            bytes.push_back(work.getCopy().bytes);
-        return bytes;
-    }
+    std::vector<std::string> _lost() { return KesTest::lostIn(_folder); }
     std::vector<fs::path> _files(const std::string& extension)
     {
         std::vector<fs::path> found;
@@ -163,53 +151,21 @@ TEST_F(RecoveryStoreTest, AFolderThatCannotBeMadeIsAnError)
     EXPECT_FALSE(_open()->write(Kind::Work, _copy("bytes")));
 }
 
-/// Writes one copy after the other until it is killed.
-[[noreturn]] void writeForEver(const std::string& folder, const RecoveryCopy& one, const RecoveryCopy& other)
+TEST_F(RecoveryStoreTest, AKillWhileWritingLeavesTheOldCopyWholeAndNothingUnfinished)
 {
-    RecoveryStore store(folder);
-    for (;;)
-        for (const auto* copy : {&one, &other})
-            if (!store.write(Kind::Work, *copy))
-                _exit(1);
-}
-
-TEST_F(RecoveryStoreTest, AKillWhileWritingLeavesTheOldCopyOrTheNewOneWhole)
-{
-    std::mt19937 random(7);
-    const auto one = _copy(std::string(1 << 20, 'a')), other = _copy(std::string(1 << 19, 'b'));
-    int found = 0;
-    for (int i = 0; i < 60; ++i) {
-        const auto child = fork();
-        if (child == 0)
-            writeForEver(_folder, one, other);
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 60000));
-        kill(child, SIGKILL);
-        int status = 0;
-        ASSERT_EQ(waitpid(child, &status, 0), child);
-        ASSERT_TRUE(WIFSIGNALED(status));
-        auto lost = _open()->findLost();
-        ASSERT_LE(lost.size(), 1U) << "and its copies do not gather";
-        for (auto& work : lost) {
-            ++found;
-            EXPECT_TRUE(work.getCopy() == one || work.getCopy() == other);
-            work.throwAway();
-        }
-    }
-    EXPECT_GT(found, 20);
+    auto owner = _open();
+    ASSERT_TRUE(owner->write(Kind::Work, _copy("older")));
+    const auto work = _files(".work").front();
+    fs::create_hard_link(work, _home.file("the file itself"));
+    ASSERT_TRUE(owner->write(Kind::Work, _copy("newer")));
+    EXPECT_EQ(RecoveryCopy::fromFile(readFile(_home.file("the file itself"))), _copy("older"))
+        << "written in the place of the former one";
+    owner.reset();
+    writeFile(work.string() + ".X4Y5Z6", "unfinished");
+    EXPECT_THAT(_lost(), ElementsAre("newer"));
+    _open()->findLost().front().throwAway();
     EXPECT_THAT(_lost(), IsEmpty());
     EXPECT_TRUE(fs::is_empty(_folder)) << "no unfinished file stays";
-}
-
-TEST(FileLock, BindsUntilItsOwnerEnds)
-{
-    const KesTest::TemporaryHome home;
-    const std::string path = home.file("lock");
-    auto lock = Kes::FileLock::tryTake(path);
-    ASSERT_TRUE(lock);
-    EXPECT_FALSE(Kes::FileLock::takeWithin(path, std::chrono::milliseconds(20)));
-    lock->removeFile();
-    EXPECT_TRUE(Kes::FileLock::tryTake(path));
-    EXPECT_FALSE(Kes::FileLock::tryTake(home.file("missing/lock")));
 }
 
 } // namespace

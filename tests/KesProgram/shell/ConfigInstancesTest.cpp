@@ -1,23 +1,20 @@
 #include "ShellTest.h"
 
+#include <KesCommon/FileLock.h>
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/shell/ConfigurationError.h>
 
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <sys/resource.h>
 
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <random>
 
 namespace KesTest {
 
 namespace {
 
 using testing::AllOf;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
@@ -47,21 +44,6 @@ protected:
     }
     std::string path() { return Instance().shell._getXmlConfigFullPath(); }
 
-    /// Runs the function in a process of its own.
-    static pid_t start(const std::function<void()>& function)
-    {
-        const auto child = fork();
-        if (child != 0)
-            return child;
-        function();
-        _exit(0);
-    }
-    static bool hasEnded(pid_t child)
-    {
-        int status = 0;
-        return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    }
-
     TemporaryHome home;
 };
 
@@ -87,41 +69,38 @@ TEST_F(ConfigInstancesTest, TheLastOneToCloseKeepsWhatTheOthersHaveOpened)
     EXPECT_EQ(Instance().getRecentFiles(), expected);
 }
 
-TEST_F(ConfigInstancesTest, PairsThatCloseAtTheSameTimeLeaveAWholeFileWithBothRecentFiles)
+TEST_F(ConfigInstancesTest, WhatAnotherInstanceIsWritingIsWaitedForAndMerged)
 {
-    for (int i = 0; i < 80; ++i) {
-        Instance one, other;
-        one.use(makeFile(2 * i));
-        other.use(makeFile(2 * i + 1));
-        const auto first = start([&] { one.shell._saveXmlConfig(); });
-        const auto second = start([&] { other.shell._saveXmlConfig(); });
-        ASSERT_TRUE(hasEnded(first) && hasEnded(second));
-        ASSERT_THAT(Instance().getRecentFiles(),
-                    AllOf(Contains(home.file("file" + std::to_string(2 * i) + ".abc")),
-                          Contains(home.file("file" + std::to_string(2 * i + 1) + ".abc"))))
-            << i;
-    }
+    const auto own = makeFile(0), theirs = makeFile(1);
+    const std::string config = path();
+    Instance instance;
+    instance.shell._saveXmlConfig();
+    instance.use(own);
+    auto lock = Kes::FileLock::tryTake(config + ".lock");
+    std::thread saving([&] { instance.shell._saveXmlConfig(); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    writeFile(config, "<root><RecentFiles>" + theirs + "</RecentFiles></root>");
+    lock.reset();
+    saving.join();
+    EXPECT_THAT(Instance().getRecentFiles(), ElementsAre(theirs, own));
 }
 
-TEST_F(ConfigInstancesTest, AKillWhileWritingForgetsNothing)
+TEST_F(ConfigInstancesTest, AWriteThatEndsHalfWayForgetsNothing)
 {
-    Instance first;
+    Instance instance;
     const auto file = makeFile(0);
-    first.use(file);
-    first.shell._saveXmlConfig();
-    std::mt19937 random(3);
-    for (int i = 0; i < 60; ++i) {
-        Instance instance;
-        const auto child = start([&] {
-            for (;;)
-                instance.shell._saveXmlConfig();
-        });
-        usleep(static_cast<useconds_t>(random() % 20000));
-        kill(child, SIGKILL);
-        int status = 0;
-        waitpid(child, &status, 0);
-        ASSERT_THAT(Instance().getRecentFiles(), ElementsAre(file)) << i;
-    }
+    instance.use(file);
+    instance.shell._saveXmlConfig();
+    instance.use(makeFile(1));
+    signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    // Room for the former file, and not for the longer new one.
+    const rlimit limit{std::filesystem::file_size(path()), before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    EXPECT_THROW(instance.shell._saveXmlConfig(), KesProgram::ConfigurationError);
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_THAT(Instance().getRecentFiles(), ElementsAre(file));
 }
 
 TEST_F(ConfigInstancesTest, ATornFileIsReadFromTheFormerOne)
@@ -163,9 +142,8 @@ TEST_F(ConfigInstancesTest, WhatTheStartWouldNotReadIsNotMergedEither)
     }
 }
 
-TEST_F(ConfigInstancesTest, AFailureTellsFileAndReasonInWordsForAUserAndKeepsTheFormerFile)
+TEST_F(ConfigInstancesTest, AFailureTellsFileAndReasonInWordsForAUser)
 {
-    const auto file = makeFile(0);
     const std::string config = path();
     const auto failure = [] {
         Instance instance;
@@ -182,15 +160,6 @@ TEST_F(ConfigInstancesTest, AFailureTellsFileAndReasonInWordsForAUserAndKeepsThe
     std::filesystem::remove(config);
     std::filesystem::create_symlink("/dev/full", config);
     EXPECT_THAT(failure(), AllOf(HasSubstr("Reason: the disk is full\n"), Not(HasSubstr("rror"))));
-    std::filesystem::remove(config);
-    // A disk that fills up half-way.
-    Instance first;
-    first.use(file);
-    first.shell._saveXmlConfig();
-    std::filesystem::rename(config, config + ".former");
-    std::filesystem::create_symlink("/dev/full", config);
-    EXPECT_THAT(failure(), HasSubstr("the disk is full"));
-    EXPECT_THAT(Instance().getRecentFiles(), ElementsAre(file));
 }
 
 } // namespace

@@ -107,28 +107,17 @@ TEST_F(MenuTest, PowerOffNeedsPermissionAndNoUpdate)
 /// Presenters of one program may die before its signals fall silent.
 TEST_F(MenuTest, PresentersMayDieWithUpdatesQueued)
 {
-    auto& running = KesDevice::HardwareIsRunningComponent::getInstance().signalRunningChanged;
-    auto& updating = KesDevice::KestoStateGlobalUpdater::getInstance().signalUpdatingChanged;
-    for (int round = 0; round < 20; ++round) {
-        auto menu = std::make_unique<KesProgram::FileMenuPresenter>(&shell);
-        auto toolbar = std::make_unique<KesProgram::HardwareControlToolbarPresenter>(model);
-        std::atomic<bool> isOver{false};
-        std::thread device([&] {
-            while (!isOver) {
-                running.emit(true);
-                updating.emit(false);
-                model._setCanProgramStart(true);
-                model._setCanProgramStart(false);
-            }
-        });
-        // Not until the queue is empty: the device may be faster than the window.
-        int turns = 20;
-        waitFor([&] { return --turns <= 0; });
-        menu.reset();
-        toolbar.reset();
-        isOver = true;
-        device.join();
-    }
+    auto menu = std::make_unique<KesProgram::FileMenuPresenter>(&shell);
+    auto toolbar = std::make_unique<KesProgram::HardwareControlToolbarPresenter>(model);
+    onAnotherThread([this] {
+        KesDevice::HardwareIsRunningComponent::getInstance().signalRunningChanged.emit(true);
+        KesDevice::KestoStateGlobalUpdater::getInstance().signalUpdatingChanged.emit(false);
+        model._setCanProgramStart(true);
+    });
+    menu.reset();
+    toolbar.reset();
+    runPendingEvents();
+    model._setCanProgramStart(false);
 }
 
 } // namespace

@@ -1,8 +1,9 @@
 #include "ShellTest.h"
 
+#include "../recovery/LostBytes.h"
+
 #include <KesCommon/Directories.h>
 #include <KesProgram/archive/ArchiveManager.h>
-#include <KesProgram/recovery/RecoveryStore.h>
 
 #include <ctime>
 #include <filesystem>
@@ -13,7 +14,6 @@ namespace KesTest {
 namespace {
 
 using Kes::DialogResult;
-using KesProgram::RecoveryCopy;
 using KesProgram::RecoveryStore;
 using testing::AllOf;
 using testing::ElementsAre;
@@ -33,12 +33,12 @@ protected:
         ASSERT_TRUE(store.write(RecoveryStore::Kind::Work,
                                 {"Shell test", fileName, "8 results, not saved", time, bytes}));
     }
-    std::vector<std::string> lost()
+    std::vector<std::string> lost() { return lostIn(folder); }
+    /// Until the presenter dies the lock is its own: another folder stands for the next start.
+    std::vector<std::string> lostAfterwards()
     {
-        std::vector<std::string> bytes;
-        for (const auto& work : RecoveryStore(folder).findLost())
-            bytes.push_back(work.getCopy().bytes);
-        return bytes;
+        std::filesystem::copy(folder, home.file("copies/"));
+        return lostIn(home.file("copies/"));
     }
     /// Opens the program and waits for its questions.
     void openAndAnswer(std::vector<DialogResult> answers)
@@ -197,9 +197,7 @@ TEST_F(RecoveryTest, AUserWhoComesLaterHasTheLastWord)
     EXPECT_FALSE(model.getArchiveManager()->saveAs(home.file("nowhere/a.abc")));
     shell.setAttendance(Attendance::User);
     close(DialogResult::No);
-    // Until the presenter dies the lock is its own.
-    std::filesystem::copy(folder, home.file("copies/"));
-    EXPECT_EQ(RecoveryStore(home.file("copies/")).findLost().size(), 0U);
+    EXPECT_THAT(lostAfterwards(), IsEmpty());
 }
 
 TEST_F(RecoveryTest, ACloseThatNobodyAnswersKeepsTheWork)
@@ -208,23 +206,7 @@ TEST_F(RecoveryTest, ACloseThatNobodyAnswersKeepsTheWork)
     model.data = "edited";
     model.close();
     EXPECT_TRUE(waitFor([this] { return isClosed; }));
-    // Until the presenter dies the lock is its own.
-    std::filesystem::copy(folder, home.file("copies/"));
-    EXPECT_EQ(RecoveryStore(home.file("copies/")).findLost().size(), 1U);
-}
-
-/// Another folder stands for the next start: nobody there has the lock.
-TEST_F(RecoveryTest, AKilledInstanceLeavesExactlyWhatItHadNotSaved)
-{
-    openAndAnswer({});
-    for (const bool isSaved : {true, false}) {
-        model.data = "edited" + std::to_string(isSaved);
-        EXPECT_TRUE(shell.writeRecoveryCopy(std::chrono::seconds(5)));
-        EXPECT_TRUE(!isSaved || model.getArchiveManager()->saveAs(home.file("a.abc")));
-        const std::string copies = home.file("copies" + std::to_string(isSaved) + "/");
-        std::filesystem::copy(folder, copies);
-        EXPECT_EQ(RecoveryStore(copies).findLost().size(), isSaved ? 0U : 1U);
-    }
+    EXPECT_THAT(lostAfterwards(), ElementsAre("edited"));
 }
 
 } // namespace

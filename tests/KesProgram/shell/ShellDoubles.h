@@ -20,6 +20,7 @@
 namespace KesTest {
 
 /// A model with a hardware configuration of its own without devices, whose run goes on until it is stopped.
+/// Its hooks fail when the record says so.
 class ShellModel : public KesProgram::ProgramModel {
 public:
     explicit ShellModel(Record& record) : _record(record)
@@ -35,6 +36,7 @@ public:
     std::unique_ptr<KesTree::Node> testObject;
     /// A stopped run goes on until `endRun`, as one does whose device has to be ramped down.
     bool stopsLater = false;
+    KesProgram::RunVerdict verdict = KesProgram::RunVerdict::None;
     /// `close` has been called.
     bool isClosing = false;
 
@@ -57,10 +59,21 @@ public:
         _record.write("model init");
         ProgramModel::init();
     }
-    std::string getProgramName() override { return "Shell test"; }
+    std::string getProgramName() override
+    {
+        _record.failIn("getProgramName");
+        return "Shell test";
+    }
+    bool hasArchiveLogic() override
+    {
+        _record.failIn("hasArchiveLogic");
+        return ProgramModel::hasArchiveLogic();
+    }
+    void newData(const std::string&) override { _record.failIn("newData"); }
     std::string getExtension() override { return extension; }
     std::unique_ptr<std::istream> getDataStream() override
     {
+        _record.failIn("getDataStream");
         return std::make_unique<std::istringstream>(data);
     }
     bool setDataStream(std::istream& stream, bool) override
@@ -72,28 +85,40 @@ public:
     KesTree::Node* getTestObject() override { return testObject.get(); }
     std::string createReport() override { return report; }
     bool hasReport() override { return writesReports; }
-    KesProgram::RunVerdict getRunVerdict() override { return KesProgram::RunVerdict::None; }
+    KesProgram::RunVerdict getRunVerdict() override
+    {
+        _record.failIn("getRunVerdict");
+        return verdict;
+    }
 
 protected:
+    bool _onPrepareStart() override
+    {
+        _record.failIn("onPrepareStart");
+        return true;
+    }
     bool _onPrepareHardware() override
     {
+        _record.failIn("onPrepareHardware");
         _setEnded(false);
         return true;
     }
     void _onStart() override
     {
+        _record.failIn("onStart");
         _isEnded.wait(false);
         _finish();
     }
     void _onStop() override
     {
-        _record.write("model stop");
         if (stopsLater)
             _setCanProgramStop(true);
         else
             endRun();
+        _record.write("model stop");
     }
     void _onFinishHardware() override {}
+    void _onFinished() override { _record.failIn("onFinished"); }
     void _onClosing() override
     {
         isClosing = true;
@@ -125,9 +150,17 @@ public:
 
     using ProgramBasePresenter::_getProgramView;
     using ProgramBasePresenter::_getXmlConfigFullPath;
-    using ProgramBasePresenter::_onClosing;
-    using ProgramBasePresenter::_saveXmlConfig;
 
+    void _onClosing() override
+    {
+        _record.failIn("onClosing");
+        ProgramBasePresenter::_onClosing();
+    }
+    void _saveXmlConfig() override
+    {
+        _record.failIn("saveXmlConfig");
+        ProgramBasePresenter::_saveXmlConfig();
+    }
     void loadXmlConfig() { ProgramBasePresenter::_loadXmlConfig(); }
     void openFile(const std::string&) override {}
     Gtk::Window& getWindow() { return dynamic_cast<Gtk::Window&>(*getView()); }

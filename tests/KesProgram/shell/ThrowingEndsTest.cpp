@@ -7,89 +7,12 @@
 
 #include <glibmm/exceptionhandler.h>
 
-#include <atomic>
-#include <stdexcept>
 #include <tuple>
 
 namespace KesTest {
 namespace {
 
 using Kes::DialogResult;
-
-/// What throws whenever it is called, once it is set. Any thread.
-class Thrower {
-public:
-    void set(const char* name) { _name = name; }
-    void failIn(const std::string& name) const
-    {
-        if (name == _name.load())
-            throw std::runtime_error("thrown by " + name);
-    }
-
-private:
-    std::atomic<const char*> _name{""};
-};
-
-class ThrowingShellModel : public ShellModel {
-public:
-    ThrowingShellModel(Record& record, const Thrower& thrower) : ShellModel(record), _thrower(thrower) {}
-
-    std::string getProgramName() override
-    {
-        _thrower.failIn("getProgramName");
-        return ShellModel::getProgramName();
-    }
-    bool hasArchiveLogic() override
-    {
-        _thrower.failIn("hasArchiveLogic");
-        return ShellModel::hasArchiveLogic();
-    }
-    std::unique_ptr<std::istream> getDataStream() override
-    {
-        _thrower.failIn("getDataStream");
-        return ShellModel::getDataStream();
-    }
-
-protected:
-    void _onStop() override
-    {
-        ShellModel::_onStop();
-        _thrower.failIn("onStop");
-    }
-    void _onFinished() override { _thrower.failIn("onFinished"); }
-    void _onClosing() override
-    {
-        ShellModel::_onClosing();
-        _thrower.failIn("model's onClosing");
-    }
-
-private:
-    const Thrower& _thrower;
-};
-
-class ThrowingShell : public ShellPresenter {
-public:
-    ThrowingShell(ShellModel& model, Record& record, const Thrower& thrower)
-        : ShellPresenter(model, record), _thrower(thrower)
-    {
-        onHook = [this](const std::string& hook) { _thrower.failIn(hook); };
-    }
-
-protected:
-    void _onClosing() override
-    {
-        _thrower.failIn("onClosing");
-        ShellPresenter::_onClosing();
-    }
-    void _saveXmlConfig() override
-    {
-        _thrower.failIn("saveXmlConfig");
-        ShellPresenter::_saveXmlConfig();
-    }
-
-private:
-    const Thrower& _thrower;
-};
 
 /// A user who wants the program to end, and nothing to be saved.
 class EndingUser : public Kes::DialogBackend {
@@ -119,7 +42,7 @@ protected:
         };
         scripted = Kes::DialogBackend::install(std::move(user));
         const auto listen = [this](auto& signal, const char* name) {
-            signal.connect([this, name](auto&&...) { thrower.failIn(name); });
+            signal.connect([this, name](auto&&...) { record.failIn(name); });
         };
         model.signalClosing.connect([this] { reach(From::ShuttingDown); });
         model.signalClosed.connect([this] { reach(From::Closed); });
@@ -142,16 +65,15 @@ protected:
     {
         if (moment != std::get<From>(GetParam()))
             return;
-        thrower.set(std::get<const char*>(GetParam()));
+        record.throwing = std::get<const char*>(GetParam());
         model.signalMessage.emit("told");
     }
     bool hasEnded() const { return record.has("closed"); }
 
     TemporaryHome home;
     Record record;
-    Thrower thrower;
-    ThrowingShellModel model{record, thrower};
-    ThrowingShell shell{model, record, thrower};
+    ShellModel model{record};
+    ShellPresenter shell{model, record};
     std::unique_ptr<Kes::DialogBackend> scripted;
     /// As at the top of a program's main loop.
     sigc::connection handler = Glib::add_exception_handler([this] { shell.tellCurrentException(); });
@@ -159,8 +81,8 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(
     Everywhere, ThrowingClosing,
-    testing::Combine(testing::Values("getProgramName", "hasArchiveLogic", "getDataStream", "onStop",
-                                     "onFinished", "model's onClosing", "onClosing", "saveXmlConfig",
+    testing::Combine(testing::Values("getProgramName", "hasArchiveLogic", "getDataStream", "model stop",
+                                     "onFinished", "model closing", "onClosing", "saveXmlConfig",
                                      "fill config", "finished", "closed", "canStop", "running",
                                      "signalFinished", "message", "closing", "model's closed"),
                      testing::Values(From::Requesting, From::Asking, From::Waiting, From::Saving,
@@ -185,7 +107,7 @@ TEST_P(ThrowingClosing, LeavesAWindowThatCanBeClosedOrNone)
     EXPECT_FALSE(model.isRunning() || model.isOutputStarted() || shell.getWindow().get_visible());
     EXPECT_EQ(record.count("model closing"), 1U);
     EXPECT_EQ(record.count("closed"), 1U);
-    thrower.set("");
+    record.throwing = "";
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "StatusBarTest.h"
 
+#include <KesProgram/archive/ArchiveManager.h>
+#include <KesProgram/statusbar/StatusBarFilePresenter.h>
 #include <KesProgram/statusbar/StatusBarHardwareKestoStatePresenter.h>
 #include <KesProgram/statusbar/StatusBarInfoPresenter.h>
 
@@ -28,6 +30,24 @@ TEST_F(AreasTest, InfoAreaShowsTheStateOfWhicheverThread)
     setElsewhere("too late");
     area.reset();
     runPendingEvents();
+}
+
+TEST_F(AreasTest, FileAreaNamesTheFileOrThatItIsNew)
+{
+    StatusModel model;
+    model.init();
+    const auto shown = [](KesProgram::StatusBarFilePresenter& area) {
+        return dynamic_cast<Gtk::Widget&>(*area.getView()).get_accessible()->get_name();
+    };
+    KesProgram::StatusBarFilePresenter none(model);
+    EXPECT_EQ(shown(none), "");
+    StatusModel document;
+    document.extension = "abc";
+    document.init();
+    KesProgram::StatusBarFilePresenter area(document);
+    EXPECT_EQ(shown(area), "File: [New].abc");
+    EXPECT_TRUE(document.getArchiveManager()->saveAs(home.file("a.abc")));
+    EXPECT_EQ(shown(area), "File: " + home.file("a.abc"));
 }
 
 TEST_F(AreasTest, StateOfADeviceHasThreeVerdicts)

@@ -66,12 +66,19 @@ TEST_F(ProgramViewTest, ZoomingBackRestoresTheSize)
         return std::pair(width, height);
     };
     const auto before = size();
+    const int height = content.get_layout()->get_pixel_logical_extents().get_height();
     for (int i = 0; i < 20; ++i)
         pressKey(window, GDK_KEY_KP_Add, GDK_CONTROL_MASK);
     EXPECT_EQ(StyleZoomHelper::getZoom(), 200);
     EXPECT_TRUE(waitFor([&] { return size().first > before.first; }));
     pressKey(window, GDK_KEY_KP_Multiply, GDK_CONTROL_MASK);
     EXPECT_TRUE(waitFor([&] { return size() == before; })) << size().first << " of " << before.first;
+    for (int i = 0; i < 20; ++i)
+        pressKey(window, GDK_KEY_KP_Subtract, GDK_CONTROL_MASK);
+    EXPECT_EQ(StyleZoomHelper::getZoom(), 50);
+    EXPECT_TRUE(
+        waitFor([&] { return content.get_layout()->get_pixel_logical_extents().get_height() < height; }));
+    StyleZoomHelper::zoomDefault();
 }
 
 TEST_F(ProgramViewTest, WhatIsSwitchedOffGivesTheKeyboardToTheFooter)

@@ -83,11 +83,6 @@ TEST_F(StatusBarViewsTest, APictureThatWaitsForTheFirstFrameHasItsRoom)
     const auto pictureOf = [](KesProgram::StatusBarHardwareKestoView& row) {
         return findWidgets<Gtk::Image>(row).at(0)->get_pixbuf();
     };
-    const auto widthOf = [](Gtk::Widget& row) {
-        int least = 0, natural = 0;
-        row.get_preferred_width(least, natural);
-        return least;
-    };
     KesProgram::StatusBarHardwareKestoView atOnce;
     EXPECT_EQ(pictureOf(atOnce), KesProgram::getSharedKestoPixbuf());
 
@@ -119,16 +114,7 @@ TEST_F(StatusBarViewsTest, PicturesAndTicksFollowTheZoom)
     program.setContent(content);
     program.open(nullptr, false);
     auto& picture = *findWidgets<Gtk::Image>(row).at(0);
-    const auto sizes = [&] {
-        std::vector<int> all;
-        for (Gtk::Widget* widget : {static_cast<Gtk::Widget*>(&tick), static_cast<Gtk::Widget*>(&icon),
-                                    static_cast<Gtk::Widget*>(&picture)}) {
-            int least = 0, natural = 0;
-            widget->get_preferred_width(least, natural);
-            all.push_back(natural);
-        }
-        return all;
-    };
+    const auto sizes = [&] { return std::vector{widthOf(tick), widthOf(icon), widthOf(picture)}; };
     const auto before = sizes();
     for (int step = 0; step < 10; ++step)
         StyleZoomHelper::zoomIn();

@@ -1,4 +1,5 @@
 #include "support/GuiTest.h"
+#include "support/LiveWidgets.h"
 
 #include <KesCommonView/CollectionBoxView.h>
 #include <KesProgram/views/FileMenuView.h>
@@ -66,12 +67,10 @@ public:
         window.setFooter(footer);
         window.open(nullptr, false);
         EXPECT_TRUE(waitFor([&] { return window.get_mapped(); }));
-        watch(window);
     }
 
     std::size_t size() const { return _views.size(); }
     void destroy(std::size_t index) { _views[index].reset(); }
-    int getAlive() const { return *_alive; }
 
 private:
     template <typename View>
@@ -82,16 +81,6 @@ private:
         return *view;
     }
 
-    void watch(Gtk::Widget& root)
-    {
-        const auto lessAlive = [](gpointer alive, GObject*) { --*static_cast<int*>(alive); };
-        for (auto* widget : findWidgets(root, [](Gtk::Widget&) { return true; })) {
-            ++*_alive;
-            g_object_weak_ref(G_OBJECT(widget->gobj()), lessAlive, _alive.get());
-        }
-    }
-
-    std::shared_ptr<int> _alive = std::make_shared<int>(0);
     std::vector<std::shared_ptr<void>> _views;
 };
 
@@ -102,19 +91,22 @@ TEST_F(ViewLifetimeTest, ViewsDieInAnyOrder)
 {
     std::mt19937 random(1);
     for (int round = 0; round < 12; ++round) {
+        const auto windows = countWindows();
+        LiveWidgets live;
         Shell shell;
         std::vector<std::size_t> order(shell.size());
         std::iota(order.begin(), order.end(), 0u);
         if (round > 0)
             std::shuffle(order.begin(), order.end(), random);
 
-        EXPECT_GT(shell.getAlive(), 40);
+        EXPECT_GT(live.getCount(), 40);
         for (const auto index : order) {
             shell.destroy(index);
             runPendingEvents();
         }
-        EXPECT_TRUE(waitFor([&] { return shell.getAlive() == 0; }, std::chrono::seconds(2)))
-            << shell.getAlive() << " widgets left in round " << round;
+        EXPECT_TRUE(waitFor([&] { return live.getCount() == 0; }, std::chrono::seconds(2)))
+            << live.getCount() << " widgets left in round " << round;
+        EXPECT_EQ(countWindows(), windows);
     }
 }
 
