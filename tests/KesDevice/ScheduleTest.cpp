@@ -60,7 +60,7 @@ private:
         _bench->hear(prepared);
         if (!prepared)
             return;
-        dice.spin(50us);
+        dice.pause(50us);
         const auto started = hardware->startWorkingMode();
         _bench->hear(started);
         if (!started) {
@@ -68,7 +68,7 @@ private:
             return;
         }
         putOut(*hardware, dice);
-        dice.spin(500us);
+        dice.pause(500us);
         if (dice.isOneIn(5))
             return;
         _bench->hear(dice.isOneIn(4) ? hardware->disconnect() : hardware->stopWorkingMode());
@@ -125,7 +125,7 @@ private:
                 (void)kesto->updateState();
             break;
         default:
-            dice.spin(200us);
+            dice.pause(200us);
         }
     }
     void identify(const Kesto::Address& address)
@@ -157,7 +157,7 @@ private:
         _threads.begin([this](Dice& dice) { test(dice); }, 1);
         _threads.begin(
             [this](Dice& dice) {
-                dice.spin(1500us);
+                dice.pause(1500us);
                 _bench->causeOne(dice);
             },
             1);

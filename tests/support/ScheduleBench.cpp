@@ -17,6 +17,7 @@
 #include <cstdlib>
 #include <future>
 #include <iostream>
+#include <sys/prctl.h>
 #include <thread>
 
 namespace KesTest {
@@ -59,17 +60,16 @@ bool isNonsense(const std::string& text)
 
 } // namespace
 
-void Dice::spin(std::chrono::microseconds longest)
+void Dice::pause(std::chrono::microseconds longest)
 {
-    const auto end =
-        std::chrono::steady_clock::now() +
-        std::chrono::microseconds(scheduleSlowness * roll(static_cast<unsigned>(longest.count()) + 1));
-    while (std::chrono::steady_clock::now() < end)
-        std::this_thread::yield();
+    std::this_thread::sleep_for(
+        std::chrono::microseconds(scheduleSlowness * roll(static_cast<unsigned>(longest.count()) + 1)));
 }
 
 void runSchedules(unsigned count, const std::function<bool(unsigned seed)>& schedule)
 {
+    // For this thread and those that it starts, a pause of a microsecond is one.
+    prctl(PR_SET_TIMERSLACK, 1000);
     const DefaultHardware defaultHardware;
     auto& updater = KesDevice::KestoStateGlobalUpdater::getInstance();
     // Its thread is there before the threads are counted.
@@ -120,11 +120,8 @@ bool comesTrue(const std::function<bool()>& condition)
     for (int looks = 0; !condition(); ++looks) {
         if (std::chrono::steady_clock::now() > end)
             return false;
-        // What is nearly there needs no sleep.
-        if (looks < 50)
-            std::this_thread::yield();
-        else
-            std::this_thread::sleep_for(200us);
+        // What is nearly there needs no long sleep.
+        std::this_thread::sleep_for(looks < 50 ? 10us : 200us);
     }
     return true;
 }
@@ -239,14 +236,14 @@ void ScheduleBench::_awaitOutputs() const
 {
     const auto end = std::chrono::steady_clock::now() + scheduleSlowness * 20ms;
     while (!haveRun() && std::chrono::steady_clock::now() < end)
-        std::this_thread::yield();
+        std::this_thread::sleep_for(100us);
 }
 
 void ScheduleBench::disturb(Dice& dice)
 {
     if (dice.isOneIn(2))
         _awaitOutputs();
-    dice.spin(600us);
+    dice.pause(600us);
     auto& device = *dice.pick(_devices);
     switch (dice.roll(12)) {
     case 0:

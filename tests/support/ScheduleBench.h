@@ -43,9 +43,9 @@ public:
     {
         return items[roll(static_cast<unsigned>(items.size()))];
     }
-    /// Passes the time by work, as the others do, since no event says when the worst moment is. Longer in a
-    /// build in which the others take longer as well.
-    void spin(std::chrono::microseconds longest);
+    /// Lets time pass, since no event says when the worst moment is. Longer in a build in which the others
+    /// take longer as well.
+    void pause(std::chrono::microseconds longest);
 
 private:
     std::mt19937 _random;

@@ -144,7 +144,7 @@ private:
             _bench->hear(HardwareControl::share()->disconnect());
             break;
         default:
-            dice.spin(300us);
+            dice.pause(300us);
         }
     }
     /// One thing that the user does, and some time in which the window works.
