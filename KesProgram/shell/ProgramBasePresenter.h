@@ -71,7 +71,8 @@ public:
     /// The main window; null before the first `open`.
     Kes::IView* getView() override;
 
-    /// The archive commands; only for a model with archive logic. This one: a new document.
+    /// The archive commands; nothing without archive logic and before the first `open`. This one: a new
+    /// document.
     virtual void createArchive();
     /// The user chooses the file.
     virtual void openArchive();
@@ -176,6 +177,7 @@ protected:
 private:
     struct ImplFields;
 
+    void _runArchive(const std::function<void(ArchiveManagerPresenter&)>& command);
     void _build();
     void _connectModel(ProgramModel& model);
     void _createWindow();

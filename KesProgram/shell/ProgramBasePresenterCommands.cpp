@@ -28,22 +28,28 @@ void ProgramBasePresenter::runDialogs(const std::function<void()>& function)
 
 void ProgramBasePresenter::createArchive()
 {
-    runDialogs([this] { _fields->archive->create(""); });
+    _runArchive([](ArchiveManagerPresenter& archive) { archive.create(""); });
 }
 
 void ProgramBasePresenter::openArchive()
 {
-    runDialogs([this] { _fields->archive->open(""); });
+    _runArchive([](ArchiveManagerPresenter& archive) { archive.open(""); });
 }
 
 void ProgramBasePresenter::saveArchive()
 {
-    runDialogs([this] { _fields->archive->save(); });
+    _runArchive([](ArchiveManagerPresenter& archive) { archive.save(); });
 }
 
 void ProgramBasePresenter::saveAsArchive()
 {
-    runDialogs([this] { _fields->archive->saveAs(); });
+    _runArchive([](ArchiveManagerPresenter& archive) { archive.saveAs(); });
+}
+
+void ProgramBasePresenter::_runArchive(const std::function<void(ArchiveManagerPresenter&)>& command)
+{
+    if (auto* const archive = getArchiveManagerPresenter())
+        runDialogs([&] { command(*archive); });
 }
 
 void ProgramBasePresenter::requestHardware()

@@ -301,7 +301,10 @@ TEST_F(ShellTest, WindowThatWasNeverShownCloses)
         void _evalOpen(KesProgram::IProgramView*, Kes::IView*) override {}
     };
     Hidden hidden(model, record);
-    hidden.requestClose();
+    using Shell = KesProgram::ProgramBasePresenter;
+    for (const auto command : {&Shell::createArchive, &Shell::openArchive, &Shell::saveArchive,
+                               &Shell::saveAsArchive, &Shell::requestClose})
+        (hidden.*command)();
     EXPECT_FALSE(record.has("model closing")) << "there is nothing to close yet";
     hidden.open(nullptr);
     hidden.requestClose();
