@@ -256,6 +256,21 @@ TEST_F(HardwareStatusTest, AReplacedConfigurationLeavesNoTextBehind)
     EXPECT_THAT(statuses.take(), testing::IsEmpty()) << "nobody would hear its end";
 }
 
+TEST_F(HardwareManagerTest, ADeviceIsConnectedAsSoonAsAnotherConfigurationIsDoneWithIt)
+{
+    const auto other = HardwareManager::create();
+    FakeKesto same;
+    auto* const kesto = add(*other, same, 1);
+    first.hold(LinkCall::ReadState);
+    const auto holding = std::async(std::launch::async, [&] { (void)firstKesto->connect(); });
+    ASSERT_TRUE(first.waitForCall(LinkCall::ReadState));
+    const auto waiting = std::async(std::launch::async, [&] { (void)kesto->connect(); });
+    EXPECT_EQ(waiting.wait_for(100ms), std::future_status::timeout);
+    first.release(LinkCall::ReadState);
+    EXPECT_EQ(waiting.wait_for(2s), std::future_status::ready) << "only after the longest wait";
+    EXPECT_TRUE(same.isConnected());
+}
+
 TEST_F(HardwareManagerTest, ADestroyedRunningConfigurationSwitchesOff)
 {
     start();

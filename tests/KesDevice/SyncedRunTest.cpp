@@ -177,6 +177,8 @@ TEST_F(SyncedRunTest, WhatCannotBeStartedTogetherIsRefusedAndNothingRuns)
         EXPECT_FALSE(run);
         for (const auto& device : devices)
             EXPECT_EQ(device->getEnergisings(), 0U);
+        for (const auto& kesto : hardware->getKestos().lease())
+            EXPECT_EQ(message(kesto->setOutputs({})), "") << "a sequence is still armed";
     }
     // Alone each mode that knows sequences will do.
     hardware->getSyncManager().setActiveMode(Kind::None);

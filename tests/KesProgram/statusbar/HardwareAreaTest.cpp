@@ -169,6 +169,21 @@ TEST_F(HardwareAreaTest, ARowSaysItsStateInWords)
     }
 }
 
+TEST_F(HardwareAreaTest, ALongStateIsSeenWholeAndTakesNoMoreRoomThanItsLines)
+{
+    setHardware(makeHardware(1));
+    show();
+    (*KesDevice::HardwareControl::getInstance()->getKestos().lease().begin())
+        ->signalOperationErrorChanged.emit(
+            std::string("The cooling of the amplifier of current IB has failed"));
+    auto& rows = *findWidgets<Gtk::ScrolledWindow>(view()).at(0);
+    int least = 0, width = 0, needed = 0, given = 0;
+    rows.get_preferred_width(least, width);
+    rows.get_child()->get_preferred_height_for_width(width, least, needed);
+    rows.get_preferred_height_for_width(width, least, given);
+    EXPECT_EQ(given, needed);
+}
+
 TEST_F(HardwareAreaTest, LocalConfigurationOfTheProgramIsShown)
 {
     setHardware(makeHardware(2));
