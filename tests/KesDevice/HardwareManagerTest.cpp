@@ -271,6 +271,16 @@ TEST_F(HardwareManagerTest, ADeviceIsConnectedAsSoonAsAnotherConfigurationIsDone
     EXPECT_TRUE(same.isConnected());
 }
 
+TEST_F(HardwareManagerTest, ADeviceThatLeavesIsDisconnectedThoughSomebodyStillUsesIt)
+{
+    ASSERT_TRUE(hardware->prepare());
+    const auto used = secondKesto->shared_from_this();
+    ASSERT_TRUE(hardware->getKestos().remove(secondKesto));
+    EXPECT_FALSE(second.isConnected() || used->connect());
+    ASSERT_TRUE(add(*hardware, second, 2)) << "its address is free";
+    EXPECT_TRUE(hardware->prepare());
+}
+
 TEST_F(HardwareManagerTest, ADestroyedRunningConfigurationSwitchesOff)
 {
     start();

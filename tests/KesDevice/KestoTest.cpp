@@ -185,6 +185,10 @@ TEST_F(KestoTest, ARefusedSequenceDoesNotMakeTheOneBeforeNonsense)
     record.take();
     fake.report(KesDriver::StepEvent{2, 200us}).wait();
     EXPECT_THAT(record.take(), ElementsAre("step 2"));
+    fake.report(KesDriver::SequenceEvent{true, 300us});
+    fake.reportConnectionLost().wait();
+    EXPECT_THAT(record.take(), testing::Not(testing::Contains(testing::StartsWith("incomplete"))))
+        << "no sequence is left whose end is to be told";
 }
 
 TEST_F(KestoTest, SendsASequenceWhenTheEndOfTheOneBeforeHasBeenTold)

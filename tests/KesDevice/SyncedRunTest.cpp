@@ -94,12 +94,16 @@ TEST_F(SyncedRunTest, StartsLieWithinTheModesUncertainty)
     EXPECT_FALSE(network->wireStartLine(address(9))) << "there is none";
     ASSERT_TRUE(network->wireStartLine(address(3)) && network->wireStartLine(address(1)));
     std::vector<DeviceTime> starts(3);
+    std::vector<std::atomic<int>> inputs(3);
+    auto sequences = three(5ms);
+    sequences[2][0].outputs.binaryOutputs = 1; // not wired any more
     std::vector<Kes::ScopedConnection> connections;
     for (std::size_t i = 0; i < 3; ++i)
         connections.emplace_back(
             hardware->getKestos().getItems()[i]->signalReport.connect([&, i](const Report& report) {
                 if (const auto* step = std::get_if<StepEvent>(&report); step && step->step == 0)
                     starts[i] = step->time;
+                inputs[i] += std::holds_alternative<InputEvent>(report) ? 1 : 0;
             }));
     const std::pair<SyncModeKind, long> modes[] = {{SyncModeKind::Cable, 1},
                                                    {SyncModeKind::GPS, 1},
@@ -108,9 +112,10 @@ TEST_F(SyncedRunTest, StartsLieWithinTheModesUncertainty)
                                                    {SyncModeKind::ExternalStart, 100}};
     for (const auto& [mode, uncertainty] : modes) {
         hardware->getSyncManager().setActiveMode(mode);
-        ASSERT_EQ(message(hardware->startSequences(three(5ms), run)), "");
+        ASSERT_EQ(message(hardware->startSequences(sequences, run)), "");
         EXPECT_EQ(run->getUncertainty().count(), uncertainty);
         if (mode == SyncModeKind::ExternalStart) {
+            EXPECT_EQ(inputs[0], 0) << "it is the one that starts the others";
             EXPECT_FALSE(run->waitUntil(std::chrono::steady_clock::now() + 50ms))
                 << "nobody has started them";
             network->closeStartContact(8);

@@ -306,6 +306,7 @@ TEST_P(LinkContract, LossIsToldOnceAndSwitchesOff)
 
 TEST_P(LinkContract, SilenceIsALossWithinThreeSeconds)
 {
+    device->setTimeout(300ms); // of embedded links only
     start();
     ASSERT_TRUE(link->setOutputs(amperes(2.0)));
     device->setSilent(true);

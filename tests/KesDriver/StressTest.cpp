@@ -1,9 +1,8 @@
+#include "DeviceTest.h"
+
 #include <KesDriver/ConnectionError.h>
-#include <KesDriver/simulated/SimulatedNetwork.h>
 
 #include <support/SimulatedRelay.h>
-
-#include <gtest/gtest.h>
 
 #include <atomic>
 #include <thread>
@@ -28,6 +27,9 @@ public:
                 if constexpr (requires { event.time; }) {
                     EXPECT_GE(event.time, std::exchange(_lastTime, event.time));
                 }
+                if constexpr (std::is_same_v<Event, StepEvent>) {
+                    EXPECT_LT(event.step, 3U);
+                }
                 if constexpr (std::is_same_v<Event, SequenceEvent>) {
                     EXPECT_LE(++ends, given.load());
                 }
@@ -49,23 +51,18 @@ private:
     DeviceTime _lastTime{0};
 };
 
-TEST(SimulatedKestoStress, HoldsItsPromisesWhateverComesTogether)
+using SimulatedKestoStress = KesTest::DeviceTest;
+
+TEST_F(SimulatedKestoStress, HoldsItsPromisesWhateverComesTogether)
 {
-    SimulatedNetwork network;
-    const auto device = std::make_shared<SimulatedKesto>(KestoIdentifer(3, 17));
-    const NetAddress address(NetAddress::Bytes{10, 0, 0, 1});
-    network.add(address, device);
     device->connectTestObject(std::make_shared<KesTest::SimulatedRelay>(1.0, 300us, 200us));
     device->setSpeed(1000.0);
     device->setTimeout(5ms);
     device->setFaultRepeatInterval(1ms);
     const auto judge = std::make_shared<Judge>();
-    const auto link = network.createLink(address);
     link->setReceiver(judge);
 
-    OutputState outputs;
-    outputs.currents[0].magnitude = 2.0;
-    const OutputSequence sequence(3, OutputStep{outputs, 1ms, InputCondition{1, true, true}});
+    const OutputSequence sequence(3, OutputStep{KesTest::amperes(2.0), 1ms, InputCondition{1, true, true}});
     std::atomic<bool> isOver{false};
     std::thread reader([&] {
         DeviceTime last{0};
@@ -91,12 +88,11 @@ TEST(SimulatedKestoStress, HoldsItsPromisesWhateverComesTogether)
             if (round % 17 == 0)
                 device->simulateOverload(round % 3);
             device->clearFaults();
-            network.closeStartContact(2);
+            network->closeStartContact(2);
             std::this_thread::yield();
         }
     });
     for (int round = 0; round < 200; ++round) {
-        ConnectionNumber connection = 0;
         if (link->connect(connection) && link->startWorkingMode()) {
             judge->given += 2;
             static_cast<void>(link->runSequence(sequence));
@@ -107,10 +103,7 @@ TEST(SimulatedKestoStress, HoldsItsPromisesWhateverComesTogether)
                 static_cast<void>(link->stopOutputs());
         }
         link->disconnect();
-        const auto ended = std::chrono::steady_clock::now();
-        while (device->isWorking() && std::chrono::steady_clock::now() < ended + 3s)
-            std::this_thread::yield();
-        EXPECT_EQ(device->getOutputs(), OutputState{});
+        EXPECT_TRUE(isSoonOff());
     }
     isOver = true;
     reader.join();

@@ -154,8 +154,8 @@ protected:
     {
         makeLink(timeout, [this](GCancellable*) {
             auto stream = peer.getConnector()(nullptr);
-            g_socket_set_option(g_socket_connection_get_socket(G_SOCKET_CONNECTION(stream.get())), SOL_SOCKET,
-                                SO_SNDBUF, 4096, nullptr);
+            socket = g_socket_connection_get_socket(G_SOCKET_CONNECTION(stream.get()));
+            g_socket_set_option(socket, SOL_SOCKET, SO_SNDBUF, 4096, nullptr);
             return stream;
         });
         start();
@@ -165,10 +165,14 @@ protected:
                 return std::nullopt;
             });
         ASSERT_TRUE(isAsked(":SYST:BOOT?"));
-        sending = std::async(std::launch::async, [this] {
+    }
+    std::future<bool> send()
+    {
+        auto sending = std::async(std::launch::async, [this] {
             return isConnectionError(link->runSequence(OutputSequence(1000, {{}, 1s})));
         });
         std::this_thread::sleep_for(50ms);
+        return sending;
     }
     void goOn()
     {
@@ -179,13 +183,14 @@ protected:
 
     std::promise<void> promise;
     bool isReading = false;
-    std::future<bool> sending;
+    GSocket* socket = nullptr;
 };
 
 TEST_F(FullBufferTest, IsALossWithinTheTimeoutAlsoForAStop)
 {
     const auto before = Clock::now();
     stopReading(400ms);
+    auto sending = send();
     EXPECT_TRUE(isConnectionError(link->stopOutputs())) << "it cannot get past what is being sent";
     EXPECT_TRUE(sending.get());
     EXPECT_LT(Clock::now() - before, soon);
@@ -196,9 +201,19 @@ TEST_F(FullBufferTest, IsALossWithinTheTimeoutAlsoForAStop)
     EXPECT_EQ(receiver->getLines(), std::vector<std::string>{"lost"});
 }
 
+TEST_F(FullBufferTest, IsALossThoughOnlyTheWatchWouldSend)
+{
+    stopReading(400ms);
+    const std::string bytes(4096, ' ');
+    while (g_socket_send_with_blocking(socket, bytes.data(), bytes.size(), FALSE, nullptr, nullptr) > 0) {
+    }
+    EXPECT_TRUE(receiver->waitFor("lost"));
+}
+
 TEST_F(FullBufferTest, DisconnectWaitsForNothing)
 {
     stopReading(60s);
+    auto sending = send();
     const auto before = Clock::now();
     link->disconnect();
     EXPECT_TRUE(sending.get());
