@@ -55,7 +55,7 @@ TEST_F(ResultTableViewTest, ShowsTheBeginningOfOtherResultsAndFollowsThoseOfATes
     show(rows(51, "1"));
     EXPECT_TRUE(waitFor([&] { return place.get_value() == place.get_upper() - place.get_page_size(); }));
     show(rows(60, "2"));
-    EXPECT_EQ(place.get_value(), 0.0);
+    EXPECT_TRUE(waitFor([&] { return place.get_value() == 0.0; }));
     // A row that was there before it is measured.
     table.rows[55] = {{"3", "Failed"}, Mark::Failed};
     view.setTable(table);

@@ -15,8 +15,7 @@ INTERFACE = "org.a11y.atspi."
 TIMEOUT = 5000  # milliseconds, for one question
 
 # The numbers of the states that are asked for.
-ACTIVE, CHECKED, EDITABLE, ENABLED, EXPANDED, FOCUSABLE, FOCUSED = 1, 4, 7, 8, 10, 11, 12
-SELECTED, SENSITIVE, SHOWING, VISIBLE, READ_ONLY = 23, 24, 25, 30, 43
+ACTIVE, EDITABLE, FOCUSABLE, FOCUSED, SELECTED, SENSITIVE, SHOWING, VISIBLE = 1, 7, 11, 12, 23, 24, 25, 30
 
 # Not looked into: single controls, and tables, whose contents are asked for with `rows`.
 LEAVES = {"animation", "check box", "icon", "image", "label", "notification", "progress bar", "push button",
@@ -156,10 +155,6 @@ class Node:
     def labels(self):
         """What can be read in it, from top to bottom."""
         return [node.text for node in self.all("label")]
-
-    @property
-    def value(self):
-        return self._get("Value", "CurrentValue")
 
     def cells(self):
         """The cells of a table, row by row."""

@@ -32,7 +32,7 @@ class Keyboard:
         self._socket.connect(os.path.join(os.environ["XDG_RUNTIME_DIR"], os.environ["WAYLAND_DISPLAY"]))
         self._last = 1  # the display
         registry = self._new(1, 1)
-        globals_ = self._readGlobals(registry)
+        globals_ = self._sync(registry)
         seat = self._bind(registry, *globals_["wl_seat"])
         manager = self._bind(registry, *globals_["zwp_virtual_keyboard_manager_v1"])
         self._last += 1
@@ -91,25 +91,19 @@ class Keyboard:
                    struct.pack("II", version, self._last))
         return self._last
 
-    def _sync(self):
-        """Until the compositor has dealt with everything."""
+    def _sync(self, registry=None):
+        """Until the compositor has dealt with everything; what the registry has told, by its interface."""
+        found = {}
         callback = self._new(1, 0)
         while True:
             receiver, operation, arguments = self._receive()
             if receiver == callback:
-                return
-            assert (receiver, operation) != (1, 0), f"the compositor refuses: {arguments}"
-
-    def _readGlobals(self, registry):
-        found = {}
-        callback = self._new(1, 0)
-        while True:
-            receiver, _, arguments = self._receive()
-            if receiver == callback:
                 return found
+            assert (receiver, operation) != (1, 0), f"the compositor refuses: {arguments}"
             if receiver == registry:
                 name, length = struct.unpack_from("II", arguments)
-                found[arguments[8:7 + length].decode()] = (name, arguments[8:7 + length].decode(), 1)
+                interface = arguments[8:7 + length].decode()
+                found[interface] = (name, interface, 1)
 
     def _receive(self):
         receiver, size = struct.unpack("II", self._read(8))

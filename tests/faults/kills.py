@@ -57,6 +57,7 @@ class Session:
             self._edit(f"1.5 2 {self._multiple}" if kind == "run" else f"2 {self._multiple}")
             if kind == "run":
                 self._run()
+                kind = "save"
             self._pause(2.5)
             isSaved = self._choice.random() < 0.3
             if isSaved:

@@ -131,7 +131,8 @@ TEST_F(ModelArchiveTest, AnArchiveChangedByHandIsOpenedAndSaysSo)
     KesTest::replace(changed.at("test-results.xml"), "value=\"", "\"", "value=\"81.5\"");
     ASSERT_TRUE(open(KesTest::packed(changed)));
     for (int times = 0; times < 2; ++times) {
-        EXPECT_THAT(model.getState(), AllOf(HasSubstr("Test failed: 14 of 15"), HasSubstr("changed by hand")));
+        EXPECT_THAT(model.getState(),
+                    AllOf(HasSubstr("Test failed: 14 of 15"), HasSubstr("changed by hand")));
         ASSERT_TRUE(open(save()));
     }
     EXPECT_THAT(report(), HasSubstr("CHANGED BY HAND"));
