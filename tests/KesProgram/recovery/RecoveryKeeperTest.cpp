@@ -69,6 +69,23 @@ TEST_F(RecoveryKeeperTest, WorkThatWasToBeSavedAndWasNotIsKept)
     }
 }
 
+TEST_F(RecoveryKeeperTest, RestoredWorkStaysWhateverIsEditedUntilItIsSaved)
+{
+    const auto path = _saved("former");
+    _begin();
+    _data = "edited";
+    EXPECT_THAT(_lostAfterEnd(), ElementsAre("edited"));
+    _manager.create("");
+    _begin();
+    EXPECT_EQ(_restore(), path);
+    for (const std::string data : {"edited", "edited again", "edited"}) {
+        _data = data;
+        EXPECT_THAT(_lostAfterKill(), ElementsAre(data));
+    }
+    EXPECT_TRUE(_manager.save());
+    EXPECT_THAT(_lostAfterEnd(), IsEmpty());
+}
+
 TEST_F(RecoveryKeeperTest, AnUnattendedRunKeepsWhatItCouldNotSave)
 {
     _begin();
