@@ -65,7 +65,7 @@ TEST_F(RecoveryKeeperTest, WorkThatWasToBeSavedAndWasNotIsKept)
             EXPECT_TRUE(_presenter.close());
         EXPECT_EQ(_data, isReplaced ? "other" : "edited");
         EXPECT_THAT(_lostAfterEnd(), ElementsAre("edited")) << isReplaced;
-        RecoveryStore(_folder).findLost().front().throwAway();
+        RecoveryStore(_folder).findLost().at(0).throwAway();
     }
 }
 

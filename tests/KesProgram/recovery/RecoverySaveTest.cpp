@@ -99,7 +99,7 @@ TEST_F(RecoverySaveTest, ASaveThatCouldNotOpenItsFileLeavesTheCopyWithTheNameOfT
     _data = "edited";
     EXPECT_FALSE(_manager.saveAs(_home.file("missing/other.abc")));
     EXPECT_THAT(_lostAfterKill(), ElementsAre("edited"));
-    EXPECT_EQ(_keeper->getStore().read(RecoveryStore::Kind::Work)->fileName, path);
+    EXPECT_EQ(_keeper->getStore().read(RecoveryStore::Kind::Work).value().fileName, path);
 }
 
 /// A run goes on while the file is written.
