@@ -1,6 +1,7 @@
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
+#include <KesCommon/SignalGate.h>
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
 #include <KesProgram/archive/DataFormatError.h>
@@ -186,6 +187,8 @@ TEST_F(ArchiveManagerPresenterTest, ANamedDocumentIsAskedAboutByPathAndAFailedSa
     dialogs.answer(DialogResult::Yes);
     dialogs.answerFile(_home.file("missing/a.abc"));
     dialogs.answer(DialogResult::Ok);
+    // As in a slot.
+    const Kes::SignalGate::Guard gate;
     EXPECT_TRUE(_presenter.close());
     EXPECT_EQ(dialogs.getTexts(),
               (Texts{"Save changes to the file " + path + " ?", "Error saving file.\n\nPath:\n" + path}));

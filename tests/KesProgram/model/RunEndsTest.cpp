@@ -24,7 +24,7 @@ TEST_F(RunEnds, OutputsAreOffAtOnceWhateverTheTestBodyDoes)
     startAndRun();
     model.switchOffAtOnce();
     EXPECT_FALSE(model.isRunning());
-    EXPECT_TRUE(waitFor([this] { return !first.isPuttingOut(); }, 1s));
+    EXPECT_TRUE(waitFor([this] { return !first.isPuttingOut(); }, 2s));
     EXPECT_EQ(countFinishes(), 0U);
     model.bodyDoor.open();
     EXPECT_TRUE(waitForFinish());
@@ -70,7 +70,7 @@ TEST_F(RunEnds, APowerOffAtTheMomentAtWhichTheRunBeginsStopsIt)
         EXPECT_TRUE(comesTrue([this] { return !hardware().isOutputRunning(); }));
     });
     start();
-    EXPECT_TRUE(waitForFinish(3s)) << "nothing stops the run";
+    EXPECT_TRUE(waitForFinish()) << "nothing stops the run";
 }
 
 TEST_F(RunEnds, APowerOffDuringARunDisconnectsAtItsEnd)
@@ -164,7 +164,7 @@ protected:
         reach(From::Stopping);
         model.bodyDoor.open();
         EXPECT_TRUE(waitForFinish());
-        EXPECT_TRUE(waitFor([this] { return !first.isPuttingOut(); }, 1s));
+        EXPECT_TRUE(waitFor([this] { return !first.isPuttingOut(); }, 2s));
     }
     /// Whether a hook has thrown whose text is for the user.
     bool hasHookThrown(std::initializer_list<const char*> hooks) const

@@ -25,7 +25,7 @@ protected:
         start();
         ASSERT_TRUE(waitFor([this] { return first->isWorking(); }));
         fail();
-        EXPECT_TRUE(waitForFinish(3s)) << "nothing stops the run";
+        EXPECT_TRUE(waitForFinish()) << "nothing stops the run";
         first->clearFaults();
         EXPECT_FALSE(hardware().isOutputRunning());
         EXPECT_THAT(texts.take(), testing::SizeIs(1));
@@ -52,7 +52,7 @@ TEST_F(FaultAtTheStart, AFaultBetweenThePreparationAndTheRunStopsTheRun)
         return isPrepared;
     };
     start();
-    EXPECT_TRUE(waitForFinish(3s)) << "nothing stops the run";
+    EXPECT_TRUE(waitForFinish()) << "nothing stops the run";
     first->clearFaults();
     EXPECT_THAT(texts.take(), testing::SizeIs(1));
 }
@@ -69,7 +69,7 @@ TEST_F(FaultAtTheStart, ALossBetweenTheTwoStepsOfThePreparationGivesOneText)
         std::this_thread::sleep_for(100ms);
     });
     start();
-    EXPECT_TRUE(waitForFinish(3s));
+    EXPECT_TRUE(waitForFinish());
     EXPECT_THAT(texts.take(), ElementsAre(HasSubstr("10.0.7.1")));
 }
 
@@ -79,7 +79,7 @@ TEST_F(FaultInARun, NonsenseStopsTheRunWithOneText)
 {
     startAndRun();
     first->setNonsense(true);
-    EXPECT_TRUE(waitForFinish(3s)) << "nothing stops the run";
+    EXPECT_TRUE(waitForFinish()) << "nothing stops the run";
     first->setNonsense(false);
     EXPECT_FALSE(first.isPuttingOut());
     EXPECT_THAT(texts.take(), testing::ElementsAre(testing::HasSubstr("10.0.7.1")));

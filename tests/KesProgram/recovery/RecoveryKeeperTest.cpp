@@ -65,8 +65,25 @@ TEST_F(RecoveryKeeperTest, WorkThatWasToBeSavedAndWasNotIsKept)
             EXPECT_TRUE(_presenter.close());
         EXPECT_EQ(_data, isReplaced ? "other" : "edited");
         EXPECT_THAT(_lostAfterEnd(), ElementsAre("edited")) << isReplaced;
-        RecoveryStore(_folder).findLost().front().throwAway();
+        RecoveryStore(_folder).findLost().at(0).throwAway();
     }
+}
+
+TEST_F(RecoveryKeeperTest, RestoredWorkStaysWhateverIsEditedUntilItIsSaved)
+{
+    const auto path = _saved("former");
+    _begin();
+    _data = "edited";
+    EXPECT_THAT(_lostAfterEnd(), ElementsAre("edited"));
+    _manager.create("");
+    _begin();
+    EXPECT_EQ(_restore(), path);
+    for (const std::string data : {"edited", "edited again", "edited"}) {
+        _data = data;
+        EXPECT_THAT(_lostAfterKill(), ElementsAre(data));
+    }
+    EXPECT_TRUE(_manager.save());
+    EXPECT_THAT(_lostAfterEnd(), IsEmpty());
 }
 
 TEST_F(RecoveryKeeperTest, AnUnattendedRunKeepsWhatItCouldNotSave)

@@ -53,7 +53,7 @@ protected:
     /// What the next start does when its user wants the work back. Returns the file it belongs to.
     std::string _restore()
     {
-        auto lost = std::move(_keeper->getStore().findLost().front());
+        auto lost = std::move(_keeper->getStore().findLost().at(0));
         auto fileName = lost.getCopy().fileName;
         std::istringstream data(lost.getCopy().bytes);
         EXPECT_TRUE(_presenter.restore(data, fileName, lost.isFileNewer()));

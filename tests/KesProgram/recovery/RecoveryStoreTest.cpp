@@ -55,7 +55,7 @@ TEST_F(RecoveryStoreTest, ACopyIsOfferedOnceItsOwnerIsGone)
     EXPECT_THAT(_lost(), IsEmpty()) << "another instance is asking about it";
     lost.clear();
     EXPECT_THAT(_lost(), ElementsAre(copy.bytes)) << "and it is kept";
-    store->findLost().front().throwAway();
+    store->findLost().at(0).throwAway();
     EXPECT_THAT(_lost(), IsEmpty());
     EXPECT_TRUE(fs::is_empty(_folder)) << "nothing is left over";
 }
@@ -68,7 +68,7 @@ TEST_F(RecoveryStoreTest, TheNewestComesFirstAndWorkBeforeTheFileThatItReplaces)
         ASSERT_TRUE(owner->write(Kind::Work, _copy(bytes, time)));
     }
     EXPECT_THAT(_lost(), ElementsAre("newest", "newer", "old"));
-    _open()->findLost().front().throwAway();
+    _open()->findLost().at(0).throwAway();
     EXPECT_THAT(_lost(), ElementsAre("former newest", "newer", "old"));
 }
 
@@ -90,7 +90,7 @@ TEST_F(RecoveryStoreTest, AdoptedCopiesAreTheInstancesOwn)
 {
     ASSERT_TRUE(_open()->write(Kind::Work, _copy("work")));
     auto store = _open();
-    store->adopt(std::move(store->findLost().front()));
+    store->adopt(std::move(store->findLost().at(0)));
     EXPECT_THAT(_lost(), IsEmpty());
     EXPECT_EQ(store->read(Kind::Work), _copy("work"));
     store->setAside(Kind::Work);
@@ -163,7 +163,7 @@ TEST_F(RecoveryStoreTest, AKillWhileWritingLeavesTheOldCopyWholeAndNothingUnfini
     owner.reset();
     writeFile(work.string() + ".X4Y5Z6", "unfinished");
     EXPECT_THAT(_lost(), ElementsAre("newer"));
-    _open()->findLost().front().throwAway();
+    _open()->findLost().at(0).throwAway();
     EXPECT_THAT(_lost(), IsEmpty());
     EXPECT_TRUE(fs::is_empty(_folder)) << "no unfinished file stays";
 }

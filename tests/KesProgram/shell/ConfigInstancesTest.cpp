@@ -1,13 +1,12 @@
 #include "ShellTest.h"
 
+#include "support/LargestFile.h"
+
 #include <KesCommon/FileLock.h>
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/shell/ConfigurationError.h>
 
-#include <sys/resource.h>
-
 #include <chrono>
-#include <csignal>
 #include <filesystem>
 
 namespace KesTest {
@@ -92,14 +91,11 @@ TEST_F(ConfigInstancesTest, AWriteThatEndsHalfWayForgetsNothing)
     instance.use(file);
     instance.shell._saveXmlConfig();
     instance.use(makeFile(1));
-    signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    // Room for the former file, and not for the longer new one.
-    const rlimit limit{std::filesystem::file_size(path()), before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-    EXPECT_THROW(instance.shell._saveXmlConfig(), KesProgram::ConfigurationError);
-    setrlimit(RLIMIT_FSIZE, &before);
+    {
+        // Room for the former file, and not for the longer new one.
+        const LargestFile limit(std::filesystem::file_size(path()));
+        EXPECT_THROW(instance.shell._saveXmlConfig(), KesProgram::ConfigurationError);
+    }
     EXPECT_THAT(Instance().getRecentFiles(), ElementsAre(file));
 }
 

@@ -91,6 +91,7 @@ TEST_F(MenuTest, PowerOffNeedsPermissionAndNoUpdate)
     auto& powerOff = button(toolbar, 2);
     EXPECT_TRUE(powerOff.get_visible());
     toolbar.setCanPowerOff(false);
+    EXPECT_FALSE(powerOff.get_visible());
     updater.setUpdating(true);
     updater.setUpdating(false);
     EXPECT_FALSE(powerOff.get_visible()) << "shown without permission";
