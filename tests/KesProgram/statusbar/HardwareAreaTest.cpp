@@ -169,18 +169,17 @@ TEST_F(HardwareAreaTest, ARowSaysItsStateInWords)
     }
 }
 
-TEST_F(HardwareAreaTest, ALongStateIsSeenWholeAndTakesNoMoreRoomThanItsLines)
+TEST_F(HardwareAreaTest, AStateThatTakesSeveralLinesIsSeenWhole)
 {
     setHardware(makeHardware(1));
     show();
     (*KesDevice::HardwareControl::getInstance()->getKestos().lease().begin())
-        ->signalOperationErrorChanged.emit(
-            std::string("The cooling of the amplifier of current IB has failed"));
+        ->signalOperationErrorChanged.emit(std::string("Cooling fan has failed"));
     auto& rows = *findWidgets<Gtk::ScrolledWindow>(view()).at(0);
-    int least = 0, width = 0, needed = 0, given = 0;
-    rows.get_preferred_width(least, width);
-    rows.get_child()->get_preferred_height_for_width(width, least, needed);
-    rows.get_preferred_height_for_width(width, least, given);
+    int narrow = 0, natural = 0, least = 0, needed = 0, given = 0;
+    rows.get_preferred_width(narrow, natural);
+    rows.get_child()->get_preferred_height_for_width(narrow, least, needed);
+    rows.get_preferred_height_for_width(narrow, least, given);
     EXPECT_EQ(given, needed);
 }
 
