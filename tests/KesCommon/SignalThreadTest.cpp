@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <barrier>
+#include <chrono>
 #include <future>
 #include <memory>
 #include <mutex>
@@ -81,7 +82,11 @@ class PausingSlot : public testing::TestWithParam<std::tuple<std::string, bool>>
 protected:
     PausingSlot()
     {
-        connection = signal.connect(sigc::track_obj([this] { _run(); }, *receiver));
+        const std::shared_ptr<void> captured(nullptr, [this](void*) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            isFreed = true;
+        });
+        connection = signal.connect(sigc::track_obj([this, captured] { _run(); }, *receiver));
         emitter = std::jthread([this] { signal.emit(); });
         inside.get_future().wait();
         queue.post([this] {
@@ -112,6 +117,7 @@ protected:
     Kes::WaitCondition condition;
     bool mayGoOn = false;
     std::atomic<bool> hasEnded{false};
+    std::atomic<bool> isFreed{false};
     std::jthread emitter;
 
 private:
@@ -136,7 +142,7 @@ TEST_P(PausingSlot, hasEndedWhenTheCutReturnsAlsoUnderTheGate)
     if (isUnderTheGate)
         gate.emplace();
     cut(how);
-    EXPECT_TRUE(hasEnded && signal.empty());
+    EXPECT_TRUE(hasEnded && isFreed && signal.empty());
     EXPECT_EQ(Kes::SignalGate::isHeldByThisThread(), isUnderTheGate);
 }
 
