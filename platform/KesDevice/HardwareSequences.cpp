@@ -75,12 +75,10 @@ Kes::Result HardwareManager::startSequences(const std::vector<OutputSequence>& s
     made->_begin(start.kestos, start.numbers);
     if (result)
         result = _trigger(start, status);
-    if (!result) {
-        made->stop();
-        return result;
-    }
-    run = std::move(made);
-    return true;
+    // Otherwise it goes here, and stops what has begun or waits for its start.
+    if (result)
+        run = std::move(made);
+    return result;
 }
 
 Kes::Result HardwareManager::_planStart(const std::vector<OutputSequence>& sequences,
