@@ -19,6 +19,7 @@ NAMED = {"push button", "toggle button", "check box", "radio button", "text", "s
          "progress bar", "frame", "dialog", "alert"}
 REACHED = {"push button", "toggle button", "check box", "radio button", "text", "spin button", "table", "link",
            "list item"}
+PRESSED = {"push button", "toggle button", "check box", "radio button"}
 # Scrolling areas take the focus for the arrow keys only, and panes for moving their border.
 PASSED_OVER = {"scroll pane", "split pane"}
 # Words that are the same in both languages.
@@ -47,6 +48,8 @@ class AuditTest(DesktopTest):
             if role in NAMED or role in ("label", "statusbar", "notification"):
                 for text in (name, node.description):
                     self.assertFits(node, text)
+            if role in PRESSED:
+                self.assertTrue(node.has(FOCUSABLE), f"{node} is for the mouse only")
             if node.has(FOCUSABLE):
                 self.assertIn(role, REACHED | PASSED_OVER | {"label", "menu item", "panel"}, node)
                 described.setdefault(node.description, []).append(node)

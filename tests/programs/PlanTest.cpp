@@ -224,6 +224,9 @@ TEST(PlanTextsTest, AWrongTextKeepsNoOtherFromBeingTaken)
     TestPlan expected;
     expected.pause = 0.7;
     expected.minimumRatio = 0.8;
+    // Each makes sense only beside the other.
+    expected.pickUp.step = 0.07;
+    expected.pickUpTolerancePercent = 7.0;
     PlanTexts texts(expected);
     texts[PlanField::Multiples] = "2 3 x 5";
     texts[PlanField::Timeout] = "0";

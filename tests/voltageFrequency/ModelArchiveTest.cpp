@@ -172,6 +172,7 @@ TEST_F(ModelArchiveTest, AnArchiveFromBeforeNameplateAndChecksumIsWhole)
         EXPECT_FALSE(model.isResultStale());
         EXPECT_FALSE(model.getTestInView().record->isChangedByHand());
         EXPECT_THAT(report(), HasSubstr("none in the file"));
+        EXPECT_THAT(entries().at("info.xml"), Not(HasSubstr("checksum")));
         EXPECT_THAT(results(), AllOf(Not(HasSubstr("checksum")), HasSubstr("\"changedByHand\": false")));
     }
 }
