@@ -1,7 +1,7 @@
 #!/bin/sh
 # Runs the random schedules of a test program in several processes at once, since they mostly wait.
 # usage: schedules.sh PROGRAM
-parts=3
+parts=6
 status=0
 pids=""
 for part in $(seq $parts); do
