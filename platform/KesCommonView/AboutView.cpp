@@ -55,7 +55,6 @@ void AboutView::setVersion(const std::string& version)
     _setTitle();
 }
 
-/// With each name and version GTK makes a title of its own, in the language of the locale.
 void AboutView::_setTitle()
 {
     set_title(lng::CommonView::get("About.title"));

@@ -15,12 +15,13 @@ public:
     AboutView();
     ~AboutView() override;
 
-    /// UTF-8, one line.
+    /// UTF-8, one line. Shown large, above the version; also while the window is open.
     void setProgramName(const std::string& name);
-    /// Any text, such as "1.2"; an empty one is not shown.
+    /// Any text in UTF-8, such as "1.2"; an empty one is not shown. Also while the window is open.
     void setVersion(const std::string& version);
 
 private:
+    /// With each name and version GTK makes a title of its own, in the language of the locale.
     void _setTitle();
 };
 

@@ -59,9 +59,10 @@ struct Kesto::Fields {
 
     /// In the same step as the change of the state: an operation that finds the new state and reports it has
     /// reported this.
-    void announce(News news)
+    template <typename Content>
+    void announce(Content news)
     {
-        untold.push_back(std::move(news));
+        untold.emplace_back(std::move(news));
         ++tellersPending;
     }
     /// A result has reported what has happened to the device so far.
