@@ -53,8 +53,8 @@ private:
 
 /// Runs a schedule for each seed; only one of them when the environment variable KES_SCHEDULE names it, and
 /// every third one from the second on when KES_SCHEDULE_PART is "2/3". A schedule returns whether outputs
-/// have been on, as in a fifth of them they have to be. No schedule may leave a thread or a wrong change of a
-/// state behind. The state updater works meanwhile without a pause.
+/// have been on, as in a twentieth of them they have to be. No schedule may leave a thread or a wrong change
+/// of a state behind. The state updater works meanwhile without a pause.
 void runSchedules(unsigned count, const std::function<bool(unsigned seed)>& schedule);
 
 /// What the threads of a schedule beside its own do, each with dice of its own.
