@@ -125,7 +125,7 @@ TEST_F(ArchiveManagerTest, ChangedMeansOtherBytesThanInTheFile)
     const std::string saved = _data = std::string(131072, 'x');
     ASSERT_TRUE(_manager->saveAs(path));
     EXPECT_FALSE(_manager->isFileChanged());
-    for (const std::size_t position : {0, 65535, 65536, 131071}) {
+    for (const std::size_t position : {0U, 65535U, 65536U, 131071U}) {
         _data = saved;
         _data[position] = '!';
         EXPECT_TRUE(_manager->isFileChanged()) << position;
