@@ -60,7 +60,7 @@ TEST_F(ConfigTest, ProgramsWhoseModelsAreCalledTheSameHaveFilesOfTheirOwn)
     writeFile(path(), taken);
     writeFile(path() + ".owner", "another-program");
     open();
-    EXPECT_NE(shell._getProgramView()->getRectangle(), Kes::RectangleF(50, 60, 640, 480));
+    EXPECT_NE(shell._getProgramView()->getRectangle(), (Kes::RectangleF{50, 60, 640, 480}));
     shell._saveXmlConfig();
     EXPECT_EQ(readFile(path()), taken);
     const std::string own = Kes::getKesCrossAppCacheDir() + "ShellModel.ShellTests.cfg";

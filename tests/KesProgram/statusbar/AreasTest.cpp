@@ -70,12 +70,12 @@ TEST_F(AreasTest, StateOfADeviceHasThreeVerdicts)
     const std::tuple valid("Ready for operation", false, false);
     const std::tuple invalid("No cooling", true, false);
     EXPECT_EQ(shown(), unknown);
-    for (const auto& [state, expected] :
+    for (const auto& row :
          {std::pair(State("No cooling"), invalid), {State(""), valid}, {State(), unknown}}) {
         const auto before = shown();
-        std::thread([&] { kesto.signalOperationErrorChanged.emit(state); }).join();
+        std::thread([&] { kesto.signalOperationErrorChanged.emit(row.first); }).join();
         EXPECT_EQ(shown(), before) << "the widget was touched on the device's thread";
-        EXPECT_TRUE(waitFor([&] { return shown() == expected; }));
+        EXPECT_TRUE(waitFor([&] { return shown() == row.second; }));
     }
     // At once on the GUI thread, and not overtaken by what is still queued.
     std::thread([&] { kesto.signalOperationErrorChanged.emit(State()); }).join();
