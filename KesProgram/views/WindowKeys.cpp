@@ -28,7 +28,7 @@ const Key help{GDK_KEY_F1, none};
 bool Key::matches(const GdkEventKey& event) const
 {
     const unsigned held = event.state & Gtk::AccelGroup::get_default_mod_mask();
-    return event.keyval == value && held == static_cast<unsigned>(modifiers);
+    return gdk_keyval_to_lower(event.keyval) == value && held == static_cast<unsigned>(modifiers);
 }
 
 std::string Key::getName() const
@@ -38,7 +38,10 @@ std::string Key::getName() const
 
 WindowKeys::WindowKeys(Gtk::Widget& view)
 {
-    _joining = view.signal_hierarchy_changed().connect([this, &view](Gtk::Widget*) { _joinWindow(view); });
+    _joining = view.signal_hierarchy_changed().connect([this, &view](Gtk::Widget* previous) {
+        _leaveWindow(previous);
+        _joinWindow(view);
+    });
 }
 
 WindowKeys::~WindowKeys()
@@ -52,11 +55,15 @@ void WindowKeys::add(Gtk::Widget& command, const char* signal, const Key& key)
     command.add_accelerator(signal, _keys, key.value, key.modifiers, Gtk::ACCEL_VISIBLE);
 }
 
+void WindowKeys::_leaveWindow(Gtk::Widget* previous)
+{
+    if (auto* window = dynamic_cast<Gtk::Window*>(previous))
+        window->remove_accel_group(_keys);
+}
+
 void WindowKeys::_joinWindow(Gtk::Widget& view)
 {
-    auto* window = dynamic_cast<Gtk::Window*>(view.get_toplevel());
-    // A view that comes back to its window finds its keys still there.
-    if (window && !g_slist_find(gtk_accel_groups_from_object(G_OBJECT(window->gobj())), _keys->gobj()))
+    if (auto* window = dynamic_cast<Gtk::Window*>(view.get_toplevel()))
         window->add_accel_group(_keys);
 }
 

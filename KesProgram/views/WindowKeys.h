@@ -19,7 +19,6 @@ struct KES_EXPORT Key {
     /// As people read it, such as "Ctrl+N", in the language of the toolkit.
     std::string getName() const;
     /// Whether the event is this key with just these modifiers; Caps Lock and Num Lock do not count as such.
-    /// Not for letters, which come with another value under Shift or Caps Lock.
     bool matches(const GdkEventKey& event) const;
 };
 
@@ -27,20 +26,21 @@ struct KES_EXPORT Key {
 /// program takes other ones for its own.
 namespace Keys {
 
-extern const Key newFile;
-extern const Key openFile;
-extern const Key saveFile;
-extern const Key saveFileAs;
-extern const Key start;
-extern const Key stop;
+KES_EXPORT extern const Key newFile;
+KES_EXPORT extern const Key openFile;
+KES_EXPORT extern const Key saveFile;
+KES_EXPORT extern const Key saveFileAs;
+KES_EXPORT extern const Key start;
+KES_EXPORT extern const Key stop;
 /// Stops from every window of the program.
-extern const Key stopAnywhere;
-extern const Key help;
+KES_EXPORT extern const Key stopAnywhere;
+KES_EXPORT extern const Key help;
 
 } // namespace Keys
 
 /// The keys of a view's commands. They work wherever the focus is in the window that the view is part of,
-/// and not while their command is switched off. A member of the view. GUI thread.
+/// go with it to another window, and do nothing while their command is switched off. A member of the view.
+/// GUI thread.
 class KES_EXPORT WindowKeys {
 public:
     explicit WindowKeys(Gtk::Widget& view);
@@ -54,6 +54,7 @@ public:
     void add(Gtk::Widget& command, const char* signal, const Key& key);
 
 private:
+    void _leaveWindow(Gtk::Widget* previous);
     void _joinWindow(Gtk::Widget& view);
 
     sigc::connection _joining;

@@ -16,9 +16,9 @@ COMMENT = re.compile(r'//[^\n]*|/\*.*?\*/|^\s*#[^\n]*(?:\\\n[^\n]*)*|"(?:\\.|[^"
                      re.S | re.M)
 SCOPE = re.compile(r"(?:inline\s+)?namespace\s+([\w:]*)$|(?:class|struct|union)\s+(?:KES_EXPORT\s+)?(\w+)(?:\s*final)?"
                    r"(?:\s*:[^:].*)?$", re.S)
-NO_SYMBOL = re.compile(r"^(template|using|typedef|friend|extern|enum|static_assert)\b|=\s*(0|default|delete)$|\bconstexpr\b")
+NO_SYMBOL = re.compile(r"^(template|using|typedef|friend|enum|static_assert)\b|^extern\b.*\(|=\s*(0|default|delete)$|\bconstexpr\b")
 FUNCTION = re.compile(r"(operator\s*\(\)|operator\s*[^\s\w(]+|operator\s+[\w:]+|~?\b[A-Za-z_]\w*)\s*\(")
-VARIABLE = re.compile(r"^static\s(?!.*\binline\b).*?(\w+)$", re.S)
+VARIABLE = re.compile(r"^(?:KES_EXPORT\s+)?(?:static|extern)\s(?!.*\binline\b).*?(\w+)$", re.S)
 
 
 def without_arguments(text):

@@ -76,6 +76,39 @@ TEST_F(KeysTest, KeysReachTheCommandsThatAreOnWhereverTheFocusIs)
         EXPECT_EQ(item->get_label().raw().find("Ctrl"), std::string::npos) << "texts stay as they are";
 }
 
+TEST_F(KeysTest, KeysGoWithTheirViewToAnotherWindow)
+{
+    Gtk::Window other;
+    auto& box = *control.get_parent();
+    const auto pressStart = [&](Gtk::Window& pressed) {
+        commands.clear();
+        pressKey(pressed, GDK_KEY_F5);
+        return commands.size();
+    };
+    box.remove(control);
+    other.add(control);
+    other.show_all();
+    ASSERT_TRUE(waitFor([&] { return other.get_mapped(); }));
+    EXPECT_EQ(pressStart(window), 0u);
+    EXPECT_EQ(pressStart(other), 1u);
+    other.remove();
+    box.add(control);
+    EXPECT_EQ(pressStart(other), 0u);
+    runPendingEvents();
+    EXPECT_EQ(pressStart(window), 1u);
+}
+
+TEST_F(KeysTest, AKeyIsTheSameWithCapsLock)
+{
+    GdkEventKey event{};
+    event.keyval = GDK_KEY_S;
+    event.state = GDK_CONTROL_MASK | GDK_LOCK_MASK;
+    EXPECT_TRUE(KesProgram::Keys::saveFile.matches(event));
+    EXPECT_FALSE(KesProgram::Keys::saveFileAs.matches(event));
+    event.state |= GDK_SHIFT_MASK;
+    EXPECT_TRUE(KesProgram::Keys::saveFileAs.matches(event));
+}
+
 TEST_F(KeysTest, NoWindowStandsBetweenTheKeyboardAndStop)
 {
     const struct {
