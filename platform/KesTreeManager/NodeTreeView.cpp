@@ -5,6 +5,7 @@
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesCommonView/ZoomedIcon.h>
 
+#include <gtkmm/adjustment.h>
 #include <gtkmm/expander.h>
 #include <gtkmm/icontheme.h>
 #include <gtkmm/label.h>

@@ -5,6 +5,8 @@
 #include <KesCommonView/ZoomedIcon.h>
 #include <KesDevice/view/detail/DeviceViewText.h>
 
+#include <gtkmm/adjustment.h>
+#include <gtkmm/buttonbox.h>
 #include <gtkmm/separator.h>
 
 namespace KesDevice {
