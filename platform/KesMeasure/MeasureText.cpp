@@ -110,7 +110,6 @@ constexpr lng::Text texts[] = {
     {"Column.verdict", "Verdict", "Оценка"},
 
     {"Deviations.title", "Deviations", "Отклонения"},
-    {"Deviations.number", "No.", "№"},
     {"Deviations.percent", "Deviation, % of tolerance", "Отклонение, % допуска"},
 
     {"Outcome.noTest", "No test has been made yet", "Проверка ещё не проводилась"},

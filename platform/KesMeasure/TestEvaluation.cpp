@@ -141,7 +141,7 @@ Chart createChart(const MeasurementPlan& plan, const TestRecord* record)
 {
     Chart chart;
     chart.title = get("Deviations.title");
-    chart.xTitle = get("Deviations.number");
+    chart.xTitle = get("Column.number");
     chart.yTitle = get("Deviations.percent");
     const double end = static_cast<double>(plan.size()) + 1.0;
     chart.x = Axis::linear(0.0, end);

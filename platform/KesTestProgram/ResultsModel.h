@@ -13,7 +13,7 @@ namespace KesTestProgram {
 /// Keeps the results of a test program, of the type that the program needs: one derived from
 /// `KesMeasure::MeasuredTest`. The run changes them, all others read copies.
 ///
-/// A run makes new results (`_createResults`) or goes on with those that there are, puts in each value as it
+/// A run makes new results (`_createResults`) or continues with those that there are, puts in each value as it
 /// is measured (`_changeResults`), and ends with a verdict (`_judge`). `signalResultsChanged` follows each of
 /// these changes, on the thread that made it and after the lock has been let go of. When the archive that the
 /// results belong to is closed during the run, what the run still measures is dropped: it must not get into

@@ -73,7 +73,7 @@ class WindowsTest(DesktopTest):
         program.chooseFile(report)
         wait("an opened report", lambda: self.home.opened() == [report])
         empty = self.read(report)
-        self.assertIn(program.word("PlanView.title"), empty)
+        self.assertIn(program.word("Caption.plan"), empty)
         self.assertNotIn(program.word("State.passed"), empty)
 
         program.tool("start").act()

@@ -62,10 +62,10 @@ std::string rampName(const std::string& id, const TestResults* results)
     if (!results ||
         (results->plan.faults.size() < 2 &&
          std::count_if(results->settings.stages.begin(), results->settings.stages.end(), isUsed) < 2))
-        return get("Results." + id);
+        return get("Plan." + id);
     const auto faultCase = results->plan.getRampCase();
     const auto stage = StageTimes::firstToPickUp(results->settings, faultCase);
-    return Kes::StringHelper::format(get("Results.withFault"), std::string(get("Results." + id)),
+    return Kes::StringHelper::format(get("Results.withFault"), std::string(get("Plan." + id)),
                                      Faults::nameOf(faultCase.fault),
                                      stage ? SettingsSummary::nameOf(*stage) : std::string());
 }

@@ -124,7 +124,7 @@ Chart create(const RelaySettings& settings, const TestPlan& plan, const TestResu
     using lng::Overcurrent::get;
     Chart chart;
     chart.title = get("Chart.title");
-    chart.xTitle = get("Chart.multiples");
+    chart.xTitle = get("Results.multiple");
     chart.yTitle = get("Chart.seconds");
     const auto [least, most] = plannedRange(plan);
     addCurves(chart, settings, plan, least, most);

@@ -35,9 +35,9 @@ std::string nameOf(const RunPhase& phase)
 {
     switch (phase.kind) {
     case RunPhase::Kind::PickUp:
-        return lng::Overcurrent::get("State.pickUp");
+        return lng::Overcurrent::get("Plan.pickUp");
     case RunPhase::Kind::DropOff:
-        return lng::Overcurrent::get("State.dropOff");
+        return lng::Overcurrent::get("Plan.dropOff");
     case RunPhase::Kind::Point:
         break;
     }

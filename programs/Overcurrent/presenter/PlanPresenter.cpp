@@ -21,6 +21,11 @@ Kes::IView* PlanPresenter::getView()
     return _view.get();
 }
 
+Kes::IView& PlanPresenter::getErrorView()
+{
+    return _view->getErrorView();
+}
+
 void PlanPresenter::_onEdited()
 {
     _isEditing = true;

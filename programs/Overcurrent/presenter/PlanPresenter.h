@@ -1,7 +1,6 @@
 #pragma once
 
 #include <Overcurrent/model/OvercurrentModel.h>
-#include <Overcurrent/view/IPlanView.h>
 
 #include <KesCommon/Connection.h>
 #include <KesCommonView/UpdateViewGuard.h>
@@ -12,6 +11,8 @@
 #include <memory>
 
 namespace Overcurrent {
+
+class PlanView;
 
 /// Edits the plan, outside of a run. What the user types is in the model's plan at once; what makes no sense
 /// is refused in place, and no test starts until it is mended. Owned by the content presenter. GUI thread.
@@ -24,7 +25,7 @@ public:
     /// The form; it has room of its own below the settings.
     Kes::IView* getView() override;
     /// Why what is typed is no plan; hidden while it is one.
-    Kes::IView& getErrorView() override { return _view->getErrorView(); }
+    Kes::IView& getErrorView() override;
 
 private:
     /// Takes over every value that makes sense; the first one that does not is the error.
@@ -35,7 +36,7 @@ private:
     void _onHardwareRunning();
 
     OvercurrentModel& _model;
-    std::unique_ptr<IPlanView> _view;
+    std::unique_ptr<PlanView> _view;
     /// While the user's change goes into the model, the model's answer does not go into the form.
     bool _isEditing = false;
     Kes::UpdateViewGuard _guard;

@@ -21,8 +21,6 @@ constexpr lng::Text texts[] = {
     {"Report.unmeasured", "time not measured", "время не измерено"},
 
     {"State.point", "Point %zu of %zu: %s, %s × Is", "Точка %zu из %zu: %s, %s × Iуст"},
-    {"State.pickUp", "Pick-up", "Ток срабатывания"},
-    {"State.dropOff", "Drop-off", "Ток возврата"},
 
     {"Outcome.counts", "%s: %zu of %zu points within tolerance", "%s: в допуске точек %zu из %zu"},
     {"Outcome.valuesFailed", "%s: %zu of %zu points within tolerance, pick-up or drop-off outside",
@@ -134,8 +132,8 @@ constexpr lng::Text texts[] = {
     {"Settings.toleranceValue", "%s %%, at least %s ms", "%s %%, но не менее %s мс"},
     {"Settings.assignedError", "class %s %%, at least %s ms", "класс %s %%, но не менее %s мс"},
     {"Settings.tripAndStart", "trip: input %u, start: input %u", "откл.: вход %u, пуск: вход %u"},
-    {"Settings.tripForBoth", "trip and ramps: input %u", "откл. и токи: вход %u"},
-    {"Settings.tripOnly", "trip: input %u, no ramps", "откл.: вход %u, без токов"},
+    {"Settings.tripForBoth", "trip and ramps: input %u", "откл., срабатывание, возврат: вход %u"},
+    {"Settings.tripOnly", "trip: input %u, no ramps", "откл.: вход %u, без срабатывания и возврата"},
     {"Settings.withstand", "Withstand, × In", "Стойкость, × Iн"},
     {"Settings.withstandValue", "%s; 10 s: %s; 1 s: %s", "%s; 10 с: %s; 1 с: %s"},
     {"Settings.ramp", "%s to %s × Is, step %s, step time %s s",
@@ -157,7 +155,6 @@ constexpr lng::Text texts[] = {
     {"Direction.forward", "forward", "вперёд"},
     {"Direction.reverse", "reverse", "назад"},
 
-    {"PlanView.title", "Plan", "План проверки"},
     {"PlanView.multiples", "Points", "Точки"},
     {"PlanView.multiplesTip", "Multiples of Is, separated by blanks or semicolons",
      "Кратности Iуст через пробел или точку с запятой"},
@@ -191,15 +188,12 @@ constexpr lng::Text texts[] = {
     {"Results.deviationPercent", "Dev., %", "Откл., %"},
     {"Results.tolerance", "Tolerance, s", "Допуск, с"},
     {"Results.verdict", "Verdict", "Оценка"},
-    {"Results.pickUp", "Pick-up", "Ток срабатывания"},
-    {"Results.dropOff", "Drop-off", "Ток возврата"},
     {"Results.ratio", "Drop-off ratio", "Коэффициент возврата"},
     {"Results.contactEarly", "Contact closed before the current", "Контакт замкнут до подачи тока"},
     {"Results.notYet", "—", "—"},
     {"Results.interval.text", "%s A (%s … %s × Is)", "%s А (%s … %s × Iуст)"},
 
     {"Chart.title", "Operate-time characteristic", "Характеристика срабатывания"},
-    {"Chart.multiples", "I / Is", "I / Iуст"},
     {"Chart.seconds", "t, s", "t, с"},
 };
 

@@ -4,6 +4,7 @@
 
 #include <KesCommon/UnitText.h>
 #include <KesCommonView/GtkWidgetHelper.h>
+#include <KesMeasure/MeasureText.h>
 
 #include <atkmm/object.h>
 
@@ -29,7 +30,8 @@ PlanField next(PlanField field, std::size_t by)
 
 } // namespace
 
-PlanView::PlanView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(get("PlanView.title"), Gtk::ALIGN_START)
+PlanView::PlanView()
+    : Gtk::Box(Gtk::ORIENTATION_VERTICAL), _title(lng::Measure::get("Caption.plan"), Gtk::ALIGN_START)
 {
     get_style_context()->add_class("section");
     _title.get_style_context()->add_class("section-title");

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <Overcurrent/view/IPlanView.h>
+#include <Overcurrent/data/PlanTexts.h>
+
+#include <KesCommonView/IView.h>
 
 #include <gtkmm/box.h>
 #include <gtkmm/checkbutton.h>
@@ -9,29 +11,38 @@
 #include <gtkmm/grid.h>
 #include <gtkmm/label.h>
 
+#include <sigc++/sigc++.h>
+
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace Overcurrent {
 
 /// The plan as a form: an entry for each value, and buttons for the choices. It is narrow, to stand beside
-/// the results: ramps take two lines each. GUI thread.
-class PlanView : public Gtk::Box, public IPlanView {
+/// the results: ramps take two lines each. What the texts mean is up to `PlanTexts`. GUI thread.
+class PlanView : public Gtk::Box, public Kes::IView {
 public:
+    /// The user has changed a text; not emitted by `setTexts`.
+    sigc::signal<void()> signalEdited;
+
     /// Empty before `setTexts`; the texts of the form are in the language of the process.
     PlanView();
 
     /// Leaves entries alone that have the text already, with the cursor in them.
-    void setTexts(const PlanTexts& texts) override;
-    PlanTexts getTexts() const override;
-    /// Marks the entry, and says the reason as its description for assistive technology as well as in the
-    /// error view. Choices that make no plan have no mark, only the text.
-    void setError(const std::optional<PlanTextError>& error) override;
-    /// A label that lies outside of the form and is hidden while there is no error; owned by this view.
-    Kes::IView& getErrorView() override { return _error; }
-    /// Of the whole form.
-    void setEditable(bool editable) override;
+    void setTexts(const PlanTexts& texts);
+    /// As the user has typed them.
+    PlanTexts getTexts() const;
+    /// Why the texts are no plan; nothing: they are one. Marks the entry, and says the reason as its
+    /// description for assistive technology as well as in the error view. Choices that make no plan have no
+    /// mark, only the text.
+    void setError(const std::optional<PlanTextError>& error);
+    /// The text of the error, to be placed where it stays in sight while the form is scrolled: a label that
+    /// is hidden while there is no error; owned by this view.
+    Kes::IView& getErrorView() { return _error; }
+    /// Of the whole form. Off, the texts can be read and not changed. On at first.
+    void setEditable(bool editable);
 
 private:
     class ErrorView : public Gtk::Label, public Kes::IView {};

@@ -152,7 +152,7 @@ std::vector<KesMeasure::TextLine> VoltageFrequencyTest::describe() const
     }
     const char* percent = lng::Unit::percent.get();
     lines.insert(lines.end(),
-                 {{get("Settings.plan"), ""},
+                 {{lng::Measure::get("Caption.plan"), ""},
                   {get("Settings.healthy"), withUnit(_settings.healthyTime, second)},
                   {get("Settings.reset"), withUnit(_settings.resetTime, second)},
                   {get("Settings.ramp"), format(get("Settings.rampValue"), shortest(_settings.rampTime))},
