@@ -100,8 +100,7 @@
           h2 { font-size: 1.05em; margin: 1.8em 0 .5em; padding-bottom: .25em; border-bottom: 1px solid #c5ccd3; }
           .subtitle { color: #56606b; margin: .2em 0 1.2em; }
           .simulated { border: 2px solid #a8520c; background: #fff4e5; color: #6b3405; padding: .7em 1em;
-                       margin: 1em 0; }
-          .simulated strong { display: block; letter-spacing: .06em; font-size: 1.15em; }
+                       margin: 1em 0; font-weight: bold; }
           .outcome { display: flex; flex-wrap: wrap; align-items: baseline; padding: .6em 1em;
                      border: 1px solid #c5ccd3; border-left-width: 6px; margin: 1em 0; }
           .outcome b, .outcome span { margin: .2em 2.5em .2em 0; }
@@ -133,9 +132,6 @@
         <p class="subtitle"><xsl:value-of select="@subtitle"/></p>
         <xsl:if test="@origin != 'device'">
           <div class="simulated" role="note">
-            <strong>
-              <xsl:call-template name="text"><xsl:with-param name="key" select="@origin"/></xsl:call-template>
-            </strong>
             <xsl:call-template name="text">
               <xsl:with-param name="key" select="concat(@origin, 'Notice')"/>
             </xsl:call-template>
