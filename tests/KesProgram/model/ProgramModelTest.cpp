@@ -8,12 +8,7 @@
 #include <KesDriver/EmbeddedNetwork.h>
 #include <KesProgram/model/AvaryMessage.h>
 
-#include <glibmm/fileutils.h>
-
-#include <atomic>
 #include <barrier>
-#include <stdexcept>
-#include <thread>
 
 namespace KesTest {
 

@@ -5,10 +5,6 @@
 #include "support/NoThreads.h"
 #include "support/ScheduleBench.h"
 
-#include <atomic>
-#include <thread>
-#include <tuple>
-
 namespace KesTest {
 namespace {
 
@@ -17,10 +13,7 @@ using RunEnds = RunFaults;
 /// What the devices are told does not pass through the test body.
 TEST_F(RunEnds, OutputsAreOffAtOnceWhateverTheTestBodyDoes)
 {
-    model.body = [](RecordingModel& self) {
-        self.bodyDoor.waitUntilOpenOr();
-        self._finish();
-    };
+    model.body = {};
     startAndRun();
     model.switchOffAtOnce();
     EXPECT_FALSE(model.isRunning());
@@ -33,10 +26,7 @@ TEST_F(RunEnds, OutputsAreOffAtOnceWhateverTheTestBodyDoes)
 
 TEST_F(RunEnds, WithoutAThreadForItTheCallerSwitchesTheOutputsOff)
 {
-    model.body = [](RecordingModel& self) {
-        self.bodyDoor.waitUntilOpenOr();
-        self._finish();
-    };
+    model.body = {};
     startAndRun();
     {
         const NoThreads noThreads;
@@ -123,10 +113,7 @@ protected:
     {
         hardware().setIsStatusReported(true);
         model.prepareDoor.close();
-        model.body = [](RecordingModel& self) {
-            self.bodyDoor.waitUntilOpenOr();
-            self._finish();
-        };
+        model.body = {};
         model.onEntry = [this](const std::string& entry) {
             if (entry == "onFinishHardware")
                 reach(From::Finishing);

@@ -7,7 +7,6 @@
 #include "support/ScheduleBench.h"
 #include "support/TemporaryHome.h"
 
-#include <KesDevice/HardwareControl.h>
 #include <KesDevice/KestoStateGlobalUpdater.h>
 #include <KesProgram/model/ProgramModel.h>
 
