@@ -3,8 +3,6 @@
 #include <KesCommon/SignalGate.h>
 #include <KesCommonView/UpdateView.h>
 
-#include <atomic>
-
 namespace KesTest {
 
 namespace {

@@ -6,8 +6,6 @@
 #include <KesProgram/archive/ArchiveManager.h>
 
 #include <ctime>
-#include <filesystem>
-#include <limits>
 
 namespace KesTest {
 
@@ -127,21 +125,6 @@ TEST_F(RecoveryTest, ARestoredDocumentDoesNotReplaceANewerFileUnasked)
     EXPECT_EQ(readFile(path), "lost");
     shell.saveArchive();
     EXPECT_EQ(dialogs.getMessages().size(), 3U) << "it is its own now";
-}
-
-TEST_F(RecoveryTest, AFileThatTheKilledInstanceHasBrokenItselfIsReplacedUnasked)
-{
-    const std::string path = home.file("old.abc");
-    writeFile(path, "brok");
-    {
-        RecoveryStore store(folder);
-        const auto time = std::time(nullptr) - 10;
-        ASSERT_TRUE(store.write(RecoveryStore::Kind::Work, {"Shell test", path, "", time, "lost"}));
-        ASSERT_TRUE(store.write(RecoveryStore::Kind::Former, {"Shell test", path, "", time, "former"}));
-    }
-    openAndAnswer({DialogResult::Yes});
-    shell.saveArchive();
-    EXPECT_EQ(readFile(path), "lost");
 }
 
 TEST_F(RecoveryTest, WorkThatIsNotWantedNowIsKept)

@@ -3,11 +3,7 @@
 
 #include "ShellTest.h"
 
-#include <KesCommonView/DialogBackend.h>
-
 #include <glibmm/exceptionhandler.h>
-
-#include <tuple>
 
 namespace KesTest {
 namespace {

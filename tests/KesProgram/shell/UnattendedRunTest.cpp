@@ -1,11 +1,6 @@
 #include "ShellTest.h"
 
-#include <KesCommonView/UnattendedDialogs.h>
 #include <KesProgram/shell/UnattendedRun.h>
-
-#include <atomic>
-#include <filesystem>
-#include <tuple>
 
 namespace KesTest {
 
@@ -22,13 +17,8 @@ struct Step {
     bool isReported;
 };
 
-class UnattendedRunTest : public GuiTest, public testing::WithParamInterface<std::tuple<Step, RunVerdict>> {
+class UnattendedRunTest : public ShellTest, public testing::WithParamInterface<std::tuple<Step, RunVerdict>> {
 protected:
-    TemporaryHome home;
-    Record record;
-    ShellModel model{record};
-    ShellPresenter shell{model, record};
-    bool isClosed = false;
     /// The test body has nothing to wait for.
     Kes::ScopedConnection running = model.signalRunningChanged.connect([this] { model.endRun(); });
 };
@@ -58,7 +48,6 @@ TEST_P(UnattendedRunTest, EndsWithAStatusWhateverFails)
     line.report = home.file("kept.html");
     model.extension = "abc";
     model._setCanProgramStart(true);
-    shell.signalClosed.connect([this] { isClosed = true; });
     shell.open(nullptr);
     record.throwing = step.name;
     model.verdict = verdict;

@@ -3,9 +3,6 @@
 #include <KesCommon/DesktopOpener.h>
 #include <KesProgram/shell/ToolsToolbarPresenter.h>
 
-#include <gtkmm/toolbar.h>
-#include <gtkmm/toolbutton.h>
-
 namespace KesTest {
 
 namespace {
