@@ -5,9 +5,6 @@
 #include <KesProgram/views/StatusBarHardwareKestoStateView.h>
 #include <KesProgram/views/StatusBarSyncView.h>
 
-#include <algorithm>
-#include <set>
-
 namespace KesTest {
 
 namespace {
@@ -141,31 +138,55 @@ TEST_F(HardwareAreaTest, ManyRowsScrollAndEachIsReachedByKeyboard)
     }
 }
 
-TEST_F(HardwareAreaTest, ARowSaysItsStateInWords)
+TEST_F(HardwareAreaTest, ARowSaysItsStateInWordsAndByItsStyle)
 {
     const struct {
         lng::Language language;
         Kes::Nullable<std::string> state;
         const char* name;
         const char* remark;
+        const char* tooltip;
+        const char* style;
     } cases[] = {
-        {lng::English, {}, "KESTO, 10.0.0.1, State unknown", "State unknown"},
-        {lng::English, std::string("No cooling"), "KESTO, 10.0.0.1, No cooling", "No cooling"},
-        {lng::English, std::string(), "KESTO, 10.0.0.1, Ready for operation", ""},
-        {lng::Russian, {}, "КЕСТО, 10.0.0.1, Состояние неизвестно", "Состояние неизвестно"},
-        {lng::Russian, std::string("Нет охлаждения"), "КЕСТО, 10.0.0.1, Нет охлаждения", "Нет охлаждения"},
-        {lng::Russian, std::string(), "КЕСТО, 10.0.0.1, Готово к работе", ""}};
+        {lng::English, {}, "KESTO, 10.0.0.1, State unknown", "State unknown", "", "stateUndefined"},
+        {lng::English, std::string("No cooling"), "KESTO, 10.0.0.1, No cooling", "No cooling", "No cooling",
+         "stateError"},
+        {lng::English, std::string(), "KESTO, 10.0.0.1, Ready for operation", "", "Ready for operation", ""},
+        {lng::Russian,
+         {},
+         "КЕСТО, 10.0.0.1, Состояние неизвестно",
+         "Состояние неизвестно",
+         "",
+         "stateUndefined"},
+        {lng::Russian, std::string(), "КЕСТО, 10.0.0.1, Готово к работе", "", "Готово к работе", ""}};
     for (const auto& expected : cases) {
         lng::language = expected.language;
         area.reset();
         setHardware(makeHardware(1));
         show();
-        (*KesDevice::HardwareControl::getInstance()->getKestos().lease().begin())
-            ->signalOperationErrorChanged.emit(expected.state);
-        EXPECT_EQ(findByClass(view(), "deviceRow")->get_accessible()->get_name(), expected.name);
+        auto& row = *findByClass(view(), "deviceRow");
         auto& remark = dynamic_cast<Gtk::Label&>(*findByClass(view(), "deviceRemark"));
-        EXPECT_EQ(remark.get_text(), expected.remark);
+        auto& state = *findWidgets<KesProgram::StatusBarHardwareKestoStateView>(view()).at(0);
+        const auto shown = [&] {
+            const auto style = state.get_style_context();
+            return std::vector<std::string>{row.get_accessible()->get_name(), remark.get_text(),
+                                            state.get_tooltip_text(),
+                                            std::string(style->has_class("stateError") ? "stateError" : "") +
+                                                (style->has_class("stateUndefined") ? "stateUndefined" : "")};
+        };
+        auto& signal = (*KesDevice::HardwareControl::getInstance()->getKestos().lease().begin())
+                           ->signalOperationErrorChanged;
+        const auto before = shown();
+        std::thread([&] { signal.emit(expected.state); }).join();
+        EXPECT_EQ(shown(), before) << "the widgets were touched on the device's thread";
+        const std::vector<std::string> then{expected.name, expected.remark, expected.tooltip, expected.style};
+        EXPECT_TRUE(waitFor([&] { return shown() == then; })) << expected.name;
         EXPECT_EQ(isSeen(remark), *expected.remark != 0) << expected.name;
+        // At once on the GUI thread, and not overtaken by what is still queued.
+        std::thread([&] { signal.emit({}); }).join();
+        signal.emit(expected.state);
+        runPendingEvents();
+        EXPECT_EQ(shown(), then);
     }
 }
 

@@ -39,13 +39,11 @@ protected:
     std::vector<std::string> pressAll()
     {
         commands.clear();
-        pressKey(window, GDK_KEY_n, GDK_CONTROL_MASK);
-        pressKey(window, GDK_KEY_o, GDK_CONTROL_MASK);
-        pressKey(window, GDK_KEY_s, GDK_CONTROL_MASK);
+        for (const unsigned key : {GDK_KEY_n, GDK_KEY_o, GDK_KEY_s})
+            pressKey(window, key, GDK_CONTROL_MASK);
         pressKey(window, GDK_KEY_S, GDK_CONTROL_MASK | GDK_SHIFT_MASK);
-        pressKey(window, GDK_KEY_F5);
-        pressKey(window, GDK_KEY_Escape);
-        pressKey(window, GDK_KEY_F1);
+        for (const unsigned key : {GDK_KEY_F5, GDK_KEY_Escape, GDK_KEY_F1})
+            pressKey(window, key);
         return commands;
     }
 

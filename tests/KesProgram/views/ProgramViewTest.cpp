@@ -7,8 +7,6 @@
 #include <KesProgram/views/StatusBarInfoView.h>
 #include <KesProgram/views/ToolButton.h>
 
-#include <utility>
-
 namespace {
 
 using namespace KesTest;
