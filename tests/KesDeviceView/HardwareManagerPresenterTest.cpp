@@ -117,21 +117,6 @@ TEST_F(HardwareManagerPresenterTest, SaysThatThereIsNoThreadForItsWork)
     EXPECT_TRUE(waitFor([&] { return !reads(refusal); }));
 }
 
-TEST_F(HardwareManagerPresenterTest, SearchListsWhatIsInTheNetwork)
-{
-    const KesTest::BenchDevice other(2);
-    addHardware("10.0.7.1");
-    open();
-    click("Search");
-    EXPECT_TRUE(reads("Searching the network…"));
-    ASSERT_TRUE(waitFor([this] { return reads("Found in the network:"); }));
-    EXPECT_TRUE(reads("KESTO-3 No. 00001, simulated"));
-    EXPECT_FALSE(named<Gtk::Button>("Add 10.0.7.1"));
-    click("Add 10.0.7.2");
-    EXPECT_FALSE(named<Gtk::Button>("Add 10.0.7.2"));
-    EXPECT_TRUE(waitFor([this] { return count("KESTO-3 No. 00002, simulated") == 2; })) << "found, and asked";
-}
-
 TEST_F(HardwareManagerPresenterTest, IdentifiesWithoutHoldingUpTheWindow)
 {
     device->setAnswerDelay(std::chrono::milliseconds(50));
