@@ -166,10 +166,15 @@ TEST(HostileArchive, ANameThatCannotBeConvertedDoesNotEndTheProcessAfterAFailedA
     }
 }
 
-TEST(HostileArchive, RecoveringLeavesOutWhatIsTooLong)
+TEST(HostileArchive, RecoveringLeavesOutWhatIsTooLongAndWhatIsTornWhereItHasTheWhole)
 {
     const auto bytes = Archives::pack({{"a", "text"}, {"b", std::string(2000, 'x')}, {"c", "end"}});
     EXPECT_EQ(Archives::recover(bytes, {1000, 5000}), (Contents{{"a", "text"}, {"c", "end"}}));
+    auto twice = Archives::pack({{"name 1", "whole"}, {"name 2", noise(300, 2)}});
+    for (std::size_t at = 0; (at = twice.find("name 2", at)) != std::string::npos;)
+        twice[at + 5] = '1';
+    twice[twice.rfind("PK\3\4") + 100] ^= 1;
+    EXPECT_EQ(Archives::recover(twice), (Contents{{"name 1", "whole"}}));
 }
 
 TEST(HostileArchive, RecoveringFindsEveryEntryButTheOneThatAFlippedByteHits)

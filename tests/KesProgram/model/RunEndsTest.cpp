@@ -51,16 +51,20 @@ TEST_F(RunEnds, WhatIsBeingPreparedBecomesNoRunOnceAllIsToBeOff)
     startAndRun();
 }
 
+/// The devices are off before the test body has begun, or only afterwards.
 TEST_F(RunEnds, APowerOffAtTheMomentAtWhichTheRunBeginsStopsIt)
 {
-    Kes::ScopedConnection begun = model.signalRunningChanged.connect([&] {
-        begun.disconnect();
-        model.beginDisconnect();
-        const Kes::SignalGate::Release gate;
-        EXPECT_TRUE(comesTrue([this] { return !hardware().isOutputRunning(); }));
-    });
-    start();
-    EXPECT_TRUE(waitForFinish()) << "nothing stops the run";
+    for (const bool isLate : {false, true}) {
+        Kes::ScopedConnection begun = model.signalRunningChanged.connect([&] {
+            begun.disconnect();
+            first->setAnswerDelay(isLate ? 200ms : 0ms);
+            model.beginDisconnect();
+            const Kes::SignalGate::Release gate;
+            EXPECT_TRUE(isLate || comesTrue([this] { return !hardware().isOutputRunning(); }));
+        });
+        start();
+        EXPECT_TRUE(waitFor([&] { return countFinishes() == 1U + isLate; })) << "nothing stops the run";
+    }
 }
 
 TEST_F(RunEnds, APowerOffDuringARunDisconnectsAtItsEnd)

@@ -102,23 +102,22 @@ TEST_P(SilenceAtTheStart, GivesOneTextWithTheAddress)
 
 // The GUI thread
 
-enum class End { OfOutputs, OfARun, OfTheConfiguration, OfOneOfItsOwn };
+enum class End { OfOutputs, OfARun, OfTheConfiguration, OfOneOfItsOwnInARun };
 
 class GuiThreadKeepsTurning : public RunFaults, public testing::WithParamInterface<End> {};
 
 INSTANTIATE_TEST_SUITE_P(Ends, GuiThreadKeepsTurning,
                          testing::Values(End::OfOutputs, End::OfARun, End::OfTheConfiguration,
-                                         End::OfOneOfItsOwn));
+                                         End::OfOneOfItsOwnInARun));
 
 /// Until the silent device is off and nobody waits for it any more.
 TEST_P(GuiThreadKeepsTurning, WhenASilentDeviceIsGivenUp)
 {
     first->setTimeout(1500ms);
-    if (GetParam() == End::OfOneOfItsOwn) {
-        model.isLocal = true;
+    model.isLocal = GetParam() == End::OfOneOfItsOwnInARun;
+    if (model.isLocal)
         first.addTo(hardware());
-    }
-    GetParam() == End::OfARun ? startAndRun() : switchOn();
+    model.isLocal || GetParam() == End::OfARun ? startAndRun() : switchOn();
     first->setSilent(true);
     const auto before = HardwareControl::share();
     auto last = std::chrono::steady_clock::now();

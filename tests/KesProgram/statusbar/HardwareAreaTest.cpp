@@ -134,7 +134,7 @@ TEST_F(HardwareAreaTest, ManyRowsScrollAndEachIsReachedByKeyboard)
     for (int number = 1; number <= 20; ++number) {
         window.child_focus(Gtk::DIR_TAB_FORWARD);
         const std::string name = "KESTO, 10.0.0." + std::to_string(number) + ", State unknown";
-        EXPECT_TRUE(waitFor([&] { return focused() == std::pair(name, true); })) << name;
+        ASSERT_TRUE(waitFor([&] { return focused() == std::pair(name, true); })) << name;
     }
 }
 

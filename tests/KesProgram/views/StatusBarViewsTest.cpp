@@ -70,10 +70,12 @@ TEST_F(StatusBarViewsTest, ALongPathDoesNotMakeTheWindowWider)
     show(view);
     const auto all = labels(view);
     EXPECT_FALSE(isSeen(*all[0]));
-    view.setFileName("/home/" + std::string(400, 'x') + "/опыт.kar");
+    const std::string path = "/home/" + std::string(400, 'x') + "/опыт.kar";
+    view.setFileName(path);
     runPendingEvents();
     EXPECT_TRUE(isSeen(*all[0]));
     EXPECT_LT(window.get_width(), 600);
+    EXPECT_EQ(all[1]->get_tooltip_text(), path);
     view.setFileName("");
     EXPECT_FALSE(isSeen(*all[0]));
 }
