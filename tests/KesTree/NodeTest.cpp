@@ -114,16 +114,6 @@ TEST_F(NodeTest, ChangesAreToldUpTheTreeAndOnlyWhenReal)
     EXPECT_THAT(heard, testing::ElementsAre("inner:is", "root:is", "root:other"));
 }
 
-TEST_F(NodeTest, ValidationSeesTheNewValueAndNamesTheNode)
-{
-    const auto node = current();
-    node->setValidation([](const Node::Value& value) {
-        return std::get<double>(value) == 13.0 ? Kes::Result::failure("unlucky") : Kes::Result(true);
-    });
-    EXPECT_EQ(message(node->setText("13")), "Setting current: unlucky");
-    EXPECT_TRUE(node->setText("12"));
-}
-
 TEST(NumberTextTest, ReadsBackEveryNumberItWrites)
 {
     for (const double value : {5e-324, 1.7976931348623157e308, -2.2250738585072014e-308, 1.0 / 3.0})

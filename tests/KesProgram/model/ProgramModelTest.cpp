@@ -10,10 +10,9 @@
 
 #include <barrier>
 
-namespace KesTest {
-
 namespace {
 
+using namespace KesTest;
 using testing::ElementsAre;
 
 class ProgramModelTest : public GuiTest {
@@ -204,4 +203,3 @@ TEST(AvaryMessageTest, NamesDeviceChannelAndKind)
 }
 
 } // namespace
-} // namespace KesTest

@@ -5,9 +5,9 @@
 #include "support/NoThreads.h"
 #include "support/ScheduleBench.h"
 
-namespace KesTest {
 namespace {
 
+using namespace KesTest;
 using RunEnds = RunFaults;
 
 /// What the devices are told does not pass through the test body.
@@ -208,4 +208,3 @@ TEST_P(ThrowingEnds, LeaveTheOutputsOffAndTheProgramClosed)
 }
 
 } // namespace
-} // namespace KesTest

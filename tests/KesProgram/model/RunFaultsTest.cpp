@@ -3,10 +3,9 @@
 
 #include "RunFaults.h"
 
-namespace KesTest {
-
 namespace {
 
+using namespace KesTest;
 using KesDevice::HardwareControl;
 using KesDevice::HardwareManager;
 using testing::ElementsAre;
@@ -135,4 +134,3 @@ TEST_P(GuiThreadKeepsTurning, WhenASilentDeviceIsGivenUp)
 }
 
 } // namespace
-} // namespace KesTest

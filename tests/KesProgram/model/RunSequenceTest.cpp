@@ -8,8 +8,9 @@
 
 #include <KesDriver/KesAvary.h>
 
-namespace KesTest {
 namespace {
+
+using namespace KesTest;
 
 enum class Phase { Idle, Starting, Running, Stopped };
 enum class Event { Start, Stop, Disconnect, Fault, LostDevice, Close, Finish };
@@ -191,4 +192,3 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 } // namespace
-} // namespace KesTest

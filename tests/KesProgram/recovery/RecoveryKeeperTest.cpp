@@ -14,9 +14,9 @@
 
 #include <thread>
 
-namespace KesTest {
 namespace {
 
+using namespace KesTest;
 using namespace KesProgram;
 using namespace std::chrono_literals;
 using Kes::DialogResult;
@@ -297,4 +297,3 @@ TEST_F(RecoveryKeeperTest, WhatIsMeasuredDuringASaveIsNotTakenForSaved)
 }
 
 } // namespace
-} // namespace KesTest

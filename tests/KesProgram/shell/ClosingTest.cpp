@@ -1,14 +1,10 @@
 #include "ShellTest.h"
 
 #include <KesCommonView/DialogPresenter.h>
-#include <KesProgram/archive/ArchiveManagerPresenter.h>
-
-#include <glibmm/exceptionhandler.h>
-
-namespace KesTest {
 
 namespace {
 
+using namespace KesTest;
 using Kes::DialogResult;
 using testing::ElementsAre;
 
@@ -305,5 +301,3 @@ TEST_F(ShellTest, WindowThatWasNeverShownCloses)
 }
 
 } // namespace
-
-} // namespace KesTest

@@ -6,10 +6,9 @@
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/shell/ConfigurationError.h>
 
-namespace KesTest {
-
 namespace {
 
+using namespace KesTest;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -151,5 +150,3 @@ TEST_F(ConfigInstancesTest, AFailureTellsFileAndReasonInWordsForAUser)
 }
 
 } // namespace
-
-} // namespace KesTest

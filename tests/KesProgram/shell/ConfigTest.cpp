@@ -4,10 +4,9 @@
 #include <KesCommon/Log.h>
 #include <KesProgram/archive/FileRecentManager.h>
 
-namespace KesTest {
-
 namespace {
 
+using namespace KesTest;
 using testing::Each;
 using testing::StartsWith;
 
@@ -135,5 +134,3 @@ TEST_F(ConfigTest, FailureToWriteLeavesTheProgramOpen)
 }
 
 } // namespace
-
-} // namespace KesTest

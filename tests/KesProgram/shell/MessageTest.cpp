@@ -3,10 +3,9 @@
 #include <KesCommon/SignalGate.h>
 #include <KesCommonView/UpdateView.h>
 
-namespace KesTest {
-
 namespace {
 
+using namespace KesTest;
 using Kes::DialogResult;
 using testing::ElementsAre;
 
@@ -132,5 +131,3 @@ TEST_F(MessageTest, AWindowThatDoesNotAnswerEndsTheTestAndSaysSo)
 }
 
 } // namespace
-
-} // namespace KesTest

@@ -2,10 +2,9 @@
 
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
 
-namespace KesTest {
-
 namespace {
 
+using namespace KesTest;
 using testing::ElementsAre;
 
 TEST_F(ShellTest, EverythingHappensInOrderAndASecondOpenOnlyShowsTheWindow)
@@ -49,5 +48,3 @@ TEST_F(ShellTest, EverythingHappensInOrderAndASecondOpenOnlyShowsTheWindow)
 }
 
 } // namespace
-
-} // namespace KesTest

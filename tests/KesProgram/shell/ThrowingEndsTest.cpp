@@ -5,9 +5,9 @@
 
 #include <glibmm/exceptionhandler.h>
 
-namespace KesTest {
 namespace {
 
+using namespace KesTest;
 using Kes::DialogResult;
 
 /// A user who wants the program to end, and nothing to be saved.
@@ -107,4 +107,3 @@ TEST_P(ThrowingClosing, LeavesAWindowThatCanBeClosedOrNone)
 }
 
 } // namespace
-} // namespace KesTest

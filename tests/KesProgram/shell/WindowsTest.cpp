@@ -3,10 +3,9 @@
 #include <KesCommon/DesktopOpener.h>
 #include <KesProgram/shell/ToolsToolbarPresenter.h>
 
-namespace KesTest {
-
 namespace {
 
+using namespace KesTest;
 using Kes::DialogResult;
 using testing::ElementsAre;
 
@@ -110,5 +109,3 @@ TEST_F(WindowsTest, ProgramThatClosesTakesItsWindowsAlong)
 }
 
 } // namespace
-
-} // namespace KesTest

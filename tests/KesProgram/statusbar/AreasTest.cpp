@@ -4,9 +4,9 @@
 #include <KesProgram/statusbar/StatusBarFilePresenter.h>
 #include <KesProgram/statusbar/StatusBarInfoPresenter.h>
 
-namespace KesTest {
-
 namespace {
+
+using namespace KesTest;
 
 class AreasTest : public StatusBarTest {};
 
@@ -50,5 +50,3 @@ TEST_F(AreasTest, FileAreaNamesTheFileOrThatItIsNew)
 }
 
 } // namespace
-
-} // namespace KesTest

@@ -5,10 +5,9 @@
 #include <KesProgram/views/StatusBarHardwareKestoStateView.h>
 #include <KesProgram/views/StatusBarSyncView.h>
 
-namespace KesTest {
-
 namespace {
 
+using namespace KesTest;
 using testing::ElementsAre;
 
 class HardwareAreaTest : public StatusBarTest {
@@ -259,5 +258,3 @@ TEST_F(HardwareAreaTest, SurvivesChangesFromAllSides)
 }
 
 } // namespace
-
-} // namespace KesTest
