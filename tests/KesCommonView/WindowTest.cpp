@@ -59,8 +59,19 @@ TEST_F(WindowRectangleTest, rectangleSurvivesShowingMovingAndHiding)
     manager.setRectangle({300, 260, 640, 420});
     showAt({300, 260, 640, 420});
     EXPECT_TRUE(waitFor([&] { return window.get_width() == 640 && window.get_height() == 420; }));
+    runPendingEvents();
+    std::vector<RectangleF> told;
+    sigc::connection moved = window.signal_configure_event().connect(
+        [&](GdkEventConfigure*) {
+            told.push_back(manager.getRectangle());
+            return false;
+        },
+        false);
     window.move(10, 20);
+    EXPECT_TRUE(waitFor([&] { return !told.empty(); }));
+    moved.disconnect();
     showAt({10, 20, 640, 420});
+    EXPECT_EQ(told.at(0), (RectangleF{10, 20, 640, 420})) << "a window that is closed at once has its place";
     window.hide();
     runPendingEvents();
     EXPECT_EQ(manager.getRectangle(), (RectangleF{10, 20, 640, 420}));

@@ -23,7 +23,12 @@ TEST_F(HardwareManagerPresenterTest, OkHandsOverWhatWasEdited)
     add("10.1.0.2");
     click("Move 10.1.0.2 up");
     named<Gtk::CheckButton>("Auxiliary supply of 10.1.0.1")->set_active(true);
-    named<Gtk::ComboBox>("Synchronisation mode")->set_active(5);
+    const auto chooseMode = [this](KesDevice::SyncModeKind kind) {
+        named<Gtk::ComboBox>("Synchronisation mode")->set_active(static_cast<int>(kind));
+        return reads("Devices in this mode cannot run sequences");
+    };
+    EXPECT_TRUE(chooseMode(KesDevice::SyncModeKind::PowerNetwork));
+    EXPECT_FALSE(chooseMode(KesDevice::SyncModeKind::GPS));
     auto& volts = *named<Gtk::Entry>("Auxiliary supply voltage of 10.1.0.1, V");
     volts.set_text("301");
     click("OK");
@@ -138,10 +143,15 @@ TEST_F(HardwareManagerPresenterTest, ADeviceInUseIsKnownFromTheConfiguration)
 {
     addHardware("10.0.7.1");
     open();
+    const auto isModal = [this] { return dynamic_cast<Gtk::Window*>(window)->get_modal(); };
+    EXPECT_TRUE(isModal());
     ASSERT_TRUE(hardware->prepare());
     click("Identify 10.0.7.1");
     EXPECT_TRUE(reads("KESTO-3 No. 00001, simulated"));
     EXPECT_TRUE(hardware->getKestos().getItems()[0]->isConnected());
+    ASSERT_TRUE(hardware->startWorkingMode());
+    open();
+    EXPECT_FALSE(isModal()) << "it stands between the operator and Stop";
 }
 
 TEST_F(HardwareManagerPresenterTest, DiesAndClosesSafelyWithQuestionsUnderWay)

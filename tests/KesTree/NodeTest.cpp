@@ -158,7 +158,11 @@ TEST_F(NodeTest, ATableIsWrittenInTheLanguageOfTheUserAndRefusedByItsPair)
     namespace Nodes = KesTree::RelayNodes;
     const auto relay = Nodes::overcurrentStage();
     auto& table = *relay->find(std::string(Nodes::OvercurrentStages[0]) + "/" + Nodes::StageTable);
-    EXPECT_FALSE(table.isUsed());
+    const auto& stage = *relay->find(Nodes::OvercurrentStages[0]);
+    EXPECT_TRUE(!table.isUsed() && stage.find(Nodes::StageMultiplier)->isUsed());
+    ASSERT_TRUE(stage.find(Nodes::StageCurve)->setValue(static_cast<long long>(Nodes::TableCurve)));
+    EXPECT_TRUE(table.isUsed() && !stage.find(Nodes::StageMultiplier)->isUsed());
+    EXPECT_TRUE(table.setText("2:5; 3:5")) << "the same time is not longer";
     for (const char* text : {"1.5:3.25;4:1", " 1,5 : 3,25 ; 4:1; "}) {
         ASSERT_TRUE(table.setText(text)) << text;
         EXPECT_EQ(table.getText(), "1.5:3.25; 4:1");

@@ -85,6 +85,8 @@ TEST(NodeXmlTest, ATreeFromBeforeThereWasAValueIsComplete)
     EXPECT_FALSE(tree->deserialize(written()));
     later.setIsLater();
     ASSERT_TRUE(later.setText("of another tree"));
+    ASSERT_TRUE(tree->deserialize(tree->serialize()));
+    EXPECT_EQ(later.getText(), "of another tree") << "what is written counts";
     const auto result = tree->deserialize(written());
     ASSERT_TRUE(result) << textOf(result);
     EXPECT_EQ(later.getText(), "at first");
