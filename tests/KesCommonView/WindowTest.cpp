@@ -62,11 +62,7 @@ TEST_F(WindowRectangleTest, rectangleSurvivesShowingMovingAndHiding)
     runPendingEvents();
     std::vector<RectangleF> told;
     sigc::connection moved = window.signal_configure_event().connect(
-        [&](GdkEventConfigure*) {
-            told.push_back(manager.getRectangle());
-            return false;
-        },
-        false);
+        [&](GdkEventConfigure*) { return told.push_back(manager.getRectangle()), false; }, false);
     window.move(10, 20);
     EXPECT_TRUE(waitFor([&] { return !told.empty(); }));
     moved.disconnect();

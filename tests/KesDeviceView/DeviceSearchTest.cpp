@@ -62,10 +62,8 @@ protected:
 
     std::vector<std::string> getAddresses()
     {
-        std::vector<std::string> addresses;
-        for (const auto& text : getTexts())
-            if (KesDevice::Kesto::Address::parse(text))
-                addresses.push_back(text);
+        auto addresses = getTexts();
+        std::erase_if(addresses, [](const auto& text) { return !KesDevice::Kesto::Address::parse(text); });
         return addresses;
     }
 

@@ -10,32 +10,26 @@ namespace {
 using namespace KesTest;
 using RunEnds = RunFaults;
 
-/// What the devices are told does not pass through the test body.
+/// What the devices are told does not pass through the test body. Without a thread for it the caller tells
+/// them.
 TEST_F(RunEnds, OutputsAreOffAtOnceWhateverTheTestBodyDoes)
 {
     model.body = {};
-    startAndRun();
-    model.switchOffAtOnce();
-    EXPECT_FALSE(model.isRunning());
-    EXPECT_TRUE(waitFor([this] { return !first.isPuttingOut(); }, 2s));
-    EXPECT_EQ(countFinishes(), 0U);
-    model.bodyDoor.open();
-    EXPECT_TRUE(waitForFinish());
-    EXPECT_EQ(model.count("onStop"), 1U);
-}
-
-TEST_F(RunEnds, WithoutAThreadForItTheCallerSwitchesTheOutputsOff)
-{
-    model.body = {};
-    startAndRun();
-    {
-        const NoThreads noThreads;
+    for (const bool hasThreads : {true, false}) {
+        model.take();
+        model.bodyDoor.close();
+        startAndRun();
+        auto noThreads = hasThreads ? nullptr : std::make_unique<NoThreads>();
         model.switchOffAtOnce();
+        noThreads.reset();
+        EXPECT_FALSE(model.isRunning());
+        EXPECT_TRUE(hasThreads || !(first.isPuttingOut() || first->isWorking()));
+        EXPECT_TRUE(waitFor([this] { return !first.isPuttingOut(); }, 2s));
+        EXPECT_EQ(countFinishes(), 0U);
+        model.bodyDoor.open();
+        EXPECT_TRUE(waitForFinish());
+        EXPECT_EQ(model.count("onStop"), 1U);
     }
-    EXPECT_FALSE(first.isPuttingOut() || first->isWorking());
-    EXPECT_EQ(model.count("onStop"), 1U);
-    model.bodyDoor.open();
-    EXPECT_TRUE(waitForFinish());
 }
 
 TEST_F(RunEnds, WhatIsBeingPreparedBecomesNoRunOnceAllIsToBeOff)

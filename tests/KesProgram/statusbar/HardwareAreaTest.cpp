@@ -45,16 +45,11 @@ protected:
         return icon && icon->get_mapped();
     }
 
-    std::string syncName()
+    KesProgram::StatusBarSyncView& sync()
     {
-        auto& button = *findWidgets<KesProgram::StatusBarSyncView>(view()).at(0);
-        return findWidgets<Gtk::Label>(button).back()->get_text();
+        return *findWidgets<KesProgram::StatusBarSyncView>(view()).at(0);
     }
-
-    bool isSyncExplained()
-    {
-        return findWidgets<KesProgram::StatusBarSyncView>(view()).at(0)->get_sensitive();
-    }
+    std::string syncName() { return findWidgets<Gtk::Label>(sync()).back()->get_text(); }
 
     /// What the row with the focus is called, and whether all of it can be seen.
     std::pair<std::string, bool> focused()
@@ -82,12 +77,12 @@ TEST_F(HardwareAreaTest, FollowsTheConfigurationAndItsDevices)
     setHardware(std::move(next));
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1", "10.0.0.2"));
     EXPECT_EQ(syncName(), KesDevice::SyncMode::get(KesDevice::SyncModeKind::GPS).getShortName());
-    EXPECT_TRUE(isSyncExplained());
+    EXPECT_TRUE(sync().get_sensitive());
     // On another thread the change is complete before the old configuration dies with its devices.
     onAnotherThread([&] { setHardware(makeHardware(1)); });
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1"));
     EXPECT_EQ(syncName(), KesDevice::SyncMode::get(KesDevice::SyncModeKind::None).getShortName());
-    EXPECT_FALSE(isSyncExplained()) << "there is nothing to tell";
+    EXPECT_FALSE(sync().get_sensitive()) << "there is nothing to tell";
     onAnotherThread([&] { addKesto(*KesDevice::HardwareControl::getInstance(), 2); });
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1", "10.0.0.2"));
     onAnotherThread([&] { EXPECT_TRUE(KesDevice::HardwareControl::getInstance()->getKestos().removeAt(0)); });

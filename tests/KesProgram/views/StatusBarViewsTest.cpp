@@ -22,8 +22,6 @@ using namespace KesTest;
 
 class StatusBarViewsTest : public GuiTest {
 protected:
-    static std::vector<Gtk::Label*> labels(Gtk::Widget& widget) { return findWidgets<Gtk::Label>(widget); }
-
     static int leftOf(Gtk::Widget& widget, Gtk::Widget& ancestor)
     {
         int x = -1, y = -1;
@@ -68,7 +66,7 @@ TEST_F(StatusBarViewsTest, ALongPathDoesNotMakeTheWindowWider)
 {
     KesProgram::StatusBarFileView view;
     show(view);
-    const auto all = labels(view);
+    const auto all = findWidgets<Gtk::Label>(view);
     EXPECT_FALSE(isSeen(*all[0]));
     const std::string path = "/home/" + std::string(400, 'x') + "/опыт.kar";
     view.setFileName(path);
