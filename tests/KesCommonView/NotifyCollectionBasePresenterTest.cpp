@@ -4,7 +4,6 @@
 #include <KesCommonView/UpdateView.h>
 
 #include <atomic>
-#include <memory>
 #include <thread>
 
 namespace {

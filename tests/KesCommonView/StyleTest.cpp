@@ -5,8 +5,6 @@
 #include <KesCommon/Log.h>
 #include <KesCommonView/Style.h>
 
-#include <filesystem>
-
 namespace {
 
 using KesTest::waitFor;

@@ -3,6 +3,7 @@
 #include "support/TemporaryHome.h"
 
 #include <KesCommon/DesktopOpener.h>
+#include <KesCommonView/AccessibleActions.h>
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesCommonView/HelpView.h>
 
@@ -89,6 +90,34 @@ TEST_F(WidgetsTest, aButtonThatEmptiesItsOwnContainerLivesUntilItsHandlersHaveEn
     button->clicked();
     EXPECT_EQ(seen, "the handler's own, and the next one");
     EXPECT_EQ(live.getCount(), before);
+}
+
+TEST_F(WidgetsTest, aButtonIsClickedFromTheMainLoop)
+{
+    Kes::AccessibleActions::comeFromMainLoop();
+    const auto perform = [](Gtk::Widget& widget) {
+        return atk_action_do_action(ATK_ACTION(gtk_widget_get_accessible(widget.gobj())), 0);
+    };
+    Gtk::Window window;
+    auto button = std::make_unique<Gtk::Button>("Save");
+    int clicks = 0;
+    button->signal_clicked().connect([&] { ++clicks; });
+    window.add(*button);
+    window.show_all();
+    EXPECT_TRUE(perform(*button));
+    EXPECT_EQ(clicks, 0);
+    KesTest::runPendingEvents();
+    EXPECT_EQ(clicks, 1);
+
+    EXPECT_TRUE(perform(*button));
+    button->set_sensitive(false);
+    EXPECT_FALSE(perform(*button));
+    KesTest::runPendingEvents();
+    button->set_sensitive(true);
+    EXPECT_TRUE(perform(*button));
+    button.reset();
+    KesTest::runPendingEvents();
+    EXPECT_EQ(clicks, 1) << "insensitive or gone meanwhile";
 }
 
 } // namespace

@@ -1,14 +1,14 @@
 #include "support/GuiTest.h"
+#include "support/LanguageScope.h"
 
+#include <KesCommonView/AboutView.h>
+#include <KesCommonView/AboutWindowActivatorPresenter.h>
 #include <KesCommonView/Window.h>
-#include <KesCommonView/WindowBasePresenter.h>
 #include <KesCommonView/WindowPlacement.h>
 #include <KesCommonView/WindowRectangleManager.h>
 #include <KesCommonView/WindowView.h>
 
 #include <cmath>
-#include <limits>
-#include <memory>
 #include <typeinfo>
 
 namespace {
@@ -59,8 +59,15 @@ TEST_F(WindowRectangleTest, rectangleSurvivesShowingMovingAndHiding)
     manager.setRectangle({300, 260, 640, 420});
     showAt({300, 260, 640, 420});
     EXPECT_TRUE(waitFor([&] { return window.get_width() == 640 && window.get_height() == 420; }));
+    runPendingEvents();
+    std::vector<RectangleF> told;
+    sigc::connection moved = window.signal_configure_event().connect(
+        [&](GdkEventConfigure*) { return told.push_back(manager.getRectangle()), false; }, false);
     window.move(10, 20);
+    EXPECT_TRUE(waitFor([&] { return !told.empty(); }));
+    moved.disconnect();
     showAt({10, 20, 640, 420});
+    EXPECT_EQ(told.at(0), (RectangleF{10, 20, 640, 420})) << "a window that is closed at once has its place";
     window.hide();
     runPendingEvents();
     EXPECT_EQ(manager.getRectangle(), (RectangleF{10, 20, 640, 420}));
@@ -166,30 +173,18 @@ TEST_F(WindowViewTest, everyWayOfClosingAnnouncesItOnce)
     }
 }
 
-class PresenterOfWindow : public Kes::WindowBasePresenter<> {
-public:
-    Kes::WindowView* window = nullptr;
-    LabelView content{"Content"};
-
-private:
-    std::unique_ptr<Kes::IWindowView> _createDefaultView() override
-    {
-        auto view = std::make_unique<Kes::WindowView>();
-        window = view.get();
-        return view;
-    }
-    void _onViewInited() override { _getView().setContent(content); }
-};
-
-TEST_F(WindowViewTest, presenterMayBeDestroyedWhenItsWindowHasBeenClosed)
+TEST_F(WindowViewTest, aboutKeepsTheTitleOfTheProgramsLanguageWhenItIsAskedForAgain)
 {
-    for (const bool byUser : {true, false}) {
-        auto presenter = std::make_unique<PresenterOfWindow>();
-        presenter->signalClosed.connect([&] { presenter.reset(); });
-        presenter->show(nullptr);
-        ASSERT_TRUE(waitFor([&] { return presenter->window->get_mapped(); }));
-        byUser ? static_cast<Gtk::Window*>(presenter->window)->close() : presenter->close();
-        EXPECT_TRUE(waitFor([&] { return presenter == nullptr; }));
+    const KesTest::LanguageScope russian(lng::Russian);
+    Kes::AboutView alone;
+    alone.setProgramName("Program");
+    EXPECT_EQ(alone.get_title(), "О программе");
+    Kes::AboutWindowActivatorPresenter about;
+    for (const char* version : {"1.0", "1.1"}) {
+        about.show(nullptr, "Program", version);
+        const auto* const window = dynamic_cast<Gtk::Window*>(about.getView());
+        ASSERT_NE(window, nullptr);
+        EXPECT_EQ(window->get_title(), "О программе");
     }
 }
 

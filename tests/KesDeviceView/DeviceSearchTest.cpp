@@ -1,7 +1,6 @@
 #include "SettingsWindowTest.h"
 
 #include <condition_variable>
-#include <deque>
 #include <mutex>
 
 namespace {
@@ -16,9 +15,9 @@ class FakeNetwork : public KesDriver::IKestoNetwork {
 public:
     void give(const FoundDevice& device)
     {
-        std::lock_guard lock(_mutex);
-        _found.push_back(device);
-        _changed.notify_all();
+        std::unique_lock lock(_mutex);
+        _changed.wait(lock, [this] { return _found != nullptr; });
+        (*_found)(device);
     }
     void give(const char* text, const char* owner = "") { give({address(text), {3, 17}, false, owner}); }
     void end(const Kes::Result& result)
@@ -32,19 +31,11 @@ public:
     Kes::Result find(const KesDriver::FoundListener& found, std::stop_token stop) override
     {
         std::unique_lock lock(_mutex);
-        for (;;) {
-            if (!_changed.wait(lock, stop, [&] { return !_found.empty() || _result; })) {
-                _wasStopped = true;
-                return true;
-            }
-            if (_found.empty())
-                return *std::exchange(_result, std::nullopt);
-            const auto device = _found.front();
-            _found.pop_front();
-            lock.unlock();
-            found(device);
-            lock.lock();
-        }
+        _found = &found;
+        _changed.notify_all();
+        _wasStopped = !_changed.wait(lock, stop, [this] { return _result.has_value(); });
+        _found = nullptr;
+        return std::exchange(_result, std::nullopt).value_or(true);
     }
     std::unique_ptr<KesDriver::IKestoLink> createLink(const KesDriver::NetAddress& at) override
     {
@@ -54,7 +45,7 @@ public:
 private:
     std::mutex _mutex;
     std::condition_variable_any _changed;
-    std::deque<FoundDevice> _found;
+    const KesDriver::FoundListener* _found = nullptr;
     std::optional<Kes::Result> _result;
     std::atomic<bool> _wasStopped = false;
     KesDriver::SimulatedNetwork _nothing;
@@ -71,10 +62,8 @@ protected:
 
     std::vector<std::string> getAddresses()
     {
-        std::vector<std::string> addresses;
-        for (const auto& text : getTexts())
-            if (KesDevice::Kesto::Address::parse(text))
-                addresses.push_back(text);
+        auto addresses = getTexts();
+        std::erase_if(addresses, [](const auto& text) { return !KesDevice::Kesto::Address::parse(text); });
         return addresses;
     }
 
@@ -96,6 +85,8 @@ TEST_F(DeviceSearchTest, DevicesAppearAsTheyAreFound)
     click("Add 10.0.0.20");
     EXPECT_THAT(getAddresses(), ElementsAre("10.0.0.20", "10.0.0.3", "10.0.0.20"));
     EXPECT_FALSE(named<Gtk::Button>("Add 10.0.0.20"));
+    EXPECT_TRUE(waitFor([this] { return reads("there is no device at this address"); }))
+        << "it has been asked";
     fake->end(true);
     EXPECT_TRUE(waitFor([this] { return reads("Found in the network:"); }));
 }

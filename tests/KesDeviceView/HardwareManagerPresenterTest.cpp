@@ -23,7 +23,12 @@ TEST_F(HardwareManagerPresenterTest, OkHandsOverWhatWasEdited)
     add("10.1.0.2");
     click("Move 10.1.0.2 up");
     named<Gtk::CheckButton>("Auxiliary supply of 10.1.0.1")->set_active(true);
-    named<Gtk::ComboBox>("Synchronisation mode")->set_active(5);
+    const auto chooseMode = [this](KesDevice::SyncModeKind kind) {
+        named<Gtk::ComboBox>("Synchronisation mode")->set_active(static_cast<int>(kind));
+        return reads("Devices in this mode cannot run sequences");
+    };
+    EXPECT_TRUE(chooseMode(KesDevice::SyncModeKind::PowerNetwork));
+    EXPECT_FALSE(chooseMode(KesDevice::SyncModeKind::GPS));
     auto& volts = *named<Gtk::Entry>("Auxiliary supply voltage of 10.1.0.1, V");
     volts.set_text("301");
     click("OK");
@@ -117,21 +122,6 @@ TEST_F(HardwareManagerPresenterTest, SaysThatThereIsNoThreadForItsWork)
     EXPECT_TRUE(waitFor([&] { return !reads(refusal); }));
 }
 
-TEST_F(HardwareManagerPresenterTest, SearchListsWhatIsInTheNetwork)
-{
-    const KesTest::BenchDevice other(2);
-    addHardware("10.0.7.1");
-    open();
-    click("Search");
-    EXPECT_TRUE(reads("Searching the network…"));
-    ASSERT_TRUE(waitFor([this] { return reads("Found in the network:"); }));
-    EXPECT_TRUE(reads("KESTO-3 No. 00001, simulated"));
-    EXPECT_FALSE(named<Gtk::Button>("Add 10.0.7.1"));
-    click("Add 10.0.7.2");
-    EXPECT_FALSE(named<Gtk::Button>("Add 10.0.7.2"));
-    EXPECT_TRUE(waitFor([this] { return count("KESTO-3 No. 00002, simulated") == 2; })) << "found, and asked";
-}
-
 TEST_F(HardwareManagerPresenterTest, IdentifiesWithoutHoldingUpTheWindow)
 {
     device->setAnswerDelay(std::chrono::milliseconds(50));
@@ -153,10 +143,15 @@ TEST_F(HardwareManagerPresenterTest, ADeviceInUseIsKnownFromTheConfiguration)
 {
     addHardware("10.0.7.1");
     open();
+    const auto isModal = [this] { return dynamic_cast<Gtk::Window*>(window)->get_modal(); };
+    EXPECT_TRUE(isModal());
     ASSERT_TRUE(hardware->prepare());
     click("Identify 10.0.7.1");
     EXPECT_TRUE(reads("KESTO-3 No. 00001, simulated"));
     EXPECT_TRUE(hardware->getKestos().getItems()[0]->isConnected());
+    ASSERT_TRUE(hardware->startWorkingMode());
+    open();
+    EXPECT_FALSE(isModal()) << "it stands between the operator and Stop";
 }
 
 TEST_F(HardwareManagerPresenterTest, DiesAndClosesSafelyWithQuestionsUnderWay)

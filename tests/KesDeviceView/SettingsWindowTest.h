@@ -5,11 +5,6 @@
 
 #include <KesDevice/view/HardwareManagerPresenter.h>
 
-#include <algorithm>
-#include <memory>
-#include <string>
-#include <vector>
-
 namespace KesTest {
 
 inline KesDevice::Kesto::Address address(const std::string& text)
@@ -72,10 +67,8 @@ protected:
     /// In how many places the user can read the text.
     std::size_t count(const std::string& text)
     {
-        const auto texts = getTexts();
-        return static_cast<std::size_t>(std::count_if(texts.begin(), texts.end(), [&](const auto& shown) {
-            return shown.find(text) != std::string::npos;
-        }));
+        return static_cast<std::size_t>(std::ranges::count_if(
+            getTexts(), [&](const auto& shown) { return shown.find(text) != std::string::npos; }));
     }
     bool reads(const std::string& text) { return count(text) > 0; }
     void addHardware(const char* text) { ASSERT_TRUE(hardware->addKesto(address(text))); }

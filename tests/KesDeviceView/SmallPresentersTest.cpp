@@ -21,9 +21,14 @@ TEST_F(SmallPresentersTest, TheSwitchTurnsUpdatesOnAndOff)
 {
     KesDevice::KestoStateUpdaterSwitchPresenter presenter;
     auto& check = dynamic_cast<Gtk::CheckButton&>(*presenter.getView());
+    // Faster than they can be carried out: the last wish counts.
+    std::atomic<int> changes{0};
+    const Kes::ScopedConnection counting = updater.signalUpdatingChanged.connect([&](bool) { ++changes; });
+    for (int i = 0; i < 2; ++i)
+        check.clicked();
+    EXPECT_TRUE(waitFor([&] { return changes == 2; })) << "on, and off again";
     check.clicked();
     EXPECT_TRUE(waitFor([this] { return updater.isUpdating(); }));
-    // Faster than they can be carried out: the last wish counts.
     for (int i = 0; i < 5; ++i)
         check.clicked();
     EXPECT_TRUE(waitFor([this] { return !updater.isUpdating(); }));

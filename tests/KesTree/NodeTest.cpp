@@ -11,7 +11,6 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <limits>
 
 namespace {
 
@@ -115,16 +114,6 @@ TEST_F(NodeTest, ChangesAreToldUpTheTreeAndOnlyWhenReal)
     EXPECT_THAT(heard, testing::ElementsAre("inner:is", "root:is", "root:other"));
 }
 
-TEST_F(NodeTest, ValidationSeesTheNewValueAndNamesTheNode)
-{
-    const auto node = current();
-    node->setValidation([](const Node::Value& value) {
-        return std::get<double>(value) == 13.0 ? Kes::Result::failure("unlucky") : Kes::Result(true);
-    });
-    EXPECT_EQ(message(node->setText("13")), "Setting current: unlucky");
-    EXPECT_TRUE(node->setText("12"));
-}
-
 TEST(NumberTextTest, ReadsBackEveryNumberItWrites)
 {
     for (const double value : {5e-324, 1.7976931348623157e308, -2.2250738585072014e-308, 1.0 / 3.0})
@@ -169,7 +158,11 @@ TEST_F(NodeTest, ATableIsWrittenInTheLanguageOfTheUserAndRefusedByItsPair)
     namespace Nodes = KesTree::RelayNodes;
     const auto relay = Nodes::overcurrentStage();
     auto& table = *relay->find(std::string(Nodes::OvercurrentStages[0]) + "/" + Nodes::StageTable);
-    EXPECT_FALSE(table.isUsed());
+    const auto& stage = *relay->find(Nodes::OvercurrentStages[0]);
+    EXPECT_TRUE(!table.isUsed() && stage.find(Nodes::StageMultiplier)->isUsed());
+    ASSERT_TRUE(stage.find(Nodes::StageCurve)->setValue(static_cast<long long>(Nodes::TableCurve)));
+    EXPECT_TRUE(table.isUsed() && !stage.find(Nodes::StageMultiplier)->isUsed());
+    EXPECT_TRUE(table.setText("2:5; 3:5")) << "the same time is not longer";
     for (const char* text : {"1.5:3.25;4:1", " 1,5 : 3,25 ; 4:1; "}) {
         ASSERT_TRUE(table.setText(text)) << text;
         EXPECT_EQ(table.getText(), "1.5:3.25; 4:1");

@@ -85,6 +85,8 @@ TEST(NodeXmlTest, ATreeFromBeforeThereWasAValueIsComplete)
     EXPECT_FALSE(tree->deserialize(written()));
     later.setIsLater();
     ASSERT_TRUE(later.setText("of another tree"));
+    ASSERT_TRUE(tree->deserialize(tree->serialize()));
+    EXPECT_EQ(later.getText(), "of another tree") << "what is written counts";
     const auto result = tree->deserialize(written());
     ASSERT_TRUE(result) << textOf(result);
     EXPECT_EQ(later.getText(), "at first");
@@ -140,20 +142,8 @@ TEST(NodeXmlTest, DamageIsRefusedAndChangesNothing)
         EXPECT_EQ(node->serialize(), before);
         EXPECT_EQ(changes, 0);
     }
-}
-
-TEST(NodeXmlTest, SurvivesTruncationAndFlippedBytes)
-{
-    const auto node = sample();
-    const auto full = node->serialize();
-    for (std::size_t length = 0; length < full.size() - 2; ++length)
-        EXPECT_FALSE(node->deserialize(full.substr(0, length))) << length;
-    for (std::size_t place = 0; place < full.size(); ++place) {
-        std::string damaged = full;
-        damaged[place] = static_cast<char>(damaged[place] ^ 0x15);
-        (void)node->deserialize(damaged);
-        EXPECT_TRUE(node->deserialize(full));
-    }
+    for (std::size_t length = 0; length < written().size() - 2; ++length)
+        EXPECT_FALSE(sample()->deserialize(written().substr(0, length))) << length;
 }
 
 TEST(NodeXmlTest, RulesBetweenValuesSeeAllNewValuesInPlace)

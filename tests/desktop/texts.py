@@ -95,8 +95,12 @@ TEST_PROGRAM = Table("TestProgram")
 
 
 def formProblems():
-    """Texts that take other values or have other lines in the other language, or are in the wrong one."""
+    """Texts that take other values or have other lines in the other language, are in the wrong one, or in Russian are
+    those of another English text of their table."""
+    seen = {}
     for key, (english, russian) in TEXTS.items():
+        if seen.setdefault((key.split(".")[0], russian), english) != english:
+            yield f"{key}: {russian!r} is also the Russian text of another one"
         shapes = [(re.findall(r"%[.\d]*\w+", text), text.count("\n")) for text in (english, russian)]
         # One English text begins with a Cyrillic letter, as old files have it.
         isEnglish = not re.search("[А-Яа-яё]{2}", english)

@@ -103,6 +103,21 @@ kill -0 $child || fail "it has ended under the user's hands"
 kill -TERM $child
 ended 0 3
 
+echo "SIGTERM that the user cancels: the next one asks as well"
+begin
+for time in first second; do
+    kill -TERM $child
+    until xdotool search --onlyvisible --name '^File manager$' >/dev/null 2>&1 || ! kill -0 $child; do sleep 0.1; done
+    sleep 0.5
+    xdotool key --clearmodifiers Escape
+    sleep 0.5
+    kill -0 $child || fail "the $time has closed what the user keeps open"
+done
+kill -TERM $child
+sleep 0.5
+kill -TERM $child
+ended 0 3
+
 echo "The end of the session"
 /usr/bin/python3 "$tests/session.py" >session &
 manager=$!

@@ -105,6 +105,12 @@ done
 for speed in 0.001 100000; do
     expect 0 "$overcurrent" --speed $speed --version
 done
+most=$(seq -s, -f 10.0.0.%g 32)
+expect 0 "$overcurrent" --devices "$most" --version
+for devices in "$most,10.0.0.33" 10.0.0.1,10.0.0.1 10.0.0; do
+    expect 2 "$overcurrent" --language en --devices "$devices" --version
+    holds err "is not the address of a device, is given twice, or is one too many."
+done
 expect 2 "$overcurrent" --no-such-option
 holds err "All options: --help"
 expect 2 "$overcurrent" one two

@@ -1,16 +1,8 @@
 #include "Archives.h"
 #include "support/TemporaryHome.h"
 
-#include <KesProgram/archive/ArchiveHelper.h>
-
-#include <gtest/gtest.h>
-
 #include <sys/resource.h>
 #include <sys/stat.h>
-
-#include <filesystem>
-#include <sstream>
-#include <string>
 
 namespace {
 

@@ -1,14 +1,7 @@
 #include "Archives.h"
 #include "support/TemporaryHome.h"
 
-#include <KesProgram/archive/ArchiveHelper.h>
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <filesystem>
-#include <sstream>
-#include <string>
 
 namespace {
 

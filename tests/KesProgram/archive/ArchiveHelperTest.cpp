@@ -1,14 +1,8 @@
 #include "Archives.h"
 
-#include <KesProgram/archive/ArchiveHelper.h>
-
-#include <gtest/gtest.h>
-
 #include <clocale>
 #include <fstream>
 #include <locale.h>
-#include <sstream>
-#include <string>
 
 namespace {
 

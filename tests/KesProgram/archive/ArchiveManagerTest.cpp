@@ -9,10 +9,6 @@
 
 #include <sys/stat.h>
 
-#include <filesystem>
-#include <iterator>
-#include <sstream>
-
 namespace {
 
 using namespace KesProgram;

@@ -4,13 +4,9 @@
 
 #include <KesProgram/archive/DataSnapshot.h>
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <fstream>
-#include <iostream>
 #include <random>
-#include <sstream>
 
 namespace {
 
@@ -49,8 +45,6 @@ TEST(DataSnapshot, OfAMebibyteIsTakenInTwoMilliseconds)
     }
     EXPECT_EQ(snapshot.pack(), bytes);
     const auto microseconds = std::chrono::duration_cast<std::chrono::microseconds>(shortest).count();
-    RecordProperty("microseconds", static_cast<int>(microseconds));
-    std::cout << "snapshot and comparison: " << microseconds << " us\n";
 #ifdef NDEBUG
     EXPECT_LT(microseconds, 2000);
 #endif

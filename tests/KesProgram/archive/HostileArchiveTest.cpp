@@ -1,15 +1,8 @@
 #include "Archives.h"
 
-#include <KesProgram/archive/ArchiveHelper.h>
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cerrno>
-#include <fstream>
 #include <random>
-#include <sstream>
-#include <string>
 #include <utility>
 
 namespace {
@@ -116,8 +109,8 @@ TEST(HostileArchive, EntriesOfOtherMethodsAreEmptyAndTheOthersWhole)
     }
 }
 
-/// A stream that counts what is read of it.
-class CountedBytes : public std::stringbuf {
+/// A stream that counts what is read of it, and leaves behind that an allocation has failed.
+class WatchedBytes : public std::stringbuf {
 public:
     using std::stringbuf::stringbuf;
 
@@ -128,6 +121,7 @@ protected:
     {
         const auto got = std::stringbuf::xsgetn(bytes, count);
         read += static_cast<std::size_t>(got);
+        errno = ENOMEM;
         return got;
     }
 };
@@ -150,7 +144,7 @@ TEST(HostileArchive, EntriesThatOverlapAreNotUnpackedAgainAndAgain)
                      number((count - 1 - i) * header, 4) + name;
     const auto end = "PK\5\6" + number(0, 4) + number(count, 2) + number(count, 2) +
                      number(directory.size(), 4) + number(entries.size(), 4) + number(0, 2);
-    CountedBytes bytes(ArchiveHelper::PREFIX + entries.substr(4) + directory + end);
+    WatchedBytes bytes(ArchiveHelper::PREFIX + entries.substr(4) + directory + end);
     std::istream in(&bytes);
     ArchiveHelper::DataMap data;
     (void)ArchiveHelper::unpackStreamToData(in, data, ArchiveHelper::PREFIX);
@@ -158,27 +152,13 @@ TEST(HostileArchive, EntriesThatOverlapAreNotUnpackedAgainAndAgain)
     EXPECT_LT(bytes.read, 30 * bytes.str().size());
 }
 
-/// A stream whose reading leaves behind that an allocation has failed.
-class FailedAllocations : public std::stringbuf {
-public:
-    using std::stringbuf::stringbuf;
-
-protected:
-    std::streamsize xsgetn(char* bytes, std::streamsize count) override
-    {
-        const auto read = std::stringbuf::xsgetn(bytes, count);
-        errno = ENOMEM;
-        return read;
-    }
-};
-
 TEST(HostileArchive, ANameThatCannotBeConvertedDoesNotEndTheProcessAfterAFailedAllocation)
 {
     // Long enough to be read just before the header behind it.
     const std::string first(200000, 'x');
     for (const auto* name : {"\xd0", "cut \xd0", "x\xe2\x82", "x\xf0\x90", "\xff"}) {
-        FailedAllocations bytes(ArchiveHelper::PREFIX + rawEntry(0, 0, "first", first) + "PK\3\4" +
-                                rawEntry(0, 0, name, ""));
+        WatchedBytes bytes(ArchiveHelper::PREFIX + rawEntry(0, 0, "first", first) + "PK\3\4" +
+                           rawEntry(0, 0, name, ""));
         std::istream in(&bytes);
         ArchiveHelper::DataMap data;
         EXPECT_TRUE(ArchiveHelper::unpackStreamToData(in, data, ArchiveHelper::PREFIX));
@@ -186,10 +166,15 @@ TEST(HostileArchive, ANameThatCannotBeConvertedDoesNotEndTheProcessAfterAFailedA
     }
 }
 
-TEST(HostileArchive, RecoveringLeavesOutWhatIsTooLong)
+TEST(HostileArchive, RecoveringLeavesOutWhatIsTooLongAndWhatIsTornWhereItHasTheWhole)
 {
     const auto bytes = Archives::pack({{"a", "text"}, {"b", std::string(2000, 'x')}, {"c", "end"}});
     EXPECT_EQ(Archives::recover(bytes, {1000, 5000}), (Contents{{"a", "text"}, {"c", "end"}}));
+    auto twice = Archives::pack({{"name 1", "whole"}, {"name 2", noise(300, 2)}});
+    for (std::size_t at = 0; (at = twice.find("name 2", at)) != std::string::npos;)
+        twice[at + 5] = '1';
+    twice[twice.rfind("PK\3\4") + 100] ^= 1;
+    EXPECT_EQ(Archives::recover(twice), (Contents{{"name 1", "whole"}}));
 }
 
 TEST(HostileArchive, RecoveringFindsEveryEntryButTheOneThatAFlippedByteHits)

@@ -8,17 +8,11 @@
 #include <KesDriver/EmbeddedNetwork.h>
 #include <KesProgram/model/AvaryMessage.h>
 
-#include <glibmm/fileutils.h>
-
-#include <atomic>
 #include <barrier>
-#include <stdexcept>
-#include <thread>
-
-namespace KesTest {
 
 namespace {
 
+using namespace KesTest;
 using testing::ElementsAre;
 
 class ProgramModelTest : public GuiTest {
@@ -209,4 +203,3 @@ TEST(AvaryMessageTest, NamesDeviceChannelAndKind)
 }
 
 } // namespace
-} // namespace KesTest

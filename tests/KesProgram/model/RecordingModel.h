@@ -4,7 +4,6 @@
 
 #include <KesProgram/model/ProgramModel.h>
 
-#include <atomic>
 #include <chrono>
 #include <functional>
 #include <thread>

@@ -5,47 +5,31 @@
 #include "support/NoThreads.h"
 #include "support/ScheduleBench.h"
 
-#include <atomic>
-#include <thread>
-#include <tuple>
-
-namespace KesTest {
 namespace {
 
+using namespace KesTest;
 using RunEnds = RunFaults;
 
-/// What the devices are told does not pass through the test body.
+/// What the devices are told does not pass through the test body. Without a thread for it the caller tells
+/// them.
 TEST_F(RunEnds, OutputsAreOffAtOnceWhateverTheTestBodyDoes)
 {
-    model.body = [](RecordingModel& self) {
-        self.bodyDoor.waitUntilOpenOr();
-        self._finish();
-    };
-    startAndRun();
-    model.switchOffAtOnce();
-    EXPECT_FALSE(model.isRunning());
-    EXPECT_TRUE(waitFor([this] { return !first.isPuttingOut(); }, 2s));
-    EXPECT_EQ(countFinishes(), 0U);
-    model.bodyDoor.open();
-    EXPECT_TRUE(waitForFinish());
-    EXPECT_EQ(model.count("onStop"), 1U);
-}
-
-TEST_F(RunEnds, WithoutAThreadForItTheCallerSwitchesTheOutputsOff)
-{
-    model.body = [](RecordingModel& self) {
-        self.bodyDoor.waitUntilOpenOr();
-        self._finish();
-    };
-    startAndRun();
-    {
-        const NoThreads noThreads;
+    model.body = {};
+    for (const bool hasThreads : {true, false}) {
+        model.take();
+        model.bodyDoor.close();
+        startAndRun();
+        auto noThreads = hasThreads ? nullptr : std::make_unique<NoThreads>();
         model.switchOffAtOnce();
+        noThreads.reset();
+        EXPECT_FALSE(model.isRunning());
+        EXPECT_TRUE(hasThreads || !(first.isPuttingOut() || first->isWorking()));
+        EXPECT_TRUE(waitFor([this] { return !first.isPuttingOut(); }, 2s));
+        EXPECT_EQ(countFinishes(), 0U);
+        model.bodyDoor.open();
+        EXPECT_TRUE(waitForFinish());
+        EXPECT_EQ(model.count("onStop"), 1U);
     }
-    EXPECT_FALSE(first.isPuttingOut() || first->isWorking());
-    EXPECT_EQ(model.count("onStop"), 1U);
-    model.bodyDoor.open();
-    EXPECT_TRUE(waitForFinish());
 }
 
 TEST_F(RunEnds, WhatIsBeingPreparedBecomesNoRunOnceAllIsToBeOff)
@@ -61,16 +45,20 @@ TEST_F(RunEnds, WhatIsBeingPreparedBecomesNoRunOnceAllIsToBeOff)
     startAndRun();
 }
 
+/// The devices are off before the test body has begun, or only afterwards.
 TEST_F(RunEnds, APowerOffAtTheMomentAtWhichTheRunBeginsStopsIt)
 {
-    Kes::ScopedConnection begun = model.signalRunningChanged.connect([&] {
-        begun.disconnect();
-        model.beginDisconnect();
-        const Kes::SignalGate::Release gate;
-        EXPECT_TRUE(comesTrue([this] { return !hardware().isOutputRunning(); }));
-    });
-    start();
-    EXPECT_TRUE(waitForFinish()) << "nothing stops the run";
+    for (const bool isLate : {false, true}) {
+        Kes::ScopedConnection begun = model.signalRunningChanged.connect([&] {
+            begun.disconnect();
+            first->setAnswerDelay(isLate ? 200ms : 0ms);
+            model.beginDisconnect();
+            const Kes::SignalGate::Release gate;
+            EXPECT_TRUE(isLate || comesTrue([this] { return !hardware().isOutputRunning(); }));
+        });
+        start();
+        EXPECT_TRUE(waitFor([&] { return countFinishes() == 1U + isLate; })) << "nothing stops the run";
+    }
 }
 
 TEST_F(RunEnds, APowerOffDuringARunDisconnectsAtItsEnd)
@@ -123,10 +111,7 @@ protected:
     {
         hardware().setIsStatusReported(true);
         model.prepareDoor.close();
-        model.body = [](RecordingModel& self) {
-            self.bodyDoor.waitUntilOpenOr();
-            self._finish();
-        };
+        model.body = {};
         model.onEntry = [this](const std::string& entry) {
             if (entry == "onFinishHardware")
                 reach(From::Finishing);
@@ -217,4 +202,3 @@ TEST_P(ThrowingEnds, LeaveTheOutputsOffAndTheProgramClosed)
 }
 
 } // namespace
-} // namespace KesTest

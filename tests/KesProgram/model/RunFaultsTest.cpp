@@ -3,11 +3,9 @@
 
 #include "RunFaults.h"
 
-namespace KesTest {
-
 namespace {
 
-using namespace std::chrono_literals;
+using namespace KesTest;
 using KesDevice::HardwareControl;
 using KesDevice::HardwareManager;
 using testing::ElementsAre;
@@ -15,34 +13,27 @@ using testing::HasSubstr;
 
 // Faults of devices while a run begins
 
-class FaultAtTheStart : public RunFaults {
-protected:
-    /// The fault comes when the first device is on and the second has not answered yet.
-    void expectOneTextWhen(const std::function<void()>& fail)
-    {
-        second.addTo(hardware());
-        second->setAnswerDelay(100ms);
-        start();
-        ASSERT_TRUE(waitFor([this] { return first->isWorking(); }));
-        fail();
-        EXPECT_TRUE(waitForFinish()) << "nothing stops the run";
-        first->clearFaults();
-        EXPECT_FALSE(hardware().isOutputRunning());
-        EXPECT_THAT(texts.take(), testing::SizeIs(1));
-    }
-};
+/// Of a device that is on, when the second one has not answered yet: it is lost, or has an overload.
+class FaultAtTheStart : public RunFaults, public testing::WithParamInterface<bool> {};
 
-TEST_F(FaultAtTheStart, ALostDeviceEndsTheRunWithOneText)
+INSTANTIATE_TEST_SUITE_P(Kinds, FaultAtTheStart, testing::Bool());
+
+TEST_P(FaultAtTheStart, EndsTheRunWithOneText)
 {
-    expectOneTextWhen([this] { first->simulateConnectionLoss(); });
+    second.addTo(hardware());
+    second->setAnswerDelay(100ms);
+    start();
+    ASSERT_TRUE(waitFor([this] { return first->isWorking(); }));
+    GetParam() ? first->simulateConnectionLoss() : first->simulateOverload(0);
+    EXPECT_TRUE(waitForFinish()) << "nothing stops the run";
+    first->clearFaults();
+    EXPECT_FALSE(hardware().isOutputRunning());
+    EXPECT_THAT(texts.take(), testing::SizeIs(1));
 }
 
-TEST_F(FaultAtTheStart, AnOverloadEndsTheRunWithOneText)
-{
-    expectOneTextWhen([this] { first->simulateOverload(0); });
-}
+using FaultInARun = RunFaults;
 
-TEST_F(FaultAtTheStart, AFaultBetweenThePreparationAndTheRunStopsTheRun)
+TEST_F(FaultInARun, AFaultBetweenThePreparationAndTheRunStopsTheRun)
 {
     model.prepareHardware = [this] {
         const bool isPrepared = model.prepareRealHardware();
@@ -57,7 +48,7 @@ TEST_F(FaultAtTheStart, AFaultBetweenThePreparationAndTheRunStopsTheRun)
     EXPECT_THAT(texts.take(), testing::SizeIs(1));
 }
 
-TEST_F(FaultAtTheStart, ALossBetweenTheTwoStepsOfThePreparationGivesOneText)
+TEST_F(FaultInARun, ALossBetweenTheTwoStepsOfThePreparationGivesOneText)
 {
     hardware().setIsStatusReported(true);
     Kes::ScopedConnection ended = hardware().signalStatusChanged.connect([&](const char* text) {
@@ -73,8 +64,6 @@ TEST_F(FaultAtTheStart, ALossBetweenTheTwoStepsOfThePreparationGivesOneText)
     EXPECT_THAT(texts.take(), ElementsAre(HasSubstr("10.0.7.1")));
 }
 
-using FaultInARun = RunFaults;
-
 TEST_F(FaultInARun, NonsenseStopsTheRunWithOneText)
 {
     startAndRun();
@@ -82,90 +71,66 @@ TEST_F(FaultInARun, NonsenseStopsTheRunWithOneText)
     EXPECT_TRUE(waitForFinish()) << "nothing stops the run";
     first->setNonsense(false);
     EXPECT_FALSE(first.isPuttingOut());
-    EXPECT_THAT(texts.take(), testing::ElementsAre(testing::HasSubstr("10.0.7.1")));
+    EXPECT_THAT(texts.take(), ElementsAre(HasSubstr("10.0.7.1")));
 }
 
-class SilenceAtTheStart : public RunFaults {
-protected:
-    SilenceAtTheStart() { first->setTimeout(200ms); }
+enum class Known { Connected, NeverHeardOf, BeforeItsIdentification };
 
-    void expectOneTextWithTheAddress()
-    {
-        ASSERT_TRUE(waitForFinish());
-        EXPECT_THAT(texts.take(), ElementsAre(HasSubstr(first.getAddress())));
-        EXPECT_TRUE(model.has("finished(false)"));
+class SilenceAtTheStart : public RunFaults, public testing::WithParamInterface<Known> {};
+
+INSTANTIATE_TEST_SUITE_P(OfADevice, SilenceAtTheStart,
+                         testing::Values(Known::Connected, Known::NeverHeardOf,
+                                         Known::BeforeItsIdentification));
+
+TEST_P(SilenceAtTheStart, GivesOneTextWithTheAddress)
+{
+    first->setTimeout(200ms);
+    if (GetParam() == Known::Connected) {
+        ASSERT_TRUE(hardware().prepare());
     }
-};
-
-TEST_F(SilenceAtTheStart, OfAConnectedDeviceGivesOneText)
-{
-    ASSERT_TRUE(hardware().prepare());
-    first->setSilent(true);
+    const bool isSilentLater = GetParam() == Known::BeforeItsIdentification;
+    first->setAnswerDelay(isSilentLater ? 50ms : 0ms);
+    first->setSilent(!isSilentLater);
     start();
-    expectOneTextWithTheAddress();
-}
-
-TEST_F(SilenceAtTheStart, OfADeviceNeverHeardOfGivesOneText)
-{
+    ASSERT_TRUE(waitFor([&] { return first.isReached() || !isSilentLater; }));
     first->setSilent(true);
-    start();
-    expectOneTextWithTheAddress();
-}
-
-TEST_F(SilenceAtTheStart, BeforeTheIdentificationGivesOneText)
-{
-    first->setAnswerDelay(50ms);
-    start();
-    ASSERT_TRUE(waitFor([this] { return first.isReached(); }));
-    first->setSilent(true);
-    expectOneTextWithTheAddress();
+    ASSERT_TRUE(waitForFinish());
+    EXPECT_THAT(texts.take(), ElementsAre(HasSubstr(first.getAddress())));
+    EXPECT_TRUE(model.has("finished(false)"));
 }
 
 // The GUI thread
 
-class GuiThreadKeepsTurning : public RunFaults {
-protected:
-    GuiThreadKeepsTurning() { first->setTimeout(1500ms); }
+enum class End { OfOutputs, OfARun, OfTheConfiguration, OfOneOfItsOwnInARun };
 
-    /// Until the silent device is off and nobody waits for it any more.
-    void expectTurns(const std::function<void()>& action)
-    {
-        const auto before = HardwareControl::share();
-        auto last = std::chrono::steady_clock::now();
-        std::chrono::steady_clock::duration longest{0};
-        action();
-        // Asked in each turn of the main loop.
-        EXPECT_TRUE(waitFor([&] {
-            const auto now = std::chrono::steady_clock::now();
-            longest = std::max(longest, now - std::exchange(last, now));
-            return !before->isBusy() && !first.isReached() && !first.isPuttingOut();
-        }));
-        // A wait for the device would take its time-out.
-        EXPECT_LT(longest, 1400ms);
-    }
-};
+class GuiThreadKeepsTurning : public RunFaults, public testing::WithParamInterface<End> {};
 
-TEST_F(GuiThreadKeepsTurning, WhenASilentRunningDeviceIsDisconnected)
+INSTANTIATE_TEST_SUITE_P(Ends, GuiThreadKeepsTurning,
+                         testing::Values(End::OfOutputs, End::OfARun, End::OfTheConfiguration,
+                                         End::OfOneOfItsOwnInARun));
+
+/// Until the silent device is off and nobody waits for it any more.
+TEST_P(GuiThreadKeepsTurning, WhenASilentDeviceIsGivenUp)
 {
-    switchOn();
+    first->setTimeout(1500ms);
+    model.isLocal = GetParam() == End::OfOneOfItsOwnInARun;
+    if (model.isLocal)
+        first.addTo(hardware());
+    model.isLocal || GetParam() == End::OfARun ? startAndRun() : switchOn();
     first->setSilent(true);
-    expectTurns([this] { model.beginDisconnect(); });
-}
-
-TEST_F(GuiThreadKeepsTurning, WhenARunWithASilentDeviceIsDisconnected)
-{
-    startAndRun();
-    first->setSilent(true);
-    expectTurns([this] { model.beginDisconnect(); });
-}
-
-TEST_F(GuiThreadKeepsTurning, WhenASilentRunningConfigurationIsReplaced)
-{
-    switchOn();
-    first->setSilent(true);
+    const auto before = HardwareControl::share();
+    auto last = std::chrono::steady_clock::now();
+    std::chrono::steady_clock::duration longest{0};
     auto next = HardwareManager::create();
-    expectTurns([&] { model.setHardware(next, true); });
+    GetParam() < End::OfTheConfiguration ? model.beginDisconnect() : model.setHardware(next, true);
+    // Asked in each turn of the main loop.
+    EXPECT_TRUE(waitFor([&] {
+        const auto now = std::chrono::steady_clock::now();
+        longest = std::max(longest, now - std::exchange(last, now));
+        return !before->isBusy() && !first.isReached() && !first.isPuttingOut();
+    }));
+    // A wait for the device would take its time-out.
+    EXPECT_LT(longest, 1400ms);
 }
 
 } // namespace
-} // namespace KesTest

@@ -8,10 +8,9 @@
 
 #include <KesDriver/KesAvary.h>
 
-#include <thread>
-
-namespace KesTest {
 namespace {
+
+using namespace KesTest;
 
 enum class Phase { Idle, Starting, Running, Stopped };
 enum class Event { Start, Stop, Disconnect, Fault, LostDevice, Close, Finish };
@@ -49,8 +48,33 @@ struct Row {
 
 class RunSequence : public GuiTest {
 protected:
-    void reach(Phase phase);
-    void reportFault(bool lost);
+    void reach(Phase phase)
+    {
+        model.init();
+        model._setCanProgramStart(true);
+        model.prepareDoor.close();
+        model.bodyDoor.close();
+        if (phase == Phase::Idle)
+            return;
+        ASSERT_TRUE(model.startTest());
+        ASSERT_TRUE(waitFor([this] { return model.has("onPrepareHardware"); }));
+        if (phase == Phase::Starting)
+            return;
+        model.prepareDoor.open();
+        ASSERT_TRUE(waitFor([this] { return model.has("state"); }));
+        if (phase == Phase::Stopped)
+            model.stopTest();
+    }
+    void reportFault(bool lost)
+    {
+        std::thread device([this, lost] {
+            KesDriver::KesAvary avary{3, 17, lost, false, {}};
+            if (!lost)
+                avary.channels.push_back({"IA", false, false, true});
+            model.getHardware()->signalAvary.emit(avary);
+        });
+        device.join();
+    }
 
     TemporaryHome home;
     RecordingModel model;
@@ -58,64 +82,33 @@ protected:
 
 class RunEvent : public RunSequence, public testing::WithParamInterface<Row> {
 protected:
-    void perform(Event event);
-};
-
-void RunSequence::reach(Phase phase)
-{
-    model.init();
-    model._setCanProgramStart(true);
-    model.prepareDoor.close();
-    model.bodyDoor.close();
-    if (phase == Phase::Idle)
-        return;
-    ASSERT_TRUE(model.startTest());
-    ASSERT_TRUE(waitFor([this] { return model.has("onPrepareHardware"); }));
-    if (phase == Phase::Starting)
-        return;
-    model.prepareDoor.open();
-    ASSERT_TRUE(waitFor([this] { return model.has("state"); }));
-    if (phase == Phase::Stopped)
-        model.stopTest();
-}
-
-void RunSequence::reportFault(bool lost)
-{
-    std::thread device([this, lost] {
-        KesDriver::KesAvary avary{3, 17, lost, false, {}};
-        if (!lost)
-            avary.channels.push_back({"IA", false, false, true});
-        model.getHardware()->signalAvary.emit(avary);
-    });
-    device.join();
-}
-
-void RunEvent::perform(Event event)
-{
-    switch (event) {
-    case Event::Start:
-        EXPECT_EQ(model.startTest(), GetParam().phase == Phase::Idle);
-        break;
-    case Event::Stop:
-        model.stopTest();
-        break;
-    case Event::Disconnect:
-        model.beginDisconnect();
-        break;
-    case Event::Fault:
-        reportFault(false);
-        break;
-    case Event::LostDevice:
-        reportFault(true);
-        break;
-    case Event::Close:
-        model.close();
-        break;
-    case Event::Finish:
-        GetParam().phase == Phase::Idle ? model._finish() : model.bodyDoor.open();
-        break;
+    void perform(Event event)
+    {
+        switch (event) {
+        case Event::Start:
+            EXPECT_EQ(model.startTest(), GetParam().phase == Phase::Idle);
+            break;
+        case Event::Stop:
+            model.stopTest();
+            break;
+        case Event::Disconnect:
+            model.beginDisconnect();
+            break;
+        case Event::Fault:
+            reportFault(false);
+            break;
+        case Event::LostDevice:
+            reportFault(true);
+            break;
+        case Event::Close:
+            model.close();
+            break;
+        case Event::Finish:
+            GetParam().phase == Phase::Idle ? model._finish() : model.bodyDoor.open();
+            break;
+        }
     }
-}
+};
 
 TEST_P(RunEvent, Row)
 {
@@ -199,4 +192,3 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 } // namespace
-} // namespace KesTest

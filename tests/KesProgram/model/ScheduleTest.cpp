@@ -7,7 +7,6 @@
 #include "support/ScheduleBench.h"
 #include "support/TemporaryHome.h"
 
-#include <KesDevice/HardwareControl.h>
 #include <KesDevice/KestoStateGlobalUpdater.h>
 #include <KesProgram/model/ProgramModel.h>
 
@@ -15,9 +14,9 @@
 #include <condition_variable>
 #include <stdexcept>
 
-namespace KesTest {
 namespace {
 
+using namespace KesTest;
 using namespace std::chrono_literals;
 using KesDevice::HardwareControl;
 using KesDevice::HardwareManager;
@@ -212,13 +211,11 @@ std::array<std::size_t, 4> countListeners()
             control->signalStatusChanged.size(), control->signalAvary.size()};
 }
 
-class ModelSchedules : public GuiTest {
-protected:
-    TemporaryHome home;
-};
+class ModelSchedules : public GuiTest {};
 
 TEST_F(ModelSchedules, FinishEveryStartOnceAndEndWithAllOutputsOff)
 {
+    const TemporaryHome home;
     const auto listeners = countListeners();
     runSchedules(scheduleCount, [](unsigned seed) {
         ModelSchedule schedule(seed);
@@ -229,4 +226,3 @@ TEST_F(ModelSchedules, FinishEveryStartOnceAndEndWithAllOutputsOff)
 }
 
 } // namespace
-} // namespace KesTest

@@ -1,17 +1,10 @@
 #include "ShellTest.h"
 
 #include <KesCommonView/DialogPresenter.h>
-#include <KesProgram/archive/ArchiveManagerPresenter.h>
-
-#include <glibmm/exceptionhandler.h>
-
-#include <filesystem>
-#include <stdexcept>
-
-namespace KesTest {
 
 namespace {
 
+using namespace KesTest;
 using Kes::DialogResult;
 using testing::ElementsAre;
 
@@ -38,9 +31,10 @@ protected:
         open();
     }
 
-    /// Leaves behind the slot that waits for the end of a run.
-    void stopARunThenCancel()
+    /// Starts a second run, with the slot left behind that waits for the end of a run.
+    void startAgainAfterACancel()
     {
+        openWithArchive();
         model.stopsLater = true;
         model.startRun();
         dialogs.answer(DialogResult::Yes);
@@ -54,6 +48,7 @@ protected:
         model.stopsLater = false;
         dialogs.clear();
         record.take();
+        model.startRun();
     }
 
     bool isOpen() { return !record.has("model closing") && !record.has("fill config") && isWindowSeen(); }
@@ -167,9 +162,7 @@ TEST_P(ClosingTest, RunThatEndsUnderTheQuestionNeedsNoStop)
 /// The slot that an earlier request has left in place sees the stop as well as the request itself does.
 TEST_P(ClosingTest, SecondRequestWithTheSlotInPlaceAsksOnce)
 {
-    openWithArchive();
-    stopARunThenCancel();
-    model.startRun();
+    startAgainAfterACancel();
     dialogs.answer(DialogResult::Yes);
     dialogs.answer(DialogResult::Cancel, [this] { closeAgainAndAgain(); });
     close();
@@ -184,9 +177,7 @@ TEST_P(ClosingTest, SecondRequestWithTheSlotInPlaceAsksOnce)
 /// A stop by the user, on the GUI thread, inside an emission: the archive question must not hold the gate.
 TEST_P(ClosingTest, QuestionInsideAnEmissionLeavesOtherThreadsFree)
 {
-    openWithArchive();
-    stopARunThenCancel();
-    model.startRun();
+    startAgainAfterACancel();
     dialogs.answer(DialogResult::Yes, [this] { onAnotherThread([this] { model._setState("still here"); }); });
     dialogs.answerFile("");
     model.stopTest();
@@ -197,9 +188,7 @@ TEST_P(ClosingTest, QuestionInsideAnEmissionLeavesOtherThreadsFree)
 /// The same stop, when the configuration cannot be written: the user is told, and it is not left half done.
 TEST_P(ClosingTest, FailureInsideAnEmissionLeavesTheStopAlone)
 {
-    openWithArchive();
-    stopARunThenCancel();
-    model.startRun();
+    startAgainAfterACancel();
     writeFile(std::filesystem::path(shell._getXmlConfigFullPath()).parent_path(), "");
     dialogs.answer(DialogResult::No);
     dialogs.answer(DialogResult::Ok);
@@ -312,5 +301,3 @@ TEST_F(ShellTest, WindowThatWasNeverShownCloses)
 }
 
 } // namespace
-
-} // namespace KesTest

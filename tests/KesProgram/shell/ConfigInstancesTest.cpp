@@ -6,13 +6,9 @@
 #include <KesProgram/archive/FileRecentManager.h>
 #include <KesProgram/shell/ConfigurationError.h>
 
-#include <chrono>
-#include <filesystem>
-
-namespace KesTest {
-
 namespace {
 
+using namespace KesTest;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -141,23 +137,16 @@ TEST_F(ConfigInstancesTest, WhatTheStartWouldNotReadIsNotMergedEither)
 TEST_F(ConfigInstancesTest, AFailureTellsFileAndReasonInWordsForAUser)
 {
     const std::string config = path();
-    const auto failure = [] {
-        Instance instance;
-        try {
-            instance.shell._saveXmlConfig();
-        } catch (const KesProgram::ConfigurationError& error) {
-            return std::string(error.what());
-        }
-        return std::string("nothing");
-    };
+    const auto save = [] { Instance().shell._saveXmlConfig(); };
+    using KesProgram::ConfigurationError;
     std::filesystem::create_directories(config);
-    EXPECT_THAT(failure(),
-                AllOf(HasSubstr("Reason: there is a folder of this name\n"), HasSubstr("Path:\n" + config)));
+    EXPECT_THAT(save,
+                testing::ThrowsMessage<ConfigurationError>(AllOf(
+                    HasSubstr("Reason: there is a folder of this name\n"), HasSubstr("Path:\n" + config))));
     std::filesystem::remove(config);
     std::filesystem::create_symlink("/dev/full", config);
-    EXPECT_THAT(failure(), AllOf(HasSubstr("Reason: the disk is full\n"), Not(HasSubstr("rror"))));
+    EXPECT_THAT(save, testing::ThrowsMessage<ConfigurationError>(
+                          AllOf(HasSubstr("Reason: the disk is full\n"), Not(HasSubstr("rror")))));
 }
 
 } // namespace
-
-} // namespace KesTest

@@ -6,9 +6,9 @@
 #include <KesProgram/shell/FileToolbarPresenter.h>
 #include <KesProgram/shell/HardwareControlToolbarPresenter.h>
 
-namespace KesTest {
-
 namespace {
+
+using namespace KesTest;
 
 class MenuTest : public ShellTest {
 protected:
@@ -122,5 +122,3 @@ TEST_F(MenuTest, PresentersMayDieWithUpdatesQueued)
 }
 
 } // namespace
-
-} // namespace KesTest

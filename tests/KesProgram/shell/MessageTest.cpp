@@ -3,12 +3,9 @@
 #include <KesCommon/SignalGate.h>
 #include <KesCommonView/UpdateView.h>
 
-#include <atomic>
-
-namespace KesTest {
-
 namespace {
 
+using namespace KesTest;
 using Kes::DialogResult;
 using testing::ElementsAre;
 
@@ -134,5 +131,3 @@ TEST_F(MessageTest, AWindowThatDoesNotAnswerEndsTheTestAndSaysSo)
 }
 
 } // namespace
-
-} // namespace KesTest

@@ -4,15 +4,13 @@
 
 #include <KesCommon/Directories.h>
 #include <KesProgram/archive/ArchiveManager.h>
+#include <KesProgram/shell/UnattendedRun.h>
 
 #include <ctime>
-#include <filesystem>
-#include <limits>
-
-namespace KesTest {
 
 namespace {
 
+using namespace KesTest;
 using Kes::DialogResult;
 using KesProgram::RecoveryStore;
 using testing::AllOf;
@@ -78,17 +76,21 @@ TEST_F(RecoveryTest, NobodyIsAskedDuringATest)
     EXPECT_THAT(lost(), ElementsAre("lost"));
 }
 
-TEST_F(RecoveryTest, TheQuestionTellsFileTimeAndContentsAndTheNextOneThrowsAway)
+TEST_F(RecoveryTest, TheQuestionTellsFileTimeAndContentsAndTheNextOneThrowsAwayOrKeeps)
 {
     const std::string path = home.file("old.abc");
     writeFile(path, "former");
     leave("lost", path, 1700000000);
-    openAndAnswer({DialogResult::No, DialogResult::Yes});
+    leave("kept", "", 1);
+    openAndAnswer({DialogResult::No, DialogResult::Yes, DialogResult::No, DialogResult::No});
     const auto texts = dialogs.getTexts();
-    EXPECT_THAT(texts.front(), AllOf(HasSubstr("File: " + path + "\nTime: 2023-11-1"),
-                                     HasSubstr("Contents: 8 results, not saved")));
-    EXPECT_THAT(texts.back(), AllOf(HasSubstr("kept until 2023-12-1"), HasSubstr(path)));
-    EXPECT_THAT(lost(), IsEmpty()) << "thrown away";
+    EXPECT_THAT(texts.at(0), AllOf(HasSubstr("File: " + path + "\nTime: 2023-11-1"),
+                                   HasSubstr("Contents: 8 results, not saved")));
+    EXPECT_THAT(texts.at(1), AllOf(HasSubstr("kept until 2023-12-1"), HasSubstr(path)));
+    EXPECT_THAT(texts.at(2), HasSubstr("File: [New].abc"));
+    EXPECT_THAT(lost(), ElementsAre("kept"));
+    close(DialogResult::No);
+    EXPECT_THAT(lost(), ElementsAre("kept"));
 }
 
 TEST_F(RecoveryTest, ARestoredDocumentIsChangedAndItsCopyStaysUntilItIsSaved)
@@ -127,31 +129,6 @@ TEST_F(RecoveryTest, ARestoredDocumentDoesNotReplaceANewerFileUnasked)
     EXPECT_EQ(readFile(path), "lost");
     shell.saveArchive();
     EXPECT_EQ(dialogs.getMessages().size(), 3U) << "it is its own now";
-}
-
-TEST_F(RecoveryTest, AFileThatTheKilledInstanceHasBrokenItselfIsReplacedUnasked)
-{
-    const std::string path = home.file("old.abc");
-    writeFile(path, "brok");
-    {
-        RecoveryStore store(folder);
-        const auto time = std::time(nullptr) - 10;
-        ASSERT_TRUE(store.write(RecoveryStore::Kind::Work, {"Shell test", path, "", time, "lost"}));
-        ASSERT_TRUE(store.write(RecoveryStore::Kind::Former, {"Shell test", path, "", time, "former"}));
-    }
-    openAndAnswer({DialogResult::Yes});
-    shell.saveArchive();
-    EXPECT_EQ(readFile(path), "lost");
-}
-
-TEST_F(RecoveryTest, WorkThatIsNotWantedNowIsKept)
-{
-    leave("lost", "", 1);
-    openAndAnswer({DialogResult::No, DialogResult::No});
-    EXPECT_THAT(dialogs.getTexts().front(), HasSubstr("File: [New].abc"));
-    EXPECT_THAT(lost(), ElementsAre("lost"));
-    close(DialogResult::No);
-    EXPECT_THAT(lost(), ElementsAre("lost"));
 }
 
 TEST_F(RecoveryTest, ATimeThatNoCalendarHasKeepsNoWorkFromItsUser)
@@ -193,9 +170,11 @@ TEST_F(RecoveryTest, AUserWhoComesLaterHasTheLastWord)
 {
     shell.setAttendance(Attendance::Later);
     openAndAnswer({});
+    KesProgram::UnattendedRun run({}, model, shell, {});
+    run.begin();
+    EXPECT_TRUE(waitFor([&] { return run.isDone(); }));
     model.data = "measured";
     EXPECT_FALSE(model.getArchiveManager()->saveAs(home.file("nowhere/a.abc")));
-    shell.setAttendance(Attendance::User);
     close(DialogResult::No);
     EXPECT_THAT(lostAfterwards(), IsEmpty());
 }
@@ -210,5 +189,3 @@ TEST_F(RecoveryTest, ACloseThatNobodyAnswersKeepsTheWork)
 }
 
 } // namespace
-
-} // namespace KesTest

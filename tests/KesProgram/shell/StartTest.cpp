@@ -2,15 +2,12 @@
 
 #include <KesProgram/archive/ArchiveManagerPresenter.h>
 
-namespace KesTest {
-
 namespace {
 
+using namespace KesTest;
 using testing::ElementsAre;
 
-class StartTest : public ShellTest {};
-
-TEST_F(StartTest, EverythingHappensInOrder)
+TEST_F(ShellTest, EverythingHappensInOrderAndASecondOpenOnlyShowsTheWindow)
 {
     model.extension = "abc";
     EXPECT_EQ(shell.getView(), nullptr);
@@ -43,11 +40,6 @@ TEST_F(StartTest, EverythingHappensInOrder)
     EXPECT_THAT(dialogs.getTexts(), ElementsAre("early"));
     EXPECT_EQ(dialogs.getMessages()[0].parent, shell.getView());
     shell.onHook = {};
-}
-
-TEST_F(StartTest, SecondOpenOnlyShowsTheWindow)
-{
-    open();
     shell.getWindow().hide();
     shell.open(nullptr);
     EXPECT_THAT(record.take(), ElementsAre("eval open", "opened"));
@@ -56,5 +48,3 @@ TEST_F(StartTest, SecondOpenOnlyShowsTheWindow)
 }
 
 } // namespace
-
-} // namespace KesTest

@@ -3,15 +3,11 @@
 
 #include "ShellTest.h"
 
-#include <KesCommonView/DialogBackend.h>
-
 #include <glibmm/exceptionhandler.h>
 
-#include <tuple>
-
-namespace KesTest {
 namespace {
 
+using namespace KesTest;
 using Kes::DialogResult;
 
 /// A user who wants the program to end, and nothing to be saved.
@@ -111,4 +107,3 @@ TEST_P(ThrowingClosing, LeavesAWindowThatCanBeClosedOrNone)
 }
 
 } // namespace
-} // namespace KesTest

@@ -1,16 +1,10 @@
 #include "ShellTest.h"
 
-#include <KesCommonView/UnattendedDialogs.h>
 #include <KesProgram/shell/UnattendedRun.h>
-
-#include <atomic>
-#include <filesystem>
-#include <tuple>
-
-namespace KesTest {
 
 namespace {
 
+using namespace KesTest;
 using KesProgram::RunVerdict;
 using KesProgram::UnattendedRun;
 
@@ -22,13 +16,8 @@ struct Step {
     bool isReported;
 };
 
-class UnattendedRunTest : public GuiTest, public testing::WithParamInterface<std::tuple<Step, RunVerdict>> {
+class UnattendedRunTest : public ShellTest, public testing::WithParamInterface<std::tuple<Step, RunVerdict>> {
 protected:
-    TemporaryHome home;
-    Record record;
-    ShellModel model{record};
-    ShellPresenter shell{model, record};
-    bool isClosed = false;
     /// The test body has nothing to wait for.
     Kes::ScopedConnection running = model.signalRunningChanged.connect([this] { model.endRun(); });
 };
@@ -58,7 +47,6 @@ TEST_P(UnattendedRunTest, EndsWithAStatusWhateverFails)
     line.report = home.file("kept.html");
     model.extension = "abc";
     model._setCanProgramStart(true);
-    shell.signalClosed.connect([this] { isClosed = true; });
     shell.open(nullptr);
     record.throwing = step.name;
     model.verdict = verdict;
@@ -77,27 +65,30 @@ TEST_P(UnattendedRunTest, EndsWithAStatusWhateverFails)
     EXPECT_EQ(std::filesystem::exists(line.report), step.isReported);
 }
 
-TEST_F(ShellTest, NothingIsPutOutForFilesThatNobodyCanWrite)
+TEST_F(ShellTest, NothingIsPutOutForFilesThatNobodyCanWriteAndAPictureOfNothingIsAFailure)
 {
-    KesProgram::CommandLine results;
-    results.run = true;
+    KesProgram::CommandLine results, report, picture;
+    results.run = report.run = true;
     results.results = home.file("r.json");
-    auto report = results;
-    report.results.clear();
     report.report = home.file("r.html");
+    picture.screenshot = home.file("window.png");
     model.writesReports = false;
     model._setCanProgramStart(true);
     open();
+    shell.getWindow().hide();
     std::atomic<bool> isStarted{false};
     const Kes::ScopedConnection running =
         model.signalRunningChanged.connect([&isStarted] { isStarted = true; });
-    for (const auto& line : {results, report}) {
+    for (const auto& [line, status] : {std::pair(results, UnattendedRun::NotStarted),
+                                       {report, UnattendedRun::NotStarted},
+                                       {picture, UnattendedRun::Failure}}) {
         UnattendedRun run(line, model, shell, {});
         run.begin();
         EXPECT_TRUE(waitFor([&run] { return run.isDone(); }));
-        EXPECT_EQ(run.getStatus(), UnattendedRun::NotStarted);
+        EXPECT_EQ(run.getStatus(), status);
         EXPECT_FALSE(isStarted);
     }
+    shell.getWindow().show();
 }
 
 /// As by a second signal, before the test has come to its end.
@@ -118,19 +109,4 @@ TEST_F(ShellTest, AForcedEndOfATestIsNoSuccess)
         << "not even begun";
 }
 
-TEST_F(ShellTest, AWindowThatIsNotDrawnIsAFailureAndNoStandstill)
-{
-    KesProgram::CommandLine line;
-    line.screenshot = home.file("window.png");
-    open();
-    shell.getWindow().hide();
-    UnattendedRun run(line, model, shell, {});
-    run.begin();
-    EXPECT_TRUE(waitFor([&run] { return run.isDone(); }));
-    EXPECT_EQ(run.getStatus(), UnattendedRun::Failure);
-    shell.getWindow().show();
-}
-
 } // namespace
-
-} // namespace KesTest

@@ -3,13 +3,9 @@
 #include <KesCommon/DesktopOpener.h>
 #include <KesProgram/shell/ToolsToolbarPresenter.h>
 
-#include <gtkmm/toolbar.h>
-#include <gtkmm/toolbutton.h>
-
-namespace KesTest {
-
 namespace {
 
+using namespace KesTest;
 using Kes::DialogResult;
 using testing::ElementsAre;
 
@@ -113,5 +109,3 @@ TEST_F(WindowsTest, ProgramThatClosesTakesItsWindowsAlong)
 }
 
 } // namespace
-
-} // namespace KesTest

@@ -2,12 +2,11 @@
 
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesProgram/statusbar/StatusBarFilePresenter.h>
-#include <KesProgram/statusbar/StatusBarHardwareKestoStatePresenter.h>
 #include <KesProgram/statusbar/StatusBarInfoPresenter.h>
 
-namespace KesTest {
-
 namespace {
+
+using namespace KesTest;
 
 class AreasTest : public StatusBarTest {};
 
@@ -50,41 +49,4 @@ TEST_F(AreasTest, FileAreaNamesTheFileOrThatItIsNew)
     EXPECT_EQ(shown(area), "File: " + home.file("a.abc"));
 }
 
-TEST_F(AreasTest, StateOfADeviceHasThreeVerdicts)
-{
-    using State = Kes::Nullable<std::string>;
-    const KesDevice::Kesto::Address address({192, 168, 0, 17});
-    const auto owned =
-        KesDevice::Kesto::create(address, KesDevice::HardwareControl::getNetwork()->createLink(address));
-    auto& kesto = *owned;
-    KesProgram::StatusBarHardwareKestoStatePresenter presenter(kesto);
-    auto& label = dynamic_cast<Gtk::Label&>(*presenter.getView());
-    EXPECT_EQ(label.get_text(), "192.168.0.17");
-    const auto style = label.get_style_context();
-    /// The tooltip, and whether the state is an error or undefined.
-    const auto shown = [&] {
-        return std::tuple<std::string, bool, bool>(label.get_tooltip_text(), style->has_class("stateError"),
-                                                   style->has_class("stateUndefined"));
-    };
-    const std::tuple unknown("", false, true);
-    const std::tuple valid("Ready for operation", false, false);
-    const std::tuple invalid("No cooling", true, false);
-    EXPECT_EQ(shown(), unknown);
-    for (const auto& row :
-         {std::pair(State("No cooling"), invalid), {State(""), valid}, {State(), unknown}}) {
-        const auto before = shown();
-        std::thread([&] { kesto.signalOperationErrorChanged.emit(row.first); }).join();
-        EXPECT_EQ(shown(), before) << "the widget was touched on the device's thread";
-        EXPECT_TRUE(waitFor([&] { return shown() == row.second; }));
-    }
-    // At once on the GUI thread, and not overtaken by what is still queued.
-    std::thread([&] { kesto.signalOperationErrorChanged.emit(State()); }).join();
-    kesto.signalOperationErrorChanged.emit(State(""));
-    EXPECT_EQ(shown(), valid);
-    runPendingEvents();
-    EXPECT_EQ(shown(), valid);
-}
-
 } // namespace
-
-} // namespace KesTest

@@ -5,13 +5,9 @@
 #include <KesProgram/views/StatusBarHardwareKestoStateView.h>
 #include <KesProgram/views/StatusBarSyncView.h>
 
-#include <algorithm>
-#include <set>
-
-namespace KesTest {
-
 namespace {
 
+using namespace KesTest;
 using testing::ElementsAre;
 
 class HardwareAreaTest : public StatusBarTest {
@@ -49,16 +45,11 @@ protected:
         return icon && icon->get_mapped();
     }
 
-    std::string syncName()
+    KesProgram::StatusBarSyncView& sync()
     {
-        auto& button = *findWidgets<KesProgram::StatusBarSyncView>(view()).at(0);
-        return findWidgets<Gtk::Label>(button).back()->get_text();
+        return *findWidgets<KesProgram::StatusBarSyncView>(view()).at(0);
     }
-
-    bool isSyncExplained()
-    {
-        return findWidgets<KesProgram::StatusBarSyncView>(view()).at(0)->get_sensitive();
-    }
+    std::string syncName() { return findWidgets<Gtk::Label>(sync()).back()->get_text(); }
 
     /// What the row with the focus is called, and whether all of it can be seen.
     std::pair<std::string, bool> focused()
@@ -86,12 +77,12 @@ TEST_F(HardwareAreaTest, FollowsTheConfigurationAndItsDevices)
     setHardware(std::move(next));
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1", "10.0.0.2"));
     EXPECT_EQ(syncName(), KesDevice::SyncMode::get(KesDevice::SyncModeKind::GPS).getShortName());
-    EXPECT_TRUE(isSyncExplained());
+    EXPECT_TRUE(sync().get_sensitive());
     // On another thread the change is complete before the old configuration dies with its devices.
     onAnotherThread([&] { setHardware(makeHardware(1)); });
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1"));
     EXPECT_EQ(syncName(), KesDevice::SyncMode::get(KesDevice::SyncModeKind::None).getShortName());
-    EXPECT_FALSE(isSyncExplained()) << "there is nothing to tell";
+    EXPECT_FALSE(sync().get_sensitive()) << "there is nothing to tell";
     onAnotherThread([&] { addKesto(*KesDevice::HardwareControl::getInstance(), 2); });
     EXPECT_THAT(addresses(), ElementsAre("10.0.0.1", "10.0.0.2"));
     onAnotherThread([&] { EXPECT_TRUE(KesDevice::HardwareControl::getInstance()->getKestos().removeAt(0)); });
@@ -137,35 +128,59 @@ TEST_F(HardwareAreaTest, ManyRowsScrollAndEachIsReachedByKeyboard)
     for (int number = 1; number <= 20; ++number) {
         window.child_focus(Gtk::DIR_TAB_FORWARD);
         const std::string name = "KESTO, 10.0.0." + std::to_string(number) + ", State unknown";
-        EXPECT_TRUE(waitFor([&] { return focused() == std::pair(name, true); })) << name;
+        ASSERT_TRUE(waitFor([&] { return focused() == std::pair(name, true); })) << name;
     }
 }
 
-TEST_F(HardwareAreaTest, ARowSaysItsStateInWords)
+TEST_F(HardwareAreaTest, ARowSaysItsStateInWordsAndByItsStyle)
 {
     const struct {
         lng::Language language;
         Kes::Nullable<std::string> state;
         const char* name;
         const char* remark;
+        const char* tooltip;
+        const char* style;
     } cases[] = {
-        {lng::English, {}, "KESTO, 10.0.0.1, State unknown", "State unknown"},
-        {lng::English, std::string("No cooling"), "KESTO, 10.0.0.1, No cooling", "No cooling"},
-        {lng::English, std::string(), "KESTO, 10.0.0.1, Ready for operation", ""},
-        {lng::Russian, {}, "КЕСТО, 10.0.0.1, Состояние неизвестно", "Состояние неизвестно"},
-        {lng::Russian, std::string("Нет охлаждения"), "КЕСТО, 10.0.0.1, Нет охлаждения", "Нет охлаждения"},
-        {lng::Russian, std::string(), "КЕСТО, 10.0.0.1, Готово к работе", ""}};
+        {lng::English, {}, "KESTO, 10.0.0.1, State unknown", "State unknown", "", "stateUndefined"},
+        {lng::English, std::string("No cooling"), "KESTO, 10.0.0.1, No cooling", "No cooling", "No cooling",
+         "stateError"},
+        {lng::English, std::string(), "KESTO, 10.0.0.1, Ready for operation", "", "Ready for operation", ""},
+        {lng::Russian,
+         {},
+         "КЕСТО, 10.0.0.1, Состояние неизвестно",
+         "Состояние неизвестно",
+         "",
+         "stateUndefined"},
+        {lng::Russian, std::string(), "КЕСТО, 10.0.0.1, Готово к работе", "", "Готово к работе", ""}};
     for (const auto& expected : cases) {
         lng::language = expected.language;
         area.reset();
         setHardware(makeHardware(1));
         show();
-        (*KesDevice::HardwareControl::getInstance()->getKestos().lease().begin())
-            ->signalOperationErrorChanged.emit(expected.state);
-        EXPECT_EQ(findByClass(view(), "deviceRow")->get_accessible()->get_name(), expected.name);
+        auto& row = *findByClass(view(), "deviceRow");
         auto& remark = dynamic_cast<Gtk::Label&>(*findByClass(view(), "deviceRemark"));
-        EXPECT_EQ(remark.get_text(), expected.remark);
+        auto& state = *findWidgets<KesProgram::StatusBarHardwareKestoStateView>(view()).at(0);
+        const auto shown = [&] {
+            const auto style = state.get_style_context();
+            return std::vector<std::string>{row.get_accessible()->get_name(), remark.get_text(),
+                                            state.get_tooltip_text(),
+                                            std::string(style->has_class("stateError") ? "stateError" : "") +
+                                                (style->has_class("stateUndefined") ? "stateUndefined" : "")};
+        };
+        auto& signal = (*KesDevice::HardwareControl::getInstance()->getKestos().lease().begin())
+                           ->signalOperationErrorChanged;
+        const auto before = shown();
+        std::thread([&] { signal.emit(expected.state); }).join();
+        EXPECT_EQ(shown(), before) << "the widgets were touched on the device's thread";
+        const std::vector<std::string> then{expected.name, expected.remark, expected.tooltip, expected.style};
+        EXPECT_TRUE(waitFor([&] { return shown() == then; })) << expected.name;
         EXPECT_EQ(isSeen(remark), *expected.remark != 0) << expected.name;
+        // At once on the GUI thread, and not overtaken by what is still queued.
+        std::thread([&] { signal.emit({}); }).join();
+        signal.emit(expected.state);
+        runPendingEvents();
+        EXPECT_EQ(shown(), then);
     }
 }
 
@@ -238,5 +253,3 @@ TEST_F(HardwareAreaTest, SurvivesChangesFromAllSides)
 }
 
 } // namespace
-
-} // namespace KesTest

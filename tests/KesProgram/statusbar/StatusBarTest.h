@@ -4,16 +4,10 @@
 #include "support/GuiTest.h"
 #include "support/TemporaryHome.h"
 
-#include <KesDevice/HardwareControl.h>
 #include <KesProgram/model/ProgramModel.h>
 
 #include <atomic>
-#include <functional>
-#include <memory>
-#include <sstream>
-#include <string>
 #include <thread>
-#include <vector>
 
 namespace KesTest {
 

@@ -3,11 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <locale>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace {
 

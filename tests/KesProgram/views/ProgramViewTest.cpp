@@ -7,8 +7,6 @@
 #include <KesProgram/views/StatusBarInfoView.h>
 #include <KesProgram/views/ToolButton.h>
 
-#include <utility>
-
 namespace {
 
 using namespace KesTest;
@@ -129,17 +127,17 @@ TEST_F(ProgramViewTest, CommandsWithoutAPictureShowTheirTitle)
     EXPECT_TRUE(icons.get_children().empty());
 }
 
-TEST_F(ProgramViewTest, OpensCentredOverItsParent)
+TEST_F(ProgramViewTest, OpensCentredOverItsParentAndForgetsOneThatDied)
 {
-    KesProgram::ProgramView parent;
+    auto parent = std::make_unique<KesProgram::ProgramView>();
     LabelView place;
-    parent.setContent(place);
-    parent.setRectangle({200, 150, 600, 500});
-    parent.open(nullptr, false);
+    parent->setContent(place);
+    parent->setRectangle({200, 150, 600, 500});
+    parent->open(nullptr, false);
     ASSERT_TRUE(waitFor([&] {
         int x = 0, y = 0;
-        parent.get_position(x, y);
-        return parent.is_active() && x == 200 && y == 150;
+        parent->get_position(x, y);
+        return parent->is_active() && x == 200 && y == 150;
     }));
 
     window.set_default_size(301, 201);
@@ -149,16 +147,7 @@ TEST_F(ProgramViewTest, OpensCentredOverItsParent)
         return window.getRectangle() == Kes::RectangleF{349, 299, 301, 201};
     })) << window.getRectangle().x
         << " " << window.getRectangle().y;
-}
-
-TEST_F(ProgramViewTest, ForgetsAParentThatDied)
-{
-    show();
-    {
-        KesProgram::ProgramView parent;
-        window.open(&parent, false);
-        EXPECT_FALSE(window.get_modal());
-    }
+    parent.reset();
     window.hide();
     gtk_widget_unrealize(GTK_WIDGET(window.gobj()));
     show();

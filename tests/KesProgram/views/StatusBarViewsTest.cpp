@@ -22,8 +22,6 @@ using namespace KesTest;
 
 class StatusBarViewsTest : public GuiTest {
 protected:
-    static std::vector<Gtk::Label*> labels(Gtk::Widget& widget) { return findWidgets<Gtk::Label>(widget); }
-
     static int leftOf(Gtk::Widget& widget, Gtk::Widget& ancestor)
     {
         int x = -1, y = -1;
@@ -68,12 +66,14 @@ TEST_F(StatusBarViewsTest, ALongPathDoesNotMakeTheWindowWider)
 {
     KesProgram::StatusBarFileView view;
     show(view);
-    const auto all = labels(view);
+    const auto all = findWidgets<Gtk::Label>(view);
     EXPECT_FALSE(isSeen(*all[0]));
-    view.setFileName("/home/" + std::string(400, 'x') + "/опыт.kar");
+    const std::string path = "/home/" + std::string(400, 'x') + "/опыт.kar";
+    view.setFileName(path);
     runPendingEvents();
     EXPECT_TRUE(isSeen(*all[0]));
     EXPECT_LT(window.get_width(), 600);
+    EXPECT_EQ(all[1]->get_tooltip_text(), path);
     view.setFileName("");
     EXPECT_FALSE(isSeen(*all[0]));
 }

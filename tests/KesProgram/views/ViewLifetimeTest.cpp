@@ -18,7 +18,6 @@
 #include <KesProgram/views/StatusBarSyncView.h>
 #include <KesProgram/views/ToolsToolbarView.h>
 
-#include <algorithm>
 #include <numeric>
 #include <random>
 
