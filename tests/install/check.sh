@@ -103,6 +103,8 @@ diff -r -x build "$root/docs/examples/pulse" "$work/Pulse"
 "$source/../support/headless.sh" "$work/pulse/kes-pulse" --run --speed 100 --quit \
     --save "$work/a.pulse" --screenshot "$work/a.png"
 [ -s "$work/a.png" ]
+"$source/../support/headless.sh" "$work/pulse/kes-pulse" "$work/a.pulse" --save "$work/b.pulse" --quit
+cmp "$work/a.pulse" "$work/b.pulse"
 { printf 'PK\003\004'; tail -c +16 "$work/a.pulse"; } >"$work/a.zip" # the archive's signature has 15 bytes
 measured=$(unzip -p "$work/a.zip" time 2>/dev/null) || true
 # The relay of the bench takes exactly 25 ms of the device's time.
