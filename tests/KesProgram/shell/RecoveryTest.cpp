@@ -71,6 +71,21 @@ TEST_F(RecoveryTest, NothingLostNothingAsked)
     EXPECT_FALSE(std::filesystem::exists(folder)) << "nor has anything been written";
 }
 
+/// Neither has ever closed, so that nothing says yet whose the name of the model class is.
+TEST_F(RecoveryTest, AProgramWithAModelClassOfTheSameNameHasWorkOfItsOwn)
+{
+    const std::string others = Kes::getKesCrossAppStateDir() + "ShellModel.another-program/recovery/";
+    // Where former versions kept the work of both.
+    const std::string former = Kes::getKesCrossAppStateDir() + "ShellModel/recovery/";
+    leaveIn(others, "Shell test", "others");
+    leaveIn(former, "Another program", "former others");
+    leaveIn(former, "Shell test", "former");
+    openAndAnswer({DialogResult::Yes});
+    EXPECT_EQ(model.data, "former");
+    EXPECT_THAT(lostIn(others), ElementsAre("others"));
+    EXPECT_THAT(lostIn(former), ElementsAre("former others"));
+}
+
 TEST_F(RecoveryTest, NobodyIsAskedDuringATest)
 {
     leave("lost", "", 1700000000);
@@ -157,21 +172,6 @@ TEST_F(RecoveryTest, WorkThatIsNotWantedNowIsKept)
     EXPECT_THAT(lost(), ElementsAre("lost"));
     close(DialogResult::No);
     EXPECT_THAT(lost(), ElementsAre("lost"));
-}
-
-/// Neither has ever closed, so that nothing says yet whose the name of the model class is.
-TEST_F(RecoveryTest, AProgramWithAModelClassOfTheSameNameHasWorkOfItsOwn)
-{
-    const std::string others = Kes::getKesCrossAppStateDir() + "ShellModel.another-program/recovery/";
-    // Where former versions kept the work of both.
-    const std::string former = Kes::getKesCrossAppStateDir() + "ShellModel/recovery/";
-    leaveIn(others, "Shell test", "others");
-    leaveIn(former, "Another program", "former others");
-    leaveIn(former, "Shell test", "former");
-    openAndAnswer({DialogResult::Yes});
-    EXPECT_EQ(model.data, "former");
-    EXPECT_THAT(lostIn(others), ElementsAre("others"));
-    EXPECT_THAT(lostIn(former), ElementsAre("former others"));
 }
 
 TEST_F(RecoveryTest, ATimeThatNoCalendarHasKeepsNoWorkFromItsUser)
