@@ -131,6 +131,23 @@ void RecoveryStore::adopt(LostWork work)
     _lock = std::move(work._lock);
 }
 
+void RecoveryStore::takeOver(RecoveryStore& shared, const std::string& program)
+{
+    std::scoped_lock guard(_mutex, shared._mutex);
+    for (const auto& session : shared._listSessions()) {
+        auto theirs = shared._tryTake(session);
+        if (!theirs || shared._findProgram(session) != program || !_makeFolder())
+            continue;
+        if (auto own = _tryTake(session)) {
+            std::error_code ignored;
+            for (const auto kind : kinds)
+                fs::rename(shared._path(session, kind), _path(session, kind), ignored);
+            _removeWhenEmpty(session, std::move(*own));
+            shared._removeWhenEmpty(session, std::move(*theirs));
+        }
+    }
+}
+
 void RecoveryStore::removeOutdated(std::chrono::system_clock::time_point now)
 {
     std::lock_guard guard(_mutex);
@@ -199,6 +216,15 @@ bool RecoveryStore::_hasCopies(const std::string& session) const
                        [&](Kind kind) { return fs::exists(_path(session, kind), error); });
 }
 
+/// Empty when no copy can be read.
+std::string RecoveryStore::_findProgram(const std::string& session) const
+{
+    for (const auto kind : kinds)
+        if (const auto copy = RecoveryCopy::fromFile(Kes::readWholeFile(_path(session, kind))))
+            return copy->program;
+    return {};
+}
+
 void RecoveryStore::_removeWhenEmpty(const std::string& session, Kes::FileLock lock) const
 {
     if (!_hasCopies(session))
@@ -213,6 +239,11 @@ void RecoveryStore::_release()
     _session.clear();
 }
 
+bool RecoveryStore::_makeFolder() const
+{
+    return g_mkdir_with_parents(_folder.c_str(), static_cast<int>(onlyOwnersFolder)) == 0;
+}
+
 bool RecoveryStore::_begin()
 {
     std::error_code error;
@@ -220,7 +251,7 @@ bool RecoveryStore::_begin()
     if (_lock && fs::exists(_lockPath(_session), error))
         return true;
     _lock.reset();
-    if (g_mkdir_with_parents(_folder.c_str(), static_cast<int>(onlyOwnersFolder)) != 0)
+    if (!_makeFolder())
         return false;
     const std::string session = makeUuid();
     // Another instance that looks for lost work may have seen the new file first.

@@ -52,6 +52,9 @@ public:
     std::vector<LostWork> findLost();
     /// The copies are this instance's from now on; those that it had are given up.
     void adopt(LostWork work);
+    /// Moves here what the program of that name has left in the other store's folder, as far as no owner
+    /// lives: former versions kept the copies of several programs in one folder.
+    void takeOver(RecoveryStore& shared, const std::string& program);
     /// Removes the copies without a living owner that are older than `longestStay`.
     void removeOutdated(std::chrono::system_clock::time_point now);
 
@@ -61,8 +64,10 @@ private:
     std::vector<std::string> _listSessions() const;
     std::optional<Kes::FileLock> _tryTake(const std::string& session) const;
     bool _hasCopies(const std::string& session) const;
+    std::string _findProgram(const std::string& session) const;
     void _removeWhenEmpty(const std::string& session, Kes::FileLock lock) const;
     void _release();
+    bool _makeFolder() const;
     bool _begin();
 
     const std::string _folder;

@@ -2,11 +2,11 @@
 
 #include <KesCommon/Language.h>
 #include <KesCommon/NumberText.h>
+#include <KesCommon/OptionParsing.h>
 #include <KesCommon/StringHelper.h>
 #include <KesCommon/Text.h>
 
 #include <glib.h>
-#include <glibmm/exception.h>
 #include <glibmm/optioncontext.h>
 #include <glibmm/optionentry.h>
 #include <glibmm/optiongroup.h>
@@ -88,7 +88,7 @@ std::string refuse(const Text& text, const Parts&... parts)
 /// The options as GLib's parser fills them.
 class Options : public Glib::OptionGroup {
 public:
-    Options() : Glib::OptionGroup("program", "")
+    explicit Options(const CommandLine::Abilities& abilities) : Glib::OptionGroup("program", "")
     {
         static constexpr Text file{"CommandLine.file", "FILE", "ФАЙЛ"};
         static constexpr Text number{"CommandLine.number", "N", "N"};
@@ -100,21 +100,22 @@ public:
              {"CommandLine.run", "Start the test once the window is open",
               "Начать проверку, когда окно открыто"},
              run);
-        _addFile("save", {"CommandLine.save", "Save the archive", "Сохранить архив"}, file, save);
+        _addFile("save", {"CommandLine.save", "Save the archive", "Сохранить архив"}, file, save,
+                 abilities.hasArchive);
         _addFile("report",
                  {"CommandLine.report",
                   "Write the report; test programs make PDF of a name that ends in .pdf",
                   "Записать протокол; если имя оканчивается на .pdf, программы проверки создают PDF"},
-                 file, report);
+                 file, report, abilities.hasReport);
         _addFile("results",
                  {"CommandLine.results",
                   "Write the results as a table (.csv), as data (.json) or as test cases (.xml, JUnit)",
                   "Записать результаты таблицей (.csv), данными (.json) или отчётом о тестах (.xml, JUnit)"},
-                 file, results);
+                 file, results, abilities.hasResults);
         _addFile(
             "screenshot",
             {"CommandLine.screenshot", "Write a picture (PNG) of the window", "Записать снимок окна (PNG)"},
-            file, screenshot);
+            file, screenshot, true);
         _add("speed",
              {"CommandLine.speed", "Speed factor of the simulated bench, from %s",
               "Ускорение имитируемого стенда, от %s"},
@@ -132,7 +133,8 @@ public:
              version);
         Glib::OptionEntry rest;
         rest.set_long_name(G_OPTION_REMAINING);
-        rest.set_arg_description(std::string("[") + file.get() + "]");
+        if (abilities.hasArchive)
+            rest.set_arg_description(std::string("[") + file.get() + "]");
         add_entry_filename(rest, files);
     }
 
@@ -171,9 +173,12 @@ private:
         add_entry(_entry(name, description, argument.get(), part), value);
     }
     void _addFile(const char* name, const Text& description, const Text& argument,
-                  std::vector<std::string>& value)
+                  std::vector<std::string>& value, bool isOffered)
     {
-        add_entry_filename(_entry(name, description, argument.get()), value);
+        auto entry = _entry(name, description, argument.get());
+        if (!isOffered)
+            entry.set_flags(Glib::OptionEntry::FLAG_HIDDEN);
+        add_entry_filename(entry, value);
     }
 };
 
@@ -191,23 +196,46 @@ std::optional<std::string> readDevices(const std::string& text, std::vector<KesD
     return std::nullopt;
 }
 
+/// Why the files to open cannot be; empty when they can.
+std::string checkOpened(const std::vector<std::string>& files)
+{
+    if (files.size() > 1)
+        return refuse({"CommandLine.oneFile", "Only one file can be opened; “%s” is one too many.",
+                       "Можно открыть только один файл; «%s» — лишний."},
+                      files[1]);
+    if (!files.empty() && files.front().empty())
+        return refuse({"CommandLine.emptyFile", "The name of the file to open is empty.",
+                       "Имя открываемого файла пусто."});
+    return {};
+}
+
+/// Why the values of the option are no files to write; empty when they are.
+std::string checkWritten(const char* name, const std::vector<std::string>& paths)
+{
+    for (const auto& path : paths) {
+        if (path.empty())
+            return refuse(
+                {"CommandLine.emptyName", "%s needs the name of a file.", "Для %s нужно имя файла."}, name);
+        // Its own value has been forgotten.
+        if (path.front() == '-')
+            return refuse(
+                {"CommandLine.optionName",
+                 "%s needs the name of a file; “%s” looks like an option. A file of that name: “./%s”.",
+                 "Для %s нужно имя файла, а «%s» похоже на параметр. Файл с таким именем: «./%s»."},
+                name, path, path);
+    }
+    return {};
+}
+
 std::variant<CommandLine, std::string> convert(const Options& options)
 {
     CommandLine line;
-    if (options.files.size() > 1)
-        return refuse({"CommandLine.oneFile", "Only one file can be opened; “%s” is one too many.",
-                       "Можно открыть только один файл; «%s» — лишний."},
-                      options.files[1]);
-    for (const auto& [name, paths] :
-         {std::pair("", &options.files), std::pair("--save", &options.save),
-          std::pair("--report", &options.report), std::pair("--results", &options.results),
-          std::pair("--screenshot", &options.screenshot)})
-        if (std::find(paths->begin(), paths->end(), std::string()) != paths->end())
-            return *name ? refuse({"CommandLine.emptyName", "%s needs the name of a file.",
-                                   "Для %s нужно имя файла."},
-                                  name)
-                         : refuse({"CommandLine.emptyFile", "The name of the file to open is empty.",
-                                   "Имя открываемого файла пусто."});
+    for (const auto& refusal :
+         {checkOpened(options.files), checkWritten("--save", options.save),
+          checkWritten("--report", options.report), checkWritten("--results", options.results),
+          checkWritten("--screenshot", options.screenshot)})
+        if (!refusal.empty())
+            return refusal;
     if (!options.speed.empty()) {
         const auto speed = Kes::NumberText::read(options.speed.raw());
         if (!speed || !(*speed >= minimumSpeed && *speed <= maximumSpeed))
@@ -242,6 +270,13 @@ bool CommandLine::isUnattended() const
 std::variant<CommandLine, std::string> CommandLine::parse(int argc, char** argv,
                                                           const std::function<std::string()>& summary)
 {
+    return parse(argc, argv, summary, Abilities());
+}
+
+std::variant<CommandLine, std::string> CommandLine::parse(int argc, char** argv,
+                                                          const std::function<std::string()>& summary,
+                                                          const Abilities& abilities)
+{
     // Texts go to the terminal in the user's encoding; one that knows no letters but the English ones would
     // show none of the others.
     std::setlocale(LC_ALL, "");
@@ -253,16 +288,13 @@ std::variant<CommandLine, std::string> CommandLine::parse(int argc, char** argv,
         return refuse({"CommandLine.badLanguage", "--language: “%s” is unknown. Choose from: %s.",
                        "--language: «%s» неизвестен. Выберите из списка: %s."},
                       language, knownLanguages());
-    Options options;
+    Options options(abilities);
     Glib::OptionContext context("");
     context.set_summary(summary());
     context.set_main_group(options);
-    try {
-        context.parse(argc, argv);
-    } catch (const Glib::Exception& error) {
-        return refuse({"CommandLine.seeHelp", "%s\nAll options: --help", "%s\nВсе параметры: --help"},
-                      error.what().raw());
-    }
+    auto refusal = Kes::parseOptions(context, argc, argv);
+    if (!refusal.empty())
+        return refusal;
     return convert(options);
 }
 

@@ -32,6 +32,13 @@ struct KES_EXPORT CommandLine {
     /// Print the version and end.
     bool version = false;
 
+    /// What a program does with files. "--help" does not offer the options for the rest.
+    struct Abilities {
+        bool hasArchive = true;
+        bool hasReport = true;
+        bool hasResults = true;
+    };
+
     /// Whether the program works by itself at first; until that is done, no dialog waits for a user.
     bool isUnattended() const;
 
@@ -41,6 +48,10 @@ struct KES_EXPORT CommandLine {
     /// answered here, and ends the process. GUI thread, before GTK is initialised.
     static std::variant<CommandLine, std::string> parse(int argc, char** argv,
                                                         const std::function<std::string()>& summary);
+    /// As above, for a program that cannot do everything. Options that "--help" does not offer are read all
+    /// the same: `ProgramMain` refuses them with a sentence of their own.
+    static std::variant<CommandLine, std::string>
+    parse(int argc, char** argv, const std::function<std::string()>& summary, const Abilities& abilities);
 };
 
 } // namespace KesProgram

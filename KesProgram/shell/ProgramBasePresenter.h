@@ -148,9 +148,10 @@ protected:
     virtual void _fillXmlConfig(xmlpp::Element* root);
     /// The name of that file. Default: the short name of the model's class and ".cfg"; empty without a model.
     virtual std::string _getXmlConfigName();
-    /// Its path. Default: in the family's cache folder. When another program has a model class of the same
-    /// name and was the first to write the file, this one reads and writes "<name>.<executable>.cfg" beside
-    /// it, and keeps its recovery copies apart in the same way.
+    /// Its path. Default: in the family's cache folder. When a program of another executable has a model
+    /// class of the same name and was the first to write the file, this one reads and writes
+    /// "<name>.<executable>.cfg" beside it. Executables of the same file name are one program, wherever they
+    /// lie. Recovery copies have the executable's name in their folder from the first start.
     virtual std::string _getXmlConfigFullPath();
 
     /// Null before the first `open`.

@@ -35,6 +35,13 @@ std::string localTime(std::int64_t time, const char* format)
     return Glib::DateTime::create_now_local(static_cast<gint64>(time)).format(format);
 }
 
+/// One for each program from its first start, whichever programs have a model class of the same name.
+std::string recoveryFolder(const ProgramModel& model, const std::string& distinction)
+{
+    return Kes::getKesCrossAppStateDir() + Kes::TypeHelper::getShortTypeName(typeid(model)) + distinction +
+           "/recovery/";
+}
+
 bool confirm(Kes::IView* parent, const std::string& question)
 {
     return Kes::DialogPresenter::show(parent, question, Text::title(), Kes::DialogResult::YesNo) ==
@@ -55,11 +62,9 @@ void ProgramBasePresenter::_createRecovery()
     auto& model = *_getModel();
     if (!_fields->archive)
         return;
-    const std::string folder = Kes::getKesCrossAppStateDir() +
-                               Kes::TypeHelper::getShortTypeName(typeid(model)) +
-                               NameOwner::getDistinction(_getXmlConfigFullPath()) + "/recovery/";
-    _fields->recovery = std::make_unique<RecoveryKeeper>(*model.getArchiveManager(), getProgramName(), folder,
-                                                         [&model] { return model.getDataSummary(); });
+    _fields->recovery = std::make_unique<RecoveryKeeper>(
+        *model.getArchiveManager(), getProgramName(), recoveryFolder(model, "." + NameOwner::getExecutable()),
+        [&model] { return model.getDataSummary(); });
     _fields->recovery->setIsUnattended(_fields->attendance != Attendance::User);
     _fields->recoveryConnection = model.signalClosing.connect([this] { _fields->recovery->end(); });
     if (_fields->attendance != Attendance::User)
@@ -78,7 +83,11 @@ void ProgramBasePresenter::_offerLostWork()
     if (_fields->closing != ClosingPhase::Open || _getModel()->isRunning())
         return;
     auto& store = _fields->recovery->getStore();
-    store.removeOutdated(std::chrono::system_clock::now());
+    // Of versions that kept it by the model class alone.
+    RecoveryStore former(recoveryFolder(*_getModel(), {}));
+    store.takeOver(former, getProgramName());
+    for (auto* each : {&store, &former})
+        each->removeOutdated(std::chrono::system_clock::now());
     auto lost = store.findLost();
     runDialogs([&] {
         for (auto& work : lost)

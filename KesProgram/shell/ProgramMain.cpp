@@ -70,6 +70,12 @@ public:
 
     int run(const std::string& version)
     {
+        static constexpr lng::Text noArchive{"Unattended.noArchive", "This program keeps no archives.",
+                                             "Эта программа не работает с архивами."};
+        if (!(_commandLine.file + _commandLine.save).empty() && !_parts.model->hasArchiveLogic()) {
+            tell(noArchive.get());
+            return UnattendedRun::NotStarted;
+        }
         auto& presenter = *_parts.presenter;
         Glib::set_application_name(_parts.model->getProgramName());
         presenter.setPackageVersion(version);
@@ -115,10 +121,17 @@ private:
 int ProgramMain::run(int argc, char** argv, const std::function<std::string()>& summary,
                      const std::string& version, const Create& create)
 {
+    return run(argc, argv, summary, version, create, CommandLine::Abilities());
+}
+
+int ProgramMain::run(int argc, char** argv, const std::function<std::string()>& summary,
+                     const std::string& version, const Create& create,
+                     const CommandLine::Abilities& abilities)
+{
     static constexpr lng::Text noDisplay{"Unattended.noDisplay",
                                          "The program needs a display and finds none.",
                                          "Программе нужен дисплей, но он не найден."};
-    const auto parsed = CommandLine::parse(argc, argv, summary);
+    const auto parsed = CommandLine::parse(argc, argv, summary, abilities);
     if (const auto* error = std::get_if<std::string>(&parsed)) {
         tell(*error);
         return UnattendedRun::NotStarted;

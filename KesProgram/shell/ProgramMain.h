@@ -40,6 +40,11 @@ public:
     /// caught is shown to the user; see `ProgramBasePresenter::tellCurrentException`.
     static int run(int argc, char** argv, const std::function<std::string()>& summary,
                    const std::string& version, const Create& create);
+    /// As above, for a program that cannot do everything that the command line offers: what it cannot do, as
+    /// its model tells, is refused with a sentence and the status 2, and "--help" leaves out what `abilities`
+    /// lacks.
+    static int run(int argc, char** argv, const std::function<std::string()>& summary,
+                   const std::string& version, const Create& create, const CommandLine::Abilities& abilities);
 };
 
 } // namespace KesProgram

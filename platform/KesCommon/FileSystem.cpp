@@ -3,9 +3,9 @@
 #include <KesCommon/CommonText.h>
 #include <KesCommon/FileStream.h>
 #include <KesCommon/StringHelper.h>
+#include <KesCommon/SystemError.h>
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -21,9 +21,11 @@ namespace {
 
 constexpr mode_t newFileMode = 0666;
 
-Result writeError(const std::string& path, const char* reason)
+/// `reason`: an `errno`.
+Result writeError(const std::string& path, int reason)
 {
-    return Result::failure(StringHelper::format(lng::Common::get("error.FileWrite"), reason, path));
+    return Result::failure(StringHelper::format(lng::Common::get("error.FileWrite"),
+                                                getSystemErrorText(reason ? reason : EIO), path));
 }
 
 /// The name at the end of a link, where a new file takes the old one's place; also when nothing is there yet.
@@ -60,11 +62,11 @@ Result writeInPlace(const std::string& path, std::string_view contents)
 {
     const PipeEnd pipe(path);
     if (!pipe.isOpen())
-        return writeError(path, std::strerror(errno));
+        return writeError(path, errno);
     std::ofstream stream(path, std::ios::out | std::ios::binary);
     stream.write(contents.data(), static_cast<std::streamsize>(contents.size()));
     stream.close();
-    return stream ? Result(true) : writeError(path, std::strerror(errno));
+    return stream ? Result(true) : writeError(path, errno);
 }
 
 } // namespace
@@ -93,19 +95,17 @@ std::string readWholeFile(const std::string& path)
 Result writeWholeFile(const std::string& path, std::string_view contents)
 {
     if (path.empty())
-        return writeError(path, std::strerror(ENOENT));
+        return writeError(path, ENOENT);
     struct stat status;
     const bool exists = ::stat(path.c_str(), &status) == 0;
     if (exists && !S_ISREG(status.st_mode))
         return writeInPlace(path, contents);
     const auto name = followLinks(path);
-    GError* error = nullptr;
+    errno = 0;
+    // Its own message names the temporary file, of which the user knows nothing.
     if (!g_file_set_contents_full(name.c_str(), contents.data(), static_cast<gssize>(contents.size()),
-                                  G_FILE_SET_CONTENTS_CONSISTENT, static_cast<int>(newFileMode), &error)) {
-        const auto result = writeError(path, error->message);
-        g_error_free(error);
-        return result;
-    }
+                                  G_FILE_SET_CONTENTS_CONSISTENT, static_cast<int>(newFileMode), nullptr))
+        return writeError(path, errno);
     if (exists)
         g_chmod(name.c_str(), static_cast<int>(status.st_mode & 07777U));
     return true;

@@ -4,9 +4,9 @@
 
 #include <KesCommon/Language.h>
 #include <KesCommon/NumberText.h>
+#include <KesCommon/OptionParsing.h>
 #include <KesCommon/StringHelper.h>
 
-#include <glibmm/error.h>
 #include <glibmm/optioncontext.h>
 #include <glibmm/optionentry.h>
 #include <glibmm/optiongroup.h>
@@ -72,6 +72,12 @@ public:
     Refused(const char* name, const std::string& value)
         : std::runtime_error(Kes::StringHelper::format(lng::Simulator::get("error.value"), name, value))
     {}
+    /// The least and the most that is possible.
+    Refused(const char* name, const std::string& value, double least, double most)
+        : std::runtime_error(Kes::StringHelper::format(lng::Simulator::get("error.range"), name, value,
+                                                       Kes::NumberText::show(least),
+                                                       Kes::NumberText::show(most)))
+    {}
 };
 
 /// `value` stays as it is when the option is not given.
@@ -82,7 +88,7 @@ void readNumber(const char* name, const Glib::ustring& text, Number least, Numbe
         return;
     const auto read = Kes::NumberText::readInteger(text.raw());
     if (!read || *read < static_cast<long long>(least) || *read > static_cast<long long>(most))
-        throw Refused(name, text.raw());
+        throw Refused(name, text.raw(), least, most);
     value = static_cast<Number>(*read);
 }
 
@@ -90,7 +96,7 @@ void readSpeed(const std::string& text, double& speed)
 {
     const auto value = Kes::NumberText::read(text);
     if (!value || !(*value >= minimumSpeed && *value <= maximumSpeed))
-        throw Refused("speed", text);
+        throw Refused("speed", text, minimumSpeed, maximumSpeed);
     speed = *value;
 }
 
@@ -128,8 +134,9 @@ SimulatorOptions convert(const Texts& texts)
     if (!texts.speed.empty())
         readSpeed(texts.speed.raw(), options.speed);
     readRelay(texts.wire.raw(), options);
-    if (options.devices - 1 > 255U - options.address.getBytes().back())
-        throw Refused("devices", texts.devices.raw());
+    const auto addresses = 256U - options.address.getBytes().back();
+    if (options.devices > addresses)
+        throw Refused("devices", texts.devices.raw(), 1, addresses);
     options.announce = texts.announce;
     // Nobody could connect to it.
     if (options.announce && options.address == KesDriver::NetAddress())
@@ -150,12 +157,12 @@ std::variant<SimulatorOptions, std::string> SimulatorOptions::parse(int argc, ch
     Texts texts;
     context.set_main_group(texts);
     try {
-        context.parse(argc, argv);
+        auto refusal = Kes::parseOptions(context, argc, argv);
+        if (!refusal.empty())
+            return refusal;
         if (argc > 1)
             return Kes::StringHelper::format(lng::Simulator::get("error.argument"), argv[1]);
         return convert(texts);
-    } catch (const Glib::Error& error) {
-        return error.what().raw();
     } catch (const Refused& error) {
         return std::string(error.what());
     }

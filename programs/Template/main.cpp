@@ -10,11 +10,14 @@ int main(int argc, char** argv)
                                      "Самая маленькая программа семейства.")
                                .get());
     };
-    return KesProgram::ProgramMain::run(argc, argv, summary, KES_VERSION, [](const KesProgram::CommandLine&) {
+    const auto create = [](const KesProgram::CommandLine&) {
         KesProgram::ProgramMain::Parts parts;
         auto model = std::make_unique<TemplateModel>();
         parts.presenter = std::make_unique<TemplatePresenter>(*model);
         parts.model = std::move(model);
         return parts;
-    });
+    };
+    // What the help does not offer, as the model cannot do it.
+    return KesProgram::ProgramMain::run(argc, argv, summary, KES_VERSION, create,
+                                        {.hasArchive = false, .hasReport = false, .hasResults = false});
 }

@@ -86,14 +86,25 @@ check "$work/cmake/ten-lines"
 PKG_CONFIG_PATH= PKG_CONFIG_LIBDIR=/none cmake -S "$source" -B "$work/without" -G Ninja \
     -DCMAKE_PREFIX_PATH="$work/prefix" -DCMAKE_CXX_COMPILER="$compiler" 2>&1 | grep -q "shell. KesProgram needs giomm-2.4"
 
-# The program of the first page, as a newcomer builds it.
-cmake -S "$1/docs/examples/pulse" -B "$work/pulse" -G Ninja -DCMAKE_PREFIX_PATH="$work/prefix" \
-    -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags -Wall -Wextra -Werror" >/dev/null
-cmake --build "$work/pulse" >/dev/null
+# The first page, as a newcomer follows it who has what is installed.
+documents=$work/prefix/share/doc/KesProgram
+awk '/^```sh$/ { on = 1; next } /^```$/ { on = 0 } on' "$documents/docs/first-program.md" >"$work/steps"
+(
+    cd "$work"
+    CMAKE_PREFIX_PATH=$work/prefix CXX=$compiler CXXFLAGS="$flags -Wall -Wextra -Werror" LC_ALL=C.UTF-8 \
+        template=$documents/examples/Template pulse=$documents/docs/examples/pulse sh -eu steps >said
+) || { cat "$work/said" >&2; exit 1; }
+# Its help in step 1 and in step 3.
+[ "$(grep -c '^  --run' "$work/said")" = 2 ] && [ "$(grep -c '^  --save' "$work/said")" = 1 ]
+! grep -e --report "$work/said" || exit 1
+ln -s Pulse/build "$work/pulse"
+diff -r -x build "$root/docs/examples/pulse" "$work/Pulse"
 [ "$("$work/pulse/kes-pulse" --version)" = 1.0.0 ]
 "$source/../support/headless.sh" "$work/pulse/kes-pulse" --run --speed 100 --quit \
     --save "$work/a.pulse" --screenshot "$work/a.png"
 [ -s "$work/a.png" ]
+"$source/../support/headless.sh" "$work/pulse/kes-pulse" "$work/a.pulse" --save "$work/b.pulse" --quit
+cmp "$work/a.pulse" "$work/b.pulse"
 { printf 'PK\003\004'; tail -c +16 "$work/a.pulse"; } >"$work/a.zip" # the archive's signature has 15 bytes
 measured=$(unzip -p "$work/a.zip" time 2>/dev/null) || true
 # The relay of the bench takes exactly 25 ms of the device's time.

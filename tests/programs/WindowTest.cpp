@@ -112,7 +112,8 @@ TEST_F(WindowTest, WhatARunHasMeasuredIsCopiedWhileItRuns)
         return results && results->points.size() >= 2 && presenter.writeRecoveryCopy(std::chrono::seconds(5));
     }));
     ASSERT_TRUE(model.isRunning());
-    std::filesystem::copy(Kes::getKesCrossAppStateDir() + "OvercurrentModel/recovery/", home.file("copies/"));
+    std::filesystem::copy(Kes::getKesCrossAppStateDir() + "OvercurrentModel.OvercurrentTests/recovery/",
+                          home.file("copies/"));
     auto lost = KesProgram::RecoveryStore(home.file("copies/")).findLost();
     ASSERT_EQ(lost.size(), 1U);
     const auto& copy = lost.front().getCopy();

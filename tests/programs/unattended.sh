@@ -58,6 +58,7 @@ cmp a.pdf former.pdf || fail "a report that was not made has replaced the former
 cmp a.kovc saved.kovc || fail "a report that was not made has kept the archive from being written"
 expect 3 "$overcurrent" --language en a.kovc --report missing/a.pdf --quit
 holds err "missing/a.pdf"
+! grep -q "a\.pdf\.[A-Z0-9]" err || fail "the name of a temporary file is shown: $(cat err)"
 
 echo "Files that cannot be read or written"
 expect 3 "$overcurrent" --language en missing.kovc --quit
@@ -113,13 +114,21 @@ for devices in "$most,10.0.0.33" 10.0.0.1,10.0.0.1 10.0.0; do
 done
 expect 2 "$overcurrent" --no-such-option
 holds err "All options: --help"
+LC_ALL=C expect 2 "$overcurrent" --language ru --no-such-option
+[ "$(head -n 1 err)" = "«--no-such-option» не является параметром." ] || fail "two languages: $(cat err)"
 expect 2 "$overcurrent" one two
 expect 3 "$overcurrent" --language en --quit -- --language=ru
 holds err "Error accessing file."
 for option in --save --report --results --screenshot; do
     expect 2 "$overcurrent" --language en "$option=" --quit
     holds err "$option needs the name of a file."
+    expect 2 "$overcurrent" --language en --quit $option
+    holds err "$option needs a value."
+    expect 2 "$overcurrent" --language en $option --quit
+    holds err "$option needs the name of a file; “--quit” looks like an option."
+    [ ! -e ./--quit ] || fail "an option became the name of a file"
 done
+expect 0 "$overcurrent" --language en a.kovc --results ./--quit.csv --quit
 expect 2 "$overcurrent" --language en "" --quit
 holds err "The name of the file to open is empty."
 expect 0 "$overcurrent" --version
@@ -143,6 +152,20 @@ expect 0 "$overcurrent" stopped.kovc --quit
 echo "The smallest program"
 expect 2 "$template" --language en --run --results r.json --quit
 holds err "writes no results"
+for arguments in "x.abc" "x.abc --run --quit" "--save x.abc --run --quit"; do
+    # shellcheck disable=SC2086
+    expect 2 "$template" --language en $arguments
+    holds err "This program keeps no archives."
+done
+expect 2 "$template" --language ru --save x.abc --quit
+holds err "Эта программа не работает с архивами."
+expect 0 "$overcurrent" --language en --help
+cp out all
+expect 0 "$template" --language en --help
+for part in "[FILE]" --save --report --results; do
+    holds all "$part"
+    ! grep -qF -- "$part" out || fail "the smallest program offers $part: $(cat out)"
+done
 expect 0 "$template" --language en --screenshot template.png --quit
 timeout 60 "$template" --language en --run --quit 2>err &
 child=$!

@@ -45,6 +45,12 @@ def check_options(program):
         code, out, errors = run(program, *options)
         equal((code, out), (2, ""))
         assert errors.strip(), options
+    told = {("--foo",): "All options: --help", ("--type",): "--type needs a value",
+            ("--devices", "0"): "--devices: “0” is not possible; possible: 1 to 250.",
+            ("--type", "70000"): "possible: 1 to 65535.", ("--speed", "-1"): "possible: 0.001 to 100000.",
+            ("--listen", "127.0.0.1:70000"): "possible: 0 to 65535."}
+    for options, words in told.items():
+        assert words in run(program, *options)[2], run(program, *options)
     assert "127.0.0.254" not in run(program, "--listen", "?")[2]
     russian = run(program, "--speed", "-1", language="ru_RU.UTF-8")[2]
     assert "недопустимое" in russian, russian

@@ -15,6 +15,7 @@ import texts  # noqa: E402
 TABLES = {"Program": texts.PROGRAM, "Settings": texts.SETTINGS, "Measure": texts.MEASURE}
 LANGUAGES = {"en": "English", "ru": "Русский"}
 NAME = re.compile(r"(?<!!)\[\[(\w+):([\w.]+)\]\]")
+KEY = re.compile(r"^const Key \w+\{GDK_KEY_(\w+), ([^}]*)\};", re.MULTILINE)
 PICTURE = re.compile(r"!\[\[([\w-]+)\]\]")
 
 
@@ -45,10 +46,22 @@ def findWrongPictures(folder, wanted):
             yield f"{path}/{file}.png is {'not shown' if file in present else 'missing'}"
 
 
+def findMissingKeys(text):
+    """Keys of commands that have no row in the table of keys."""
+    shown = re.findall(r"^\| (\S+) \|", text.split("## Keys")[1].split("\n## ")[0], re.MULTILINE)
+    with open(os.path.join(HERE, "../../KesProgram/views/WindowKeys.cpp"), encoding="utf-8") as source:
+        for key, modifiers in KEY.findall(source.read()):
+            held = ("Ctrl+" if "control" in modifiers else "") + ("Shift+" if "SHIFT" in modifiers else "")
+            name = held + (key.upper() if len(key) == 1 else key)
+            if name not in shown:
+                yield f"the key {name} is missing"
+
+
 def check(path, text, pictures):
     with open(path, encoding="utf-8") as file:
         present = file.read()
     problems = list(difflib.unified_diff(present.splitlines(), text.splitlines(), path, "generated", lineterm=""))
+    problems += findMissingKeys(text)
     problems += findWrongPictures(os.path.dirname(path), pictures)
     print("\n".join(problems) or "The command reference is what the tables say.")
     return 1 if problems else 0

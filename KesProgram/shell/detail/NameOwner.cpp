@@ -9,22 +9,22 @@ namespace KesProgram::NameOwner {
 
 namespace {
 
-/// As the program was started: an upgrade replaces the file while it runs.
-const std::string& getExecutable()
-{
-    static const std::string name = [] {
-        std::error_code ignored;
-        return std::filesystem::read_symlink("/proc/self/exe", ignored).filename().string();
-    }();
-    return name;
-}
-
 std::string getNote(const std::string& path)
 {
     return path + ".owner";
 }
 
 } // namespace
+
+const std::string& getExecutable()
+{
+    // An upgrade replaces the file while the program runs, and the system then names it otherwise.
+    static const std::string name = [] {
+        std::error_code ignored;
+        return std::filesystem::read_symlink("/proc/self/exe", ignored).filename().string();
+    }();
+    return name;
+}
 
 void claim(const std::string& path)
 {
@@ -33,16 +33,13 @@ void claim(const std::string& path)
         Kes::openOutputFileUTF8Name(getNote(path)) << getExecutable();
 }
 
-std::string getDistinction(const std::string& path)
-{
-    const std::string owner = Kes::readWholeFile(getNote(path));
-    return owner.empty() || owner == getExecutable() ? std::string() : "." + getExecutable();
-}
-
 std::string distinguish(const std::string& path)
 {
+    const std::string owner = Kes::readWholeFile(getNote(path));
+    if (owner.empty() || owner == getExecutable())
+        return path;
     const std::filesystem::path whole(path);
-    return whole.parent_path() / (whole.stem().string() + getDistinction(path) + whole.extension().string());
+    return whole.parent_path() / (whole.stem().string() + "." + getExecutable() + whole.extension().string());
 }
 
 } // namespace KesProgram::NameOwner

@@ -29,6 +29,11 @@ void PulsePresenter::_showTime()
 //! [open]
 void PulsePresenter::openFile(const std::string& fileName)
 {
-    runDialogs([&] { getArchiveManagerPresenter()->open(fileName); });
+    runDialogs([&] {
+        if (_model.getTime())
+            getArchiveManagerPresenter()->open(fileName);
+        else
+            getArchiveManagerPresenter()->replace(fileName);
+    });
 }
 //! [open]

@@ -3,6 +3,7 @@
 #include <KesCommon/StringHelper.h>
 #include <KesCommon/Text.h>
 #include <KesCommonView/IView.h>
+#include <KesMeasure/ScreenNumber.h>
 
 #include <gtkmm/label.h>
 
@@ -16,11 +17,13 @@ public:
 
     void setTime(std::optional<double> time)
     {
-        static constexpr lng::Text closed{"Pulse.closed", "The contact closed after %.3f ms.",
-                                          "Контакт замкнулся через %.3f мс."};
+        static constexpr lng::Text closed{"Pulse.closed", "The contact closed after %s ms.",
+                                          "Контакт замкнулся через %s мс."};
         static constexpr lng::Text nothing{"Pulse.nothing", "Nothing has been measured yet.",
                                            "Измерений ещё не было."};
-        set_text(time ? Kes::StringHelper::format(closed.get(), *time) : nothing.get());
+        // Three decimals, and a comma before them in Russian.
+        set_text(time ? Kes::StringHelper::format(closed.get(), KesMeasure::ScreenNumber::fixed(*time, 3))
+                      : nothing.get());
     }
 };
 //! [view]

@@ -19,6 +19,7 @@ int main(int argc, char** argv)
         parts.model = std::move(model);
         return parts;
     };
-    return KesProgram::ProgramMain::run(argc, argv, summary, KES_VERSION, create);
+    return KesProgram::ProgramMain::run(argc, argv, summary, KES_VERSION, create,
+                                        {.hasReport = false, .hasResults = false});
 }
 //! [main]

@@ -98,6 +98,24 @@ TEST_F(RecoveryStoreTest, AdoptedCopiesAreTheInstancesOwn)
     EXPECT_EQ(store->read(Kind::Work), std::nullopt);
 }
 
+TEST_F(RecoveryStoreTest, WhatItsProgramHasLeftInASharedFolderBecomesItsOwnOnceNobodyHasIt)
+{
+    RecoveryStore shared(_home.file("shared/")), living(_home.file("shared/"));
+    ASSERT_TRUE(living.write(Kind::Work, _copy("living")));
+    for (const std::string program : {"Test", "Other"}) {
+        auto work = _copy(program + " work"), former = _copy(program + " former");
+        work.program = former.program = program;
+        RecoveryStore owner(_home.file("shared/"));
+        ASSERT_TRUE(owner.write(Kind::Former, former) && owner.write(Kind::Work, work));
+    }
+    _open()->takeOver(shared, "Test");
+    EXPECT_THAT(_lost(), ElementsAre("Test work"));
+    _open()->findLost().at(0).throwAway();
+    EXPECT_THAT(_lost(), ElementsAre("Test former"));
+    EXPECT_THAT(KesTest::lostIn(_home.file("shared/")), ElementsAre("Other work"));
+    EXPECT_TRUE(living.read(Kind::Work));
+}
+
 TEST_F(RecoveryStoreTest, AfterThirtyDaysACopyGoesUnlessItsOwnerLives)
 {
     const auto living = _open();

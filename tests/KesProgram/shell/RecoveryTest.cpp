@@ -27,9 +27,14 @@ protected:
 
     void leave(const std::string& bytes, const std::string& fileName, std::int64_t time)
     {
+        leaveIn(folder, "Shell test", bytes, fileName, time);
+    }
+    static void leaveIn(const std::string& folder, const std::string& program, const std::string& bytes,
+                        const std::string& fileName = {}, std::int64_t time = 1)
+    {
         RecoveryStore store(folder);
-        ASSERT_TRUE(store.write(RecoveryStore::Kind::Work,
-                                {"Shell test", fileName, "8 results, not saved", time, bytes}));
+        ASSERT_TRUE(
+            store.write(RecoveryStore::Kind::Work, {program, fileName, "8 results, not saved", time, bytes}));
     }
     std::vector<std::string> lost() { return lostIn(folder); }
     /// Until the presenter dies the lock is its own: another folder stands for the next start.
@@ -55,13 +60,28 @@ protected:
         EXPECT_TRUE(waitFor([this] { return isClosed; }));
     }
 
-    const std::string folder = Kes::getKesCrossAppStateDir() + "ShellModel/recovery/";
+    const std::string folder = Kes::getKesCrossAppStateDir() + "ShellModel.ShellTests/recovery/";
 };
 
 TEST_F(RecoveryTest, NothingLostNothingAsked)
 {
     openAndAnswer({});
     EXPECT_FALSE(std::filesystem::exists(folder)) << "nor has anything been written";
+}
+
+/// Neither has ever closed, so that nothing says yet whose the name of the model class is.
+TEST_F(RecoveryTest, AProgramWithAModelClassOfTheSameNameHasWorkOfItsOwn)
+{
+    const std::string others = Kes::getKesCrossAppStateDir() + "ShellModel.another-program/recovery/";
+    // Where former versions kept the work of both.
+    const std::string former = Kes::getKesCrossAppStateDir() + "ShellModel/recovery/";
+    leaveIn(others, "Shell test", "others");
+    leaveIn(former, "Another program", "former others");
+    leaveIn(former, "Shell test", "former");
+    openAndAnswer({DialogResult::Yes});
+    EXPECT_EQ(model.data, "former");
+    EXPECT_THAT(lostIn(others), ElementsAre("others"));
+    EXPECT_THAT(lostIn(former), ElementsAre("former others"));
 }
 
 TEST_F(RecoveryTest, NobodyIsAskedDuringATest)
