@@ -77,6 +77,28 @@ private:
     Kes::ScopedConnection _messages;
 };
 
+/// A test program with its window; unsaved changes are dropped in the end.
+template <typename Model, typename Presenter>
+class ProgramWindowTest : public GuiTest {
+protected:
+    ProgramWindowTest()
+    {
+        presenter.signalClosed.connect([this] { isClosed = true; });
+        presenter.open(nullptr);
+    }
+    ~ProgramWindowTest() override
+    {
+        dialogs.answer(Kes::DialogResult::No);
+        presenter.requestClose();
+        EXPECT_TRUE(waitFor([this] { return isClosed; }));
+    }
+
+    TemporaryHome home;
+    Model model;
+    Presenter presenter{model};
+    bool isClosed = false;
+};
+
 /// Lets a test change what has been measured.
 template <typename Model>
 class EditedModel : public Model {

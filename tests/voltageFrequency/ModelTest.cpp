@@ -23,39 +23,9 @@ namespace {
 class ModelTest : public KesTest::ProgramRunTest<VoltageFrequencyModel> {
 protected:
     ModelTest() : ProgramRunTest(1e5) {}
-
-    /// A slow run that has measured something.
-    void beginTest()
-    {
-        model.setSpeed(50);
-        ASSERT_TRUE(model.startTest());
-        ASSERT_TRUE(KesTest::waitFor([this] {
-            const auto record = model.getTestInView().record;
-            return record && !record->readings.empty();
-        }));
-    }
 };
 
-/// The program with its window.
-class WindowTest : public KesTest::GuiTest {
-protected:
-    WindowTest()
-    {
-        presenter.signalClosed.connect([this] { isClosed = true; });
-        presenter.open(nullptr);
-    }
-    ~WindowTest() override
-    {
-        dialogs.answer(Kes::DialogResult::No);
-        presenter.requestClose();
-        EXPECT_TRUE(KesTest::waitFor([this] { return isClosed; }));
-    }
-
-    KesTest::TemporaryHome home;
-    VoltageFrequencyModel model;
-    KesTestProgram::TestPresenter presenter{model};
-    bool isClosed = false;
-};
+using WindowTest = KesTest::ProgramWindowTest<VoltageFrequencyModel, KesTestProgram::TestPresenter>;
 
 } // namespace
 
@@ -95,7 +65,12 @@ TEST_F(ModelTest, RefusesWhatCannotBeTested)
 
 TEST_F(ModelTest, AStoppedTestKeepsWhatItHasAndNothingIsLostUnasked)
 {
-    ASSERT_NO_FATAL_FAILURE(beginTest());
+    model.setSpeed(50);
+    ASSERT_TRUE(model.startTest());
+    ASSERT_TRUE(KesTest::waitFor([this] {
+        const auto record = model.getTestInView().record;
+        return record && !record->readings.empty();
+    }));
     model.stopTest();
     ASSERT_TRUE(waitForEnd());
     EXPECT_EQ(model.getRunVerdict(), RunVerdict::Stopped);
@@ -113,17 +88,6 @@ TEST_F(ModelTest, AStoppedTestKeepsWhatItHasAndNothingIsLostUnasked)
     EXPECT_EQ(asked, 1) << "they are in a file";
     EXPECT_FALSE(model.startTest());
     EXPECT_EQ(asked, 2) << "nor is a complete one";
-}
-
-TEST_F(ModelTest, AFaultOfTheDeviceEndsTheRunAndKeepsWhatIsMeasured)
-{
-    ASSERT_NO_FATAL_FAILURE(beginTest());
-    getDevice()->simulateQuickShutdown();
-    EXPECT_TRUE(waitForEnd());
-    EXPECT_EQ(model.getRunVerdict(), RunVerdict::Fault);
-    EXPECT_THAT(takeTexts(), testing::Not(IsEmpty()));
-    EXPECT_EQ(model.getTestInView().record->end, RunEnd::Fault);
-    getDevice()->clearFaults();
 }
 
 TEST_F(ModelTest, TheReportSaysWhatTheWindowDoes)
