@@ -79,6 +79,15 @@ TEST_F(StepRunnerTest, OnlyTheTimeThatTheCurrentHasFlownHeats)
         EXPECT_EQ(runner.run(guard, {step(2.0, 17s)}), Outcome::Complete);
 }
 
+/// For longer than what is lost is waited for.
+TEST_F(StepRunnerTest, ALongStepRunsItsWholeTime)
+{
+    EXPECT_TRUE(bench.device->setSpeed(1));
+    guard = {};
+    StepRunner runner(kesto, control);
+    EXPECT_EQ(runner.run(guard, {step(1.0, 5600ms)}), Outcome::Complete) << runner.getError();
+}
+
 TEST_F(StepRunnerTest, AStopBeforeTheRestBeginsNothing)
 {
     StepRunner runner(kesto, control);

@@ -53,8 +53,9 @@ class Overcurrent(Program):
         wait(f"'{path}' in the status bar", lambda: self.fileName() == path)
 
     def recent(self):
-        """The recent files, from the top."""
+        """The recent files, from the top; without one there is nothing to open."""
         menu = find(find(self.window, "menu bar"), "menu", self.text("Menu.fileRecents"), hidden=True)
+        assert menu.isSensitive == bool(menu.children()), menu
         return [node.name for node in menu.walk(hidden=True) if node.role == "menu item"]
 
     def chooseRecent(self, path):

@@ -66,6 +66,11 @@ TEST_F(OvercurrentModelArchiveTest, AChangedByteCostsOnePartAtMostAndThatIsNamed
             << at << ": " << said;
         EXPECT_TRUE(areSettingsWhole || model.getSettings() == someResults().settings) << at;
     }
+    auto damaged = whole;
+    for (std::size_t at = 0; at < 4; ++at) {
+        damaged[at] = '?';
+        EXPECT_EQ(open(damaged, true), at < 3) << at + 1 << " bytes of the signature";
+    }
 }
 
 TEST_F(OvercurrentModelArchiveTest, RepairSaysWhatWasLost)

@@ -37,8 +37,9 @@ protected:
     std::string make(const TestResults* results)
     {
         const RelaySettings settings;
-        const auto written = KesMeasure::ReportFile::write(
-            home.file("made.html"), ReportDocument::create(settings, TestPlan(), results), "report/test.xsl");
+        const auto data = ReportDocument::create(settings, TestPlan(), results, false, {{"Place", "North"}});
+        const auto written =
+            KesMeasure::ReportFile::write(home.file("made.html"), data, "report/test.xsl");
         EXPECT_TRUE(written) << (written ? "" : written.getError()->getMessage());
         return KesTest::readFile(home.file("made.html"));
     }
@@ -96,7 +97,7 @@ TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)
     EXPECT_THAT(report,
                 AllOf(HasSubstr("SIMULATED DEVICE"), HasSubstr("Test stopped before its end"),
                       HasSubstr("10.100"), HasSubstr(">9.26\u00A0…\u00A010.85<"), HasSubstr("No operation"),
-                      HasSubstr("Not reset"), HasSubstr("time not measured"), HasSubstr("<svg"),
+                      HasSubstr("Not reset"), HasSubstr("time not measured"), HasSubstr("<svg"), HasSubstr("North"),
                       HasSubstr("KESTO-3 &lt;b&gt;No.&lt;/b&gt; 00017"), HasSubstr("Standard inverse")));
     EXPECT_THAT(report, AllOf(Not(HasSubstr("<script")), Not(HasSubstr("<link")), Not(HasSubstr("src="))));
     const KesTest::LanguageScope scope(lng::Russian);
@@ -113,6 +114,8 @@ TEST_F(ReportTest, MarksWhatHasPassedAndWhatHasFailed)
                 AllOf(HasSubstr("<tr class=\"passed\">"), HasSubstr("mark-passed\">✔\u00A0Passed")));
     EXPECT_THAT(rowWith(report, "1.234"),
                 AllOf(HasSubstr("<tr class=\"failed\">"), HasSubstr("mark-failed\">✘\u00A0")));
+    // Long times stand above.
+    EXPECT_THAT(report, HasSubstr("y=\"0.00\" dy=\"4\">50<"));
     // In the chart and in its legend.
     EXPECT_EQ(count(report, "r=\"5\" fill=\"#1f7a3d\""), 2u) << "passed";
     EXPECT_EQ(count(report, "M-5-5H5V5H-5Z"), 3u) << "failed";

@@ -173,7 +173,7 @@ TEST_F(TestRunTest, TheTripContactServesForTheRamps)
     settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
     settings.rampContact = RampContactKind::ByTripContact;
     plan.minimumRatio = 0.95;
-    EXPECT_EQ(run(std::make_shared<WatchedRelay>(1.033, 1s, 10ms)), RunEnd::Complete);
+    EXPECT_EQ(run(std::make_shared<WatchedRelay>(1.033, 1s, 400ms)), RunEnd::Complete);
     EXPECT_NEAR(recorder.pickUp->multiple, 1.04, 1e-9);
     EXPECT_NEAR(recorder.pickUp->without, 1.03, 1e-9);
     EXPECT_NEAR(recorder.dropOff->multiple, 1.03, 1e-9);

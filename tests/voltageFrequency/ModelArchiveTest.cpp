@@ -101,6 +101,9 @@ TEST_F(ModelArchiveTest, ADamagedArchiveIsReadWholeOrNotAtAll)
         EXPECT_FALSE(open(packedWith(good, test.entry, test.what, test.with))) << test.with;
     for (const auto& [name, text] : good)
         EXPECT_FALSE(open(packedWithout(good, name))) << "without " << name;
+    auto shortened = good;
+    KesTest::replace(shortened["test-results.xml"], "<measurement id=\"frequencyRate.operateTime\"", "/>", "");
+    EXPECT_FALSE(open(KesTest::packed(shortened))) << "a complete test that lacks a value";
 }
 
 TEST_F(ModelArchiveTest, RepairTakesWhatIsThereAndSaysWhatIsNot)

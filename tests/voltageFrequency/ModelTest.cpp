@@ -2,6 +2,7 @@
 
 #include <KesCommon/DesktopOpener.h>
 #include <KesMeasure/TestEvaluation.h>
+#include <KesMeasureView/WindowOpening.h>
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesTestProgram/TestPresenter.h>
 
@@ -133,7 +134,7 @@ TEST_F(WindowTest, TheUserChoosesTheReportAndNoneIsOverwritten)
 TEST_F(WindowTest, ShowsThePlanAndFillsIt)
 {
     model.setSpeed(1e5);
-    auto& window = dynamic_cast<Gtk::Widget&>(*presenter.getView());
+    auto& window = dynamic_cast<Gtk::Window&>(*presenter.getView());
     const auto rows = [&] {
         return KesTest::findWidgets<Gtk::TreeView>(window).front()->get_model()->children();
     };
@@ -149,6 +150,14 @@ TEST_F(WindowTest, ShowsThePlanAndFillsIt)
     ASSERT_TRUE(model.startTest());
     EXPECT_TRUE(KesTest::waitFor(
         [&] { return model.getCanStart() && cell(14, 8).find("Passed") != std::string::npos; }));
+    const auto style = KesTest::findByClass(window, "outcome-text")->get_style_context();
+    EXPECT_TRUE(style->has_class("mark-passed") && !style->has_class("mark-none"));
     ASSERT_TRUE(model.getTestObject()->find("frequencyRate/used")->setValue(false));
     EXPECT_EQ(rows().size(), 15u) << "results stay";
+    KesMeasure::WindowOpening::setDefaultSize(*presenter.getView(), 1e3, 1e3);
+    Gdk::Rectangle screen;
+    window.get_display()->get_monitor(0)->get_geometry(screen);
+    int width = 0, height = 0;
+    window.get_default_size(width, height);
+    EXPECT_TRUE(width < screen.get_width() && height < screen.get_height()) << width << " x " << height;
 }
