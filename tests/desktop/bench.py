@@ -90,9 +90,6 @@ class Overcurrent(Program):
         rows = find(self.window, "table", self.word("Results.title")).rows
         return [row for row in rows if row[-1] != self.word("State.planned")]
 
-    def updaterSwitch(self):
-        return find(self.window, "check box", texts.SETTINGS.get("Updater.label", self.language))
-
     def unsavedQuestion(self):
         return self.message(texts.FILES.get("saveDialog", self.language).replace("%s", self.fileName()))
 

@@ -86,11 +86,6 @@ def placeOf(node):
     return seen[-1]
 
 
-def hover(node):
-    left, top, width, height = placeOf(node)
-    xdotool("mousemove", left + width // 2, top + height // 2)
-
-
 def click(node):
     """With the mouse, in the middle of it. Wayland does not tell where that is, so there it is the control's
     action."""
@@ -98,8 +93,8 @@ def click(node):
         wait(lambda: f"{node} to be shown and sensitive", lambda: node.isShowing and node.isSensitive)
         node.act()
         return
-    hover(node)
-    xdotool("click", 1)
+    left, top, width, height = placeOf(node)
+    xdotool("mousemove", left + width // 2, top + height // 2, "click", 1)
 
 
 def focus(node):
@@ -272,21 +267,6 @@ class Program:
 
     def assertNoWindow(self):
         assert not self.windows(), f"unexpected: {self.windows()}"
-
-    def windowId(self, title=None):
-        """Of the X window with the title, by default the main one's."""
-        name = f"^{title or self.window.name}$"
-        found = wait(f"the X window {name}", lambda: xdotool("search", "--onlyvisible", "--name", name))
-        return found.split("\n")[-1]
-
-    def closeByTitleBar(self):
-        """Presses the button at the right end of the title bar."""
-        self.waitForKeyboard()
-        frame = subprocess.run(["xprop", "-id", self.windowId(), "_NET_FRAME_EXTENTS"], capture_output=True, text=True,
-                               check=True).stdout
-        right, titleBar = (int(frame.split("=")[1].split(",")[side]) for side in (1, 2))
-        left, top, width, _ = placeOf(self.window)  # with the frame
-        xdotool("mousemove", left + width - right - 8, top + titleBar // 2, "click", 1)
 
     # -- commands
 

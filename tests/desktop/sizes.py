@@ -7,7 +7,6 @@ import re
 import subprocess
 import sys
 
-import texts
 from bench import DesktopTest, main
 from desk import find, placeOf, press, wait, xdotool
 

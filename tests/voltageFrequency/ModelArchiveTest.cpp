@@ -131,6 +131,9 @@ TEST_F(ModelArchiveTest, AnArchiveChangedByHandIsOpenedAndSaysSo)
 {
     ASSERT_TRUE(runToEnd());
     auto changed = entries();
+    KesTest::replace(changed.at("info.xml"), "startedAt=\"2", "startedAt=\"1");
+    ASSERT_TRUE(open(KesTest::packed(changed)));
+    EXPECT_THAT(report(), Not(HasSubstr("outcome passed"))) << "though all values have";
     KesTest::replace(changed.at("test-results.xml"), "value=\"", "\"", "value=\"81.5\"");
     ASSERT_TRUE(open(KesTest::packed(changed)));
     for (int times = 0; times < 2; ++times) {

@@ -154,9 +154,12 @@ TEST_F(VerdictTest, TellsWhatIsWrongWithAContact)
     EXPECT_EQ(readings, std::vector<Reading>(3, {MeasureState::NoOperation, 0.0})) << "it never starts";
     relay.pickUp = 110.0;
     relay.dropOff = 120.0;
-    EXPECT_EQ(test(relay), all(false));
-    EXPECT_EQ(readings, std::vector<Reading>(3, {MeasureState::NotReset, 0.0})) << "it does not rest";
-    EXPECT_GT(relayOfRun->getLeast(), 99.0) << "and sees nothing but nominal voltages";
+    for (const auto tripTime : {relay.tripTime, StageRelay::Time(1h)}) {
+        relay.tripTime = tripTime;
+        EXPECT_EQ(test(relay), all(false));
+        EXPECT_EQ(readings, std::vector<Reading>(3, {MeasureState::NotReset, 0.0})) << "it does not rest";
+        EXPECT_GT(relayOfRun->getLeast(), 99.0) << "and sees nothing but nominal voltages";
+    }
     relay = makeRelay(promise, 0.0, 0.0);
     relay.resetTime = 1500ms;
     (void)test(relay);
