@@ -87,7 +87,8 @@ TEST_F(StepRunnerTest, ADeviceThatNeverEndsIsStoppedButALongStepRunsItsWholeTime
 {
     auto lost = std::async(std::launch::async, [] {
         KesTest::FakeKesto fake;
-        const auto silent = KesDevice::Kesto::create(KesDevice::Kesto::Address({10, 0, 0, 2}), fake.createLink());
+        const auto silent =
+            KesDevice::Kesto::create(KesDevice::Kesto::Address({10, 0, 0, 2}), fake.createLink());
         EXPECT_TRUE(silent->connect() && silent->startWorkingMode());
         RunControl ownControl;
         SequenceRecorder recorder(*silent, ownControl);

@@ -278,34 +278,14 @@ class Program:
         return find(find(self.window, "menu", menu), "menu item", item, hidden=True)
 
     def choose(self, menu, item, by="mouse"):
-        """Chooses a command of a menu by "mouse", "keyboard" or "action"."""
+        """Chooses a command of a menu by "mouse" or "action"."""
         node = self.menuItem(menu, item)
-        if by == "action" or (by == "mouse" and WAYLAND):
+        if by == "action" or WAYLAND:
             node.act()
             return
         self.waitForKeyboard()
-        if by == "mouse":
-            click(find(self.window, "menu", menu))
-            click(node)
-        else:
-            self._steer("Right", find(self.window, "menu", menu), first="F10")
-            self._steer("Down", node)
-            press("Return")
-
-    def _steer(self, key, wanted, first=None):
-        """Presses a key until the menu or item is the chosen one."""
-        press(first or key)
-        for _ in range(12):
-            chosen = wait("a chosen menu item", self._chosen)
-            if wanted in chosen:
-                return
-            press(key)
-            wait("another chosen menu item", lambda: self._chosen() not in (chosen, []))
-        raise AssertionError(f"{key} does not lead to {wanted}")
-
-    def _chosen(self):
-        bar = self.window.look("menu bar")
-        return [node for node in bar.walk() if node.role in ("menu", "menu item") and node.has(accessible.SELECTED)]
+        click(find(self.window, "menu", menu))
+        click(node)
 
     def chooseFile(self, path):
         """Answers the open file chooser with a path in the home folder; None cancels."""

@@ -62,7 +62,7 @@ class WindowsTest(DesktopTest):
     def testHelpIsOpenedByTheDesktop(self):
         program = self.start()
         path = os.path.join(os.path.dirname(self.binary), "Help", TAGS[self.language], "Overcurrent.pdf")
-        program.command("help", "keyboard")
+        program.command("help", "action")
         if os.path.exists(path):
             wait("an opened help file", lambda: self.home.opened() == [path])
         else:

@@ -38,8 +38,7 @@ protected:
     {
         const RelaySettings settings;
         const auto data = ReportDocument::create(settings, TestPlan(), results, false, {{"Place", "North"}});
-        const auto written =
-            KesMeasure::ReportFile::write(home.file("made.html"), data, "report/test.xsl");
+        const auto written = KesMeasure::ReportFile::write(home.file("made.html"), data, "report/test.xsl");
         EXPECT_TRUE(written) << (written ? "" : written.getError()->getMessage());
         return KesTest::readFile(home.file("made.html"));
     }
@@ -97,8 +96,9 @@ TEST_F(ReportTest, HoldsEverythingAndNeedsNothingElse)
     EXPECT_THAT(report,
                 AllOf(HasSubstr("SIMULATED DEVICE"), HasSubstr("Test stopped before its end"),
                       HasSubstr("10.100"), HasSubstr(">9.26\u00A0…\u00A010.85<"), HasSubstr("No operation"),
-                      HasSubstr("Not reset"), HasSubstr("time not measured"), HasSubstr("<svg"), HasSubstr("North"),
-                      HasSubstr("KESTO-3 &lt;b&gt;No.&lt;/b&gt; 00017"), HasSubstr("Standard inverse")));
+                      HasSubstr("Not reset"), HasSubstr("time not measured"), HasSubstr("<svg"),
+                      HasSubstr("North"), HasSubstr("KESTO-3 &lt;b&gt;No.&lt;/b&gt; 00017"),
+                      HasSubstr("Standard inverse")));
     EXPECT_THAT(report, AllOf(Not(HasSubstr("<script")), Not(HasSubstr("<link")), Not(HasSubstr("src="))));
     const KesTest::LanguageScope scope(lng::Russian);
     EXPECT_THAT(make(&results),

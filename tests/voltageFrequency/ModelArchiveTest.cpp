@@ -102,7 +102,8 @@ TEST_F(ModelArchiveTest, ADamagedArchiveIsReadWholeOrNotAtAll)
     for (const auto& [name, text] : good)
         EXPECT_FALSE(open(packedWithout(good, name))) << "without " << name;
     auto shortened = good;
-    KesTest::replace(shortened["test-results.xml"], "<measurement id=\"frequencyRate.operateTime\"", "/>", "");
+    KesTest::replace(shortened["test-results.xml"], "<measurement id=\"frequencyRate.operateTime\"", "/>",
+                     "");
     EXPECT_FALSE(open(KesTest::packed(shortened))) << "a complete test that lacks a value";
 }
 
