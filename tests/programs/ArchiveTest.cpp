@@ -85,17 +85,3 @@ TEST(OvercurrentArchiveTest, RefusesWhatIsMissingOrMakesNoSense)
     archive.results->plan.multiples.back() = 6.0;
     EXPECT_FALSE(OvercurrentArchive::read(*archive.pack())) << "points of another plan";
 }
-
-TEST(OvercurrentArchiveTest, NoTruncationIsTakenForAWholeArchive)
-{
-    const std::string whole = textOf(*someArchive().pack());
-    // Behind the last of the four entries there is only the directory of the archive.
-    const auto directory = whole.find("PK\x01\x02");
-    std::size_t repaired = 0;
-    for (std::size_t length = 0; length < directory; length += 7) {
-        std::stringstream stream(whole.substr(0, length));
-        EXPECT_FALSE(OvercurrentArchive::read(stream)) << length;
-        repaired += OvercurrentArchive::repair(stream).has_value();
-    }
-    EXPECT_GT(repaired, 0u);
-}

@@ -25,19 +25,6 @@ protected:
 
 } // namespace
 
-TEST_F(ModelRunTest, MeasuresAllAndSaysWithWhat)
-{
-    ASSERT_TRUE(runToEnd());
-    EXPECT_TRUE(hasPutOut);
-    EXPECT_EQ(finishes, 1);
-    EXPECT_EQ(model.getRunVerdict(), RunVerdict::Passed);
-    EXPECT_THAT(takeTexts(), IsEmpty());
-    EXPECT_EQ(model.getResults()->points.size(), 8u);
-    EXPECT_EQ(model.getResults()->origin, Origin::Simulated);
-    model.announceOutcome();
-    EXPECT_THAT(model.getState(), HasSubstr("SIMULATED DEVICE"));
-}
-
 TEST_F(ModelRunTest, RefusesWhatCannotBeRunOrPutOut)
 {
     TestPlan plan;

@@ -101,10 +101,13 @@ TEST_F(ModelArchiveTest, ADamagedArchiveIsReadWholeOrNotAtAll)
         EXPECT_FALSE(open(packedWith(good, test.entry, test.what, test.with))) << test.with;
     for (const auto& [name, text] : good)
         EXPECT_FALSE(open(packedWithout(good, name))) << "without " << name;
-    auto shortened = good;
-    KesTest::replace(shortened["test-results.xml"], "<measurement id=\"frequencyRate.operateTime\"", "/>",
-                     "");
-    EXPECT_FALSE(open(KesTest::packed(shortened))) << "a complete test that lacks a value";
+    for (const auto& [entry, part] :
+         {std::pair("test-results.xml", "<measurement id=\"frequencyRate.operateTime\""),
+          {"info.xml", "<test "}}) {
+        auto shortened = good;
+        KesTest::replace(shortened[entry], part, "/>", "");
+        EXPECT_FALSE(open(KesTest::packed(shortened))) << "without " << part;
+    }
 }
 
 TEST_F(ModelArchiveTest, RepairTakesWhatIsThereAndSaysWhatIsNot)
@@ -142,7 +145,8 @@ TEST_F(ModelArchiveTest, AnArchiveChangedByHandIsOpenedAndSaysSo)
                     AllOf(HasSubstr("Test failed: 14 of 15"), HasSubstr("changed by hand")));
         ASSERT_TRUE(open(save()));
     }
-    EXPECT_THAT(report(), HasSubstr("CHANGED BY HAND"));
+    EXPECT_THAT(report(), AllOf(HasSubstr("CHANGED BY HAND"), HasSubstr("14 of 15"), HasSubstr("<td>81.50<"),
+                                HasSubstr("SIMULATED DEVICE")));
     EXPECT_THAT(results(), HasSubstr("\"changedByHand\": true"));
     ASSERT_TRUE(runToEnd());
     EXPECT_FALSE(model.getTestInView().record->isChangedByHand()) << "a new test";

@@ -1,7 +1,6 @@
 #include <VoltageFrequency/model/VoltageFrequencyModel.h>
 
 #include <KesCommon/DesktopOpener.h>
-#include <KesMeasure/TestEvaluation.h>
 #include <KesMeasureView/WindowOpening.h>
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesTestProgram/TestPresenter.h>
@@ -89,19 +88,6 @@ TEST_F(ModelTest, AStoppedTestKeepsWhatItHasAndNothingIsLostUnasked)
     EXPECT_EQ(asked, 1) << "they are in a file";
     EXPECT_FALSE(model.startTest());
     EXPECT_EQ(asked, 2) << "nor is a complete one";
-}
-
-TEST_F(ModelTest, TheReportSaysWhatTheWindowDoes)
-{
-    ASSERT_TRUE(runToEnd());
-    ASSERT_TRUE(model.writeReport(home.file("report.html")));
-    const std::string report = KesTest::readFile(home.file("report.html"));
-    EXPECT_THAT(report, HasSubstr("SIMULATED DEVICE"));
-    EXPECT_THAT(report, HasSubstr("Test passed: 15 of 15 values within tolerance"));
-    const auto shown = model.getTestInView();
-    for (const auto& row :
-         KesMeasure::TestEvaluation::createTable(shown.test->createPlan(), shown.getRecord()).rows)
-        EXPECT_THAT(report, HasSubstr("<td>" + row.cells[5] + "</td>"));
 }
 
 TEST_F(WindowTest, TheUserChoosesTheReportAndNoneIsOverwritten)
