@@ -59,6 +59,7 @@ TEST(OvercurrentArchiveTest, RefusesWhatIsMissingOrMakesNoSense)
         {"plan.xml", " goesOn=\"true\"", ""},
         {"test-results.xml", "tripInput=\"1\"", "tripInput=\"2\""},
         {"test-results.xml", " without=\"1\"", ""},
+        {"test-results.xml", "rampContact=\"start\"", "rampContact=\"none\""},
         {"info.xml", "simulated=\"true\"", "simulated=\"perhaps\""},
         {"plan.xml", "multiple=\"1.7\"", "multiple=\"1.04\""},
         {"plan.xml", "<?xml", "<!DOCTYPE plan [<!ENTITY a \"b\">]><?xml"},

@@ -194,7 +194,8 @@ TEST(PlanTextsTest, ReadsWhatItWritesAndWhatUsersType)
         const KesTest::LanguageScope scope(language);
         TestPlan plan;
         plan.multiples = {1.06, 2.5, 12};
-        plan.pickUp.step = 0.005;
+        plan.pickUp = {0.8, 1.3, 0.005, 0.4};
+        plan.dropOff = {1.4, 0.7, 0.006, 0.3};
         TestPlan read;
         ASSERT_FALSE(PlanTexts(plan).read(read));
         EXPECT_EQ(read, plan);

@@ -1,5 +1,6 @@
 #include <Overcurrent/data/PlanTexts.h>
 #include <Overcurrent/data/ResultTexts.h>
+#include <Overcurrent/data/SettingsSummary.h>
 #include <Overcurrent/data/StageTimes.h>
 #include <Overcurrent/data/TestSequences.h>
 #include <Overcurrent/data/TimeBand.h>
@@ -86,6 +87,8 @@ TEST(FaultTest, TheCurrentHasTheCharacteristicAngleAgainstItsVoltage)
         for (const auto& [fault, loop] : loops) {
             TestPlan plan;
             plan.direction = isForward ? FaultDirection::Forward : FaultDirection::Reverse;
+            EXPECT_EQ(SettingsSummary::describe(plan, settings)[1].value,
+                      isForward ? "A, forward" : "A, reverse");
             const auto outputs = TestSequences::outputs(settings, plan, fault, 1.0);
             const auto volts = [&](int phase) {
                 return phase < 0 ? 0.0 : complexOf(outputs.voltages[static_cast<std::size_t>(phase)]);
