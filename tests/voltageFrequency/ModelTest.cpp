@@ -1,6 +1,7 @@
 #include <VoltageFrequency/model/VoltageFrequencyModel.h>
 
 #include <KesCommon/DesktopOpener.h>
+#include <KesCommonView/UpdateView.h>
 #include <KesMeasureView/WindowOpening.h>
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesTestProgram/TestPresenter.h>
@@ -133,9 +134,15 @@ TEST_F(WindowTest, ShowsThePlanAndFillsIt)
     EXPECT_EQ(rows().size(), 15u);
     EXPECT_EQ(cell(14, 1), "81R df/dt");
     EXPECT_EQ(cell(14, 8), "Planned");
+    // The window shows the end of the progress while the run is still under way.
+    const Kes::ScopedConnection late =
+        model.signalProgressChanged.connect([] { Kes::waitUpdateView([] {}); });
     ASSERT_TRUE(model.startTest());
     EXPECT_TRUE(KesTest::waitFor(
         [&] { return model.getCanStart() && cell(14, 8).find("Passed") != std::string::npos; }));
+    auto& progress =
+        *KesTest::findWidgets<Gtk::ProgressBar>(*KesTest::findByClass(window, "outcome")).front();
+    EXPECT_TRUE(KesTest::waitFor([&progress] { return !progress.get_visible(); }));
     const auto style = KesTest::findByClass(window, "outcome-text")->get_style_context();
     EXPECT_TRUE(style->has_class("mark-passed") && !style->has_class("mark-none"));
     ASSERT_TRUE(model.getTestObject()->find("frequencyRate/used")->setValue(false));
