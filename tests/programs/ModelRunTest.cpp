@@ -12,7 +12,6 @@ using namespace Overcurrent;
 using namespace std::chrono_literals;
 using KesProgram::RunVerdict;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 

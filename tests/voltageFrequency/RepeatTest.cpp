@@ -6,8 +6,6 @@
 
 #include <support/ProgramRunTest.h>
 
-#include <sstream>
-
 using namespace VoltageFrequency;
 using KesMeasure::MeasureState;
 using KesMeasure::RunEnd;
