@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 using namespace std::chrono_literals;
-using KesDriver::InputEvent;
 using KesMeasure::SequenceRecord;
 namespace ContactChanges = KesMeasure::ContactChanges;
 

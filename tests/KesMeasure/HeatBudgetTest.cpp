@@ -46,9 +46,11 @@ TEST(HeatBudgetTest, AddsUpAndCoolsDownToCold)
     budget.add(OutputSequence{step(30.0, 4s), step(30.0, 4s)});
     EXPECT_NEAR(budget.getShare(), 0.8, 1e-12);
     EXPECT_NEAR(budget.getPeak({step(30.0, 5s), step(0.0, 3600s)}), 1.3, 1e-12);
-    const double warm = budget.getShare();
-    budget.add(0.0, 60.0);
-    EXPECT_LT(budget.getShare(), warm);
+    HeatBudget later({1.0, 4.0, 30.0, 100.0});
+    later.follow(budget, 0.0);
+    EXPECT_EQ(later.getShare(), budget.getShare());
+    later.follow(budget, 60.0);
+    EXPECT_LT(later.getShare(), budget.getShare());
     budget.add(0.0, 3600.0);
     EXPECT_EQ(budget.getShare(), 0.0);
 }

@@ -4,7 +4,11 @@
 #include <programs/KestoBench.h>
 #include <programs/WatchedRelay.h>
 
+#include <support/FakeKestoLink.h>
+
 #include <gmock/gmock.h>
+
+#include <future>
 
 using namespace KesMeasure;
 using namespace std::chrono_literals;
@@ -77,6 +81,24 @@ TEST_F(StepRunnerTest, OnlyTheTimeThatTheCurrentHasFlownHeats)
     runner.onCooling = [](double) { ADD_FAILURE(); };
     for (int i = 0; i < 5; ++i)
         EXPECT_EQ(runner.run(guard, {step(2.0, 17s)}), Outcome::Complete);
+}
+
+TEST_F(StepRunnerTest, ADeviceThatNeverEndsIsStoppedButALongStepRunsItsWholeTime)
+{
+    auto lost = std::async(std::launch::async, [] {
+        KesTest::FakeKesto fake;
+        const auto silent =
+            KesDevice::Kesto::create(KesDevice::Kesto::Address({10, 0, 0, 2}), fake.createLink());
+        EXPECT_TRUE(silent->connect() && silent->startWorkingMode());
+        RunControl ownControl;
+        SequenceRecorder recorder(*silent, ownControl);
+        EXPECT_EQ(recorder.run({{{}, 1ms, {}}}), SequenceRecorder::Outcome::Failed);
+        EXPECT_EQ(fake.countCalls(KesTest::LinkCall::StopOutputs), 1u);
+    });
+    EXPECT_TRUE(bench.device->setSpeed(1));
+    StepRunner runner(kesto, control);
+    EXPECT_EQ(runner.run({}, {step(1.0, 5600ms)}), Outcome::Complete) << runner.getError();
+    lost.get();
 }
 
 TEST_F(StepRunnerTest, AStopBeforeTheRestBeginsNothing)

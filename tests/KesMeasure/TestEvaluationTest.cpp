@@ -124,6 +124,7 @@ TEST(TestEvaluationTest, CountsInRussianAsOneDoes)
     EXPECT_THAT(summary(1), HasSubstr("1 результат от"));
     EXPECT_THAT(summary(3), HasSubstr("3 результата от"));
     EXPECT_THAT(summary(11), HasSubstr("11 результатов от"));
+    EXPECT_THAT(summary(12), HasSubstr("12 результатов от"));
     EXPECT_THAT(summary(21), HasSubstr("21 результат от"));
     EXPECT_THAT(TestEvaluation::createTable(somePlan(), nullptr).rows[0].cells[3], HasSubstr("100,0"));
 }

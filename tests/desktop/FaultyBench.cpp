@@ -1,6 +1,7 @@
-// Linked into a test program, gives its simulated devices a fault from outside: on SIGUSR1 an overload of the
-// first channel, which the devices report again and again for a while.
+// Linked into a test program, gives its simulated device a fault from outside: on SIGUSR1 an overload of the
+// first channel, which the device reports again and again for a while.
 
+#include <KesDriver/EmbeddedNetwork.h>
 #include <KesDriver/simulated/SimulatedNetwork.h>
 
 #include <glib-unix.h>
@@ -8,27 +9,20 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <functional>
 
 namespace {
 
 constexpr auto repeatInterval = std::chrono::milliseconds(20);
 constexpr guint duration = 2500; // milliseconds
 
-void forEachDevice(const std::function<void(KesDriver::SimulatedKesto&)>& action)
+KesDriver::SimulatedKesto& device()
 {
-    const auto network = KesDriver::SimulatedNetwork::getEmbedded();
-    (void)network->find(
-        [&](const KesDriver::FoundDevice& found) {
-            if (const auto device = network->get(found.address))
-                action(*device);
-        },
-        {});
+    return *KesDriver::SimulatedNetwork::getEmbedded()->get(KesDriver::embeddedAddress);
 }
 
 gboolean endFaults(gpointer)
 {
-    forEachDevice([](auto& device) { device.clearFaults(); });
+    device().clearFaults();
     std::puts("The faults are over.");
     std::fflush(stdout);
     return G_SOURCE_REMOVE;
@@ -36,10 +30,8 @@ gboolean endFaults(gpointer)
 
 gboolean beginFaults(gpointer)
 {
-    forEachDevice([](auto& device) {
-        device.setFaultRepeatInterval(repeatInterval);
-        device.simulateOverload(0);
-    });
+    device().setFaultRepeatInterval(repeatInterval);
+    device().simulateOverload(0);
     g_timeout_add(duration, &endFaults, nullptr);
     return G_SOURCE_CONTINUE;
 }

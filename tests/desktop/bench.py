@@ -53,8 +53,9 @@ class Overcurrent(Program):
         wait(f"'{path}' in the status bar", lambda: self.fileName() == path)
 
     def recent(self):
-        """The recent files, from the top."""
+        """The recent files, from the top; without one there is nothing to open."""
         menu = find(find(self.window, "menu bar"), "menu", self.text("Menu.fileRecents"), hidden=True)
+        assert menu.isSensitive == bool(menu.children()), menu
         return [node.name for node in menu.walk(hidden=True) if node.role == "menu item"]
 
     def chooseRecent(self, path):
@@ -88,9 +89,6 @@ class Overcurrent(Program):
         """The rows of the results that have been measured."""
         rows = find(self.window, "table", self.word("Results.title")).rows
         return [row for row in rows if row[-1] != self.word("State.planned")]
-
-    def updaterSwitch(self):
-        return find(self.window, "check box", texts.SETTINGS.get("Updater.label", self.language))
 
     def unsavedQuestion(self):
         return self.message(texts.FILES.get("saveDialog", self.language).replace("%s", self.fileName()))

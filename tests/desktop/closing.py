@@ -10,8 +10,7 @@ from desk import fill, press
 
 class ClosingTest(DesktopTest):
     def ways(self):
-        return (("the title bar", lambda program: program.closeByTitleBar()),
-                ("Alt+F4", lambda program: (program.waitForKeyboard(), press("alt+F4"))),
+        return (("Alt+F4", lambda program: (program.waitForKeyboard(), press("alt+F4"))),
                 ("the menu", lambda program: program.command("exit", "mouse")),
                 ("the end of the session", lambda program: program.process.send_signal(signal.SIGTERM)))
 
@@ -27,7 +26,7 @@ class ClosingTest(DesktopTest):
             with self.subTest(name):
                 close(program)
                 self.cancel(program, program.unsavedQuestion())
-        program.closeByTitleBar()
+        program.command("exit", "action")
         program.answer(program.unsavedQuestion(), "yes")
         program.chooseFile(self.file("kept.kovc"))
         program.waitForEnd()
@@ -45,7 +44,7 @@ class ClosingTest(DesktopTest):
                 self.assertTrue(program.tool("stop").isSensitive)
 
         # The key of Stop means Stop before it means anything to the box.
-        program.closeByTitleBar()
+        program.command("exit", "action")
         box = program.message(question)
         press("Escape")
         program.waitForOutcome("Stopped")
@@ -54,7 +53,7 @@ class ClosingTest(DesktopTest):
 
         program.tool("start").act()
         program.waitForPoint(1)
-        program.closeByTitleBar()
+        program.command("exit", "action")
         program.answer(program.message(question), "yes")
         # The test has stopped; now it is about the file.
         self.cancel(program, program.unsavedQuestion())
@@ -66,4 +65,5 @@ class ClosingTest(DesktopTest):
         program.process.send_signal(signal.SIGTERM)
         self.cancel(program, program.unsavedQuestion())
         program.waitForOutcome("Stopped")
+
         program.discard()

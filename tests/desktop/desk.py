@@ -86,11 +86,6 @@ def placeOf(node):
     return seen[-1]
 
 
-def hover(node):
-    left, top, width, height = placeOf(node)
-    xdotool("mousemove", left + width // 2, top + height // 2)
-
-
 def click(node):
     """With the mouse, in the middle of it. Wayland does not tell where that is, so there it is the control's
     action."""
@@ -98,8 +93,8 @@ def click(node):
         wait(lambda: f"{node} to be shown and sensitive", lambda: node.isShowing and node.isSensitive)
         node.act()
         return
-    hover(node)
-    xdotool("click", 1)
+    left, top, width, height = placeOf(node)
+    xdotool("mousemove", left + width // 2, top + height // 2, "click", 1)
 
 
 def focus(node):
@@ -273,21 +268,6 @@ class Program:
     def assertNoWindow(self):
         assert not self.windows(), f"unexpected: {self.windows()}"
 
-    def windowId(self, title=None):
-        """Of the X window with the title, by default the main one's."""
-        name = f"^{title or self.window.name}$"
-        found = wait(f"the X window {name}", lambda: xdotool("search", "--onlyvisible", "--name", name))
-        return found.split("\n")[-1]
-
-    def closeByTitleBar(self):
-        """Presses the button at the right end of the title bar."""
-        self.waitForKeyboard()
-        frame = subprocess.run(["xprop", "-id", self.windowId(), "_NET_FRAME_EXTENTS"], capture_output=True, text=True,
-                               check=True).stdout
-        right, titleBar = (int(frame.split("=")[1].split(",")[side]) for side in (1, 2))
-        left, top, width, _ = placeOf(self.window)  # with the frame
-        xdotool("mousemove", left + width - right - 8, top + titleBar // 2, "click", 1)
-
     # -- commands
 
     def button(self, name):
@@ -298,34 +278,14 @@ class Program:
         return find(find(self.window, "menu", menu), "menu item", item, hidden=True)
 
     def choose(self, menu, item, by="mouse"):
-        """Chooses a command of a menu by "mouse", "keyboard" or "action"."""
+        """Chooses a command of a menu by "mouse" or "action"."""
         node = self.menuItem(menu, item)
-        if by == "action" or (by == "mouse" and WAYLAND):
+        if by == "action" or WAYLAND:
             node.act()
             return
         self.waitForKeyboard()
-        if by == "mouse":
-            click(find(self.window, "menu", menu))
-            click(node)
-        else:
-            self._steer("Right", find(self.window, "menu", menu), first="F10")
-            self._steer("Down", node)
-            press("Return")
-
-    def _steer(self, key, wanted, first=None):
-        """Presses a key until the menu or item is the chosen one."""
-        press(first or key)
-        for _ in range(12):
-            chosen = wait("a chosen menu item", self._chosen)
-            if wanted in chosen:
-                return
-            press(key)
-            wait("another chosen menu item", lambda: self._chosen() not in (chosen, []))
-        raise AssertionError(f"{key} does not lead to {wanted}")
-
-    def _chosen(self):
-        bar = self.window.look("menu bar")
-        return [node for node in bar.walk() if node.role in ("menu", "menu item") and node.has(accessible.SELECTED)]
+        click(find(self.window, "menu", menu))
+        click(node)
 
     def chooseFile(self, path):
         """Answers the open file chooser with a path in the home folder; None cancels."""

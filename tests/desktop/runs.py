@@ -1,6 +1,5 @@
 """Start, Stop, Power off, and what a running test keeps from being used."""
 
-import texts
 from accessible import FOCUSED
 from bench import DesktopTest
 from desk import click, fill, find, focus, press, wait
@@ -14,9 +13,6 @@ class RunsTest(DesktopTest):
         return ([program.item(key).isSensitive for key in FILE_COMMANDS],
                 [program.tool(key).isSensitive for key in FILE_COMMANDS[:3]],
                 [program.tool(key).isSensitive for key in ("start", "stop")])
-
-    def deviceState(self, program):
-        return find(program.window, "label", "127.0.0.1").description
 
     def testStopEndsARunningTest(self):
         program = self.start()
@@ -76,25 +72,4 @@ class RunsTest(DesktopTest):
         program.answer(program.message(program.word("Run.refused").replace("%s", reason)), "ok")
         self.assertTrue(program.tool("start").isSensitive)
         self.assertFalse(program.tool("stop").isSensitive)
-        program.discard()
-
-    def testPowerOffEndsTheConnectionAndHidesWhileStatesAreAsked(self):
-        program = self.start()
-        ready = texts.DEVICES.get("Common.KestoStateOk", self.language)
-        self.assertEqual(self.deviceState(program), "")
-        click(program.tool("start"))
-        wait("the connection", lambda: self.deviceState(program) == ready)
-        click(program.tool("stop"))
-        program.waitForOutcome("Stopped")
-        self.assertEqual(self.deviceState(program), ready)
-        click(program.tool("closeConnect"))
-        wait("the end of the connection", lambda: self.deviceState(program) == "")
-
-        name = texts.PROGRAM.get("Tool.closeConnect", self.language)
-        click(program.updaterSwitch())
-        wait("the state of the device", lambda: self.deviceState(program) == ready)
-        wait("a hidden button", lambda: program.window.look("push button", name) is None)
-        focus(program.updaterSwitch())
-        press("space")
-        program.button(name)
         program.discard()

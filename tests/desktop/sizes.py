@@ -7,7 +7,6 @@ import re
 import subprocess
 import sys
 
-import texts
 from bench import DesktopTest, main
 from desk import find, placeOf, press, wait, xdotool
 
@@ -29,7 +28,6 @@ def leastSize(window):
 class SizesTest(DesktopTest):
     def setUp(self):
         super().setUp()
-        self.sizes = []
         self.tooLarge = []
 
     def chooseDevices(self, count):
@@ -49,7 +47,6 @@ class SizesTest(DesktopTest):
         program.waitForKeyboard(node)
         placeOf(node)
         size = wait(f"the least size of {what}", lambda: leastSize(xdotool("getactivewindow")))
-        self.sizes.append((what, zoom, size))
         if size[0] > LIMITS[zoom][0] or size[1] > LIMITS[zoom][1]:
             self.tooLarge.append((what, zoom, size))
 
@@ -104,8 +101,6 @@ class SizesTest(DesktopTest):
                     withOthers = count == COUNTS[-1] and not arguments
                     self.measureAll(program, f"{count} devices, {state}", zoom, withOthers)
                 program.kill()
-        if os.environ.get("KES_SHOW_SIZES"):
-            print(*self.sizes, sep="\n")
         self.assertEqual(self.tooLarge, [])
 
 

@@ -14,8 +14,7 @@ namespace {
 
 using Kind = FailingCalls::Kind;
 
-constexpr Kind kinds[] = {Kind::Open,   Kind::Read,     Kind::Write, Kind::Sync,
-                          Kind::Rename, Kind::Truncate, Kind::Close};
+constexpr Kind kinds[] = {Kind::Open, Kind::Read, Kind::Write, Kind::Sync, Kind::Rename, Kind::Close};
 
 /// A user who only reads.
 class Listener : public Kes::UnattendedDialogs {

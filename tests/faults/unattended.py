@@ -16,7 +16,7 @@ import sys
 
 from trial import HUNG, Trial, readFile
 
-KINDS = ["open", "read", "write", "sync", "rename", "truncate", "close", "thread"]
+KINDS = ["open", "read", "write", "sync", "rename", "close", "thread"]
 OUT_OF_TOLERANCE = 1
 Case = collections.namedtuple("Case", "kind at isFromThenOn hasFormer")
 

@@ -30,6 +30,7 @@ TEST(ChartTest, APointWithoutOperationStandsWhereItsMeasurementEnded)
     results.points = {{{Fault::A, 2.0}, MeasureState::NoOperation, {}}};
     const auto chart = TestChart::create(results.settings, results.plan, &results);
     const double limit = TestSequences::pointLimit(results.settings, results.plan, results.points[0]);
+    EXPECT_EQ(chart.points.size(), results.plan.countPoints()) << "each once";
     EXPECT_DOUBLE_EQ(chart.points[0].position.y, limit);
     EXPECT_EQ(chart.points[0].state, KesMeasure::ChartPoint::State::NotOperated);
     EXPECT_GE(chart.y.getMaximum(), limit);

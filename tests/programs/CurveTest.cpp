@@ -91,10 +91,7 @@ TEST(EvaluationTest, PassesOnlyWhatIsWholeAndWithinTolerance)
         {Verdict::Failed, [](auto& r) { r.dropOff->multiple = 1.05, r.dropOff->without = 1.06; }},
         {Verdict::Passed, [](auto& r) { r.settings.rampContact = RampContactKind::NoRamps; }},
         {Verdict::Failed, [](auto& r) { r.dropOff.reset(); }},
-        {Verdict::Failed, [](auto& r) { r.end = RunEnd::Ended; }},
         {Verdict::Stopped, [](auto& r) { r.end = RunEnd::Stopped; }},
-        {Verdict::Fault, [](auto& r) { r.end = RunEnd::Fault; }},
-        {Verdict::None, [](auto& r) { r.end = RunEnd::Running; }},
     };
     for (std::size_t i = 0; i < std::size(cases); ++i) {
         auto results = completeResults();

@@ -20,10 +20,6 @@ namespace {
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-} // namespace
-
-namespace {
-
 struct Refusal {
     const char* reason;
     void (*spoil)(RelaySettings& settings, TestPlan& plan);
@@ -45,7 +41,7 @@ void expectRefused(const std::vector<Refusal>& cases, const RelaySettings& setti
 
 } // namespace
 
-TEST(PlanTest, RefusesWhatMakesNoSenseAndSaysWhy)
+TEST(PlanTest, RefusesWhatMakesNoSenseOrWouldJudgeOrBurnAHealthyRelay)
 {
     const std::vector<Refusal> cases{
         {"no points", [](auto&, auto& plan) { plan.multiples.clear(); }},
@@ -69,33 +65,6 @@ TEST(PlanTest, RefusesWhatMakesNoSenseAndSaysWhy)
          [](auto&, auto& plan) { plan.dropOff.step = 1e-300; }},
         {"no fault to try", [](auto&, auto& plan) { plan.faults.clear(); }},
         {"a fault twice", [](auto&, auto& plan) { plan.faults.push_back(Fault::A); }},
-    };
-    expectRefused(cases, {});
-    TestPlan plan;
-    plan.pickUp.step = plan.dropOff.step = 0.07;
-    plan.pickUpTolerancePercent = 7.0;
-    EXPECT_EQ(message(plan.check()), "") << "a step as wide as the tolerance";
-}
-
-TEST(PlanTest, RefusesWhatDoesNotSuitRelayOrDevice)
-{
-    RelaySettings settings;
-    TestPlan plan;
-    plan.timeout = 18.5;
-    // 18.10 s at 1.47 × Is and 5 % of it.
-    EXPECT_THAT(message(plan.check(settings)), HasSubstr("at 1.5 × Is the relay may take up to 19.00 s"));
-    plan.timeout = 19.01;
-    EXPECT_TRUE(plan.check(settings));
-    settings[StageId::First].settingCurrent = 1.6;
-    EXPECT_TRUE(plan.check(settings, KesDriver::OutputLimits()));
-    settings[StageId::First].settingCurrent = 2.0;
-    EXPECT_THAT(message(plan.check(settings, KesDriver::OutputLimits())),
-                HasSubstr("20 × Is is 40 A, but the device puts out at most 32 A"));
-}
-
-TEST(PlanTest, RefusesWhatWouldJudgeOrBurnAHealthyRelay)
-{
-    const std::vector<Refusal> cases{
         {"1.06 × Is is too close to Is: a relay whose current is off by 6 %",
          [](auto& settings, auto& plan) {
              settings.currentTolerancePercent = 6.0;
@@ -124,14 +93,27 @@ TEST(PlanTest, RefusesWhatWouldJudgeOrBurnAHealthyRelay)
         {"with the definite-time characteristic only",
          [](auto& settings, auto&) { settings.rampContact = RampContactKind::ByTripContact; }},
         {"input 9, but the device has 8", [](auto& settings, auto&) { settings.startInput = 9; }},
+        // 18.10 s at 1.47 × Is and 5 % of it.
+        {"at 1.5 × Is the relay may take up to 19.00 s", [](auto&, auto& plan) { plan.timeout = 18.5; }},
+        {"20 × Is is 40 A, but the device puts out at most 32 A",
+         [](auto& settings, auto&) { settings[StageId::First].settingCurrent = 2.0; }},
     };
     expectRefused(cases, {});
+    TestPlan plan;
+    plan.pickUp.step = plan.dropOff.step = 0.07;
+    plan.pickUpTolerancePercent = 7.0;
+    EXPECT_EQ(message(plan.check()), "") << "a step as wide as the tolerance";
+    RelaySettings relay;
+    relay[StageId::First].settingCurrent = 1.6;
+    relay.startInput = 8;
+    plan.timeout = 19.01;
+    EXPECT_EQ(message(plan.check(relay, KesDriver::OutputLimits())), "") << "the most that the device can";
 }
 
 TEST(PlanTest, RefusesWhatCannotBeWiredOrSeen)
 {
-    RelaySettings settings;
-    settings[StageId::Residual].isUsed = true;
+    RelaySettings relay;
+    relay[StageId::Residual].isUsed = true;
     const std::vector<Refusal> cases{
         {"Fault AB takes 4 current outputs, with 2 in parallel for each phase; the device has 3",
          [](auto&, auto& plan) {
@@ -144,28 +126,28 @@ TEST(PlanTest, RefusesWhatCannotBeWiredOrSeen)
              plan.outputsPerPhase = 3;
          }},
         {"No stage in use sees fault N",
-         [](auto& spoiled, auto& plan) {
+         [](auto& settings, auto& plan) {
              plan.faults = {Fault::N};
-             spoiled[StageId::Residual].isUsed = false;
+             settings[StageId::Residual].isUsed = false;
          }},
         {"At 1.5 × Is no stage operates with fault BC",
-         [](auto& spoiled, auto& plan) {
+         [](auto& settings, auto& plan) {
              plan.faults = {Fault::BC};
-             spoiled[StageId::First].curve = CurveKind::TableCurve;
+             settings[StageId::First].curve = CurveKind::TableCurve;
          }},
         {"No stage in use sees fault A",
-         [](auto& spoiled, auto& plan) {
+         [](auto& settings, auto& plan) {
              plan.direction = FaultDirection::Reverse;
-             for (auto& stage : spoiled.stages)
+             for (auto& stage : settings.stages)
                  stage.direction = DirectionKind::ForwardOnly;
          }},
         {"20 × Is is 80 A, but the device puts out at most 64 A",
-         [](auto& spoiled, auto& plan) {
+         [](auto& settings, auto& plan) {
              plan.outputsPerPhase = 2;
-             spoiled.nominalCurrent = spoiled[StageId::First].settingCurrent = 4.0;
+             settings.nominalCurrent = settings[StageId::First].settingCurrent = 4.0;
          }},
     };
-    expectRefused(cases, settings);
+    expectRefused(cases, relay);
 }
 
 /// Some values are accepted only after others.
@@ -212,7 +194,8 @@ TEST(PlanTextsTest, ReadsWhatItWritesAndWhatUsersType)
         const KesTest::LanguageScope scope(language);
         TestPlan plan;
         plan.multiples = {1.06, 2.5, 12};
-        plan.pickUp.step = 0.005;
+        plan.pickUp = {0.8, 1.3, 0.005, 0.4};
+        plan.dropOff = {1.4, 0.7, 0.006, 0.3};
         TestPlan read;
         ASSERT_FALSE(PlanTexts(plan).read(read));
         EXPECT_EQ(read, plan);

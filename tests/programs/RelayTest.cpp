@@ -134,37 +134,6 @@ TEST(OvercurrentRelayTest, ItsStagesAreSetByNames)
                   {"table=2", "table=4:1;2:2", "direction=UP", "angle=181", "connection=D", "curve4=DT"});
 }
 
-TEST(VoltageFrequencyRelayTest, EachStageStartsAndOperatesALittleOffItsSetting)
-{
-    const struct {
-        double volts;
-        double hertz;
-        double rate;
-        double delay;
-    } cases[] = {{79.0, 50.0, 0.0, 1.0},
-                 {117.0, 50.0, 0.0, 0.5},
-                 {100.0, 48.9, 0.0, 0.5},
-                 {100.0, 51.1, 0.0, 0.5},
-                 {100.0, 50.0, -1.1, 0.3}};
-    Player player("voltage-frequency");
-    (void)player.play(healthy, 5s);
-    for (const auto& test : cases) {
-        EXPECT_THAT(player.play(healthy, 5s), IsEmpty()) << "it rests";
-        (void)player.play(volts(test.volts, test.hertz), test.rate == 0.0 ? 5s : 800ms, test.rate);
-        EXPECT_NEAR(player.secondsTo(2, true), 0.06, 0.04) << test.volts << " " << test.hertz;
-        EXPECT_NEAR(player.secondsTo(1, true), test.delay + 0.01, 0.01) << test.volts << " " << test.hertz;
-        (void)player.play(healthy, 5s);
-        EXPECT_NEAR(player.secondsTo(1, false), 0.05, 0.04);
-        EXPECT_NEAR(player.secondsTo(2, false), 0.05, 0.04);
-    }
-    // Within its deviation and its drop-off nothing happens.
-    EXPECT_THAT(player.play(volts(81.0, 50.0), 5s), IsEmpty());
-    EXPECT_THAT(player.play(volts(100.0, 49.01), 5s), IsEmpty());
-    EXPECT_THAT(player.play(healthy, 700ms, -0.95), IsEmpty());
-    (void)player.play(volts(79.0, 50.0), 5s);
-    EXPECT_THAT(player.play(volts(83.5, 50.0), 5s), IsEmpty()) << "above its drop-off only";
-}
-
 TEST(VoltageFrequencyRelayTest, StagesShareTheContactsAndAreAlwaysTheSame)
 {
     std::vector<std::vector<InputEvent>> runs;

@@ -75,6 +75,13 @@ TEST_F(RepeatTest, ARelayStaysWarmFromOneRunToTheNext)
     model.setSpeed(50);
     ASSERT_TRUE(model.repeatTest({0}));
     EXPECT_TRUE(KesTest::waitFor([this] { return model.getState().find("cooling") != std::string::npos; }));
+    model.stopTest();
+    ASSERT_TRUE(waitForEnd());
+    // One that hardly cools would have to rest for hours.
+    ASSERT_TRUE(model.getTestObject()->find(KesTree::RelayNodes::ContinuousWithstand)->setValue(0.5));
+    model.setSpeed(2e4);
+    ASSERT_TRUE(runToEnd());
+    EXPECT_THAT(takeTexts(), testing::HasSubstr("more than it withstands"));
 }
 
 TEST_F(RepeatTest, TheWorstOfSeveralTimesCountsAndAllAreKept)

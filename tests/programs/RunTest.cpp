@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 
-#include <future>
 #include <set>
 #include <tuple>
 
@@ -174,7 +173,7 @@ TEST_F(TestRunTest, TheTripContactServesForTheRamps)
     settings[StageId::First].curve = CurveKind::DefiniteTimeCurve;
     settings.rampContact = RampContactKind::ByTripContact;
     plan.minimumRatio = 0.95;
-    EXPECT_EQ(run(std::make_shared<WatchedRelay>(1.033, 1s, 10ms)), RunEnd::Complete);
+    EXPECT_EQ(run(std::make_shared<WatchedRelay>(1.033, 1s, 400ms)), RunEnd::Complete);
     EXPECT_NEAR(recorder.pickUp->multiple, 1.04, 1e-9);
     EXPECT_NEAR(recorder.pickUp->without, 1.03, 1e-9);
     EXPECT_NEAR(recorder.dropOff->multiple, 1.03, 1e-9);
@@ -200,15 +199,4 @@ TEST_F(TestRunTest, AnEventThatIsNotTakenIsAFaultAndNoVerdict)
         EXPECT_EQ(run(std::make_shared<WatchedRelay>(1.5, 345678us, 10ms)), RunEnd::Fault);
         EXPECT_LT(recorder.points.size(), 2U);
     }
-}
-
-TEST_F(TestRunTest, NonsenseFromTheDeviceEndsTheRunWithoutResults)
-{
-    bench.begin(std::make_shared<WatchedRelay>(1.5, 1s, 10ms));
-    device->setNonsense(true);
-    TestRun test(settings, plan, kesto, control, recorder);
-    auto end = std::async(std::launch::async, [&] { return test.execute(); });
-    if (end.wait_for(3s) != std::future_status::ready)
-        control.stop();
-    EXPECT_NE(end.get(), RunEnd::Complete);
 }

@@ -1,18 +1,8 @@
 #include <Overcurrent/presenter/OvercurrentPresenter.h>
 
-#include <KesCommon/Directories.h>
 #include <KesProgram/archive/ArchiveManager.h>
-#include <KesProgram/recovery/RecoveryStore.h>
 
-#include <support/GuiTest.h>
-#include <support/LiveWidgets.h>
-#include <support/TemporaryHome.h>
-
-#include <atkmm/object.h>
-#include <gtkmm/entry.h>
-
-#include <filesystem>
-#include <sstream>
+#include <support/ProgramRunTest.h>
 
 using namespace Overcurrent;
 using KesTest::waitFor;
@@ -21,22 +11,8 @@ using testing::IsEmpty;
 
 namespace {
 
-/// The program with its window; unsaved changes are dropped in the end.
-class WindowTest : public KesTest::GuiTest {
+class WindowTest : public KesTest::ProgramWindowTest<OvercurrentModel, OvercurrentPresenter> {
 protected:
-    WindowTest()
-    {
-        model.setSpeed(5000);
-        presenter.signalClosed.connect([this] { isClosed = true; });
-        presenter.open(nullptr);
-    }
-    ~WindowTest() override
-    {
-        dialogs.answer(Kes::DialogResult::No);
-        presenter.requestClose();
-        EXPECT_TRUE(waitFor([this] { return isClosed; }));
-    }
-
     Gtk::Entry& entry(const std::string& accessibleName)
     {
         Gtk::Entry* found = nullptr;
@@ -51,17 +27,13 @@ protected:
             throw std::runtime_error("no entry " + accessibleName);
         return *found;
     }
-
-    KesTest::TemporaryHome home;
-    OvercurrentModel model;
-    OvercurrentPresenter presenter{model};
-    bool isClosed = false;
 };
 
 } // namespace
 
 TEST_F(WindowTest, AFileFromTheCommandLineNeedsNoAnswerAboutAnUntouchedDocument)
 {
+    model.setSpeed(5000);
     ASSERT_TRUE(model.startTest());
     ASSERT_TRUE(waitFor([&] { return model.getResults() && model.getCanStart(); }));
     const std::string path = home.file("a.kovc");
@@ -101,27 +73,4 @@ TEST_F(WindowTest, MarksAWrongValueAndAsksBeforeItSavesWithoutIt)
     timeout.set_text("45,5");
     EXPECT_FALSE(timeout.get_style_context()->has_class("error"));
     EXPECT_EQ(model.getPlan().timeout, 45.5);
-}
-
-TEST_F(WindowTest, WhatARunHasMeasuredIsCopiedWhileItRuns)
-{
-    model.setSpeed(50);
-    ASSERT_TRUE(model.startTest());
-    ASSERT_TRUE(waitFor([this] {
-        const auto results = model.getResults();
-        return results && results->points.size() >= 2 && presenter.writeRecoveryCopy(std::chrono::seconds(5));
-    }));
-    ASSERT_TRUE(model.isRunning());
-    std::filesystem::copy(Kes::getKesCrossAppStateDir() + "OvercurrentModel.OvercurrentTests/recovery/",
-                          home.file("copies/"));
-    auto lost = KesProgram::RecoveryStore(home.file("copies/")).findLost();
-    ASSERT_EQ(lost.size(), 1U);
-    const auto& copy = lost.front().getCopy();
-    EXPECT_THAT(copy.holds, testing::MatchesRegex("[2-9] results of 20..-..-.. ..:.., not saved"));
-    std::istringstream stream(copy.bytes);
-    OvercurrentModel other;
-    EXPECT_TRUE(other.setDataStream(stream, false));
-    EXPECT_GE(other.getResults()->points.size(), 2U);
-    model.stopTest();
-    EXPECT_TRUE(waitFor([this] { return model.getCanStart(); }));
 }

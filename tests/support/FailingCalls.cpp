@@ -56,7 +56,6 @@ int errorOf(Kind kind)
     case Kind::Open:
         return EMFILE;
     case Kind::Write:
-    case Kind::Truncate:
         return ENOSPC;
     case Kind::Thread:
         return EAGAIN;
@@ -220,13 +219,6 @@ FILE* fopen(const char* path, const char* mode)
 }
 FILE* fopen64(const char* path, const char* mode) __attribute__((alias("fopen")));
 
-int ftruncate(int file, off_t size) noexcept
-{
-    static const auto real = next<int(int, off_t)>("ftruncate");
-    return failsOn(Kind::Truncate, file) ? -1 : real(file, size);
-}
-int ftruncate64(int file, off64_t size) noexcept __attribute__((alias("ftruncate")));
-
 int fsync(int file)
 {
     static const auto real = next<int(int)>("fsync");
@@ -234,32 +226,15 @@ int fsync(int file)
 }
 int fdatasync(int file) __attribute__((alias("fsync")));
 
-ssize_t pread(int file, void* bytes, size_t size, off_t offset)
-{
-    static const auto real = next<ssize_t(int, void*, size_t, off_t)>("pread");
-    return failsOn(Kind::Read, file) ? -1 : real(file, bytes, size, offset);
-}
-ssize_t pread64(int file, void* bytes, size_t size, off64_t offset) __attribute__((alias("pread")));
-
 int __open_2(const char* path, int flags)
 {
     return open(path, flags, 0);
-}
-
-int __open64_2(const char* path, int flags)
-{
-    return open64(path, flags, 0);
 }
 
 ssize_t read(int file, void* bytes, size_t size)
 {
     static const auto real = next<ssize_t(int, void*, size_t)>("read");
     return failsOn(Kind::Read, file) ? -1 : real(file, bytes, size);
-}
-
-ssize_t __read_chk(int file, void* bytes, size_t size, size_t)
-{
-    return read(file, bytes, size);
 }
 
 /// A disk that is full from now on still takes a part.

@@ -16,10 +16,10 @@ namespace KesTest {
 /// Any thread; arm it while no other thread makes such calls.
 class FailingCalls {
 public:
-    enum class Kind { None, Open, Read, Write, Sync, Rename, Truncate, Close, Thread, Allocation };
+    enum class Kind { None, Open, Read, Write, Sync, Rename, Close, Thread, Allocation };
 
-    static constexpr const char* names[] = {"none",   "open",     "read",  "write",  "sync",
-                                            "rename", "truncate", "close", "thread", "allocation"};
+    static constexpr const char* names[] = {"none",   "open",  "read",   "write",     "sync",
+                                            "rename", "close", "thread", "allocation"};
 
     static void arm(Kind kind, int at, bool isFromThenOn, const std::string& folders);
     static void disarm();

@@ -98,7 +98,11 @@ public:
         limits = _state->get(_state->limits);
         return true;
     }
-    Kes::Result readTime(DeviceTime&) override { return true; }
+    Kes::Result readTime(DeviceTime& time) override
+    {
+        time = std::chrono::duration_cast<DeviceTime>(std::chrono::steady_clock::now().time_since_epoch());
+        return true;
+    }
     Kes::Result setAuxDC(bool enable, double volts) override
     {
         return _state->call(LinkCall::SetAuxDC, [&] {

@@ -23,6 +23,8 @@ protected:
     {
         model.setSpeed(speed);
         model.init();
+        // On a busy machine the test before may still be about to leave it.
+        getDevice()->dropConnections();
         _finished = model.signalFinished.connect([this](bool outputStarted) {
             hasPutOut = outputStarted;
             ++finishes;
@@ -75,6 +77,28 @@ private:
     std::string _texts;
     Kes::ScopedConnection _finished;
     Kes::ScopedConnection _messages;
+};
+
+/// A test program with its window; unsaved changes are dropped in the end.
+template <typename Model, typename Presenter>
+class ProgramWindowTest : public GuiTest {
+protected:
+    ProgramWindowTest()
+    {
+        presenter.signalClosed.connect([this] { isClosed = true; });
+        presenter.open(nullptr);
+    }
+    ~ProgramWindowTest() override
+    {
+        dialogs.answer(Kes::DialogResult::No);
+        presenter.requestClose();
+        EXPECT_TRUE(waitFor([this] { return isClosed; }));
+    }
+
+    TemporaryHome home;
+    Model model;
+    Presenter presenter{model};
+    bool isClosed = false;
 };
 
 /// Lets a test change what has been measured.

@@ -1,7 +1,8 @@
 #include <VoltageFrequency/model/VoltageFrequencyModel.h>
 
 #include <KesCommon/DesktopOpener.h>
-#include <KesMeasure/TestEvaluation.h>
+#include <KesCommonView/UpdateView.h>
+#include <KesMeasureView/WindowOpening.h>
 #include <KesProgram/archive/ArchiveManager.h>
 #include <KesTestProgram/TestPresenter.h>
 
@@ -23,39 +24,9 @@ namespace {
 class ModelTest : public KesTest::ProgramRunTest<VoltageFrequencyModel> {
 protected:
     ModelTest() : ProgramRunTest(1e5) {}
-
-    /// A slow run that has measured something.
-    void beginTest()
-    {
-        model.setSpeed(50);
-        ASSERT_TRUE(model.startTest());
-        ASSERT_TRUE(KesTest::waitFor([this] {
-            const auto record = model.getTestInView().record;
-            return record && !record->readings.empty();
-        }));
-    }
 };
 
-/// The program with its window.
-class WindowTest : public KesTest::GuiTest {
-protected:
-    WindowTest()
-    {
-        presenter.signalClosed.connect([this] { isClosed = true; });
-        presenter.open(nullptr);
-    }
-    ~WindowTest() override
-    {
-        dialogs.answer(Kes::DialogResult::No);
-        presenter.requestClose();
-        EXPECT_TRUE(KesTest::waitFor([this] { return isClosed; }));
-    }
-
-    KesTest::TemporaryHome home;
-    VoltageFrequencyModel model;
-    KesTestProgram::TestPresenter presenter{model};
-    bool isClosed = false;
-};
+using WindowTest = KesTest::ProgramWindowTest<VoltageFrequencyModel, KesTestProgram::TestPresenter>;
 
 } // namespace
 
@@ -95,7 +66,12 @@ TEST_F(ModelTest, RefusesWhatCannotBeTested)
 
 TEST_F(ModelTest, AStoppedTestKeepsWhatItHasAndNothingIsLostUnasked)
 {
-    ASSERT_NO_FATAL_FAILURE(beginTest());
+    model.setSpeed(50);
+    ASSERT_TRUE(model.startTest());
+    ASSERT_TRUE(KesTest::waitFor([this] {
+        const auto record = model.getTestInView().record;
+        return record && !record->readings.empty();
+    }));
     model.stopTest();
     ASSERT_TRUE(waitForEnd());
     EXPECT_EQ(model.getRunVerdict(), RunVerdict::Stopped);
@@ -113,30 +89,6 @@ TEST_F(ModelTest, AStoppedTestKeepsWhatItHasAndNothingIsLostUnasked)
     EXPECT_EQ(asked, 1) << "they are in a file";
     EXPECT_FALSE(model.startTest());
     EXPECT_EQ(asked, 2) << "nor is a complete one";
-}
-
-TEST_F(ModelTest, AFaultOfTheDeviceEndsTheRunAndKeepsWhatIsMeasured)
-{
-    ASSERT_NO_FATAL_FAILURE(beginTest());
-    getDevice()->simulateQuickShutdown();
-    EXPECT_TRUE(waitForEnd());
-    EXPECT_EQ(model.getRunVerdict(), RunVerdict::Fault);
-    EXPECT_THAT(takeTexts(), testing::Not(IsEmpty()));
-    EXPECT_EQ(model.getTestInView().record->end, RunEnd::Fault);
-    getDevice()->clearFaults();
-}
-
-TEST_F(ModelTest, TheReportSaysWhatTheWindowDoes)
-{
-    ASSERT_TRUE(runToEnd());
-    ASSERT_TRUE(model.writeReport(home.file("report.html")));
-    const std::string report = KesTest::readFile(home.file("report.html"));
-    EXPECT_THAT(report, HasSubstr("SIMULATED DEVICE"));
-    EXPECT_THAT(report, HasSubstr("Test passed: 15 of 15 values within tolerance"));
-    const auto shown = model.getTestInView();
-    for (const auto& row :
-         KesMeasure::TestEvaluation::createTable(shown.test->createPlan(), shown.getRecord()).rows)
-        EXPECT_THAT(report, HasSubstr("<td>" + row.cells[5] + "</td>"));
 }
 
 TEST_F(WindowTest, TheUserChoosesTheReportAndNoneIsOverwritten)
@@ -169,7 +121,7 @@ TEST_F(WindowTest, TheUserChoosesTheReportAndNoneIsOverwritten)
 TEST_F(WindowTest, ShowsThePlanAndFillsIt)
 {
     model.setSpeed(1e5);
-    auto& window = dynamic_cast<Gtk::Widget&>(*presenter.getView());
+    auto& window = dynamic_cast<Gtk::Window&>(*presenter.getView());
     const auto rows = [&] {
         return KesTest::findWidgets<Gtk::TreeView>(window).front()->get_model()->children();
     };
@@ -182,9 +134,23 @@ TEST_F(WindowTest, ShowsThePlanAndFillsIt)
     EXPECT_EQ(rows().size(), 15u);
     EXPECT_EQ(cell(14, 1), "81R df/dt");
     EXPECT_EQ(cell(14, 8), "Planned");
+    // The window shows the end of the progress while the run is still under way.
+    const Kes::ScopedConnection late =
+        model.signalProgressChanged.connect([] { Kes::waitUpdateView([] {}); });
     ASSERT_TRUE(model.startTest());
     EXPECT_TRUE(KesTest::waitFor(
         [&] { return model.getCanStart() && cell(14, 8).find("Passed") != std::string::npos; }));
+    auto& progress =
+        *KesTest::findWidgets<Gtk::ProgressBar>(*KesTest::findByClass(window, "outcome")).front();
+    EXPECT_TRUE(KesTest::waitFor([&progress] { return !progress.get_visible(); }));
+    const auto style = KesTest::findByClass(window, "outcome-text")->get_style_context();
+    EXPECT_TRUE(style->has_class("mark-passed") && !style->has_class("mark-none"));
     ASSERT_TRUE(model.getTestObject()->find("frequencyRate/used")->setValue(false));
     EXPECT_EQ(rows().size(), 15u) << "results stay";
+    KesMeasure::WindowOpening::setDefaultSize(*presenter.getView(), 1e3, 1e3);
+    Gdk::Rectangle screen;
+    window.get_display()->get_monitor(0)->get_geometry(screen);
+    int width = 0, height = 0;
+    window.get_default_size(width, height);
+    EXPECT_TRUE(width < screen.get_width() && height < screen.get_height()) << width << " x " << height;
 }

@@ -6,8 +6,6 @@
 
 #include <support/ProgramRunTest.h>
 
-#include <sstream>
-
 using namespace VoltageFrequency;
 using KesMeasure::MeasureState;
 using KesMeasure::RunEnd;
@@ -126,9 +124,16 @@ TEST_F(RepeatTest, NothingIsAddedToResultsOfOtherCircumstances)
     model.setPlanError("a field that is no number");
     EXPECT_THAT(model.whyNotRepeat(), HasSubstr("changed since"));
     model.setPlanError("");
-    model.edit([](Results& results) { results.serialNumber = "99999"; });
-    ASSERT_TRUE(repeat({0}));
-    EXPECT_THAT(takeTexts(), HasSubstr("another device"));
+    using KesMeasure::TestCircumstances;
+    for (const auto text : {&TestCircumstances::device, &TestCircumstances::serialNumber,
+                            &TestCircumstances::firmwareVersion, &TestCircumstances::calibrationDate}) {
+        model.edit([&](Results& results) {
+            static_cast<TestCircumstances&>(results) = whole;
+            results.*text = "another";
+        });
+        ASSERT_TRUE(repeat({0}));
+        EXPECT_THAT(takeTexts(), HasSubstr("another device"));
+    }
     EXPECT_EQ(getRecord().continuedAt, "");
     EXPECT_EQ(getRecord().readings, whole.readings);
     model.edit([](Results& results) { results.origin = KesMeasure::Origin::Unknown; });

@@ -42,7 +42,9 @@ expect 0 --language en --run --speed 5000 --save a.kvf --report a.html --screens
 [ "$(head -c 8 a.png | od -An -tx1 | tr -d ' ')" = 89504e470d0a1a0a ] || fail "the screenshot is no PNG"
 holds a.html "SIMULATED DEVICE"
 mkdir again # a report tells the name of its archive
-expect 0 --language en a.kvf --report again.html --save again/a.kvf --quit
+mkdir tmp
+TMPDIR=$work/tmp expect 0 --language en a.kvf --report again.html --save again/a.kvf --quit
+[ -z "$(ls tmp)" ] || fail "left behind: $(ls tmp)"
 cmp a.html again.html || fail "the report of the archive differs from that of the run"
 cmp a.kvf again/a.kvf || fail "the archive differs after opening and saving"
 expect 0 --language ru a.kvf --report ru.html --quit
