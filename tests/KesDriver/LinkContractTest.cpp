@@ -230,11 +230,7 @@ TEST_P(LinkContract, TellsFaultsAgainAndAgainAndRefusesMeanwhile)
     start();
     auto outputs = amperes(2.0);
     outputs.binaryOutputs = 0b1010;
-    struct Case {
-        std::function<void()> fail;
-        std::string report, text;
-    };
-    const Case cases[] = {
+    const std::tuple<std::function<void()>, std::string, std::string> cases[] = {
         {[this] { device->simulateOverload(1); }, "fault IBl", "IB - overload"},
         {[this] { device->simulateOverheat(4); }, "fault UBh", "UB - overheat"},
         {[this] { device->simulateChannelLost(2); }, "fault ICd", "IC - channel is disconnected"},

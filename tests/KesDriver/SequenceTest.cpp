@@ -101,14 +101,8 @@ TEST_F(SequenceTest, ConditionsEndAStep)
     const Changes oneTwo = {{1, true, 10ms}, {2, true, 20ms}, {1, false, 30ms}};
     const Changes bouncing = {{1, true, 10ms}, {1, false, 11ms}, {1, true, 12ms}, {1, false, 50ms}};
     const Changes closedBefore = {{1, true, 0ms}, {1, false, 20ms}, {1, true, 30ms}};
-    struct Case {
-        const char* name;
-        Changes changes;
-        EndCondition condition;
-        const char* end;
-    };
     // The condition belongs to the second step, which lasts from 5 to 105 ms.
-    const Case cases[] = {
+    const std::tuple<const char*, Changes, EndCondition, const char*> cases[] = {
         {"single", oneTwo, InputCondition{1, true}, "step 2 10000"},
         {"opens", oneTwo, InputCondition{1, false, true}, "step 2 30000"},
         {"is open", oneTwo, InputCondition{1, false}, "step 2 5000"},
@@ -153,14 +147,7 @@ TEST_F(SequenceTest, StepsBeginOnTheAngleOfTheVoltage)
 {
     OutputStep first{{}, 100ms};
     first.faultDegrees = 0.0;
-    struct Case {
-        DeviceTime duration;
-        double hertz;
-        double hertzPerSecond;
-        double degrees;
-        long begin;
-    };
-    const Case cases[] = {
+    const std::tuple<DeviceTime, double, double, double, long> cases[] = {
         {100ms, 50.0, 0.0, 0.0, 100000},
         {100ms, 50.0, 0.0, 360000.0, 100000},
         {100ms, 50.0, 0.0, 90.0, 105000},

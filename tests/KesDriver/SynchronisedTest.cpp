@@ -111,12 +111,8 @@ protected:
 
 TEST_F(ArmedTest, BeginsAtItsMomentOnTheCommonClock)
 {
-    struct Case {
-        double speed, laterSpeed;
-        std::optional<double> degrees;
-        DeviceTime wait;
-    };
-    const Case cases[] = {{1, 1, {}, 0us}, {1000, 1000, {}, 0us}, {1, 100, {}, 0us}, {1, 1, 90.0, 5ms}};
+    const std::tuple<double, double, std::optional<double>, DeviceTime> cases[] = {
+        {1, 1, {}, 0us}, {1000, 1000, {}, 0us}, {1, 100, {}, 0us}, {1, 1, 90.0, 5ms}};
     for (const auto& [speed, laterSpeed, degrees, wait] : cases) {
         receiver->clear();
         device->setSpeed(speed);

@@ -21,10 +21,6 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 
 TEST(OutputCheck, NamesChannelValueAndLimit)
 {
-    struct Case {
-        OutputState outputs;
-        const char* english;
-    };
     const auto outputs = [](unsigned channel, Phasor phasor) {
         OutputState state;
         (channel < 3 ? state.currents : state.voltages)[channel % 3] = phasor;
@@ -40,7 +36,7 @@ TEST(OutputCheck, NamesChannelValueAndLimit)
     closed.binaryOutputs = 0b1111;
     OutputState closedTooMany;
     closedTooMany.binaryOutputs = 0b110000;
-    const Case cases[] = {
+    const std::pair<OutputState, const char*> cases[] = {
         {outputs(0, {32.0, 720.0}), ""},
         {outputs(3, {300.0, -1.0}), ""},
         {outputs(1, {32.5, 0.0}), "IB: 32.5 A is above the limit of 32 A."},

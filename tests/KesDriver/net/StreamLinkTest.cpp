@@ -24,15 +24,10 @@ TEST_F(StreamLinkTest, ConnectsAndTakesControl)
 
 TEST_F(StreamLinkTest, ConnectsOnlyToWhatItUnderstands)
 {
-    struct Case {
-        const char* question;
-        std::string reply;
-        std::string text;
-    };
     const auto unnamed = [](const std::string& text) { return "KESTO 127.8.0.1" + text; };
     const auto good = &ScriptedPeer::good;
     const auto refusal = &ScriptedPeer::refusal;
-    const Case cases[] = {
+    const std::tuple<const char*, std::string, std::string> cases[] = {
         {":SYST:PROT", good("2.7"),
          unnamed(" speaks version 2.7 of the protocol, this program speaks version 1.0.")},
         {":SYST:PROT", good("10"),

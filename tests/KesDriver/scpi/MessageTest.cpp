@@ -76,10 +76,7 @@ std::vector<std::string> readLines(const std::string& bytes, std::size_t part, L
 
 TEST(UnitReaderTest, SplitsMessagesAndKeepsTheLevel)
 {
-    const struct {
-        std::string message;
-        std::vector<std::string> units;
-    } cases[] = {
+    const std::pair<std::string, std::vector<std::string>> cases[] = {
         {"", {}},
         {" ; ;", {}},
         {"*idn?", {"*IDN?"}},
@@ -121,11 +118,7 @@ TEST(LineReaderTest, PutsMessagesTogetherHoweverTheyArrive)
 TEST(LineReaderTest, GivesUpOnWhatIsTooLong)
 {
     const LineReader::Limits limits{10, 20};
-    const struct {
-        std::string bytes;
-        std::size_t messages;
-        bool overrun;
-    } cases[] = {
+    const std::tuple<std::string, std::size_t, bool> cases[] = {
         {"0123456789\nnext\n", 2, false},
         {"ok\n01234567890", 1, true},
         {std::string("A #220").append(20, '\n').append("\nB\n"), 2, false},
@@ -202,11 +195,7 @@ TEST(ArgumentsTest, RefusesWhatItIsNot)
     const auto boolean = [](Arguments& from) { from.readBoolean(); };
     const auto choice = [](Arguments& from) { from.readChoice({"OVERload"}); };
     const auto channels = [](Arguments& from) { from.readChannels(3); };
-    const struct {
-        const char* text;
-        void (*read)(Arguments&);
-        int code;
-    } cases[] = {
+    const std::tuple<const char*, void (*)(Arguments&), int> cases[] = {
         {"ON", number, -104},      {"1 V", number, -131},      {"1 A", integer, -138},
         {"1.5", integer, -120},    {"11", integer, -222},      {"-1", integer, -222},
         {"1e300", integer, -222},  {"2", boolean, -222},       {"YES", boolean, -224},

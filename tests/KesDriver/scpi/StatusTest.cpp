@@ -50,10 +50,7 @@ TEST(InstrumentStatusTest, SumsUpInTheStatusByte)
 {
     InstrumentStatus status;
     EXPECT_EQ(status.takeStandardEvents(), InstrumentStatus::PowerOn);
-    const struct {
-        int code;
-        int bit;
-    } classes[] = {{-113, 32}, {-222, 16}, {-350, 8}, {-440, 4}, {101, 8}, {-363, 8}};
+    const std::pair<int, int> classes[] = {{-113, 32}, {-222, 16}, {-350, 8}, {-440, 4}, {101, 8}, {-363, 8}};
     for (const auto& [code, bit] : classes) {
         status.addError(Error(static_cast<ErrorCode>(code)));
         EXPECT_EQ(status.takeStandardEvents(), bit) << code;

@@ -15,10 +15,7 @@ const std::string zero = ",0,0,0,0,0,0,0,0,0,0,0,0,50,50,0";
 
 TEST_F(SessionTest, TellsAboutTheDevice)
 {
-    const struct {
-        const char* query;
-        const char* answer;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"*IDN?", "KES,KESTO-3,00017,2.4.1"},
         {"*TST?;*OPC?", "0;1"},
         {"SYSTEM:VERS?;PROT?;SIM?", "1999.0;1.0;1"},
@@ -52,10 +49,7 @@ TEST_F(SessionTest, RefusesWithTheCodesOfTheProtocol)
             lines += "STEP 1" + zero + '\n';
         return "SEQ:DATA " + KesDriver::Scpi::writeBlock(lines);
     };
-    const struct {
-        std::string command;
-        const char* error;
-    } cases[] = {
+    const std::pair<std::string, const char*> cases[] = {
         {"FOO", "-113,"},
         {"VOLT9 1", "-114,"},
         {"CURR", "-109,"},
