@@ -13,7 +13,6 @@
 #include <gmock/gmock.h>
 
 #include <future>
-#include <random>
 #include <stdexcept>
 
 using namespace KesDevice;
@@ -37,16 +36,7 @@ protected:
         ASSERT_TRUE(hardware->prepare());
         ASSERT_TRUE(hardware->startWorkingMode());
     }
-    void spin(std::chrono::microseconds longest)
-    {
-        const auto end =
-            std::chrono::steady_clock::now() + longest * std::uniform_real_distribution<>(0.0, 1.0)(random);
-        while (std::chrono::steady_clock::now() < end) {
-        }
-    }
-
     Record record;
-    std::mt19937 random{7};
     BenchDevice first{1};
     BenchDevice second{2};
     std::unique_ptr<HardwareManager> hardware = HardwareManager::create();
@@ -91,24 +81,6 @@ TEST_F(StartBesideAnAttempt, IsNotCutInSilenceWhenTheAttemptFails)
     (void)asking.get();
     first->setNonsense(false);
     EXPECT_TRUE(waitFor([this] { return first.isPuttingOut() || record.has("fault"); }, 1s));
-}
-
-// Devices that are not heard of in time
-
-TEST_F(DeviceFaultsTest, OutputsOfSilentAndLateDevicesAreOffWithinThreeSeconds)
-{
-    first.addTo(*hardware);
-    second.addTo(*hardware);
-    start();
-    ASSERT_TRUE(first.putOut(1.0) && second.putOut(1.0));
-    const auto releaseTime = hardware->getKestos().getItems()[0]->getLimits().releaseTime;
-    const auto begin = std::chrono::steady_clock::now();
-    first->setSilent(true);
-    second->setAnswerDelay(3s);
-    (void)second.putOut(2.0);
-    ASSERT_TRUE(waitFor([this] { return !first.isPuttingOut() && !second.isPuttingOut(); }, 10s));
-    // As late as a device may do it that is not simulated.
-    EXPECT_LT(std::chrono::steady_clock::now() - begin + releaseTime, 2900ms);
 }
 
 // Signals and threads
@@ -185,11 +157,13 @@ TEST_F(DeviceFaultsTest, ADeviceThatIsOffAlreadyIsNotSaidToBeOn)
     for (int round = 0; round < 150; ++round) {
         start();
         first->simulateConnectionLoss();
-        spin(200us);
+        const auto end = std::chrono::steady_clock::now() + round % 15 * 14us;
+        while (std::chrono::steady_clock::now() < end) {
+        }
         second->simulateConnectionLoss();
         ASSERT_TRUE(waitFor([this] { return record.has("fault"); }));
         EXPECT_TRUE(hardware->stopWorkingMode());
-        ASSERT_THAT(record.take(), Each(Not(HasSubstr("could not be switched off")))) << "round " << round;
+        ASSERT_THAT(record.take(), Each(Not(HasSubstr("does not obey")))) << "round " << round;
     }
 }
 

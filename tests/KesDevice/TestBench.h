@@ -2,12 +2,12 @@
 
 #include "../KesDriver/WaitUntil.h"
 
-#include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
 #include <KesDevice/HardwareManager.h>
 #include <KesDevice/HardwareManagerText.h>
 
 #include <support/FakeKestoLink.h>
+#include <support/Message.h>
 
 #include <gmock/gmock.h>
 
@@ -25,11 +25,6 @@ using testing::ElementsAre;
 inline Kesto::Address address(std::uint8_t last)
 {
     return Kesto::Address(Kesto::Address::Bytes{192, 168, 1, last});
-}
-
-inline std::string message(const Kes::Result& result)
-{
-    return result ? std::string() : Kes::ObjectErrorHelper::toDisplayString({result.getError()});
 }
 
 /// What is told of a device that talks nonsense.
