@@ -9,7 +9,6 @@
 #include <gmock/gmock.h>
 
 #include <fcntl.h>
-#include <filesystem>
 #include <sstream>
 #include <sys/stat.h>
 #include <thread>

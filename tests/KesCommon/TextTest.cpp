@@ -1,5 +1,4 @@
 #include <KesCommon/CommonText.h>
-#include <KesCommon/Language.h>
 #include <KesCommon/Net/NetAddr.h>
 #include <KesCommon/NumberText.h>
 #include <KesCommon/ObjectErrorHelper.h>

@@ -8,11 +8,9 @@
 
 #include <atomic>
 #include <chrono>
-#include <future>
 #include <memory>
 #include <optional>
 #include <thread>
-#include <utility>
 
 using Kes::SignalGate;
 using Kes::ThreadWaits;

@@ -10,7 +10,6 @@
 
 #include <array>
 #include <atomic>
-#include <future>
 #include <memory>
 #include <pthread.h>
 #include <stdexcept>

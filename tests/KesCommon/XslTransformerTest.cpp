@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 
-#include <filesystem>
 #include <giomm/init.h>
 #include <giomm/socketservice.h>
 

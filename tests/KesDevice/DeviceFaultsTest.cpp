@@ -7,13 +7,11 @@
 #include <support/Record.h>
 #include <support/ThreadCount.h>
 
-#include <KesDevice/HardwareControl.h>
 #include <KesDevice/KestoStateGlobalUpdater.h>
 
 #include <gmock/gmock.h>
 
 #include <future>
-#include <stdexcept>
 
 using namespace KesDevice;
 using namespace KesTest;

@@ -1,6 +1,5 @@
 #include "TestBench.h"
 
-#include <KesDevice/HardwareControl.h>
 #include <KesDevice/HardwareIsRunningComponent.h>
 #include <KesDevice/KestoStateGlobalUpdater.h>
 #include <KesDevice/detail/HardwareFile.h>

@@ -4,11 +4,6 @@
 
 #include <KesDevice/HardwareIsRunningComponent.h>
 
-#include <algorithm>
-#include <functional>
-#include <future>
-#include <utility>
-
 using namespace KesTest;
 
 namespace {

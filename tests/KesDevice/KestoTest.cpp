@@ -3,9 +3,7 @@
 
 #include <support/Record.h>
 
-#include <future>
 #include <limits>
-#include <stdexcept>
 
 using namespace KesTest;
 

@@ -5,7 +5,6 @@
 #include <support/DefaultHardware.h>
 #include <support/ScheduleBench.h>
 
-#include <KesDevice/HardwareControl.h>
 #include <KesDevice/KestoStateGlobalUpdater.h>
 
 #include <gtest/gtest.h>

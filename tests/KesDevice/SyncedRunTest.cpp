@@ -7,9 +7,6 @@
 #include <KesDevice/SyncedRun.h>
 #include <KesDriver/simulated/SimulatedNetwork.h>
 
-#include <map>
-#include <optional>
-
 using namespace KesTest;
 using namespace KesDriver;
 using testing::HasSubstr;

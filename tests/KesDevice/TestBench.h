@@ -12,8 +12,6 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
-#include <mutex>
-#include <thread>
 #include <vector>
 
 namespace KesTest {

@@ -7,10 +7,7 @@
 #include <KesDevice/DeviceState.h>
 
 #include <algorithm>
-#include <future>
 #include <iostream>
-#include <map>
-#include <set>
 #include <span>
 
 namespace KesTest {

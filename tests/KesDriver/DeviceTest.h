@@ -7,11 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace KesTest {
 

@@ -1,8 +1,6 @@
 #include "DeviceTest.h"
 
-#include <mutex>
 #include <tuple>
-#include <vector>
 
 using namespace KesDriver;
 using namespace KesTest;

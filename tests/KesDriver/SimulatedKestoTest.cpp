@@ -5,7 +5,6 @@
 #include <atomic>
 #include <future>
 #include <new>
-#include <thread>
 
 using namespace KesDriver;
 using namespace KesTest;

@@ -2,7 +2,6 @@
 
 #include <KesDriver/EmbeddedNetwork.h>
 #include <KesDriver/net/TcpNetwork.h>
-#include <KesDriver/simulated/SimulatedNetwork.h>
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
 #include <support/ThreadCount.h>

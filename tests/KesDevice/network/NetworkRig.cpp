@@ -3,11 +3,7 @@
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesDriver/KesAvary.h>
 
-#include <unistd.h>
-
 #include <stdexcept>
-#include <thread>
-#include <utility>
 
 namespace KesTest {
 

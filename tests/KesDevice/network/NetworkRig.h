@@ -7,15 +7,7 @@
 #include <KesDriver/net/TcpNetwork.h>
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
-#include <atomic>
-#include <chrono>
-#include <cstdint>
-#include <functional>
 #include <memory>
-#include <mutex>
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace KesTest {
 

@@ -6,10 +6,7 @@
 #include <KesDriver/scpi/Block.h>
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
-#include <gmock/gmock.h>
-
 #include <atomic>
-#include <thread>
 
 namespace KesTest {
 namespace {

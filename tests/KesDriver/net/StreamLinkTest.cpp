@@ -2,7 +2,6 @@
 
 #include "StreamLinkTest.h"
 
-#include <algorithm>
 #include <atomic>
 
 using testing::ElementsAre;

@@ -10,9 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <future>
-#include <thread>
 #include <utility>
 
 namespace KesTest {

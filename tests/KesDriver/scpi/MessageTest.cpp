@@ -6,9 +6,6 @@
 #include <KesDriver/scpi/Unit.h>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
 
 using namespace KesDriver::Scpi;
 using namespace std::string_literals;

@@ -6,10 +6,6 @@
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <thread>
 
 namespace KesTest {
 
