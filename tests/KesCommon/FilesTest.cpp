@@ -1,5 +1,6 @@
 #include <KesCommon/DesktopOpener.h>
 #include <KesCommon/Directories.h>
+#include <KesCommon/FileLock.h>
 #include <KesCommon/FileStream.h>
 #include <KesCommon/FileSystem.h>
 #include <KesCommon/Log.h>
@@ -8,6 +9,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <fcntl.h>
 #include <sstream>
 #include <sys/stat.h>
@@ -114,6 +116,22 @@ TEST(FileSystem, aPipeIsWrittenWhenSomebodyReadsItAndIsNeverWaitedFor)
     EXPECT_EQ(read(reader, bytes, sizeof bytes), 6);
     EXPECT_STREQ(bytes, "report");
     close(reader);
+}
+
+TEST(FileLock, hasOneOwnerAlsoWhileItsFileComesAndGoes)
+{
+    const KesTest::TemporaryHome home;
+    std::atomic<int> owners{0};
+    const auto work = [&] {
+        for (int i = 0; i < 5000; ++i)
+            if (auto lock = Kes::FileLock::tryTake(home.file("lock"))) {
+                EXPECT_EQ(++owners, 1);
+                --owners;
+                lock->removeFile();
+            }
+    };
+    std::jthread other(work);
+    work();
 }
 
 TEST(FileStream, readsNoMoreThanItMay)

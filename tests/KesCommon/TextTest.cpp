@@ -131,6 +131,16 @@ TEST(Language, followsTheFirstVariableThatIsSet)
     lng::language = lng::English;
 }
 
+TEST(NumberText, isPlainInTheUsualRangeWithOneZero)
+{
+    for (const auto& [value, text] : {std::pair(-0.0, "0"),
+                                      {1e-6, "0.000001"},
+                                      {-9e-7, "-9e-07"},
+                                      {999999999999999.0, "999999999999999"},
+                                      {1e15, "1e+15"}})
+        EXPECT_EQ(Kes::NumberText::write(value), text);
+}
+
 TEST(ObjectErrorHelper, indentsInnerErrors)
 {
     using Kes::TextError;

@@ -157,20 +157,6 @@ TEST_P(LinkContract, RunsASequenceAndTellsItsEvents)
     EXPECT_TRUE(receiver->waitFor("finished incomplete"));
 }
 
-TEST_P(LinkContract, TakesALargeSequence)
-{
-    device->setSpeed(1e4);
-    start();
-    OutputSequence sequence(5000, {amperes(1.0 / 3.0), 1ms});
-    for (auto& step : sequence) {
-        step.ramp.currents[0].degrees = 100.0 / 7.0;
-        step.endOn = InputCondition{1, true};
-    }
-    EXPECT_EQ(message(link->runSequence(sequence)), "");
-    ASSERT_TRUE(receiver->waitFor("finished complete 5000000"));
-    EXPECT_EQ(receiver->getLines().size(), 5001U);
-}
-
 TEST_P(LinkContract, ArmsAndStarts)
 {
     start();

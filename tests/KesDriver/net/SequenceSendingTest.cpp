@@ -3,6 +3,7 @@
 #include "../serving/TestClient.h"
 #include "StreamLinkTest.h"
 
+#include <KesDriver/net/ValueText.h>
 #include <KesDriver/scpi/Block.h>
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
@@ -58,11 +59,16 @@ TEST_F(SequenceSendingTest, PartsAreSmallAndBehindEachOther)
     EXPECT_EQ(message(link->runSequence(sequence)), "");
     const auto parts = getQuestions(":SEQ:");
     ASSERT_GT(parts.size(), 10U);
+    std::string lines;
     for (const auto& part : parts) {
         EXPECT_LT(part.size(), 70000U);
+        lines += part.substr(part.find('#') + 7);
         EXPECT_TRUE(part.starts_with(&part == &parts.front() ? ":SEQ:CLE;:SEQ:DATA #" : ":SEQ:DATA:APP #"));
         EXPECT_EQ(part.substr(part.find('#') + 7, 4), "STEP");
     }
+    auto whole = ValueText::write(sequence);
+    std::erase(whole, '\n'); // The peer puts lines together without.
+    EXPECT_TRUE(lines == whole);
     EXPECT_EQ(getLast(), ":INIT");
 }
 
