@@ -3,8 +3,9 @@
 #include <KesCommon/FileLock.h>
 #include <KesCommon/FileStream.h>
 #include <KesCommon/FileSystem.h>
-#include <KesCommon/Log.h>
+#include <KesCommon/LateLibrary.h>
 
+#include "support/LoggedTexts.h"
 #include "support/TemporaryHome.h"
 
 #include <gmock/gmock.h>
@@ -173,6 +174,14 @@ TEST(Log, reachesTheObserverFromEveryThreadAndNeverThrows)
     KesLog::Log::setObserver(nullptr);
     KesLog::Log::writeInfo("unseen");
     EXPECT_THAT(seen, ElementsAre("Предупреждение %s \xff"));
+}
+
+TEST(LateLibrary, whatCannotBeHadIsNamedInTheLog)
+{
+    KesTest::LoggedTexts logged;
+    EXPECT_EQ(Kes::findLateSymbol("KesNowhere", "anything"), nullptr);
+    EXPECT_EQ(Kes::findLateSymbol("KesXslt", "noSuchFunction"), nullptr);
+    EXPECT_THAT(logged.take(), ElementsAre(HasSubstr("libKesNowhere.so"), HasSubstr("noSuchFunction")));
 }
 
 } // namespace

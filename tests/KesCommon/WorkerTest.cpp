@@ -1,10 +1,11 @@
 #include "ServingQueue.h"
 
-#include <KesCommon/Log.h>
 #include <KesCommon/Signal.h>
 #include <KesCommon/SignalGate.h>
 #include <KesCommon/ThreadWaits.h>
 #include <KesCommon/Worker.h>
+
+#include "support/LoggedTexts.h"
 
 #include <gmock/gmock.h>
 
@@ -70,11 +71,9 @@ TEST(Worker, emitsAndAsksTheServingThreadUntilItsEnd)
 
 TEST(Worker, whatItThrowsGoesToTheLog)
 {
-    std::vector<std::string> logged;
-    auto previous = KesLog::Log::setObserver([&](auto, const std::string& text) { logged.push_back(text); });
+    KesTest::LoggedTexts logged;
     Worker("Kes_Bench", [] { throw std::runtime_error("worker fault"); }).wait();
-    KesLog::Log::setObserver(std::move(previous));
-    EXPECT_THAT(logged, testing::ElementsAre(testing::HasSubstr("worker fault")));
+    EXPECT_THAT(logged.take(), testing::ElementsAre(testing::HasSubstr("worker fault")));
 }
 
 TEST(Worker, mayBeWaitedForAndDestroyedInItsOwnWork)

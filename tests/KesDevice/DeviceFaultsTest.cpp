@@ -83,16 +83,6 @@ TEST_F(StartBesideAnAttempt, IsNotCutInSilenceWhenTheAttemptFails)
 
 // Signals and threads
 
-TEST_F(DeviceFaultsTest, AThrowingSlotLeavesNoOutputsOnBehindItsException)
-{
-    first.addTo(*hardware);
-    ASSERT_TRUE(hardware->prepare());
-    hardware->signalRunningChanged.connect([](bool) { throw std::runtime_error("thrown by a slot"); });
-    Kes::Result result = false;
-    EXPECT_NO_THROW(result = hardware->startWorkingMode());
-    EXPECT_EQ(hardware->isOutputRunning(), static_cast<bool>(result));
-}
-
 TEST_F(DeviceFaultsTest, ARepeatedFaultMakesNoNewThreads)
 {
     BenchDevice third{3};

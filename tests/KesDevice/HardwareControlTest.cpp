@@ -163,12 +163,13 @@ TEST_F(HardwareControlTest, UpdaterFollowsTheCurrentConfiguration)
     updater.setUpdating(true);
     ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState, 3));
 
-    // While an output runs, nothing is asked.
-    ASSERT_TRUE(HardwareControl::getInstance()->startWorkingMode());
+    // While an output of any configuration runs, nothing is asked.
+    const auto other = DefaultHardware::create();
+    ASSERT_TRUE(other->prepare() && other->startWorkingMode());
     const auto asked = fake.countCalls(LinkCall::ReadState);
     std::this_thread::sleep_for(20ms);
     EXPECT_LE(fake.countCalls(LinkCall::ReadState), asked + 1);
-    ASSERT_TRUE(HardwareControl::getInstance()->stopWorkingMode());
+    ASSERT_TRUE(other->stopWorkingMode() && other->disconnect());
     ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState, asked + 2));
 
     // Replaced, also in the middle of a question.

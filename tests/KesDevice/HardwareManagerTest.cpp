@@ -35,6 +35,8 @@ protected:
 
 TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
 {
+    const Kes::ScopedConnection throwing =
+        hardware->signalRunningChanged.connect([](bool) { throw std::runtime_error("thrown by a slot"); });
     start();
     EXPECT_TRUE(first.isWorking() && second.isWorking());
     EXPECT_TRUE(hardware->isOutputRunning() && hardware->isBusy());
@@ -45,6 +47,7 @@ TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
     EXPECT_FALSE(first.isConnected() || second.isConnected());
 
     EXPECT_THAT(running, ElementsAre(true, false, true, false));
+    EXPECT_EQ(notices.count("?: thrown by a slot"), 4U);
 }
 
 /// It is found out when the device is asked.

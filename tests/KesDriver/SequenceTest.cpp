@@ -14,21 +14,15 @@ namespace {
 /// Contacts that move by a timetable, which begins when the first current does; writes down the outputs.
 class ScriptedContacts : public ISimulatedTestObject {
 public:
-    struct Seen {
-        OutputState outputs;
-        DeviceTime time;
-    };
-
     explicit ScriptedContacts(std::vector<InputEvent> changes) : _changes(std::move(changes)) {}
 
     void reset(DeviceTime) override {}
     void applyOutputs(const OutputState& outputs, DeviceTime time) override
     {
-        std::lock_guard lock(_mutex);
         if (!_start && outputs.currents[0].magnitude > 0.0)
             _start = time;
         if (_start)
-            _seen.push_back({outputs, time - *_start});
+            seen.push_back({outputs, time - *_start});
     }
     std::optional<InputEvent> getNextChange() const override
     {
@@ -40,18 +34,13 @@ public:
     }
     void acceptChange() override { ++_next; }
 
-    std::vector<Seen> getSeen() const
-    {
-        std::lock_guard lock(_mutex);
-        return _seen;
-    }
+    /// The outputs and when they came, of a sequence that is over.
+    std::vector<std::pair<OutputState, DeviceTime>> seen;
 
 private:
     const std::vector<InputEvent> _changes;
     std::size_t _next = 0;
     std::optional<DeviceTime> _start;
-    mutable std::mutex _mutex;
-    std::vector<Seen> _seen;
 };
 
 OutputSequence ramp(double from, double perSecond, DeviceTime duration)
@@ -80,15 +69,15 @@ TEST_F(SequenceTest, RampIsPutOutEachMillisecondAndEndsExactly)
     sequence.back().endOn = InputCondition{1, true};
     EXPECT_THAT(run(sequence), ElementsAre("step 0 0", "step 1 3000", "input 1 closed 13500 in 1",
                                            "finished complete 13500"));
-    const auto seen = contacts->getSeen();
+    const auto& seen = contacts->seen;
     const std::pair<DeviceTime, double> expected[] = {
         {0us, 1.0},  {1ms, 4.0 / 3.0}, {2ms, 5.0 / 3.0}, {3ms, 2.0},      {3ms, 2.0},    {4ms, 1.9},
         {5ms, 1.8},  {6ms, 1.7},       {7ms, 1.6},       {8ms, 1.5},      {9ms, 1.4},    {10ms, 1.3},
         {11ms, 1.2}, {12ms, 1.1},      {13ms, 1.0},      {13500us, 0.95}, {13500us, 0.0}};
     ASSERT_EQ(seen.size(), std::size(expected));
     for (std::size_t i = 0; i < seen.size(); ++i) {
-        EXPECT_EQ(seen[i].time, expected[i].first) << i;
-        EXPECT_NEAR(seen[i].outputs.currents[0].magnitude, expected[i].second, 1e-9) << i;
+        EXPECT_EQ(seen[i].second, expected[i].first) << i;
+        EXPECT_NEAR(seen[i].first.currents[0].magnitude, expected[i].second, 1e-9) << i;
     }
 }
 
@@ -186,11 +175,11 @@ TEST_F(SequenceTest, WaitsForTheAngleWithTheOutputsAsTheyAre)
     EXPECT_THAT(run(sequence),
                 ElementsAre("step 0 0", testing::AnyOf("step 1 10000", "step 1 9999", "step 1 10001"),
                             StartsWith("finished complete")));
-    const auto seen = contacts->getSeen();
+    const auto& seen = contacts->seen;
     ASSERT_EQ(seen.size(), 6U);
-    EXPECT_EQ(seen[3].time, 3ms);
-    EXPECT_NEAR(seen[3].outputs.currents[0].magnitude, 1.3, 1e-9);
-    EXPECT_EQ(seen[4].outputs.currents[0].magnitude, 5.0);
+    EXPECT_EQ(seen[3].second, 3ms);
+    EXPECT_NEAR(seen[3].first.currents[0].magnitude, 1.3, 1e-9);
+    EXPECT_EQ(seen[4].first.currents[0].magnitude, 5.0);
 }
 
 TEST_F(SequenceTest, TooLargeABurdenIsAnOverload)

@@ -113,18 +113,6 @@ TEST_F(SimulatedKestoTest, TestObjectBeginsAnewWithTheWorkingMode)
     EXPECT_TRUE(receiver->waitFor("input 1 open"));
 }
 
-TEST_F(SimulatedKestoTest, ReceiverMayGoAtAnyTime)
-{
-    device->setSpeed(1e6);
-    start();
-    for (int round = 0; round < 200; ++round) {
-        auto own = std::make_shared<RecordingReceiver>();
-        link->setReceiver(own);
-        ASSERT_TRUE(link->setOutputs(amperes(round % 2 == 0 ? 20.0 : 0.0)));
-        own.reset();
-    }
-}
-
 /// A contact that changes without end at one moment, and may fail once.
 struct Buzzer : ISimulatedTestObject {
     void reset(DeviceTime) override {}

@@ -9,9 +9,12 @@ namespace KesTest {
 template <typename Condition>
 bool waitUntil(Condition&& condition)
 {
-    for (int tries = 0; tries < 10000 && !condition(); ++tries)
+    for (int tries = 0; tries < 10000; ++tries) {
+        if (condition())
+            return true;
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    return condition();
+    }
+    return false;
 }
 
 } // namespace KesTest

@@ -29,7 +29,12 @@ protected:
         peer.setScript([=, this](const std::string& commands) -> std::optional<std::string> {
             if (!commands.starts_with(question) || isStopping.exchange(true))
                 return std::nullopt;
-            stopping = std::thread([this] { EXPECT_EQ(message(link->stopOutputs()), ""); });
+            isBegun = false;
+            stopping = std::thread([this] {
+                isBegun = true;
+                EXPECT_EQ(message(link->stopOutputs()), "");
+            });
+            EXPECT_TRUE(waitUntil([this] { return isBegun.load(); }));
             std::this_thread::sleep_for(50ms);
             return std::nullopt;
         });
@@ -51,6 +56,7 @@ protected:
 
     OutputSequence sequence;
     std::atomic<bool> isStopping{false};
+    std::atomic<bool> isBegun{false};
     std::thread stopping;
 };
 

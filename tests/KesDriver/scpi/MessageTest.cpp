@@ -1,7 +1,6 @@
 #include <KesDriver/scpi/Arguments.h>
 #include <KesDriver/scpi/Block.h>
 #include <KesDriver/scpi/Error.h>
-#include <KesDriver/scpi/HeaderTree.h>
 #include <KesDriver/scpi/LineReader.h>
 #include <KesDriver/scpi/Unit.h>
 
@@ -128,38 +127,6 @@ TEST(LineReaderTest, GivesUpOnWhatIsTooLong)
         EXPECT_EQ(readLines(bytes, 3, reader).size(), messages) << bytes;
         EXPECT_EQ(reader.isOverrun(), overrun) << bytes;
     }
-}
-
-TEST(HeaderTreeTest, FindsShortAndLongFormsOptionalNodesAndSuffixes)
-{
-    HeaderTree tree;
-    const char* patterns[] = {
-        "SYSTem:ERRor[:NEXT]?",        "SYSTem:ERRor:COUNt?",        "OUTPut[:STATe]", "OUTPut[:STATe]?",
-        "[SOURce:]CURRent<n>[:LEVel]", "[SOURce:]CURRent:FREQuency", "*IDN?"};
-    for (std::size_t i = 0; i < std::size(patterns); ++i)
-        tree.add(patterns[i], i);
-    const auto find = [&](std::string header) {
-        const bool isQuery = header.ends_with('?');
-        if (isQuery)
-            header.pop_back();
-        auto match = tree.find(header, isQuery);
-        match.suffixes.insert(match.suffixes.begin(), static_cast<unsigned>(match.number));
-        return match.suffixes;
-    };
-    EXPECT_THAT(find("SYST:ERR?"), ElementsAre(0));
-    EXPECT_THAT(find("SYSTEM:ERR:NEXT?"), ElementsAre(0));
-    EXPECT_THAT(find("SYST:ERROR:COUN?"), ElementsAre(1));
-    EXPECT_THAT(find("OUTP"), ElementsAre(2));
-    EXPECT_THAT(find("OUTPUT:STAT?"), ElementsAre(3));
-    EXPECT_THAT(find("CURR"), ElementsAre(4, 1));
-    EXPECT_THAT(find("SOUR:CURRENT3:LEV"), ElementsAre(4, 3));
-    EXPECT_THAT(find("CURR:FREQ"), ElementsAre(5));
-    EXPECT_THAT(find("*IDN?"), ElementsAre(6));
-    for (const char* header : {"SYSTE:ERR?", "SYST", "SYST:ERR", "NEXT?", "OUTP:STATE:X", "*IDN", "SOUR"})
-        EXPECT_EQ(codeOf([&] { find(header); }), -113) << header;
-    for (const char* header : {"SYST1:ERR?", "CURR2:FREQ", "CURR:LEV2", "CURR99999999999"})
-        EXPECT_EQ(codeOf([&] { find(header); }), -114) << header;
-    EXPECT_THROW(tree.add("CURRent<n>", 9), std::invalid_argument);
 }
 
 TEST(ArgumentsTest, ReadsEachParameterAsWhatItHasToBe)

@@ -18,15 +18,15 @@ TEST_F(SessionTest, TellsAboutTheDevice)
     const std::pair<const char*, const char*> cases[] = {
         {"*IDN?", "KES,KESTO-3,00017,2.4.1"},
         {"*TST?;*OPC?", "0;1"},
-        {"SYSTEM:VERS?;PROT?;SIM?", "1999.0;1.0;1"},
+        {"SYSTEM:VERS?;PROT?;SIM?;:SYST:ERROR:NEXT?;COUN?", "1999.0;1.0;1;0,\"No error\";0"},
         {"syst:lim?", "32,300,10,1000,8,4,450,32,10000000,10000,500"},
         {"SYST:STAT?", "1,0,0,0,IDLE"},
         {"SYST:FAUL?;:CAL:DATE?", "0;\"2026-03-31\""},
         {"SYST:ECHO? -9007199254740992", "-9007199254740992"},
         {"SYST:CONT?;CONT:OWN?", "0;\"\",\"\""},
         {"SYST:WATC?;:SIM:SPE?", "0;1"},
-        {"OUTP?;:OUTP:AUX?;:APPL?", "0;0,0;0,0,0,0,0,0,0,0,0,0,0,0,50,50,0"},
-        {"SOURCE:CURR3:PHAS?;:VOLT:LEV?;:CURR:FREQ?;:DIG?", "0;0;50;0"},
+        {"OUTPUT:STAT?;:OUTP:AUX?;:APPL?", "0;0,0;0,0,0,0,0,0,0,0,0,0,0,0,50,50,0"},
+        {"SOURCE:CURRENT3:PHAS?;:VOLT:LEV?;:CURR:FREQ?;:DIG?", "0;0;50;0"},
         {"EVEN:LAST?;DATA? 1;:INP:STAT?", "0;\"\";0"},
         {"SEQ:COUN?;:SIM:WIRE:CAT?;:SIM:ENER?;OFF?", "0;\"overcurrent\",\"voltage-frequency\";0;0"},
         {"*STB?;*ESR?;*ESE?;*SRE?;:STAT:OPER?;OPER:COND?;PTR?;NTR?;:STAT:QUES:ENAB?",
@@ -35,6 +35,10 @@ TEST_F(SessionTest, TellsAboutTheDevice)
     };
     for (const auto& [query, answer] : cases)
         EXPECT_EQ(client.ask(query), answer) << query;
+    for (const char* header : {"SYSTE:ERR?", "SYST", "SYST:ERR", "NEXT?", "OUTP:STATE:X", "*IDN", "SOUR"})
+        EXPECT_THAT(client.tell(header), StartsWith("-113,")) << header;
+    for (const char* header : {"SYST1:ERR?", "CURR2:FREQ", "CURR:LEV2", "CURR99999999999"})
+        EXPECT_THAT(client.tell(header), StartsWith("-114,")) << header;
     // Another start is another number.
     DeviceServer restarted(std::make_shared<SimulatedKesto>(device->getIdentity()));
     EXPECT_NE(client.ask("SYST:BOOT?"), TestClient(restarted.connect()).ask("SYST:BOOT?"));
