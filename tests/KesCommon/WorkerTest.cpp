@@ -133,17 +133,4 @@ TEST(Worker, whenItHasEndedNobodyCountsAsWaitingForItsThread)
     waiter.join();
 }
 
-TEST(Worker, severalThreadsMayWaitForIt)
-{
-    std::promise<void> leave;
-    Worker worker("Kes_Bench", [&] { leave.get_future().wait(); });
-    std::vector<std::jthread> waiting;
-    for (int i = 0; i < 4; ++i)
-        waiting.emplace_back([&] {
-            worker.wait();
-            EXPECT_FALSE(worker.isRunning());
-        });
-    leave.set_value();
-}
-
 } // namespace

@@ -1,13 +1,10 @@
 // Faults of devices at the worst moment: the configuration and its devices are what they say they are.
 
 #include <support/Bench.h>
-#include <support/DefaultHardware.h>
 #include <support/MainLoop.h>
 #include <support/Message.h>
 #include <support/Record.h>
 #include <support/ThreadCount.h>
-
-#include <KesDevice/KestoStateGlobalUpdater.h>
 
 #include <gmock/gmock.h>
 
@@ -40,29 +37,7 @@ protected:
     std::unique_ptr<HardwareManager> hardware = HardwareManager::create();
 };
 
-// A start beside another attempt to connect
-
-using StartBesideAnAttempt = DeviceFaultsTest;
-
-TEST_F(StartBesideAnAttempt, UsesAWholeConnection)
-{
-    first.addTo(*hardware);
-    first.setSupply(110.0);
-    first->setAnswerDelay(50ms);
-    const DefaultHardware defaultHardware;
-    HardwareControl::setGlobalInstance(std::move(hardware), true);
-    auto& updater = KestoStateGlobalUpdater::getInstance();
-    updater.setUpdating(true);
-    // With the other attempt under way, whose every step takes a while.
-    ASSERT_TRUE(waitFor([this] { return first.isReached(); }));
-    ASSERT_TRUE(HardwareControl::getInstance()->prepare());
-    EXPECT_EQ(first.getName(), "KESTO-3 No. 00001 (10.0.7.1)");
-    ASSERT_TRUE(HardwareControl::getInstance()->startWorkingMode());
-    EXPECT_TRUE(first.isSupplyOn()) << "the outputs are on before it";
-    updater.setUpdating(false);
-}
-
-TEST_F(StartBesideAnAttempt, IsNotCutInSilenceWhenTheAttemptFails)
+TEST_F(DeviceFaultsTest, AStartIsNotCutInSilenceWhenAnAttemptBesideItFails)
 {
     first.addTo(*hardware);
     listenTo(*hardware);
@@ -80,8 +55,6 @@ TEST_F(StartBesideAnAttempt, IsNotCutInSilenceWhenTheAttemptFails)
     first->setNonsense(false);
     EXPECT_TRUE(waitFor([this] { return first.isPuttingOut() || record.has("fault"); }, 1s));
 }
-
-// Signals and threads
 
 TEST_F(DeviceFaultsTest, ARepeatedFaultMakesNoNewThreads)
 {
@@ -107,8 +80,6 @@ TEST_F(DeviceFaultsTest, ARepeatedFaultMakesNoNewThreads)
     EXPECT_LE(most, before + 4);
     hardware.reset();
 }
-
-// Races
 
 TEST_F(DeviceFaultsTest, AHealthyDeviceWhoseAnswerIsLateIsNotAccusedOfNonsense)
 {

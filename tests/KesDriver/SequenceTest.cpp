@@ -143,6 +143,7 @@ TEST_F(SequenceTest, StepsBeginOnTheAngleOfTheVoltage)
         {100ms, 60.0, 0.0, 180.0, 108333},
         {110ms, 25.0, 0.0, 0.0, 120000},
         {100us, 1000.0, 0.0, 0.0, 1000},
+        {16667us, 60.0, 0.0, 0.0, 16667}, // The period has ended a third of a microsecond ago.
         {24h, 50.0, 0.0, 45.0, 86400002500},
         // 50 Hz on the way to 40 Hz: 45 periods in the second, the wave then has 40 Hz.
         {1s, 50.0, -10.0, 90.0, 1006250},

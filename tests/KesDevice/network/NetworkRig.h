@@ -1,5 +1,6 @@
 #pragma once
 
+#include <KesDriver/WaitUntil.h>
 #include <KesDriver/serving/TestClient.h>
 #include <support/FaultyWire.h>
 
@@ -50,10 +51,10 @@ public:
     /// Ends the connection.
     void disconnect();
     /// Waits until the program has heard all that the device has to say; without a connection, until the
-    /// device has noticed that nobody controls it any more. False after four seconds.
+    /// device has noticed that nobody controls it any more. False after ten seconds.
     bool settle();
 
-    /// Returns how long it took, or nothing after four seconds.
+    /// Returns how long it took, or nothing after ten seconds.
     std::optional<std::chrono::milliseconds> waitForOutputsOff() const;
     std::vector<std::string> takeMessages();
     std::string getLastMessage() const;

@@ -46,14 +46,6 @@ protected:
         std::erase(questions, ":SYST:BOOT?");
         return questions.back();
     }
-    /// Of the questions so far, those that begin so.
-    std::vector<std::string> getQuestions(const std::string& beginning) const
-    {
-        auto questions = peer.getQuestions();
-        std::erase_if(questions, [&](const auto& each) { return !each.starts_with(beginning); });
-        return questions;
-    }
-
     OutputSequence sequence;
     std::atomic<bool> isStopping{false};
     std::atomic<bool> isBegun{false};

@@ -52,14 +52,17 @@ protected:
     {
         answer(question, [=] { return reply; });
     }
-    /// Waits for so many questions that begin so.
-    bool isAsked(const std::string& beginning, std::ptrdiff_t times = 1) const
+    /// Of the questions so far, those that begin so.
+    std::vector<std::string> getQuestions(const std::string& beginning) const
     {
-        const auto isIt = [&](const std::string& question) { return question.starts_with(beginning); };
-        return waitUntil([&] {
-            const auto questions = peer.getQuestions();
-            return std::count_if(questions.begin(), questions.end(), isIt) >= times;
-        });
+        auto questions = peer.getQuestions();
+        std::erase_if(questions, [&](const auto& each) { return !each.starts_with(beginning); });
+        return questions;
+    }
+    /// Waits for so many of them.
+    bool isAsked(const std::string& beginning, std::size_t times = 1) const
+    {
+        return waitUntil([&] { return getQuestions(beginning).size() >= times; });
     }
     /// Keeps the receiver busy with the first such line, when all that was sent with it has come. The test
     /// may end before the receiver does.
