@@ -4,7 +4,6 @@
 #include <support/MainLoop.h>
 #include <support/Message.h>
 #include <support/Record.h>
-#include <support/ThreadCount.h>
 
 #include <gmock/gmock.h>
 
@@ -54,31 +53,6 @@ TEST_F(DeviceFaultsTest, AStartIsNotCutInSilenceWhenAnAttemptBesideItFails)
     (void)asking.get();
     first->setNonsense(false);
     EXPECT_TRUE(waitFor([this] { return first.isPuttingOut() || record.has("fault"); }, 1s));
-}
-
-TEST_F(DeviceFaultsTest, ARepeatedFaultMakesNoNewThreads)
-{
-    BenchDevice third{3};
-    for (auto* device : {&first, &second, &third})
-        device->addTo(*hardware);
-    hardware->setIsStopOnFault(true);
-    listenTo(*hardware);
-    start();
-    second->setAnswerDelay(500ms);
-    third->setAnswerDelay(500ms);
-    const int before = countThreads();
-    int most = before;
-    first->setFaultRepeatInterval(2ms);
-    first->simulateOverload(0);
-    waitFor(
-        [&] {
-            most = std::max(most, countThreads());
-            return record.count("fault") >= 100;
-        },
-        400ms);
-    first->clearFaults();
-    EXPECT_LE(most, before + 4);
-    hardware.reset();
 }
 
 TEST_F(DeviceFaultsTest, AHealthyDeviceWhoseAnswerIsLateIsNotAccusedOfNonsense)

@@ -28,6 +28,11 @@ protected:
 
     TemporaryHome home;
     DefaultHardware defaultHardware;
+    std::vector<HardwareManager*> heard;
+
+private:
+    const Kes::ScopedConnection _connection = HardwareControl::signalHardwareChanged.connect(
+        [this](HardwareManager* hardware) { heard.push_back(hardware); });
 };
 
 TEST_F(HardwareControlTest, ReplacementFreesTheDevicesAndTellsEveryone)
@@ -36,10 +41,8 @@ TEST_F(HardwareControlTest, ReplacementFreesTheDevicesAndTellsEveryone)
     EXPECT_TRUE(previous->isSimulated()) << "until one is made";
     ASSERT_TRUE(previous->prepare());
     ASSERT_EQ(message(previous->startWorkingMode()), "");
-    std::vector<HardwareManager*> heard;
-    Kes::ScopedConnection connection =
+    const Kes::ScopedConnection connection =
         HardwareControl::signalHardwareChanged.connect([&](HardwareManager* hardware) {
-            heard.push_back(hardware);
             EXPECT_TRUE(hardware->prepare()) << "the device is free";
             EXPECT_FALSE(previous->isOutputRunning());
         });
@@ -65,12 +68,24 @@ TEST_F(HardwareControlTest, ReplacementWaitsForNothingAndEndsAnOperation)
     EXPECT_TRUE(waitUntil([&] { return !fake.isConnected(); }));
 }
 
+TEST_F(HardwareControlTest, ANewConfigurationWaitsForTheDevicesOfTheOneBefore)
+{
+    FakeKesto before, after;
+    use(before);
+    ASSERT_TRUE(HardwareControl::share()->prepare() && HardwareControl::share()->startWorkingMode());
+    before.hold(LinkCall::StopWorkingMode);
+    use(after);
+    auto preparing = std::async(
+        std::launch::async, [hardware = HardwareControl::share()] { return message(hardware->prepare()); });
+    EXPECT_EQ(preparing.wait_for(100ms), std::future_status::timeout);
+    EXPECT_EQ(after.countCalls(LinkCall::Connect), 0U);
+    before.release(LinkCall::StopWorkingMode);
+    EXPECT_EQ(preparing.get(), "");
+}
+
 TEST_F(HardwareControlTest, EmbeddedConfigurationStandsInForTheGlobalOne)
 {
     auto* global = HardwareControl::getInstance();
-    std::vector<HardwareManager*> heard;
-    Kes::ScopedConnection connection = HardwareControl::signalHardwareChanged.connect(
-        [&](HardwareManager* hardware) { heard.push_back(hardware); });
     auto lent = HardwareManager::create();
     auto* embedded = lent.get();
     HardwareControl::setEmbeddedInstance(std::move(lent), false);

@@ -183,7 +183,7 @@ private:
         }
         _bench->checkOutputs();
         HardwareControl::setGlobalInstance(DefaultHardware::create(), true);
-        EXPECT_TRUE(comesTrue([this] { return _areAllGone(); })) << "a configuration lives on";
+        EXPECT_TRUE(waitUntil([this] { return _areAllGone(); })) << "a configuration lives on";
         _bench->checkTold();
     }
     bool _areAllGone()

@@ -121,6 +121,7 @@ TEST_F(SyncedRunTest, StartsLieWithinTheModesUncertainty)
         EXPECT_TRUE(run->isComplete());
         EXPECT_THAT(skews(*hardware, starts), testing::Each(testing::Le(uncertainty)));
     }
+    EXPECT_TRUE(waitUntil([&] { return inputs[0] == 2; })) << "the start contact opens again";
 }
 
 TEST_F(SyncedRunTest, EachEndSwitchesAllOffAlsoWithoutThreadsForIt)

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "../KesDriver/WaitUntil.h"
-
 #include <KesCommon/StringHelper.h>
 #include <KesDevice/HardwareManager.h>
 #include <KesDevice/HardwareManagerText.h>
 
 #include <support/FakeKestoLink.h>
 #include <support/Message.h>
+#include <support/WaitUntil.h>
 
 #include <gmock/gmock.h>
 

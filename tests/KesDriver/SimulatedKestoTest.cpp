@@ -24,7 +24,7 @@ protected:
 TEST_F(SimulatedKestoTest, AReportThatIsNotTakenIsFollowedByTheLossAlone)
 {
     start();
-    const auto scope = onLine([](const std::string& line) {
+    receiver->onLine([](const std::string& line) {
         if (line.starts_with("input"))
             throw std::bad_alloc();
     });
@@ -88,7 +88,7 @@ TEST_F(SimulatedKestoTest, SpeedChangesWithoutAJumpOfTime)
 TEST_F(SimulatedKestoTest, OutputsGoOffThoughTheReceiverIsBusy)
 {
     std::promise<void> isOff;
-    const auto scope = onLine([&](const std::string& line) {
+    receiver->onLine([&](const std::string& line) {
         if (line.starts_with("step"))
             isOff.get_future().wait();
     });
@@ -99,6 +99,7 @@ TEST_F(SimulatedKestoTest, OutputsGoOffThoughTheReceiverIsBusy)
     EXPECT_TRUE(isSoonOff());
     isOff.set_value();
     EXPECT_TRUE(receiver->waitFor("lost"));
+    link.reset();
 }
 
 TEST_F(SimulatedKestoTest, TestObjectBeginsAnewWithTheWorkingMode)

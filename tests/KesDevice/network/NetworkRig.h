@@ -1,8 +1,8 @@
 #pragma once
 
-#include <KesDriver/WaitUntil.h>
 #include <KesDriver/serving/TestClient.h>
 #include <support/FaultyWire.h>
+#include <support/WaitUntil.h>
 
 #include <KesDevice/HardwareManager.h>
 #include <KesDriver/net/TcpNetwork.h>

@@ -1,5 +1,5 @@
-#include "../WaitUntil.h"
 #include "AvahiBench.h"
+#include "support/WaitUntil.h"
 
 #include <KesDriver/net/ServiceAnnouncement.h>
 #include <KesDriver/net/ServiceSearch.h>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "../RecordingReceiver.h"
-#include "../WaitUntil.h"
 #include "ScriptedPeer.h"
+#include "support/WaitUntil.h"
 
 #include <KesDriver/ConnectionError.h>
 #include <KesDriver/net/StreamLink.h>

@@ -1,6 +1,6 @@
 #include <KesDriver/scpi/Arguments.h>
 #include <KesDriver/scpi/Block.h>
-#include <KesDriver/scpi/Error.h>
+#include <KesDriver/scpi/ErrorQueue.h>
 #include <KesDriver/scpi/LineReader.h>
 #include <KesDriver/scpi/Unit.h>
 
@@ -127,6 +127,25 @@ TEST(LineReaderTest, GivesUpOnWhatIsTooLong)
         EXPECT_EQ(readLines(bytes, 3, reader).size(), messages) << bytes;
         EXPECT_EQ(reader.isOverrun(), overrun) << bytes;
     }
+}
+
+TEST(ErrorQueueTest, TellsTheOldestFirstAndSaysWhenOthersAreLost)
+{
+    ErrorQueue queue;
+    EXPECT_EQ(queue.take().toAnswer(), "0,\"No error\"");
+    for (std::size_t i = 0; i < ErrorQueue::capacity + 5; ++i)
+        queue.add(Error(ErrorCode::OutOfRange, std::to_string(i) + " \"A\"\n"));
+    EXPECT_EQ(queue.getCount(), 32U);
+    EXPECT_EQ(queue.take().toAnswer(), "-222,\"Data out of range;0 \"\"A\"\" \"");
+    for (std::size_t i = 0; i < 30; ++i)
+        queue.take();
+    EXPECT_EQ(queue.take().toAnswer(), "-350,\"Queue overflow\"");
+    EXPECT_EQ(queue.getCount(), 0U);
+    // A text ends between two characters.
+    EXPECT_EQ(std::string(Error(ErrorCode{101}, "x" + std::string(300, 'a') + "\xD0\xB0").what()).size(),
+              255U);
+    const std::string russian = Error(ErrorCode{101}, std::string(241, 'a') + "\xD0\xB0").what();
+    EXPECT_EQ(russian, "Device error;" + std::string(241, 'a'));
 }
 
 TEST(ArgumentsTest, ReadsEachParameterAsWhatItHasToBe)

@@ -217,6 +217,26 @@ TEST_F(SessionTest, TellsFaultsAndLatchesThemInTheRegisters)
     EXPECT_EQ(client.ask("STAT:OPER?"), "8");
 }
 
+TEST_F(SessionTest, SumsUpWhatHasHappenedInTheStatusByte)
+{
+    takeControl();
+    EXPECT_EQ(client.ask("*ESR?"), "128") << "switched on";
+    for (const auto& [command, bit] : {std::pair("FOO", "32"), {"CURR 40", "16"}, {"TRIG", "8"}}) {
+        client.send(command);
+        EXPECT_EQ(client.ask("*ESR?"), bit) << command;
+    }
+    EXPECT_EQ(client.ask("*STB?;*OPC?;*STB?"), "4;1;20") << "an error; then an answer as well";
+    EXPECT_EQ(client.ask("*CLS;*ESE 1;*OPC;*STB?"), "32");
+    EXPECT_EQ(client.ask("*SRE 255;*SRE?;:STAT:OPER:ENAB 65535;ENAB?"), "191;32767");
+    client.send("OUTP OFF;OUTP ON;:STAT:QUES:ENAB 512;:SIM:FAUL QUIC");
+    EXPECT_EQ(client.ask("*STB?"), "232");
+    EXPECT_EQ(client.ask("*CLS;*STB?;:STAT:QUES:COND?"), "0;512") << "only what has been latched goes";
+    // What the filters do not let through is not latched.
+    EXPECT_EQ(client.ask("STAT:OPER:PTR 0;NTR 256;:OUTP OFF;:STAT:OPER?"), "256");
+    EXPECT_EQ(client.ask("SIM:FAUL CLE;:OUTP ON;:STAT:OPER?"), "0");
+    EXPECT_EQ(client.ask("STAT:PRES;OPER:ENAB?;PTR?;NTR?"), "0;32767;0");
+}
+
 TEST_F(SessionTest, WaitsInLockstepForTheController)
 {
     EXPECT_THAT(client.tell("SIM:LOCK ON"), StartsWith("-203,"));

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../WaitUntil.h"
 #include "TestClient.h"
+#include "support/WaitUntil.h"
 
 #include <KesDriver/simulated/serving/DeviceServer.h>
 

@@ -67,7 +67,7 @@ TEST_F(RunEnds, APowerOffAtTheMomentAtWhichTheRunBeginsStopsIt)
         begun.disconnect();
         model.beginDisconnect();
         const Kes::SignalGate::Release gate;
-        EXPECT_TRUE(comesTrue([this] { return !hardware().isOutputRunning(); }));
+        EXPECT_TRUE(waitUntil([this] { return !hardware().isOutputRunning(); }));
     });
     start();
     EXPECT_TRUE(waitForFinish()) << "nothing stops the run";
