@@ -59,7 +59,7 @@ TEST_F(DeviceFaultsTest, AHealthyDeviceWhoseAnswerIsLateIsNotAccusedOfNonsense)
 {
     first.addTo(*hardware);
     listenTo(*hardware);
-    first->setTimeout(150ms);
+    first->setTimeout(300ms);
     KesDriver::OutputStep passed{{}, 1ms, KesDriver::InputCondition{1, false}}; // Open already.
     const KesDriver::OutputSequence sequence{passed, passed, {{}, 1h, {}}};
     for (int round = 0; round < 4; ++round) {
@@ -69,9 +69,9 @@ TEST_F(DeviceFaultsTest, AHealthyDeviceWhoseAnswerIsLateIsNotAccusedOfNonsense)
         Kes::ScopedConnection connection =
             first.onStep([givenUp = isGivenUp.get_future().share()](const KesDriver::StepEvent& event) {
                 if (event.step == 0)
-                    givenUp.wait_for(450ms);
+                    givenUp.wait_for(900ms);
             });
-        first->setAnswerDelay(300ms);
+        first->setAnswerDelay(600ms);
         EXPECT_FALSE(first.runSequence(sequence));
         isGivenUp.set_value();
         first->setAnswerDelay(0ms);

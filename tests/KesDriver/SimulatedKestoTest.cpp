@@ -21,20 +21,6 @@ protected:
     }
 };
 
-TEST_F(SimulatedKestoTest, AReportThatIsNotTakenIsFollowedByTheLossAlone)
-{
-    start();
-    receiver->onLine([](const std::string& line) {
-        if (line.starts_with("input"))
-            throw std::bad_alloc();
-    });
-    // The contact ends the sequence at the same moment.
-    ASSERT_TRUE(link->runSequence({{amperes(12.0), 10s, InputCondition{1, true}}}));
-    EXPECT_TRUE(receiver->waitFor("lost"));
-    EXPECT_THAT(receiver->getLines(), ElementsAre("step 0 0", "input 1 closed 123456 in 0", "lost"));
-    EXPECT_TRUE(isSoonOff());
-}
-
 TEST_F(SimulatedKestoTest, SequenceRunsAlikeAtEverySpeed)
 {
     const OutputSequence sequence = {

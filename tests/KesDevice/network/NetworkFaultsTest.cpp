@@ -204,7 +204,7 @@ Outcome tryPair(unsigned number, const Fault& fault, const Moment& moment)
     if (off.valid())
         offTime = off.get();
     else
-        complain("the moment has not come [" + rig.getLastMessage() + "]");
+        complain("the moment has not come");
     std::this_thread::sleep_for(50ms);
     auto messages = rig.takeMessages();
     // What has ended a run is told, and by a thread of its own.

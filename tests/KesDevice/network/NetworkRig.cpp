@@ -168,12 +168,6 @@ std::optional<std::chrono::milliseconds> NetworkRig::waitForOutputsOff() const
     return std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - begin);
 }
 
-std::string NetworkRig::getLastMessage() const
-{
-    std::lock_guard lock(_mutex);
-    return _messages.empty() ? std::string() : _messages.back();
-}
-
 std::vector<std::string> NetworkRig::takeMessages()
 {
     std::lock_guard lock(_mutex);

@@ -57,7 +57,6 @@ public:
     /// Returns how long it took, or nothing after ten seconds.
     std::optional<std::chrono::milliseconds> waitForOutputsOff() const;
     std::vector<std::string> takeMessages();
-    std::string getLastMessage() const;
     std::string getAddress() const { return _address; }
 
 private:

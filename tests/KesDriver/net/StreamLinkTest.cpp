@@ -11,16 +11,6 @@ namespace {
 
 const std::string nonsense = " gives answers that make no sense.";
 
-TEST_F(StreamLinkTest, ConnectsAndTakesControl)
-{
-    start();
-    EXPECT_EQ(connection, 1U);
-    EXPECT_TRUE(link->isSimulated());
-    EXPECT_THAT(peer.getQuestions(),
-                ElementsAre(":SYST:PROT?", "*IDN?;:SYST:SIM?;:SYST:LIM?", ":SYST:CONT:TAKE \"Test@here\"",
-                            ":SYST:WATC 1;:SYST:BOOT?;:EVEN:LAST?", ":EVEN:SUBS ON,6"));
-}
-
 TEST_F(StreamLinkTest, ConnectsOnlyToWhatItUnderstands)
 {
     const auto unnamed = [](const std::string& text) { return "KESTO 127.8.0.1" + text; };
