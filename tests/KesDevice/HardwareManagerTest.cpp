@@ -262,7 +262,12 @@ TEST_F(HardwareManagerTest, ADeviceIsConnectedAsSoonAsAnotherConfigurationIsDone
     first.hold(LinkCall::ReadState);
     const auto holding = std::async(std::launch::async, [&] { (void)firstKesto->connect(); });
     ASSERT_TRUE(first.waitForCall(LinkCall::ReadState));
-    const auto waiting = std::async(std::launch::async, [&] { (void)kesto->connect(); });
+    const auto begin = [&] { return std::async(std::launch::async, [&] { (void)kesto->connect(); }); };
+    const auto givenUp = begin();
+    EXPECT_EQ(givenUp.wait_for(100ms), std::future_status::timeout);
+    kesto->disconnect();
+    EXPECT_EQ(givenUp.wait_for(2s), std::future_status::ready) << "nobody wants it any more";
+    const auto waiting = begin();
     EXPECT_EQ(waiting.wait_for(100ms), std::future_status::timeout);
     first.release(LinkCall::ReadState);
     EXPECT_EQ(waiting.wait_for(2s), std::future_status::ready) << "only after the longest wait";

@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 
 #include <future>
+#include <unistd.h>
 
 using namespace KesDriver;
 using namespace std::chrono_literals;
