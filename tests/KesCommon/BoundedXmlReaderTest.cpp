@@ -74,11 +74,7 @@ TEST(BoundedXmlReaderTest, WhatIsBeyondALimitIsRefusedAndWhatIsAtItIsRead)
     limits.attributes = 4;
     limits.namespaces = 3;
     limits.nodes = 50;
-    const struct {
-        const char* error;
-        std::string good;
-        std::string bad;
-    } cases[] = {
+    const std::tuple<const char*, std::string, std::string> cases[] = {
         {"too long", "<r>" + std::string(19993, 'x') + "</r>", "<r>" + std::string(19994, 'x') + "</r>"},
         {"a tag", "<r a='" + std::string(5900, 'x') + "'/>", "<r a='" + std::string(15000, 'x') + "'/>"},
         {"a tag", "<r><!--" + std::string(5900, 'x') + "--></r>",

@@ -1,15 +1,17 @@
 #include <KesCommon/DesktopOpener.h>
 #include <KesCommon/Directories.h>
+#include <KesCommon/FileLock.h>
 #include <KesCommon/FileStream.h>
 #include <KesCommon/FileSystem.h>
-#include <KesCommon/Log.h>
+#include <KesCommon/LateLibrary.h>
 
+#include "support/LoggedTexts.h"
 #include "support/TemporaryHome.h"
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <fcntl.h>
-#include <filesystem>
 #include <sstream>
 #include <sys/stat.h>
 #include <thread>
@@ -119,6 +121,22 @@ TEST(FileSystem, aPipeIsWrittenWhenSomebodyReadsItAndIsNeverWaitedFor)
     close(reader);
 }
 
+TEST(FileLock, hasOneOwnerAlsoWhileItsFileComesAndGoes)
+{
+    const KesTest::TemporaryHome home;
+    std::atomic<int> owners{0};
+    const auto work = [&] {
+        for (int i = 0; i < 5000; ++i)
+            if (auto lock = Kes::FileLock::tryTake(home.file("lock"))) {
+                EXPECT_EQ(++owners, 1);
+                --owners;
+                lock->removeFile();
+            }
+    };
+    std::jthread other(work);
+    work();
+}
+
 TEST(FileStream, readsNoMoreThanItMay)
 {
     for (const std::size_t size : {0U, 1U, 65535U, 65536U, 65537U, 200000U}) {
@@ -158,6 +176,14 @@ TEST(Log, reachesTheObserverFromEveryThreadAndNeverThrows)
     KesLog::Log::setObserver(nullptr);
     KesLog::Log::writeInfo("unseen");
     EXPECT_THAT(seen, ElementsAre("Предупреждение %s \xff"));
+}
+
+TEST(LateLibrary, whatCannotBeHadIsNamedInTheLog)
+{
+    KesTest::LoggedTexts logged;
+    EXPECT_EQ(Kes::findLateSymbol("KesNowhere", "anything"), nullptr);
+    EXPECT_EQ(Kes::findLateSymbol("KesXslt", "noSuchFunction"), nullptr);
+    EXPECT_THAT(logged.take(), ElementsAre(HasSubstr("libKesNowhere.so"), HasSubstr("noSuchFunction")));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
-#include <KesCommon/Log.h>
 #include <KesCommon/NotifyCollection.h>
 #include <KesCommon/Signal.h>
+
+#include "support/LoggedTexts.h"
 
 #include <glibmm/fileutils.h>
 #include <gmock/gmock.h>
@@ -12,7 +13,7 @@
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::SizeIs;
+using testing::IsEmpty;
 
 namespace {
 
@@ -76,28 +77,21 @@ TEST_F(SignalTest, aSlotMayEmitItsOwnSignal)
     EXPECT_THAT(calls, ElementsAre("v3", "v2", "v1"));
 }
 
-/// Keeps what is logged.
 class SignalFaultTest : public SignalTest {
 protected:
     SignalFaultTest()
-        : _previous(
-              KesLog::Log::setObserver([this](auto, const std::string& text) { logged.push_back(text); }))
     {
         signal.connect([](int value) { throw std::runtime_error("fault " + std::to_string(value)); });
         signal.connect(record("after"));
     }
-    ~SignalFaultTest() override { KesLog::Log::setObserver(std::move(_previous)); }
 
-    Calls logged;
-
-private:
-    KesLog::Log::Observer _previous;
+    KesTest::LoggedTexts logged;
 };
 
 TEST_F(SignalFaultTest, whatASlotThrowsReachesTheHandlerOrElseTheLogAndNoOneElse)
 {
     signal.emit(1);
-    EXPECT_THAT(logged, ElementsAre(HasSubstr("fault 1")));
+    EXPECT_THAT(logged.take(), ElementsAre(HasSubstr("fault 1")));
     EXPECT_THAT(calls, ElementsAre("after1"));
     EXPECT_FALSE(Kes::SignalGate::isHeldByThisThread());
 
@@ -106,23 +100,22 @@ TEST_F(SignalFaultTest, whatASlotThrowsReachesTheHandlerOrElseTheLogAndNoOneElse
     signal.connect([](int) { throw 1; });
     signal.emit(2);
     EXPECT_THAT(calls, ElementsAre("after1", "fault 2", "after2", "of glibmm", "An unknown error occurred."));
-    EXPECT_THAT(logged, SizeIs(1));
+    EXPECT_THAT(logged.take(), IsEmpty());
 }
 
 TEST_F(SignalFaultTest, aHandlerThatThrowsOrLeadsBackToItsFaultEndsInTheLog)
 {
     signal.setExceptionHandler([](const std::string&) { throw std::runtime_error("of the handler"); });
     signal.emit(1);
-    EXPECT_THAT(logged, ElementsAre(HasSubstr("fault 1"), HasSubstr("of the handler")));
+    EXPECT_THAT(logged.take(), ElementsAre(HasSubstr("fault 1"), HasSubstr("of the handler")));
 
     // Two signals, each of which tells its faults by way of the other one.
     Kes::Signal<void()> other;
     other.connect([] { throw std::runtime_error("other fault"); });
     other.setExceptionHandler([&](const std::string&) { signal.emit(3); });
     signal.setExceptionHandler([&](const std::string&) { other.emit(); });
-    logged.clear();
     signal.emit(2);
-    EXPECT_THAT(logged, ElementsAre(HasSubstr("fault 3")));
+    EXPECT_THAT(logged.take(), ElementsAre(HasSubstr("fault 3")));
     EXPECT_THAT(calls, ElementsAre("after1", "after3", "after2"));
 }
 
@@ -228,6 +221,15 @@ TEST_F(NotifyCollectionTest, tellsEveryChangeAndClearsTheLastItemFirst)
     EXPECT_TRUE(items.clear());
     EXPECT_THAT(calls, ElementsAre("+0a", "+0b", "+2c", "+3d", "-1a", "released a", "-1c", "released c",
                                    "reset", "-1d", "released d", "-0b", "released b"));
+}
+
+TEST_F(NotifyCollectionTest, refusesEveryChangeWhileItIsReadOnly)
+{
+    ASSERT_TRUE(items.add("a"));
+    items.setReadOnly(true);
+    EXPECT_FALSE(items.add("b") || items.insert(0, "b") || items.remove("a") || items.removeAt(0));
+    EXPECT_FALSE(items.clear());
+    EXPECT_THAT(calls, ElementsAre("+0a"));
 }
 
 TEST_F(NotifyCollectionTest, clearingEndsThoughAListenerAppends)

@@ -9,9 +9,7 @@
 #include <atomic>
 #include <barrier>
 #include <chrono>
-#include <future>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <thread>
 #include <tuple>

@@ -1,5 +1,4 @@
 #include <KesCommon/CommonText.h>
-#include <KesCommon/Language.h>
 #include <KesCommon/Net/NetAddr.h>
 #include <KesCommon/NumberText.h>
 #include <KesCommon/ObjectErrorHelper.h>
@@ -130,6 +129,16 @@ TEST(Language, followsTheFirstVariableThatIsSet)
     for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"})
         unsetenv(name);
     lng::language = lng::English;
+}
+
+TEST(NumberText, isPlainInTheUsualRangeWithOneZero)
+{
+    for (const auto& [value, text] : {std::pair(-0.0, "0"),
+                                      {1e-6, "0.000001"},
+                                      {-9e-7, "-9e-07"},
+                                      {999999999999999.0, "999999999999999"},
+                                      {1e15, "1e+15"}})
+        EXPECT_EQ(Kes::NumberText::write(value), text);
 }
 
 TEST(ObjectErrorHelper, indentsInnerErrors)

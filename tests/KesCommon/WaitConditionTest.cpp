@@ -8,11 +8,9 @@
 
 #include <atomic>
 #include <chrono>
-#include <future>
 #include <memory>
 #include <optional>
 #include <thread>
-#include <utility>
 
 using Kes::SignalGate;
 using Kes::ThreadWaits;
@@ -21,8 +19,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Each test once on the serving thread and once on an ordinary one.
-class WaitConditionTest : public testing::TestWithParam<bool> {
+class Waiting : public testing::Test {
 protected:
     void set(bool& flag)
     {
@@ -31,10 +28,16 @@ protected:
         condition.notifyAll();
     }
 
-    const std::unique_ptr<ServingQueue> queue = GetParam() ? std::make_unique<ServingQueue>() : nullptr;
     std::mutex mutex;
     std::unique_lock<std::mutex> lock{mutex};
     Kes::WaitCondition condition;
+    bool done = false;
+};
+
+/// Each test once on the serving thread and once on an ordinary one.
+class WaitConditionTest : public Waiting, public testing::WithParamInterface<bool> {
+protected:
+    const std::unique_ptr<ServingQueue> queue = GetParam() ? std::make_unique<ServingQueue>() : nullptr;
 };
 
 INSTANTIATE_TEST_SUITE_P(OnTheThread, WaitConditionTest, testing::Bool(),
@@ -55,7 +58,6 @@ TEST_P(WaitConditionTest, letsGoOfTheGateHoweverDeepAndTakesItBackWithoutTheLock
 {
     SignalGate::Guard outer;
     std::optional<SignalGate::Guard> inner(std::in_place);
-    bool done = false;
     std::jthread other([&] {
         const SignalGate::Guard gate;
         set(done);
@@ -100,45 +102,36 @@ TEST_P(WaitConditionTest, noNotificationIsLost)
     }
 }
 
-TEST(ServingWait, servesWhatComesMeanwhileAndMayWaitInside)
+class ServingWait : public Waiting {
+protected:
+    std::unique_ptr<ServingQueue> queue = std::make_unique<ServingQueue>();
+};
+
+TEST_F(ServingWait, servesWhatComesMeanwhileAndMayWaitInside)
 {
     constexpr int rounds = 2000;
-    ServingQueue queue;
-    std::mutex mutex;
-    Kes::WaitCondition condition;
     int served = 0;
-    bool done = false;
     std::jthread other([&] {
         for (int i = 0; i < rounds; ++i)
-            queue.wait([&] { ++served; });
-        queue.wait([&] {
-            std::jthread nested([&] { queue.wait([&] { ++served; }); });
-            std::unique_lock lock(mutex);
-            condition.wait(lock, [&] { return served == rounds + 1; });
+            queue->wait([&] { ++served; });
+        queue->wait([&] {
+            std::jthread nested([&] { queue->wait([&] { ++served; }); });
+            std::unique_lock inner(mutex);
+            condition.wait(inner, [&] { return served == rounds + 1; });
         });
-        std::lock_guard guard(mutex);
-        done = true;
-        condition.notifyAll();
+        set(done);
     });
-    std::unique_lock lock(mutex);
     condition.wait(lock, [&] { return done; });
     EXPECT_EQ(served, rounds + 1);
-    EXPECT_LE(queue.looks, 3 * rounds + 10) << "about two looks for each function";
+    EXPECT_LE(queue->looks, 3 * rounds + 10) << "about two looks for each function";
 }
 
-TEST(ServingWait, aServedFunctionMayEndTheService)
+TEST_F(ServingWait, aServedFunctionMayEndTheService)
 {
-    auto queue = std::make_unique<ServingQueue>();
-    std::mutex mutex;
-    Kes::WaitCondition condition;
-    bool done = false;
     std::jthread other([&] {
         queue->wait([] { Kes::WaitService::uninstall(); });
-        std::lock_guard guard(mutex);
-        done = true;
-        condition.notifyAll();
+        set(done);
     });
-    std::unique_lock lock(mutex);
     condition.wait(lock, [&] { return done; });
     EXPECT_FALSE(Kes::WaitService::isServingThread());
 }

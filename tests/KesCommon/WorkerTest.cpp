@@ -1,16 +1,16 @@
 #include "ServingQueue.h"
 
-#include <KesCommon/Log.h>
 #include <KesCommon/Signal.h>
 #include <KesCommon/SignalGate.h>
 #include <KesCommon/ThreadWaits.h>
 #include <KesCommon/Worker.h>
 
+#include "support/LoggedTexts.h"
+
 #include <gmock/gmock.h>
 
 #include <array>
 #include <atomic>
-#include <future>
 #include <memory>
 #include <pthread.h>
 #include <stdexcept>
@@ -71,11 +71,9 @@ TEST(Worker, emitsAndAsksTheServingThreadUntilItsEnd)
 
 TEST(Worker, whatItThrowsGoesToTheLog)
 {
-    std::vector<std::string> logged;
-    auto previous = KesLog::Log::setObserver([&](auto, const std::string& text) { logged.push_back(text); });
+    KesTest::LoggedTexts logged;
     Worker("Kes_Bench", [] { throw std::runtime_error("worker fault"); }).wait();
-    KesLog::Log::setObserver(std::move(previous));
-    EXPECT_THAT(logged, testing::ElementsAre(testing::HasSubstr("worker fault")));
+    EXPECT_THAT(logged.take(), testing::ElementsAre(testing::HasSubstr("worker fault")));
 }
 
 TEST(Worker, mayBeWaitedForAndDestroyedInItsOwnWork)
@@ -133,19 +131,6 @@ TEST(Worker, whenItHasEndedNobodyCountsAsWaitingForItsThread)
         EXPECT_FALSE(Kes::ThreadWaits::isWaitingFor(waiter.get_id(), id));
     }
     waiter.join();
-}
-
-TEST(Worker, severalThreadsMayWaitForIt)
-{
-    std::promise<void> leave;
-    Worker worker("Kes_Bench", [&] { leave.get_future().wait(); });
-    std::vector<std::jthread> waiting;
-    for (int i = 0; i < 4; ++i)
-        waiting.emplace_back([&] {
-            worker.wait();
-            EXPECT_FALSE(worker.isRunning());
-        });
-    leave.set_value();
 }
 
 } // namespace

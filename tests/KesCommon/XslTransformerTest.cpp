@@ -1,28 +1,25 @@
-#include <KesCommon/Log.h>
 #include <KesCommon/XslTransformer.h>
 
+#include "support/LoggedTexts.h"
 #include "support/TemporaryHome.h"
 
 #include <gmock/gmock.h>
 
-#include <filesystem>
 #include <giomm/init.h>
 #include <giomm/socketservice.h>
 
 using KesTest::readFile;
 using KesTest::writeFile;
-using testing::HasSubstr;
 
 namespace {
 
+auto Logs(const std::string& text)
+{
+    return testing::Contains(testing::HasSubstr(text));
+}
+
 class XslTransformerTest : public testing::Test {
 protected:
-    XslTransformerTest()
-    {
-        KesLog::Log::setObserver([this](KesLog::Log::Level, const std::string& text) { log += text; });
-    }
-    ~XslTransformerTest() override { KesLog::Log::setObserver(nullptr); }
-
     /// `more` goes beside the template of the stylesheet; `p` is the parameter of that name.
     bool transform(const std::string& xml, const std::string& body, const std::string& more = "",
                    const std::string& p = "")
@@ -41,7 +38,7 @@ protected:
 
     KesTest::TemporaryHome home;
     std::string output = home.file("report.txt");
-    std::string log;
+    KesTest::LoggedTexts log;
 };
 
 TEST_F(XslTransformerTest, replacesTheOldResultAndTakesParametersLiterally)
@@ -57,7 +54,7 @@ TEST_F(XslTransformerTest, replacesTheOldResultAndTakesParametersLiterally)
     EXPECT_EQ(readFile(output), "Ток3it's \"quoted\" & 1 + 1included");
     EXPECT_TRUE(transform("<r/>", ""));
     EXPECT_EQ(readFile(output), "");
-    EXPECT_EQ(log, "");
+    EXPECT_THAT(log.take(), testing::IsEmpty());
 }
 
 TEST_F(XslTransformerTest, aFailureKeepsTheOldFileAndIsLogged)
@@ -72,7 +69,7 @@ TEST_F(XslTransformerTest, aFailureKeepsTheOldFileAndIsLogged)
     };
     for (const auto& [xml, body] : cases) {
         EXPECT_FALSE(transform(xml, body)) << xml << body;
-        EXPECT_THAT(std::exchange(log, ""), HasSubstr("style.xsl")) << xml << body;
+        EXPECT_THAT(log.take(), Logs("style.xsl")) << xml << body;
         EXPECT_EQ(readFile(output), "old");
     }
     EXPECT_FALSE(Kes::XslTransformer("/missing.xml", nullptr, output.c_str()).transform());
@@ -85,7 +82,7 @@ TEST_F(XslTransformerTest, anOutputThatCannotBeWrittenIsAFailure)
     for (const auto* path : {"", "/dev/full", "/proc/no/such/report.html"}) {
         output = path;
         EXPECT_FALSE(transform("<r>x</r>", "<xsl:value-of select='r'/>")) << path;
-        EXPECT_THAT(std::exchange(log, ""), HasSubstr("Error writing file")) << path;
+        EXPECT_THAT(log.take(), Logs("Error writing file")) << path;
     }
 }
 
@@ -94,7 +91,7 @@ TEST_F(XslTransformerTest, theStylesheetWritesNoFilesAndMakesNoFolders)
     writeFile(home.file("kept"), "kept");
     for (const auto* target : {"stolen/file", "new", "kept"}) {
         EXPECT_FALSE(transform("<r/>", "<exsl:document href='" + home.file(target) + "'>x</exsl:document>"));
-        EXPECT_THAT(std::exchange(log, ""), HasSubstr("denied")) << target;
+        EXPECT_THAT(log.take(), Logs("denied")) << target;
     }
     EXPECT_FALSE(std::filesystem::exists(home.file("stolen")) || std::filesystem::exists(home.file("new")));
     EXPECT_EQ(readFile(home.file("kept")), "kept");
@@ -112,10 +109,10 @@ TEST_F(XslTransformerTest, dataAreReadFromRegularFilesWithinLimits)
     for (int i = 0; i < 40000; ++i)
         attributes += " a" + std::to_string(i) + "=''";
     EXPECT_FALSE(transform(attributes + "/>", ""));
-    EXPECT_THAT(std::exchange(log, ""), HasSubstr("too long"));
+    EXPECT_THAT(log.take(), Logs("too long"));
     // The name stands for a file, not for standard input.
     EXPECT_FALSE(Kes::XslTransformer("-", home.file("style.xsl").c_str(), output.c_str()).transform());
-    EXPECT_THAT(log, HasSubstr("cannot open -"));
+    EXPECT_THAT(log.take(), Logs("cannot open -"));
 }
 
 TEST_F(XslTransformerTest, nothingIsFetchedFromTheNetwork)
@@ -124,9 +121,9 @@ TEST_F(XslTransformerTest, nothingIsFetchedFromTheNetwork)
     const auto service = Gio::SocketService::create();
     const auto address = "http://127.0.0.1:" + std::to_string(service->add_any_inet_port()) + "/file.xml";
     EXPECT_FALSE(transform("<r/>", "<xsl:copy-of select=\"document('" + address + "')\"/>"));
-    EXPECT_THAT(std::exchange(log, ""), HasSubstr("denied"));
+    EXPECT_THAT(log.take(), Logs("denied"));
     EXPECT_FALSE(transform("<r/>", "", "<xsl:include href='" + address + "'/>"));
-    EXPECT_THAT(log, HasSubstr("denied"));
+    EXPECT_THAT(log.take(), Logs("denied"));
     transform("<!DOCTYPE r SYSTEM '" + address + "'><r/>", "");
     // Nobody has accepted: a connection would still stand in the queue of the socket.
     bool called = false;

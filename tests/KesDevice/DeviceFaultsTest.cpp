@@ -1,20 +1,13 @@
 // Faults of devices at the worst moment: the configuration and its devices are what they say they are.
 
 #include <support/Bench.h>
-#include <support/DefaultHardware.h>
 #include <support/MainLoop.h>
 #include <support/Message.h>
 #include <support/Record.h>
-#include <support/ThreadCount.h>
-
-#include <KesDevice/HardwareControl.h>
-#include <KesDevice/KestoStateGlobalUpdater.h>
 
 #include <gmock/gmock.h>
 
 #include <future>
-#include <random>
-#include <stdexcept>
 
 using namespace KesDevice;
 using namespace KesTest;
@@ -37,44 +30,13 @@ protected:
         ASSERT_TRUE(hardware->prepare());
         ASSERT_TRUE(hardware->startWorkingMode());
     }
-    void spin(std::chrono::microseconds longest)
-    {
-        const auto end =
-            std::chrono::steady_clock::now() + longest * std::uniform_real_distribution<>(0.0, 1.0)(random);
-        while (std::chrono::steady_clock::now() < end) {
-        }
-    }
-
     Record record;
-    std::mt19937 random{7};
     BenchDevice first{1};
     BenchDevice second{2};
     std::unique_ptr<HardwareManager> hardware = HardwareManager::create();
 };
 
-// A start beside another attempt to connect
-
-using StartBesideAnAttempt = DeviceFaultsTest;
-
-TEST_F(StartBesideAnAttempt, UsesAWholeConnection)
-{
-    first.addTo(*hardware);
-    first.setSupply(110.0);
-    first->setAnswerDelay(50ms);
-    const DefaultHardware defaultHardware;
-    HardwareControl::setGlobalInstance(std::move(hardware), true);
-    auto& updater = KestoStateGlobalUpdater::getInstance();
-    updater.setUpdating(true);
-    // With the other attempt under way, whose every step takes a while.
-    ASSERT_TRUE(waitFor([this] { return first.isReached(); }));
-    ASSERT_TRUE(HardwareControl::getInstance()->prepare());
-    EXPECT_EQ(first.getName(), "KESTO-3 No. 00001 (10.0.7.1)");
-    ASSERT_TRUE(HardwareControl::getInstance()->startWorkingMode());
-    EXPECT_TRUE(first.isSupplyOn()) << "the outputs are on before it";
-    updater.setUpdating(false);
-}
-
-TEST_F(StartBesideAnAttempt, IsNotCutInSilenceWhenTheAttemptFails)
+TEST_F(DeviceFaultsTest, AStartIsNotCutInSilenceWhenAnAttemptBesideItFails)
 {
     first.addTo(*hardware);
     listenTo(*hardware);
@@ -93,68 +55,11 @@ TEST_F(StartBesideAnAttempt, IsNotCutInSilenceWhenTheAttemptFails)
     EXPECT_TRUE(waitFor([this] { return first.isPuttingOut() || record.has("fault"); }, 1s));
 }
 
-// Devices that are not heard of in time
-
-TEST_F(DeviceFaultsTest, OutputsOfSilentAndLateDevicesAreOffWithinThreeSeconds)
-{
-    first.addTo(*hardware);
-    second.addTo(*hardware);
-    start();
-    ASSERT_TRUE(first.putOut(1.0) && second.putOut(1.0));
-    const auto releaseTime = hardware->getKestos().getItems()[0]->getLimits().releaseTime;
-    const auto begin = std::chrono::steady_clock::now();
-    first->setSilent(true);
-    second->setAnswerDelay(3s);
-    (void)second.putOut(2.0);
-    ASSERT_TRUE(waitFor([this] { return !first.isPuttingOut() && !second.isPuttingOut(); }, 10s));
-    // As late as a device may do it that is not simulated.
-    EXPECT_LT(std::chrono::steady_clock::now() - begin + releaseTime, 2900ms);
-}
-
-// Signals and threads
-
-TEST_F(DeviceFaultsTest, AThrowingSlotLeavesNoOutputsOnBehindItsException)
-{
-    first.addTo(*hardware);
-    ASSERT_TRUE(hardware->prepare());
-    hardware->signalRunningChanged.connect([](bool) { throw std::runtime_error("thrown by a slot"); });
-    Kes::Result result = false;
-    EXPECT_NO_THROW(result = hardware->startWorkingMode());
-    EXPECT_EQ(hardware->isOutputRunning(), static_cast<bool>(result));
-}
-
-TEST_F(DeviceFaultsTest, ARepeatedFaultMakesNoNewThreads)
-{
-    BenchDevice third{3};
-    for (auto* device : {&first, &second, &third})
-        device->addTo(*hardware);
-    hardware->setIsStopOnFault(true);
-    listenTo(*hardware);
-    start();
-    second->setAnswerDelay(500ms);
-    third->setAnswerDelay(500ms);
-    const int before = countThreads();
-    int most = before;
-    first->setFaultRepeatInterval(2ms);
-    first->simulateOverload(0);
-    waitFor(
-        [&] {
-            most = std::max(most, countThreads());
-            return record.count("fault") >= 100;
-        },
-        400ms);
-    first->clearFaults();
-    EXPECT_LE(most, before + 4);
-    hardware.reset();
-}
-
-// Races
-
 TEST_F(DeviceFaultsTest, AHealthyDeviceWhoseAnswerIsLateIsNotAccusedOfNonsense)
 {
     first.addTo(*hardware);
     listenTo(*hardware);
-    first->setTimeout(150ms);
+    first->setTimeout(300ms);
     KesDriver::OutputStep passed{{}, 1ms, KesDriver::InputCondition{1, false}}; // Open already.
     const KesDriver::OutputSequence sequence{passed, passed, {{}, 1h, {}}};
     for (int round = 0; round < 4; ++round) {
@@ -164,9 +69,9 @@ TEST_F(DeviceFaultsTest, AHealthyDeviceWhoseAnswerIsLateIsNotAccusedOfNonsense)
         Kes::ScopedConnection connection =
             first.onStep([givenUp = isGivenUp.get_future().share()](const KesDriver::StepEvent& event) {
                 if (event.step == 0)
-                    givenUp.wait_for(450ms);
+                    givenUp.wait_for(900ms);
             });
-        first->setAnswerDelay(300ms);
+        first->setAnswerDelay(600ms);
         EXPECT_FALSE(first.runSequence(sequence));
         isGivenUp.set_value();
         first->setAnswerDelay(0ms);
@@ -185,11 +90,13 @@ TEST_F(DeviceFaultsTest, ADeviceThatIsOffAlreadyIsNotSaidToBeOn)
     for (int round = 0; round < 150; ++round) {
         start();
         first->simulateConnectionLoss();
-        spin(200us);
+        const auto end = std::chrono::steady_clock::now() + round % 15 * 14us;
+        while (std::chrono::steady_clock::now() < end) {
+        }
         second->simulateConnectionLoss();
         ASSERT_TRUE(waitFor([this] { return record.has("fault"); }));
         EXPECT_TRUE(hardware->stopWorkingMode());
-        ASSERT_THAT(record.take(), Each(Not(HasSubstr("could not be switched off")))) << "round " << round;
+        ASSERT_THAT(record.take(), Each(Not(HasSubstr("does not obey")))) << "round " << round;
     }
 }
 

@@ -7,8 +7,6 @@
 
 #include <support/Record.h>
 
-#include <future>
-
 namespace KesTest {
 namespace {
 

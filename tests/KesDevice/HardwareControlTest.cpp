@@ -1,6 +1,5 @@
 #include "TestBench.h"
 
-#include <KesDevice/HardwareControl.h>
 #include <KesDevice/HardwareIsRunningComponent.h>
 #include <KesDevice/KestoStateGlobalUpdater.h>
 #include <KesDevice/detail/HardwareFile.h>
@@ -29,6 +28,11 @@ protected:
 
     TemporaryHome home;
     DefaultHardware defaultHardware;
+    std::vector<HardwareManager*> heard;
+
+private:
+    const Kes::ScopedConnection _connection = HardwareControl::signalHardwareChanged.connect(
+        [this](HardwareManager* hardware) { heard.push_back(hardware); });
 };
 
 TEST_F(HardwareControlTest, ReplacementFreesTheDevicesAndTellsEveryone)
@@ -37,10 +41,8 @@ TEST_F(HardwareControlTest, ReplacementFreesTheDevicesAndTellsEveryone)
     EXPECT_TRUE(previous->isSimulated()) << "until one is made";
     ASSERT_TRUE(previous->prepare());
     ASSERT_EQ(message(previous->startWorkingMode()), "");
-    std::vector<HardwareManager*> heard;
-    Kes::ScopedConnection connection =
+    const Kes::ScopedConnection connection =
         HardwareControl::signalHardwareChanged.connect([&](HardwareManager* hardware) {
-            heard.push_back(hardware);
             EXPECT_TRUE(hardware->prepare()) << "the device is free";
             EXPECT_FALSE(previous->isOutputRunning());
         });
@@ -66,12 +68,24 @@ TEST_F(HardwareControlTest, ReplacementWaitsForNothingAndEndsAnOperation)
     EXPECT_TRUE(waitUntil([&] { return !fake.isConnected(); }));
 }
 
+TEST_F(HardwareControlTest, ANewConfigurationWaitsForTheDevicesOfTheOneBefore)
+{
+    FakeKesto before, after;
+    use(before);
+    ASSERT_TRUE(HardwareControl::share()->prepare() && HardwareControl::share()->startWorkingMode());
+    before.hold(LinkCall::StopWorkingMode);
+    use(after);
+    auto preparing = std::async(
+        std::launch::async, [hardware = HardwareControl::share()] { return message(hardware->prepare()); });
+    EXPECT_EQ(preparing.wait_for(100ms), std::future_status::timeout);
+    EXPECT_EQ(after.countCalls(LinkCall::Connect), 0U);
+    before.release(LinkCall::StopWorkingMode);
+    EXPECT_EQ(preparing.get(), "");
+}
+
 TEST_F(HardwareControlTest, EmbeddedConfigurationStandsInForTheGlobalOne)
 {
     auto* global = HardwareControl::getInstance();
-    std::vector<HardwareManager*> heard;
-    Kes::ScopedConnection connection = HardwareControl::signalHardwareChanged.connect(
-        [&](HardwareManager* hardware) { heard.push_back(hardware); });
     auto lent = HardwareManager::create();
     auto* embedded = lent.get();
     HardwareControl::setEmbeddedInstance(std::move(lent), false);
@@ -108,21 +122,17 @@ TEST_F(HardwareControlTest, ACopyIsKeptOnDiskAndComesBackWhole)
 
 TEST_F(HardwareControlTest, AFileHoldsAThousandDevicesAtMost)
 {
-    const auto textOf = [](int count) {
-        std::string text = good;
+    for (const std::size_t count : {1000U, 1001U}) {
+        auto text = good;
         text.replace(text.find("Kestos=2"), 8, "Kestos=" + std::to_string(count));
-        for (int i = 3; i <= count; ++i)
+        for (std::size_t i = 3; i <= count; ++i)
             text += "[Kesto " + std::to_string(i) + "]\nAddress=10.1." + std::to_string(i / 250) + "." +
                     std::to_string(i % 250) + "\nAuxDC=false\nAuxDCVolts=24\n";
-        return text;
-    };
-    std::string error;
-    writeFile(home.file("hardware.cfg"), textOf(1000));
-    const auto hardware = HardwareFile::read(home.file("hardware.cfg"), error);
-    ASSERT_TRUE(hardware) << error;
-    EXPECT_EQ(hardware->getKestos().size(), 1000u);
-    writeFile(home.file("hardware.cfg"), textOf(1001));
-    EXPECT_FALSE(HardwareFile::read(home.file("hardware.cfg"), error));
+        writeFile(home.file("hardware.cfg"), text);
+        std::string error;
+        const auto hardware = HardwareFile::read(home.file("hardware.cfg"), error);
+        EXPECT_EQ(hardware ? hardware->getKestos().size() : 0U, count > 1000 ? 0U : count) << error;
+    }
 }
 
 TEST_F(HardwareControlTest, RefusesDamagedFiles)
@@ -164,12 +174,13 @@ TEST_F(HardwareControlTest, UpdaterFollowsTheCurrentConfiguration)
     updater.setUpdating(true);
     ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState, 3));
 
-    // While an output runs, nothing is asked.
-    ASSERT_TRUE(HardwareControl::getInstance()->startWorkingMode());
+    // While an output of any configuration runs, nothing is asked.
+    const auto other = DefaultHardware::create();
+    ASSERT_TRUE(other->prepare() && other->startWorkingMode());
     const auto asked = fake.countCalls(LinkCall::ReadState);
     std::this_thread::sleep_for(20ms);
     EXPECT_LE(fake.countCalls(LinkCall::ReadState), asked + 1);
-    ASSERT_TRUE(HardwareControl::getInstance()->stopWorkingMode());
+    ASSERT_TRUE(other->stopWorkingMode() && other->disconnect());
     ASSERT_TRUE(fake.waitForCall(LinkCall::ReadState, asked + 2));
 
     // Replaced, also in the middle of a question.

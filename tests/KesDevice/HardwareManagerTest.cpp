@@ -4,11 +4,6 @@
 
 #include <KesDevice/HardwareIsRunningComponent.h>
 
-#include <algorithm>
-#include <functional>
-#include <future>
-#include <utility>
-
 using namespace KesTest;
 
 namespace {
@@ -40,6 +35,8 @@ protected:
 
 TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
 {
+    const Kes::ScopedConnection throwing =
+        hardware->signalRunningChanged.connect([](bool) { throw std::runtime_error("thrown by a slot"); });
     start();
     EXPECT_TRUE(first.isWorking() && second.isWorking());
     EXPECT_TRUE(hardware->isOutputRunning() && hardware->isBusy());
@@ -50,6 +47,7 @@ TEST_F(HardwareManagerTest, RunsFromPreparingToDisconnecting)
     EXPECT_FALSE(first.isConnected() || second.isConnected());
 
     EXPECT_THAT(running, ElementsAre(true, false, true, false));
+    EXPECT_EQ(notices.count("?: thrown by a slot"), 4U);
 }
 
 /// It is found out when the device is asked.
@@ -264,7 +262,12 @@ TEST_F(HardwareManagerTest, ADeviceIsConnectedAsSoonAsAnotherConfigurationIsDone
     first.hold(LinkCall::ReadState);
     const auto holding = std::async(std::launch::async, [&] { (void)firstKesto->connect(); });
     ASSERT_TRUE(first.waitForCall(LinkCall::ReadState));
-    const auto waiting = std::async(std::launch::async, [&] { (void)kesto->connect(); });
+    const auto begin = [&] { return std::async(std::launch::async, [&] { (void)kesto->connect(); }); };
+    const auto givenUp = begin();
+    EXPECT_EQ(givenUp.wait_for(100ms), std::future_status::timeout);
+    kesto->disconnect();
+    EXPECT_EQ(givenUp.wait_for(2s), std::future_status::ready) << "nobody wants it any more";
+    const auto waiting = begin();
     EXPECT_EQ(waiting.wait_for(100ms), std::future_status::timeout);
     first.release(LinkCall::ReadState);
     EXPECT_EQ(waiting.wait_for(2s), std::future_status::ready) << "only after the longest wait";

@@ -5,7 +5,6 @@
 #include <support/DefaultHardware.h>
 #include <support/ScheduleBench.h>
 
-#include <KesDevice/HardwareControl.h>
 #include <KesDevice/KestoStateGlobalUpdater.h>
 
 #include <gtest/gtest.h>
@@ -184,7 +183,7 @@ private:
         }
         _bench->checkOutputs();
         HardwareControl::setGlobalInstance(DefaultHardware::create(), true);
-        EXPECT_TRUE(comesTrue([this] { return _areAllGone(); })) << "a configuration lives on";
+        EXPECT_TRUE(waitUntil([this] { return _areAllGone(); })) << "a configuration lives on";
         _bench->checkTold();
     }
     bool _areAllGone()

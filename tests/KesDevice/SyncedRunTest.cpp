@@ -7,9 +7,6 @@
 #include <KesDevice/SyncedRun.h>
 #include <KesDriver/simulated/SimulatedNetwork.h>
 
-#include <map>
-#include <optional>
-
 using namespace KesTest;
 using namespace KesDriver;
 using testing::HasSubstr;
@@ -65,8 +62,10 @@ TEST_F(SyncedRunTest, AllRunOnOneTimeBase)
     for (const auto& event : run->getEvents()) {
         EXPECT_GE(event.sinceStart, last) << "in order";
         last = event.sinceStart;
-        if (std::holds_alternative<StepEvent>(event.report))
+        if (const auto* step = std::get_if<StepEvent>(&event.report)) {
+            EXPECT_EQ(step->step, steps[event.device].size()) << "also at one moment";
             steps[event.device].push_back(event.sinceStart.count());
+        }
     }
     EXPECT_THAT(steps[0], ElementsAre(0, 20000));
     EXPECT_THAT(steps[1], ElementsAre(0, 0)) << "its input was closed already";
@@ -97,12 +96,17 @@ TEST_F(SyncedRunTest, StartsLieWithinTheModesUncertainty)
     std::vector<std::atomic<int>> inputs(3);
     auto sequences = three(5ms);
     sequences[2][0].outputs.binaryOutputs = 1; // not wired any more
+    sequences[0][0].outputs.binaryOutputs = 2; // not for the start
+    std::atomic<unsigned> closed{0};
     std::vector<Kes::ScopedConnection> connections;
     for (std::size_t i = 0; i < 3; ++i)
         connections.emplace_back(
             hardware->getKestos().getItems()[i]->signalReport.connect([&, i](const Report& report) {
-                if (const auto* step = std::get_if<StepEvent>(&report); step && step->step == 0)
+                if (const auto* step = std::get_if<StepEvent>(&report); step && step->step == 0) {
                     starts[i] = step->time;
+                    if (i == 0)
+                        closed = devices[0]->getOutputs().binaryOutputs;
+                }
                 inputs[i] += std::holds_alternative<InputEvent>(report) ? 1 : 0;
             }));
     const std::pair<SyncModeKind, long> modes[] = {{SyncModeKind::Cable, 1},
@@ -122,8 +126,10 @@ TEST_F(SyncedRunTest, StartsLieWithinTheModesUncertainty)
         }
         ASSERT_TRUE(waitForEnd());
         EXPECT_TRUE(run->isComplete());
+        EXPECT_EQ(closed, mode == SyncModeKind::BinaryOutput ? 3U : 2U);
         EXPECT_THAT(skews(*hardware, starts), testing::Each(testing::Le(uncertainty)));
     }
+    EXPECT_TRUE(waitUntil([&] { return inputs[0] == 2; })) << "the start contact opens again";
 }
 
 TEST_F(SyncedRunTest, EachEndSwitchesAllOffAlsoWithoutThreadsForIt)

@@ -1,19 +1,16 @@
 #pragma once
 
-#include "../KesDriver/WaitUntil.h"
-
-#include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/StringHelper.h>
 #include <KesDevice/HardwareManager.h>
 #include <KesDevice/HardwareManagerText.h>
 
 #include <support/FakeKestoLink.h>
+#include <support/Message.h>
+#include <support/WaitUntil.h>
 
 #include <gmock/gmock.h>
 
 #include <atomic>
-#include <mutex>
-#include <thread>
 #include <vector>
 
 namespace KesTest {
@@ -25,11 +22,6 @@ using testing::ElementsAre;
 inline Kesto::Address address(std::uint8_t last)
 {
     return Kesto::Address(Kesto::Address::Bytes{192, 168, 1, last});
-}
-
-inline std::string message(const Kes::Result& result)
-{
-    return result ? std::string() : Kes::ObjectErrorHelper::toDisplayString({result.getError()});
 }
 
 /// What is told of a device that talks nonsense.

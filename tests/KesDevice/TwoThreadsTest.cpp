@@ -7,10 +7,7 @@
 #include <KesDevice/DeviceState.h>
 
 #include <algorithm>
-#include <future>
 #include <iostream>
-#include <map>
-#include <set>
 #include <span>
 
 namespace KesTest {
@@ -26,41 +23,38 @@ constexpr std::array<Do, 10> actions = {
 constexpr auto operations = std::span(actions).first<7>();
 
 /// Where a device may stand: in one of its states; a faulty one may be connected or let go of.
-enum class Stand { Absent, Connecting, Ready, Working, Faulty, Lost, LetGo };
-
-std::ostream& operator<<(std::ostream& out, Stand stand)
-{
-    constexpr std::array names = {"absent", "connecting", "ready", "working", "faulty", "lost", "let go"};
-    return out << names[static_cast<std::size_t>(stand)];
-}
+using Stand = std::string_view;
+constexpr Stand absent = "absent", connecting = "connecting", ready = "ready", working = "working",
+                faulty = "faulty", lost = "lost", letGo = "let go";
 
 Stand standOf(const Kesto& kesto)
 {
-    const auto state = kesto.getState();
-    return state == DeviceState::Faulty && !kesto.isConnected() ? Stand::LetGo : static_cast<Stand>(state);
+    constexpr std::array stands = {absent, connecting, ready, working, faulty, lost};
+    const auto stand = stands.at(static_cast<std::size_t>(kesto.getState()));
+    return stand == faulty && !kesto.isConnected() ? letGo : stand;
 }
 
 bool isConnected(Stand stand)
 {
-    return stand == Stand::Ready || stand == Stand::Working || stand == Stand::Faulty;
+    return stand == ready || stand == working || stand == faulty;
 }
 
 /// Where one action after the other leads. The fake's own state is always ready.
 Stand lead(Stand from, Do action)
 {
     if (action == &Actions::connect)
-        return isConnected(from) ? from : Stand::Ready;
+        return isConnected(from) ? from : ready;
     if (action == &Actions::updateState)
-        return from == Stand::Working ? from : Stand::Ready;
+        return from == working ? from : ready;
     if (action == &Actions::startWorkingMode)
-        return from == Stand::Ready ? Stand::Working : from;
+        return from == ready ? working : from;
     if (action == &Actions::stopWorkingMode)
-        return from == Stand::Working ? Stand::Ready : from;
+        return from == working ? ready : from;
     if (action == &Actions::disconnect)
-        return Stand::Absent;
+        return absent;
     if (action->call || !isConnected(from))
         return from;
-    return action == &Actions::fault ? Stand::Faulty : action == &Actions::loss ? Stand::Lost : Stand::LetGo;
+    return action == &Actions::fault ? faulty : action == &Actions::loss ? lost : letGo;
 }
 
 /// All that two actions lead to, in any order. Those that are under way in the same moment may lead to what
@@ -69,13 +63,13 @@ std::set<Stand> leadAll(Stand from, std::vector<Do> both)
 {
     const auto has = [&](Do action) { return std::ranges::count(both, action) > 0; };
     std::set<Stand> found;
-    if (from == Stand::Connecting) {
+    if (from == connecting) {
         both.push_back(&Actions::connect);
-        from = Stand::Absent;
+        from = absent;
     }
     const bool isConnecting = has(&Actions::connect) || has(&Actions::updateState);
     if (isConnecting && (has(&Actions::loss) || has(&Actions::nonsense) || has(&Actions::disconnect)))
-        found.insert(Stand::Absent);
+        found.insert(absent);
     std::ranges::sort(both);
     do {
         auto stand = from;
@@ -88,13 +82,13 @@ std::set<Stand> leadAll(Stand from, std::vector<Do> both)
 
 /// What leads to each of them; an attempt to connect is begun later.
 const std::map<Stand, std::vector<Do>> ways = {
-    {Stand::Absent, {}},
-    {Stand::Connecting, {}},
-    {Stand::Ready, {&Actions::connect}},
-    {Stand::Working, {&Actions::connect, &Actions::startWorkingMode}},
-    {Stand::Faulty, {&Actions::connect, &Actions::fault}},
-    {Stand::LetGo, {&Actions::connect, &Actions::nonsense}},
-    {Stand::Lost, {&Actions::connect, &Actions::loss}},
+    {absent, {}},
+    {connecting, {}},
+    {ready, {&Actions::connect}},
+    {working, {&Actions::connect, &Actions::startWorkingMode}},
+    {faulty, {&Actions::connect, &Actions::fault}},
+    {letGo, {&Actions::connect, &Actions::nonsense}},
+    {lost, {&Actions::connect, &Actions::loss}},
 };
 
 /// A device in a configuration, and what is told of it.
@@ -136,13 +130,6 @@ struct Case {
     Hold hold;
 };
 
-std::ostream& operator<<(std::ostream& out, const Case& cell)
-{
-    return out << cell.stand << ", " << cell.first->name
-               << (cell.hold == Hold::Call ? " held before" : " held after") << " the device does it, "
-               << cell.second->name;
-}
-
 class TwoThreads {
 public:
     explicit TwoThreads(const Case& cell) : _cell(cell) {}
@@ -151,7 +138,7 @@ public:
     {
         _device.bring(_cell.stand);
         _wasConnected = _device.kesto->isConnected();
-        if (_cell.stand == Stand::Connecting)
+        if (_cell.stand == connecting)
             _attempt = _beginHeld(&Actions::connect);
         auto first = _beginHeld(_cell.first);
         const auto before = _countCalls(_cell.second);
@@ -229,7 +216,7 @@ private:
         EXPECT_THAT(leadAll(_cell.stand, {_cell.first, _cell.second}), testing::Contains(stand));
         EXPECT_EQ(_device.fake.isConnected(), isConnected(stand)) << stand;
         // A faulty one that is connected is switched off by whoever switched it on.
-        EXPECT_TRUE(stand == Stand::Faulty || _device.fake.isWorking() == (stand == Stand::Working)) << stand;
+        EXPECT_TRUE(stand == faulty || _device.fake.isWorking() == (stand == working)) << stand;
         _checkTexts();
         EXPECT_TRUE(_device.kesto->stopWorkingMode());
         EXPECT_FALSE(_device.fake.isWorking());
@@ -241,7 +228,7 @@ private:
         const bool isTold = _device.told > 0 || !_firstResult || !_attemptResult;
         // What has come too late for the connection it happened to is of no interest any more.
         const bool isOfInterest = isEvent && _wasConnected && _cell.first != &Actions::disconnect;
-        const bool isKnown = _cell.stand == Stand::Faulty && _cell.second == &Actions::fault;
+        const bool isKnown = _cell.stand == faulty && _cell.second == &Actions::fault;
         EXPECT_TRUE(isTold || isKnown || !isOfInterest);
     }
 
@@ -262,9 +249,10 @@ TEST(TwoThreadsAtOneDevice, LeadToAStateThatTheDeviceAgreesWith)
         for (const auto first : operations)
             for (const auto second : actions)
                 for (const auto hold : {Hold::Call, Hold::Answer}) {
-                    const Case cell{stand, first, second, hold};
-                    SCOPED_TRACE(testing::PrintToString(cell));
-                    TwoThreads(cell).run();
+                    SCOPED_TRACE(testing::Message() << stand << ", " << first->name << " held "
+                                                    << (hold == Hold::Call ? "before" : "after")
+                                                    << " the device does it, " << second->name);
+                    TwoThreads({stand, first, second, hold}).run();
                 }
     EXPECT_EQ(countTransitionDefects(), defects);
 }

@@ -1,17 +1,14 @@
 #pragma once
 
 #include "RecordingReceiver.h"
-#include "WaitUntil.h"
+#include "support/WaitUntil.h"
 
 #include <KesDriver/simulated/SimulatedNetwork.h>
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace KesTest {
 
@@ -50,23 +47,6 @@ protected:
     {
         network->remove(address);
         device.reset();
-    }
-    /// Keeps the receiver from using what the test has on its stack: ends with the link and the action.
-    struct Scope {
-        explicit Scope(DeviceTest& test_) : test(test_) {}
-        Scope(const Scope&) = delete;
-        Scope& operator=(const Scope&) = delete;
-        ~Scope()
-        {
-            test.link.reset();
-            test.receiver->onLine({});
-        }
-        DeviceTest& test;
-    };
-    [[nodiscard]] Scope onLine(std::function<void(const std::string&)> action)
-    {
-        receiver->onLine(std::move(action));
-        return Scope(*this);
     }
     /// What the link says when the device refuses.
     static std::string refusal(const std::string& text) { return "KESTO-3 No. 00017 (10.0.0.1): " + text; }

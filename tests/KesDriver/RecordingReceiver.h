@@ -15,8 +15,32 @@
 
 namespace KesTest {
 
-/// Writes down what a link reports, one line each: "step 0 0", "input 1 closed 120 in 0", "finished complete
-/// 500", "fault IAl", "lost". Times are counted from the latest step 0. "in" tells the step of an input.
+/// A report on one line: "step 0 0", "input 1 closed 120 in 0", "finished complete 500", "fault IAl", "lost".
+/// Times are counted from a start; "in" tells the step of an input; a fault has the number of its device, if
+/// that is known.
+inline std::string describe(const KesDriver::Report& report, KesDriver::DeviceTime start)
+{
+    using std::to_string;
+    const auto since = [=](const auto& event) { return to_string((event.time - start).count()); };
+    if (const auto* input = std::get_if<KesDriver::InputEvent>(&report))
+        return "input " + to_string(input->input) + (input->isClosed ? " closed " : " open ") +
+               since(*input) + (input->step ? " in " + to_string(*input->step) : "");
+    if (const auto* step = std::get_if<KesDriver::StepEvent>(&report))
+        return "step " + to_string(step->step) + ' ' + since(*step);
+    if (const auto* end = std::get_if<KesDriver::SequenceEvent>(&report))
+        return (end->isComplete ? "finished complete " : "finished incomplete ") + since(*end);
+    const auto* avary = std::get_if<KesDriver::KesAvary>(&report);
+    if (!avary)
+        return "lost";
+    std::string line = avary->serialNumber ? "fault " + to_string(avary->serialNumber) : "fault";
+    for (const auto& channel : avary->channels)
+        if (channel.isDisconnected || channel.isOverheat || channel.isOverload)
+            line += ' ' + channel.name + (channel.isDisconnected ? "d" : "") +
+                    (channel.isOverheat ? "h" : "") + (channel.isOverload ? "l" : "");
+    return line + (avary->isQuickShutdown ? " button" : "");
+}
+
+/// Writes down what a link reports, with times counted from the latest step 0.
 class RecordingReceiver : public KesDriver::IReportReceiver {
 public:
     using LineAction = std::function<void(const std::string&)>;
@@ -34,7 +58,9 @@ public:
         std::string line;
         {
             std::lock_guard lock(_mutex);
-            line = std::visit([this](const auto& event) { return _describe(event); }, report);
+            if (const auto* step = std::get_if<KesDriver::StepEvent>(&report); step && step->step == 0)
+                _start = step->time;
+            line = describe(report, _start);
             _lines.push_back(line);
             _lastConnection = connection;
             _added.notify_all();
@@ -43,22 +69,10 @@ public:
             _onLine(line);
     }
 
-    std::vector<std::string> getLines() const
-    {
-        std::lock_guard lock(_mutex);
-        return _lines;
-    }
+    std::vector<std::string> getLines() const { return _get(_lines); }
     /// The device time of the latest step 0.
-    KesDriver::DeviceTime getStart() const
-    {
-        std::lock_guard lock(_mutex);
-        return _start;
-    }
-    KesDriver::ConnectionNumber getLastConnection() const
-    {
-        std::lock_guard lock(_mutex);
-        return _lastConnection;
-    }
+    KesDriver::DeviceTime getStart() const { return _get(_start); }
+    KesDriver::ConnectionNumber getLastConnection() const { return _get(_lastConnection); }
     void clear()
     {
         std::lock_guard lock(_mutex);
@@ -77,33 +91,12 @@ public:
     }
 
 private:
-    std::string _since(KesDriver::DeviceTime time) const { return std::to_string((time - _start).count()); }
-
-    std::string _describe(const KesDriver::InputEvent& event)
+    template <typename Field>
+    Field _get(const Field& field) const
     {
-        return "input " + std::to_string(event.input) + (event.isClosed ? " closed " : " open ") +
-               _since(event.time) + (event.step ? " in " + std::to_string(*event.step) : "");
+        std::lock_guard lock(_mutex);
+        return field;
     }
-    std::string _describe(const KesDriver::StepEvent& event)
-    {
-        if (event.step == 0)
-            _start = event.time;
-        return "step " + std::to_string(event.step) + ' ' + _since(event.time);
-    }
-    std::string _describe(const KesDriver::SequenceEvent& event)
-    {
-        return std::string("finished ") + (event.isComplete ? "complete " : "incomplete ") +
-               _since(event.time);
-    }
-    std::string _describe(const KesDriver::KesAvary& avary)
-    {
-        std::string line = "fault";
-        for (const auto& channel : avary.channels)
-            line += ' ' + channel.name + (channel.isDisconnected ? "d" : "") +
-                    (channel.isOverheat ? "h" : "") + (channel.isOverload ? "l" : "");
-        return line + (avary.isQuickShutdown ? " button" : "");
-    }
-    std::string _describe(const KesDriver::ConnectionLost&) { return "lost"; }
 
     mutable std::mutex _mutex;
     mutable std::condition_variable _added;

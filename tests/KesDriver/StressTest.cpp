@@ -5,9 +5,7 @@
 #include <support/SimulatedRelay.h>
 
 #include <atomic>
-#include <thread>
 #include <type_traits>
-#include <utility>
 
 using namespace KesDriver;
 using namespace std::chrono_literals;

@@ -2,7 +2,6 @@
 
 #include <KesDriver/EmbeddedNetwork.h>
 #include <KesDriver/net/TcpNetwork.h>
-#include <KesDriver/simulated/SimulatedNetwork.h>
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
 #include <support/ThreadCount.h>
@@ -111,12 +110,8 @@ protected:
 
 TEST_F(ArmedTest, BeginsAtItsMomentOnTheCommonClock)
 {
-    struct Case {
-        double speed, laterSpeed;
-        std::optional<double> degrees;
-        DeviceTime wait;
-    };
-    const Case cases[] = {{1, 1, {}, 0us}, {1000, 1000, {}, 0us}, {1, 100, {}, 0us}, {1, 1, 90.0, 5ms}};
+    const std::tuple<double, double, std::optional<double>, DeviceTime> cases[] = {
+        {1, 1, {}, 0us}, {1000, 1000, {}, 0us}, {1, 100, {}, 0us}, {1, 1, 90.0, 5ms}};
     for (const auto& [speed, laterSpeed, degrees, wait] : cases) {
         receiver->clear();
         device->setSpeed(speed);

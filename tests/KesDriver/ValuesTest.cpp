@@ -21,26 +21,12 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 
 TEST(OutputCheck, NamesChannelValueAndLimit)
 {
-    struct Case {
-        OutputState outputs;
-        const char* english;
-    };
     const auto outputs = [](unsigned channel, Phasor phasor) {
         OutputState state;
         (channel < 3 ? state.currents : state.voltages)[channel % 3] = phasor;
         return state;
     };
-    const auto hertz = [](double currents, double voltages) {
-        OutputState state;
-        state.currentHertz = currents;
-        state.voltageHertz = voltages;
-        return state;
-    };
-    OutputState closed;
-    closed.binaryOutputs = 0b1111;
-    OutputState closedTooMany;
-    closedTooMany.binaryOutputs = 0b110000;
-    const Case cases[] = {
+    const std::pair<OutputState, const char*> cases[] = {
         {outputs(0, {32.0, 720.0}), ""},
         {outputs(3, {300.0, -1.0}), ""},
         {outputs(1, {32.5, 0.0}), "IB: 32.5 A is above the limit of 32 A."},
@@ -49,13 +35,13 @@ TEST(OutputCheck, NamesChannelValueAndLimit)
         {outputs(0, {notANumber, 0.0}), "IA: the value is not a number."},
         {outputs(0, {infinity, 0.0}), "IA: inf A is above the limit of 32 A."},
         {outputs(0, {1.0, notANumber}), "IA: the phase is not a number."},
-        {hertz(10.0, 1000.0), ""},
-        {hertz(5.0, 5.0), "Frequency: 5 Hz is below the limit of 10 Hz."},
-        {hertz(5.0, 50.0), "Frequency of the currents: 5 Hz is below the limit of 10 Hz."},
-        {hertz(50.0, 1001.0), "Frequency of the voltages: 1001 Hz is above the limit of 1000 Hz."},
-        {hertz(50.0, notANumber), "Frequency of the voltages: the value is not a number."},
-        {closed, ""},
-        {closedTooMany, "Binary output 5 does not exist: the device has 4."},
+        {{{}, {}, 10.0, 1000.0}, ""},
+        {{{}, {}, 5.0, 5.0}, "Frequency: 5 Hz is below the limit of 10 Hz."},
+        {{{}, {}, 5.0, 50.0}, "Frequency of the currents: 5 Hz is below the limit of 10 Hz."},
+        {{{}, {}, 50.0, 1001.0}, "Frequency of the voltages: 1001 Hz is above the limit of 1000 Hz."},
+        {{{}, {}, 50.0, notANumber}, "Frequency of the voltages: the value is not a number."},
+        {{{}, {}, 50.0, 50.0, 0b1111}, ""},
+        {{{}, {}, 50.0, 50.0, 0b110000}, "Binary output 5 does not exist: the device has 4."},
     };
     for (const auto& [state, english] : cases)
         EXPECT_EQ(message(checkOutputs(state, {})), english);
@@ -88,9 +74,7 @@ TEST(OutputCheck, NamesTheStepOfASequence)
         {[](OutputStep& step) { step.ramp.voltageHertz = infinity; },
          "Frequency of the voltages at the end of the ramp: inf Hz is above the limit of 1000 Hz."},
         {[](OutputStep& step) { step.faultDegrees = -infinity; }, "Fault angle: the value is not a number."},
-        {[](OutputStep& step) {
-             step.endOn = InputCondition{9, true};
-         },
+        {[](OutputStep& step) { step.endOn = EndCondition({{9}}, EndCondition::Join::Any); },
          "Binary input 9 does not exist: the device has 8."},
         {[](OutputStep& step) {
              step.endOn = EndCondition({{1}, {0}}, EndCondition::Join::All);

@@ -6,8 +6,6 @@
 
 #include <support/FailingCalls.h>
 
-#include <filesystem>
-
 namespace KesTest {
 
 namespace {

@@ -120,8 +120,16 @@ TEST(OvercurrentRelayTest, ItsStagesAreSetByNames)
 {
     using Settings = std::vector<std::string>;
     const auto tripAfter = [](const Settings& settings, double current) {
-        return Player("overcurrent", settings).tripAfter(amperes(current), 100s);
+        return Player("overcurrent", settings).tripAfter(amperes(current), 200s);
     };
+    for (const auto& [curve, seconds] : {std::pair("SI", 10.03),
+                                         {"VI", 13.5},
+                                         {"EI", 26.67},
+                                         {"LTI", 120.0},
+                                         {"IEEE-MI", 3.8},
+                                         {"IEEE-VI", 7.03},
+                                         {"IEEE-EI", 9.52}})
+        EXPECT_NEAR(tripAfter({std::string("curve=") + curve}, 2.0), seconds, 0.04 * seconds) << curve;
     const Settings stages{"pickup=1", "curve=TABLE", "table=2:10;4:5", "pickup2=6", "curve2=DT", "time2=0.2"};
     EXPECT_NEAR(tripAfter(stages, 2.83), 7.07, 0.3);
     EXPECT_NEAR(tripAfter(stages, 5.0), 5.0, 0.2);

@@ -44,13 +44,8 @@ public:
     }
     /// Whether an attempt to connect has begun; identity, supply and state may still be outstanding.
     bool isReached() const { return _kesto->getState() != KesDevice::DeviceState::Absent; }
-    /// As errors name it.
-    std::string getName() const { return _kesto->toDisplayString(); }
     /// What the state updater does: connects when needed, and asks.
     bool askState() { return static_cast<bool>(_kesto->updateState()); }
-    void setSupply(double volts) { (void)_kesto->auxDC().set(true, volts); }
-    /// Asks the device.
-    bool isSupplyOn() { return askState() && _kesto->auxDC().getEnable(); }
     Kes::Result putOut(double amperes)
     {
         KesDriver::OutputState outputs;

@@ -1,15 +1,14 @@
 #pragma once
 
+#include <KesCommon/ObjectErrorHelper.h>
 #include <KesCommon/Result.h>
-
-#include <string>
 
 namespace KesTest {
 
-/// What a failure says; empty for a success.
+/// What a failure says, and those inside it; empty for a success.
 inline std::string message(const Kes::Result& result)
 {
-    return result || !result.getError() ? std::string() : result.getError()->getMessage();
+    return result ? std::string() : Kes::ObjectErrorHelper::toDisplayString({result.getError()});
 }
 
 } // namespace KesTest

@@ -93,7 +93,7 @@ void runSchedules(unsigned count, const std::function<bool(unsigned seed)>& sche
     // Far more on an idle machine; a busy one stops many runs before they have begun, and some parts are
     // small.
     EXPECT_GE(ran * 20, all) << "the outputs hardly ever run";
-    EXPECT_TRUE(comesTrue([&] { return countThreads() <= threads; })) << countThreads() - threads << " more";
+    EXPECT_TRUE(waitUntil([&] { return countThreads() <= threads; })) << countThreads() - threads << " more";
 }
 
 void ScheduleThreads::begin(const Step& step, unsigned times)
@@ -113,18 +113,6 @@ void ScheduleThreads::awaitAll()
         std::cerr << "KES_SCHEDULE=" << _seed << " hangs.\n";
         std::abort();
     }
-}
-
-bool comesTrue(const std::function<bool()>& condition)
-{
-    const auto end = std::chrono::steady_clock::now() + 10s;
-    for (int looks = 0; !condition(); ++looks) {
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-        // What is nearly there needs no long sleep.
-        std::this_thread::sleep_for(looks < 50 ? 10us : 200us);
-    }
-    return true;
 }
 
 // The devices
@@ -375,8 +363,8 @@ void ScheduleBench::checkOutputs() const
             return device->simulated->isWorking() || device->simulated->getOutputs() != OutputState();
         });
     };
-    EXPECT_TRUE(comesTrue(areOff)) << "outputs are on";
-    EXPECT_TRUE(comesTrue([] { return !KesDevice::HardwareIsRunningComponent::getInstance().isRunning(); }));
+    EXPECT_TRUE(waitUntil(areOff)) << "outputs are on";
+    EXPECT_TRUE(waitUntil([] { return !KesDevice::HardwareIsRunningComponent::getInstance().isRunning(); }));
 }
 
 bool ScheduleBench::haveRun() const

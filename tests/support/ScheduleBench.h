@@ -1,5 +1,7 @@
 #pragma once
 
+#include "WaitUntil.h"
+
 #include <KesDevice/HardwareManager.h>
 #include <KesDriver/simulated/SimulatedNetwork.h>
 
@@ -71,9 +73,6 @@ private:
     const unsigned _seed;
     std::vector<std::future<void>> _threads;
 };
-
-/// False after ten seconds; for what comes about on other threads without an announcement.
-bool comesTrue(const std::function<bool()>& condition);
 
 /// The devices of one schedule on a network of their own, the hand that lets them fail, and all that is told
 /// of them. Any thread.

@@ -3,11 +3,7 @@
 #include <KesCommon/ObjectErrorHelper.h>
 #include <KesDriver/KesAvary.h>
 
-#include <unistd.h>
-
 #include <stdexcept>
-#include <thread>
-#include <utility>
 
 namespace KesTest {
 
@@ -91,9 +87,7 @@ void NetworkRig::takeOver()
 {
     _rival = KesDriver::TcpNetwork(getPort()).createLink(toAddress(_deviceAddress));
     KesDriver::ConnectionNumber connection = 0;
-    for (const auto end = steady_clock::now() + 4s;
-         steady_clock::now() < end && !_rival->connect(connection);)
-        std::this_thread::sleep_for(10ms);
+    waitUntil([&] { return static_cast<bool>(_rival->connect(connection)); });
 }
 
 void NetworkRig::_tell(const std::string& text)
@@ -161,32 +155,17 @@ bool NetworkRig::settle()
     device()->setInput(markerInput, true);
     device()->setInput(markerInput, false);
     TestClient client(_deviceAddress, getPort());
-    const auto isSettled = [&] {
+    return waitUntil([&] {
         return _kesto->isConnected() ? _markersHeard > heard : client.ask("SYST:CONT:OWN?") == "\"\",\"\"";
-    };
-    for (const auto end = steady_clock::now() + 4s; steady_clock::now() < end;) {
-        if (isSettled())
-            return true;
-        std::this_thread::sleep_for(2ms);
-    }
-    return false;
+    });
 }
 
 std::optional<std::chrono::milliseconds> NetworkRig::waitForOutputsOff() const
 {
     const auto begin = steady_clock::now();
-    while (steady_clock::now() < begin + 4s) {
-        if (device()->getOutputs() == KesDriver::OutputState())
-            return std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - begin);
-        std::this_thread::sleep_for(1ms);
-    }
-    return std::nullopt;
-}
-
-std::string NetworkRig::getLastMessage() const
-{
-    std::lock_guard lock(_mutex);
-    return _messages.empty() ? std::string() : _messages.back();
+    if (!waitUntil([this] { return device()->getOutputs() == KesDriver::OutputState(); }))
+        return std::nullopt;
+    return std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - begin);
 }
 
 std::vector<std::string> NetworkRig::takeMessages()

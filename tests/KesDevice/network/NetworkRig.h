@@ -2,20 +2,13 @@
 
 #include <KesDriver/serving/TestClient.h>
 #include <support/FaultyWire.h>
+#include <support/WaitUntil.h>
 
 #include <KesDevice/HardwareManager.h>
 #include <KesDriver/net/TcpNetwork.h>
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
-#include <atomic>
-#include <chrono>
-#include <cstdint>
-#include <functional>
 #include <memory>
-#include <mutex>
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace KesTest {
 
@@ -58,13 +51,12 @@ public:
     /// Ends the connection.
     void disconnect();
     /// Waits until the program has heard all that the device has to say; without a connection, until the
-    /// device has noticed that nobody controls it any more. False after four seconds.
+    /// device has noticed that nobody controls it any more. False after ten seconds.
     bool settle();
 
-    /// Returns how long it took, or nothing after four seconds.
+    /// Returns how long it took, or nothing after ten seconds.
     std::optional<std::chrono::milliseconds> waitForOutputsOff() const;
     std::vector<std::string> takeMessages();
-    std::string getLastMessage() const;
     std::string getAddress() const { return _address; }
 
 private:

@@ -1,17 +1,16 @@
-#include "../WaitUntil.h"
 #include "AvahiBench.h"
+#include "support/WaitUntil.h"
 
-#include <KesCommon/Log.h>
 #include <KesDriver/net/ServiceAnnouncement.h>
 #include <KesDriver/net/ServiceSearch.h>
 #include <KesDriver/net/TcpNetwork.h>
+
+#include <support/LoggedTexts.h>
 
 #include <gmock/gmock.h>
 
 #include <functional>
 #include <memory>
-#include <mutex>
-#include <thread>
 
 namespace {
 
@@ -39,14 +38,6 @@ protected:
     static void SetUpTestSuite() { bench = std::make_unique<KesTest::AvahiBench>(); }
     static void TearDownTestSuite() { bench.reset(); }
 
-    AvahiTest()
-    {
-        observer = KesLog::Log::setObserver([this](KesLog::Log::Level, const std::string& text) {
-            std::lock_guard lock(mutex);
-            log += text + '\n';
-        });
-    }
-    ~AvahiTest() override { KesLog::Log::setObserver(observer); }
     void SetUp() override
     {
         if (const auto reason = bench->start(); !reason.empty())
@@ -71,17 +62,10 @@ protected:
         }
         return found;
     }
-    std::string getLog()
-    {
-        std::lock_guard lock(mutex);
-        return log;
-    }
 
     static std::unique_ptr<KesTest::AvahiBench> bench;
     Kes::Result result = false;
-    std::mutex mutex;
-    std::string log;
-    KesLog::Log::Observer observer;
+    KesTest::LoggedTexts log;
 };
 
 std::unique_ptr<KesTest::AvahiBench> AvahiTest::bench;
@@ -125,7 +109,8 @@ TEST_F(AvahiTest, LivesWithoutAServiceAndGoesOnWithANewOne)
     }
     const auto early = announce(first);
     EXPECT_TRUE(KesTest::waitUntil([this] {
-        return getLog().find("127.77.3.21 is not announced in the network: ") != std::string::npos;
+        const auto isTold = testing::Contains(HasSubstr("127.77.3.21 is not announced in the network: "));
+        return testing::Value(log.take(), isTold);
     }));
     for (const auto& end : ends) {
         ASSERT_EQ(bench->start(), "");

@@ -25,17 +25,15 @@ inline Glib::RefPtr<Gio::Socket> bindSocket(const KesDriver::NetAddress& address
     return socket;
 }
 
-inline std::uint16_t portOf(const Glib::RefPtr<Gio::Socket>& socket)
-{
-    return Glib::RefPtr<Gio::InetSocketAddress>::cast_dynamic(socket->get_local_address())->get_port();
-}
-
 /// Answers at addresses of this computer, one connection each at a time, all at one port. Any thread.
 class LineServer {
 public:
     ~LineServer() { _over->cancel(); }
 
-    std::uint16_t getPort() const { return portOf(_keeper); }
+    std::uint16_t getPort() const
+    {
+        return Glib::RefPtr<Gio::InetSocketAddress>::cast_dynamic(_keeper->get_local_address())->get_port();
+    }
     /// From now on every line at the address gets the answer, as it is; then the connection stays open.
     void serve(const KesDriver::NetAddress& address, std::string answer, std::chrono::milliseconds delay)
     {

@@ -16,13 +16,6 @@ namespace KesTest {
 
 namespace {
 
-void closeStream(const StreamPointer& stream)
-{
-    if (stream)
-        g_socket_shutdown(g_socket_connection_get_socket(G_SOCKET_CONNECTION(stream.get())), TRUE, TRUE,
-                          nullptr);
-}
-
 std::string getUsualAnswer(const std::string& commands)
 {
     const std::pair<std::string, std::string> answers[] = {
@@ -58,6 +51,11 @@ std::string setNumber(std::string reply, std::uint64_t number)
 
 ScriptedPeer::~ScriptedPeer()
 {
+    _end();
+}
+
+void ScriptedPeer::_end()
+{
     close();
     if (_thread.joinable())
         _thread.join();
@@ -73,9 +71,7 @@ StreamPointer ScriptedPeer::_accept()
     std::array<int, 2> ends{};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
         throw std::runtime_error("There is no pair of sockets.");
-    close();
-    if (_thread.joinable())
-        _thread.join();
+    _end();
     _stream = makeStream(ends[0]);
     _hasEnded = false;
     _thread = std::thread([this] { _serve(); });
@@ -96,7 +92,7 @@ void ScriptedPeer::_serve()
         while (lines.take(line))
             _hear(line);
     }
-    closeStream(_stream);
+    close();
     std::lock_guard lock(_mutex);
     _hasEnded = true;
 }
@@ -141,7 +137,9 @@ void ScriptedPeer::send(const std::string& bytes)
 
 void ScriptedPeer::close()
 {
-    closeStream(_stream);
+    if (_stream)
+        g_socket_shutdown(g_socket_connection_get_socket(G_SOCKET_CONNECTION(_stream.get())), TRUE, TRUE,
+                          nullptr);
 }
 
 std::vector<std::string> ScriptedPeer::getQuestions() const

@@ -41,6 +41,7 @@ public:
 
 private:
     KesDriver::StreamPointer _accept();
+    void _end();
     void _serve();
     void _hear(const std::string& line);
 

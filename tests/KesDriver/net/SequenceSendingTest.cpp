@@ -3,13 +3,11 @@
 #include "../serving/TestClient.h"
 #include "StreamLinkTest.h"
 
+#include <KesDriver/net/ValueText.h>
 #include <KesDriver/scpi/Block.h>
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
-#include <gmock/gmock.h>
-
 #include <atomic>
-#include <thread>
 
 namespace KesTest {
 namespace {
@@ -31,7 +29,12 @@ protected:
         peer.setScript([=, this](const std::string& commands) -> std::optional<std::string> {
             if (!commands.starts_with(question) || isStopping.exchange(true))
                 return std::nullopt;
-            stopping = std::thread([this] { EXPECT_EQ(message(link->stopOutputs()), ""); });
+            isBegun = false;
+            stopping = std::thread([this] {
+                isBegun = true;
+                EXPECT_EQ(message(link->stopOutputs()), "");
+            });
+            EXPECT_TRUE(waitUntil([this] { return isBegun.load(); }));
             std::this_thread::sleep_for(50ms);
             return std::nullopt;
         });
@@ -43,16 +46,9 @@ protected:
         std::erase(questions, ":SYST:BOOT?");
         return questions.back();
     }
-    /// Of the questions so far, those that begin so.
-    std::vector<std::string> getQuestions(const std::string& beginning) const
-    {
-        auto questions = peer.getQuestions();
-        std::erase_if(questions, [&](const auto& each) { return !each.starts_with(beginning); });
-        return questions;
-    }
-
     OutputSequence sequence;
     std::atomic<bool> isStopping{false};
+    std::atomic<bool> isBegun{false};
     std::thread stopping;
 };
 
@@ -61,11 +57,16 @@ TEST_F(SequenceSendingTest, PartsAreSmallAndBehindEachOther)
     EXPECT_EQ(message(link->runSequence(sequence)), "");
     const auto parts = getQuestions(":SEQ:");
     ASSERT_GT(parts.size(), 10U);
+    std::string lines;
     for (const auto& part : parts) {
         EXPECT_LT(part.size(), 70000U);
+        lines += part.substr(part.find('#') + 7);
         EXPECT_TRUE(part.starts_with(&part == &parts.front() ? ":SEQ:CLE;:SEQ:DATA #" : ":SEQ:DATA:APP #"));
         EXPECT_EQ(part.substr(part.find('#') + 7, 4), "STEP");
     }
+    auto whole = ValueText::write(sequence);
+    std::erase(whole, '\n'); // The peer puts lines together without.
+    EXPECT_TRUE(lines == whole);
     EXPECT_EQ(getLast(), ":INIT");
 }
 

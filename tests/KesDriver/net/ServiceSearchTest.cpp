@@ -7,8 +7,6 @@
 
 #include <gmock/gmock.h>
 
-#include <thread>
-
 namespace {
 
 using namespace KesDriver;

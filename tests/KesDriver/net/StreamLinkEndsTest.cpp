@@ -2,10 +2,6 @@
 
 #include "StreamLinkTest.h"
 
-#include <algorithm>
-#include <atomic>
-#include <future>
-
 #include <sys/socket.h>
 
 using testing::ElementsAre;

@@ -16,10 +16,10 @@ using StreamLinkEventsTest = StreamLinkTest;
 
 TEST_F(StreamLinkEventsTest, ComeWholeOnceAndInOrderOrAreNonsense)
 {
+    /// What comes, what is told, and what the device says when it is asked for events 6 and 7.
     struct Case {
         std::string events;
         std::vector<std::string> lines;
-        /// What the device says when it is asked for events 6 and 7.
         std::string missing = {};
     };
     const std::string nonsense = "input 0 open -1";

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "../RecordingReceiver.h"
-#include "../WaitUntil.h"
 #include "ScriptedPeer.h"
+#include "support/WaitUntil.h"
 
 #include <KesDriver/ConnectionError.h>
 #include <KesDriver/net/StreamLink.h>
@@ -10,9 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <future>
-#include <thread>
 #include <utility>
 
 namespace KesTest {
@@ -54,14 +52,17 @@ protected:
     {
         answer(question, [=] { return reply; });
     }
-    /// Waits for so many questions that begin so.
-    bool isAsked(const std::string& beginning, std::ptrdiff_t times = 1) const
+    /// Of the questions so far, those that begin so.
+    std::vector<std::string> getQuestions(const std::string& beginning) const
     {
-        const auto isIt = [&](const std::string& question) { return question.starts_with(beginning); };
-        return waitUntil([&] {
-            const auto questions = peer.getQuestions();
-            return std::count_if(questions.begin(), questions.end(), isIt) >= times;
-        });
+        auto questions = peer.getQuestions();
+        std::erase_if(questions, [&](const auto& each) { return !each.starts_with(beginning); });
+        return questions;
+    }
+    /// Waits for so many of them.
+    bool isAsked(const std::string& beginning, std::size_t times = 1) const
+    {
+        return waitUntil([&] { return getQuestions(beginning).size() >= times; });
     }
     /// Keeps the receiver busy with the first such line, when all that was sent with it has come. The test
     /// may end before the receiver does.

@@ -1,5 +1,5 @@
 #include "../serving/TestClient.h"
-#include "LineServer.h"
+#include "support/FaultyWire.h"
 #include "support/Message.h"
 
 #include <KesDriver/EmbeddedNetwork.h>
@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 
 #include <future>
+#include <unistd.h>
 
 using namespace KesDriver;
 using namespace std::chrono_literals;
@@ -24,23 +25,11 @@ constexpr NetAddress busyAddress{NetAddress::Bytes{127, 8, 0, 3}};
 constexpr NetAddress emptyAddress{NetAddress::Bytes{127, 8, 0, 4}};
 
 /// Listens, but takes no connection: who tries to connect waits as for a device that is switched off.
-class BusyPort {
-public:
-    BusyPort()
-    {
-        _listener->set_listen_backlog(0);
-        _listener->listen();
-        for (int i = 0; i < 8; ++i) {
-            _waiting.push_back(KesTest::bindSocket(busyAddress, 0));
-            _waiting.back()->set_blocking(false);
-            EXPECT_THROW(_waiting.back()->connect(_listener->get_local_address()), Glib::Error) << "not yet";
-        }
-    }
-    std::uint16_t getPort() const { return KesTest::portOf(_listener); }
+struct BusyPort {
+    BusyPort() { wire.ignore(); }
 
-private:
-    const Glib::RefPtr<Gio::Socket> _listener = KesTest::bindSocket(busyAddress, 0);
-    std::vector<Glib::RefPtr<Gio::Socket>> _waiting;
+    const std::uint16_t port = static_cast<std::uint16_t>(10000 + getpid() % 20000);
+    KesTest::FaultyWire wire{busyAddress.to_string(), emptyAddress.to_string(), port};
 };
 
 TEST(TcpNetwork, GivesUpWhereNobodyAnswers)
@@ -53,8 +42,8 @@ TEST(TcpNetwork, GivesUpWhereNobodyAnswers)
     EXPECT_EQ(connection, 0U);
     EXPECT_LT(Clock::now() - before, 900ms) << "the address refuses at once";
 
-    const BusyPort port;
-    const auto link = TcpNetwork(port.getPort()).createLink(busyAddress);
+    const BusyPort busy;
+    const auto link = TcpNetwork(busy.port).createLink(busyAddress);
     before = Clock::now();
     EXPECT_EQ(message(link->connect(connection)), "KESTO 127.8.0.3" + text);
     EXPECT_GE(Clock::now() - before, 900ms);
@@ -74,8 +63,8 @@ TEST(TcpNetwork, AnAnswerMayTakeLongerThanAnAttempt)
 
 TEST(TcpNetwork, AttemptEndsWhenTheProgramCloses)
 {
-    const BusyPort port;
-    const auto link = TcpNetwork(port.getPort()).createLink(busyAddress);
+    const BusyPort busy;
+    const auto link = TcpNetwork(busy.port).createLink(busyAddress);
     ConnectionNumber connection = 0;
     auto attempt = std::async(std::launch::async, [&] { return message(link->connect(connection)); });
     EXPECT_EQ(attempt.wait_for(100ms), std::future_status::timeout);

@@ -1,14 +1,10 @@
 #include <KesDriver/scpi/Arguments.h>
 #include <KesDriver/scpi/Block.h>
-#include <KesDriver/scpi/Error.h>
-#include <KesDriver/scpi/HeaderTree.h>
+#include <KesDriver/scpi/ErrorQueue.h>
 #include <KesDriver/scpi/LineReader.h>
 #include <KesDriver/scpi/Unit.h>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
 
 using namespace KesDriver::Scpi;
 using namespace std::string_literals;
@@ -76,10 +72,7 @@ std::vector<std::string> readLines(const std::string& bytes, std::size_t part, L
 
 TEST(UnitReaderTest, SplitsMessagesAndKeepsTheLevel)
 {
-    const struct {
-        std::string message;
-        std::vector<std::string> units;
-    } cases[] = {
+    const std::pair<std::string, std::vector<std::string>> cases[] = {
         {"", {}},
         {" ; ;", {}},
         {"*idn?", {"*IDN?"}},
@@ -121,11 +114,7 @@ TEST(LineReaderTest, PutsMessagesTogetherHoweverTheyArrive)
 TEST(LineReaderTest, GivesUpOnWhatIsTooLong)
 {
     const LineReader::Limits limits{10, 20};
-    const struct {
-        std::string bytes;
-        std::size_t messages;
-        bool overrun;
-    } cases[] = {
+    const std::tuple<std::string, std::size_t, bool> cases[] = {
         {"0123456789\nnext\n", 2, false},
         {"ok\n01234567890", 1, true},
         {std::string("A #220").append(20, '\n').append("\nB\n"), 2, false},
@@ -140,36 +129,23 @@ TEST(LineReaderTest, GivesUpOnWhatIsTooLong)
     }
 }
 
-TEST(HeaderTreeTest, FindsShortAndLongFormsOptionalNodesAndSuffixes)
+TEST(ErrorQueueTest, TellsTheOldestFirstAndSaysWhenOthersAreLost)
 {
-    HeaderTree tree;
-    const char* patterns[] = {
-        "SYSTem:ERRor[:NEXT]?",        "SYSTem:ERRor:COUNt?",        "OUTPut[:STATe]", "OUTPut[:STATe]?",
-        "[SOURce:]CURRent<n>[:LEVel]", "[SOURce:]CURRent:FREQuency", "*IDN?"};
-    for (std::size_t i = 0; i < std::size(patterns); ++i)
-        tree.add(patterns[i], i);
-    const auto find = [&](std::string header) {
-        const bool isQuery = header.ends_with('?');
-        if (isQuery)
-            header.pop_back();
-        auto match = tree.find(header, isQuery);
-        match.suffixes.insert(match.suffixes.begin(), static_cast<unsigned>(match.number));
-        return match.suffixes;
-    };
-    EXPECT_THAT(find("SYST:ERR?"), ElementsAre(0));
-    EXPECT_THAT(find("SYSTEM:ERR:NEXT?"), ElementsAre(0));
-    EXPECT_THAT(find("SYST:ERROR:COUN?"), ElementsAre(1));
-    EXPECT_THAT(find("OUTP"), ElementsAre(2));
-    EXPECT_THAT(find("OUTPUT:STAT?"), ElementsAre(3));
-    EXPECT_THAT(find("CURR"), ElementsAre(4, 1));
-    EXPECT_THAT(find("SOUR:CURRENT3:LEV"), ElementsAre(4, 3));
-    EXPECT_THAT(find("CURR:FREQ"), ElementsAre(5));
-    EXPECT_THAT(find("*IDN?"), ElementsAre(6));
-    for (const char* header : {"SYSTE:ERR?", "SYST", "SYST:ERR", "NEXT?", "OUTP:STATE:X", "*IDN", "SOUR"})
-        EXPECT_EQ(codeOf([&] { find(header); }), -113) << header;
-    for (const char* header : {"SYST1:ERR?", "CURR2:FREQ", "CURR:LEV2", "CURR99999999999"})
-        EXPECT_EQ(codeOf([&] { find(header); }), -114) << header;
-    EXPECT_THROW(tree.add("CURRent<n>", 9), std::invalid_argument);
+    ErrorQueue queue;
+    EXPECT_EQ(queue.take().toAnswer(), "0,\"No error\"");
+    for (std::size_t i = 0; i < ErrorQueue::capacity + 5; ++i)
+        queue.add(Error(ErrorCode::OutOfRange, std::to_string(i) + " \"A\"\n"));
+    EXPECT_EQ(queue.getCount(), 32U);
+    EXPECT_EQ(queue.take().toAnswer(), "-222,\"Data out of range;0 \"\"A\"\" \"");
+    for (std::size_t i = 0; i < 30; ++i)
+        queue.take();
+    EXPECT_EQ(queue.take().toAnswer(), "-350,\"Queue overflow\"");
+    EXPECT_EQ(queue.getCount(), 0U);
+    // A text ends between two characters.
+    EXPECT_EQ(std::string(Error(ErrorCode{101}, "x" + std::string(300, 'a') + "\xD0\xB0").what()).size(),
+              255U);
+    const std::string russian = Error(ErrorCode{101}, std::string(241, 'a') + "\xD0\xB0").what();
+    EXPECT_EQ(russian, "Device error;" + std::string(241, 'a'));
 }
 
 TEST(ArgumentsTest, ReadsEachParameterAsWhatItHasToBe)
@@ -202,11 +178,7 @@ TEST(ArgumentsTest, RefusesWhatItIsNot)
     const auto boolean = [](Arguments& from) { from.readBoolean(); };
     const auto choice = [](Arguments& from) { from.readChoice({"OVERload"}); };
     const auto channels = [](Arguments& from) { from.readChannels(3); };
-    const struct {
-        const char* text;
-        void (*read)(Arguments&);
-        int code;
-    } cases[] = {
+    const std::tuple<const char*, void (*)(Arguments&), int> cases[] = {
         {"ON", number, -104},      {"1 V", number, -131},      {"1 A", integer, -138},
         {"1.5", integer, -120},    {"11", integer, -222},      {"-1", integer, -222},
         {"1e300", integer, -222},  {"2", boolean, -222},       {"YES", boolean, -224},

@@ -15,21 +15,18 @@ const std::string zero = ",0,0,0,0,0,0,0,0,0,0,0,0,50,50,0";
 
 TEST_F(SessionTest, TellsAboutTheDevice)
 {
-    const struct {
-        const char* query;
-        const char* answer;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"*IDN?", "KES,KESTO-3,00017,2.4.1"},
         {"*TST?;*OPC?", "0;1"},
-        {"SYSTEM:VERS?;PROT?;SIM?", "1999.0;1.0;1"},
+        {"SYSTEM:VERS?;PROT?;SIM?;:SYST:ERROR:NEXT?;COUN?", "1999.0;1.0;1;0,\"No error\";0"},
         {"syst:lim?", "32,300,10,1000,8,4,450,32,10000000,10000,500"},
         {"SYST:STAT?", "1,0,0,0,IDLE"},
         {"SYST:FAUL?;:CAL:DATE?", "0;\"2026-03-31\""},
         {"SYST:ECHO? -9007199254740992", "-9007199254740992"},
         {"SYST:CONT?;CONT:OWN?", "0;\"\",\"\""},
         {"SYST:WATC?;:SIM:SPE?", "0;1"},
-        {"OUTP?;:OUTP:AUX?;:APPL?", "0;0,0;0,0,0,0,0,0,0,0,0,0,0,0,50,50,0"},
-        {"SOURCE:CURR3:PHAS?;:VOLT:LEV?;:CURR:FREQ?;:DIG?", "0;0;50;0"},
+        {"OUTPUT:STAT?;:OUTP:AUX?;:APPL?", "0;0,0;0,0,0,0,0,0,0,0,0,0,0,0,50,50,0"},
+        {"SOURCE:CURRENT3:PHAS?;:VOLT:LEV?;:CURR:FREQ?;:DIG?", "0;0;50;0"},
         {"EVEN:LAST?;DATA? 1;:INP:STAT?", "0;\"\";0"},
         {"SEQ:COUN?;:SIM:WIRE:CAT?;:SIM:ENER?;OFF?", "0;\"overcurrent\",\"voltage-frequency\";0;0"},
         {"*STB?;*ESR?;*ESE?;*SRE?;:STAT:OPER?;OPER:COND?;PTR?;NTR?;:STAT:QUES:ENAB?",
@@ -38,6 +35,10 @@ TEST_F(SessionTest, TellsAboutTheDevice)
     };
     for (const auto& [query, answer] : cases)
         EXPECT_EQ(client.ask(query), answer) << query;
+    for (const char* header : {"SYSTE:ERR?", "SYST", "SYST:ERR", "NEXT?", "OUTP:STATE:X", "*IDN", "SOUR"})
+        EXPECT_THAT(client.tell(header), StartsWith("-113,")) << header;
+    for (const char* header : {"SYST1:ERR?", "CURR2:FREQ", "CURR:LEV2", "CURR99999999999"})
+        EXPECT_THAT(client.tell(header), StartsWith("-114,")) << header;
     // Another start is another number.
     DeviceServer restarted(std::make_shared<SimulatedKesto>(device->getIdentity()));
     EXPECT_NE(client.ask("SYST:BOOT?"), TestClient(restarted.connect()).ask("SYST:BOOT?"));
@@ -52,10 +53,7 @@ TEST_F(SessionTest, RefusesWithTheCodesOfTheProtocol)
             lines += "STEP 1" + zero + '\n';
         return "SEQ:DATA " + KesDriver::Scpi::writeBlock(lines);
     };
-    const struct {
-        std::string command;
-        const char* error;
-    } cases[] = {
+    const std::pair<std::string, const char*> cases[] = {
         {"FOO", "-113,"},
         {"VOLT9 1", "-114,"},
         {"CURR", "-109,"},
@@ -217,6 +215,26 @@ TEST_F(SessionTest, TellsFaultsAndLatchesThemInTheRegisters)
     EXPECT_EQ(client.tell("INIT"), good);
     EXPECT_EQ(client.awaitEvent("SEQ"), "1");
     EXPECT_EQ(client.ask("STAT:OPER?"), "8");
+}
+
+TEST_F(SessionTest, SumsUpWhatHasHappenedInTheStatusByte)
+{
+    takeControl();
+    EXPECT_EQ(client.ask("*ESR?"), "128") << "switched on";
+    for (const auto& [command, bit] : {std::pair("FOO", "32"), {"CURR 40", "16"}, {"TRIG", "8"}}) {
+        client.send(command);
+        EXPECT_EQ(client.ask("*ESR?"), bit) << command;
+    }
+    EXPECT_EQ(client.ask("*STB?;*OPC?;*STB?"), "4;1;20") << "an error; then an answer as well";
+    EXPECT_EQ(client.ask("*CLS;*ESE 1;*OPC;*STB?"), "32");
+    EXPECT_EQ(client.ask("*SRE 255;*SRE?;:STAT:OPER:ENAB 65535;ENAB?"), "191;32767");
+    client.send("OUTP OFF;OUTP ON;:STAT:QUES:ENAB 512;:SIM:FAUL QUIC");
+    EXPECT_EQ(client.ask("*STB?"), "232");
+    EXPECT_EQ(client.ask("*CLS;*STB?;:STAT:QUES:COND?"), "0;512") << "only what has been latched goes";
+    // What the filters do not let through is not latched.
+    EXPECT_EQ(client.ask("STAT:OPER:PTR 0;NTR 256;:OUTP OFF;:STAT:OPER?"), "256");
+    EXPECT_EQ(client.ask("SIM:FAUL CLE;:OUTP ON;:STAT:OPER?"), "0");
+    EXPECT_EQ(client.ask("STAT:PRES;OPER:ENAB?;PTR?;NTR?"), "0;32767;0");
 }
 
 TEST_F(SessionTest, WaitsInLockstepForTheController)

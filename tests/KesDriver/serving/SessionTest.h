@@ -1,15 +1,11 @@
 #pragma once
 
-#include "../WaitUntil.h"
 #include "TestClient.h"
+#include "support/WaitUntil.h"
 
 #include <KesDriver/simulated/serving/DeviceServer.h>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <thread>
 
 namespace KesTest {
 

@@ -41,13 +41,8 @@ public:
 
     void sendBytes(const std::string& bytes) const
     {
-        std::size_t sent = 0;
-        while (sent < bytes.size()) {
-            const auto count = ::send(_descriptor, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
-            if (count <= 0)
-                return;
-            sent += static_cast<std::size_t>(count);
-        }
+        // It blocks until all are on their way, or nobody wants them any more.
+        (void)::send(_descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL);
     }
     void send(const std::string& line) const { sendBytes(line + '\n'); }
 

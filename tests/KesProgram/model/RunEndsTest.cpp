@@ -54,7 +54,7 @@ TEST_F(RunEnds, APowerOffAtTheMomentAtWhichTheRunBeginsStopsIt)
             first->setAnswerDelay(isLate ? 200ms : 0ms);
             model.beginDisconnect();
             const Kes::SignalGate::Release gate;
-            EXPECT_TRUE(isLate || comesTrue([this] { return !hardware().isOutputRunning(); }));
+            EXPECT_TRUE(isLate || waitUntil([this] { return !hardware().isOutputRunning(); }));
         });
         start();
         EXPECT_TRUE(waitFor([&] { return countFinishes() == 1U + isLate; })) << "nothing stops the run";
