@@ -139,9 +139,11 @@ TEST_F(HardwareManagerPresenterTest, IdentifiesWithoutHoldingUpTheWindow)
     addHardware("127.8.5.9");
     open();
     EXPECT_TRUE(reads("Not identified yet"));
+    auto& identify = *named<Gtk::Button>("Identify 10.0.7.1");
+    identify.grab_focus();
     click("Identify 10.0.7.1");
     EXPECT_TRUE(reads("Asking the device…"));
-    EXPECT_FALSE(named<Gtk::Button>("Identify 10.0.7.1")->is_sensitive());
+    EXPECT_FALSE(identify.is_sensitive());
     // The answer finds its device wherever it has been moved.
     click("Move 10.0.7.1 down");
     ASSERT_TRUE(waitFor([this] { return reads("KESTO-3 No. 00001, simulated"); }));
