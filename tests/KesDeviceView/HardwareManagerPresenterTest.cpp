@@ -192,6 +192,21 @@ TEST_F(HardwareManagerPresenterTest, TheFocusFollowsADeviceThatIsMovedOrRemoved)
     EXPECT_EQ(focused(), "Remove 10.1.0.3");
 }
 
+TEST_F(HardwareManagerPresenterTest, ADeviceThatIsAddedIsSeenWithAllThatIsSaidOfIt)
+{
+    for (int i = 1; i <= 8; ++i)
+        addHardware(("10.1.0." + std::to_string(i)).c_str());
+    open();
+    add("127.8.5.9");
+    ASSERT_TRUE(waitFor([this] { return reads("there is no device at this address"); }));
+    auto& list = dynamic_cast<Gtk::ScrolledWindow&>(*KesTest::findByClass(*content(), "kes-device-list"));
+    const auto place = list.get_vadjustment();
+    EXPECT_TRUE(waitFor([&] {
+        const double end = place->get_upper() - place->get_page_size();
+        return end > 0.0 && place->get_value() == end;
+    }));
+}
+
 TEST_F(HardwareManagerPresenterTest, FollowsTheGlobalConfigurationWhenItIsReplacedMeanwhile)
 {
     KesDevice::HardwareControl::setGlobalInstance(HardwareManager::create(), true);
