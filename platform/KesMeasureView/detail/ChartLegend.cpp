@@ -50,25 +50,26 @@ ChartLegend::ChartLegend(const Chart& chart, const std::function<double(const st
     std::erase_if(entries, [&](const Entry& entry) {
         return isUnused(entry) && (entry.state == State::Planned || entry.state == State::NotOperated);
     });
-    const double besideTitle = right - titleEnd - line;
-    const double below = right - left;
-    if (_place(entries, besideTitle, right, 0, 1) || _place(entries, below, right, 1, 1))
+    const auto room = [&](int row) { return right - (row == 0 ? titleEnd + line : left); };
+    if (_place(entries, room, right, 0, 0) || _place(entries, room, right, 1, 1))
         return;
     std::erase_if(entries, isUnused);
-    if (!_place(entries, besideTitle, right, 0, 1))
-        _place(entries, below, right, 1, 2);
+    if (!_place(entries, room, right, 0, 0) && !_place(entries, room, right, 1, 1) &&
+        !_place(entries, room, right, 0, 1))
+        _place(entries, room, right, 0, 2);
 }
 
-bool ChartLegend::_place(const std::vector<Entry>& entries, double room, double right, int row, int rows)
+bool ChartLegend::_place(const std::vector<Entry>& entries, const Room& room, double right, int row,
+                         int lastRow)
 {
     _entries.clear();
     auto next = entries.begin();
-    for (const int end = row + rows; row < end && next != entries.end(); ++row) {
+    for (; row <= lastRow && next != entries.end(); ++row) {
         double width = 0.0;
         const auto first = _entries.size();
         for (; next != entries.end(); ++next) {
             const double left = width > 0.0 ? width + _line * entryGap : 0.0;
-            if (left + next->right > room)
+            if (left + next->right > room(row))
                 break;
             width = left + next->right;
             auto& entry = _entries.emplace_back(*next);

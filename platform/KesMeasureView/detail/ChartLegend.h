@@ -39,8 +39,11 @@ public:
     int getExtraRows() const { return _entries.empty() ? 0 : _entries.back().row; }
 
 private:
-    /// In lines from `row` on, at most as many; false, with as many entries as fit, when there are more.
-    bool _place(const std::vector<Entry>& entries, double room, double right, int row, int rows);
+    /// The width that a row has.
+    using Room = std::function<double(int row)>;
+
+    /// In the rows from one to another; false, with as many entries as fit, when there are more.
+    bool _place(const std::vector<Entry>& entries, const Room& room, double right, int row, int lastRow);
 
     const double _line;
     std::vector<Entry> _entries;
