@@ -151,6 +151,8 @@ TEST_F(HardwareAreaTest, ARowSaysItsStateInWords)
     } cases[] = {
         {lng::English, {}, "KESTO, 10.0.0.1, State unknown", "State unknown"},
         {lng::English, std::string("No cooling"), "KESTO, 10.0.0.1, No cooling", "No cooling"},
+        {lng::English, std::string("KESTO 10.0.0.1 is lost"), "KESTO 10.0.0.1 is lost",
+         "KESTO 10.0.0.1 is lost"},
         {lng::English, std::string(), "KESTO, 10.0.0.1, Ready for operation", ""},
         {lng::Russian, {}, "КЕСТО, 10.0.0.1, Состояние неизвестно", "Состояние неизвестно"},
         {lng::Russian, std::string("Нет охлаждения"), "КЕСТО, 10.0.0.1, Нет охлаждения", "Нет охлаждения"},
