@@ -1,5 +1,7 @@
 #include <KesMeasureView/ChartDrawing.h>
 
+#include <KesMeasureView/detail/ChartLegend.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -25,7 +27,7 @@ ChartDrawing::ChartDrawing(const Chart& chart, const ChartColours& colours, Make
     _line = textHeight;
     const double rightMargin = _line * 1.2;
     const double titleEnd = _titleLeft() + _textWidth(chart.yTitle);
-    _legend.emplace(
+    _legend = std::make_unique<ChartLegend>(
         chart, [this](const std::string& text) { return _textWidth(text); }, _line, _titleLeft(), titleEnd,
         width - rightMargin);
     _plot.top = _line * 2.0 + _legend->getExtraRows() * _legendRow();
@@ -39,6 +41,8 @@ ChartDrawing::ChartDrawing(const Chart& chart, const ChartColours& colours, Make
     _xTicks = chart.x.getTicks(_plot.width,
                                [this](const std::string& label) { return _textWidth(label) + _line * 0.3; });
 }
+
+ChartDrawing::~ChartDrawing() = default;
 
 void ChartDrawing::draw(const Cairo::RefPtr<Cairo::Context>& cairo)
 {

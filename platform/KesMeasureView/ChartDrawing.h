@@ -2,16 +2,18 @@
 
 #include <KesCommon/Export.h>
 #include <KesMeasure/Chart.h>
-#include <KesMeasureView/detail/ChartLegend.h>
 
 #include <cairomm/context.h>
 #include <gdkmm/rgba.h>
 #include <pangomm/layout.h>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace KesMeasure {
+
+class ChartLegend;
 
 /// The colours of a chart, from the theme.
 struct ChartColours {
@@ -38,6 +40,7 @@ public:
     /// little room gets fewer labels, and its legend more lines or fewer entries.
     ChartDrawing(const Chart& chart, const ChartColours& colours, MakeLayout makeLayout, double width,
                  double height);
+    ~ChartDrawing();
 
     /// Draws everything; the surface's unit is that of width and height. Curves end at the frame, points do
     /// not.
@@ -87,7 +90,7 @@ private:
     const MakeLayout _makeLayout;
     /// The height of a line of text.
     double _line = 0.0;
-    std::optional<ChartLegend> _legend;
+    std::unique_ptr<ChartLegend> _legend;
     Area _plot;
     std::vector<AxisTick> _xTicks;
     std::vector<AxisTick> _yTicks;
