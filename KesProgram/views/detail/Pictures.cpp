@@ -7,6 +7,7 @@
 #include <gtkmm/stylecontext.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <set>
@@ -43,18 +44,17 @@ bool showsAnything(cairo_pattern_t* pattern)
     return shown;
 }
 
-/// The file that the sheet gives to one of the widget's classes; empty when it gives none.
+/// The path that the sheet gives to one of the widget's classes; empty when it gives none.
 std::string fileOf(const Gtk::Widget& widget)
 {
-    static const std::string sheet = [] {
-        std::ifstream file(Kes::findDataFile("themes/" + std::string(sheetName)));
-        return std::string(std::istreambuf_iterator<char>(file), {});
-    }();
+    const std::filesystem::path path = Kes::findDataFile("themes/" + std::string(sheetName));
+    std::ifstream file(path);
+    const std::string sheet(std::istreambuf_iterator<char>(file), {});
     for (const auto& name : widget.get_style_context()->list_classes()) {
         const auto rule = sheet.find('.' + name.raw() + " {");
-        const auto begin = sheet.find("url(\"", rule);
+        const auto begin = sheet.find("url(\"", rule) + 5;
         if (rule != std::string::npos && begin < sheet.find('}', rule))
-            return sheet.substr(begin + 5, sheet.find('"', begin + 5) - begin - 5);
+            return path.parent_path() / sheet.substr(begin, sheet.find('"', begin) - begin);
     }
     return {};
 }
@@ -65,7 +65,7 @@ void warn(const Gtk::Widget& widget)
     static std::set<std::string> told;
     const auto file = fileOf(widget);
     if (!file.empty() && told.insert(file).second)
-        KesLog::Log::writeWarn("Picture " + Kes::findDataFile("themes/" + file) + " cannot be shown.");
+        KesLog::Log::writeWarn("Picture " + file + " cannot be shown.");
 }
 
 bool isShown(const Gtk::Widget& widget)
