@@ -82,7 +82,8 @@ bool ProgramBasePresenter::_stopOnRequest(ProgramModel& model)
 {
     const ClosingScope asking(_fields->closing, ClosingPhase::Asking);
     const auto answer = Kes::DialogPresenter::show(getView(), lng::Program::get("Message.closeConfirmation"),
-                                                   model.getProgramName(), Kes::DialogResult::YesNo);
+                                                   model.getProgramName(), Kes::DialogResult::YesNo,
+                                                   [&model] { return !model.isRunning(); });
     if (answer == Kes::DialogResult::Yes)
         model.stopTest();
     return answer == Kes::DialogResult::Yes;

@@ -51,7 +51,9 @@ private:
         const std::string words = _describe(status.state);
         const bool isReady = status.state.hasValue() && status.state.getValue().empty();
         _view.setKestoType(status.type);
-        _view.setSpokenText(status.type + ", " + _address + ", " + words);
+        // A fault names its device itself.
+        const bool isNamed = words.find(_address) != std::string::npos;
+        _view.setSpokenText(isNamed ? words : status.type + ", " + _address + ", " + words);
         _view.setRemark(isReady ? "" : words);
     }
 

@@ -9,6 +9,21 @@
 
 namespace KesProgram {
 
+namespace {
+
+gboolean canTakeKey(GtkWidget* widget, guint, gpointer)
+{
+    return gtk_widget_is_sensitive(widget);
+}
+
+/// By default a button takes its key only where it can be seen: not in the overflow menu of a narrow window.
+void takeKeyUnseen(Gtk::ToolButton& button)
+{
+    g_signal_connect_after(button.gobj(), "can-activate-accel", G_CALLBACK(&canTakeKey), nullptr);
+}
+
+} // namespace
+
 HardwareControlToolbarView::HardwareControlToolbarView()
     : _start("ToolStartImage", lng::Program::get("Tool.start")),
       _stop("ToolStopImage", lng::Program::get("Tool.stop")),
@@ -25,6 +40,8 @@ HardwareControlToolbarView::HardwareControlToolbarView()
     _keys.add(_stop, "clicked", Keys::stopAnywhere);
     _start.tellKey(Keys::start);
     _stop.tellKey(Keys::stop);
+    for (auto* button : {&_start, &_stop})
+        takeKeyUnseen(*button);
 
     for (auto* button : {&_start, &_stop, &_powerOff})
         append(*button);

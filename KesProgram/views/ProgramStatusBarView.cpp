@@ -23,8 +23,10 @@ void ProgramStatusBarView::setInfoArea(Kes::IView* view)
     // What happens is announced in the name of the status bar.
     const auto bar = get_accessible();
     const auto area = widget->get_accessible();
-    _name = Glib::Binding::bind_property(area->property_accessible_name(), bar->property_accessible_name(),
-                                         Glib::BINDING_SYNC_CREATE);
+    // One that has none yet would not do as a name.
+    area->set_description(area->get_description());
+    _name = Glib::Binding::bind_property(area->property_accessible_description(),
+                                         bar->property_accessible_name(), Glib::BINDING_SYNC_CREATE);
 }
 
 void ProgramStatusBarView::setArchiveArea(Kes::IView* view)

@@ -14,7 +14,7 @@ StatusBarHardwareKestoIconsView::StatusBarHardwareKestoIconsView() : Gtk::HBox(f
     const std::string text = lng::HardwareManager::get("auxDC.enabled");
     _auxDC.get_style_context()->add_class("AuxDcWhiteImage");
     _auxDC.get_style_context()->add_class("ImageButton");
-    _auxDC.set_tooltip_text(text);
+    Kes::GtkWidgetHelper::setTooltip(_auxDC, text);
     Kes::GtkWidgetHelper::setAccessibleName(_auxDC, text);
     _auxDCText.set_text(text);
     _auxDC.signal_map().connect([this] {

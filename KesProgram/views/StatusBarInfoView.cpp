@@ -15,8 +15,8 @@ StatusBarInfoView::StatusBarInfoView()
     set_hexpand(true);
     makeStatusArea(*this);
     set_can_focus(true);
-    static constexpr lng::Text description{"StatusBar.info", "State of the program", "Состояние программы"};
-    get_accessible()->set_description(description.get());
+    static constexpr lng::Text name{"StatusBar.info", "State of the program", "Состояние программы"};
+    Kes::GtkWidgetHelper::setAccessibleName(*this, name.get());
 
     _label.get_style_context()->add_class("status_label");
     _label.set_halign(Gtk::ALIGN_START);
@@ -46,7 +46,8 @@ void StatusBarInfoView::_show(const std::string& text)
         get_style_context()->add_class("hasText");
     _label.set_text(shown);
     Kes::GtkWidgetHelper::setTooltip(_label, shown);
-    Kes::GtkWidgetHelper::setAccessibleName(*this, shown);
+    // A new name would be announced here and, the same, by the status bar.
+    get_accessible()->set_description(shown);
 }
 
 } // namespace KesProgram

@@ -3,6 +3,7 @@
 #include <KesCommonView/GtkWidgetHelper.h>
 #include <KesProgram/views/detail/Pictures.h>
 
+#include <atkmm/object.h>
 #include <gtkmm/image.h>
 #include <gtkmm/tooltip.h>
 
@@ -40,6 +41,7 @@ ToolButton::ToolButton(const std::string& imageClass, const std::string& tooltip
     // that is the control which the user reaches, and neither a tooltip nor a hidden label names it.
     Gtk::Widget::set_tooltip_text(tooltip);
     set_tooltip_text(tooltip);
+    get_accessible()->set_description({});
     auto* button = get_child();
     Kes::GtkWidgetHelper::setAccessibleName(*button, title);
     Kes::GtkWidgetHelper::setTooltip(*button, tooltip, tooltip.substr(std::min(end + 1, tooltip.size())));

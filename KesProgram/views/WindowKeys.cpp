@@ -63,8 +63,12 @@ void WindowKeys::_leaveWindow(Gtk::Widget* previous)
 
 void WindowKeys::_joinWindow(Gtk::Widget& view)
 {
-    if (auto* window = dynamic_cast<Gtk::Window*>(view.get_toplevel()))
-        window->add_accel_group(_keys);
+    auto* window = dynamic_cast<Gtk::Window*>(view.get_toplevel());
+    if (!window)
+        return;
+    window->add_accel_group(_keys);
+    // By itself GTK looks for new keys from an idle handler, when the window has the keyboard already.
+    g_signal_emit_by_name(window->gobj(), "keys-changed");
 }
 
 } // namespace KesProgram

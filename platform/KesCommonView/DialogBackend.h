@@ -19,6 +19,9 @@ struct MessageRequest {
     /// Empty: the program's name.
     std::string title;
     DialogResult buttons = DialogResult::Ok;
+    /// Called repeatedly while the box is open: once it returns true there is nothing left to answer, and the
+    /// box closes by itself. Null: never.
+    std::function<bool()> isVoid{};
 };
 
 /// What a file dialog shows; each filter is a pattern such as "*.abc" and its label.

@@ -166,7 +166,17 @@ DialogResult GtkDialogs::showMessage(const MessageRequest& request)
     prepare(box, request);
     GtkWidgetHelper::setAccessibleName(
         box, lng::CommonView::get(isQuestion ? "Dialog.question" : "Dialog.message"));
+    sigc::connection watch;
+    if (request.isVoid)
+        watch = Glib::signal_timeout().connect(
+            [&] {
+                if (request.isVoid())
+                    box.response(Gtk::RESPONSE_DELETE_EVENT);
+                return true;
+            },
+            waitingInterval);
     const auto answer = static_cast<DialogResult>(box.run());
+    watch.disconnect();
     return hasButton(request.buttons, answer) ? answer : decliningAnswer(request.buttons);
 }
 

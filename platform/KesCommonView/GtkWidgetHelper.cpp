@@ -54,6 +54,19 @@ void setTooltip(Gtk::Widget& widget, const std::string& tooltip, const std::stri
     widget.get_accessible()->set_description(description);
 }
 
+void setBusy(Gtk::Widget& widget, bool busy)
+{
+    static const Glib::Quark hadFocus("kes-had-focus");
+    if (busy && widget.is_focus())
+        widget.set_data(hadFocus, &widget);
+    widget.set_sensitive(!busy);
+    if (busy || !widget.steal_data(hadFocus))
+        return;
+    const auto* window = dynamic_cast<Gtk::Window*>(widget.get_toplevel());
+    if (window && !window->get_focus())
+        widget.grab_focus();
+}
+
 void wrapAnywhere(Gtk::Label& label, Pango::WrapMode mode)
 {
     Pango::AttrList attributes;

@@ -23,6 +23,10 @@ KES_EXPORT void setAccessibleName(Gtk::Widget& widget, const std::string& name);
 KES_EXPORT void setTooltip(Gtk::Widget& widget, const std::string& tooltip,
                            const std::string& description = {});
 
+/// Switches a control off while it is busy, and on again: when it had the keyboard, that comes back to it,
+/// unless the user has gone elsewhere meanwhile.
+KES_EXPORT void setBusy(Gtk::Widget& widget, bool busy);
+
 /// Breaks the lines of a label that has no room, inside of words as well: for paths and names. No hyphen is
 /// shown at a break, since it could be taken for a part of the path. Replaces the attributes of the label.
 KES_EXPORT void wrapAnywhere(Gtk::Label& label, Pango::WrapMode mode = Pango::WRAP_WORD_CHAR);

@@ -19,6 +19,10 @@ public:
     /// The size stays. The name is one of the theme, such as "dialog-warning-symbolic", not a path.
     void setIcon(const std::string& icon);
 
+    /// Whether the theme has a picture of the name that can be read: its file may be damaged, or nothing
+    /// there that reads its format, of which the log gets a warning.
+    static bool canShow(const std::string& icon);
+
 private:
     void _resize();
 

@@ -1,6 +1,6 @@
 #include <KesMeasureView/ChartDrawing.h>
 
-#include <KesMeasure/MeasureText.h>
+#include <KesMeasureView/detail/ChartLegend.h>
 
 #include <algorithm>
 #include <cmath>
@@ -8,8 +8,6 @@
 namespace KesMeasure {
 
 namespace {
-
-using lng::Measure::get;
 
 /// A line one pixel wide is sharp between two pixels only.
 double sharp(double coordinate)
@@ -27,17 +25,24 @@ ChartDrawing::ChartDrawing(const Chart& chart, const ChartColours& colours, Make
     int textWidth = 0;
     _makeLayout("0")->get_pixel_size(textWidth, textHeight);
     _line = textHeight;
-    _plot.top = _line * 2.0;
+    const double rightMargin = _line * 1.2;
+    const double titleEnd = _titleLeft() + _textWidth(chart.yTitle);
+    _legend = std::make_unique<ChartLegend>(
+        chart, [this](const std::string& text) { return _textWidth(text); }, _line, _titleLeft(), titleEnd,
+        width - rightMargin);
+    _plot.top = _line * 2.0 + _legend->getExtraRows() * _legendRow();
     _plot.height = std::max(1.0, height - _plot.top - _line * 2.8);
     _yTicks = chart.y.getTicks(_plot.height, [this](const std::string&) { return _line; });
     double widest = 0.0;
     for (const auto& tick : _yTicks)
         widest = std::max(widest, _textWidth(tick.label));
     _plot.left = widest + _line;
-    _plot.width = std::max(1.0, width - _plot.left - _line * 1.2);
+    _plot.width = std::max(1.0, width - _plot.left - rightMargin);
     _xTicks = chart.x.getTicks(_plot.width,
                                [this](const std::string& label) { return _textWidth(label) + _line * 0.3; });
 }
+
+ChartDrawing::~ChartDrawing() = default;
 
 void ChartDrawing::draw(const Cairo::RefPtr<Cairo::Context>& cairo)
 {
@@ -136,7 +141,7 @@ void ChartDrawing::_drawLabels()
     for (const auto& tick : _yTicks)
         _text(tick.label, _plot.left - _line * 0.35, _y(tick.value) - _line / 2.0, Align::End);
     _text(_chart.xTitle, _plot.left + _plot.width, below + _line * 1.45, Align::End);
-    _text(_chart.yTitle, _line * 0.4, _line * 0.3, Align::Start);
+    _text(_chart.yTitle, _titleLeft(), _line * 0.3, Align::Start);
 }
 
 void ChartDrawing::_trace(const std::vector<ChartPosition>& positions, bool goesOn)
@@ -239,49 +244,33 @@ void ChartDrawing::_drawNotOperated(double x, double y)
     _cairo->stroke();
 }
 
-bool ChartDrawing::_hasPoint(ChartPoint::State state) const
-{
-    return std::any_of(_chart.points.begin(), _chart.points.end(),
-                       [state](const ChartPoint& point) { return point.state == state; });
-}
-
 void ChartDrawing::_drawLegend()
 {
-    const double y = _line * 0.9;
-    double x = _plot.left + _plot.width;
-    const auto label = [&](const char* key) {
+    for (const auto& entry : _legend->getEntries()) {
+        const double top = _line * 0.3 + entry.row * _legendRow();
+        const double middle = top + _line / 2.0;
+        if (entry.state)
+            _drawPoint(entry.left + _line * 0.3, middle, *entry.state);
+        else
+            _drawCurveSign(entry.left, middle, entry.isBand);
         _setColour(_colours.foreground);
-        _text(get(key), x, y - _line / 2.0, Align::End);
-        x -= _textWidth(get(key)) + _line * 0.6;
-    };
-    const auto room = [&](double width) { return x - width > _line * 4.0; };
-    using State = ChartPoint::State;
-    std::vector<std::pair<const char*, State>> marks{{"Chart.failed", State::Failed},
-                                                     {"Chart.passed", State::Passed}};
-    if (_hasPoint(State::NotOperated))
-        marks.insert(marks.begin(), {"Chart.notOperated", State::NotOperated});
-    if (_hasPoint(State::Planned))
-        marks.emplace_back("Chart.planned", State::Planned);
-    for (const auto& [key, state] : marks) {
-        if (!room(_textWidth(get(key)) + _line * 2.0))
-            return;
-        label(key);
-        _drawPoint(x, y, state);
-        x -= _line * 1.2;
+        _text(entry.text, entry.textLeft, top, Align::Start);
     }
-    if (_chart.expected.empty() ||
-        !room(_textWidth(get("Chart.band")) + _textWidth(get("Chart.expected")) + _line * 6.0))
+}
+
+void ChartDrawing::_drawCurveSign(double x, double y, bool isBand)
+{
+    const double width = _line * 1.5;
+    if (isBand) {
+        _setColour(_colours.curve, 0.3);
+        _cairo->rectangle(x, y - _line * 0.3, width, _line * 0.6);
+        _cairo->fill();
         return;
-    label("Chart.band");
-    _setColour(_colours.curve, 0.3);
-    _cairo->rectangle(x - _line * 1.4, y - _line * 0.3, _line * 1.5, _line * 0.6);
-    _cairo->fill();
-    x -= _line * 2.4;
-    label("Chart.expected");
+    }
     _setColour(_colours.curve);
     _cairo->set_line_width(std::max(1.5, _line * 0.11));
-    _cairo->move_to(x - _line * 1.4, y);
-    _cairo->line_to(x + _line * 0.1, y);
+    _cairo->move_to(x, y);
+    _cairo->line_to(x + width, y);
     _cairo->stroke();
 }
 

@@ -8,9 +8,12 @@
 #include <pangomm/layout.h>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace KesMeasure {
+
+class ChartLegend;
 
 /// The colours of a chart, from the theme.
 struct ChartColours {
@@ -34,9 +37,10 @@ public:
     using MakeLayout = std::function<Glib::RefPtr<Pango::Layout>(const std::string& text)>;
 
     /// The chart outlives the drawing. All sizes follow the height of the layouts' text. A surface with too
-    /// little room gets fewer labels, and a legend without the entries at its end.
+    /// little room gets fewer labels, and its legend more lines or fewer entries.
     ChartDrawing(const Chart& chart, const ChartColours& colours, MakeLayout makeLayout, double width,
                  double height);
+    ~ChartDrawing();
 
     /// Draws everything; the surface's unit is that of width and height. Curves end at the frame, points do
     /// not.
@@ -74,15 +78,19 @@ private:
     void _drawPassed(double x, double y);
     void _drawFailed(double x, double y);
     void _drawNotOperated(double x, double y);
-    bool _hasPoint(ChartPoint::State state) const;
-    /// From right to left, as far as there is room.
     void _drawLegend();
+    void _drawCurveSign(double x, double y, bool isBand);
+    /// Of the title of the upright axis.
+    double _titleLeft() const { return _line * 0.4; }
+    /// The height of a line of the legend.
+    double _legendRow() const { return _line * 1.2; }
 
     const Chart& _chart;
     const ChartColours _colours;
     const MakeLayout _makeLayout;
     /// The height of a line of text.
     double _line = 0.0;
+    std::unique_ptr<ChartLegend> _legend;
     Area _plot;
     std::vector<AxisTick> _xTicks;
     std::vector<AxisTick> _yTicks;

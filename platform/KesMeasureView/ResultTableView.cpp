@@ -5,6 +5,7 @@
 
 #include <KesCommon/StringHelper.h>
 #include <KesCommonView/GtkWidgetHelper.h>
+#include <KesCommonView/StyleZoomHelper.h>
 
 #include <gtkmm/label.h>
 
@@ -13,6 +14,9 @@
 namespace KesMeasure {
 
 namespace {
+
+/// In pixels at a zoom of 100 %, of what is seen of the table.
+constexpr int leastHeight = 90;
 
 std::string verdictOf(const ResultTable::Row& row)
 {
@@ -42,7 +46,8 @@ ResultTableView::ResultTableView()
     Kes::GtkWidgetHelper::setAccessibleName(_table, lng::Measure::get("Results.title"));
     _scroller.set_policy(Gtk::POLICY_AUTOMATIC, Gtk::POLICY_AUTOMATIC);
     _scroller.set_shadow_type(Gtk::SHADOW_IN);
-    _scroller.set_min_content_height(90);
+    _followZoom();
+    KesView::StyleZoomHelper::signalZoomed().connect(sigc::mem_fun(*this, &ResultTableView::_followZoom));
     _scroller.add(_table);
     _values.get_style_context()->add_class("result-values");
     _commands.get_style_context()->add_class("result-commands");
@@ -60,6 +65,12 @@ ResultTableView::ResultTableView()
     for (auto* scroller : {&_scroller, &_valuesScroller})
         scroller->set_overlay_scrolling(false);
     pack_start(_valuesScroller, Gtk::PACK_SHRINK);
+}
+
+/// The bar beside the rows gets what the header leaves, and would not fit.
+void ResultTableView::_followZoom()
+{
+    _scroller.set_min_content_height(leastHeight * KesView::StyleZoomHelper::getZoom() / 100);
 }
 
 void ResultTableView::_createMenu()
@@ -270,7 +281,6 @@ Gtk::Button& ResultTableView::_makeRepeatButton(const ResultTable::Value& value)
         Kes::StringHelper::format(lng::Measure::get("Results.repeatValueName"), value.name);
     Kes::GtkWidgetHelper::setAccessibleName(button, name);
     button.get_style_context()->add_class("result-repeat");
-    button.set_relief(Gtk::RELIEF_NONE);
     button.signal_clicked().connect([this, row = *value.row] { signalRepeat.emit({row}); });
     _valueButtons.push_back(&button);
     return button;

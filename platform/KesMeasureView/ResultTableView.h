@@ -55,6 +55,7 @@ private:
         Gtk::TreeModelColumn<int> weight;
     };
 
+    void _followZoom();
     void _createMenu();
     /// The menu comes at the press, before the table changes the selection.
     bool _onButton(GdkEventButton* event);

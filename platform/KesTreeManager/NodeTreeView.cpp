@@ -7,7 +7,6 @@
 
 #include <gtkmm/adjustment.h>
 #include <gtkmm/expander.h>
-#include <gtkmm/icontheme.h>
 #include <gtkmm/label.h>
 
 namespace KesTree {
@@ -28,7 +27,7 @@ Gtk::Box& makeHeading(const std::string& title, const std::string& icon)
     label.set_line_wrap(true);
     label.get_style_context()->add_class("kes-node-heading");
     // A program's own groups may have none.
-    if (Gtk::IconTheme::get_default()->has_icon(icon))
+    if (Kes::ZoomedIcon::canShow(icon))
         heading.pack_start(*Gtk::make_managed<Kes::ZoomedIcon>(icon, pictureSize), Gtk::PACK_SHRINK);
     heading.pack_start(label, Gtk::PACK_EXPAND_WIDGET);
     return heading;

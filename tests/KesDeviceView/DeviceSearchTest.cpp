@@ -104,6 +104,23 @@ TEST_F(DeviceSearchTest, SaysWhenItIsNotCompleteUntilTheNextSearch)
     EXPECT_TRUE(waitFor([this] { return reads("No devices were found in the network."); }));
 }
 
+TEST_F(DeviceSearchTest, TheKeyboardComesBackUnlessTheUserHasGoneElsewhere)
+{
+    auto& search = *named<Gtk::Button>("Search");
+    for (const bool isElsewhere : {false, true}) {
+        fake->end(true);
+        ASSERT_TRUE(waitFor([&] { return search.is_sensitive(); }));
+        search.grab_focus();
+        click("Search");
+        if (isElsewhere)
+            addressEntry().grab_focus();
+        fake->end(true);
+        ASSERT_TRUE(waitFor([&] { return search.is_sensitive(); }));
+        EXPECT_EQ(search.is_focus(), !isElsewhere);
+        click("Search");
+    }
+}
+
 TEST_F(DeviceSearchTest, ShowsNoMoreThanItCan)
 {
     for (unsigned i = 300; i-- > 0;)

@@ -129,9 +129,11 @@ TEST_F(HardwareManagerPresenterTest, IdentifiesWithoutHoldingUpTheWindow)
     addHardware("127.8.5.9");
     open();
     EXPECT_TRUE(reads("Not identified yet"));
+    auto& identify = *named<Gtk::Button>("Identify 10.0.7.1");
+    identify.grab_focus();
     click("Identify 10.0.7.1");
     EXPECT_TRUE(reads("Asking the device…"));
-    EXPECT_FALSE(named<Gtk::Button>("Identify 10.0.7.1")->is_sensitive());
+    EXPECT_FALSE(identify.is_sensitive());
     // The answer finds its device wherever it has been moved.
     click("Move 10.0.7.1 down");
     ASSERT_TRUE(waitFor([this] { return reads("KESTO-3 No. 00001, simulated"); }));
@@ -183,6 +185,21 @@ TEST_F(HardwareManagerPresenterTest, TheFocusFollowsADeviceThatIsMovedOrRemoved)
     EXPECT_EQ(focused(), "Move 10.1.0.1 up");
     click("Remove 10.1.0.1");
     EXPECT_EQ(focused(), "Remove 10.1.0.3");
+}
+
+TEST_F(HardwareManagerPresenterTest, ADeviceThatIsAddedIsSeenWithAllThatIsSaidOfIt)
+{
+    for (int i = 1; i <= 8; ++i)
+        addHardware(("10.1.0." + std::to_string(i)).c_str());
+    open();
+    add("127.8.5.9");
+    ASSERT_TRUE(waitFor([this] { return reads("there is no device at this address"); }));
+    auto& list = dynamic_cast<Gtk::ScrolledWindow&>(*KesTest::findByClass(*content(), "kes-device-list"));
+    const auto place = list.get_vadjustment();
+    EXPECT_TRUE(waitFor([&] {
+        const double end = place->get_upper() - place->get_page_size();
+        return end > 0.0 && place->get_value() == end;
+    }));
 }
 
 TEST_F(HardwareManagerPresenterTest, FollowsTheGlobalConfigurationWhenItIsReplacedMeanwhile)

@@ -1,4 +1,5 @@
 #include "support/GuiTest.h"
+#include "support/TemporaryHome.h"
 
 #include <KesCommonView/ReadOnlySwitchableContainerPresenter.h>
 #include <KesCommonView/WindowView.h>
@@ -63,9 +64,15 @@ protected:
 
 TEST_F(NodeTreeContentPresenterTest, AGroupWithoutAnIconShowsNone)
 {
+    KesTest::TemporaryHome home;
+    KesTest::writeFile(home.getPath() / "hicolor/scalable/apps/kes-damaged-symbolic.svg", "<svg");
+    const auto theme = Gtk::IconTheme::get_default();
+    theme->append_search_path(home.getPath().string());
+    ASSERT_TRUE(theme->has_icon("kes-damaged-symbolic"));
     KesTree::NodeTreeView tree;
-    for (const auto& [icon, pictures] :
-         {std::pair("kes-node-of-a-program-symbolic", 0U), {"document-open-symbolic", 1U}}) {
+    for (const auto& [icon, pictures] : {std::pair("kes-node-of-a-program-symbolic", 0U),
+                                         {"kes-damaged-symbolic", 0U},
+                                         {"document-open-symbolic", 1U}}) {
         tree.beginGroup(icon, icon, false);
         EXPECT_EQ(KesTest::findWidgets<Gtk::Image>(tree).size(), pictures) << icon;
         tree.endGroup();

@@ -50,11 +50,11 @@ class AuditTest(DesktopTest):
                     self.assertFits(node, text)
             if role in PRESSED:
                 self.assertTrue(node.has(FOCUSABLE), f"{node} is for the mouse only")
+            described.setdefault(node.description, []).append(node)
+            if name:
+                self.assertNotEqual(node.description.split("\n")[0], name, f"{node} is described by its name")
             if node.has(FOCUSABLE):
                 self.assertIn(role, REACHED | PASSED_OVER | {"label", "menu item", "panel"}, node)
-                described.setdefault(node.description, []).append(node)
-                if name:
-                    self.assertNotEqual(node.description.split("\n")[0], name, f"{node} is described by its name")
         self.assertEqual(unnamed, [], f"controls without a name in {window}")
         # Several values may have the same limits.
         repeated = {text: nodes for text, nodes in described.items() if text and "…" not in text and len(nodes) > 1}

@@ -13,7 +13,8 @@ void load();
 /// after the end of an object that the slot is bound to.
 void afterLoad(const sigc::slot<void()>& slot);
 
-/// Whether the widget's style gives it a picture in which anything is to be seen.
+/// Whether the widget's style gives it a picture in which anything is to be seen. Where the sheet names
+/// a file for it all the same, the log gets a warning with the file's name, once.
 bool has(const Gtk::Widget& widget);
 
 } // namespace KesProgram::Pictures

@@ -33,6 +33,7 @@ DeviceListView::~DeviceListView()
 {
     // The list changes its size while its parts are destroyed.
     _sizeChanged.disconnect();
+    _scrolledAway.disconnect();
 }
 
 void DeviceListView::_buildList()
@@ -53,21 +54,29 @@ void DeviceListView::_buildList()
     _scrolled.add(_list);
     _sizeChanged = _scrolled.get_vadjustment()->signal_changed().connect(
         sigc::mem_fun(*this, &DeviceListView::_onSizeChanged));
+    _scrolledAway = _scrolled.get_vadjustment()->signal_value_changed().connect(
+        sigc::mem_fun(*this, &DeviceListView::_onScrolled));
 }
 
 void DeviceListView::_onSizeChanged()
 {
     const auto place = _scrolled.get_vadjustment();
-    if (_isEndWanted && place->get_upper() > place->get_page_size())
+    if (_isEndWanted)
         place->set_value(place->get_upper() - place->get_page_size());
-    _isEndWanted = false;
+}
+
+void DeviceListView::_onScrolled()
+{
+    const auto place = _scrolled.get_vadjustment();
+    if (place->get_value() < place->get_upper() - place->get_page_size())
+        _isEndWanted = false;
 }
 
 void DeviceListView::setDevices(const std::vector<DeviceEntry>& devices)
 {
     while (_rows.size() < devices.size())
         _addRow();
-    _isEndWanted = devices.size() > _count && _count > 0;
+    _isEndWanted = _isEndWanted || (devices.size() > _count && _count > 0);
     _count = devices.size();
     for (std::size_t place = 0; place < _rows.size(); ++place) {
         _rows[place]->set_visible(place < _count);

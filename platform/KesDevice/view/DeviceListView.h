@@ -41,6 +41,7 @@ private:
     void _addRow();
     /// Shows the device that has just been added, once there is room for it.
     void _onSizeChanged();
+    void _onScrolled();
     void _onMove(int by, std::size_t place);
     void _onRemove(std::size_t place);
 
@@ -53,6 +54,7 @@ private:
     std::size_t _count = 0;
     bool _isEndWanted = false;
     sigc::connection _sizeChanged;
+    sigc::connection _scrolledAway;
 };
 
 } // namespace KesDevice

@@ -113,7 +113,7 @@ void DeviceRowView::_setIdentity(const DeviceEntry& state)
     _spinner.property_active() = asking;
     _identityIcon.set_visible(failed || state.identityState == IdentityState::Known);
     _identityIcon.setIcon(failed ? "dialog-warning-symbolic" : "emblem-ok-symbolic");
-    _identify.set_sensitive(!asking);
+    Kes::GtkWidgetHelper::setBusy(_identify, asking);
 }
 
 void DeviceRowView::_setAuxDC(const DeviceEntry& state)

@@ -144,7 +144,7 @@ void DeviceSearchView::setProblem(const std::string& problem)
 
 void DeviceSearchView::setSearch(const DeviceSearchState& state)
 {
-    _search.set_sensitive(!state.isRunning);
+    Kes::GtkWidgetHelper::setBusy(_search, state.isRunning);
     _spinner.set_visible(state.isRunning);
     _spinner.property_active() = state.isRunning;
     _status.set_text(state.status);

@@ -11,7 +11,7 @@ SyncChoiceView::SyncChoiceView()
     : Gtk::Box(Gtk::ORIENTATION_VERTICAL, smallGap),
       _heading(get("Sync.title")),
       _label(get("Sync.mode")),
-      _info("dialog-question-symbolic")
+      _info("help-about-symbolic")
 {
     _label.set_mnemonic_widget(_modes);
     Kes::GtkWidgetHelper::setAccessibleName(_modes, get("Sync.modeName"));

@@ -72,7 +72,7 @@ void PlanView::_addFaults()
 {
     constexpr int columns = 4;
     auto& label = _addLabel(get("PlanView.faults"), 0, 3);
-    label.set_tooltip_text(get("PlanView.faultsTip"));
+    Kes::GtkWidgetHelper::setTooltip(label, get("PlanView.faultsTip"));
     ++_row;
     auto& grid = *Gtk::manage(new Gtk::Grid());
     grid.get_style_context()->add_class("plan-faults");
@@ -97,7 +97,7 @@ void PlanView::_addChoices()
         auto& label = makeLabel(get(key));
         for (const auto& text : texts)
             choice.append(text);
-        label.set_tooltip_text(get(key + "Tip"));
+        Kes::GtkWidgetHelper::setTooltip(label, get(key + "Tip"));
         choice.set_tooltip_text(get(key + "Tip"));
         Kes::GtkWidgetHelper::setAccessibleName(choice, get(key));
         choice.signal_changed().connect(sigc::mem_fun(*this, &PlanView::_onEdited));

@@ -145,6 +145,8 @@ TEST_F(HardwareAreaTest, ARowSaysItsStateInWordsAndByItsStyle)
         {lng::English, {}, "KESTO, 10.0.0.1, State unknown", "State unknown", "", "stateUndefined"},
         {lng::English, std::string("No cooling"), "KESTO, 10.0.0.1, No cooling", "No cooling", "No cooling",
          "stateError"},
+        {lng::English, std::string("KESTO 10.0.0.1 is lost"), "KESTO 10.0.0.1 is lost",
+         "KESTO 10.0.0.1 is lost", "KESTO 10.0.0.1 is lost", "stateError"},
         {lng::English, std::string(), "KESTO, 10.0.0.1, Ready for operation", "", "Ready for operation", ""},
         {lng::Russian,
          {},
