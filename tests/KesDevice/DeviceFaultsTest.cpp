@@ -52,7 +52,7 @@ TEST_F(DeviceFaultsTest, AStartIsNotCutInSilenceWhenAnAttemptBesideItFails)
     first->setSilent(false);
     (void)asking.get();
     first->setNonsense(false);
-    EXPECT_TRUE(waitFor([this] { return first.isPuttingOut() || record.has("fault"); }, 1s));
+    EXPECT_TRUE(waitFor([this] { return first.isPuttingOut() || record.has("fault"); }));
 }
 
 TEST_F(DeviceFaultsTest, AHealthyDeviceWhoseAnswerIsLateIsNotAccusedOfNonsense)
