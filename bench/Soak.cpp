@@ -41,8 +41,8 @@ using KesTest::waitFor;
 constexpr double speed = 1e5;
 /// More than the recent files hold, so that their menu changes in every round.
 constexpr int archives = 12;
-/// In bytes: caches of the toolkit fill up for long.
-constexpr double heapPerRound = 512;
+/// In bytes: caches of the toolkit fill up for long, by about 400 in each of 400 rounds, in steps.
+constexpr double heapPerRound = 640;
 
 void await(const char* what, const std::function<bool()>& condition)
 {
