@@ -54,9 +54,7 @@ ProgramModel::~ProgramModel()
         if (_closedSource)
             g_source_remove(_closedSource);
     }
-    _globalHardwareConnection.disconnect();
-    for (auto& connection : _hardwareConnections)
-        connection.disconnect();
+    _leaveHardware();
 }
 
 void ProgramModel::init()
@@ -270,6 +268,8 @@ void ProgramModel::_onShutdown()
         std::lock_guard lock(_closedMutex);
         _closedSource = 0;
     }
+    // Here the hooks of the concrete program still live, which a report of this moment may call.
+    _leaveHardware();
     // A slot may destroy the model; nothing of it is touched afterwards.
     signalClosed.emit();
 }

@@ -321,6 +321,7 @@ private:
     void _emitRunningChanged();
     void _onKestoState(KesDevice::Kesto* kesto, const char* text);
     void _onShutdown();
+    void _leaveHardware();
 
     void _tellCurrentException() noexcept;
 

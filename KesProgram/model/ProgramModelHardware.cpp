@@ -139,6 +139,14 @@ void ProgramModel::_attachHardwareManager()
         [this](KesDevice::Kesto* kesto, const char* text) { _onKestoState(kesto, text); });
 }
 
+/// Returns when no report of the devices is being heard any more.
+void ProgramModel::_leaveHardware()
+{
+    _globalHardwareConnection.disconnect();
+    for (auto& connection : _hardwareConnections)
+        connection.disconnect();
+}
+
 void ProgramModel::_onHardwareChangedImpl(KesDevice::HardwareManager* hardware)
 {
     _attachHardwareManager();

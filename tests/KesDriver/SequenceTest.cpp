@@ -1,5 +1,6 @@
 #include "DeviceTest.h"
 
+#include <mutex>
 #include <tuple>
 
 using namespace KesDriver;
@@ -19,10 +20,11 @@ public:
     void reset(DeviceTime) override {}
     void applyOutputs(const OutputState& outputs, DeviceTime time) override
     {
+        std::lock_guard lock(_mutex);
         if (!_start && outputs.currents[0].magnitude > 0.0)
             _start = time;
         if (_start)
-            seen.push_back({outputs, time - *_start});
+            _seen.push_back({outputs, time - *_start});
     }
     std::optional<InputEvent> getNextChange() const override
     {
@@ -34,13 +36,19 @@ public:
     }
     void acceptChange() override { ++_next; }
 
-    /// The outputs and when they came, of a sequence that is over.
-    std::vector<std::pair<OutputState, DeviceTime>> seen;
+    /// The outputs and when they came.
+    std::vector<std::pair<OutputState, DeviceTime>> getSeen() const
+    {
+        std::lock_guard lock(_mutex);
+        return _seen;
+    }
 
 private:
     const std::vector<InputEvent> _changes;
     std::size_t _next = 0;
     std::optional<DeviceTime> _start;
+    mutable std::mutex _mutex;
+    std::vector<std::pair<OutputState, DeviceTime>> _seen;
 };
 
 OutputSequence ramp(double from, double perSecond, DeviceTime duration)
@@ -69,7 +77,7 @@ TEST_F(SequenceTest, RampIsPutOutEachMillisecondAndEndsExactly)
     sequence.back().endOn = InputCondition{1, true};
     EXPECT_THAT(run(sequence), ElementsAre("step 0 0", "step 1 3000", "input 1 closed 13500 in 1",
                                            "finished complete 13500"));
-    const auto& seen = contacts->seen;
+    const auto seen = contacts->getSeen();
     const std::pair<DeviceTime, double> expected[] = {
         {0us, 1.0},  {1ms, 4.0 / 3.0}, {2ms, 5.0 / 3.0}, {3ms, 2.0},      {3ms, 2.0},    {4ms, 1.9},
         {5ms, 1.8},  {6ms, 1.7},       {7ms, 1.6},       {8ms, 1.5},      {9ms, 1.4},    {10ms, 1.3},
@@ -131,7 +139,7 @@ TEST_F(SequenceTest, InputsBelongToTheStepTheyFallInto)
                             StartsWith("step 1 "), "input 3 closed 18000 in 1", "step 2 18000",
                             "input 4 closed 19000 in 2", "finished complete 23000", "input 5 closed 40000"));
     // The outputs stay as the first step has left them.
-    const auto& seen = contacts->seen;
+    const auto seen = contacts->getSeen();
     ASSERT_GT(seen.size(), 6U);
     EXPECT_EQ(seen[5].second, 5ms);
     EXPECT_NEAR(seen[5].first.currents[0].magnitude, 1.5, 1e-9);

@@ -187,6 +187,8 @@ TEST_F(ProgramModelTest, ClosedArrivesOnTheGuiThreadAndNotFromADeadModel)
     const auto model = close();
     ASSERT_TRUE(waitFor([&] { return model->has("closed"); }));
     EXPECT_EQ(closedOn, std::this_thread::get_id());
+    model->getHardware()->signalStatusChanged.emit("late");
+    EXPECT_EQ(model->getState(), "") << "its hooks may be gone when a device reports";
 }
 
 TEST(AvaryMessageTest, NamesDeviceChannelAndKind)
