@@ -26,13 +26,14 @@ const char* findOption(int argc, char** argv)
 
 std::string parseOptions(Glib::OptionContext& context, int& argc, char**& argv)
 {
-    // As it comes: what a failed parser leaves of it is not said.
+    // Read before the parser begins: GLib does not say what it leaves of the arguments when it fails.
     const std::string last = argc > 0 ? argv[argc - 1] : "";
     context.set_ignore_unknown_options(true);
     try {
         context.parse(argc, argv);
     } catch (const Glib::OptionError&) {
-        // All values are texts and any text is one, so it can only be missing, at the end.
+        // Every value is read as a text, and every text is accepted, so a value can only be missing. Then its
+        // option is the last argument.
         return StringHelper::format(lng::Common::get("option.NoValue"), last);
     } catch (const Glib::Exception&) {
         return lng::Common::get("option.NoText");
